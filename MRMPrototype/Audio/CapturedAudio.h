@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <vector>
+
+namespace murmel {
+
+/// Sample rate of everything that is handed to a recogniser, in Hz.
+inline constexpr int recognitionSampleRate = 16'000;
+
+/// What a recogniser is given: mono, 16 kHz, signed 16-bit little-endian samples, no header. Somebody's
+/// voice: it stays in memory and is never printed.
+struct CapturedAudio {
+  std::vector<std::uint8_t> pcm16LE;
+
+  /// Seconds.
+  [[nodiscard]] double duration() const {
+    return static_cast<double>(pcm16LE.size()) / (2.0 * recognitionSampleRate);
+  }
+
+  friend std::ostream& operator<<(std::ostream&, const CapturedAudio&) = delete;
+};
+
+/// What the microphone delivered: mono samples in -1…1 at the device's own rate (Hz).
+struct PendingCapturedAudio {
+  std::vector<float> monoSamples;
+  double sampleRate = 0;
+
+  friend std::ostream& operator<<(std::ostream&, const PendingCapturedAudio&) = delete;
+};
+
+}  // namespace murmel

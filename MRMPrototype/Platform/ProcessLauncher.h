@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Foundation/UniqueDescriptor.h"
+
+#include <chrono>
+#include <cstdint>
+#include <expected>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace murmel {
+
+/// What identifies an executable file while it is open or runs: not its name, which can be exchanged.
+struct ExecutableIdentity {
+  dev_t device = 0;
+  ino_t inode = 0;
+
+  friend bool operator==(const ExecutableIdentity&, const ExecutableIdentity&) = default;
+};
+
+/// A child with its standard input and output as pipes, standard error the null device, no other descriptor,
+/// and only the environment that is given here. It dies with the thread that launched it, and leaves no core
+/// dump.
+struct ProcessRequest {
+  std::filesystem::path executable;      ///< absolute
+  std::vector<std::string> arguments;    ///< without the program name
+  std::vector<std::string> environment;  ///< "NAME=value"
+};
+
+/// A running or ended child. Destroying it ends the child and reaps it. One thread at a time, except
+/// `terminate`.
+class ChildProcess {
+ public:
+  virtual ~ChildProcess() = default;
+
+  [[nodiscard]] virtual pid_t identifier() const = 0;
+  /// The write end of the child's standard input; -1 after `closeInput`.
+  [[nodiscard]] virtual int input() const = 0;
+  /// The read end of the child's standard output.
+  [[nodiscard]] virtual int output() const = 0;
+  virtual void closeInput() = 0;
+  [[nodiscard]] virtual bool isRunning() = 0;
+  /// Asks the child to end and, when it has not after `grace`, kills it; returns when it is gone and reaped.
+  virtual void terminate(std::chrono::milliseconds grace) = 0;
+  /// The file that the child executes, read from the running process; nothing when it has ended.
+  [[nodiscard]] virtual std::expected<ExecutableIdentity, std::string> runningIdentity() const = 0;
+  /// The file that was opened and checked for the start.
+  [[nodiscard]] virtual ExecutableIdentity launchedIdentity() const = 0;
+};
+
+/// Starts the application's own worker executables. Thread-safe.
+class ProcessLauncher {
+ public:
+  virtual ~ProcessLauncher() = default;
+  /// The error is the system's reason, without any argument of the request.
+  virtual std::expected<std::unique_ptr<ChildProcess>, std::string> launch(const ProcessRequest& request) = 0;
+};
+
+}  // namespace murmel

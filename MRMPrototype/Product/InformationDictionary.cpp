@@ -1,0 +1,28 @@
+#include "Product/InformationDictionary.h"
+
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+std::expected<InformationDictionary, std::string> InformationDictionary::read(
+    const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::unexpected("Cannot read " + file.string());
+  const auto json = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
+  if (!json.is_object()) return std::unexpected(file.string() + " is not a JSON object");
+  std::map<std::string, std::string, std::less<>> values;
+  for (const auto& [key, value] : json.items()) {
+    if (value.is_string()) values.emplace(key, value.get<std::string>());
+  }
+  return InformationDictionary(std::move(values));
+}
+
+std::optional<std::string> InformationDictionary::string(std::string_view key) const {
+  const auto found = values_.find(key);
+  if (found == values_.end()) return std::nullopt;
+  return found->second;
+}
+
+}  // namespace murmel

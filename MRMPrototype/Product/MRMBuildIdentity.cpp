@@ -1,0 +1,39 @@
+#include "Product/MRMBuildIdentity.h"
+
+#include "Product/MRMAppIdentity.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+std::string editionName(DistributionEdition edition) {
+  switch (edition) {
+    case DistributionEdition::complete:
+      return "Full edition";
+    case DistributionEdition::lite:
+      return "Lite edition";
+    case DistributionEdition::development:
+      return "Development build";
+  }
+  std::unreachable();
+}
+
+}  // namespace
+
+DistributionEdition distributionEdition(const InformationDictionary& info) {
+  const auto raw = info.string("MRMEdition");
+  return fromRawValue<DistributionEdition>(raw.value_or("")).value_or(DistributionEdition::development);
+}
+
+MRMBuildIdentity MRMBuildIdentity::from(const InformationDictionary& info) {
+  return {
+      .displayName = MRMAppIdentity::displayName(info),
+      .version = info.string("CFBundleShortVersionString").value_or("Unknown"),
+      .buildNumber = info.string("CFBundleVersion").value_or("Unknown"),
+      .editionName = murmel::editionName(distributionEdition(info)),
+  };
+}
+
+}  // namespace murmel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Audio/CapturedAudio.h"
+#include "Foundation/SpokenText.h"
+#include "Foundation/Task.h"
+#include "Product/MRMError.h"
+
+#include <optional>
+#include <string>
+
+namespace murmel {
+
+struct TranscriptionResult {
+  SpokenText text;
+  std::string providerID;  ///< which recogniser produced it
+  int unrecognizedParts =
+      0;  ///< pieces of audio that stayed unrecognised; counted in by the dictation session
+};
+
+/// A speech recogniser. Main thread; requests are answered one at a time, in order.
+class TranscriptionProvider {
+ public:
+  virtual ~TranscriptionProvider() = default;
+  [[nodiscard]] virtual const std::string& providerID() const = 0;
+  /// `language` is a two-letter code that forces the language, if any.
+  virtual Task<Result<TranscriptionResult>> transcribe(CapturedAudio audio,
+                                                       std::optional<std::string> language) = 0;
+};
+
+}  // namespace murmel
