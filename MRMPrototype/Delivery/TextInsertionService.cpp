@@ -38,11 +38,15 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
       options_(std::move(options)),
       logger_(std::move(logger)),
       ownershipType_(ClipboardTransaction::ownershipType(options_.applicationIdentifier)),
-      pasteCleanup_(desktop.executor, desktop.clock) {}
+      pasteCleanup_(desktop.executor, desktop.clock),
+      settlements_(pasteCleanup_.onSettled([this](PasteSettlement settlement) {
+        if (lastResult_) lastResult_ = deliveryResult(settlement);
+      })) {}
 
 void TextInsertionService::beginDictationSession() {
   endDictationSession();
   lastBlock_.reset();
+  lastResult_.reset();
   const auto front = desktop_.workspace.frontmostApplication();
   if (front && InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess)) target_ = front;
   activations_ = desktop_.workspace.onActivation(
@@ -125,6 +129,7 @@ Task<TextDeliveryResult> TextInsertionService::deliver(SpokenText text, bool liv
   if (liveOnly && lastBlock_) {
     auto writing = write(std::move(text));
     co_await writing;
+    lastResult_ = TextDeliveryResult::copiedFallback;
     co_return TextDeliveryResult::copiedFallback;
   }
   auto following = followTheUser();
@@ -261,17 +266,22 @@ Task<TextDeliveryResult> TextInsertionService::settlePosted(std::vector<Clipboar
       auto restoring = transactions[index].restorePrevious();
       co_await restoring;
     }
+    lastResult_ = TextDeliveryResult::insertionSentClipboardChanged;
     co_return TextDeliveryResult::insertionSentClipboardChanged;
   }
   const bool restores = options_.shouldRestorePreviousClipboard;
   SentPaste paste{std::move(transactions), std::move(reads), postedAt, restores};
+  const auto result =
+      restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
+  lastResult_ = result;
   pasteCleanup_.schedule(std::move(paste));
-  co_return restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
+  co_return result;
 }
 
 Task<TextDeliveryResult> TextInsertionService::refuse(LiveInsertionBlock block, SpokenText text,
                                                       bool liveOnly) {
   lastBlock_ = block;
+  lastResult_ = TextDeliveryResult::copiedFallback;
   logger_.event(LogLevel::info, "paste_refused",
                 {{"reason", PublicText::declared(rawValue(block))}, {"live", liveOnly}});
   if (!liveOnly) {

@@ -51,6 +51,7 @@ class TextInsertionService final : public TextInsertion {
   Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) override;
   Task<bool> insertLiveSegment(SpokenText phrase) override;
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return lastBlock_; }
+  [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return lastResult_; }
   void writePrivateText(const SpokenText& text) override;
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
 
@@ -90,10 +91,12 @@ class TextInsertionService final : public TextInsertion {
   std::string ownershipType_;
   std::optional<RunningApplication> target_;
   std::optional<LiveInsertionBlock> lastBlock_;
+  std::optional<TextDeliveryResult> lastResult_;
   bool targetIsFixed_ = false;
   bool userActivatedAnother_ = false;
   Registration activations_;
   PasteCleanup pasteCleanup_;
+  Registration settlements_;
   Scope scope_;  // last: its tasks use everything above
 };
 
