@@ -43,7 +43,11 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
   showRest();
 }
 
-DictationCoordinator::~DictationCoordinator() { services_.audio.setOnConfigurationChange(nullptr); }
+DictationCoordinator::~DictationCoordinator() {
+  tasks_.cancelAll();
+  services_.audio.setOnConfigurationChange(nullptr);
+  services_.audio.discardCapturedAudio();
+}
 
 void DictationCoordinator::toggle() {
   if (state().isRecording()) {
@@ -149,17 +153,21 @@ void DictationCoordinator::prepareSession(Recording& recording) {
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);
+  configuration.onDeadMicrophone = [this](bool dead) { services_.overlay.showSilentMicrophone(dead); };
   configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
     updateBacklog(behind, revision, operation);
   };
   if (services_.settings.insertWhileRecording()) {
     recording.live = std::make_unique<LiveDictationDelivery>(
         [this](std::string text) { return services_.cleanUp.clean(std::move(text)); },
-        [this](std::string piece) { return insertLivePhrase(SpokenText(std::move(piece))); });
+        [this](SpokenText piece) { return insertLivePhrase(std::move(piece)); });
     configuration.onPhrase = [live = recording.live.get()](SpokenText phrase) {
       return live->append(std::move(phrase));
     };
   }
+  services_.stages.event(LogLevel::info, "session_started",
+                         {{"target_seconds", configuration.targetSegmentSeconds},
+                          {"live_callback", static_cast<bool>(configuration.onPhrase)}});
   recording.session = services_.sessions.make(std::move(configuration));
 }
 

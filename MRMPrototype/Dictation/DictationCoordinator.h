@@ -52,6 +52,7 @@ struct DictationServices {
   OverlayController& overlay;
   SoundPlayer& sounds;
   Logger diagnostic;  ///< category "dictation-summary"
+  Logger stages;      ///< category "incremental-stages"
 };
 
 /// Owns one dictation from the request to start it until its text is delivered and the status is back at rest. It
@@ -105,6 +106,7 @@ class DictationCoordinator {
                                                          const DictationSessionResult& result) const;
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
   void showFailure(const MRMError& error, const Recording& recording);
+  void logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const;
   void keepInHistory(SpokenText text, const DictationSessionResult& result);
 
   bool ensureRecogniser();

@@ -168,7 +168,7 @@ class FakeRefinementSource final : public RefinementSource {
 class FakeTranscriptCleanUp final : public TranscriptCleanUp {
  public:
   [[nodiscard]] std::string clean(std::string text) const override {
-    return text.find_first_not_of(' ') == std::string::npos ? text : "[" + text + "]";
+    return text.find_first_not_of(" \n\t") == std::string::npos ? text : "[" + text + "]";
   }
 };
 
@@ -189,6 +189,8 @@ class FakeDictationSession final : public DictationSession {
     EXPECT_FALSE(std::exchange(finished_, true)) << "a session is finished once";
     return finishing_.wait();
   }
+
+  [[nodiscard]] DictationDiagnostics diagnostics() const override { return {}; }
 
   DictationSessionConfiguration configuration;
 
@@ -251,7 +253,10 @@ class FakeOverlay final : public OverlayController {
   void update(const DictationState& state) override { titles.push_back(state.title()); }
   void setLevel(double level) override { lastLevel = level; }
 
+  void showSilentMicrophone(bool silent) override { microphoneSilent = silent; }
+
   std::vector<std::string> titles;
+  bool microphoneSilent = false;
   double lastLevel = 0;
 };
 

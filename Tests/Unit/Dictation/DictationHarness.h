@@ -32,7 +32,8 @@ class DictationHarness {
     coordinator = std::make_unique<DictationCoordinator>(
         DictationServices{executor, executor, audio, insertion, settings, history, models, recognition, refinement,
                           cleanUp, sessions, updates, downloads, overlay, sounds,
-                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary")});
+                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
+                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages")});
     executor.runUntilIdle();
     if (recognition.finishWarmup) recognition.finishWarmup(true);
     return *coordinator;
@@ -60,7 +61,7 @@ class DictationHarness {
   }
 
   ManualExecutor executor;
-  FakeAudioInput input{executor};
+  FakeAudioInput input{executor, AudioFormat{48'000, 1}};
   FakeMicrophoneAuthorization authorization;
   AudioCaptureService audio{executor, input, authorization, "/nonexistent"};
   FakeTextInsertion insertion;
