@@ -48,14 +48,16 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   if (services_.settings.historyEnabled()) keepInHistory(std::move(text), *result);
 }
 
-SpokenText DictationCoordinator::finalText(const Recording& recording, const DictationSessionResult& result) const {
+SpokenText DictationCoordinator::finalText(const Recording& recording,
+                                           const DictationSessionResult& result) const {
   // Live phrases have been cleaned one by one.
   const auto text =
       recording.live ? recording.live->text().reveal() : services_.cleanUp.clean(result.text.reveal());
   return SpokenText(std::string(text::trimmed(text)));
 }
 
-Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Recording& recording, SpokenText text) {
+Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Recording& recording,
+                                                                          SpokenText text) {
   auto finishingCleanUp = services_.insertion.finishPasteCleanup();
   const std::optional<TextDeliveryResult> cleanedUp = co_await finishingCleanUp;
   if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
@@ -116,7 +118,8 @@ void DictationCoordinator::showFailure(const MRMError& error, const Recording& r
   }
 }
 
-void DictationCoordinator::logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const {
+void DictationCoordinator::logSummary(const Recording& recording,
+                                      std::optional<LiveInsertionBlock> blocked) const {
   const auto line = recording.session->diagnostics().notice(blocked, recording.deviceChanged);
   services_.diagnostic.line(LogLevel::notice, PublicText::declared(line));
 }

@@ -38,11 +38,12 @@ class FileDictation {
       : services_(services),
         input_(std::move(input)),
         audio_(services.executor, *input_, authorization_, services.temporaryDirectory),
-        coordinator_(DictationServices{
-            services.executor, services.clock, audio_, services.delivery, services.settings, services.history,
-            services.models, services.recognition, services.refinement, services.cleanUp, services.sessions, updates_,
-            downloads_, overlay_, sounds_, Logger(services.log, services.applicationIdentifier, "dictation-summary"),
-            Logger(services.log, services.applicationIdentifier, "incremental-stages")}) {
+        coordinator_(
+            DictationServices{services.executor, services.clock, audio_, services.delivery, services.settings,
+                              services.history, services.models, services.recognition, services.refinement,
+                              services.cleanUp, services.sessions, updates_, downloads_, overlay_, sounds_,
+                              Logger(services.log, services.applicationIdentifier, "dictation-summary"),
+                              Logger(services.log, services.applicationIdentifier, "incremental-stages")}) {
     input_->setOnEnd([this](std::expected<void, std::string> end) {
       if (!end) inputFailure_ = end.error();
       coordinator_.stopAndTranscribe();
@@ -60,7 +61,8 @@ class FileDictation {
     co_await dictating;
     if (inputFailure_) co_return inputFailure_;
     if (coordinator_.state().which() == DictationState::Case::error) co_return coordinator_.state().title();
-    if (coordinator_.state().which() == DictationState::Case::warning) services_.complain(coordinator_.state().title());
+    if (coordinator_.state().which() == DictationState::Case::warning)
+      services_.complain(coordinator_.state().title());
     co_return std::nullopt;
   }
 

@@ -40,9 +40,9 @@ struct FileTranscriptionServices {
   std::function<void(const std::string&)> complain;
 };
 
-/// Dictates audio files one after the other, on the same road as speech: capture, coordinator, session, worker,
-/// delivery. Gives the exit status: 0 when every file was read to its end, 1 otherwise. A file in which nobody speaks
-/// is no error.
+/// Dictates audio files one after the other, on the same road as speech: capture, coordinator, session,
+/// worker, delivery. Gives the exit status: 0 when every file was read to its end, 1 otherwise. A file in
+/// which nobody speaks is no error.
 Task<int> transcribeFiles(FileTranscriptionServices services, std::vector<std::filesystem::path> files);
 
 }  // namespace murmel

@@ -7,7 +7,9 @@ namespace murmel {
 StandardOutputDelivery::StandardOutputDelivery(std::function<void(const std::string&)> print)
     : print_(std::move(print)) {}
 
-Task<std::optional<TextDeliveryResult>> StandardOutputDelivery::finishPasteCleanup() { co_return std::nullopt; }
+Task<std::optional<TextDeliveryResult>> StandardOutputDelivery::finishPasteCleanup() {
+  co_return std::nullopt;
+}
 
 Task<TextDeliveryResult> StandardOutputDelivery::insertOrCopy(SpokenText text, bool /*liveOnly*/) {
   print_(text.reveal());
@@ -23,6 +25,8 @@ std::optional<TextDeliveryResult> StandardOutputDelivery::lastResult() const {
   return TextDeliveryResult::insertedAndTranscriptKept;
 }
 
-void StandardOutputDelivery::writePrivateText(const SpokenText& text) { print_(text.reveal()); }
+void StandardOutputDelivery::writePrivateText(const SpokenText& text) {
+  print_(text.reveal());
+}
 
 }  // namespace murmel

@@ -7,8 +7,8 @@
 
 namespace murmel {
 
-/// Delivery without a desktop: the text is handed to a printer, phrases as they come. There is no application to paste
-/// into and no clipboard to restore.
+/// Delivery without a desktop: the text is handed to a printer, phrases as they come. There is no application
+/// to paste into and no clipboard to restore.
 class StandardOutputDelivery final : public TextInsertion {
  public:
   explicit StandardOutputDelivery(std::function<void(const std::string&)> print);

@@ -1,8 +1,9 @@
 #include "DictationHarness.h"
 
+#include <limits>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <limits>
 
 using namespace murmel;
 using namespace murmel::test;
@@ -104,7 +105,8 @@ TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
     executor.runUntilIdle();
   }
   EXPECT_THAT(log.lines.back(), ::testing::HasSubstr("dictation-summary: dictation_stop duration_seconds="));
-  EXPECT_THAT(log.lines, ::testing::Contains("incremental-stages: session_started target_seconds=inf live_callback=false"));
+  EXPECT_THAT(log.lines, ::testing::Contains(
+                             "incremental-stages: session_started target_seconds=inf live_callback=false"));
 }
 
 TEST_F(DictationCoordinatorTest, NoWordOfADictationIsLogged) {
@@ -135,8 +137,7 @@ TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
       {"the microphone is restricted",
        [](auto& house) { house.authorization.setPhase(MicrophonePermissionPhase::restricted); },
        "Microphone permission is required", "Ready"},
-      {"the microphone does not start",
-       [](auto& house) { house.input.failStart(AudioInputError::noServer); },
+      {"the microphone does not start", [](auto& house) { house.input.failStart(AudioInputError::noServer); },
        "Could not start microphone recording", "Ready"},
       {"the worker is not there",
        [](auto& house) {

@@ -1,7 +1,8 @@
 #include "DictationHarness.h"
 
-#include <gtest/gtest.h>
 #include <random>
+
+#include <gtest/gtest.h>
 
 using namespace murmel;
 using namespace murmel::test;
@@ -9,8 +10,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Everything that can happen to a coordinator, as moves of a random walk. Each neighbour that suspends is held
-/// back, so that every order of answers and of the user's actions comes up.
+/// Everything that can happen to a coordinator, as moves of a random walk. Each neighbour that suspends is
+/// held back, so that every order of answers and of the user's actions comes up.
 class Walk {
  public:
   explicit Walk(std::uint32_t seed) : random_(seed) {
@@ -24,21 +25,51 @@ class Walk {
 
   void step() {
     switch (random_() % 15) {
-      case 0: house_.coordinator->toggle(); break;
-      case 1: house_.coordinator->shortcutPressed(); break;
-      case 2: house_.coordinator->shortcutReleased(); break;
-      case 3: house_.coordinator->stopAndTranscribe(); break;
-      case 4: house_.coordinator->copyLastTranscript(); break;
-      case 5: deliverAudio(); break;
-      case 6: if (house_.audio.recording()) house_.input.changeConfiguration(); break;
-      case 7: house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready); break;
-      case 8: house_.updates.refuses = random_() % 4 == 0; break;
-      case 9: finishSession(); break;
-      case 10: resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>()); break;
-      case 11: resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent); break;
-      case 12: house_.executor.advance(std::chrono::milliseconds(random_() % 2'000)); break;
-      case 13: house_.authorization.setPhase(randomPhase()); break;
-      case 14: house_.authorization.answer(random_() % 2 == 0); break;
+      case 0:
+        house_.coordinator->toggle();
+        break;
+      case 1:
+        house_.coordinator->shortcutPressed();
+        break;
+      case 2:
+        house_.coordinator->shortcutReleased();
+        break;
+      case 3:
+        house_.coordinator->stopAndTranscribe();
+        break;
+      case 4:
+        house_.coordinator->copyLastTranscript();
+        break;
+      case 5:
+        deliverAudio();
+        break;
+      case 6:
+        if (house_.audio.recording()) house_.input.changeConfiguration();
+        break;
+      case 7:
+        house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready);
+        break;
+      case 8:
+        house_.updates.refuses = random_() % 4 == 0;
+        break;
+      case 9:
+        finishSession();
+        break;
+      case 10:
+        resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>());
+        break;
+      case 11:
+        resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent);
+        break;
+      case 12:
+        house_.executor.advance(std::chrono::milliseconds(random_() % 2'000));
+        break;
+      case 13:
+        house_.authorization.setPhase(randomPhase());
+        break;
+      case 14:
+        house_.authorization.answer(random_() % 2 == 0);
+        break;
     }
     house_.executor.runUntilIdle();
     checkInvariants();
@@ -63,9 +94,7 @@ class Walk {
   }
 
  private:
-  void deliverAudio() {
-    house_.speak();
-  }
+  void deliverAudio() { house_.speak(); }
 
   void finishSession() {
     DictationSessionResult result;

@@ -1,8 +1,9 @@
 #include "Dictation/LastTranscriptBuffer.h"
 #include "Platform/Fake/ManualExecutor.h"
 
-#include <gtest/gtest.h>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 using namespace murmel;
 using namespace std::chrono_literals;

@@ -1,9 +1,10 @@
 #include "Platform/Linux/Journal/JournalLogSink.h"
 
-#include <fmt/core.h>
 #include <cstdio>
-#include <syslog.h>
 #include <utility>
+
+#include <fmt/core.h>
+#include <syslog.h>
 
 // The source location of this adapter says nothing about where a line comes from.
 #define SD_JOURNAL_SUPPRESS_LOCATION
@@ -15,10 +16,14 @@ namespace {
 
 int syslogPriority(LogLevel level) {
   switch (level) {
-    case LogLevel::debug: return LOG_DEBUG;
-    case LogLevel::info: return LOG_INFO;
-    case LogLevel::notice: return LOG_NOTICE;
-    case LogLevel::error: return LOG_ERR;
+    case LogLevel::debug:
+      return LOG_DEBUG;
+    case LogLevel::info:
+      return LOG_INFO;
+    case LogLevel::notice:
+      return LOG_NOTICE;
+    case LogLevel::error:
+      return LOG_ERR;
   }
   std::unreachable();
 }
