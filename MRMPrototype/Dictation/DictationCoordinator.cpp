@@ -14,8 +14,8 @@ constexpr Duration capturePumpInterval = std::chrono::seconds(1);
 constexpr Duration meterInterval = std::chrono::milliseconds(40);
 constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
 
-/// A phrase is worth inserting after this much speech; a segment recognised while recording is long enough to be
-/// recognised well and short enough to be done soon after the stop. Seconds.
+/// A phrase is worth inserting after this much speech; a segment recognised while recording is long enough to
+/// be recognised well and short enough to be done soon after the stop. Seconds.
 constexpr double liveSegmentSeconds = 3.0;
 constexpr double backgroundSegmentSeconds = 15.0;
 
@@ -43,7 +43,11 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
   showRest();
 }
 
-DictationCoordinator::~DictationCoordinator() { services_.audio.setOnConfigurationChange(nullptr); }
+DictationCoordinator::~DictationCoordinator() {
+  tasks_.cancelAll();
+  services_.audio.setOnConfigurationChange(nullptr);
+  services_.audio.discardCapturedAudio();
+}
 
 void DictationCoordinator::toggle() {
   if (state().isRecording()) {
@@ -108,7 +112,8 @@ Task<void> DictationCoordinator::start(bool requireHeld) {
   const Result<void> started = co_await starting;
   if (!started) {
     services_.audio.discardCapturedAudio();
-    if (operationTracker_.isCurrent(operation)) status_.showTransientError(started.error().localizedDescription());
+    if (operationTracker_.isCurrent(operation))
+      status_.showTransientError(started.error().localizedDescription());
     co_return;
   }
   // A microphone may take seconds to open: the shortcut may have been released since.
@@ -149,22 +154,28 @@ void DictationCoordinator::prepareSession(Recording& recording) {
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);
+  configuration.onDeadMicrophone = [this](bool dead) { services_.overlay.showSilentMicrophone(dead); };
   configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
     updateBacklog(behind, revision, operation);
   };
   if (services_.settings.insertWhileRecording()) {
     recording.live = std::make_unique<LiveDictationDelivery>(
         [this](std::string text) { return services_.cleanUp.clean(std::move(text)); },
-        [this](std::string piece) { return insertLivePhrase(SpokenText(std::move(piece))); });
+        [this](SpokenText piece) { return insertLivePhrase(std::move(piece)); });
     configuration.onPhrase = [live = recording.live.get()](SpokenText phrase) {
       return live->append(std::move(phrase));
     };
   }
+  services_.stages.event(LogLevel::info, "session_started",
+                         {{"target_seconds", configuration.targetSegmentSeconds},
+                          {"live_callback", static_cast<bool>(configuration.onPhrase)}});
   recording.session = services_.sessions.make(std::move(configuration));
 }
 
 void DictationCoordinator::startTimers() {
-  const auto showLevel = [this] { services_.overlay.setLevel(std::min(services_.audio.normalizedLevel(), 1.0)); };
+  const auto showLevel = [this] {
+    services_.overlay.setLevel(std::min(services_.audio.normalizedLevel(), 1.0));
+  };
   meterTimer_.emplace(services_.executor, meterInterval, showLevel);
   const auto moveAudio = [this] {
     if (auto pending = services_.audio.takePendingAudio()) recording_->session->append(*std::move(pending));
@@ -205,19 +216,24 @@ void DictationCoordinator::copyLastTranscript() {
 }
 
 void DictationCoordinator::updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation) {
-  if (!operationTracker_.isCurrent(operation) || !state().isRecording() || revision <= backlogRevision_) return;
+  if (!operationTracker_.isCurrent(operation) || !state().isRecording() || revision <= backlogRevision_)
+    return;
   backlogRevision_ = revision;
   status_.show(behind ? DictationState::Case::listeningBehind : DictationState::Case::listening);
 }
 
 bool DictationCoordinator::ensureRecogniser() {
   switch (prepareRecogniser()) {
-    case RecogniserPreparation::Outcome::ready: return true;
-    case RecogniserPreparation::Outcome::verifying: showVerifying(); return false;
+    case RecogniserPreparation::Outcome::ready:
+      return true;
+    case RecogniserPreparation::Outcome::verifying:
+      showVerifying();
+      return false;
     case RecogniserPreparation::Outcome::failed:
       status_.showTransientError(preparation_.failure()->localizedDescription());
       return false;
-    case RecogniserPreparation::Outcome::missing: break;
+    case RecogniserPreparation::Outcome::missing:
+      break;
   }
   status_.show(DictationState::error("Download the required Parakeet speech model to use dictation"));
   if (onRequiredModelMissing_) onRequiredModelMissing_();
@@ -242,8 +258,12 @@ void DictationCoordinator::modelInventoryChanged() {
 
 void DictationCoordinator::showRest() {
   switch (prepareRecogniser()) {
-    case RecogniserPreparation::Outcome::ready: status_.show(DictationState::Case::ready); break;
-    case RecogniserPreparation::Outcome::verifying: showVerifying(); break;
+    case RecogniserPreparation::Outcome::ready:
+      status_.show(DictationState::Case::ready);
+      break;
+    case RecogniserPreparation::Outcome::verifying:
+      showVerifying();
+      break;
     case RecogniserPreparation::Outcome::missing:
       status_.show(DictationState::error("Required Parakeet speech model is not installed"));
       break;

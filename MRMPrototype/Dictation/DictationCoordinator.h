@@ -52,10 +52,12 @@ struct DictationServices {
   OverlayController& overlay;
   SoundPlayer& sounds;
   Logger diagnostic;  ///< category "dictation-summary"
+  Logger stages;      ///< category "incremental-stages"
 };
 
-/// Owns one dictation from the request to start it until its text is delivered and the status is back at rest. It
-/// decides the order in which the services are called, and is the only writer of the published state. Main thread.
+/// Owns one dictation from the request to start it until its text is delivered and the status is back at
+/// rest. It decides the order in which the services are called, and is the only writer of the published
+/// state. Main thread.
 class DictationCoordinator {
  public:
   explicit DictationCoordinator(DictationServices services);
@@ -63,7 +65,8 @@ class DictationCoordinator {
   DictationCoordinator(const DictationCoordinator&) = delete;
   DictationCoordinator& operator=(const DictationCoordinator&) = delete;
 
-  /// Start/stop of the menu and the indicator: starts at rest, stops while recording, does nothing in between.
+  /// Start/stop of the menu and the indicator: starts at rest, stops while recording, does nothing in
+  /// between.
   void toggle();
   /// The shortcut went down: start, on condition that it is still held when the checks are done.
   void shortcutPressed();
@@ -79,8 +82,8 @@ class DictationCoordinator {
   [[nodiscard]] bool hasLastTranscript() const { return hasLastTranscript_; }
   [[nodiscard]] Signal<bool>& onLastTranscriptChange() { return onLastTranscriptChange_; }
 
-  /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one, and
-  /// operations that are not current, are ignored.
+  /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one,
+  /// and operations that are not current, are ignored.
   void updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation);
 
   /// Called when a dictation is refused because the speech model is not installed.
@@ -105,6 +108,7 @@ class DictationCoordinator {
                                                          const DictationSessionResult& result) const;
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
   void showFailure(const MRMError& error, const Recording& recording);
+  void logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const;
   void keepInHistory(SpokenText text, const DictationSessionResult& result);
 
   bool ensureRecogniser();

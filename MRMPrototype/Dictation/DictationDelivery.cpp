@@ -43,17 +43,21 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   const std::optional<TextDeliveryResult> delivered = co_await delivering;
   if (!delivered) co_return;
 
+  logSummary(*recording, services_.insertion.lastBlock());
   showOutcome(*delivered, collectWarnings(*recording, *result));
   if (services_.settings.historyEnabled()) keepInHistory(std::move(text), *result);
 }
 
-SpokenText DictationCoordinator::finalText(const Recording& recording, const DictationSessionResult& result) const {
+SpokenText DictationCoordinator::finalText(const Recording& recording,
+                                           const DictationSessionResult& result) const {
   // Live phrases have been cleaned one by one.
-  auto text = recording.live ? recording.live->text() : services_.cleanUp.clean(result.text.reveal());
+  const auto text =
+      recording.live ? recording.live->text().reveal() : services_.cleanUp.clean(result.text.reveal());
   return SpokenText(std::string(text::trimmed(text)));
 }
 
-Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Recording& recording, SpokenText text) {
+Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Recording& recording,
+                                                                          SpokenText text) {
   auto finishingCleanUp = services_.insertion.finishPasteCleanup();
   const std::optional<TextDeliveryResult> cleanedUp = co_await finishingCleanUp;
   if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
@@ -65,7 +69,8 @@ Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Record
     co_return inserted;
   }
   if (recording.live->blocked()) {
-    services_.insertion.writePrivateText(SpokenText(std::string(text::trimmed(recording.live->remaining()))));
+    const auto remaining = recording.live->remaining().reveal();
+    services_.insertion.writePrivateText(SpokenText(std::string(text::trimmed(remaining))));
     co_return TextDeliveryResult::copiedFallback;
   }
   // Every phrase is in the application already; what is left to say is how the clipboard fared.
@@ -102,6 +107,8 @@ void DictationCoordinator::showOutcome(TextDeliveryResult result, const std::vec
 }
 
 void DictationCoordinator::showFailure(const MRMError& error, const Recording& recording) {
+  const bool liveStopped = recording.live && recording.live->blocked();
+  logSummary(recording, liveStopped ? services_.insertion.lastBlock() : std::nullopt);
   if (error.which() != MRMError::Case::noSpeech) {
     status_.showTransientError(error.localizedDescription());
   } else if (recording.deviceChanged) {
@@ -109,6 +116,12 @@ void DictationCoordinator::showFailure(const MRMError& error, const Recording& r
   } else {
     showRest();
   }
+}
+
+void DictationCoordinator::logSummary(const Recording& recording,
+                                      std::optional<LiveInsertionBlock> blocked) const {
+  const auto line = recording.session->diagnostics().notice(blocked, recording.deviceChanged);
+  services_.diagnostic.line(LogLevel::notice, PublicText::declared(line));
 }
 
 void DictationCoordinator::keepInHistory(SpokenText text, const DictationSessionResult& result) {

@@ -7,8 +7,8 @@ namespace murmel {
 /// Names one recording and everything that is done for it.
 using OperationIdentifier = std::uint64_t;
 
-/// Knows which operation is the current one. Whatever continues later compares the identifier that it was started
-/// for: a mismatch means that it was superseded and only cleans up.
+/// Knows which operation is the current one. Whatever continues later compares the identifier that it was
+/// started for: a mismatch means that it was superseded and only cleans up.
 class DictationOperationTracker {
  public:
   [[nodiscard]] OperationIdentifier current() const { return current_; }

@@ -34,7 +34,9 @@ class DictationState {
   /// The text of the status line.
   [[nodiscard]] std::string title() const;
 
-  [[nodiscard]] bool isRecording() const { return case_ == Case::listening || case_ == Case::listeningBehind; }
+  [[nodiscard]] bool isRecording() const {
+    return case_ == Case::listening || case_ == Case::listeningBehind;
+  }
   /// Recording or transcribing: no new dictation can start.
   [[nodiscard]] bool isBusy() const { return isRecording() || case_ == Case::transcribing; }
 

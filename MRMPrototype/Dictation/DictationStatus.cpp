@@ -14,7 +14,9 @@ constexpr Duration warningHold = std::chrono::seconds(6);
 DictationStatus::DictationStatus(Executor& executor, std::function<void()> onRest)
     : executor_(executor), onRest_(std::move(onRest)) {}
 
-void DictationStatus::show(DictationState state) { showFor(std::move(state), Duration::zero()); }
+void DictationStatus::show(DictationState state) {
+  showFor(std::move(state), Duration::zero());
+}
 
 void DictationStatus::showFor(DictationState state, Duration hold) {
   hold_ = hold;
@@ -33,16 +35,21 @@ void DictationStatus::showTransientWarning(std::string message) {
   showFor(DictationState::warning(std::move(message)), warningHold);
 }
 
-void DictationStatus::cancelRecovery() { recovery_.reset(); }
+void DictationStatus::cancelRecovery() {
+  recovery_.reset();
+}
 
-void DictationStatus::resumeRecovery() { arm(); }
+void DictationStatus::resumeRecovery() {
+  arm();
+}
 
 void DictationStatus::arm() {
   recovery_.reset();
-  if (hold_ > Duration::zero()) recovery_ = executor_.after(hold_, [this] {
-    recovery_.reset();
-    onRest_();
-  });
+  if (hold_ > Duration::zero())
+    recovery_ = executor_.after(hold_, [this] {
+      recovery_.reset();
+      onRest_();
+    });
 }
 
 }  // namespace murmel

@@ -23,10 +23,11 @@ class RecogniserPreparation {
     failed,     ///< the model is there, but no recogniser could be made: see `failure`
   };
 
-  RecogniserPreparation(SpeechModelStore& models, TranscriptionProviderFactory& factory, RuntimePriority& priority);
+  RecogniserPreparation(SpeechModelStore& models, TranscriptionProviderFactory& factory,
+                        RuntimePriority& priority);
 
-  /// Makes a recogniser when the model is installed and verified and there is none for it yet; its warm-up holds
-  /// the runtime priority.
+  /// Makes a recogniser when the model is installed and verified and there is none for it yet; its warm-up
+  /// holds the runtime priority.
   Outcome prepareProviderIfPossible();
 
   /// Nothing while no recogniser is ready. A running dictation keeps the one that it began with.

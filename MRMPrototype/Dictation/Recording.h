@@ -9,8 +9,8 @@
 
 namespace murmel {
 
-/// What one dictation holds from the start of its recording until its text is delivered. Every lease is given back
-/// by its destructor, so whatever way a dictation ends, it ends in the destruction of this.
+/// What one dictation holds from the start of its recording until its text is delivered. Every lease is given
+/// back by its destructor, so whatever way a dictation ends, it ends in the destruction of this.
 struct Recording {
   OperationIdentifier operation = 0;
   Registration updateActivity;    ///< keeps updates from being installed

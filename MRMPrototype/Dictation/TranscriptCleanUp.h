@@ -4,8 +4,8 @@
 
 namespace murmel {
 
-/// The word-level clean-up of recognised text: filler words and personal vocabulary, as the settings of the moment
-/// ask for. Main thread.
+/// The word-level clean-up of recognised text: filler words and personal vocabulary, as the settings of the
+/// moment ask for. Main thread.
 class TranscriptCleanUp {
  public:
   virtual ~TranscriptCleanUp() = default;

@@ -12,8 +12,8 @@ namespace murmel {
 class TranscriptionProviderFactory {
  public:
   virtual ~TranscriptionProviderFactory() = default;
-  /// The recogniser starts to load its model at once; `warmupCompletion` is called on the main thread with true
-  /// when it is ready, false when that failed.
+  /// The recogniser starts to load its model at once; `warmupCompletion` is called on the main thread with
+  /// true when it is ready, false when that failed.
   virtual Result<std::shared_ptr<TranscriptionProvider>> make(std::function<void(bool)> warmupCompletion) = 0;
 };
 

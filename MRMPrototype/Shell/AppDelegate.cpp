@@ -44,7 +44,8 @@ void AppDelegate::checkReopenedWindow(int attemptsLeft) {
   } else if (attemptsLeft <= 1) {
     actions_.terminate(windowMissingStatus);
   } else {
-    reopenCheck_ = executor_.after(reopenInterval, [this, attemptsLeft] { checkReopenedWindow(attemptsLeft - 1); });
+    reopenCheck_ =
+        executor_.after(reopenInterval, [this, attemptsLeft] { checkReopenedWindow(attemptsLeft - 1); });
   }
 }
 

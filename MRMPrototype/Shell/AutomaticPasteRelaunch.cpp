@@ -30,7 +30,9 @@ void AutomaticPasteRelaunch::relaunch() {
       relauncher_.terminate();
       return;
     }
-    alerts_.show({.title = displayName_ + " could not reopen", .text = opened.error(), .acceptButton = "OK",
+    alerts_.show({.title = displayName_ + " could not reopen",
+                  .text = opened.error(),
+                  .acceptButton = "OK",
                   .declineButton = {}},
                  [](bool) {});
   });

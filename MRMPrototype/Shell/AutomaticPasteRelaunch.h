@@ -30,8 +30,8 @@ class ApplicationRelauncher {
   virtual void terminate() = 0;
 };
 
-/// A newly granted permission to post keyboard events takes effect only in a new process: offers to reopen the
-/// application, and never more than one offer at a time.
+/// A newly granted permission to post keyboard events takes effect only in a new process: offers to reopen
+/// the application, and never more than one offer at a time.
 class AutomaticPasteRelaunch {
  public:
   AutomaticPasteRelaunch(AlertPresenter& alerts, ApplicationRelauncher& relauncher, std::string displayName);

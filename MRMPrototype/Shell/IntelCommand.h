@@ -44,8 +44,8 @@ inline constexpr auto rawValueTable<IntelCommand> = std::to_array<RawValueRow<In
     {IntelCommand::quit, "MRM.Intel.Quit"},
 });
 
-/// A command as other programs say it: the action name on D-Bus, which is also the word on the command line, and
-/// one line of help.
+/// A command as other programs say it: the action name on D-Bus, which is also the word on the command line,
+/// and one line of help.
 struct IntelCommandAction {
   IntelCommand command;
   std::string_view action;

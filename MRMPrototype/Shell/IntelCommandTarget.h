@@ -9,8 +9,8 @@
 
 namespace murmel {
 
-/// Where menu items and remote commands arrive; the controllers of the application observe what concerns them.
-/// Main thread.
+/// Where menu items and remote commands arrive; the controllers of the application observe what concerns
+/// them. Main thread.
 class IntelCommandTarget {
  public:
   [[nodiscard]] Registration observe(IntelCommand command, std::function<void()> handler) {

@@ -1,9 +1,10 @@
 #include "Shell/LaunchRole.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
 #include <string_view>
+
+#include <CLI/CLI.hpp>
 
 namespace murmel {
 
@@ -31,7 +32,8 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   if (contains(arguments, releaseLaunchSmokeFlag)) return DesktopRole{LaunchSelfTest::releaseLaunch};
   if (contains(arguments, dockReopenSmokeFlag)) return DesktopRole{LaunchSelfTest::dockReopen};
 
-  CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.", "murmel"};
+  CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.",
+               "murmel"};
   app.set_version_flag("--version", version);
   app.require_subcommand(0, 1);
 
@@ -39,7 +41,8 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
   transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
   transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
-  auto* doctorCommand = app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
+  auto* doctorCommand =
+      app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
   for (const auto& row : intelCommandActions) {
     app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
   }

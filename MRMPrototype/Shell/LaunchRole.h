@@ -31,8 +31,8 @@ struct MessageRole {
   std::string text;
 };
 
-using LaunchRole =
-    std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole, DoctorRole, MessageRole>;
+using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
+                                DoctorRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

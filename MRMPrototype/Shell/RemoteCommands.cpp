@@ -30,7 +30,8 @@ QString objectPath(const std::string& identifier) {
 std::expected<void, std::string> call(const std::string& identifier, const QString& method,
                                       const QVariantList& arguments) {
   auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return std::unexpected("There is no session bus, so a running Murmel cannot be reached.");
+  if (!bus.isConnected())
+    return std::unexpected("There is no session bus, so a running Murmel cannot be reached.");
   const auto service = QString::fromStdString(identifier);
   if (!bus.interface()->isServiceRegistered(service)) return std::unexpected("Murmel is not running.");
   auto message = QDBusMessage::createMethodCall(service, objectPath(identifier), interfaceName, method);
@@ -55,8 +56,8 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
   // The names and signatures are those of the interface.
   void Activate(const QVariantMap& /*platformData*/) { handlers_.activate(); }
   void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { handlers_.activate(); }
-  void ActivateAction(const QString& action, const QVariantList& /*parameter*/, const QVariantMap& /*platformData*/,
-                      const QDBusMessage& request) {
+  void ActivateAction(const QString& action, const QVariantList& /*parameter*/,
+                      const QVariantMap& /*platformData*/, const QDBusMessage& request) {
     if (const auto command = commandForAction(action.toStdString())) {
       handlers_.command(*command);
       return;
@@ -97,10 +98,12 @@ RemoteCommandService::Claim RemoteCommandService::claim(Handlers handlers) {
   return Claim::alreadyTaken;
 }
 
-std::expected<void, std::string> sendRemoteCommand(const std::string& applicationIdentifier, IntelCommand command) {
+std::expected<void, std::string> sendRemoteCommand(const std::string& applicationIdentifier,
+                                                   IntelCommand command) {
   const auto name = actionName(command);
-  return call(applicationIdentifier, QStringLiteral("ActivateAction"),
-              {QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())), QVariantList{}, QVariantMap{}});
+  return call(
+      applicationIdentifier, QStringLiteral("ActivateAction"),
+      {QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())), QVariantList{}, QVariantMap{}});
 }
 
 std::expected<void, std::string> activateRunningInstance(const std::string& applicationIdentifier) {

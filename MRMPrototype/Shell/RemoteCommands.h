@@ -9,8 +9,9 @@
 
 namespace murmel {
 
-/// The running instance's door on the session bus: the standard interface org.freedesktop.Application under the
-/// application identifier, with one action a command. Whoever owns the name is the one instance of this edition.
+/// The running instance's door on the session bus: the standard interface org.freedesktop.Application under
+/// the application identifier, with one action a command. Whoever owns the name is the one instance of this
+/// edition.
 class RemoteCommandService {
  public:
   struct Handlers {
@@ -39,7 +40,8 @@ class RemoteCommandService {
 };
 
 /// Asks the running instance; never starts one. The error is one sentence for the user.
-std::expected<void, std::string> sendRemoteCommand(const std::string& applicationIdentifier, IntelCommand command);
+std::expected<void, std::string> sendRemoteCommand(const std::string& applicationIdentifier,
+                                                   IntelCommand command);
 std::expected<void, std::string> activateRunningInstance(const std::string& applicationIdentifier);
 
 }  // namespace murmel

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Support/Suspension.h"
-
 #include "Delivery/TextInsertion.h"
 #include "Dictation/OverlayController.h"
 #include "Dictation/RefinementSource.h"
@@ -15,14 +13,16 @@
 #include "Segmentation/DictationSession.h"
 #include "Storage/DictationHistory.h"
 #include "Storage/DictationSettings.h"
+#include "Support/Suspension.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <utility>
 #include <vector>
 
-/// Strict fakes of the coordinator's neighbours: they answer as the test says, and fail the test when they are used
-/// in an order that their contract forbids.
+#include <gtest/gtest.h>
+
+/// Strict fakes of the coordinator's neighbours: they answer as the test says, and fail the test when they
+/// are used in an order that their contract forbids.
 namespace murmel::test {
 
 class FakeTextInsertion final : public TextInsertion {
@@ -172,14 +172,15 @@ class FakeRefinementSource final : public RefinementSource {
 class FakeTranscriptCleanUp final : public TranscriptCleanUp {
  public:
   [[nodiscard]] std::string clean(std::string text) const override {
-    return text.find_first_not_of(' ') == std::string::npos ? text : "[" + text + "]";
+    return text.find_first_not_of(" \n\t") == std::string::npos ? text : "[" + text + "]";
   }
 };
 
 class FakeDictationSession final : public DictationSession {
  public:
-  FakeDictationSession(DictationSessionConfiguration given, Suspension<Result<DictationSessionResult>>& finishing,
-                       std::size_t& samples, int& living)
+  FakeDictationSession(DictationSessionConfiguration given,
+                       Suspension<Result<DictationSessionResult>>& finishing, std::size_t& samples,
+                       int& living)
       : configuration(std::move(given)), finishing_(finishing), samples_(samples), living_(living) {
     ++living_;
   }
@@ -193,6 +194,8 @@ class FakeDictationSession final : public DictationSession {
     EXPECT_FALSE(std::exchange(finished_, true)) << "a session is finished once";
     return finishing_.wait();
   }
+
+  [[nodiscard]] DictationDiagnostics diagnostics() const override { return {}; }
 
   DictationSessionConfiguration configuration;
 
@@ -208,7 +211,8 @@ class FakeDictationSessionFactory final : public DictationSessionFactory {
   ~FakeDictationSessionFactory() override { EXPECT_EQ(living, 0) << "a session outlived its dictation"; }
 
   std::unique_ptr<DictationSession> make(DictationSessionConfiguration configuration) override {
-    auto session = std::make_unique<FakeDictationSession>(std::move(configuration), finishing, samples, living);
+    auto session =
+        std::make_unique<FakeDictationSession>(std::move(configuration), finishing, samples, living);
     last = session.get();
     ++made;
     return session;
@@ -255,7 +259,10 @@ class FakeOverlay final : public OverlayController {
   void update(const DictationState& state) override { titles.push_back(state.title()); }
   void setLevel(double level) override { lastLevel = level; }
 
+  void showSilentMicrophone(bool silent) override { microphoneSilent = silent; }
+
   std::vector<std::string> titles;
+  bool microphoneSilent = false;
   double lastLevel = 0;
 };
 

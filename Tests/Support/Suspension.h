@@ -9,8 +9,8 @@
 
 namespace murmel::test {
 
-/// A place where the code under test waits until the test lets it go on, or runs through when the test has given
-/// the answer ahead.
+/// A place where the code under test waits until the test lets it go on, or runs through when the test has
+/// given the answer ahead.
 template <class T>
 class Suspension {
  public:

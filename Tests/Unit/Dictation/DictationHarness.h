@@ -1,13 +1,12 @@
 #pragma once
 
-#include "Support/DictationFakes.h"
-
 #include "Audio/AudioCaptureService.h"
 #include "Dictation/DictationCoordinator.h"
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeMicrophoneAuthorization.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Support/DictationFakes.h"
 
 #include <memory>
 #include <string>
@@ -30,9 +29,10 @@ class DictationHarness {
   /// Makes the coordinator, after the test has set the scene.
   DictationCoordinator& begin() {
     coordinator = std::make_unique<DictationCoordinator>(
-        DictationServices{executor, executor, audio, insertion, settings, history, models, recognition, refinement,
-                          cleanUp, sessions, updates, downloads, overlay, sounds,
-                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary")});
+        DictationServices{executor, executor, audio, insertion, settings, history, models, recognition,
+                          refinement, cleanUp, sessions, updates, downloads, overlay, sounds,
+                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
+                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages")});
     executor.runUntilIdle();
     if (recognition.finishWarmup) recognition.finishWarmup(true);
     return *coordinator;
@@ -55,12 +55,12 @@ class DictationHarness {
   [[nodiscard]] DictationState::Case state() const { return coordinator->state().which(); }
   /// Whether everything that a dictation borrows has been given back.
   [[nodiscard]] bool everythingIsBack() const {
-    return updates.active.empty() && !downloads.runtimeActive && !insertion.sessionOpen && sessions.living == 0 &&
-           !audio.recording();
+    return updates.active.empty() && !downloads.runtimeActive && !insertion.sessionOpen &&
+           sessions.living == 0 && !audio.recording();
   }
 
   ManualExecutor executor;
-  FakeAudioInput input{executor};
+  FakeAudioInput input{executor, AudioFormat{48'000, 1}};
   FakeMicrophoneAuthorization authorization;
   AudioCaptureService audio{executor, input, authorization, "/nonexistent"};
   FakeTextInsertion insertion;
