@@ -91,8 +91,8 @@ std::vector<PasteChordTable::InvalidLine> PasteChordTable::addUserLines(std::str
     const auto line = text::trimmed(std::string_view(part.begin(), part.end()));
     if (line.empty() || line.starts_with('#')) continue;
     const auto equals = line.rfind('=');
-    const auto name = equals == std::string_view::npos ? std::string_view{}
-                                                       : text::trimmed(line.substr(0, equals));
+    const auto name =
+        equals == std::string_view::npos ? std::string_view{} : text::trimmed(line.substr(0, equals));
     const auto method = name.empty() ? std::nullopt : parseMethod(line.substr(equals + 1));
     if (method) {
       rows_.push_back({std::string(name), *method});

@@ -23,12 +23,13 @@ void PasteCleanup::schedule(SentPaste paste) {
     evaluate();
   });
   auto& general = pending_->paste.transactions.front();
-  pending_->changes.push_back(general.pasteboard().onForeignChange([this, ifCurrent](std::int64_t /*changeCount*/) {
-    const auto pending = ifCurrent();
-    if (!pending) return;
-    pending->generalChanged = true;
-    evaluate();
-  }));
+  pending_->changes.push_back(
+      general.pasteboard().onForeignChange([this, ifCurrent](std::int64_t /*changeCount*/) {
+        const auto pending = ifCurrent();
+        if (!pending) return;
+        pending->generalChanged = true;
+        evaluate();
+      }));
   evaluate();
 }
 

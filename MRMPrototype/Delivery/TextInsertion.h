@@ -33,9 +33,9 @@ class TextInsertion {
   /// this session was refused.
   virtual Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) = 0;
 
-  /// Pastes one phrase while the recording goes on. False when it was not posted, or posted and not read by the
-  /// target within 2 s; `lastBlock` says why. Leaves the clipboard alone when it is not posted. From the first
-  /// phrase on the target is fixed: a switch of application ends live insertion and is not undone.
+  /// Pastes one phrase while the recording goes on. False when it was not posted, or posted and not read by
+  /// the target within 2 s; `lastBlock` says why. Leaves the clipboard alone when it is not posted. From the
+  /// first phrase on the target is fixed: a switch of application ends live insertion and is not undone.
   virtual Task<bool> insertLiveSegment(SpokenText phrase) = 0;
   /// Why the last paste of this session was refused, if it was.
   [[nodiscard]] virtual std::optional<LiveInsertionBlock> lastBlock() const = 0;

@@ -157,7 +157,8 @@ Task<bool> TextInsertionService::deliverLiveSegment(SpokenText phrase) {
   auto dispatching = dispatchPasteOrCopy(std::move(phrase), target, true);
   const auto result = co_await dispatching;
   const bool posted = result != TextDeliveryResult::copiedFallback;
-  logger_.line(LogLevel::info, posted ? PublicText("paste_dispatched=true") : PublicText("paste_dispatched=false"));
+  logger_.line(LogLevel::info,
+               posted ? PublicText("paste_dispatched=true") : PublicText("paste_dispatched=false"));
   if (!posted) co_return false;
   auto arriving = pasteCleanup_.arrival();
   const bool arrived = co_await arriving;
@@ -223,7 +224,8 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
         break;
       case PostResult::targetNotInFront: {
         const auto seen = observe(application, true);
-        block = seen.userActivatedAnother ? LiveInsertionBlock::appChanged : LiveInsertionBlock::targetNotActive;
+        block =
+            seen.userActivatedAnother ? LiveInsertionBlock::appChanged : LiveInsertionBlock::targetNotActive;
         break;
       }
       case PostResult::unavailable:

@@ -96,8 +96,9 @@ Task<std::int64_t> FakePasteboard::changeCount() {
 }
 
 Task<ClipboardCapture> FakePasteboard::capture() {
-  auto receiver = perform(state_->captureDelay,
-                          [state = state_] { return ClipboardCapture{state->contents, state->complete}; });
+  auto receiver = perform(state_->captureDelay, [state = state_] {
+    return ClipboardCapture{state->contents, state->complete};
+  });
   auto captured = co_await receiver;
   co_return *std::move(captured);
 }
@@ -124,7 +125,8 @@ Task<std::optional<std::int64_t>> FakePasteboard::mrmReplaceIfUnchanged(Clipboar
                                                                         std::int64_t expected) {
   requireHoldable(contents);
   auto receiver = perform(
-      {}, [state = state_, contents = std::move(contents), expected]() mutable -> std::optional<std::int64_t> {
+      {},
+      [state = state_, contents = std::move(contents), expected]() mutable -> std::optional<std::int64_t> {
         if (state->count != expected) return std::nullopt;
         return state->replace(std::move(contents));
       });

@@ -1,7 +1,6 @@
-#include "DeliveryHarness.h"
-
 #include "Delivery/ClipboardTransaction.h"
 #include "Delivery/PrivateTranscript.h"
+#include "DeliveryHarness.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
 #include "Delivery/PasteReceipts.h"
 
-#include <gtest/gtest.h>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace murmel::test {
 
