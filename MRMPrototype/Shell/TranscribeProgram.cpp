@@ -5,10 +5,12 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Product/MRMAppIdentity.h"
-#include "Segmentation/SingleSegmentSession.h"
+#include "Segmentation/IncrementalDictationSession.h"
 #include "Shell/FileTranscription.h"
 #include "Shell/FluidAudioRecognition.h"
 #include "Shell/Programs.h"
+#include "Shell/ProvisionalServices.h"
+#include "Shell/RuntimePolicy.h"
 #include "Shell/StandardOutputDelivery.h"
 
 #include <QCoreApplication>
@@ -24,6 +26,11 @@ Task<void> exitWith(Task<int> work) {
   QCoreApplication::exit(status);
 }
 
+void printLine(std::FILE* stream, const std::string& prefix, const std::string& text) {
+  fmt::print(stream, "{}{}\n", prefix, text);
+  std::fflush(stream);
+}
+
 }  // namespace
 
 int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders& folders,
@@ -34,17 +41,40 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
   JournalLogSink log(JournalLogSink::Fallback::none);
   const auto identifier = MRMAppIdentity::applicationIdentifier(info);
 
+  DefaultSettings settings;
+  NoHistory history;
+  NoRefinement refinement;
+  NoCleanUp cleanUp;
   LinuxProcessLauncher launcher;
   ModelManager models(executor);
   models.validate();
   FluidAudioRecognition recognition({executor, clock, launcher}, {folders.resources, identifier}, models,
-                                    makeRuntimePolicy(folders));
-  SingleSegmentSessionFactory sessions(&capturedAudioForRecognition);
-  StandardOutputDelivery delivery([](const std::string& text) {
-    fmt::print("{}\n", text);
-    std::fflush(stdout);
-  });
-  return 0;
+                                    runtimePolicy(folders));
+  IncrementalDictationSessionFactory sessions({executor, clock, Logger(log, identifier, "incremental-stages"),
+                                               &AudioCaptureService::convertForRecognition});
+  StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
+
+  FileTranscriptionServices services{
+      .executor = executor,
+      .clock = clock,
+      .delivery = delivery,
+      .settings = settings,
+      .history = history,
+      .models = models,
+      .recognition = recognition,
+      .refinement = refinement,
+      .cleanUp = cleanUp,
+      .sessions = sessions,
+      .log = log,
+      .applicationIdentifier = identifier,
+      .temporaryDirectory = folders.temporary,
+      .realTime = role.realTime,
+      .complain = [](const std::string& sentence) { printLine(stderr, "murmel: ", sentence); },
+  };
+  Scope scope;
+  // From inside the loop: an exit before it runs would be lost.
+  executor.post([&] { scope.start(exitWith(transcribeFiles(services, role.files))); });
+  return QCoreApplication::exec();
 }
 
 }  // namespace murmel

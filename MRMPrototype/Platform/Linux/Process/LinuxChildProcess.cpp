@@ -5,7 +5,9 @@
 #include <utility>
 
 #include <poll.h>
+extern "C" {  // the header of glibc 2.36 forgets it
 #include <sys/pidfd.h>
+}
 #include <sys/stat.h>
 #include <sys/wait.h>
 

@@ -12,7 +12,9 @@
 #include <utility>
 
 #include <fcntl.h>
+extern "C" {  // the header of glibc 2.36 forgets it
 #include <sys/pidfd.h>
+}
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
