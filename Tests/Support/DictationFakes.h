@@ -51,7 +51,11 @@ class FakeTextInsertion final : public TextInsertion {
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return block; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return result; }
   void writePrivateText(const SpokenText& text) override { copied.push_back(text.reveal()); }
+  [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override {
+    return settled.subscribe(std::move(handler));
+  }
 
+  Signal<PasteSettlement> settled;
   bool sessionOpen = false;
   int sessionsBegun = 0;
   std::vector<std::string> delivered;
