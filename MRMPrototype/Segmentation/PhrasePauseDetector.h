@@ -87,6 +87,7 @@ class PhrasePauseDetector {
   bool loud_ = false;
   int loudFrames_ = 0;          ///< length of the current stretch above the threshold
   std::int64_t speechEnd_ = 0;  ///< the frame after the last one of speech
+  std::int64_t zeroFrames_ = 0;  ///< of digital silence since then
   int speechFrames_ = 0;        ///< since the last pause between phrases
   SpeechLevels speechLevels_;
 
