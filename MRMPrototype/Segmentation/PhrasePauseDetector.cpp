@@ -81,7 +81,7 @@ void PhrasePauseDetector::measure(const FrameLevel& frame) {
   const double unfiltered = 10 * std::log10(frame.meanSquare);
   minimumWindowDB_ = std::min(minimumWindowDB_, unfiltered);
   if (unfiltered >= lowestFloorDB) leadingLowLevelEnded_ = true;
-  if (!leadingLowLevelEnded_) leadingLowLevelSeconds_ += FrameLevelMeter::frameSeconds;
+  if (!leadingLowLevelEnded_) ++leadingLowLevelFrames_;
 
   // Zeros are no sound; what comes after them stands for itself.
   if (frame.digitalZero) smoothing_.clear();

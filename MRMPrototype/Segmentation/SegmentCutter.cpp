@@ -83,9 +83,9 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
 void SegmentCutter::follow(const FrameLevel& frame) {
   openFrames_.push_back(frame);
   if (frame.digitalZero) {
-    zeroSeconds_ += FrameLevelMeter::frameSeconds;
+    ++zeroFrames_;
   } else {
-    zeroSeconds_ = 0;
+    zeroFrames_ = 0;
     heardSignal_ = true;
   }
 }

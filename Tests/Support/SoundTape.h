@@ -41,11 +41,13 @@ class SoundTape {
   SoundTape& music(double seconds, double db) {
     return add(seconds, [&](double time) {
       const double note = 220 * std::pow(2, std::fmod(std::floor(time * 4) * 7, 12) / 12);
-      return amplitude(db) * std::exp(-6 * std::fmod(time, 0.25)) * std::sin(2 * std::numbers::pi * note * time);
+      return amplitude(db) * std::exp(-6 * std::fmod(time, 0.25)) *
+             std::sin(2 * std::numbers::pi * note * time);
     });
   }
   SoundTape& clipped(double limit) {
-    for (auto& sample : samples_) sample = std::clamp(sample, -static_cast<float>(limit), static_cast<float>(limit));
+    for (auto& sample : samples_)
+      sample = std::clamp(sample, -static_cast<float>(limit), static_cast<float>(limit));
     return *this;
   }
 

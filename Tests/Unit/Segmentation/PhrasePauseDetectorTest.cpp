@@ -1,5 +1,4 @@
 #include "Segmentation/PhrasePauseDetector.h"
-
 #include "Support/SoundTape.h"
 
 #include <cmath>
@@ -45,7 +44,8 @@ TEST(PhrasePauseDetector, CutsWhereSpeechPausesAndNowhereElse) {
       {"speech from the first sample on", SoundTape().speech(2).noise(0.9).speech(1), {2.4}},
       {"one cut in a long pause", SoundTape().noise(0.5).speech(1).noise(20).speech(1), {1.9}},
       {"a pause of half a second is none", SoundTape().noise(0.5).speech(2).noise(0.6).speech(2), {}},
-      {"a click does not end a pause", SoundTape().noise(0.5).speech(2).noise(0.4).noise(0.02, -20).noise(0.5),
+      {"a click does not end a pause",
+       SoundTape().noise(0.5).speech(2).noise(0.4).noise(0.02, -20).noise(0.5),
        {2.9}},
       {"nor is it speech", SoundTape().noise(1).noise(0.02, -20).noise(3), {}},
       {"a word that is too short to be one", SoundTape().noise(1).speech(0.15).noise(2), {}},
@@ -56,10 +56,12 @@ TEST(PhrasePauseDetector, CutsWhereSpeechPausesAndNowhereElse) {
       {"a hum", SoundTape().hum(30, 50, -20), {}},
       {"a hum under the speech", SoundTape().hum(0.5, 50, -50).speech(2).hum(0.9, 50, -50), {2.9}},
       {"a device that opens slowly", SoundTape().zeros(3).noise(1).speech(2).noise(0.9).speech(1), {6.4}},
-      {"a gate that closes between the phrases", SoundTape().noise(0.5).speech(2).zeros(1).speech(2).zeros(1),
+      {"a gate that closes between the phrases",
+       SoundTape().noise(0.5).speech(2).zeros(1).speech(2).zeros(1),
        {2.9, 5.9}},
       {"a microphone that is turned down by 30 dB",
-       SoundTape().noise(0.5).speech(3).noise(0.9).speech(3, -50).noise(0.9, -90).speech(3, -50).noise(0.9, -90),
+       SoundTape().noise(0.5).speech(3).noise(0.9).speech(3, -50).noise(0.9, -90).speech(3, -50).noise(0.9,
+                                                                                                       -90),
        {3.9, 7.8, 11.7}},
       {"clipped speech", SoundTape().noise(0.5).speech(2, 0).noise(0.9).speech(1, 0).clipped(0.3), {2.9}},
   };
@@ -74,7 +76,8 @@ TEST(PhrasePauseDetector, CutsWhereSpeechPausesAndNowhereElse) {
 }
 
 TEST(PhrasePauseDetector, FindsTheSamePausesAtAnyRate) {
-  for (const double rate : {100.0, 999.5, 8'000.0, 11'025.0, 22'050.0, 44'100.0, 48'000.0, 96'000.0, 192'000.0}) {
+  for (const double rate :
+       {100.0, 999.5, 8'000.0, 11'025.0, 22'050.0, 44'100.0, 48'000.0, 96'000.0, 192'000.0}) {
     SoundTape tape(rate);
     tape.noise(0.5).speech(2).noise(0.9).speech(2).noise(0.9);
     const auto cuts = phraseCuts(tape, rate);
@@ -99,7 +102,8 @@ TEST(PhrasePauseDetector, KeepsTheFiguresOfTheDiagnostics) {
   PhrasePauseDetector detector(recognitionSampleRate);
   EXPECT_EQ(detector.minimumWindowDB(), std::numeric_limits<double>::infinity());
   const std::span<const float> samples(tape.samples());
-  for (std::size_t at = 0; at < samples.size(); at += tenth) (void)detector.append(samples.subspan(at, tenth));
+  for (std::size_t at = 0; at < samples.size(); at += tenth)
+    (void)detector.append(samples.subspan(at, tenth));
   EXPECT_EQ(detector.calibrationBatches(), 8) << "three tenths of a second after the zeros";
   EXPECT_NEAR(*detector.floorDB(), -60, 3);
   EXPECT_NEAR(*detector.speechDB(), -20, 3);

@@ -1,6 +1,5 @@
-#include "Segmentation/RecognitionRequests.h"
-
 #include "Platform/Fake/ManualExecutor.h"
+#include "Segmentation/RecognitionRequests.h"
 #include "Support/Awaiting.h"
 #include "Support/ScriptedTranscriptionProvider.h"
 
@@ -115,11 +114,13 @@ TEST_F(Requests, ARequestIsSlowWhenSpeechIsFaster) {
     Duration takes;
     bool slow;
   };
-  for (const auto& [audio, takes, slow] : {Row{1, 4900ms, false}, Row{1, 5100ms, true}, Row{15, 14s, false},
-                                           Row{15, 16s, true}}) {
+  for (const auto& [audio, takes, slow] :
+       {Row{1, 4900ms, false}, Row{1, 5100ms, true}, Row{15, 14s, false}, Row{15, 16s, true}}) {
     std::vector<bool> reports;
     requests.onSlow = [&reports](bool isSlow) { reports.push_back(isSlow); };
-    script = [takes](const auto&, std::size_t) { return ScriptedTranscriptionProvider::Answer{"words", takes}; };
+    script = [takes](const auto&, std::size_t) {
+      return ScriptedTranscriptionProvider::Answer{"words", takes};
+    };
     ask(audio);
     EXPECT_EQ(reports, slow ? (std::vector{true, false}) : std::vector<bool>{}) << audio;
   }

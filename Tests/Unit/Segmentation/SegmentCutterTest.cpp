@@ -1,5 +1,4 @@
 #include "Segmentation/SegmentCutter.h"
-
 #include "Support/SoundTape.h"
 
 #include <limits>
@@ -88,7 +87,7 @@ TEST(SegmentCutter, CutsSilenceOffAndLeavesALead) {
 }
 
 TEST(SegmentCutter, EverySampleIsInExactlyOneSegment) {
-  for (unsigned seed = 1; seed <= 40; ++seed) {
+  for (unsigned seed = 1; seed <= 15; ++seed) {
     std::mt19937 random(seed);
     auto between = [&](double least, double most) {
       return std::uniform_real_distribution<double>(least, most)(random);

@@ -1,5 +1,4 @@
 #include "Segmentation/SegmentLevels.h"
-
 #include "Support/SoundTape.h"
 
 #include <gtest/gtest.h>
