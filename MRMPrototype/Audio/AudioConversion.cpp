@@ -8,6 +8,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include <utility>
+
 namespace murmel {
 
 namespace {
@@ -63,6 +65,10 @@ std::vector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const flo
   }
   if (!allFinite) throw std::invalid_argument("encodePCM16LE was given a sample that is not finite");
   return bytes;
+}
+
+CapturedAudio AudioCaptureService::convertForRecognition(PendingCapturedAudio pending) {
+  return {encodePCM16LE(resample(std::move(pending.monoSamples), pending.sampleRate, recognitionSampleRate))};
 }
 
 }  // namespace murmel
