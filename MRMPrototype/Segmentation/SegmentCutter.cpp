@@ -83,9 +83,9 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
 void SegmentCutter::follow(const FrameLevel& frame) {
   openFrames_.push_back(frame);
   if (frame.digitalZero) {
-    zeroSeconds_ += FrameLevelMeter::frameSeconds;
+    ++zeroFrames_;
   } else {
-    zeroSeconds_ = 0;
+    zeroFrames_ = 0;
     heardSignal_ = true;
   }
 }
@@ -103,10 +103,9 @@ double SegmentCutter::openSeconds() const {
 std::optional<std::size_t> SegmentCutter::silentFrames() {
   const auto lead = frames(leadSeconds);
   if (!silent_ || openFrames_.size() < frames(leastSilenceSeconds) + lead) return std::nullopt;
-  const auto beginning = openFrames_.size() - lead;
-  silent_ = speechEvidence(std::span(openFrames_).first(beginning)) == SpeechEvidence::none;
+  silent_ = speechEvidence(openFrames_) == SpeechEvidence::none;
   if (!silent_) return std::nullopt;
-  return beginning;
+  return openFrames_.size() - lead;
 }
 
 std::size_t SegmentCutter::forcedCut() const {

@@ -44,7 +44,7 @@ class SegmentCutter {
   /// Seconds appended so far.
   [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }
   /// Seconds of nothing but digital zeros up to now.
-  [[nodiscard]] double zeroSeconds() const { return zeroSeconds_; }
+  [[nodiscard]] double zeroSeconds() const { return zeroFrames_ * FrameLevelMeter::frameSeconds; }
   /// Whether any sample was not zero.
   [[nodiscard]] bool heardSignal() const { return heardSignal_; }
 
@@ -80,7 +80,7 @@ class SegmentCutter {
   bool silent_ = true;          ///< whether the open segment may have begun with silence
 
   double capturedSeconds_ = 0;
-  double zeroSeconds_ = 0;
+  int zeroFrames_ = 0;
   bool heardSignal_ = false;
   int earlierCalibrationBatches_ = 0;
   double earlierMinimumWindowDB_ = std::numeric_limits<double>::infinity();
