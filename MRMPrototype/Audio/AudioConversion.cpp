@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
-
 #include <utility>
 
 namespace murmel {
