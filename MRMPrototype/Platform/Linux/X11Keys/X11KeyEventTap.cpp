@@ -56,6 +56,7 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
     watch_.reset();
   }
 
+  [[nodiscard]] bool isRemoved() const { return isRemoved_; }
   [[nodiscard]] bool isUsable() const { return !connection_->isBroken(); }
   void resync() { connection_->requestPressedKeys(); }
 
@@ -163,14 +164,15 @@ X11KeyEventTap::~X11KeyEventTap() = default;
 
 ListenEventAccess X11KeyEventTap::permission() {
   if (isWayland(environment_)) return {false, waylandReason};
-  if (const auto tap = tap_.lock(); tap && tap->isUsable()) return {true, ""};
+  if (const auto tap = tap_.lock(); tap && !tap->isRemoved() && tap->isUsable()) return {true, ""};
   if (environment_.display.empty()) return {false, "There is no display (DISPLAY is not set)."};
   const auto checked = X11KeyConnection::check(environment_.display);
   return checked ? ListenEventAccess{true, ""} : ListenEventAccess{false, checked.error()};
 }
 
 std::unique_ptr<InstalledKeyEventTap> X11KeyEventTap::create(Handler handler) {
-  if (!tap_.expired() || environment_.display.empty() || isWayland(environment_)) return nullptr;
+  if (const auto tap = tap_.lock(); tap && !tap->isRemoved()) return nullptr;
+  if (environment_.display.empty() || isWayland(environment_)) return nullptr;
   auto connection = X11KeyConnection::open(environment_.display);
   if (!connection) return nullptr;
   auto layout = (*connection)->readLayout();
