@@ -9,6 +9,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include <utility>
+
 namespace murmel {
 
 namespace {
@@ -75,6 +77,10 @@ std::vector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const flo
   }
   if (notFinite != 0) throw std::invalid_argument("encodePCM16LE was given a sample that is not finite");
   return bytes;
+}
+
+CapturedAudio AudioCaptureService::convertForRecognition(PendingCapturedAudio pending) {
+  return {encodePCM16LE(resample(std::move(pending.monoSamples), pending.sampleRate, recognitionSampleRate))};
 }
 
 }  // namespace murmel
