@@ -84,17 +84,22 @@ std::size_t sizeOf(std::span<const std::string_view> pieces) {
   return size;
 }
 
-TokenSequence replaced(const TokenSequence& text, const Entry& entry, std::span<const std::size_t> places) {
+void replace(TokenSequence& text, const Entry& entry, std::span<const std::size_t> places) {
+  const auto& inserted = entry.replacement;
+  if (inserted.size() == entry.term.size()) {
+    for (const auto place : places) text.overwrite(place, inserted);
+    return;
+  }
   TokenSequence result;
-  result.reserve(text.size() + places.size() * entry.replacement.size());
+  result.reserve(text.size() + places.size() * inserted.size());
   std::size_t copied = 0;
   for (const auto place : places) {
     result.append(text, copied, place);
-    result.append(entry.replacement, 0, entry.replacement.size());
+    result.append(inserted, 0, inserted.size());
     copied = place + entry.term.size();
   }
   result.append(text, copied, text.size());
-  return result;
+  text = std::move(result);
 }
 
 /// Whether two places follow each other so closely that the words of their replacements grow together.
@@ -177,7 +182,7 @@ class Pass {
     changed_ = true;
     const bool again = growTogether(entry, places);
     for (const auto id : entry.term) counts_[id] -= static_cast<std::uint32_t>(places.size());
-    text_ = replaced(text_, entry, places);
+    replace(text_, entry, places);
     if (again) {
       joined_ = std::make_unique<std::string>(text());
       text_ = ids_.tokens(*joined_);

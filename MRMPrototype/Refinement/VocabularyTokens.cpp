@@ -2,6 +2,8 @@
 
 #include "Foundation/Text.h"
 
+#include <algorithm>
+
 namespace murmel {
 
 namespace {
@@ -68,6 +70,13 @@ void TokenSequence::append(const TokenSequence& other, std::size_t from, std::si
   ids.insert(ids.end(), other.ids.begin() + begin, other.ids.begin() + end);
   isWord.insert(isWord.end(), other.isWord.begin() + begin, other.isWord.begin() + end);
   pieces.insert(pieces.end(), other.pieces.begin() + begin, other.pieces.begin() + end);
+}
+
+void TokenSequence::overwrite(std::size_t position, const TokenSequence& other) {
+  const auto at = static_cast<std::ptrdiff_t>(position);
+  std::ranges::copy(other.ids, ids.begin() + at);
+  std::ranges::copy(other.isWord, isWord.begin() + at);
+  std::ranges::copy(other.pieces, pieces.begin() + at);
 }
 
 std::vector<TokenId> TokenIds::addedTokens(std::string_view term) {

@@ -26,6 +26,8 @@ struct TokenSequence {
   void reserve(std::size_t count);
   void append(TokenId id, bool word, std::string_view piece);
   void append(const TokenSequence& other, std::size_t from, std::size_t to);
+  /// Puts `other` in the place of as many tokens from `position` on.
+  void overwrite(std::size_t position, const TokenSequence& other);
 };
 
 /// Numbers the tokens of all terms.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Dictation/RefinementSource.h"
-#include "Dictation/TranscriptCleanUp.h"
 #include "Storage/DictationHistory.h"
 #include "Storage/DictationSettings.h"
 
@@ -30,17 +28,6 @@ class NoHistory final : public DictationHistory {
  public:
   void add(HistoryEntry) override {}
   void prune(HistoryRetention, WallTime) override {}
-};
-
-class NoRefinement final : public RefinementSource {
- public:
-  std::shared_ptr<RefinementProvider> makeRefinementProvider() override { return nullptr; }
-  void warmUp() override {}
-};
-
-class NoCleanUp final : public TranscriptCleanUp {
- public:
-  [[nodiscard]] std::string clean(std::string text) const override { return text; }
 };
 
 }  // namespace murmel

@@ -3,12 +3,14 @@
 #include "Shell/RemoteCommands.h"
 
 #include <QCoreApplication>
-#include <fmt/core.h>
 #include <cstdio>
+
+#include <fmt/core.h>
 
 namespace murmel {
 
-int runRemoteCommand(int& argumentCount, char** arguments, const InformationDictionary& info, IntelCommand command) {
+int runRemoteCommand(int& argumentCount, char** arguments, const InformationDictionary& info,
+                     IntelCommand command) {
   const QCoreApplication application(argumentCount, arguments);
   const auto sent = sendRemoteCommand(MRMAppIdentity::applicationIdentifier(info), command);
   if (sent) return 0;

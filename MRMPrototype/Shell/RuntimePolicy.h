@@ -5,7 +5,8 @@
 
 namespace murmel {
 
-/// The policy of this installation: its own resources folder and, where the application is signed, its own team.
+/// The policy of this installation: its own resources folder and, where the application is signed, its own
+/// team.
 ExecutableRuntimePolicy runtimePolicy(const ApplicationFolders& folders);
 
 }  // namespace murmel

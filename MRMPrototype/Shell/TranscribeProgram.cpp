@@ -1,7 +1,10 @@
 #include "Audio/AudioCaptureService.h"
+#include "Dictation/SettingsRefinementSource.h"
+#include "Dictation/SettingsTranscriptCleanUp.h"
 #include "Foundation/Scope.h"
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Product/MRMAppIdentity.h"
@@ -14,8 +17,9 @@
 #include "Shell/StandardOutputDelivery.h"
 
 #include <QCoreApplication>
-#include <fmt/core.h>
 #include <cstdio>
+
+#include <fmt/core.h>
 
 namespace murmel {
 
@@ -43,8 +47,10 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
 
   DefaultSettings settings;
   NoHistory history;
-  NoRefinement refinement;
-  NoCleanUp cleanUp;
+  const CLD2LanguageRecognizer languages;
+  MissingModelRefiners modelRefiners;
+  SettingsRefinementSource refinement(settings, modelRefiners, languages);
+  SettingsTranscriptCleanUp cleanUp(settings);
   LinuxProcessLauncher launcher;
   ModelManager models(executor);
   models.validate();

@@ -20,15 +20,15 @@ std::string applied(std::string_view vocabulary, std::string_view text) {
 
 /// A term and the regular expression that it stands for.
 struct Term {
-  explicit Term(std::string text)
-      : text(std::move(text)),
-        pattern(text::RegularExpression::compile(R"((?i)(?<![\p{L}\p{N}_]))" +
-                                                 text::RegularExpression::escaped(this->text) +
-                                                 R"((?![\p{L}\p{N}_]))")
-                    .value()) {}
   std::string text;
   text::RegularExpression pattern;
 };
+
+Term makeTerm(const std::string& term) {
+  const auto pattern =
+      R"((?i)(?<![\p{L}\p{N}_]))" + text::RegularExpression::escaped(term) + R"((?![\p{L}\p{N}_]))";
+  return {term, text::RegularExpression::compile(pattern).value()};
+}
 
 class Generator {
  public:
@@ -103,8 +103,8 @@ TEST(PersonalVocabulary, AgreesWithRegularExpressionsAppliedInTurn) {
   Generator termGenerator(1);
   std::vector<Term> terms;  // compiling a pattern takes milliseconds: the terms are shared by all rounds
   while (terms.size() < 60) {
-    std::string term(text::trimmed(termGenerator.text(4)));
-    if (!term.empty()) terms.emplace_back(std::move(term));
+    const std::string term(text::trimmed(termGenerator.text(4)));
+    if (!term.empty()) terms.push_back(makeTerm(term));
   }
   for (unsigned seed = 1; seed <= 2'000; ++seed) {
     Generator random(seed);

@@ -5,10 +5,8 @@
 #include <utility>
 
 #include <poll.h>
-extern "C" {  // the header of glibc 2.36 forgets it
-#include <sys/pidfd.h>
-}
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace murmel {
@@ -44,7 +42,8 @@ bool LinuxChildProcess::isRunning() {
 
 void LinuxChildProcess::signal(int number) const {
   // Fails only when the child has ended meanwhile, which is what the signal is for.
-  ::pidfd_send_signal(process_.get(), number, nullptr, 0);
+  // (The C library of Debian 12 declares its wrapper for C only.)
+  ::syscall(SYS_pidfd_send_signal, process_.get(), number, nullptr, 0);
 }
 
 bool LinuxChildProcess::waitForEnd(std::chrono::milliseconds limit) const {
