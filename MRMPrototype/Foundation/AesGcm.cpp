@@ -35,14 +35,14 @@ std::optional<std::vector<std::uint8_t>> sealAes256Gcm(const SecretBytes& key,
       EVP_EncryptInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, key.reveal().data(), nonce.data()) != 1) {
     return std::nullopt;
   }
-  if (!plaintext.empty() &&
-      EVP_EncryptUpdate(context.get(), box.data() + gcmNonceSize, &written, plaintext.data(),
-                        static_cast<int>(plaintext.size())) != 1) {
+  if (!plaintext.empty() && EVP_EncryptUpdate(context.get(), box.data() + gcmNonceSize, &written,
+                                              plaintext.data(), static_cast<int>(plaintext.size())) != 1) {
     return std::nullopt;
   }
   std::uint8_t nothing = 0;  // GCM has no final block
   if (EVP_EncryptFinal_ex(context.get(), &nothing, &written) != 1 ||
-      EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(gcmTagSize), tag.data()) != 1) {
+      EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(gcmTagSize), tag.data()) !=
+          1) {
     return std::nullopt;
   }
   return box;
@@ -64,13 +64,13 @@ std::optional<SecretBytes> openAes256Gcm(const SecretBytes& key, std::span<const
       EVP_DecryptInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, key.reveal().data(), nonce.data()) != 1) {
     return std::nullopt;
   }
-  if (!ciphertext.empty() &&
-      EVP_DecryptUpdate(context.get(), plaintext.reveal().data(), &written, ciphertext.data(),
-                        static_cast<int>(ciphertext.size())) != 1) {
+  if (!ciphertext.empty() && EVP_DecryptUpdate(context.get(), plaintext.reveal().data(), &written,
+                                               ciphertext.data(), static_cast<int>(ciphertext.size())) != 1) {
     return std::nullopt;
   }
   std::uint8_t nothing = 0;
-  if (EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, static_cast<int>(gcmTagSize), tag.data()) != 1 ||
+  if (EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, static_cast<int>(gcmTagSize), tag.data()) !=
+          1 ||
       EVP_DecryptFinal_ex(context.get(), &nothing, &written) != 1) {
     return std::nullopt;
   }

@@ -30,7 +30,8 @@ void appendEncoded(std::string& text, std::span<const std::uint8_t> bytes) {
   char* out = text.data() + start;
   std::size_t index = 0;
   for (; index + 3 <= bytes.size(); index += 3) {
-    const auto group = static_cast<std::uint32_t>(bytes[index] << 16 | bytes[index + 1] << 8 | bytes[index + 2]);
+    const auto group =
+        static_cast<std::uint32_t>(bytes[index] << 16 | bytes[index + 1] << 8 | bytes[index + 2]);
     *out++ = alphabet[group >> 18];
     *out++ = alphabet[group >> 12 & 63];
     *out++ = alphabet[group >> 6 & 63];

@@ -47,8 +47,8 @@ std::optional<char> simpleEscape(char letter) {
   }
 }
 
-/// The scalar of an escape whose "\u" is at `position`, which moves past it. A half of a surrogate pair alone is
-/// an error.
+/// The scalar of an escape whose "\u" is at `position`, which moves past it. A half of a surrogate pair alone
+/// is an error.
 std::optional<char32_t> unicodeEscape(std::string_view raw, std::size_t& position) {
   const auto first = hexadecimalUnit(raw, position + 2);
   if (!first) return std::nullopt;

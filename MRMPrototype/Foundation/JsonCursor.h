@@ -7,11 +7,12 @@
 
 namespace murmel {
 
-/// Reads JSON in place, value by value, without building a tree and without keeping any part of the text: for data
-/// whose freed copies must not linger in memory, and for large data.
+/// Reads JSON in place, value by value, without building a tree and without keeping any part of the text: for
+/// data whose freed copies must not linger in memory, and for large data.
 ///
 /// Strict RFC 8259 in UTF-8. Each function consumes one value of its kind and answers false when the text is
-/// malformed or the value is of another kind; nothing may be read after that. The text must outlive the cursor.
+/// malformed or the value is of another kind; nothing may be read after that. The text must outlive the
+/// cursor.
 class JsonCursor {
  public:
   explicit JsonCursor(std::string_view text) : text_(text) {}

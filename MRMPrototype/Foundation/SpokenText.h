@@ -9,8 +9,8 @@
 namespace murmel {
 
 /// Words that somebody dictated, or that stood on their clipboard. Nothing prints or logs this type; whoever
-/// needs the characters says so with `reveal`. The memory is wiped when the text goes, so that words that were
-/// deleted are not found in a core dump or a swapped page; a revealed copy is its taker's to wipe.
+/// needs the characters says so with `reveal`. The memory is wiped when the text goes, so that words that
+/// were deleted are not found in a core dump or a swapped page; a revealed copy is its taker's to wipe.
 class SpokenText {
  public:
   SpokenText() = default;
