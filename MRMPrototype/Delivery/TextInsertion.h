@@ -31,6 +31,9 @@ class TextInsertion {
   /// Why the last paste of this session was refused, if it was.
   [[nodiscard]] virtual std::optional<LiveInsertionBlock> lastBlock() const = 0;
 
+  /// How the last paste of this session ended, as far as was known when it was posted.
+  [[nodiscard]] virtual std::optional<TextDeliveryResult> lastResult() const = 0;
+
   /// Puts the text on the clipboard, marked private, for a paste by hand.
   virtual void writePrivateText(const SpokenText& text) = 0;
 };

@@ -6,6 +6,7 @@
 #include "Product/MRMError.h"
 #include "Recognition/TranscriptionProvider.h"
 #include "Refinement/RefinementProvider.h"
+#include "Segmentation/DictationDiagnostics.h"
 
 #include <cstdint>
 #include <functional>
@@ -34,16 +35,24 @@ struct DictationSessionConfiguration {
   std::function<Task<void>(SpokenText)> onPhrase;
   /// Whether recognition is behind the speech, and a revision that grows with every change.
   std::function<void(bool behind, std::int64_t revision)> onBacklog;
+  /// Called with true when the microphone has delivered nothing but digital zeros for a while (a second at
+  /// the start of a recording), as a dead or muted one does, and with false when it delivers sound again.
+  std::function<void(bool dead)> onDeadMicrophone;
 };
 
 /// Cuts the audio of one dictation into segments and has them recognised and refined in order. It owns the
-/// audio until its words are safe. Main thread; destroying it gives the audio up.
+/// audio until its words are safe. Main thread; destroying it gives the audio up. Its callbacks must not
+/// destroy it; whoever awaits `finish` may.
 class DictationSession {
  public:
   virtual ~DictationSession() = default;
   virtual void append(PendingCapturedAudio audio) = 0;
-  /// Recognises the rest. Once.
+  /// Recognises the rest. Once; nothing may be appended afterwards. Without a single recognised word the
+  /// answer is an error: `noSpeech` when nobody seems to have spoken, the recogniser's own when it failed,
+  /// `unrecognizedSpeech` when there was speech of which it made nothing.
   virtual Task<Result<DictationSessionResult>> finish() = 0;
+  /// The figures so far; whole once `finish` has answered, with a result or an error.
+  [[nodiscard]] virtual DictationDiagnostics diagnostics() const = 0;
 };
 
 class DictationSessionFactory {

@@ -27,7 +27,7 @@ struct Overloaded : Alternatives... {
 
 Json toJson(const DefaultsValue& value) {
   return std::visit(Overloaded{[](const std::vector<std::uint8_t>& bytes) {
-                                 return Json{{dataKey, base64::encode(bytes)}};
+                                 return Json{{dataKey, base64::encoded(bytes)}};
                                },
                                [](double number) { return Json(std::isfinite(number) ? number : 0.0); },
                                [](const auto& plain) { return Json(plain); }},
@@ -45,7 +45,7 @@ std::optional<DefaultsValue> stringArray(const Json& json) {
 
 std::optional<DefaultsValue> data(const Json& json) {
   if (json.size() != 1 || !json.contains(dataKey) || !json[dataKey].is_string()) return std::nullopt;
-  auto bytes = base64::decode(json[dataKey].get_ref<const std::string&>());
+  auto bytes = base64::decoded(json[dataKey].get_ref<const std::string&>());
   if (!bytes) return std::nullopt;
   return std::move(*bytes);
 }

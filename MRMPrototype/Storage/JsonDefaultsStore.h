@@ -53,4 +53,9 @@ class JsonDefaultsStore final : public DefaultsStore {
   Signal<std::string> messageAdded_;
 };
 
+/// Where the preferences are below the user's configuration folder.
+inline std::filesystem::path defaultsFile(const std::filesystem::path& configurationFolder) {
+  return configurationFolder / "MRM" / "defaults.json";
+}
+
 }  // namespace murmel

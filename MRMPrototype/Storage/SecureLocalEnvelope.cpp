@@ -5,6 +5,9 @@
 #include "Foundation/JsonText.h"
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -12,29 +15,17 @@ namespace murmel {
 
 namespace {
 
-/// Replaces the characters of a base64 string, which stand in `bytes`, by what they stand for, and drops the
-/// rest.
-bool decodeInPlace(std::vector<std::uint8_t>& bytes, JsonCursor::RawString box) {
-  const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(box.offset);
-  auto end = begin + static_cast<std::ptrdiff_t>(box.size);
-  // Some writers escape the slash, the only character of the alphabet that may be.
-  if (box.escaped) end = std::remove(begin, end, static_cast<std::uint8_t>('\\'));
-  bytes.erase(end, bytes.end());
-  bytes.erase(bytes.begin(), begin);
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  const auto size = base64::decodeInto(text, bytes.data());
-  if (!size) return false;
-  bytes.resize(*size);
-  return true;
-}
-
-/// A backslash stands before nothing but a slash.
-bool escapesOnlySlashes(std::string_view text) {
-  for (auto position = text.find('\\'); position != std::string_view::npos;
-       position = text.find('\\', position + 2)) {
-    if (text.substr(position, 2) != "\\/") return false;
+/// A base64 string as it stands in the text. Some writers escape the slash, the only character of the alphabet that
+/// may be.
+std::optional<std::vector<std::uint8_t>> decodeBox(std::string_view raw, bool escaped) {
+  if (!escaped) return base64::decoded(raw);
+  std::string plain;
+  plain.reserve(raw.size());
+  for (std::size_t index = 0; index < raw.size(); ++index) {
+    if (raw[index] == '\\' && raw.substr(index, 2) == "\\/") ++index;
+    plain += raw[index];
   }
-  return true;
+  return base64::decoded(plain);
 }
 
 }  // namespace
@@ -43,12 +34,11 @@ bool SecureLocalEnvelope::hasMagic(std::span<const std::uint8_t> fileBytes) {
   return fileBytes.size() >= magic.size() && std::equal(magic.begin(), magic.end(), fileBytes.begin());
 }
 
-SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::vector<std::uint8_t> fileBytes) {
-  const auto invalid =
-      std::unexpected(SecureLocalStorageError(SecureLocalStorageError::Case::invalidEnvelope));
+SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::span<const std::uint8_t> fileBytes) {
+  const auto invalid = std::unexpected(SecureLocalStorageError(SecureLocalStorageError::Case::invalidEnvelope));
   if (!hasMagic(fileBytes)) return invalid;
-  fileBytes.erase(fileBytes.begin(), fileBytes.begin() + magic.size());
-  const std::string_view text(reinterpret_cast<const char*>(fileBytes.data()), fileBytes.size());
+  const auto json = fileBytes.subspan(magic.size());
+  const std::string_view text(reinterpret_cast<const char*>(json.data()), json.size());
 
   SecureLocalEnvelope envelope;
   JsonCursor::RawString box;
@@ -63,9 +53,9 @@ SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::vector<std::u
     return cursor.skip();
   });
   if (!read || !cursor.atEnd() || !hasVersion || !hasKey || !hasBox) return invalid;
-  if (box.escaped && !escapesOnlySlashes(text.substr(box.offset, box.size))) return invalid;
-  if (!decodeInPlace(fileBytes, box)) return invalid;
-  envelope.sealedData = std::move(fileBytes);
+  auto sealedData = decodeBox(text.substr(box.offset, box.size), box.escaped);
+  if (!sealedData) return invalid;
+  envelope.sealedData = std::move(*sealedData);
   return envelope;
 }
 

@@ -75,13 +75,13 @@ SecureResult<std::optional<std::string>> SecureLocalFile::keyIDOf(const std::fil
   auto bytes = fileBytes(file);
   if (!bytes) return std::unexpected(bytes.error());
   if (!*bytes || !SecureLocalEnvelope::hasMagic(**bytes)) return std::nullopt;
-  auto envelope = SecureLocalEnvelope::decode(*std::move(*bytes));
+  auto envelope = SecureLocalEnvelope::decode(**bytes);
   if (!envelope) return std::unexpected(envelope.error());
   return std::move(envelope->keyID);
 }
 
-SecureLocalFile::Decrypted SecureLocalFile::decrypt(std::vector<std::uint8_t> bytes) {
-  auto envelope = SecureLocalEnvelope::decode(std::move(bytes));
+SecureLocalFile::Decrypted SecureLocalFile::decrypt(std::span<const std::uint8_t> bytes) {
+  auto envelope = SecureLocalEnvelope::decode(bytes);
   if (!envelope) return {{}, std::unexpected(envelope.error())};
   Decrypted result{envelope->keyID, std::unexpected(Error(Error::Case::keyUnavailable))};
   if (envelope->version != SecureLocalEnvelope::currentVersion) return result;
@@ -112,7 +112,7 @@ SecureResult<std::optional<SecretBytes>> SecureLocalFile::readSealed() {
     auto bytes = fileBytes(fileURL_);
     if (!bytes) return std::unexpected(bytes.error());
     if (!*bytes) return std::nullopt;
-    auto decrypted = decrypt(*std::move(*bytes));
+    auto decrypted = decrypt(**bytes);
     if (decrypted.plaintext) {
       removeMigratedLegacyFiles(*decrypted.plaintext);
       return std::move(*decrypted.plaintext);

@@ -60,7 +60,7 @@ class SecureLocalFile {
   SecureResult<UniqueDescriptor> lock();
   SecureResult<std::optional<std::vector<std::uint8_t>>> fileBytes(const std::filesystem::path& file);
   SecureResult<std::optional<std::string>> keyIDOf(const std::filesystem::path& file);
-  Decrypted decrypt(std::vector<std::uint8_t> bytes);
+  Decrypted decrypt(std::span<const std::uint8_t> bytes);
   SecureResult<std::optional<SecretBytes>> readSealed();
   SecureResult<std::optional<SecretBytes>> readLegacy();
   void removeMigratedLegacyFiles(const SecretBytes& plaintext);

@@ -22,6 +22,11 @@ using ModelIsReady = std::function<bool(SmartLocalModel)>;
 void importLegacyPreferences(DefaultsStore& defaults, FileSystem& files, const PropertyListReader& reader,
                              const std::filesystem::path& propertyList);
 
+/// Where the earlier application identity kept its preferences, below the user's configuration folder.
+inline std::filesystem::path legacyPropertyList(const std::filesystem::path& configurationFolder) {
+  return configurationFolder / "Preferences" / "app.mrm.prototype.plist";
+}
+
 /// The shortcut as stored, else the one that the older single choice means, as the channel can serve it.
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel);
 

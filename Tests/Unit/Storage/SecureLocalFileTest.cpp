@@ -4,8 +4,9 @@
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Storage/SecureLocalEnvelope.h"
 #include "Storage/SecureLocalFile.h"
-#include "Support/PrivateFolder.h"
+#include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
+#include "Support/TemporaryFolder.h"
 
 #include <cerrno>
 #include <optional>
@@ -28,7 +29,7 @@ const std::string service = "app.murmel.Test.local-storage.test";
 
 class SecureLocalFileTest : public ::testing::Test {
  protected:
-  PrivateFolder folder;
+  TemporaryFolder folder;
   std::filesystem::path path = folder.path() / "data" / "test.sealed";
   StepFileSystem files;
   FakeSecretStore secrets;
@@ -54,11 +55,7 @@ class SecureLocalFileTest : public ::testing::Test {
   }
   /// Only the file and its lock are there, and only the file's key.
   void expectTidy() {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path())) {
-      names.insert(entry.path().filename());
-    }
-    EXPECT_THAT(names, UnorderedElementsAre("test.sealed", "test.sealed.lock"));
+    EXPECT_THAT(namesIn(path.parent_path()), UnorderedElementsAre("test.sealed", "test.sealed.lock"));
     EXPECT_THAT(secrets.accounts(service), ElementsAre(keyInFile()));
   }
 };
@@ -88,7 +85,7 @@ TEST_F(SecureLocalFileTest, ReadsAnEnvelopeWrittenElsewhere) {
   const auto created = keys.createKey({});
   ASSERT_TRUE(created);
   const auto box = crypto::sealAes256Gcm(created->key, bytesOf("from elsewhere"));
-  auto text = base64::encode(*box);
+  auto text = base64::encoded(*box);
   for (std::size_t at = 0; (at = text.find('/', at)) != std::string::npos; at += 2) text.insert(at, "\\");
   std::filesystem::create_directories(path.parent_path());
   writeFile(path, "MRMENC1 {\"sealedData\" : \"" + text + "\",\n\"later\":[{\"x\":null}],\"keyID\":\"" +

@@ -1,0 +1,280 @@
+#include "Dictation/DictationCoordinator.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr Duration transcriptRetention = std::chrono::seconds(120);
+constexpr Duration capturePumpInterval = std::chrono::seconds(1);
+/// Twenty-five pictures a second: smooth to the eye.
+constexpr Duration meterInterval = std::chrono::milliseconds(40);
+constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
+
+/// A phrase is worth inserting after this much speech; a segment recognised while recording is long enough to
+/// be recognised well and short enough to be done soon after the stop. Seconds.
+constexpr double liveSegmentSeconds = 3.0;
+constexpr double backgroundSegmentSeconds = 15.0;
+
+double targetSegmentSeconds(const DictationSettings& settings) {
+  if (settings.insertWhileRecording()) return liveSegmentSeconds;
+  if (settings.processWhileRecording()) return backgroundSegmentSeconds;
+  return std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+DictationCoordinator::DictationCoordinator(DictationServices services)
+    : services_(std::move(services)),
+      status_(services_.executor, [this] { showRest(); }),
+      lastTranscript_(services_.executor, transcriptRetention),
+      runtimePriority_(services_.downloads),
+      preparation_(services_.models, services_.recognition, runtimePriority_) {
+  overlayObserver_ =
+      status_.onChange().subscribe([this](const DictationState& state) { services_.overlay.update(state); });
+  lastTranscript_.onAvailabilityChange([this](bool available) {
+    if (std::exchange(hasLastTranscript_, available) != available) onLastTranscriptChange_.emit(available);
+  });
+  services_.audio.setOnConfigurationChange([this] { audioConfigurationChanged(); });
+  modelInventoryObserver_ = services_.models.onInventoryChange([this] { modelInventoryChanged(); });
+  showRest();
+}
+
+DictationCoordinator::~DictationCoordinator() {
+  tasks_.cancelAll();
+  services_.audio.setOnConfigurationChange(nullptr);
+  services_.audio.discardCapturedAudio();
+}
+
+void DictationCoordinator::toggle() {
+  if (state().isRecording()) {
+    stopAndTranscribe();
+  } else if (!state().isBusy()) {
+    startRecording(false);
+  }
+}
+
+void DictationCoordinator::shortcutPressed() {
+  hotkeyHeld_ = true;
+  beginPushToTalk();
+}
+
+void DictationCoordinator::beginPushToTalk() {
+  if (!state().isBusy()) startRecording(true);
+}
+
+void DictationCoordinator::shortcutReleased() {
+  hotkeyHeld_ = false;
+  if (state().isRecording()) stopAndTranscribe();
+}
+
+void DictationCoordinator::startRecording(bool requireHeld) {
+  if (!startRequestInFlight_) tasks_.start(start(requireHeld));
+}
+
+Task<void> DictationCoordinator::start(bool requireHeld) {
+  startRequestInFlight_ = true;
+  const Registration inFlight([this] { startRequestInFlight_ = false; });
+
+  auto updateActivity = beginUpdateActivity();
+  if (!updateActivity) {
+    status_.showTransientError("Finish the app update before recording.");
+    co_return;
+  }
+  const auto operation = operationTracker_.advance();
+  status_.cancelRecovery();
+  auto recording = std::make_unique<Recording>();
+  recording->operation = operation;
+  recording->updateActivity = std::move(updateActivity);
+  recording->runtimePriority = runtimePriority_.hold();
+  if (!ensureRecogniser()) co_return;
+
+  auto asking = services_.audio.requestPermission();
+  const bool permitted = co_await asking;
+  if (isAbandoned(operation, requireHeld)) {
+    status_.resumeRecovery();
+    co_return;
+  }
+  if (!permitted) {
+    status_.showTransientError(MRMError(MRMError::Case::microphoneDenied).localizedDescription());
+    co_return;
+  }
+
+  backlogRevision_ = 0;
+  lastTranscript_.clear();
+  prepareSession(*recording);
+  recording->insertionSession = beginInsertionSession(operation);
+
+  auto starting = services_.audio.start();
+  const Result<void> started = co_await starting;
+  if (!started) {
+    services_.audio.discardCapturedAudio();
+    if (operationTracker_.isCurrent(operation))
+      status_.showTransientError(started.error().localizedDescription());
+    co_return;
+  }
+  // A microphone may take seconds to open: the shortcut may have been released since.
+  if (isAbandoned(operation, requireHeld)) {
+    services_.audio.discardCapturedAudio();
+    status_.resumeRecovery();
+    co_return;
+  }
+
+  recording_ = std::move(recording);
+  if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::tink);
+  status_.show(DictationState::Case::listening);
+  startTimers();
+}
+
+bool DictationCoordinator::isAbandoned(OperationIdentifier operation, bool requireHeld) const {
+  return !operationTracker_.isCurrent(operation) || (requireHeld && !hotkeyHeld_);
+}
+
+Registration DictationCoordinator::beginUpdateActivity() {
+  const auto token = services_.updates.begin();
+  if (!token) return {};
+  return Registration([this, token = *token] { services_.updates.finish(token); });
+}
+
+Registration DictationCoordinator::beginInsertionSession(OperationIdentifier operation) {
+  insertionSessionOwner_ = operation;
+  services_.insertion.beginDictationSession();
+  // A superseded operation must not end the session of the one that superseded it.
+  return Registration([this, operation] {
+    if (insertionSessionOwner_ == operation) services_.insertion.endDictationSession();
+  });
+}
+
+void DictationCoordinator::prepareSession(Recording& recording) {
+  DictationSessionConfiguration configuration;
+  configuration.transcription = preparation_.provider();
+  configuration.refinement = services_.refinement.makeRefinementProvider();
+  configuration.languageCode = services_.settings.workerLanguageCode();
+  configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);
+  configuration.onDeadMicrophone = [this](bool dead) { services_.overlay.showSilentMicrophone(dead); };
+  configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
+    updateBacklog(behind, revision, operation);
+  };
+  if (services_.settings.insertWhileRecording()) {
+    recording.live = std::make_unique<LiveDictationDelivery>(
+        [this](std::string text) { return services_.cleanUp.clean(std::move(text)); },
+        [this](SpokenText piece) { return insertLivePhrase(std::move(piece)); });
+    configuration.onPhrase = [live = recording.live.get()](SpokenText phrase) {
+      return live->append(std::move(phrase));
+    };
+  }
+  services_.stages.event(LogLevel::info, "session_started",
+                         {{"target_seconds", configuration.targetSegmentSeconds},
+                          {"live_callback", static_cast<bool>(configuration.onPhrase)}});
+  recording.session = services_.sessions.make(std::move(configuration));
+}
+
+void DictationCoordinator::startTimers() {
+  const auto showLevel = [this] {
+    services_.overlay.setLevel(std::min(services_.audio.normalizedLevel(), 1.0));
+  };
+  meterTimer_.emplace(services_.executor, meterInterval, showLevel);
+  const auto moveAudio = [this] {
+    if (auto pending = services_.audio.takePendingAudio()) recording_->session->append(*std::move(pending));
+  };
+  capturePump_.emplace(services_.executor, capturePumpInterval, moveAudio);
+}
+
+void DictationCoordinator::audioConfigurationChanged() {
+  if (!recording_) return;
+  recording_->deviceChanged = true;
+  stopAndTranscribe();
+}
+
+void DictationCoordinator::stopAndTranscribe() {
+  meterTimer_.reset();
+  capturePump_.reset();
+  auto recording = std::move(recording_);
+  const bool isRunning = recording && operationTracker_.isCurrent(recording->operation);
+  auto captured = isRunning ? services_.audio.stop() : std::nullopt;
+  if (!captured) {
+    // A start that is still under way is superseded by this stop.
+    if (startRequestInFlight_) operationTracker_.advance();
+    recording.reset();
+    status_.showTransientError(MRMError(MRMError::Case::recordingFailed).localizedDescription());
+    return;
+  }
+  if (!captured->monoSamples.empty()) recording->session->append(*std::move(captured));
+  if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::pop);
+  status_.show(DictationState::Case::transcribing);
+  tasks_.start(deliver(std::move(recording)));
+}
+
+void DictationCoordinator::copyLastTranscript() {
+  if (!lastTranscript_.text()) return;
+  services_.insertion.writePrivateText(*lastTranscript_.text());
+  // A dictation that is under way keeps the status line: it has an outcome to show.
+  if (!state().isBusy()) status_.showFor(DictationState::Case::copied, copiedHold);
+}
+
+void DictationCoordinator::updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation) {
+  if (!operationTracker_.isCurrent(operation) || !state().isRecording() || revision <= backlogRevision_)
+    return;
+  backlogRevision_ = revision;
+  status_.show(behind ? DictationState::Case::listeningBehind : DictationState::Case::listening);
+}
+
+bool DictationCoordinator::ensureRecogniser() {
+  switch (prepareRecogniser()) {
+    case RecogniserPreparation::Outcome::ready:
+      return true;
+    case RecogniserPreparation::Outcome::verifying:
+      showVerifying();
+      return false;
+    case RecogniserPreparation::Outcome::failed:
+      status_.showTransientError(preparation_.failure()->localizedDescription());
+      return false;
+    case RecogniserPreparation::Outcome::missing:
+      break;
+  }
+  status_.show(DictationState::error("Download the required Parakeet speech model to use dictation"));
+  if (onRequiredModelMissing_) onRequiredModelMissing_();
+  return false;
+}
+
+RecogniserPreparation::Outcome DictationCoordinator::prepareRecogniser() {
+  const auto outcome = preparation_.prepareProviderIfPossible();
+  const bool isReady = outcome == RecogniserPreparation::Outcome::ready;
+  if (isReady && !std::exchange(refinementWarmupStarted_, true)) services_.refinement.warmUp();
+  return outcome;
+}
+
+void DictationCoordinator::modelInventoryChanged() {
+  // What is under way, or being shown for its time, stays; the rest is shown after it.
+  if (state().isBusy() || status_.isRecoveryPending()) {
+    prepareRecogniser();
+  } else {
+    showRest();
+  }
+}
+
+void DictationCoordinator::showRest() {
+  switch (prepareRecogniser()) {
+    case RecogniserPreparation::Outcome::ready:
+      status_.show(DictationState::Case::ready);
+      break;
+    case RecogniserPreparation::Outcome::verifying:
+      showVerifying();
+      break;
+    case RecogniserPreparation::Outcome::missing:
+      status_.show(DictationState::error("Required Parakeet speech model is not installed"));
+      break;
+    case RecogniserPreparation::Outcome::failed:
+      status_.show(DictationState::error(preparation_.failure()->localizedDescription()));
+      break;
+  }
+}
+
+void DictationCoordinator::showVerifying() {
+  status_.show(DictationState::warning("Verifying existing local models…"));
+}
+
+}  // namespace murmel

@@ -1,0 +1,144 @@
+#pragma once
+
+#include "Audio/AudioCaptureService.h"
+#include "Delivery/TextInsertion.h"
+#include "Dictation/DictationOperationTracker.h"
+#include "Dictation/DictationStatus.h"
+#include "Dictation/LastTranscriptBuffer.h"
+#include "Dictation/OverlayController.h"
+#include "Dictation/RecogniserPreparation.h"
+#include "Dictation/Recording.h"
+#include "Dictation/RefinementSource.h"
+#include "Dictation/RuntimePriority.h"
+#include "Dictation/TranscriptCleanUp.h"
+#include "Foundation/Clock.h"
+#include "Foundation/Executor.h"
+#include "Foundation/Log.h"
+#include "Foundation/Scope.h"
+#include "Foundation/Timers.h"
+#include "MRMUpdatePolicy/UpdateAdmissionGate.h"
+#include "Models/ModelDownloadPriorityCoordinator.h"
+#include "Models/SpeechModelStore.h"
+#include "Platform/SoundPlayer.h"
+#include "Recognition/TranscriptionProviderFactory.h"
+#include "Segmentation/DictationSession.h"
+#include "Storage/DictationHistory.h"
+#include "Storage/DictationSettings.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace murmel {
+
+/// The services that a dictation is made of. All of them outlive the coordinator.
+struct DictationServices {
+  Executor& executor;
+  Clock& clock;
+  AudioCaptureService& audio;
+  TextInsertion& insertion;
+  DictationSettings& settings;
+  DictationHistory& history;
+  SpeechModelStore& models;
+  TranscriptionProviderFactory& recognition;
+  RefinementSource& refinement;
+  TranscriptCleanUp& cleanUp;
+  DictationSessionFactory& sessions;
+  UpdateAdmissionGate& updates;
+  ModelDownloadPriorityCoordinator& downloads;
+  OverlayController& overlay;
+  SoundPlayer& sounds;
+  Logger diagnostic;  ///< category "dictation-summary"
+  Logger stages;      ///< category "incremental-stages"
+};
+
+/// Owns one dictation from the request to start it until its text is delivered and the status is back at
+/// rest. It decides the order in which the services are called, and is the only writer of the published
+/// state. Main thread.
+class DictationCoordinator {
+ public:
+  explicit DictationCoordinator(DictationServices services);
+  ~DictationCoordinator();
+  DictationCoordinator(const DictationCoordinator&) = delete;
+  DictationCoordinator& operator=(const DictationCoordinator&) = delete;
+
+  /// Start/stop of the menu and the indicator: starts at rest, stops while recording, does nothing in
+  /// between.
+  void toggle();
+  /// The shortcut went down: start, on condition that it is still held when the checks are done.
+  void shortcutPressed();
+  /// The shortcut went up: a recording ends and is delivered.
+  void shortcutReleased();
+  void beginPushToTalk();
+  void stopAndTranscribe();
+  /// Puts the last dictation on the clipboard once more; does nothing when there is none.
+  void copyLastTranscript();
+
+  [[nodiscard]] const DictationState& state() const { return status_.state(); }
+  [[nodiscard]] Signal<const DictationState&>& onStateChange() { return status_.onChange(); }
+  [[nodiscard]] bool hasLastTranscript() const { return hasLastTranscript_; }
+  [[nodiscard]] Signal<bool>& onLastTranscriptChange() { return onLastTranscriptChange_; }
+
+  /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one,
+  /// and operations that are not current, are ignored.
+  void updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation);
+
+  /// Called when a dictation is refused because the speech model is not installed.
+  void onRequiredModelMissing(std::function<void()> handler) { onRequiredModelMissing_ = std::move(handler); }
+
+ private:
+  void startRecording(bool requireHeld);
+  Task<void> start(bool requireHeld);
+  [[nodiscard]] bool isAbandoned(OperationIdentifier operation, bool requireHeld) const;
+  Registration beginUpdateActivity();
+  Registration beginInsertionSession(OperationIdentifier operation);
+  void prepareSession(Recording& recording);
+  void startTimers();
+  void audioConfigurationChanged();
+
+  Task<void> deliver(std::unique_ptr<Recording> recording);
+  [[nodiscard]] SpokenText finalText(const Recording& recording, const DictationSessionResult& result) const;
+  /// Nothing when the operation was superseded meanwhile.
+  Task<std::optional<TextDeliveryResult>> deliverText(Recording& recording, SpokenText text);
+  Task<bool> insertLivePhrase(SpokenText phrase);
+  [[nodiscard]] std::vector<std::string> collectWarnings(const Recording& recording,
+                                                         const DictationSessionResult& result) const;
+  void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
+  void showFailure(const MRMError& error, const Recording& recording);
+  void logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const;
+  void keepInHistory(SpokenText text, const DictationSessionResult& result);
+
+  bool ensureRecogniser();
+  RecogniserPreparation::Outcome prepareRecogniser();
+  void modelInventoryChanged();
+  void showRest();
+  void showVerifying();
+
+  DictationServices services_;
+  DictationStatus status_;
+  DictationOperationTracker operationTracker_;
+  LastTranscriptBuffer lastTranscript_;
+  bool hasLastTranscript_ = false;
+  Signal<bool> onLastTranscriptChange_;
+  RuntimePriority runtimePriority_;
+  RecogniserPreparation preparation_;
+  Registration modelInventoryObserver_;
+  Registration overlayObserver_;
+  std::function<void()> onRequiredModelMissing_;
+
+  bool hotkeyHeld_ = false;
+  bool startRequestInFlight_ = false;
+  bool refinementWarmupStarted_ = false;
+  std::int64_t backlogRevision_ = 0;
+  OperationIdentifier insertionSessionOwner_ = 0;
+  std::unique_ptr<Recording> recording_;
+  std::optional<RepeatingTimer> meterTimer_;
+  std::optional<RepeatingTimer> capturePump_;
+  /// Last, so that no task outlives what it uses.
+  Scope tasks_;
+};
+
+}  // namespace murmel

@@ -1,0 +1,140 @@
+// The second half of the coordinator: from the end of a recording to the delivered text.
+
+#include "Dictation/DictationCoordinator.h"
+#include "Foundation/Text.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr Duration outcomeHold = std::chrono::milliseconds(1'500);
+
+std::string joined(const std::vector<std::string>& sentences) {
+  std::string text;
+  for (const auto& sentence : sentences) {
+    if (!text.empty()) text += ' ';
+    text += sentence;
+  }
+  return text;
+}
+
+}  // namespace
+
+Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
+  const auto operation = recording->operation;
+  auto finishing = recording->session->finish();
+  const Result<DictationSessionResult> result = co_await finishing;
+  if (!operationTracker_.isCurrent(operation)) co_return;
+  if (!result) {
+    showFailure(result.error(), *recording);
+    co_return;
+  }
+
+  SpokenText text = finalText(*recording, *result);
+  if (text.empty()) {
+    showFailure(MRMError(MRMError::Case::noSpeech), *recording);
+    co_return;
+  }
+  lastTranscript_.replace(text);
+
+  auto delivering = deliverText(*recording, text);
+  const std::optional<TextDeliveryResult> delivered = co_await delivering;
+  if (!delivered) co_return;
+
+  logSummary(*recording, services_.insertion.lastBlock());
+  showOutcome(*delivered, collectWarnings(*recording, *result));
+  if (services_.settings.historyEnabled()) keepInHistory(std::move(text), *result);
+}
+
+SpokenText DictationCoordinator::finalText(const Recording& recording,
+                                           const DictationSessionResult& result) const {
+  // Live phrases have been cleaned one by one.
+  const auto text =
+      recording.live ? recording.live->text().reveal() : services_.cleanUp.clean(result.text.reveal());
+  return SpokenText(std::string(text::trimmed(text)));
+}
+
+Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Recording& recording,
+                                                                          SpokenText text) {
+  auto finishingCleanUp = services_.insertion.finishPasteCleanup();
+  const std::optional<TextDeliveryResult> cleanedUp = co_await finishingCleanUp;
+  if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
+
+  if (!recording.live) {
+    auto inserting = services_.insertion.insertOrCopy(std::move(text), /*liveOnly=*/false);
+    const TextDeliveryResult inserted = co_await inserting;
+    if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
+    co_return inserted;
+  }
+  if (recording.live->blocked()) {
+    const auto remaining = recording.live->remaining().reveal();
+    services_.insertion.writePrivateText(SpokenText(std::string(text::trimmed(remaining))));
+    co_return TextDeliveryResult::copiedFallback;
+  }
+  // Every phrase is in the application already; what is left to say is how the clipboard fared.
+  co_return cleanedUp.value_or(services_.insertion.lastResult().value_or(TextDeliveryResult::insertionSent));
+}
+
+Task<bool> DictationCoordinator::insertLivePhrase(SpokenText phrase) {
+  auto finishingCleanUp = services_.insertion.finishPasteCleanup();
+  co_await finishingCleanUp;
+  auto inserting = services_.insertion.insertLiveSegment(std::move(phrase));
+  const bool inserted = co_await inserting;
+  co_return inserted;
+}
+
+std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& recording,
+                                                               const DictationSessionResult& result) const {
+  std::vector<std::string> warnings;
+  if (result.failedPieces > 0) warnings.emplace_back("Part of the recording was not recognized.");
+  if (recording.deviceChanged) {
+    warnings.emplace_back("Audio configuration changed. Recording stopped; captured audio processed.");
+  }
+  if (recording.live && recording.live->blocked()) {
+    warnings.push_back(message(services_.insertion.lastBlock().value_or(LiveInsertionBlock::unknown)));
+  }
+  return warnings;
+}
+
+void DictationCoordinator::showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings) {
+  if (warnings.empty()) {
+    status_.showFor(DictationState::delivered(result), outcomeHold);
+  } else {
+    status_.showTransientWarning(joined(warnings));
+  }
+}
+
+void DictationCoordinator::showFailure(const MRMError& error, const Recording& recording) {
+  const bool liveStopped = recording.live && recording.live->blocked();
+  logSummary(recording, liveStopped ? services_.insertion.lastBlock() : std::nullopt);
+  if (error.which() != MRMError::Case::noSpeech) {
+    status_.showTransientError(error.localizedDescription());
+  } else if (recording.deviceChanged) {
+    status_.showTransientError("Audio configuration changed. Recording stopped; no speech was recognized.");
+  } else {
+    showRest();
+  }
+}
+
+void DictationCoordinator::logSummary(const Recording& recording,
+                                      std::optional<LiveInsertionBlock> blocked) const {
+  const auto line = recording.session->diagnostics().notice(blocked, recording.deviceChanged);
+  services_.diagnostic.line(LogLevel::notice, PublicText::declared(line));
+}
+
+void DictationCoordinator::keepInHistory(SpokenText text, const DictationSessionResult& result) {
+  const auto now = services_.clock.wallNow();
+  HistoryEntry entry;
+  entry.id = Uuid::random();
+  entry.createdAt = historyDate(now);
+  entry.text = std::move(text);
+  entry.providerID = result.providerID;
+  entry.language = services_.settings.historyLanguageLabel();
+  entry.unrecognizedParts = result.failedPieces;
+  services_.history.add(std::move(entry));
+  services_.history.prune(services_.settings.historyRetention(), now);
+}
+
+}  // namespace murmel

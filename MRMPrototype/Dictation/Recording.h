@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Delivery/LiveDictationDelivery.h"
+#include "Dictation/DictationOperationTracker.h"
+#include "Foundation/Registration.h"
+#include "Segmentation/DictationSession.h"
+
+#include <memory>
+
+namespace murmel {
+
+/// What one dictation holds from the start of its recording until its text is delivered. Every lease is given
+/// back by its destructor, so whatever way a dictation ends, it ends in the destruction of this.
+struct Recording {
+  OperationIdentifier operation = 0;
+  Registration updateActivity;    ///< keeps updates from being installed
+  Registration runtimePriority;   ///< holds optional downloads back
+  Registration insertionSession;  ///< the remembered target application
+  /// Present in live mode. Declared before the session, whose phrases it takes.
+  std::unique_ptr<LiveDictationDelivery> live;
+  std::unique_ptr<DictationSession> session;
+  bool deviceChanged = false;
+};
+
+}  // namespace murmel

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Product/MRMError.h"
+#include "Recognition/TranscriptionProvider.h"
+
+#include <functional>
+#include <memory>
+
+namespace murmel {
+
+/// Makes the recogniser for the active speech model. Main thread.
+class TranscriptionProviderFactory {
+ public:
+  virtual ~TranscriptionProviderFactory() = default;
+  /// The recogniser starts to load its model at once; `warmupCompletion` is called on the main thread with
+  /// true when it is ready, false when that failed.
+  virtual Result<std::shared_ptr<TranscriptionProvider>> make(std::function<void(bool)> warmupCompletion) = 0;
+};
+
+}  // namespace murmel

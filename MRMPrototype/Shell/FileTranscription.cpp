@@ -1,0 +1,129 @@
+#include "Shell/FileTranscription.h"
+
+#include "Audio/AudioCaptureService.h"
+#include "Audio/FileAudioAuthorization.h"
+#include "Audio/FileAudioInput.h"
+#include "Dictation/DictationCoordinator.h"
+#include "Foundation/OneShot.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+class NoOverlay final : public OverlayController {
+ public:
+  void update(const DictationState&) override {}
+  void setLevel(double) override {}
+  void showSilentMicrophone(bool) override {}
+};
+
+class NoSound final : public SoundPlayer {
+ public:
+  void play(SystemSound) override {}
+};
+
+class NoDownloads final : public ModelDownloadPriorityCoordinator {
+ public:
+  void notifyOptionalControls(bool) override {}
+};
+
+/// One file, dictated.
+class FileDictation {
+ public:
+  FileDictation(FileTranscriptionServices& services, std::unique_ptr<FileAudioInput> input)
+      : services_(services),
+        input_(std::move(input)),
+        audio_(services.executor, *input_, authorization_, services.temporaryDirectory),
+        coordinator_(
+            DictationServices{services.executor, services.clock, audio_, services.delivery, services.settings,
+                              services.history, services.models, services.recognition, services.refinement,
+                              services.cleanUp, services.sessions, updates_, downloads_, overlay_, sounds_,
+                              Logger(services.log, services.applicationIdentifier, "dictation-summary"),
+                              Logger(services.log, services.applicationIdentifier, "incremental-stages")}) {
+    input_->setOnEnd([this](std::expected<void, std::string> end) {
+      if (!end) inputFailure_ = end.error();
+      coordinator_.stopAndTranscribe();
+    });
+  }
+
+  /// What went wrong, in one sentence, or nothing.
+  Task<std::optional<std::string>> run() {
+    auto preparing = until([this] { return !isVerifying(); });
+    co_await preparing;
+    if (coordinator_.state().which() == DictationState::Case::error) co_return coordinator_.state().title();
+
+    coordinator_.toggle();
+    auto dictating = until([this] { return hasEnded(); });
+    co_await dictating;
+    if (inputFailure_) co_return inputFailure_;
+    if (coordinator_.state().which() == DictationState::Case::error) co_return coordinator_.state().title();
+    if (coordinator_.state().which() == DictationState::Case::warning)
+      services_.complain(coordinator_.state().title());
+    co_return std::nullopt;
+  }
+
+ private:
+  [[nodiscard]] bool isVerifying() const { return services_.models.state() == SpeechModelState::verifying; }
+
+  [[nodiscard]] bool hasEnded() const {
+    const auto& state = coordinator_.state();
+    return !state.isBusy() && (transcribing_ || state.which() == DictationState::Case::error);
+  }
+
+  /// Completes once `condition` holds. It is asked after every change of the state, and never from inside the
+  /// coordinator, which may be destroyed by whoever waits.
+  Task<void> until(std::function<bool()> condition) {
+    auto [sender, receiver] = makeOneShot<std::monostate>();
+    auto waiting = std::make_shared<OneShotSender<std::monostate>>(std::move(sender));
+    const auto look = [this, condition, waiting] {
+      transcribing_ = transcribing_ || coordinator_.state().which() == DictationState::Case::transcribing;
+      if (!condition()) return;
+      services_.executor.post([waiting] { waiting->send({}); });
+    };
+    const auto observer = coordinator_.onStateChange().subscribe([look](const DictationState&) { look(); });
+    look();
+    co_await receiver;
+  }
+
+  FileTranscriptionServices& services_;
+  std::unique_ptr<FileAudioInput> input_;
+  FileAudioAuthorization authorization_;
+  AudioCaptureService audio_;
+  NoOverlay overlay_;
+  NoSound sounds_;
+  NoDownloads downloads_;
+  UpdateActivityRegister updates_;
+  DictationCoordinator coordinator_;
+  std::optional<std::string> inputFailure_;
+  bool transcribing_ = false;
+};
+
+}  // namespace
+
+Task<int> transcribeFiles(FileTranscriptionServices services, std::vector<std::filesystem::path> files) {
+  int status = 0;
+  const auto pace = services.realTime ? FileAudioInput::Pace::realTime : FileAudioInput::Pace::asFastAsItCan;
+  for (const auto& file : files) {
+    auto input = FileAudioInput::open(services.executor, services.clock, file, pace);
+    std::optional<std::string> failure;
+    if (input) {
+      FileDictation dictation(services, *std::move(input));
+      auto running = dictation.run();
+      failure = co_await running;
+      if (failure) failure = file.string() + ": " + *failure;
+    } else {
+      failure = input.error();
+    }
+    if (failure) {
+      services.complain(*failure);
+      status = 1;
+    }
+  }
+  co_return status;
+}
+
+}  // namespace murmel

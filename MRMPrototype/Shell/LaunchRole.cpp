@@ -1,0 +1,66 @@
+#include "Shell/LaunchRole.h"
+
+#include <algorithm>
+#include <sstream>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::string_view modelDownloadSmokeFlag = "--mrm-model-download-smoke";
+constexpr std::string_view releaseLaunchSmokeFlag = "--mrm-release-launch-smoke";
+constexpr std::string_view dockReopenSmokeFlag = "--mrm-dock-reopen-smoke";
+
+bool contains(const std::vector<std::string>& arguments, std::string_view flag) {
+  return std::ranges::find(arguments, flag) != arguments.end();
+}
+
+std::vector<std::string> reversed(std::vector<std::string> arguments) {
+  std::ranges::reverse(arguments);  // CLI11 takes them from the back.
+  return arguments;
+}
+
+}  // namespace
+
+LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version) {
+  // The self-tests are found wherever they stand, whatever else is there: a release check must not become an
+  // ordinary start because of an argument that a launcher added.
+  if (contains(arguments, modelDownloadSmokeFlag)) return ModelDownloadSmokeRole{};
+  if (contains(arguments, releaseLaunchSmokeFlag)) return DesktopRole{LaunchSelfTest::releaseLaunch};
+  if (contains(arguments, dockReopenSmokeFlag)) return DesktopRole{LaunchSelfTest::dockReopen};
+
+  CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.",
+               "murmel"};
+  app.set_version_flag("--version", version);
+  app.require_subcommand(0, 1);
+
+  TranscribeRole transcribe;
+  auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
+  transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
+  transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
+  auto* doctorCommand =
+      app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
+  for (const auto& row : intelCommandActions) {
+    app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
+  }
+
+  try {
+    app.parse(reversed(arguments));
+  } catch (const CLI::ParseError& error) {
+    std::ostringstream output;
+    const int status = app.exit(error, output, output);
+    constexpr int usageError = 2;
+    return MessageRole{status == 0 ? 0 : usageError, output.str()};
+  }
+  if (transcribeCommand->parsed()) return transcribe;
+  if (doctorCommand->parsed()) return DoctorRole{};
+  for (const auto* command : app.get_subcommands()) {
+    if (const auto found = commandForAction(command->get_name())) return RemoteCommandRole{*found};
+  }
+  return DesktopRole{};
+}
+
+}  // namespace murmel

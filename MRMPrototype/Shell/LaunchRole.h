@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Shell/IntelCommand.h"
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace murmel {
+
+/// The launch-time self-tests of the desktop application.
+enum class LaunchSelfTest { none, releaseLaunch, dockReopen };
+
+/// What this process is going to be, as its arguments say.
+struct DesktopRole {
+  LaunchSelfTest selfTest = LaunchSelfTest::none;
+};
+struct ModelDownloadSmokeRole {};
+struct TranscribeRole {
+  std::vector<std::filesystem::path> files;
+  bool realTime = false;  ///< play the recordings as fast as they were spoken
+};
+struct RemoteCommandRole {
+  IntelCommand command;
+};
+struct DoctorRole {};
+/// Help, version or a mistake: print and leave.
+struct MessageRole {
+  int exitStatus = 0;
+  std::string text;
+};
+
+using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
+                                DoctorRole, MessageRole>;
+
+/// Chooses the role. `version` is the line that `--version` prints. Pure.
+LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);
+
+}  // namespace murmel

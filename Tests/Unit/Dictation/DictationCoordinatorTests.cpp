@@ -1,0 +1,501 @@
+#include "DictationHarness.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::test;
+using namespace std::chrono_literals;
+using Case = DictationState::Case;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class DictationCoordinatorTest : public ::testing::Test, public DictationHarness {
+ protected:
+  /// Starts, and lets the microphone deliver its first fragment.
+  void startByToggle() {
+    coordinator->toggle();
+    executor.runUntilIdle();
+    speak();
+    executor.runUntilIdle();
+  }
+  void dictateByToggle() {
+    startByToggle();
+    coordinator->toggle();
+    executor.runUntilIdle();
+  }
+};
+
+}  // namespace
+
+TEST_F(DictationCoordinatorTest, AHeldShortcutDictates) {
+  begin();
+  coordinator->shortcutPressed();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Ready") << "a microphone that has not delivered anything does not record";
+  speak(480);
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Listening… release shortcut");
+  EXPECT_THAT(sounds.played(), ElementsAre(SystemSound::tink));
+  EXPECT_TRUE(downloads.runtimeActive);
+  EXPECT_TRUE(insertion.sessionOpen);
+
+  coordinator->shortcutPressed();
+  EXPECT_EQ(state(), Case::listening) << "a second press while recording is ignored";
+  speak(480);
+  executor.advance(1s);
+  EXPECT_EQ(sessions.samples, 960U) << "captured audio goes to the session once a second";
+  EXPECT_GT(overlay.lastLevel, 0);
+
+  insertion.insertion.holdBack();
+  coordinator->shortcutReleased();
+  EXPECT_EQ(title(), "Transcribing locally…");
+  EXPECT_THAT(sounds.played(), ElementsAre(SystemSound::tink, SystemSound::pop));
+  EXPECT_FALSE(audio.recording());
+  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  EXPECT_TRUE(coordinator->hasLastTranscript()) << "kept before it is delivered";
+  insertion.insertion.resume(TextDeliveryResult::insertionSent);
+
+  EXPECT_EQ(title(), "Inserted");
+  EXPECT_TRUE(everythingIsBack());
+  executor.advance(1499ms);
+  EXPECT_EQ(title(), "Inserted");
+  executor.advance(1ms);
+  EXPECT_EQ(title(), "Ready");
+}
+
+TEST_F(DictationCoordinatorTest, EveryDeliveryResultHasItsStateAndRestAfterwards) {
+  const std::vector<std::pair<TextDeliveryResult, std::string>> rows{
+      {TextDeliveryResult::insertionSent, "Inserted"},
+      {TextDeliveryResult::insertedAndClipboardRestored, "Inserted · clipboard restored"},
+      {TextDeliveryResult::insertedAndTranscriptKept, "Inserted · transcript kept"},
+      {TextDeliveryResult::insertionSentClipboardChanged, "Insertion sent · clipboard changed"},
+      {TextDeliveryResult::copiedFallback, "Copied — press ⌘V"},
+  };
+  begin();
+  for (const auto& [result, expected] : rows) {
+    insertion.insertion.answerWith(result);
+    dictateByToggle();  // from the outcome of the row before: every outcome admits a new start
+    EXPECT_EQ(title(), expected);
+  }
+  executor.advance(1500ms);
+  EXPECT_EQ(title(), "Ready");
+}
+
+TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
+  struct Row {
+    bool live, process;
+    double seconds;
+  };
+  begin();
+  for (const auto& row : {Row{true, true, 3.0}, Row{true, false, 3.0}, Row{false, true, 15.0},
+                          Row{false, false, std::numeric_limits<double>::infinity()}}) {
+    settings.live = row.live;
+    settings.process = row.process;
+    settings.language = "de";
+    startByToggle();
+    EXPECT_EQ(sessions.last->configuration.targetSegmentSeconds, row.seconds);
+    EXPECT_EQ(static_cast<bool>(sessions.last->configuration.onPhrase), row.live);
+    EXPECT_EQ(sessions.last->configuration.languageCode, "de");
+    coordinator->toggle();
+    executor.runUntilIdle();
+  }
+  EXPECT_THAT(log.lines.back(), ::testing::HasSubstr("dictation-summary: dictation_stop duration_seconds="));
+  EXPECT_THAT(log.lines, ::testing::Contains(
+                             "incremental-stages: session_started target_seconds=inf live_callback=false"));
+}
+
+TEST_F(DictationCoordinatorTest, NoWordOfADictationIsLogged) {
+  begin();
+  recognise("xylophone");
+  dictateByToggle();
+  ASSERT_FALSE(log.lines.empty());
+  for (const auto& line : log.lines) EXPECT_EQ(line.find("xylophone"), std::string::npos) << line;
+}
+
+TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
+  struct Row {
+    std::string name;
+    std::function<void(DictationHarness&)> scene;
+    std::string shown;
+    std::string rest;
+    int missingCalls = 0;
+  };
+  const std::vector<Row> rows{
+      {"an update is being installed", [](auto& house) { house.updates.refuses = true; },
+       "Finish the app update before recording.", "Ready"},
+      {"the model is not installed", [](auto& house) { house.models.become(SpeechModelState::missing); },
+       "Download the required Parakeet speech model to use dictation",
+       "Download the required Parakeet speech model to use dictation", 1},
+      {"the microphone is denied",
+       [](auto& house) { house.authorization.setPhase(MicrophonePermissionPhase::denied); },
+       "Microphone permission is required", "Ready"},
+      {"the microphone is restricted",
+       [](auto& house) { house.authorization.setPhase(MicrophonePermissionPhase::restricted); },
+       "Microphone permission is required", "Ready"},
+      {"the microphone does not start", [](auto& house) { house.input.failStart(AudioInputError::noServer); },
+       "Could not start microphone recording", "Ready"},
+      {"the worker is not there",
+       [](auto& house) {
+         house.models.folder = "/models/other";
+         house.recognition.failure = MRMError(MRMError::Case::workerMissing);
+       },
+       "Local ASR worker is missing from the app", "Local ASR worker is missing from the app"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    DictationHarness house;
+    house.begin();
+    row.scene(house);
+    int missingCalls = 0;
+    house.coordinator->onRequiredModelMissing([&] { ++missingCalls; });
+    house.coordinator->toggle();
+    house.executor.runUntilIdle();
+    EXPECT_EQ(house.title(), row.shown);
+    EXPECT_TRUE(house.everythingIsBack());
+    EXPECT_EQ(missingCalls, row.missingCalls);
+    house.executor.advance(4s);
+    EXPECT_EQ(house.title(), row.rest);
+    EXPECT_THAT(house.sounds.played(), IsEmpty());
+  }
+}
+
+TEST_F(DictationCoordinatorTest, AReleaseBeforeTheChecksEndRecordsNothingAndLeavesTheStateAsItWas) {
+  authorization.setPhase(MicrophonePermissionPhase::notDetermined);
+  begin();
+  coordinator->shortcutPressed();
+  coordinator->shortcutReleased();
+  authorization.answer(true);
+  executor.advance(1s);
+  EXPECT_EQ(title(), "Ready");
+  EXPECT_EQ(sessions.made, 0);
+  EXPECT_TRUE(everythingIsBack());
+}
+
+TEST_F(DictationCoordinatorTest, AReleaseWhileTheMicrophoneOpensRecordsNothing) {
+  begin();
+  coordinator->shortcutPressed();
+  executor.runUntilIdle();
+  coordinator->shortcutReleased();
+  speak();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Ready");
+  EXPECT_TRUE(everythingIsBack());
+  EXPECT_THAT(sounds.played(), IsEmpty());
+}
+
+TEST_F(DictationCoordinatorTest, AnAbandonedStartDoesNotKeepAnOldMessageForEver) {
+  begin();
+  updates.refuses = true;
+  coordinator->toggle();
+  updates.refuses = false;
+  coordinator->shortcutPressed();
+  executor.runUntilIdle();
+  coordinator->shortcutReleased();
+  speak();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Finish the app update before recording.");
+  executor.advance(4s);
+  EXPECT_EQ(title(), "Ready");
+}
+
+TEST_F(DictationCoordinatorTest, TwoStartRequestsAtOnceStartOnce) {
+  begin();
+  coordinator->toggle();
+  coordinator->shortcutPressed();
+  coordinator->toggle();
+  executor.runUntilIdle();
+  speak();
+  executor.runUntilIdle();
+  EXPECT_EQ(sessions.made, 1);
+  EXPECT_EQ(insertion.sessionsBegun, 1);
+  EXPECT_EQ(state(), Case::listening);
+  coordinator->stopAndTranscribe();
+  executor.runUntilIdle();
+}
+
+TEST_F(DictationCoordinatorTest, AStopWhileAStartIsUnderWaySupersedesIt) {
+  begin();
+  coordinator->toggle();
+  executor.runUntilIdle();
+  coordinator->stopAndTranscribe();
+  EXPECT_EQ(title(), "Could not start microphone recording");
+  speak();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Could not start microphone recording");
+  EXPECT_TRUE(everythingIsBack());
+}
+
+TEST_F(DictationCoordinatorTest, ASupersededDictationOnlyCleansUpWhereverItWaited) {
+  begin();
+  const auto supersedeWhileItWaits = [&](auto& suspension, auto answer, std::size_t deliveredByThen) {
+    startByToggle();
+    suspension.holdBack();
+    coordinator->toggle();
+    ASSERT_TRUE(suspension.isWaiting());
+    coordinator->stopAndTranscribe();  // nothing to stop: an error, from which a new dictation can start
+    startByToggle();
+    ASSERT_EQ(state(), Case::listening);
+    suspension.resume(answer);
+    suspension.answerWith(answer);
+    EXPECT_EQ(state(), Case::listening) << "the outcome of the old one must not be shown";
+    EXPECT_TRUE(insertion.sessionOpen) << "the session belongs to the new one";
+    EXPECT_TRUE(downloads.runtimeActive);
+    EXPECT_EQ(updates.active.size(), 1U);
+    EXPECT_EQ(insertion.delivered.size(), deliveredByThen);
+    EXPECT_THAT(history.entries, IsEmpty());
+    settings.history = false;
+    coordinator->toggle();
+    executor.runUntilIdle();
+    insertion.delivered.clear();
+    settings.history = true;
+  };
+  settings.history = true;
+  DictationSessionResult result;
+  result.text = SpokenText("hello world");
+  supersedeWhileItWaits(sessions.finishing, Result<DictationSessionResult>(result), 0);
+  supersedeWhileItWaits(insertion.cleanup, std::optional<TextDeliveryResult>(), 0);
+  supersedeWhileItWaits(insertion.insertion, TextDeliveryResult::insertionSent, 1);
+  EXPECT_TRUE(everythingIsBack());
+}
+
+TEST_F(DictationCoordinatorTest, SilenceComesBackToRestWithoutAMessage) {
+  begin();
+  for (const auto* text : {"", "   \n\t "}) {
+    recognise(text);
+    dictateByToggle();
+    EXPECT_EQ(title(), "Ready");
+  }
+  fail(MRMError::Case::noSpeech);
+  dictateByToggle();
+  EXPECT_EQ(title(), "Ready");
+  EXPECT_THAT(insertion.delivered, IsEmpty());
+  EXPECT_FALSE(coordinator->hasLastTranscript());
+}
+
+TEST_F(DictationCoordinatorTest, RecogniserFailuresAreShownForFourSeconds) {
+  begin();
+  fail(MRMError::workerFailed("worker exited unexpectedly"));
+  dictateByToggle();
+  EXPECT_EQ(title(), "Local transcription failed: worker exited unexpectedly");
+  EXPECT_TRUE(everythingIsBack());
+  executor.advance(4s);
+  EXPECT_EQ(title(), "Ready");
+}
+
+TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptured) {
+  begin();
+  startByToggle();
+  input.changeConfiguration();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; captured audio processed.");
+  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  executor.advance(6s);
+  EXPECT_EQ(title(), "Ready");
+
+  fail(MRMError::Case::noSpeech);
+  startByToggle();
+  input.changeConfiguration();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; no speech was recognized.");
+  EXPECT_THAT(log.lines.back(), ::testing::EndsWith(" device_changed=true"));
+}
+
+TEST_F(DictationCoordinatorTest, WarningsAreJoinedInOrderAndWinOverTheResultForSixSeconds) {
+  begin();
+  recognise("words", 2);
+  startByToggle();
+  input.changeConfiguration();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(),
+            "Part of the recording was not recognized. "
+            "Audio configuration changed. Recording stopped; captured audio processed.");
+  executor.advance(5999ms);
+  EXPECT_EQ(state(), Case::warning);
+  executor.advance(1ms);
+  EXPECT_EQ(state(), Case::ready);
+}
+
+TEST_F(DictationCoordinatorTest, LivePhrasesAreInsertedOnceAndTheStopInsertsNothingMore) {
+  settings.live = true;
+  insertion.result = TextDeliveryResult::insertedAndTranscriptKept;
+  begin();
+  startByToggle();
+  Scope scope;
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("one")));
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("two")));
+  recognise("one two");
+  coordinator->toggle();
+  executor.runUntilIdle();
+  EXPECT_THAT(insertion.phrases, ElementsAre("[one]", " [two]"));
+  EXPECT_THAT(insertion.delivered, IsEmpty());
+  EXPECT_THAT(insertion.copied, IsEmpty());
+  EXPECT_EQ(title(), "Inserted · transcript kept");
+  coordinator->copyLastTranscript();
+  EXPECT_THAT(insertion.copied, ElementsAre("[one] [two]")) << "the clean-up is not applied a second time";
+}
+
+TEST_F(DictationCoordinatorTest, ABlockedLiveInsertionCopiesTheRestAndSaysWhy) {
+  settings.live = true;
+  settings.history = true;
+  insertion.block = LiveInsertionBlock::appChanged;
+  begin();
+  startByToggle();
+  Scope scope;
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("one")));
+  insertion.phraseInsertion.answerWith(false);
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("two")));
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("three")));
+  recognise("one two three");
+  coordinator->toggle();
+  executor.runUntilIdle();
+  EXPECT_THAT(insertion.phrases, ElementsAre("[one]", " [two]"));
+  EXPECT_THAT(insertion.copied, ElementsAre("[two] [three]"));
+  EXPECT_EQ(title(), "Insertion stopped: you switched applications. Remaining text copied — press ⌘V.");
+  ASSERT_EQ(history.entries.size(), 1U);
+  EXPECT_EQ(history.entries[0].text.reveal(), "[one] [two] [three]");
+  EXPECT_THAT(log.lines.back(), ::testing::HasSubstr(" live_blocked=app_changed"));
+}
+
+TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
+  begin();
+  dictateByToggle();
+  EXPECT_THAT(history.entries, IsEmpty());
+
+  settings.history = true;
+  settings.retention = HistoryRetention::oneWeek;
+  recognise("kept", 1);
+  dictateByToggle();
+  ASSERT_EQ(history.entries.size(), 1U);
+  const auto& entry = history.entries[0];
+  EXPECT_EQ(entry.text.reveal(), "[kept]");
+  EXPECT_EQ(entry.providerID, "fake-recogniser");
+  EXPECT_EQ(entry.language, "Automatic");
+  EXPECT_EQ(entry.unrecognizedParts, 1);
+  EXPECT_EQ(entry.createdAt, historyDate(executor.wallNow()));
+  EXPECT_EQ(history.prunedWith, HistoryRetention::oneWeek);
+}
+
+TEST_F(DictationCoordinatorTest, TheLastDictationCanBeCopiedForTwoMinutesOrUntilTheNextStarts) {
+  begin();
+  coordinator->copyLastTranscript();
+  EXPECT_EQ(title(), "Ready") << "nothing to copy";
+  dictateByToggle();
+  executor.advance(119s);
+  coordinator->copyLastTranscript();
+  EXPECT_EQ(title(), "Copied — press ⌘V");
+  EXPECT_THAT(insertion.copied, ElementsAre("[hello world]"));
+  executor.advance(1s);
+  EXPECT_FALSE(coordinator->hasLastTranscript());
+
+  dictateByToggle();
+  EXPECT_TRUE(coordinator->hasLastTranscript());
+  startByToggle();
+  EXPECT_FALSE(coordinator->hasLastTranscript());
+  coordinator->toggle();
+  executor.runUntilIdle();
+}
+
+TEST_F(DictationCoordinatorTest, BacklogIsShownByRevisionAndOperation) {
+  begin();
+  startByToggle();
+  const auto report = sessions.last->configuration.onBacklog;
+  report(true, 2);
+  EXPECT_EQ(title(), "Listening · recognition is catching up…");
+  report(false, 1);
+  report(false, 2);
+  EXPECT_EQ(state(), Case::listeningBehind) << "an old revision never flips the display back";
+  report(false, 3);
+  EXPECT_EQ(state(), Case::listening);
+  coordinator->updateBacklog(true, 4, 999);
+  EXPECT_EQ(state(), Case::listening) << "another operation's report";
+  report(true, 5);
+  coordinator->shortcutReleased();
+  executor.runUntilIdle();
+  EXPECT_EQ(state(), Case::success) << "a recording that is behind stops like any other";
+  report(false, 6);
+  EXPECT_EQ(state(), Case::success);
+
+  startByToggle();
+  sessions.last->configuration.onBacklog(true, 1);
+  EXPECT_EQ(state(), Case::listeningBehind) << "revisions count anew for every recording";
+  coordinator->toggle();
+  executor.runUntilIdle();
+}
+
+TEST_F(DictationCoordinatorTest, TheModelsStateIsShownAtRest) {
+  models.current = SpeechModelState::verifying;
+  begin();
+  EXPECT_EQ(title(), "Verifying existing local models…");
+  coordinator->toggle();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Verifying existing local models…");
+  EXPECT_TRUE(everythingIsBack());
+  models.become(SpeechModelState::missing);
+  EXPECT_EQ(title(), "Required Parakeet speech model is not installed");
+  executor.advance(1h);
+  EXPECT_EQ(title(), "Required Parakeet speech model is not installed");
+  models.become(SpeechModelState::ready);
+  EXPECT_EQ(title(), "Ready");
+  EXPECT_EQ(recognition.made, 1);
+  EXPECT_EQ(refinement.warmUps, 1);
+  recognition.finishWarmup(true);
+  EXPECT_FALSE(downloads.runtimeActive);
+}
+
+TEST_F(DictationCoordinatorTest, AModelThatGoesWhileRecordingIsMissedOnlyAfterwards) {
+  begin();
+  startByToggle();
+  models.become(SpeechModelState::missing);
+  EXPECT_EQ(state(), Case::listening);
+  coordinator->toggle();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Inserted");
+  executor.advance(1500ms);
+  EXPECT_EQ(title(), "Required Parakeet speech model is not installed");
+}
+
+TEST_F(DictationCoordinatorTest, TheWarmUpHoldsOptionalDownloadsBackUntilItEnds) {
+  coordinator = nullptr;
+  begin();
+  EXPECT_FALSE(downloads.runtimeActive);
+  models.folder = "/models/newer";
+  models.inventoryChange.emit();
+  EXPECT_TRUE(downloads.runtimeActive);
+  dictateByToggle();
+  EXPECT_TRUE(downloads.runtimeActive) << "the end of a dictation leaves the warm-up's hold alone";
+  recognition.finishWarmup(false);
+  EXPECT_FALSE(downloads.runtimeActive);
+}
+
+TEST_F(DictationCoordinatorTest, SoundsFollowTheirSetting) {
+  settings.sounds = false;
+  begin();
+  dictateByToggle();
+  EXPECT_THAT(sounds.played(), IsEmpty());
+}
+
+TEST_F(DictationCoordinatorTest, ASilentMicrophoneIsShownAtOnce) {
+  begin();
+  startByToggle();
+  sessions.last->configuration.onDeadMicrophone(true);
+  EXPECT_TRUE(overlay.microphoneSilent);
+  sessions.last->configuration.onDeadMicrophone(false);
+  EXPECT_FALSE(overlay.microphoneSilent);
+  coordinator->toggle();
+  executor.runUntilIdle();
+}
+
+TEST_F(DictationCoordinatorTest, QuittingInTheMiddleGivesEverythingBack) {
+  begin();
+  startByToggle();
+  coordinator.reset();
+  EXPECT_TRUE(updates.active.empty());
+  EXPECT_FALSE(downloads.runtimeActive);
+  EXPECT_FALSE(insertion.sessionOpen);
+  EXPECT_FALSE(audio.recording());
+}

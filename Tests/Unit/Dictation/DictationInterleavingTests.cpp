@@ -1,0 +1,150 @@
+#include "DictationHarness.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Everything that can happen to a coordinator, as moves of a random walk. Each neighbour that suspends is
+/// held back, so that every order of answers and of the user's actions comes up.
+class Walk {
+ public:
+  explicit Walk(std::uint32_t seed) : random_(seed) {
+    house_.settings.live = seed % 3 == 0;
+    house_.settings.history = true;
+    house_.sessions.finishing.holdBack();
+    house_.insertion.cleanup.holdBack();
+    house_.insertion.insertion.holdBack();
+    house_.begin();
+  }
+
+  void step() {
+    switch (random_() % 15) {
+      case 0:
+        house_.coordinator->toggle();
+        break;
+      case 1:
+        house_.coordinator->shortcutPressed();
+        break;
+      case 2:
+        house_.coordinator->shortcutReleased();
+        break;
+      case 3:
+        house_.coordinator->stopAndTranscribe();
+        break;
+      case 4:
+        house_.coordinator->copyLastTranscript();
+        break;
+      case 5:
+        deliverAudio();
+        break;
+      case 6:
+        if (house_.audio.recording()) house_.input.changeConfiguration();
+        break;
+      case 7:
+        house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready);
+        break;
+      case 8:
+        house_.updates.refuses = random_() % 4 == 0;
+        break;
+      case 9:
+        finishSession();
+        break;
+      case 10:
+        resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>());
+        break;
+      case 11:
+        resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent);
+        break;
+      case 12:
+        house_.executor.advance(std::chrono::milliseconds(random_() % 2'000));
+        break;
+      case 13:
+        house_.authorization.setPhase(randomPhase());
+        break;
+      case 14:
+        house_.authorization.answer(random_() % 2 == 0);
+        break;
+    }
+    house_.executor.runUntilIdle();
+    checkInvariants();
+  }
+
+  /// Lets everything that is still under way end, and looks whether all is as before.
+  void finish() {
+    house_.models.become(SpeechModelState::ready);
+    for (int round = 0; round < 50; ++round) {
+      house_.coordinator->shortcutReleased();
+      if (house_.coordinator->state().isRecording()) house_.coordinator->stopAndTranscribe();
+      house_.authorization.answer(false);
+      deliverAudio();
+      finishSession();
+      resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>());
+      resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent);
+      if (house_.recognition.finishWarmup) house_.recognition.finishWarmup(true);
+      house_.executor.advance(10s);
+    }
+    EXPECT_EQ(house_.title(), "Ready");
+    EXPECT_TRUE(house_.everythingIsBack());
+  }
+
+ private:
+  void deliverAudio() { house_.speak(); }
+
+  void finishSession() {
+    DictationSessionResult result;
+    result.text = SpokenText("words");
+    const auto outcome = random_() % 4;
+    if (outcome == 0) {
+      resumeIfWaiting(house_.sessions.finishing,
+                      Result<DictationSessionResult>(std::unexpected(MRMError(MRMError::Case::noSpeech))));
+    } else if (outcome == 1) {
+      resumeIfWaiting(house_.sessions.finishing, Result<DictationSessionResult>(std::unexpected(
+                                                     MRMError::workerFailed("worker response timed out"))));
+    } else {
+      resumeIfWaiting(house_.sessions.finishing, Result<DictationSessionResult>(std::move(result)));
+    }
+  }
+
+  template <class T>
+  void resumeIfWaiting(Suspension<T>& suspension, T value) {
+    if (suspension.isWaiting()) suspension.resume(std::move(value));
+  }
+
+  MicrophonePermissionPhase randomPhase() {
+    constexpr std::array phases{MicrophonePermissionPhase::authorized, MicrophonePermissionPhase::authorized,
+                                MicrophonePermissionPhase::notDetermined, MicrophonePermissionPhase::denied};
+    return phases[random_() % phases.size()];
+  }
+
+  void checkInvariants() {
+    const auto& state = house_.coordinator->state();
+    EXPECT_EQ(state.isRecording(), house_.audio.recording()) << state.title();
+    if (state.isRecording()) {
+      EXPECT_TRUE(house_.insertion.sessionOpen) << "a recording knows its target";
+      EXPECT_TRUE(house_.downloads.runtimeActive);
+      EXPECT_FALSE(house_.updates.active.empty());
+    }
+    EXPECT_LE(house_.sessions.living, 3) << "superseded dictations pile up";
+  }
+
+  DictationHarness house_;
+  std::mt19937 random_;
+};
+
+}  // namespace
+
+TEST(DictationInterleavings, NothingIsLostOrLeftHeldInAnyOrderOfEvents) {
+  for (std::uint32_t seed = 0; seed < 600; ++seed) {
+    SCOPED_TRACE(seed);
+    Walk walk(seed);
+    for (int step = 0; step < 120 && !::testing::Test::HasFailure(); ++step) walk.step();
+    walk.finish();
+    if (::testing::Test::HasFailure()) return;
+  }
+}
