@@ -39,7 +39,11 @@ FileResult<void> readAll(FileSystem& files, int descriptor, std::span<std::uint8
 FileResult<void> writeCopy(FileSystem& files, const std::filesystem::path& copy,
                            std::span<const std::uint8_t> bytes, const PrepareReplacement& prepare,
                            Durability durability) {
-  const auto descriptor = files.createNew(copy);
+  auto descriptor = files.createNew(copy);
+  if (!descriptor && descriptor.error() == EEXIST) {  // left by a crash
+    if (const auto removed = files.remove(copy); !removed) return removed;
+    descriptor = files.createNew(copy);
+  }
   if (!descriptor) return std::unexpected(descriptor.error());
   if (const auto written = writeAll(files, descriptor->get(), bytes); !written) return written;
   if (prepare) {
@@ -95,7 +99,6 @@ FileResult<void> replaceFile(FileSystem& files, const std::filesystem::path& fil
                              std::span<const std::uint8_t> bytes, const PrepareReplacement& prepare,
                              Durability durability) {
   const auto copy = temporaryPath(file);
-  if (const auto removed = removeIfPresent(files, copy); !removed) return removed;
   if (const auto written = writeCopy(files, copy, bytes, prepare, durability); !written) {
     (void)removeIfPresent(files, copy);  // what stays is removed before the next write
     return written;

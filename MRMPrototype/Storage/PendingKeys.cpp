@@ -19,6 +19,8 @@ PendingKeys::PendingKeys(FileSystem& files, const std::filesystem::path& sealedF
 }
 
 FileResult<bool> PendingKeys::exists() const {
+  const auto copy = files_.exists(temporaryPath(path_));
+  if (!copy || *copy) return copy;
   return files_.exists(path_);
 }
 

@@ -20,6 +20,7 @@ class PendingKeys {
 
   PendingKeys(FileSystem& files, const std::filesystem::path& sealedFile);
 
+  /// Whether there is anything to load or to clear away.
   [[nodiscard]] FileResult<bool> exists() const;
   /// Empty contents when there is no such file.
   [[nodiscard]] FileResult<Contents> load() const;

@@ -15,8 +15,8 @@ namespace murmel {
 
 namespace {
 
-/// A base64 string as it stands in the text. Some writers escape the slash, the only character of the alphabet that
-/// may be.
+/// A base64 string as it stands in the text. Some writers escape the slash, the only character of the
+/// alphabet that may be.
 std::optional<std::vector<std::uint8_t>> decodeBox(std::string_view raw, bool escaped) {
   if (!escaped) return base64::decoded(raw);
   std::string plain;
@@ -35,7 +35,8 @@ bool SecureLocalEnvelope::hasMagic(std::span<const std::uint8_t> fileBytes) {
 }
 
 SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::span<const std::uint8_t> fileBytes) {
-  const auto invalid = std::unexpected(SecureLocalStorageError(SecureLocalStorageError::Case::invalidEnvelope));
+  const auto invalid =
+      std::unexpected(SecureLocalStorageError(SecureLocalStorageError::Case::invalidEnvelope));
   if (!hasMagic(fileBytes)) return invalid;
   const auto json = fileBytes.subspan(magic.size());
   const std::string_view text(reinterpret_cast<const char*>(json.data()), json.size());

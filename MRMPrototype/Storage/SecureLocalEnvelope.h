@@ -20,9 +20,9 @@ struct SecureLocalEnvelope {
   std::vector<std::uint8_t> sealedData;  ///< nonce, ciphertext, tag
 
   static bool hasMagic(std::span<const std::uint8_t> fileBytes);
-  /// Takes the bytes of a whole file and decodes in their memory. `invalidEnvelope` when anything is missing,
-  /// of another type or malformed; the version is not judged here.
-  static SecureResult<SecureLocalEnvelope> decode(std::vector<std::uint8_t> fileBytes);
+  /// From the bytes of a whole file. `invalidEnvelope` when anything is missing, of another type or
+  /// malformed; the version is not judged here.
+  static SecureResult<SecureLocalEnvelope> decode(std::span<const std::uint8_t> fileBytes);
   [[nodiscard]] std::string encode() const;
 };
 

@@ -11,7 +11,6 @@
 #include <string_view>
 #include <utility>
 
-
 namespace murmel {
 
 /// The real files, with a say before each system call: let it pass, let it fail, or end the process there.

@@ -31,7 +31,8 @@ std::expected<SecretBytes, SecretStatus> FakeSecretStore::find(const std::string
   return found->second.copy();
 }
 
-std::expected<void, SecretStatus> FakeSecretStore::remove(const std::string& service, const std::string& account) {
+std::expected<void, SecretStatus> FakeSecretStore::remove(const std::string& service,
+                                                          const std::string& account) {
   const std::lock_guard guard(mutex_);
   if (const auto failed = failure(service, account)) return std::unexpected(*failed);
   if (secrets_.erase({service, account}) == 0) return std::unexpected(secretStatus::itemNotFound);

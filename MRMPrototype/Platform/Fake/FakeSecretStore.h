@@ -15,7 +15,8 @@ class FakeSecretStore final : public SecretStore {
  public:
   std::expected<void, SecretStatus> add(const std::string& service, const std::string& account,
                                         const SecretBytes& secret) override;
-  std::expected<SecretBytes, SecretStatus> find(const std::string& service, const std::string& account) override;
+  std::expected<SecretBytes, SecretStatus> find(const std::string& service,
+                                                const std::string& account) override;
   std::expected<void, SecretStatus> remove(const std::string& service, const std::string& account) override;
   std::expected<void, SecretStatus> unlock() override;
 
@@ -23,8 +24,8 @@ class FakeSecretStore final : public SecretStore {
   void setUserRefusesUnlock(bool refuses);
   /// Every call fails with this status until it is taken back.
   void failWith(std::optional<SecretStatus> status);
-  /// The call after `calls` further ones fails with `status`, once. A failing `add` may have kept the secret all
-  /// the same, as a store that answers too late does.
+  /// The call after `calls` further ones fails with `status`, once. A failing `add` may have kept the secret
+  /// all the same, as a store that answers too late does.
   void failOnce(int calls, SecretStatus status, bool addsAllTheSame = false);
 
   [[nodiscard]] std::vector<std::string> accounts(const std::string& service) const;
