@@ -171,7 +171,7 @@ class FakeRefinementSource final : public RefinementSource {
 /// Marks what it has cleaned, so that a second application shows.
 class FakeTranscriptCleanUp final : public TranscriptCleanUp {
  public:
-  [[nodiscard]] std::string clean(std::string text) const override {
+  [[nodiscard]] std::string clean(std::string text) override {
     return text.find_first_not_of(" \n\t") == std::string::npos ? text : "[" + text + "]";
   }
 };
