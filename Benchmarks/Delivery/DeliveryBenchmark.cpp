@@ -1,11 +1,12 @@
-// From the finished text to the paste: with nothing, a line of text, and ten forms with a picture of 5 MB on the
-// user's clipboard. The figure to reach is 20 ms at the median.
+// From the finished text to the paste: with nothing, a line of text, and ten forms with a picture of 5 MB on
+// the user's clipboard. The figure to reach is 20 ms at the median.
 
 #include "EndToEnd/Delivery/DeliveryDesk.h"
 
 #include <algorithm>
-#include <benchmark/benchmark.h>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace murmel::test {
 
@@ -82,7 +83,10 @@ void captureAndDeliver(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK_CAPTURE(deliverOver, nothing, std::nullopt)->UseManualTime()->Iterations(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(deliverOver, nothing, std::nullopt)
+    ->UseManualTime()
+    ->Iterations(100)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(deliverOver, a_line_of_text, lineOfText())
     ->UseManualTime()
     ->Iterations(100)
