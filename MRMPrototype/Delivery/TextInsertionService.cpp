@@ -160,6 +160,11 @@ Task<bool> TextInsertionService::deliverLiveSegment(SpokenText phrase) {
   logger_.line(LogLevel::info,
                posted ? PublicText("paste_dispatched=true") : PublicText("paste_dispatched=false"));
   if (!posted) co_return false;
+  if (result == TextDeliveryResult::insertionSentClipboardChanged) {
+    // Somebody else's contents may have been pasted.
+    lastBlock_ = LiveInsertionBlock::unknown;
+    co_return false;
+  }
   auto arriving = pasteCleanup_.arrival();
   const bool arrived = co_await arriving;
   if (!arrived) lastBlock_ = LiveInsertionBlock::unknown;
