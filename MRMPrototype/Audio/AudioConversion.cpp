@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
-
 #include <utility>
 
 namespace murmel {
