@@ -8,8 +8,8 @@ namespace murmel {
 
 namespace {
 
-/// How much longer than the target a segment gets before it is cut without a pause. The quietest half second
-/// of so long a stretch lies between two words, also in noise.
+/// How much longer than the target a segment gets before it is cut without a found pause. The quietest half
+/// second of so long a stretch lies between two words, also in noise.
 constexpr double searchSeconds = 17;
 constexpr double breathAfterTargets = 2;
 
@@ -77,7 +77,7 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
     segments.push_back(cutAfterFrames(meter.frameOf(pause.cut) - meter.frameOf(openBegin_)));
   }
   if (const auto silence = silentFrames()) segments.push_back(cutAfterFrames(*silence));
-  if (openSeconds() >= patienceSeconds_) segments.push_back(cutAfterFrames(forcedCut()));
+  if (const auto place = placeWithoutPause()) segments.push_back(cutAfterFrames(*place));
 }
 
 void SegmentCutter::follow(const FrameLevel& frame) {
@@ -108,9 +108,12 @@ std::optional<std::size_t> SegmentCutter::silentFrames() {
   return openFrames_.size() - lead;
 }
 
-std::size_t SegmentCutter::forcedCut() const {
+std::optional<std::size_t> SegmentCutter::placeWithoutPause() const {
+  if (openSeconds() < patienceSeconds_ || openFrames_.empty()) return std::nullopt;
   const auto from = std::min(frames(std::min(targetSeconds_, patienceSeconds_ / 2)), openFrames_.size() - 1);
-  return from + quietestCut(std::span(openFrames_).subspan(from));
+  const auto place = quietestPlace(std::span(openFrames_).subspan(from));
+  if (!place.isPause && openSeconds() < longestSeconds) return std::nullopt;
+  return from + place.frame;
 }
 
 CutSegment SegmentCutter::cutAfterFrames(std::size_t frameCount) {

@@ -25,8 +25,9 @@ struct CutSegment {
 /// samples, and what it keeps is the segment that is still open.
 ///
 /// A segment ends with the first pause between phrases after the target length. After twice the target the
-/// shorter pauses will do, too; and when there has been no pause for so long that the user would wait, or the
-/// recogniser could not take it, the segment ends in its quietest half second. Silence is cut off at once.
+/// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment ends
+/// where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest moment.
+/// Silence is cut off at once.
 class SegmentCutter {
  public:
   /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.
@@ -64,7 +65,7 @@ class SegmentCutter {
   [[nodiscard]] bool accepts(const PhrasePause& pause) const;
   [[nodiscard]] double openSeconds() const;
   [[nodiscard]] std::optional<std::size_t> silentFrames();
-  [[nodiscard]] std::size_t forcedCut() const;
+  [[nodiscard]] std::optional<std::size_t> placeWithoutPause() const;
   /// Ends the segment after its first `frames` frames.
   CutSegment cutAfterFrames(std::size_t frames);
   CutSegment segment(std::vector<float> samples, std::span<const FrameLevel> frames) const;

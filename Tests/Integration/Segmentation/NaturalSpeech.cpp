@@ -24,7 +24,8 @@ std::vector<std::filesystem::path> files(const std::string& language) {
   const std::filesystem::path root = "/usr/share/asterisk/sounds";
   if (!std::filesystem::exists(root)) return found;
   for (const auto& folder : std::filesystem::directory_iterator(root)) {
-    if (!folder.path().filename().string().starts_with(language + "_")) continue;
+    // The package links its folder under shorter names.
+    if (folder.is_symlink() || !folder.path().filename().string().starts_with(language + "_")) continue;
     for (const auto& file : std::filesystem::directory_iterator(folder.path()))
       if (file.path().extension() == ".g722") found.push_back(file.path());
   }
@@ -58,15 +59,16 @@ double power(const float* begin, const float* end) {
 
 }  // namespace
 
+static std::vector<std::string> names;
 NaturalSpeech NaturalSpeech::load(const std::string& language, double leastSeconds, std::size_t most) {
-  std::string coded;
+  std::string coded; names.clear();
   std::vector<std::size_t> lengths;
   for (const auto& path : files(language)) {
     const auto size = static_cast<std::size_t>(std::filesystem::file_size(path));
     if (static_cast<double>(size * samplesPerByte) < leastSeconds * sampleRate) continue;
     std::ifstream file(path, std::ios::binary);
     coded.append(std::istreambuf_iterator<char>(file), {});
-    lengths.push_back(size * samplesPerByte);
+    lengths.push_back(size * samplesPerByte); names.push_back(path.stem());
     if (lengths.size() == most) break;
   }
   EXPECT_FALSE(lengths.empty()) << "install asterisk-core-sounds-" << language << "-g722";
@@ -96,8 +98,10 @@ JoinedSpeech JoinedSpeech::join(const NaturalSpeech& speech, double leastGap, do
     joined.quiet.resize(samples.size() / step, true);
   };
   addSilence();
+  int k=0;
   for (const auto& prompt : speech.prompts) {
     std::vector<double> levels;
+    if (std::getenv("SHOW")) std::printf("at %f %s\n", double(samples.size())/16000, names[std::size_t(k++)].c_str());
     for (std::size_t at = 0; at + step <= prompt.size(); at += step)
       levels.push_back(10 * std::log10(power(&prompt[at], &prompt[at] + step) + 1e-12));
     const double loudest = *std::ranges::max_element(levels);

@@ -42,10 +42,24 @@ TEST(SpeechEvidence, KeepsSilenceFromTheRecogniserAndSpeechForIt) {
   for (const auto& row : rows) EXPECT_EQ(speechEvidence(levels(row.tape)), row.evidence) << row.what;
 }
 
-TEST(QuietestCut, LiesInTheQuietestHalfSecond) {
-  const auto frames = levels(SoundTape().speech(3).noise(0.3).speech(2).noise(0.6, -50).speech(3));
-  EXPECT_NEAR(static_cast<double>(quietestCut(frames)) * FrameLevelMeter::frameSeconds, 5.65, 0.12);
-  EXPECT_LT(quietestCut(std::span(frames).first(1)), 1U);
+TEST(QuietestPlace, IsAPauseOrTheQuietestMoment) {
+  struct Row {
+    const char* what;
+    SoundTape tape;
+    double seconds;
+    bool isPause;
+  };
+  const std::vector<Row> rows{
+      {"a pause", SoundTape().speech(3).noise(0.6).speech(2).noise(0.6, -50).speech(3), 3.35, true},
+      {"in noise", SoundTape().speech(3).noise(0.2, -32).speech(2).noise(0.6, -28).speech(3), 5.5, true},
+      {"fluent speech", SoundTape().speech(3).noise(0.15).speech(2), 3.08, false},
+  };
+  for (const auto& row : rows) {
+    const auto place = quietestPlace(levels(row.tape));
+    EXPECT_NEAR(static_cast<double>(place.frame) * FrameLevelMeter::frameSeconds, row.seconds, 0.12) << row.what;
+    EXPECT_EQ(place.isPause, row.isPause) << row.what;
+  }
+  EXPECT_EQ(quietestPlace(levels(SoundTape().noise(0.02))).frame, 0U);
 }
 
 }  // namespace
