@@ -37,7 +37,8 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
   JournalLogSink log(JournalLogSink::Fallback::none);
   const auto identifier = MRMAppIdentity::applicationIdentifier(info);
 
-  StorageServices storage(folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
+  StorageServices storage(
+      folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
   SpeechServices speech(executor, clock, log, folders, identifier, storage.settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
 
