@@ -4,10 +4,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <ostream>
 
 namespace murmel {
 
-/// A key event reduced to what shortcuts are about.
+/// A key event reduced to what shortcuts are about. Nothing prints or logs this type.
 struct MRMHotkeyEvent {
   KeyEventType type = KeyEventType::keyDown;
   /// Within `shortcutModifierMask`.
@@ -19,6 +20,8 @@ struct MRMHotkeyEvent {
 
   /// Nothing unless `event` is a keyDown, keyUp or flagsChanged.
   static std::optional<MRMHotkeyEvent> from(const KeyEvent& event, double systemUptime);
+
+  friend std::ostream& operator<<(std::ostream&, const MRMHotkeyEvent&) = delete;
 };
 
 }  // namespace murmel

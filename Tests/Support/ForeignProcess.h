@@ -17,7 +17,8 @@
 
 namespace murmel::test {
 
-/// Another program, with its output to read. It ends with this object, at the latest with the test.
+/// Another program, with its standard output to read; what it complains about is dropped. It ends with this
+/// object, at the latest with the test.
 class ForeignProcess {
  public:
   explicit ForeignProcess(std::vector<std::string> command) {
@@ -33,6 +34,7 @@ class ForeignProcess {
     if (identifier_ == 0) {
       ::prctl(PR_SET_PDEATHSIG, SIGKILL);
       ::dup2(input.get(), STDOUT_FILENO);
+      ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
       ::execvp(arguments[0], arguments.data());
       ::_exit(127);
     }
@@ -63,6 +65,7 @@ class ForeignProcess {
     }
     return true;
   }
+  [[nodiscard]] const std::string& outputSoFar() const { return outputSoFar_; }
   void forgetOutput() { outputSoFar_.clear(); }
 
  private:

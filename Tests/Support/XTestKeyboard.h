@@ -18,7 +18,9 @@ namespace murmel::test {
 /// (KEY_D). Every call returns when the server has done it.
 class XTestKeyboard {
  public:
-  XTestKeyboard() : connection_(xcb_connect(nullptr, nullptr)) {
+  /// `display` empty: the environment's.
+  explicit XTestKeyboard(const std::string& display = "")
+      : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)) {
     if (xcb_connection_has_error(connection_.get()) != 0) throw std::runtime_error("no X server");
   }
 

@@ -167,6 +167,8 @@ TYPED_TEST(KeyEventTapContract, ARemovedTapIsSilentEvenWhenItsHandlerRemovedIt) 
   this->tap = this->desktop.taps.create([this](const KeyEvent& event) {
     this->events.push_back(event);
     this->tap.reset();
+    EXPECT_TRUE(this->install()) << "there is room for another one at once";
+    this->tap.reset();
   });
   ASSERT_TRUE(this->tap);
   this->desktop.press(option);

@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,12 +35,14 @@ class MarkedTap final : public KeyEventTap {
   std::unique_ptr<InstalledKeyEventTap> create(Handler handler) override {
     auto tap = inner_.create([this, handler = std::move(handler)](const KeyEvent& event) {
       if (event.type == KeyEventType::keyUp && event.keyCode == virtualKeyFromEvdev(markerKey)) ++markers;
+      if (event.isRepeat) ++repeats;
       handler(event);
     });
     isInstalled = tap != nullptr;
     return tap;
   }
   int markers = 0;
+  int repeats = 0;
   bool isInstalled = false;
 
  private:
@@ -95,10 +98,20 @@ class ShortcutEndToEnd : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(run("setxkbmap us"));
-    ASSERT_TRUE(focused.waitForOutput("FocusIn event")) << "the window manager gives a new window the focus";
+    ASSERT_TRUE(giveFocus());
     ASSERT_TRUE(shortcut.taps.isInstalled);
   }
   void TearDown() override { EXPECT_TRUE(run("setxkbmap us")); }
+
+  /// The window manager does so by itself, but not always while it starts.
+  bool giveFocus() {
+    const std::string label = "Outer window is ";
+    if (!focused.waitForOutput(label) || !focused.waitForOutput(",")) return false;
+    const auto window = focused.outputSoFar().substr(focused.outputSoFar().find(label) + label.size(), 10);
+    return run("for try in $(seq 100); do xdotool windowfocus --sync $((" +
+               window.substr(0, window.find(',')) + ")) 2>/dev/null && exit; done; exit 1") &&
+           focused.waitForOutput("FocusIn event");
+  }
 
   void tap(std::uint32_t evdevCode) {
     keyboard.press(evdevCode);
@@ -233,7 +246,7 @@ TEST_F(ShortcutEndToEnd, LosesNoneOfAThousandQuickPresses) {
   }
 }
 
-TEST_F(ShortcutEndToEnd, AHeldKeyThatRepeatsIsOnePress) {
+TEST_F(ShortcutEndToEnd, APressThatComesAgainIsOnePress) {
   shortcut.configuration = configuration(ShortcutChoice::controlSpace);
   keyboard.press(KEY_LEFTCTRL);
   keyboard.press(KEY_SPACE);
@@ -295,4 +308,76 @@ TEST_F(ShortcutEndToEnd, AServerThatDiesIsWaitedForAndFoundAgain) {
   ASSERT_TRUE(other.taps.isInstalled);
   ASSERT_TRUE(run("DISPLAY=" + number + " xdotool key 64 keydown 96 keyup 96"));
   EXPECT_TRUE(other.executor.waitUntil([&] { return other.calls == "press release "; })) << other.calls;
+}
+
+/// A server inside a window of the session's: for it, the session's keyboard is hardware.
+class ShortcutOnHardware : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(server.waitForOutput("\n"));
+    display = ":" + server.outputSoFar().substr(0, server.outputSoFar().find('\n'));
+    // Windows of earlier tests may go while the search looks at them; it fails then.
+    ASSERT_TRUE(
+        run("for try in 1 2 3 4 5 6 7 8 9; do xdotool search --sync --onlyvisible --name Xephyr "
+            "windowfocus --sync 2>/dev/null && exit; done; exit 1"));
+    shortcut.emplace(X11KeyEnvironment{display, "", "x11"});
+    ASSERT_TRUE(shortcut->taps.isInstalled);
+  }
+  bool waitForCalls(const std::string& expected) {
+    return shortcut->executor.waitUntil([&] { return shortcut->calls == expected; });
+  }
+
+  ForeignProcess server{{"Xephyr", "-displayfd", "1", "-screen", "320x240", "-noreset", "-nolisten", "tcp"}};
+  std::string display;
+  XTestKeyboard fingers;
+  std::optional<Shortcut> shortcut;
+};
+
+TEST_F(ShortcutOnHardware, AHeldKeyThatRepeatsIsOnePress) {
+  shortcut->configuration = configuration(ShortcutChoice::controlSpace);
+  ASSERT_TRUE(run("xset r rate 50 100"));
+  fingers.press(KEY_LEFTCTRL);
+  fingers.press(KEY_SPACE);
+  EXPECT_TRUE(shortcut->executor.waitUntil([&] { return shortcut->taps.repeats >= 20; }));
+  EXPECT_EQ(shortcut->calls, "press ");
+  fingers.release(KEY_SPACE);
+  fingers.release(KEY_LEFTCTRL);
+  EXPECT_TRUE(waitForCalls("press release "));
+  ASSERT_TRUE(run("xset r rate"));
+}
+
+TEST_F(ShortcutOnHardware, ALastReleaseIsToldAfterAMoment) {
+  shortcut->configuration = configuration(ShortcutChoice::controlSpace);
+  fingers.press(KEY_LEFTCTRL);
+  fingers.press(KEY_SPACE);
+  EXPECT_TRUE(waitForCalls("press "));
+  fingers.release(KEY_SPACE);
+  ASSERT_TRUE(shortcut->executor.waitUntil([&] { return shortcut->executor.pendingTimers() == 1; }));
+  EXPECT_EQ(shortcut->calls, "press ");
+  shortcut->executor.advance(10ms);
+  EXPECT_TRUE(waitForCalls("press release "));
+  fingers.release(KEY_LEFTCTRL);
+}
+
+TEST_F(ShortcutOnHardware, APasteInTheMiddleOfAHoldDoesNotEndIt) {
+  XTestKeyboard ours(display);
+  fingers.press(KEY_LEFTALT);
+  ASSERT_TRUE(waitForCalls("press "));
+  // Option must be up for the paste, so we let it go on the server; the finger stays on it.
+  for (const auto& [key, type] : {std::pair(KEY_LEFTALT, XCB_KEY_RELEASE),
+                                  {KEY_LEFTCTRL, XCB_KEY_PRESS},
+                                  {KEY_V, XCB_KEY_PRESS},
+                                  {KEY_V, XCB_KEY_RELEASE},
+                                  {KEY_LEFTCTRL, XCB_KEY_RELEASE}}) {
+    shortcut->injectedKeys.expect(static_cast<std::uint32_t>(key) + xKeyCodeOffset, type == XCB_KEY_PRESS);
+    ours.send(static_cast<std::uint32_t>(key), static_cast<std::uint8_t>(type));
+  }
+  ours.settle();
+  const auto before = shortcut->taps.markers;
+  ours.press(markerKey);
+  ours.release(markerKey);
+  ASSERT_TRUE(shortcut->executor.waitUntil([&] { return shortcut->taps.markers > before; }));
+  EXPECT_EQ(shortcut->calls, "press ");
+  fingers.release(KEY_LEFTALT);
+  EXPECT_TRUE(waitForCalls("press release "));
 }

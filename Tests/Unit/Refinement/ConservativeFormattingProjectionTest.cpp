@@ -113,6 +113,7 @@ TEST(ConservativeFormattingProjection, AlignsWithTheStatedTieBreak) {
            {{"a", "x"}, {"a", "a", "y"}, {1, 2}},
            {{"a", "b"}, {"c"}, {none, 0}},
            {{"a", "b", "c"}, {"c", "a", "b"}, {1, 2, none}},
+           {{"a", "b", "a"}, {"b", "a", "b"}, {1, 2, none}},
            {{"a"}, {}, {none}},
        }) {
     EXPECT_EQ(Projection::alignment(tokens(row.originals), tokens(row.candidates)), row.expected);

@@ -90,6 +90,7 @@ TEST(PersonalVocabulary, ReplacesWholeTerms) {
            {"text without a match stays as it is encoded", "x = y", "cafe\u0301 \xFF", "cafe\u0301 \xFF"},
            {"matches side by side", "+ = x\nxx = both", "++", "both"},
            {"matches that overlap", "a a = b", "a a a", "b a"},
+           {"a match that overlaps one inside a word", "+ + = y", "x+ + +", "x+ y"},
            {"emoji", "👍🏽 = ok\n:) = 🙂", "👍🏽 :)", "ok 🙂"},
            {"the same term twice", "a = b\na = c", "a", "b"},
            {"nothing", "", "text", "text"},

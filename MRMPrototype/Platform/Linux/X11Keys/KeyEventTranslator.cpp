@@ -8,22 +8,28 @@ namespace murmel {
 
 void KeyEventTranslator::consume(const RawKey& raw, const KeyLayout& layout, std::vector<KeyEvent>& events) {
   if (withheldRelease_ && raw.goesDown && raw.keyCode == withheldRelease_->keyCode &&
-      raw.source == withheldRelease_->source && raw.time == withheldRelease_->time) {
+      raw.source == withheldRelease_->source && raw.time - withheldRelease_->time <= repeatGapMilliseconds) {
     withheldRelease_.reset();
   }
-  endBatch(layout, events);
+  tellWithheldRelease(layout, events);
   if (takeInjected(raw)) return;
   if (raw.goesDown) {
     press(raw, layout, events);
-  } else if (raw.isSynthetic) {
-    // Programs type faster than the server's clock ticks, but never repeat.
-    release(raw.keyCode, layout, events);
-  } else {
+  } else if (mayBeRepeat(raw)) {
     withheldRelease_ = raw;
+  } else {
+    release(raw.keyCode, layout, events);
   }
 }
 
-void KeyEventTranslator::endBatch(const KeyLayout& layout, std::vector<KeyEvent>& events) {
+bool KeyEventTranslator::mayBeRepeat(const RawKey& release) const {
+  // Programs type faster than the server's clock ticks, but never repeat; modifiers do not repeat either.
+  if (release.isSynthetic) return false;
+  const auto held = held_.find(release.keyCode);
+  return held != held_.end() && held->second.kind == KeyRole::Kind::ordinary;
+}
+
+void KeyEventTranslator::tellWithheldRelease(const KeyLayout& layout, std::vector<KeyEvent>& events) {
   if (const auto withheld = std::exchange(withheldRelease_, std::nullopt)) {
     release(withheld->keyCode, layout, events);
   }
@@ -73,10 +79,12 @@ bool KeyEventTranslator::takeInjected(const RawKey& raw) {
 
 void KeyEventTranslator::reconcile(const PressedKeySet& serverKeys, const KeyLayout& layout,
                                    std::vector<KeyEvent>& events) {
-  endBatch(layout, events);
   std::vector<std::uint32_t> missedReleases;
   for (const auto& [keyCode, role] : held_) {
-    if (!serverKeys.test(keyCode) && !letGoByUs_.contains(keyCode)) missedReleases.push_back(keyCode);
+    const bool isWithheld = withheldRelease_ && withheldRelease_->keyCode == keyCode;
+    if (!serverKeys.test(keyCode) && !isWithheld && !letGoByUs_.contains(keyCode)) {
+      missedReleases.push_back(keyCode);
+    }
   }
   for (const auto keyCode : missedReleases) release(keyCode, layout, events);
   for (std::uint32_t keyCode = 0; keyCode < serverKeys.size(); ++keyCode) {

@@ -31,15 +31,21 @@ struct RawKey {
 /// the layout has changed in between. Injected keys that we announced are left out and not held by the user.
 class KeyEventTranslator {
  public:
+  /// The two halves of a repeat are at most this far apart, by the server's clock and on their way here. They
+  /// carry the same time, or nearly so when the server is busy; no finger is that quick.
+  static constexpr std::uint32_t repeatGapMilliseconds = 10;
+
   /// The list must outlive this.
   explicit KeyEventTranslator(InjectedKeyList& injected) : injected_(injected) {}
 
   /// Appends what `raw` (and perhaps what was withheld before it) means.
   void consume(const RawKey& raw, const KeyLayout& layout, std::vector<KeyEvent>& events);
 
-  /// No more events are there for now. A release is withheld until then, because a press of the same key at
-  /// the same time makes it a repeat.
-  void endBatch(const KeyLayout& layout, std::vector<KeyEvent>& events);
+  /// Whether the last release still waits: a press of the same key right after it would make it a repeat.
+  /// Nested and remote servers repeat in that way.
+  [[nodiscard]] bool isWithholdingRelease() const { return withheldRelease_.has_value(); }
+  /// No such press has come: the release was real.
+  void tellWithheldRelease(const KeyLayout& layout, std::vector<KeyEvent>& events);
 
   /// Brings the set of held keys in line with the server's. Releases that were missed are made up for; keys
   /// that went down unseen only count as modifiers from now on. What we injected is not the user's: it
@@ -48,6 +54,7 @@ class KeyEventTranslator {
 
  private:
   void press(const RawKey& raw, const KeyLayout& layout, std::vector<KeyEvent>& events);
+  [[nodiscard]] bool mayBeRepeat(const RawKey& release) const;
   void release(std::uint32_t keyCode, const KeyLayout& layout, std::vector<KeyEvent>& events);
   [[nodiscard]] bool takeInjected(const RawKey& raw);
   [[nodiscard]] KeyEvent event(KeyEventType type, const KeyRole& role, const KeyLayout& layout) const;

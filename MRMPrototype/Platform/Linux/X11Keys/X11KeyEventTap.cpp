@@ -34,28 +34,31 @@ X11KeyEnvironment X11KeyEnvironment::fromProcess() {
 /// The tap itself. Kept alive by whoever runs in it, so that its handler may remove it.
 class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
  public:
-  Tap(std::unique_ptr<X11KeyConnection> connection, KeyLayout layout, InjectedKeyList& injectedKeys,
-      Handler handler)
-      : connection_(std::move(connection)),
+  Tap(Executor& executor, std::unique_ptr<X11KeyConnection> connection, KeyLayout layout,
+      InjectedKeyList& injectedKeys, Handler handler)
+      : executor_(executor),
+        connection_(std::move(connection)),
         layout_(std::move(layout)),
         translator_(injectedKeys),
         handler_(std::move(handler)) {}
 
-  void watch(Executor& executor) {
+  void watch() {
     const auto drainIfAlive = [weak = weak_from_this()] {
       if (const auto tap = weak.lock()) tap->drain();
     };
-    watch_ = executor.watchReadable(connection_->descriptor(), drainIfAlive);
+    watch_ = executor_.watchReadable(connection_->descriptor(), drainIfAlive);
     resync();
     // What the round trips so far have read already does not make the descriptor readable.
-    executor.post(drainIfAlive);
+    executor_.post(drainIfAlive);
   }
 
   void remove() {
     isRemoved_ = true;
     watch_.reset();
+    withheldRelease_.reset();
   }
 
+  [[nodiscard]] bool isRemoved() const { return isRemoved_; }
   [[nodiscard]] bool isUsable() const { return !connection_->isBroken(); }
   void resync() { connection_->requestPressedKeys(); }
 
@@ -65,16 +68,31 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
     while (!isRemoved_) {
       const auto event = connection_->poll();
       reconcile(event.get());
-      if (event) {
-        take(*event);
-      } else {
-        translator_.endBatch(layout_, pending_);
-      }
+      if (event) take(*event);
       deliver();
       // Round trips may have read further events, so the end is only where nothing was left to ask either.
       if (!event && !refreshLayout()) break;
     }
-    if (!isRemoved_ && connection_->isBroken()) fail();
+    if (isRemoved_) return;
+    if (connection_->isBroken()) {
+      fail();
+    } else if (!translator_.isWithholdingRelease()) {
+      withheldRelease_.reset();
+    } else if (!withheldRelease_) {
+      withheldRelease_ = executor_.after(std::chrono::milliseconds(KeyEventTranslator::repeatGapMilliseconds),
+                                         [this] { tellWithheldRelease(); });
+    }
+  }
+
+  void tellWithheldRelease() {
+    const auto keepAlive = shared_from_this();
+    withheldRelease_.reset();
+    // The other half of the repeat may be here, unread.
+    drain();
+    if (isRemoved_) return;
+    withheldRelease_.reset();
+    translator_.tellWithheldRelease(layout_, pending_);
+    deliver();
   }
 
   void take(const xcb_generic_event_t& event) {
@@ -128,9 +146,11 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
   void fail() {
     // A broken connection stays readable for ever.
     watch_.reset();
+    withheldRelease_.reset();
     handler_({KeyEventType::tapDisabledByTimeout, 0, 0, false, ""});
   }
 
+  Executor& executor_;
   std::unique_ptr<X11KeyConnection> connection_;
   KeyLayout layout_;
   KeyEventTranslator translator_;
@@ -139,6 +159,8 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
   bool layoutIsStale_ = false;
   bool isRemoved_ = false;
   Registration watch_;
+  /// Runs while a release waits for a press that would make it a repeat.
+  Registration withheldRelease_;
 };
 
 class X11KeyEventTap::Installed final : public InstalledKeyEventTap {
@@ -163,21 +185,22 @@ X11KeyEventTap::~X11KeyEventTap() = default;
 
 ListenEventAccess X11KeyEventTap::permission() {
   if (isWayland(environment_)) return {false, waylandReason};
-  if (const auto tap = tap_.lock(); tap && tap->isUsable()) return {true, ""};
+  if (const auto tap = tap_.lock(); tap && !tap->isRemoved() && tap->isUsable()) return {true, ""};
   if (environment_.display.empty()) return {false, "There is no display (DISPLAY is not set)."};
   const auto checked = X11KeyConnection::check(environment_.display);
   return checked ? ListenEventAccess{true, ""} : ListenEventAccess{false, checked.error()};
 }
 
 std::unique_ptr<InstalledKeyEventTap> X11KeyEventTap::create(Handler handler) {
-  if (!tap_.expired() || environment_.display.empty() || isWayland(environment_)) return nullptr;
+  if (const auto tap = tap_.lock(); tap && !tap->isRemoved()) return nullptr;
+  if (environment_.display.empty() || isWayland(environment_)) return nullptr;
   auto connection = X11KeyConnection::open(environment_.display);
   if (!connection) return nullptr;
   auto layout = (*connection)->readLayout();
   if (!layout) return nullptr;
-  const auto tap =
-      std::make_shared<Tap>(*std::move(connection), *std::move(layout), injectedKeys_, std::move(handler));
-  tap->watch(executor_);
+  const auto tap = std::make_shared<Tap>(executor_, *std::move(connection), *std::move(layout), injectedKeys_,
+                                         std::move(handler));
+  tap->watch();
   tap_ = tap;
   return std::make_unique<Installed>(tap);
 }
