@@ -288,6 +288,29 @@ TEST(IncrementalSession, PhrasesAreAwaited) {
   EXPECT_EQ(bench.log.count("segment_callback_complete"), 3);
 }
 
+TEST(IncrementalSession, TheWaitAfterTheStopDoesNotGrowWithTheLength) {
+  for (const double target : {3.0, 15.0}) {
+    std::vector<double> waits;
+    for (const double length : {10.0, 60.0, 240.0}) {
+      SessionBench bench;
+      bench.script = [](const auto& request, std::size_t) {
+        return Answer{"words", secondsToDuration(0.3 * request.audio.duration())};
+      };
+      bench.configuration.targetSegmentSeconds = target;
+      bench.start();
+      SoundTape tape;
+      while (tape.seconds() < length) tape.speech(3.7).noise(0.9);
+      bench.record(tape.audio());
+      const auto stop = bench.executor.now();
+      Awaiting<Result<DictationSessionResult>> finishing(bench.session->finish());
+      while (!finishing.done()) bench.executor.advance(10ms);
+      waits.push_back(durationToSeconds(bench.executor.now() - stop));
+    }
+    const auto [least, most] = std::ranges::minmax(waits);
+    EXPECT_LE(most - least, 0.3 * (target + 5)) << "more than one segment takes, target " << target;
+  }
+}
+
 TEST(IncrementalSession, ReportsHowFarItIsBehind) {
   SessionBench bench;
   bench.answer({}, 10s);  // twice as slow as speech
