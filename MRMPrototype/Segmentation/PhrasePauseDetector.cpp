@@ -81,17 +81,21 @@ void PhrasePauseDetector::measure(const FrameLevel& frame) {
   const double unfiltered = 10 * std::log10(frame.meanSquare);
   minimumWindowDB_ = std::min(minimumWindowDB_, unfiltered);
   if (unfiltered >= lowestFloorDB) leadingLowLevelEnded_ = true;
-  if (!leadingLowLevelEnded_) leadingLowLevelSeconds_ += FrameLevelMeter::frameSeconds;
+  if (!leadingLowLevelEnded_) ++leadingLowLevelFrames_;
 
+  // Zeros are no sound; what comes after them stands for itself.
+  if (frame.digitalZero) smoothing_.clear();
   smoothing_.push_back(frame.db);
   if (smoothing_.size() > smoothedFrames) smoothing_.pop_front();
   double smoothed = 0;
   for (const double level : smoothing_) smoothed += level;
   smoothed /= static_cast<double>(smoothing_.size());
+  if (frame.digitalZero) smoothing_.clear();
 
   ++frame_;
   trackFloor(smoothed, frame.digitalZero);
   trackSpeech(smoothed);
+  if (frame.digitalZero) ++zeroFrames_;
 }
 
 // A device that is not open yet, or a gate that closes between the words, delivers zeros: they say nothing
@@ -125,6 +129,7 @@ void PhrasePauseDetector::trackSpeech(double smoothed) {
   if (loudFrames_ < burstFrames) return;
   speechFrames_ += loudFrames_ == burstFrames ? burstFrames : 1;
   speechEnd_ = frame_;
+  zeroFrames_ = 0;
   speechLevels_.add(smoothed);
 }
 
@@ -133,8 +138,10 @@ std::optional<PhrasePause> PhrasePauseDetector::pauseEnding() {
   if (length != breathPauseFrames && length != phrasePauseFrames) return std::nullopt;
   const bool breath = length == breathPauseFrames;
   const double contrast = breath ? leastBreathContrastDB : leastContrastDB;
-  if (speechFrames_ < leastSpeechFrames || speechLevels_.percentile90() < *floorDB_ + contrast)
-    return std::nullopt;
+  if (speechFrames_ < leastSpeechFrames) return std::nullopt;
+  // Where a gate closes between the phrases there is no noise to mistake for a pause, or to compare with.
+  const bool gated = 2 * zeroFrames_ >= length;
+  if (!gated && speechLevels_.percentile90() < *floorDB_ + contrast) return std::nullopt;
   const auto cutFrame = speechEnd_ + std::llround(cutWithinPause * static_cast<double>(length));
   const auto cut = meter_.firstSample(static_cast<std::size_t>(cutFrame));
   if (breath) return PhrasePause{PhrasePause::Kind::breath, cut};

@@ -52,7 +52,9 @@ class PhrasePauseDetector {
   /// digital silence.
   [[nodiscard]] double minimumWindowDB() const { return minimumWindowDB_; }
   /// Seconds with next to no signal that the stream began with.
-  [[nodiscard]] double leadingLowLevelSeconds() const { return leadingLowLevelSeconds_; }
+  [[nodiscard]] double leadingLowLevelSeconds() const {
+    return leadingLowLevelFrames_ * FrameLevelMeter::frameSeconds;
+  }
   [[nodiscard]] bool leadingLowLevelEnded() const { return leadingLowLevelEnded_; }
 
  private:
@@ -85,13 +87,14 @@ class PhrasePauseDetector {
   std::deque<std::pair<std::int64_t, double>> minima_;
 
   bool loud_ = false;
-  int loudFrames_ = 0;          ///< length of the current stretch above the threshold
-  std::int64_t speechEnd_ = 0;  ///< the frame after the last one of speech
-  int speechFrames_ = 0;        ///< since the last pause between phrases
+  int loudFrames_ = 0;           ///< length of the current stretch above the threshold
+  std::int64_t speechEnd_ = 0;   ///< the frame after the last one of speech
+  std::int64_t zeroFrames_ = 0;  ///< of digital silence since then
+  int speechFrames_ = 0;         ///< since the last pause between phrases
   SpeechLevels speechLevels_;
 
   double minimumWindowDB_ = std::numeric_limits<double>::infinity();
-  double leadingLowLevelSeconds_ = 0;
+  int leadingLowLevelFrames_ = 0;
   bool leadingLowLevelEnded_ = false;
 };
 

@@ -70,6 +70,7 @@ Task<RecognitionOutcome> RecognitionRequests::recogniseOnce(CapturedAudio audio)
   Result<TranscriptionResult> answer = co_await request;
   if (slow && onSlow) onSlow(false);
   RecognitionOutcome outcome = outcomeOf(std::move(answer));
+  if (outcome.kind != RecognitionOutcome::Kind::failed) failuresInARow_ = 0;
   co_return outcome;
 }
 
@@ -86,10 +87,7 @@ Task<RecognitionOutcome> RecognitionRequests::recognise(CapturedAudio audio) {
     }
     auto request = recogniseOnce(audio);
     outcome = co_await request;
-    if (outcome.kind != RecognitionOutcome::Kind::failed) {
-      failuresInARow_ = 0;
-      co_return outcome;
-    }
+    if (outcome.kind != RecognitionOutcome::Kind::failed) co_return outcome;
     if (!worthAnotherTry(*outcome.error) || clock_.now() - begin >= patience) break;
   }
   ++failuresInARow_;

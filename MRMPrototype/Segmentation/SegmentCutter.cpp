@@ -8,8 +8,8 @@ namespace murmel {
 
 namespace {
 
-/// How much longer than the target a segment gets before it is cut without a pause. The quietest half second
-/// of so long a stretch lies between two words, also in noise.
+/// How much longer than the target a segment gets before it is cut without a found pause. The quietest half
+/// second of so long a stretch lies between two words, also in noise.
 constexpr double searchSeconds = 17;
 constexpr double breathAfterTargets = 2;
 
@@ -77,15 +77,15 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
     segments.push_back(cutAfterFrames(meter.frameOf(pause.cut) - meter.frameOf(openBegin_)));
   }
   if (const auto silence = silentFrames()) segments.push_back(cutAfterFrames(*silence));
-  if (openSeconds() >= patienceSeconds_) segments.push_back(cutAfterFrames(forcedCut()));
+  if (const auto place = placeWithoutPause()) segments.push_back(cutAfterFrames(*place));
 }
 
 void SegmentCutter::follow(const FrameLevel& frame) {
   openFrames_.push_back(frame);
   if (frame.digitalZero) {
-    zeroSeconds_ += FrameLevelMeter::frameSeconds;
+    ++zeroFrames_;
   } else {
-    zeroSeconds_ = 0;
+    zeroFrames_ = 0;
     heardSignal_ = true;
   }
 }
@@ -103,15 +103,17 @@ double SegmentCutter::openSeconds() const {
 std::optional<std::size_t> SegmentCutter::silentFrames() {
   const auto lead = frames(leadSeconds);
   if (!silent_ || openFrames_.size() < frames(leastSilenceSeconds) + lead) return std::nullopt;
-  const auto beginning = openFrames_.size() - lead;
-  silent_ = speechEvidence(std::span(openFrames_).first(beginning)) == SpeechEvidence::none;
+  silent_ = speechEvidence(openFrames_) == SpeechEvidence::none;
   if (!silent_) return std::nullopt;
-  return beginning;
+  return openFrames_.size() - lead;
 }
 
-std::size_t SegmentCutter::forcedCut() const {
+std::optional<std::size_t> SegmentCutter::placeWithoutPause() const {
+  if (openSeconds() < patienceSeconds_ || openFrames_.empty()) return std::nullopt;
   const auto from = std::min(frames(std::min(targetSeconds_, patienceSeconds_ / 2)), openFrames_.size() - 1);
-  return from + quietestCut(std::span(openFrames_).subspan(from));
+  const auto place = quietestPlace(std::span(openFrames_).subspan(from));
+  if (!place.isPause && openSeconds() < longestSeconds) return std::nullopt;
+  return from + place.frame;
 }
 
 CutSegment SegmentCutter::cutAfterFrames(std::size_t frameCount) {

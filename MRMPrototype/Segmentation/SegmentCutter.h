@@ -25,8 +25,9 @@ struct CutSegment {
 /// samples, and what it keeps is the segment that is still open.
 ///
 /// A segment ends with the first pause between phrases after the target length. After twice the target the
-/// shorter pauses will do, too; and when there has been no pause for so long that the user would wait, or the
-/// recogniser could not take it, the segment ends in its quietest half second. Silence is cut off at once.
+/// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment ends
+/// where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest moment.
+/// Silence is cut off at once.
 class SegmentCutter {
  public:
   /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.
@@ -44,7 +45,7 @@ class SegmentCutter {
   /// Seconds appended so far.
   [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }
   /// Seconds of nothing but digital zeros up to now.
-  [[nodiscard]] double zeroSeconds() const { return zeroSeconds_; }
+  [[nodiscard]] double zeroSeconds() const { return zeroFrames_ * FrameLevelMeter::frameSeconds; }
   /// Whether any sample was not zero.
   [[nodiscard]] bool heardSignal() const { return heardSignal_; }
 
@@ -64,7 +65,7 @@ class SegmentCutter {
   [[nodiscard]] bool accepts(const PhrasePause& pause) const;
   [[nodiscard]] double openSeconds() const;
   [[nodiscard]] std::optional<std::size_t> silentFrames();
-  [[nodiscard]] std::size_t forcedCut() const;
+  [[nodiscard]] std::optional<std::size_t> placeWithoutPause() const;
   /// Ends the segment after its first `frames` frames.
   CutSegment cutAfterFrames(std::size_t frames);
   CutSegment segment(std::vector<float> samples, std::span<const FrameLevel> frames) const;
@@ -80,7 +81,7 @@ class SegmentCutter {
   bool silent_ = true;          ///< whether the open segment may have begun with silence
 
   double capturedSeconds_ = 0;
-  double zeroSeconds_ = 0;
+  int zeroFrames_ = 0;
   bool heardSignal_ = false;
   int earlierCalibrationBatches_ = 0;
   double earlierMinimumWindowDB_ = std::numeric_limits<double>::infinity();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
+#include <utility>
 #include <vector>
 
 namespace murmel {
@@ -20,6 +20,9 @@ constexpr std::size_t fewestFrames = 10;  // less than 200 ms cannot be judged
 
 constexpr std::size_t quietFrames = 25;  // 500 ms
 constexpr double cutWithinQuiet = 0.65;
+/// The frames of a pause are as loud as each other.
+constexpr double evenDB = 5;
+constexpr std::size_t momentFrames = 5;  // 100 ms
 
 std::vector<double> smoothedLevels(std::span<const FrameLevel> frames) {
   std::vector<double> levels;
@@ -31,6 +34,22 @@ std::vector<double> smoothedLevels(std::span<const FrameLevel> frames) {
     levels[index] = (levels[index] + levels[index - 1] + levels[index - 2]) / 3;
   if (levels.size() > 2) levels.erase(levels.begin(), levels.begin() + 2);
   return levels;
+}
+
+/// Where `length` frames in a row have the least sum of levels, and their mean. Of several that are alike the
+/// last: whoever waits for the cut wants as much before it as possible.
+std::pair<std::size_t, double> quietestRun(std::span<const FrameLevel> frames, std::size_t length) {
+  double sum = 0;
+  for (std::size_t index = 0; index < length; ++index) sum += frames[index].db;
+  double least = sum;
+  std::size_t best = 0;
+  for (std::size_t index = length; index < frames.size(); ++index) {
+    sum += frames[index].db - frames[index - length].db;
+    if (sum > least) continue;
+    least = sum;
+    best = index - length + 1;
+  }
+  return {best, least / static_cast<double>(length)};
 }
 
 }  // namespace
@@ -47,20 +66,16 @@ SpeechEvidence speechEvidence(std::span<const FrameLevel> frames) {
                                                                  : SpeechEvidence::doubtful;
 }
 
-std::size_t quietestCut(std::span<const FrameLevel> frames) {
-  const auto window = std::min(quietFrames, frames.size());
-  double sum = 0;
-  for (std::size_t index = 0; index < window; ++index) sum += frames[index].db;
-  double least = sum;
-  std::size_t best = 0;
-  for (std::size_t index = window; index < frames.size(); ++index) {
-    sum += frames[index].db - frames[index - window].db;
-    // The last one of several that are alike: whoever waits for the cut wants as much before it as possible.
-    if (sum > least) continue;
-    least = sum;
-    best = index - window + 1;
-  }
-  return best + static_cast<std::size_t>(cutWithinQuiet * static_cast<double>(window));
+QuietestPlace quietestPlace(std::span<const FrameLevel> frames) {
+  const auto length = std::min(quietFrames, frames.size());
+  const auto [begin, mean] = quietestRun(frames, length);
+  const auto run = frames.subspan(begin, length);
+  const double loudest = std::ranges::max(run, {}, &FrameLevel::db).db;
+  if (loudest <= mean + evenDB)
+    return {begin + static_cast<std::size_t>(cutWithinQuiet * static_cast<double>(length)), true};
+  // Somebody speaks in it: only its quietest moment will do.
+  const auto moment = std::min(momentFrames, length);
+  return {begin + quietestRun(run, moment).first + moment / 2, false};
 }
 
 }  // namespace murmel

@@ -18,8 +18,15 @@ enum class SpeechEvidence {
 /// anything very short is let through.
 SpeechEvidence speechEvidence(std::span<const FrameLevel> frames);
 
-/// The frame before which a stretch without any found pause is cut best: in its quietest half second.
-/// `frames` are at least one.
-std::size_t quietestCut(std::span<const FrameLevel> frames);
+/// Where a stretch of speech is cut best.
+struct QuietestPlace {
+  std::size_t frame = 0;  ///< the first frame after the cut
+  /// Whether nobody speaks for half a second around it. In fluent speech it is only the quietest moment.
+  bool isPause = false;
+};
+
+/// The best place in `frames`, of which there is at least one: in noise, too, where no pause can be told from
+/// its beginning.
+QuietestPlace quietestPlace(std::span<const FrameLevel> frames);
 
 }  // namespace murmel

@@ -1,11 +1,10 @@
 #include "NaturalSpeech.h"
-#include "Segmentation/PhrasePauseDetector.h"
-#include "Segmentation/SegmentLevels.h"
-#include <cmath>
-#pragma GCC diagnostic ignored "-Wsign-conversion"
+#include "Segmentation/SegmentCutter.h"
 
 #include <algorithm>
-#include <iostream>
+#include <limits>
+#include <map>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -13,101 +12,80 @@ using namespace murmel;
 
 namespace {
 
-std::vector<PhrasePause> pauses(const JoinedSpeech& speech) {
-  PhrasePauseDetector detector(NaturalSpeech::sampleRate);
-  std::vector<PhrasePause> all;
-  constexpr std::size_t batch = 16'000;
-  const std::span<const float> samples(speech.samples);
-  for (std::size_t at = 0; at < samples.size(); at += batch) {
-    const auto found = detector.append(samples.subspan(at, std::min(batch, samples.size() - at)));
-    all.insert(all.end(), found.begin(), found.end());
+constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr double clean = infinite;
+
+class NaturalPauses : public ::testing::TestWithParam<const char*> {
+ protected:
+  static void SetUpTestSuite() {
+    for (const char* language : {"en", "ru"}) {
+      const auto speech = NaturalSpeech::load(language, 1.5, 90);
+      joined()[language] = JoinedSpeech::join(speech, 0.3, 1.2, 1);
+    }
   }
-  return all;
+  static void TearDownTestSuite() { joined().clear(); }
+
+  static std::map<std::string, JoinedSpeech>& joined() {
+    static std::map<std::string, JoinedSpeech> all;
+    return all;
+  }
+  [[nodiscard]] JoinedSpeech speech(double signalToNoise) const {
+    const auto& asRecorded = joined().at(GetParam());
+    return signalToNoise == clean ? asRecorded : asRecorded.withNoise(signalToNoise, 2);
+  }
+};
+
+TEST_P(NaturalPauses, AreFoundAndNoWordIsTakenForOne) {
+  struct Row {
+    double signalToNoise;
+    double leastFound;  ///< share of the gaps of 0.7 s and more
+  };
+  for (const auto& [signalToNoise, leastFound] : {Row{clean, 0.95}, Row{20, 0.95}, Row{10, 0}, Row{5, 0}}) {
+    SCOPED_TRACE(signalToNoise);
+    const auto recording = speech(signalToNoise);
+    PhrasePauseDetector detector(NaturalSpeech::sampleRate);
+    std::vector<std::int64_t> cuts;
+    for (const auto& pause : detector.append(recording.samples)) {
+      EXPECT_GT(recording.quietAround(pause.cut), 0)
+          << "a word is cut at " << static_cast<double>(pause.cut) / NaturalSpeech::sampleRate << " s";
+      if (pause.kind == PhrasePause::Kind::phrase) cuts.push_back(pause.cut);
+    }
+    int gaps = 0;
+    int found = 0;
+    for (const auto& gap : recording.gaps) {
+      if (static_cast<double>(gap.end - gap.begin) < 0.7 * NaturalSpeech::sampleRate) continue;
+      ++gaps;
+      if (recording.isFound(gap, cuts)) ++found;
+    }
+    ASSERT_GE(gaps, 30);
+    EXPECT_GE(found, leastFound * gaps) << found << " of " << gaps;
+  }
 }
 
-TEST(Exp, Stats) {
-  for (const char* language : {"en", "ru"}) {
-    const auto speech = NaturalSpeech::load(language, 1.5, 400);
-    const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 1);
-    for (const double snr : {99.0, 20.0, 10.0, 5.0, 0.}) {
-      const auto noisy = snr == 99.0 ? joined : joined.withNoise(snr, 2);
-      const auto found = pauses(noisy);
-      for (auto kind : {PhrasePause::Kind::phrase, PhrasePause::Kind::breath}) {
-        std::vector<std::int64_t> cuts;
-        int loud = 0, shortQuiet = 0;
-        for (const auto& pause : found) {
-          if (pause.kind != kind) continue;
-          cuts.push_back(pause.cut);
-          const auto around = joined.quietAround(pause.cut);
-          if (around == 0) ++loud;
-          if (around < 3200) ++shortQuiet;
+TEST_P(NaturalPauses, SegmentsBeginAndEndBetweenWords) {
+  for (const double signalToNoise : {clean, 20.0, 10.0, 5.0}) {
+    const auto recording = speech(signalToNoise);
+    for (const double target : {3.0, 15.0, infinite}) {
+      SCOPED_TRACE(testing::Message() << signalToNoise << " dB, target " << target);
+      SegmentCutter cutter(target);
+      auto segments = cutter.append({recording.samples, NaturalSpeech::sampleRate});
+      if (auto rest = cutter.flush()) segments.push_back(*std::move(rest));
+      std::int64_t position = 0;
+      for (const auto& segment : segments) {
+        EXPECT_LE(segment.seconds, 50);
+        if (segment.evidence == SpeechEvidence::none) {
+          EXPECT_LT(segment.seconds, 1.3) << "speech is taken for silence";
         }
-        int n = 0, hit = 0, n2 = 0, hit2 = 0;
-        for (const auto& gap : joined.gaps) {
-          const double s = double(gap.end - gap.begin) / 16000;
-          if (s >= 0.7) { ++n; hit += joined.isFound(gap, cuts); }
-          else { ++n2; hit2 += joined.isFound(gap, cuts); }
-        }
-        std::cout << language << " snr " << snr << (kind == PhrasePause::Kind::phrase ? " phrase " : " breath ")
-                  << joined.samples.size() / 16000 << " s cuts " << cuts.size() << " loud " << loud << " short " << shortQuiet
-                  << " long gaps " << hit << "/" << n << " short gaps " << hit2 << "/" << n2 << "\n";
+        position += std::ssize(segment.audio.monoSamples);
+        if (position == std::ssize(recording.samples)) break;
+        EXPECT_GT(recording.quietAround(position), 0)
+            << "a word is cut at " << static_cast<double>(position) / NaturalSpeech::sampleRate << " s";
       }
+      EXPECT_EQ(position, std::ssize(recording.samples));
     }
   }
 }
 
-
-TEST(Exp, Quietest) {
-  for (const char* language : {"en", "ru"}) {
-    const auto speech = NaturalSpeech::load(language, 1.5, 400);
-    const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 1);
-    for (const double snr : {99.0, 20.0, 10.0, 5.0, 0.}) {
-      const auto noisy = snr == 99.0 ? joined : joined.withNoise(snr, 2);
-      FrameLevelMeter meter(16000);
-      const auto frames = meter.append(noisy.samples);
-      for (auto [from, to] : {std::pair{15., 50.}, {3., 20.}, {3., 12.}, {7.5,25.}}) {
-        int n = 0, loud = 0, shortQ = 0;
-        std::size_t start = 0;
-        while (start + std::size_t(to * 50) <= frames.size()) {
-          const auto a = start + std::size_t(from * 50);
-          const auto cut = a + quietestCut(std::span(frames).subspan(a, std::size_t((to - from) * 50)));
-          const auto q = joined.quietAround(meter.firstSample(cut));
-          ++n; loud += q == 0; shortQ += q < 3200;
-          start = cut;
-        }
-        std::cout << language << " snr " << snr << " " << from << ".." << to << " n " << n << " loud " << loud << " short " << shortQ << "\n";
-      }
-      // evidence: prompts alone
-      double least = 99; int none = 0, doubtful = 0, n = 0;
-      for (std::size_t g = 0; g + 1 < joined.gaps.size(); ++g) {
-        const auto a = meter.frameOf(joined.gaps[g].begin), b = meter.frameOf(joined.gaps[g + 1].begin);
-        std::span<const FrameLevel> f = std::span(frames).subspan(a, b - a);
-        const auto e = speechEvidence(f);
-        ++n; none += e == SpeechEvidence::none; doubtful += e == SpeechEvidence::doubtful;
-        std::vector<double> l; for (auto& x : f) if (!x.digitalZero) l.push_back(x.db);
-        std::sort(l.begin(), l.end());
-        least = std::min(least, l[l.size() - 4] - l[l.size() / 10]);
-      }
-      std::cout << language << " snr " << snr << " evidence none " << none << " doubtful " << doubtful << " of " << n << " least " << least << "\n";
-    }
-  }
-  // steady noises
-  JoinedSpeech flat; flat.samples.assign(16000 * 600, 0.01f);
-  for (int i = 0; i < 16000 * 600; ++i) flat.samples[std::size_t(i)] = 0.1f * std::sin(float(i) * 0.3f) ;
-  const auto noise = flat.withNoise(-40, 3);
-  FrameLevelMeter meter(16000);
-  const auto frames = meter.append(noise.samples);
-  for (std::size_t len : {20u, 50u, 200u, 1000u, 2500u}) {
-    double most = 0; int n = 0, none = 0;
-    for (std::size_t at = 0; at + len <= frames.size(); at += len) {
-      std::span<const FrameLevel> f = std::span(frames).subspan(at, len);
-      ++n; none += speechEvidence(f) == SpeechEvidence::none;
-      std::vector<double> l; for (std::size_t i = 2; i < f.size(); ++i) l.push_back((f[i].db+f[i-1].db+f[i-2].db)/3);
-      std::sort(l.begin(), l.end());
-      most = std::max(most, l[l.size() - 4] - l[l.size() / 10]);
-    }
-    std::cout << "noise len " << len << " none " << none << "/" << n << " most " << most << "\n";
-  }
-}
+INSTANTIATE_TEST_SUITE_P(Languages, NaturalPauses, ::testing::Values("en", "ru"));
 
 }  // namespace
