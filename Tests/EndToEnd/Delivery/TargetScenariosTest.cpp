@@ -1,6 +1,8 @@
 #include "DeliveryDesk.h"
 
 #include <array>
+#include <filesystem>
+#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -161,6 +163,31 @@ TEST(Delivery, OwnersThatHangOrStallHoldUpADeliveryForABoundedTimeOnly) {
     EXPECT_EQ(DeliveryDesk::clipboardText(), behaviour.answers ? "old clipboard" : "(nothing)");
     EXPECT_NE(desk.log.lines.find("clipboard_capture_incomplete"), std::string::npos);
   }
+}
+
+TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
+  const auto entries = [](const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+  };
+  DeliveryDesk desk(DeliveryDesk::selection());
+  const auto target = desk.launch("Editor");
+  std::vector<std::ptrdiff_t> descriptors;
+  std::vector<std::ptrdiff_t> threads;
+  for (int delivery = 1; delivery <= 60; ++delivery) {
+    // What the user copies in between is captured anew each time.
+    auto copied = std::make_unique<ClipboardOwner>("CLIPBOARD", DeliveryDesk::selection());
+    desk.usersClipboard = std::move(copied);
+    desk.service->beginDictationSession();
+    ASSERT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    ASSERT_EQ(desk.loop.await(desk.service->finishPasteCleanup()),
+              TextDeliveryResult::insertedAndClipboardRestored);
+    desk.service->endDictationSession();
+    descriptors.push_back(entries("/proc/self/fd"));
+    threads.push_back(entries("/proc/self/task"));
+  }
+  EXPECT_EQ(target->told("pasted").size(), 60U);
+  EXPECT_EQ(descriptors.back(), descriptors[9]);
+  EXPECT_EQ(threads.back(), threads[9]);
 }
 
 TEST(Delivery, AnEmptyClipboardIsEmptyAgain) {

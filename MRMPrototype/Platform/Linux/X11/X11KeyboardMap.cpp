@@ -36,7 +36,9 @@ X11KeyboardMap::X11KeyboardMap(X11Connection& connection, std::int32_t device, s
     : connection_(connection),
       device_(device),
       event_(event),
-      context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {}
+      context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
+  refresh();  // now rather than at the first paste
+}
 
 X11KeyboardMap::~X11KeyboardMap() {
   xkb_keymap_unref(keymap_);
