@@ -159,6 +159,8 @@ TEST(IncrementalSession, WhatTheRecogniserNeverHearsAndWhatTheUserIsNotTold) {
       {"a quiet room", SoundTape().noise(100), 0, MRMError::Case::noSpeech, 0},
       {"a hum", SoundTape().hum(60, 50, -15), 0, MRMError::Case::noSpeech, 0},
       {"music that is no words", SoundTape().music(2, -15), 1, MRMError::Case::noSpeech, 2},
+      {"speech that gives no words, and none follows", SoundTape().noise(0.5).speech(4).noise(9), 2,
+       MRMError::Case::unrecognizedSpeech, 4},
       {"speech that gives no words", SoundTape().noise(0.5).speech(2), 2, MRMError::Case::unrecognizedSpeech,
        2},
   };
