@@ -5,8 +5,9 @@
 
 namespace murmel {
 
-SpeechServices::SpeechServices(Executor& executor, const Clock& clock, LogSink& log, const ApplicationFolders& folders,
-                               const std::string& applicationIdentifier, const DictationSettings& settings)
+SpeechServices::SpeechServices(Executor& executor, const Clock& clock, LogSink& log,
+                               const ApplicationFolders& folders, const std::string& applicationIdentifier,
+                               const DictationSettings& settings)
     : models(executor),
       recognition({executor, clock, launcher_}, {folders.resources, applicationIdentifier}, models,
                   runtimePolicy(folders)),
