@@ -49,28 +49,26 @@ using WithRealRecogniser = RealRecogniser;
 
 TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWhole) {
   const auto speech =
-      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 6), NaturalSpeech::Transcripts::needed);
+      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 12), NaturalSpeech::Transcripts::needed);
   const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 5);
   std::vector<std::string> expected;
   for (const auto& transcript : speech.transcripts)
     std::ranges::copy(spokenWords(transcript), std::back_inserter(expected));
   std::map<double, double> errorRate;
-  for (const double target : {infinite, 15.0, 3.0}) {
+  for (const double target : {infinite, 3.0}) {
     const auto result = dictate({joined.samples, NaturalSpeech::sampleRate}, target);
     ASSERT_TRUE(result.has_value()) << result.error().localizedDescription();
     EXPECT_EQ(result->failedPieces, 0);
     const auto errors = wordErrors(expected, spokenWords(result->text.reveal()));
     errorRate[target] = 100.0 * static_cast<double>(errors) / static_cast<double>(expected.size());
-    RecordProperty("errors_target_" + std::to_string(target), std::to_string(errorRate[target]));
     std::cout << "target " << target << ": " << result->pieces.size() << " pieces, word error rate "
               << errorRate[target] << " % of " << expected.size() << " words\n";
   }
-  EXPECT_LE(errorRate[15], errorRate[infinite] + 1);
   EXPECT_LE(errorRate[3], errorRate[infinite] + 1);
 }
 
 TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {
-  const auto speech = NaturalSpeech::load("en", 2, wanted("MURMEL_PROMPTS", 5));
+  const auto speech = NaturalSpeech::load("en", 2, wanted("MURMEL_PROMPTS", 4));
   const auto joined = JoinedSpeech::join(speech, 0.8, 1.2, 7);
   const PendingCapturedAudio audio{joined.samples, NaturalSpeech::sampleRate};
   const auto begin = clock.now();
@@ -81,7 +79,7 @@ TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {
   // Every second request is to lose its worker at some moment, but for those that end before that.
   std::mt19937 random(3);
   std::size_t kills = 0;
-  const auto most = wanted("MURMEL_KILLS", 4);
+  const auto most = wanted("MURMEL_KILLS", 3);
   int followed = provider->requests();
   std::optional<Instant> next;
   const auto disturbed = dictate(audio, 3, [&] {
@@ -96,7 +94,7 @@ TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {
     if (launcher.kill()) ++kills;
   });
   ASSERT_TRUE(disturbed.has_value()) << disturbed.error().localizedDescription();
-  EXPECT_GE(kills, 2U);
+  EXPECT_GE(kills, 1U);
   std::cout << kills << " kills, " << disturbed->pieces.size() << " pieces\n";
   EXPECT_EQ(disturbed->text, undisturbed->text);
   EXPECT_EQ(disturbed->failedPieces, 0);
