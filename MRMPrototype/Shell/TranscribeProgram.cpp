@@ -7,6 +7,7 @@
 #include "Shell/SpeechServices.h"
 #include "Shell/StandardOutputDelivery.h"
 #include "Shell/StorageServices.h"
+#include "Shell/TranscriptionSettings.h"
 
 #include <QCoreApplication>
 #include <cstdio>
@@ -39,14 +40,15 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
 
   StorageServices storage(
       folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
-  SpeechServices speech(executor, clock, log, folders, identifier, storage.settings);
+  TranscriptionSettings settings(storage.settings, role);
+  SpeechServices speech(executor, clock, log, folders, identifier, settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
 
   FileTranscriptionServices services{
       .executor = executor,
       .clock = clock,
       .delivery = delivery,
-      .settings = storage.settings,
+      .settings = settings,
       .history = storage.history,
       .models = speech.models,
       .recognition = speech.recognition,

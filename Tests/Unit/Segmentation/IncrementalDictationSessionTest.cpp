@@ -265,6 +265,7 @@ TEST(IncrementalSession, RefinesEachSegmentAndKeepsTheWordsWhenTheRefinerFails) 
   const auto result = bench.finish();
   ASSERT_TRUE(result);
   EXPECT_EQ(texts(result->pieces), (Texts{"One.", "two", "three"}));
+  EXPECT_EQ(result->refinementFailure, MRMError(MRMError::Case::smartRefinementFailed));
   EXPECT_EQ(bench.log.count("refinement_complete"), 3);
 }
 
