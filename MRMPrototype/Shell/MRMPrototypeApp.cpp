@@ -1,5 +1,6 @@
 #include "Shell/MRMPrototypeApp.h"
 
+#include "Interface/PlatformWords.h"
 #include "Product/MRMAppIdentity.h"
 #include "Shell/SetupChecks.h"
 
@@ -55,6 +56,7 @@ std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::cr
   app->wireDictation();
   app->wireCommands();
   app->tray_.show();
+  app->tellAboutSettings();
   return app;
 }
 
@@ -129,6 +131,15 @@ void MRMPrototypeApp::wireCommands() {
 
 void MRMPrototypeApp::reopen() {
   openSetupWindow();
+}
+
+void MRMPrototypeApp::tellAboutSettings() {
+  const auto tell = [this](const std::string& message) {
+    tray_.notify(QStringLiteral("Murmel"), inPlatformWords(message));
+  };
+  for (const auto& message : storage_.defaults.messages()) tell(message);
+  observers_.push_back(storage_.defaults.messageAdded().subscribe(tell));
+  if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
 }
 
 void MRMPrototypeApp::refreshServices() {

@@ -48,6 +48,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   std::expected<void, std::string> connect(const std::string& displayName);
   void wireDictation();
   void wireCommands();
+  /// What the settings have to say about their file and about models that were replaced.
+  void tellAboutSettings();
   [[nodiscard]] std::vector<SetupCheck> setupChecks();
   Task<void> quit();
 
