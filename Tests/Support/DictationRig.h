@@ -96,12 +96,16 @@ class DictationRig {
         ++pastes;
       });
     });
+    settlements_ = insertion_.onPasteSettled([this](PasteSettlement) { ++settled_; });
     input_->setOnEnd([this](std::expected<void, std::string> end) {
       if (!end) throw std::runtime_error(end.error());
       stoppedAt = clock_.now();
       coordinator.stopAndTranscribe();
     });
   }
+
+  /// Whether it is known what became of every paste.
+  [[nodiscard]] bool isSettled() const { return settled_ == pastes; }
 
   static ClipboardSnapshot previousClipboard() {
     return {
@@ -164,6 +168,8 @@ class DictationRig {
   NoOverlay overlay_;
   FakeSoundPlayer sounds_;
   Registration reading_;
+  Registration settlements_;
+  int settled_ = 0;
 
  public:
   DictationCoordinator coordinator;
