@@ -4,8 +4,13 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iostream>
+#include <iterator>
 #include <limits>
+#include <map>
+#include <optional>
 #include <random>
+#include <utility>
 
 using namespace murmel;
 
