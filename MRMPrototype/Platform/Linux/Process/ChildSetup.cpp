@@ -1,0 +1,79 @@
+#include "Platform/Linux/Process/ChildSetup.h"
+
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace murmel {
+
+namespace {
+
+// Private places of the child, both closed by the exec.
+constexpr int executablePlace = 3;
+constexpr int reportPlace = 4;
+static_assert(reportPlace + 1 == childLowestFree);
+
+constexpr int failureStatus = 127;  // what shells say when a program could not be started
+
+[[noreturn]] void fail(int report, ChildFailure::Step step) {
+  const ChildFailure failure{step, errno};
+  // Nobody is there to be told if even this fails; the parent then sees a child that ended at once.
+  [[maybe_unused]] const auto written = ::write(report, &failure, sizeof failure);
+  ::_exit(failureStatus);
+}
+
+bool placeDescriptors(const ChildSetup& setup) {
+  return ::dup2(setup.input, STDIN_FILENO) >= 0 && ::dup2(setup.output, STDOUT_FILENO) >= 0 &&
+         ::dup2(setup.nullDevice, STDERR_FILENO) >= 0 &&
+         ::dup3(setup.executable, executablePlace, O_CLOEXEC) >= 0 &&
+         ::dup3(setup.report, reportPlace, O_CLOEXEC) >= 0 && ::close_range(childLowestFree, ~0U, 0) == 0;
+}
+
+bool setLimits() {
+  // One byte, not zero: with a pipe in core_pattern the kernel ignores a limit of zero, but takes one as "no
+  // dump at all"; for a file it is too small to write anything.
+  constexpr rlimit noCore{1, 1};
+  return ::setrlimit(RLIMIT_CORE, &noCore) == 0 && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+}
+
+/// Handlers go with the exec, but ignored signals and the mask would be inherited.
+void resetSignals() {
+  struct sigaction defaults {};
+  defaults.sa_handler = SIG_DFL;
+  // Refused for SIGKILL, SIGSTOP and the C library's own; those need nothing.
+  for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &defaults, nullptr);
+  sigset_t none;
+  ::sigemptyset(&none);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+}  // namespace
+
+void becomeExecutable(const ChildSetup& setup) {
+  using Step = ChildFailure::Step;
+  // First of all, so that the window in which the parent can die unnoticed is closed by the comparison.
+  if (::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0) != 0) fail(setup.report, Step::limits);
+  if (::getppid() != setup.parent) {
+    errno = ESRCH;
+    fail(setup.report, Step::parentDied);
+  }
+  if (!placeDescriptors(setup)) fail(setup.report, Step::descriptors);
+  if (!setLimits()) fail(reportPlace, Step::limits);
+  // A session of its own: no controlling terminal, and a Ctrl+C meant for us does not reach it. Both calls
+  // cannot fail in a freshly forked child.
+  ::setsid();
+  ::umask(S_IRWXG | S_IRWXO);
+  if (::chdir("/") != 0) fail(reportPlace, Step::limits);
+  resetSignals();
+  ::syscall(SYS_execveat, executablePlace, "", setup.arguments, setup.environment, AT_EMPTY_PATH);
+  fail(reportPlace, Step::execute);
+}
+
+}  // namespace murmel

@@ -1,0 +1,136 @@
+#include "Recognition/FluidAudioProvider.h"
+
+#include "Foundation/SerialQueue.h"
+#include "Recognition/WorkerCancellation.h"
+
+#include <atomic>
+#include <system_error>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// Answers once and for certain: a completion that is dropped with its queue has failed.
+class PendingCompletion {
+ public:
+  PendingCompletion(Executor& executor, FluidAudioProvider::WarmupCompletion completion)
+      : executor_(&executor), completion_(std::move(completion)) {}
+  PendingCompletion(PendingCompletion&& other) noexcept
+      : executor_(other.executor_), completion_(std::exchange(other.completion_, nullptr)) {}
+  PendingCompletion& operator=(PendingCompletion&&) = delete;
+  ~PendingCompletion() { finish(false); }
+
+  void finish(bool ready) {
+    if (auto completion = std::exchange(completion_, nullptr))
+      executor_->post([completion = std::move(completion), ready] { completion(ready); });
+  }
+
+ private:
+  Executor* executor_;
+  FluidAudioProvider::WarmupCompletion completion_;
+};
+
+/// Lives in the frame of a waiting caller; tells its job when the caller has gone.
+class Interest {
+ public:
+  Interest() = default;
+  Interest(const Interest&) = delete;
+  Interest& operator=(const Interest&) = delete;
+  ~Interest() { *flag_ = false; }
+  [[nodiscard]] std::shared_ptr<const std::atomic<bool>> flag() const { return flag_; }
+
+ private:
+  std::shared_ptr<std::atomic<bool>> flag_ = std::make_shared<std::atomic<bool>>(true);
+};
+
+}  // namespace
+
+/// What the queue's thread works on. The provider and every waiting request hold it, so that a request is
+/// answered even when the provider goes first. The queue is the last member: it is stopped before the rest is
+/// destroyed.
+struct FluidAudioProvider::State {
+  State(Services services, const std::string& applicationIdentifier, SpeechWorkerConfiguration configuration)
+      : providerID(identifier),
+        executor(services.executor),
+        client(std::move(configuration), providerID, services.launcher, services.clock, cancellation),
+        queue(services.executor, applicationIdentifier + ".fluidaudio") {}
+
+  const std::string providerID;
+  Executor& executor;
+  WorkerCancellation cancellation;
+  SpeechWorkerClient client;  ///< on the queue only
+  SerialQueue queue;
+};
+
+FluidAudioProvider::FluidAudioProvider(Services services, const std::string& applicationIdentifier,
+                                       SpeechWorkerConfiguration configuration)
+    : state_(std::make_shared<State>(services, applicationIdentifier, std::move(configuration))) {}
+
+FluidAudioProvider::~FluidAudioProvider() {
+  state_->cancellation.cancel();
+}
+
+Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::create(
+    Services services, const Bundle& bundle, const SpeechModelStore& store, ExecutableRuntimePolicy policy,
+    WarmupCompletion warmupCompletion, WorkerLimits limits) {
+  auto model = store.activeModelURL();
+  if (!store.requiredItemsPresent(model)) return std::unexpected(MRMError::modelMissing(model.string()));
+  auto worker = bundle.resourcesDirectory / "Workers" / workerName;
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(worker, failure))
+    return std::unexpected(MRMError(MRMError::Case::workerMissing));
+  SpeechWorkerConfiguration configuration{
+      .workerURL = std::move(worker),
+      .modelURL = std::move(model),
+      .modelIntegrityCheck =
+          [&store](const std::filesystem::path& folder) { return store.verifyArtifacts(folder); },
+      .mayExecute = [policy = std::move(policy)](
+                        const std::filesystem::path& executable) { return policy.mayExecute(executable); },
+      .runningProcessIntegrityCheck =
+          [](const ChildProcess& process, const std::filesystem::path&) {
+            return process.runningIdentity() == process.launchedIdentity();
+          },
+      .limits = limits,
+  };
+  auto provider =
+      std::make_unique<FluidAudioProvider>(services, bundle.applicationIdentifier, std::move(configuration));
+  provider->startWarmup(std::move(warmupCompletion));
+  return provider;
+}
+
+void FluidAudioProvider::startWarmup(WarmupCompletion completion) {
+  auto job = [state = state_.get(),
+              pending = PendingCompletion(state_->executor, std::move(completion))]() mutable {
+    pending.finish(state->client.load().has_value());
+  };
+  state_->queue.enqueue(std::move(job));
+}
+
+const std::string& FluidAudioProvider::providerID() const {
+  return state_->providerID;
+}
+
+Task<Result<TranscriptionResult>> FluidAudioProvider::transcribe(CapturedAudio audio,
+                                                                 std::optional<std::string> language) {
+  return transcribeOn(state_, std::move(audio), std::move(language));
+}
+
+Task<Result<TranscriptionResult>> FluidAudioProvider::transcribeOn(std::shared_ptr<State> state,
+                                                                   CapturedAudio audio,
+                                                                   std::optional<std::string> language) {
+  const Interest interest;
+  // The job holds a plain pointer: it runs only while the queue, and so the state, is there, and a shared one
+  // could make the queue's thread destroy, and join, itself.
+  auto work = [worker = state.get(), wanted = interest.flag(), audio = std::move(audio),
+               language = std::move(language)]() -> Result<TranscriptionResult> {
+    // Given up before its turn: the worker's time is for those who wait.
+    if (!*wanted) return std::unexpected(MRMError::workerFailed("worker exited unexpectedly"));
+    return worker->client.transcribe(audio, language);
+  };
+  auto asked = state->queue.run(std::move(work));
+  auto result = co_await asked;
+  co_return result;
+}
+
+}  // namespace murmel

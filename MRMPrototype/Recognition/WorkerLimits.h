@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+
+#include <chrono>
+#include <cstddef>
+
+namespace murmel {
+
+/// How long a speech worker may take. The defaults are the application's; tests use shorter ones.
+struct WorkerLimits {
+  /// Until "ready": a large model read from a slow disk.
+  Duration start = std::chrono::seconds(90);
+  /// Response to a request: twice its audio and something on top, within these two.
+  Duration shortestResponse = std::chrono::seconds(45);
+  Duration longestResponse = std::chrono::seconds(600);
+  Duration responseBase = std::chrono::seconds(30);
+  /// Between the friendly signal and the other one. A worker has nothing to save.
+  std::chrono::milliseconds terminationGrace{200};
+  /// For the last words of a worker that has stopped listening.
+  Duration lastWords = std::chrono::seconds(1);
+
+  /// `byteCount` bytes of 16-bit samples at the recognition rate.
+  [[nodiscard]] Duration response(std::size_t byteCount) const;
+};
+
+}  // namespace murmel

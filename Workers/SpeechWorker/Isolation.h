@@ -1,0 +1,18 @@
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <string>
+
+namespace murmel::worker {
+
+/// Gives up, for this process and for good: the network in every form, other processes and programs, and,
+/// where the kernel knows Landlock, every file but those below `readable` (and the null device). Call before
+/// anything reads data from outside. The error is a short reason.
+std::expected<void, std::string> isolate(const std::filesystem::path& readable);
+
+/// Gives up opening descriptors of any kind, and proves that both steps hold by trying. Call when everything
+/// is loaded.
+std::expected<void, std::string> closeDoors();
+
+}  // namespace murmel::worker

@@ -1,0 +1,70 @@
+#include "Workers/SpeechWorker/PocketSphinxEngine.h"
+
+#include "Workers/SpeechWorker/QuietCut.h"
+
+#include <pocketsphinx.h>
+#include <sphinxbase/err.h>
+
+namespace murmel::worker {
+
+namespace {
+
+// Language weight and word insertion penalty with the fewest wrong words on natural speech.
+constexpr const char* languageWeight = "5.5";
+constexpr const char* wordInsertionPenalty = "0.2";
+
+/// Below a tenth of a second there is no word, and the front end wants a few frames.
+constexpr std::size_t fewestSamples = 1'600;
+
+}  // namespace
+
+void PocketSphinxEngine::Deleter::operator()(ps_decoder_s* decoder) const {
+  ps_free(decoder);
+}
+
+std::expected<std::unique_ptr<PocketSphinxEngine>, std::string> PocketSphinxEngine::load(
+    const std::filesystem::path& modelDirectory) {
+  err_set_logfp(nullptr);  // its log quotes what was recognised
+  const auto acoustic = (modelDirectory / "en-us").string();
+  const auto language = (modelDirectory / "en-us.lm.bin").string();
+  const auto dictionary = (modelDirectory / "cmudict-en-us.dict").string();
+  cmd_ln_t* const settings = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acoustic.c_str(), "-lm",
+                                         language.c_str(), "-dict", dictionary.c_str(), "-lw", languageWeight,
+                                         "-wip", wordInsertionPenalty, "-logfn", "/dev/null", nullptr);
+  if (settings == nullptr) return std::unexpected("speech recogniser refused its settings");
+  ps_decoder_t* const decoder = ps_init(settings);
+  cmd_ln_free_r(settings);  // the decoder keeps its own reference
+  if (decoder == nullptr) return std::unexpected("speech model could not be loaded");
+  return std::unique_ptr<PocketSphinxEngine>(new PocketSphinxEngine(decoder));
+}
+
+std::expected<std::string, std::string> PocketSphinxEngine::recognise(std::span<const std::int16_t> samples,
+                                                                      const std::optional<std::string>&) {
+  std::string text;
+  for (const auto piece : cutAtQuietPlaces(samples)) {
+    const auto words = recognisePiece(piece);
+    if (!words) return words;
+    if (words->empty()) continue;
+    if (!text.empty()) text += ' ';
+    text += *words;
+  }
+  return text;
+}
+
+std::expected<std::string, std::string> PocketSphinxEngine::recognisePiece(
+    std::span<const std::int16_t> samples) {
+  if (samples.size() < fewestSamples) return "";
+  // The whole piece at once: the mean of its spectrum is subtracted before the search, not estimated on the
+  // way.
+  constexpr int noSearch = FALSE;
+  constexpr int fullUtterance = TRUE;
+  if (ps_start_stream(decoder_.get()) < 0 || ps_start_utt(decoder_.get()) < 0)
+    return std::unexpected("speech recogniser could not begin");
+  const int processed =
+      ps_process_raw(decoder_.get(), samples.data(), samples.size(), noSearch, fullUtterance);
+  if (ps_end_utt(decoder_.get()) < 0 || processed < 0) return std::unexpected("speech recogniser failed");
+  const char* const words = ps_get_hyp(decoder_.get(), nullptr);
+  return words == nullptr ? "" : words;
+}
+
+}  // namespace murmel::worker

@@ -1,0 +1,43 @@
+#include "Workers/SpeechWorker/RequestLoop.h"
+
+#include "Workers/SpeechWorker/TranscriptionRequest.h"
+
+#include <new>
+
+namespace murmel::worker {
+
+namespace {
+
+bool answer(LineReader& requests, ReplyWriter& replies, SpeechEngine& engine) {
+  const auto request = TranscriptionRequest::decode(requests.line());
+  // The decoded samples are enough: recognition takes a while and memory of its own.
+  requests.release();
+  if (!request) return replies.error(request.error().id, request.error().reason);
+  try {
+    const auto text = engine.recognise(request->samples, request->language);
+    return text ? replies.result(request->id, *text) : replies.error(request->id, text.error());
+  } catch (const std::bad_alloc&) {
+    return replies.error(request->id, "not enough memory");
+  }
+}
+
+}  // namespace
+
+void serveRequests(LineReader& requests, ReplyWriter& replies, SpeechEngine& engine) {
+  while (true) {
+    bool isHeard = true;
+    switch (requests.next()) {
+      case LineReader::Outcome::end:
+        return;
+      case LineReader::Outcome::tooLong:
+        isHeard = replies.error(std::nullopt, "request is too long");
+        break;
+      case LineReader::Outcome::line:
+        isHeard = answer(requests, replies, engine);
+        break;
+    }
+    if (!isHeard) return;
+  }
+}
+
+}  // namespace murmel::worker

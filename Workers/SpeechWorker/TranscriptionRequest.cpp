@@ -1,0 +1,81 @@
+#include "Workers/SpeechWorker/TranscriptionRequest.h"
+
+#include "Foundation/Base64.h"
+
+#include <bit>
+#include <cstring>
+#include <limits>
+
+#include <nlohmann/json.hpp>
+
+namespace murmel::worker {
+
+static_assert(std::endian::native == std::endian::little, "the samples arrive in this byte order");
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::string_view audioKey = "pcm_s16le_base64";
+constexpr std::int64_t acceptedSampleRate = 16'000;
+
+/// The value of the audio key, cut out of its line: a JSON parser would look at its millions of characters
+/// one by one, and copy them.
+struct CutLine {
+  std::string rest;        ///< the line with "" in its place
+  std::string_view audio;  ///< nothing when there was nothing to cut
+};
+
+CutLine cutAudio(std::string_view line) {
+  const CutLine whole{std::string(line), {}};
+  constexpr std::string_view blanks = " \t\r";
+  const auto quotedKey = '"' + std::string(audioKey) + '"';
+  const auto key = line.find(quotedKey);
+  if (key == std::string_view::npos) return whole;
+  const auto colon = line.find_first_not_of(blanks, key + quotedKey.size());
+  if (colon == std::string_view::npos || line[colon] != ':') return whole;
+  const auto quote = line.find_first_not_of(blanks, colon + 1);
+  if (quote == std::string_view::npos || line[quote] != '"') return whole;
+  const auto end = line.find('"', quote + 1);
+  if (end == std::string_view::npos) return whole;
+  const auto audio = line.substr(quote + 1, end - quote - 1);
+  // An escape ("\/" is one) needs the parser.
+  if (audio.find('\\') != std::string_view::npos) return whole;
+  return {std::string(line.substr(0, quote + 1)).append(line.substr(end)), audio};
+}
+
+std::optional<std::int64_t> integer(const Json& object, std::string_view key) {
+  const auto found = object.find(key);
+  if (found == object.end() || !found->is_number_integer()) return std::nullopt;
+  constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if (found->is_number_unsigned() && found->get<std::uint64_t>() > largest) return std::nullopt;
+  return found->get<std::int64_t>();
+}
+
+}  // namespace
+
+std::expected<TranscriptionRequest, RequestRefusal> TranscriptionRequest::decode(std::string_view line) {
+  const auto cut = cutAudio(line);
+  const auto object = Json::parse(cut.rest, nullptr, /*allow_exceptions=*/false);
+  if (!object.is_object()) return std::unexpected(RequestRefusal{std::nullopt, "malformed request"});
+  const auto id = integer(object, "id");
+  const auto refused = [&id](const char* reason) { return std::unexpected(RequestRefusal{id, reason}); };
+  if (!id) return refused("request without id");
+  if (integer(object, "sample_rate") != acceptedSampleRate) return refused("unsupported sample rate");
+  TranscriptionRequest request{.id = *id, .samples = {}, .language = std::nullopt};
+  if (const auto language = object.find("language"); language != object.end()) {
+    if (!language->is_string()) return refused("malformed language");
+    request.language = language->get<std::string>();
+  }
+  const auto audio = object.find(audioKey);
+  if (audio == object.end() || !audio->is_string()) return refused("request without audio");
+  const auto& parsed = audio->get_ref<const std::string&>();
+  const auto bytes = base64::decoded(parsed.empty() ? cut.audio : std::string_view(parsed));
+  if (!bytes) return refused("audio is not valid base64");
+  if (bytes->size() % 2 != 0) return refused("audio has an odd number of bytes");
+  request.samples.resize(bytes->size() / 2);
+  if (!bytes->empty()) std::memcpy(request.samples.data(), bytes->data(), bytes->size());
+  return request;
+}
+
+}  // namespace murmel::worker

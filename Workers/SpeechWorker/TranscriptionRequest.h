@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace murmel::worker {
+
+/// Why a request is not carried out; `id` when it could be read.
+struct RequestRefusal {
+  std::optional<std::int64_t> id;
+  std::string reason;  ///< short, for the user
+};
+
+/// One transcription that is asked for.
+struct TranscriptionRequest {
+  std::int64_t id = 0;
+  std::vector<std::int16_t> samples;    ///< mono, 16 kHz
+  std::optional<std::string> language;  ///< a hint, two letters
+
+  /// Decodes one line without its line feed. Unknown keys are ignored.
+  static std::expected<TranscriptionRequest, RequestRefusal> decode(std::string_view line);
+};
+
+}  // namespace murmel::worker
