@@ -1,25 +1,12 @@
 #pragma once
 
+#include "Interface/AlertPresenter.h"
+
 #include <expected>
 #include <functional>
 #include <string>
 
 namespace murmel {
-
-/// A question or notice in a window of its own. Main thread.
-struct Alert {
-  std::string title;
-  std::string text;
-  std::string acceptButton;
-  std::string declineButton;  ///< empty: only one button
-};
-
-class AlertPresenter {
- public:
-  virtual ~AlertPresenter() = default;
-  /// Shows the alert without blocking; `answer` is told once whether it was accepted.
-  virtual void show(Alert alert, std::function<void(bool accepted)> answer) = 0;
-};
 
 /// Replaces this process by a fresh one of the same application.
 class ApplicationRelauncher {

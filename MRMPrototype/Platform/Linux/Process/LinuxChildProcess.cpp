@@ -5,8 +5,8 @@
 #include <utility>
 
 #include <poll.h>
-#include <sys/pidfd.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace murmel {
@@ -42,7 +42,8 @@ bool LinuxChildProcess::isRunning() {
 
 void LinuxChildProcess::signal(int number) const {
   // Fails only when the child has ended meanwhile, which is what the signal is for.
-  ::pidfd_send_signal(process_.get(), number, nullptr, 0);
+  // (The C library of Debian 12 declares its wrapper for C only.)
+  ::syscall(SYS_pidfd_send_signal, process_.get(), number, nullptr, 0);
 }
 
 bool LinuxChildProcess::waitForEnd(std::chrono::milliseconds limit) const {

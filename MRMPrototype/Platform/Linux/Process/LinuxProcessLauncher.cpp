@@ -12,8 +12,8 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/pidfd.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -166,7 +166,7 @@ std::expected<std::unique_ptr<ChildProcess>, std::string> LinuxProcessLauncher::
     return std::unexpected(started.error());
   }
   // The child is ours and not reaped: the number cannot have been given away.
-  UniqueDescriptor process(::pidfd_open(child, 0));
+  UniqueDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
   if (!process) {
     const int error = errno;
     ::kill(child, SIGKILL);

@@ -1,0 +1,151 @@
+#include "Interface/RecordingPill.h"
+
+#include "Interface/LevelMeter.h"
+#include "Interface/PlatformWords.h"
+
+#include <QBitmap>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr int distanceFromEdge = 24;
+constexpr int horizontalPadding = 16;
+constexpr int verticalPadding = 9;
+constexpr int longestText = 420;
+
+const QColor background(28, 28, 32, 235);
+const QColor foreground(245, 245, 245);
+const QColor recordingDot(235, 70, 70);
+
+QString shown(const DictationState& state, bool microphoneSilent) {
+  if (state.isRecording() && microphoneSilent) return QStringLiteral("The microphone is silent");
+  return inPlatformWords(state.title());
+}
+
+}  // namespace
+
+RecordingPill::RecordingPill(std::function<void()> onClick)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint),
+      onClick_(std::move(onClick)),
+      text_(new QLabel(this)),
+      meter_(new LevelMeter(this)) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_TranslucentBackground);
+  setWindowTitle(QStringLiteral("Murmel"));
+  auto colours = palette();
+  colours.setColor(QPalette::WindowText, foreground);
+  setPalette(colours);
+  text_->setWordWrap(true);
+  text_->setMaximumWidth(longestText);
+
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(horizontalPadding, verticalPadding, horizontalPadding, verticalPadding);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  layout->addWidget(meter_);
+  layout->addWidget(text_);
+}
+
+void RecordingPill::setEdge(Edge edge) {
+  edge_ = edge;
+  place();
+}
+
+void RecordingPill::update(const DictationState& state) {
+  state_ = state;
+  if (!state.isRecording()) {
+    microphoneSilent_ = false;
+    meter_->clear();
+  }
+  meter_->setVisible(state.isRecording());
+  showText();
+  setVisible(state.which() != DictationState::Case::ready);
+  if (isVisible()) raise();
+}
+
+void RecordingPill::setLevel(double level) {
+  meter_->push(level);
+}
+
+void RecordingPill::showSilentMicrophone(bool silent) {
+  microphoneSilent_ = silent;
+  showText();
+}
+
+void RecordingPill::showText() {
+  const auto words = shown(state_, microphoneSilent_);
+  text_->setText(words);
+  // A label that may wrap asks for less width than its text has.
+  text_->setMinimumWidth(std::min(longestText, text_->fontMetrics().horizontalAdvance(words) + 1));
+  adjustSize();
+  place();
+}
+
+void RecordingPill::place() {
+  const auto* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  const auto area = screen->availableGeometry().adjusted(distanceFromEdge, distanceFromEdge,
+                                                         -distanceFromEdge, -distanceFromEdge);
+  auto frame = rect();
+  frame.moveCenter(area.center());
+  switch (edge_) {
+    case Edge::top:
+      frame.moveTop(area.top());
+      break;
+    case Edge::right:
+      frame.moveRight(area.right());
+      break;
+    case Edge::bottom:
+      frame.moveBottom(area.bottom());
+      break;
+    case Edge::left:
+      frame.moveLeft(area.left());
+      break;
+  }
+  move(frame.topLeft());
+}
+
+void RecordingPill::resizeEvent(QResizeEvent* /*event*/) {
+  // Without a compositor there is no translucency, and the corners would be black: cut them off. The mask has
+  // hard edges, so it is used only there.
+  if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return;
+  QBitmap shape(size());
+  shape.fill(Qt::color0);
+  QPainter painter(&shape);
+  painter.setBrush(Qt::color1);
+  painter.setPen(Qt::NoPen);
+  const double radius = height() / 2.0;
+  painter.drawRoundedRect(rect(), radius, radius);
+  painter.end();
+  setMask(shape);
+  place();
+}
+
+void RecordingPill::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(background);
+  const double radius = height() / 2.0;
+  painter.drawRoundedRect(rect(), radius, radius);
+  if (state_.isRecording()) {
+    constexpr double dotRadius = 3;
+    painter.setBrush(recordingDot);
+    painter.drawEllipse(QPointF(horizontalPadding / 2.0, height() / 2.0), dotRadius, dotRadius);
+  }
+}
+
+void RecordingPill::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && rect().contains(event->pos())) onClick_();
+}
+
+}  // namespace murmel

@@ -1,0 +1,91 @@
+#include "Interface/TrayMenu.h"
+
+#include "Interface/PlatformWords.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+
+namespace murmel {
+
+namespace {
+
+enum class Look { rest, recording, working };
+
+Look lookOf(const DictationState& state) {
+  if (state.isRecording()) return Look::recording;
+  return state.isBusy() ? Look::working : Look::rest;
+}
+
+/// A microphone, filled while it records. Drawn, so that it is sharp at every size and needs no file.
+QIcon iconFor(Look look) {
+  QIcon icon;
+  for (const int size : {16, 22, 24, 32, 48}) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / 24.0, size / 24.0);
+    const QColor colour = look == Look::recording ? QColor(235, 70, 70)
+                          : look == Look::working ? QColor(240, 180, 60)
+                                                  : QColor(150, 150, 155);
+    painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.setBrush(look == Look::rest ? QBrush(Qt::NoBrush) : QBrush(colour));
+    painter.drawRoundedRect(QRectF(9, 3, 6, 11), 3, 3);
+    painter.setBrush(Qt::NoBrush);
+    constexpr int sixteenths = 16;  // Qt counts angles in sixteenths of a degree
+    painter.drawArc(QRectF(6, 6, 12, 12), 180 * sixteenths, 180 * sixteenths);
+    painter.drawLine(QPointF(12, 18), QPointF(12, 21));
+    painter.end();
+    icon.addPixmap(pixmap);
+  }
+  return icon;
+}
+
+}  // namespace
+
+TrayMenu::TrayMenu(Actions actions) {
+  status_ = menu_.addAction(QString());
+  status_->setEnabled(false);
+  menu_.addSeparator();
+  toggle_ = menu_.addAction(QStringLiteral("Start Dictation"));
+  copyLast_ = menu_.addAction(QStringLiteral("Copy Last Dictation"));
+  menu_.addSeparator();
+  auto* setup = menu_.addAction(QStringLiteral("Setup and Permissions…"));
+  auto* quit = menu_.addAction(QStringLiteral("Quit Murmel"));
+  QObject::connect(toggle_, &QAction::triggered, [run = actions.toggle] { run(); });
+  QObject::connect(copyLast_, &QAction::triggered, [run = actions.copyLast] { run(); });
+  QObject::connect(setup, &QAction::triggered, [run = actions.openSetup] { run(); });
+  QObject::connect(quit, &QAction::triggered, [run = actions.quit] { run(); });
+  QObject::connect(&icon_, &QSystemTrayIcon::activated,
+                   [run = actions.toggle](QSystemTrayIcon::ActivationReason why) {
+                     if (why == QSystemTrayIcon::Trigger) run();
+                   });
+  icon_.setContextMenu(&menu_);
+  setHasLastTranscript(false);
+  update(DictationState());
+}
+
+void TrayMenu::show() {
+  icon_.show();
+}
+
+void TrayMenu::update(const DictationState& state) {
+  const auto words = inPlatformWords(state.title());
+  status_->setText(words);
+  toggle_->setText(state.isRecording() ? QStringLiteral("Stop Dictation")
+                                       : QStringLiteral("Start Dictation"));
+  toggle_->setEnabled(state.isRecording() || !state.isBusy());
+  icon_.setToolTip(QStringLiteral("Murmel · ") + words);
+  icon_.setIcon(iconFor(lookOf(state)));
+}
+
+void TrayMenu::setHasLastTranscript(bool available) {
+  copyLast_->setEnabled(available);
+}
+
+void TrayMenu::notify(const QString& title, const QString& text) {
+  icon_.showMessage(title, text);
+}
+
+}  // namespace murmel

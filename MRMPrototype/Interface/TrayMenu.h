@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Dictation/DictationState.h"
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <functional>
+
+namespace murmel {
+
+/// The icon in the tray and its menu.
+class TrayMenu {
+ public:
+  struct Actions {
+    std::function<void()> toggle;
+    std::function<void()> copyLast;
+    std::function<void()> openSetup;
+    std::function<void()> quit;
+  };
+
+  explicit TrayMenu(Actions actions);
+
+  void show();
+  void update(const DictationState& state);
+  void setHasLastTranscript(bool available);
+  /// Shows a message that the state has no room for.
+  void notify(const QString& title, const QString& text);
+
+ private:
+  QMenu menu_;
+  QSystemTrayIcon icon_;
+  QAction* status_;
+  QAction* toggle_;
+  QAction* copyLast_;
+};
+
+}  // namespace murmel

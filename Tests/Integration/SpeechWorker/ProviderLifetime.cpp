@@ -1,0 +1,169 @@
+#include "Integration/SpeechWorker/ProviderWithWorker.h"
+
+#include <fstream>
+#include <future>
+#include <vector>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Longer than a test may take: whoever waits for it makes the test fail.
+void waitForever(WorkerLimits& limits) {
+  limits.start = limits.shortestResponse = limits.longestResponse = 24h;
+}
+
+bool isDead(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string number;
+  std::string name;
+  char state = 'X';
+  file >> number >> name >> state;
+  return state == 'Z' || state == 'X';
+}
+
+}  // namespace
+
+TEST_F(ProviderWithWorker, AnswersInOrderFromOneWorkerAndPassesTheLanguageOn) {
+  script("ready\nserve");
+  const auto first = start(2);
+  const auto second = start(4, "ru");
+  const auto third = start(0);
+  EXPECT_EQ(described(await(*third)), "id=3 rate=16000 language=none bytes=0");
+  ASSERT_TRUE(first->done() && second->done());
+  EXPECT_EQ(described(**first), "id=1 rate=16000 language=none bytes=2");
+  EXPECT_EQ(described(**second), "id=2 rate=16000 language=ru bytes=4");
+  EXPECT_EQ((**first)->providerID, FluidAudioProvider::identifier);
+  EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(ProviderWithWorker, TakesTenMinutesOfAudioInOneRequest) {
+  script("ready\nserve");
+  EXPECT_EQ(ask(10 * 60 * 32'000), "id=1 rate=16000 language=none bytes=19200000");
+}
+
+TEST_F(ProviderWithWorker, LeavesTheMainThreadFreeWhileItWaits) {
+  waitForever(configuration.limits);
+  script("ready\nread\nstall");
+  const auto request = start();
+  int ticks = 0;
+  const auto timer = executor.after(1s, [&] { ++ticks; });
+  executor.post([&] { ++ticks; });
+  executor.advance(2s);
+  EXPECT_EQ(ticks, 2);
+  EXPECT_FALSE(request->done());
+}
+
+TEST_F(ProviderWithWorker, AnswersWaitingRequestsWhenItIsReleased) {
+  waitForever(configuration.limits);
+  script("ignore-term\nready\nread\nstall");
+  const auto running = start();
+  const auto waiting = start();
+  ASSERT_TRUE(executor.waitUntil([&] { return starts() == 1; }));
+  releaseProvider();
+  EXPECT_EQ(described(await(*running)), "<worker exited unexpectedly>");
+  EXPECT_EQ(described(await(*waiting)), "<worker exited unexpectedly>");
+  EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(ProviderWithWorker, EndsAWorkerThatDoesNotReadAtOnceWhenItIsReleased) {
+  waitForever(configuration.limits);
+  script("ready\nstall");
+  auto request = start(8'000'000);
+  ASSERT_TRUE(executor.waitUntil([&] { return starts() == 1; }));
+  request.reset();
+  releaseProvider();  // hangs unless the writing is interrupted
+  EXPECT_FALSE(hasChildren());
+}
+
+TEST_F(ProviderWithWorker, WarmsUpTheWorkerThatTheFirstRequestUses) {
+  script("ready\nserve");
+  std::optional<bool> ready;
+  provider().startWarmup([&](bool value) { ready = value; });
+  EXPECT_FALSE(ready.has_value()) << "the completion comes later";
+  ASSERT_TRUE(executor.waitUntil([&] { return ready.has_value(); }));
+  EXPECT_TRUE(*ready);
+  EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
+  EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(ProviderWithWorker, TellsThatTheWarmUpFailed) {
+  script("exit 1");
+  std::vector<bool> told;
+  provider().startWarmup([&](bool value) { told.push_back(value); });
+  ASSERT_TRUE(executor.waitUntil([&] { return !told.empty(); }));
+  EXPECT_EQ(told, std::vector{false});
+}
+
+TEST_F(ProviderWithWorker, TellsThatTheWarmUpFailedWhenItIsReleasedMeanwhile) {
+  waitForever(configuration.limits);
+  script("stall");
+  std::vector<bool> told;
+  provider().startWarmup([&](bool value) { told.push_back(value); });  // runs
+  provider().startWarmup([&](bool value) { told.push_back(value); });  // waits behind it
+  ASSERT_TRUE(executor.waitUntil([&] { return starts() == 1; }));
+  releaseProvider();
+  ASSERT_TRUE(executor.waitUntil([&] { return told.size() == 2; }));
+  EXPECT_EQ(told, (std::vector{false, false}));
+}
+
+TEST_F(ProviderWithWorker, DoesNotBotherTheWorkerWithRequestsThatWereGivenUp) {
+  std::promise<void> mayStart;
+  configuration.modelIntegrityCheck = [gate = mayStart.get_future().share()](const std::filesystem::path&) {
+    gate.wait();
+    return true;
+  };
+  script("ready\nserve");
+  const auto first = start();
+  start()->cancel();
+  const auto last = start();
+  mayStart.set_value();
+  EXPECT_EQ(described(await(*last)), "id=2 rate=16000 language=none bytes=3200");
+}
+
+TEST_F(ProviderWithWorker, ReplacesAWorkerThatEndedBetweenTwoRequests) {
+  pid_t worker = 0;
+  configuration.runningProcessIntegrityCheck = [&](const ChildProcess& process,
+                                                   const std::filesystem::path&) {
+    worker = process.identifier();
+    return true;
+  };
+  script("ready\nread\nanswer\nexit 0", 1);
+  script("ready\nserve");
+  EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
+  ASSERT_TRUE(executor.waitUntil([&] { return isDead(worker); }));
+  EXPECT_EQ(ask(), "id=2 rate=16000 language=none bytes=3200");
+  EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(ProviderWithWorker, ChecksModelAndSignatureBeforeTheStartAndTheIdentityAfterIt) {
+  script("ready\nserve");
+  bool modelIsGood = false;
+  bool signatureIsGood = false;
+  bool identityIsGood = false;
+  configuration.modelIntegrityCheck = [&](const auto& folder) {
+    return folder == model.path() && modelIsGood;
+  };
+  configuration.mayExecute = [&](const auto& worker) {
+    return worker == MURMEL_SCRIPTED_WORKER && signatureIsGood;
+  };
+  configuration.runningProcessIntegrityCheck = [&](const ChildProcess& process, const auto&) {
+    return process.runningIdentity() == process.launchedIdentity() && identityIsGood;
+  };
+  EXPECT_EQ(ask(), "<model integrity verification failed>");
+  modelIsGood = true;
+  EXPECT_EQ(ask(), "<speech worker signature validation failed>");
+  EXPECT_FALSE(hasChildren());
+  EXPECT_EQ(starts(), 0);
+  signatureIsGood = true;
+  EXPECT_EQ(ask(), "<running speech worker identity validation failed>");
+  EXPECT_FALSE(hasChildren());
+  identityIsGood = true;
+  EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
+}
+
+TEST_F(ProviderWithWorker, PassesTheReasonOfAFailedLaunchOn) {
+  configuration.workerURL = model.path() / "missing";
+  EXPECT_EQ(ask(), "<cannot open the executable: No such file or directory>");
+}

@@ -1,0 +1,154 @@
+#include "Models/ModelManager.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Support/TemporaryFolder.h"
+
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+using namespace murmel;
+
+namespace {
+
+constexpr SpeechModelFile files[] = {
+    {"words.txt", 5, "2cf24dba5fb0a30e26e83b2ac5b9e29e1b161e5c1fa7425e73043362938b9824"},       // hello
+    {"acoustic/means", 3, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},  // abc
+};
+
+class InstalledModel : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directories(folder.path() / "acoustic");
+    write("words.txt", "hello");
+    write("acoustic/means", "abc");
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder.path() / name, std::ios::binary | std::ios::trunc) << text;
+  }
+  /// The states from now on until nothing more comes.
+  std::vector<SpeechModelState> validate() {
+    std::vector<SpeechModelState> states;
+    const auto subscription = manager.onInventoryChange([&] { states.push_back(manager.state()); });
+    manager.validate();
+    states.push_back(manager.state());
+    EXPECT_TRUE(executor.waitUntil([&] { return manager.state() != SpeechModelState::verifying; }));
+    executor.runUntilIdle();
+    return states;
+  }
+
+  TemporaryFolder folder;
+  ManualExecutor executor;
+  ModelManager manager{executor, folder.path(), files};
+};
+
+constexpr auto missing = SpeechModelState::missing;
+constexpr auto verifying = SpeechModelState::verifying;
+constexpr auto good = SpeechModelState::ready;
+
+}  // namespace
+
+TEST_F(InstalledModel, BecomesReadyAfterVerificationAndStaysSo) {
+  EXPECT_EQ(manager.state(), missing) << "nobody has looked yet";
+  EXPECT_EQ(manager.activeModelURL(), folder.path());
+  const auto states = validate();
+  EXPECT_EQ(states.front(), verifying);
+  EXPECT_EQ(states.back(), good);
+  // Known by then: ready at once, and nothing to tell.
+  EXPECT_EQ(validate(), std::vector{good});
+}
+
+TEST_F(InstalledModel, IsMissingWhenAnythingIsWrong) {
+  struct Row {
+    const char* name;
+    std::function<void()> damage;
+    bool seenAtOnce;
+  };
+  const std::vector<Row> rows{
+      {"a file is not there", [&] { std::filesystem::remove(folder.path() / "words.txt"); }, true},
+      {"a file is too short", [&] { write("words.txt", "hell"); }, true},
+      {"a file is too long", [&] { write("words.txt", "hello\n"); }, true},
+      {"a file is empty", [&] { write("acoustic/means", ""); }, true},
+      {"a folder in place of a file",
+       [&] {
+         std::filesystem::remove(folder.path() / "words.txt");
+         std::filesystem::create_directory(folder.path() / "words.txt");
+       },
+       true},
+      {"a fifo in place of a file",
+       [&] {
+         std::filesystem::remove(folder.path() / "words.txt");
+         ASSERT_EQ(::mkfifo((folder.path() / "words.txt").c_str(), 0600), 0);
+       },
+       true},
+      {"other contents of the same size", [&] { write("words.txt", "hellO"); }, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::filesystem::remove_all(folder.path() / "words.txt");
+    SetUp();
+    validate();
+    ASSERT_EQ(manager.state(), good);
+    row.damage();
+    EXPECT_EQ(manager.requiredItemsPresent(folder.path()), !row.seenAtOnce);
+    const auto states = validate();
+    EXPECT_EQ(states.front(), row.seenAtOnce ? missing : verifying);
+    EXPECT_EQ(states.back(), missing);
+    EXPECT_FALSE(manager.verifyArtifacts(folder.path()));
+  }
+}
+
+TEST_F(InstalledModel, NoticesAnExchangeThatKeepsSizeAndTime) {
+  validate();
+  ASSERT_EQ(manager.state(), good);
+  const auto words = folder.path() / "words.txt";
+  const auto time = std::filesystem::last_write_time(words);
+  // The file system's clock moves in steps: two changes within one cannot be told apart.
+  do write("scratch", "");
+  while (std::filesystem::last_write_time(folder.path() / "scratch") == time);
+  write("words.txt", "HELLO");
+  std::filesystem::last_write_time(words, time);
+  EXPECT_FALSE(manager.verifyArtifacts(folder.path()));
+}
+
+TEST_F(InstalledModel, IsFoundWhenItComesLater) {
+  std::filesystem::rename(folder.path() / "words.txt", folder.path() / "elsewhere");
+  EXPECT_EQ(validate(), std::vector{missing});
+  std::filesystem::rename(folder.path() / "elsewhere", folder.path() / "words.txt");
+  validate();
+  EXPECT_EQ(manager.state(), good);
+}
+
+TEST_F(InstalledModel, VerifiesOtherFoldersByTheirOwnContents) {
+  validate();
+  const TemporaryFolder other;
+  EXPECT_FALSE(manager.verifyArtifacts(other.path()));
+  std::filesystem::copy(folder.path(), other.path(), std::filesystem::copy_options::recursive);
+  EXPECT_TRUE(manager.verifyArtifacts(other.path()));
+  std::ofstream(other.path() / "words.txt") << "hellO";
+  EXPECT_FALSE(manager.verifyArtifacts(other.path()));
+  EXPECT_TRUE(manager.verifyArtifacts(folder.path()));
+}
+
+TEST_F(InstalledModel, SaysNothingMoreOnceItIsDestroyed) {
+  int told = 0;
+  {
+    ModelManager shortLived(executor, folder.path(), files);
+    const auto subscription = shortLived.onInventoryChange([&] { ++told; });
+    shortLived.validate();
+  }
+  executor.runUntilIdle();
+  EXPECT_EQ(told, 0);
+}
+
+TEST(PackagedModel, IsTheOneThatTheManagerKnows) {
+  ManualExecutor executor;
+  const ModelManager manager(executor);
+  if (!std::filesystem::exists(packagedSpeechModelFolder))
+    GTEST_SKIP() << "pocketsphinx-en-us is not installed";
+  EXPECT_TRUE(manager.requiredItemsPresent(manager.activeModelURL()));
+  EXPECT_TRUE(manager.verifyArtifacts(manager.activeModelURL()));
+}

@@ -1,0 +1,180 @@
+#include "Recognition/WorkerChannel.h"
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::string_view ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
+constexpr auto never = 24h;  // longer than a test may take
+
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    readEnd = UniqueDescriptor(ends[0]);
+    writeEnd = UniqueDescriptor(ends[1]);
+  }
+  UniqueDescriptor readEnd;
+  UniqueDescriptor writeEnd;
+};
+
+/// Both pipes of a worker that is the test itself.
+class WorkerChannelTest : public ::testing::Test {
+ protected:
+  void say(std::string_view text) const {
+    ASSERT_EQ(::write(output.writeEnd.get(), text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  /// The event of the next message, or the error in angle brackets.
+  std::string read(Duration limit = never) {
+    const auto message = channel.readMessage(limit);
+    return message ? message->event : "<" + message.error().detail() + ">";
+  }
+  std::string write(std::string_view line, Duration limit = never) {
+    const auto written = channel.writeLine(line, limit);
+    return written ? "written" : "<" + written.error().detail() + ">";
+  }
+
+  SystemClock clock;
+  WorkerCancellation cancellation;
+  Pipe input;
+  Pipe output;
+  WorkerChannel channel{input.writeEnd.get(), output.readEnd.get(), clock, cancellation};
+};
+
+}  // namespace
+
+TEST_F(WorkerChannelTest, ReturnsJoinedMessagesOneByOneAndKeepsTheRest) {
+  say("noise\n" + std::string(ready) + "{\"mrm_worker_protocol\":1,\"event\":\"two\"}\n{\"mrm_worker_pro");
+  EXPECT_EQ(read(), "ready");
+  EXPECT_EQ(read(), "two");
+  say("tocol\":1,\"event\":\"three\"}\n");
+  EXPECT_EQ(read(), "three");
+}
+
+TEST_F(WorkerChannelTest, ReturnsWhatIsBufferedEvenWhenThereIsNoTime) {
+  say(std::string(ready) + std::string(ready));
+  EXPECT_EQ(read(), "ready");
+  EXPECT_EQ(read(0s), "ready");
+  EXPECT_EQ(read(0s), "<worker response timed out>");
+}
+
+TEST_F(WorkerChannelTest, PrefersMessagesThatWereWrittenToTheEnd) {
+  say(std::string(ready) + "half a line");
+  output.writeEnd.reset();
+  EXPECT_EQ(read(), "ready");
+  EXPECT_EQ(read(), "<worker exited unexpectedly>");
+  EXPECT_EQ(read(), "<worker exited unexpectedly>");
+}
+
+TEST_F(WorkerChannelTest, TimesOutAndCanBeReadAgain) {
+  say("{\"mrm_worker_protocol\":1,");
+  EXPECT_EQ(read(5ms), "<worker response timed out>");
+  say("\"event\":\"late\"}\n");
+  EXPECT_EQ(read(), "late");
+}
+
+TEST_F(WorkerChannelTest, StaysSmallInAFloodAndFindsItsFeetAgain) {
+  const std::jthread flood([&] {
+    const std::string chunk(1 << 20, 'x');
+    for (int megabyte = 0; megabyte < 32; ++megabyte) say(chunk);
+    say("\n" + std::string(ready));
+  });
+  EXPECT_EQ(read(), "ready");
+  EXPECT_LT(channel.bufferedBytes(), 2 * WorkerChannel::longestLine);
+}
+
+TEST_F(WorkerChannelTest, TakesALineOfTheGreatestLengthAndDropsALongerOne) {
+  const auto message = [](std::size_t size) {
+    std::string text = R"({"mrm_worker_protocol":1,"event":")";
+    text.append(size - text.size() - 2, 'x');
+    return text + "\"}\n";
+  };
+  const std::jthread worker([&] {
+    say(message(WorkerChannel::longestLine));
+    say(message(3 * WorkerChannel::longestLine));
+    say(ready);
+  });
+  EXPECT_GT(read().size(), WorkerChannel::longestLine - 100);
+  EXPECT_EQ(read(), "ready");
+}
+
+TEST_F(WorkerChannelTest, WritesALineWhileTheWorkerReadsAndTalks) {
+  const std::string line(5'000'000, 'r');
+  std::string received;
+  const std::jthread worker([&] {
+    // More than a pipe holds: a channel that does not listen while it writes would wait for ever.
+    for (int count = 0; count < 5'000; ++count) say("{\"mrm_worker_protocol\":1,\"event\":\"progress\"}\n");
+    std::array<char, 65'536> chunk{};
+    while (received.size() <= line.size()) {
+      const auto count = ::read(input.readEnd.get(), chunk.data(), chunk.size());
+      received.append(chunk.data(), static_cast<std::size_t>(count));
+    }
+    say(ready);
+  });
+  EXPECT_EQ(write(line), "written");
+  int progress = 0;
+  std::string event;
+  while ((event = read()) == "progress") ++progress;
+  EXPECT_EQ(event, "ready");
+  EXPECT_EQ(progress, 5'000);
+  EXPECT_EQ(received, line + '\n');
+}
+
+TEST_F(WorkerChannelTest, GivesUpOnAWorkerThatDoesNotRead) {
+  EXPECT_EQ(write(std::string(5'000'000, 'r'), 20ms), "<worker response timed out>");
+}
+
+TEST_F(WorkerChannelTest, SurvivesAWorkerThatClosedItsInput) {
+  input.readEnd.reset();
+  EXPECT_EQ(write("request"), "<worker input unavailable>");
+  // The signal of the broken pipe is gone: unblocked it would end the test.
+  sigset_t pending;
+  ::sigpending(&pending);
+  EXPECT_EQ(::sigismember(&pending, SIGPIPE), 0);
+}
+
+TEST_F(WorkerChannelTest, SaysWhichHandleIsMissing) {
+  WorkerChannel none(-1, -1, clock, cancellation);
+  EXPECT_EQ(none.readMessage(never).error(), MRMError::workerFailed("worker output unavailable"));
+  EXPECT_EQ(none.writeLine("request", never).error(), MRMError::workerFailed("worker input unavailable"));
+}
+
+TEST_F(WorkerChannelTest, SaysWhenTheOutputCannotBeWaitedFor) {
+  WorkerChannel closed(input.writeEnd.get(), 1'000'000, clock, cancellation);
+  EXPECT_EQ(closed.readMessage(never).error(), MRMError::workerFailed("worker response unavailable"));
+}
+
+TEST_F(WorkerChannelTest, CancellationEndsWaitingForGood) {
+  const std::jthread canceller([&] { cancellation.cancel(); });
+  EXPECT_EQ(read(), "<worker exited unexpectedly>");
+  EXPECT_EQ(write(std::string(5'000'000, 'r')), "<worker exited unexpectedly>");
+}
+
+TEST_F(WorkerChannelTest, AnInterruptedWaitGoesOn) {
+  struct sigaction action {};
+  struct sigaction before {};
+  action.sa_handler = [](int) {};  // without SA_RESTART
+  ::sigaction(SIGUSR1, &action, &before);
+  const auto reader = ::pthread_self();
+  std::jthread interrupter([&](const std::stop_token& stop) {
+    for (int count = 0; count < 100; ++count) ::pthread_kill(reader, SIGUSR1);
+    say(ready);
+    while (!stop.stop_requested()) std::this_thread::yield();
+  });
+  EXPECT_EQ(read(), "ready");
+  interrupter.request_stop();
+  interrupter.join();
+  ::sigaction(SIGUSR1, &before, nullptr);
+}

@@ -1,0 +1,211 @@
+#include "Platform/Fake/ManualExecutor.h"
+#include "Shell/AppDelegate.h"
+#include "Shell/AutomaticPasteRelaunch.h"
+#include "Shell/IntelCommandTarget.h"
+#include "Shell/LaunchRole.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+/// The role in words, so that a table can name it.
+std::string roleOf(const std::vector<std::string>& arguments) {
+  const auto role = launchRole(arguments, "Murmel 1.2 (3)");
+  struct Describe {
+    std::string operator()(const DesktopRole& desktop) const {
+      constexpr std::array names{"desktop", "launch test", "reopen test"};
+      return names[static_cast<std::size_t>(desktop.selfTest)];
+    }
+    std::string operator()(const ModelDownloadSmokeRole&) const { return "download test"; }
+    std::string operator()(const TranscribeRole& transcribe) const {
+      std::string text = transcribe.realTime ? "transcribe slowly" : "transcribe";
+      for (const auto& file : transcribe.files) text += " " + file.string();
+      return text;
+    }
+    std::string operator()(const RemoteCommandRole& remote) const { return std::string(rawValue(remote.command)); }
+    std::string operator()(const DoctorRole&) const { return "doctor"; }
+    std::string operator()(const MessageRole& message) const { return "exit " + std::to_string(message.exitStatus); }
+  };
+  return std::visit(Describe{}, role);
+}
+
+class FakeLaunchActions final : public ApplicationLaunchActions {
+ public:
+  void applyDockIconPreference() override { calls.emplace_back("dock"); }
+  void refreshServices() override { calls.emplace_back("refresh"); }
+  [[nodiscard]] bool requiresSetupWindow() const override { return needsSetup; }
+  void openSetupWindow() override { calls.emplace_back("setup"); }
+  void reopen() override { calls.emplace_back("reopen"); }
+  [[nodiscard]] bool isMainWindowVisible() const override { return --looksUntilVisible < 0; }
+  void terminate(int exitStatus) override { exits.push_back(exitStatus); }
+
+  std::vector<std::string> calls;
+  std::vector<int> exits;
+  bool needsSetup = true;
+  mutable int looksUntilVisible = 0;
+};
+
+class FakeAlerts final : public AlertPresenter {
+ public:
+  void show(Alert alert, std::function<void(bool)> answer) override {
+    shown.push_back(std::move(alert));
+    pending = std::move(answer);
+  }
+  std::vector<Alert> shown;
+  std::function<void(bool)> pending;
+};
+
+class FakeRelauncher final : public ApplicationRelauncher {
+ public:
+  void openNewInstance(std::function<void(std::expected<void, std::string>)> done) override {
+    ++opened;
+    if (failure) {
+      done(std::unexpected(*failure));
+    } else {
+      done({});
+    }
+  }
+  void terminate() override { ++terminated; }
+  std::optional<std::string> failure;
+  int opened = 0;
+  int terminated = 0;
+};
+
+}  // namespace
+
+TEST(LaunchRole, FollowsTheArguments) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
+      {{}, "desktop"},
+      {{"--mrm-release-launch-smoke"}, "launch test"},
+      {{"--mrm-dock-reopen-smoke"}, "reopen test"},
+      {{"--mrm-model-download-smoke"}, "download test"},
+      {{"--unknown-to-us", "--mrm-model-download-smoke"}, "download test"},
+      {{"transcribe", "a.wav", "b c.wav"}, "transcribe a.wav b c.wav"},
+      {{"transcribe", "--real-time", "a.wav"}, "transcribe slowly a.wav"},
+      {{"transcribe"}, "exit 2"},
+      {{"toggle"}, "MRM.Intel.ToggleDictation"},
+      {{"start"}, "MRM.Intel.StartDictation"},
+      {{"stop"}, "MRM.Intel.StopDictation"},
+      {{"copy-last"}, "MRM.Intel.CopyLastTranscript"},
+      {{"settings"}, "MRM.Intel.OpenSettings"},
+      {{"setup"}, "MRM.Intel.OpenSetup"},
+      {{"quit"}, "MRM.Intel.Quit"},
+      {{"doctor"}, "doctor"},
+      {{"--version"}, "exit 0"},
+      {{"--help"}, "exit 0"},
+      {{"--typo"}, "exit 2"},
+      {{"toggel"}, "exit 2"},
+      {{"toggle", "stop"}, "exit 2"},
+  };
+  for (const auto& [arguments, expected] : rows) {
+    EXPECT_EQ(roleOf(arguments), expected) << ::testing::PrintToString(arguments);
+  }
+  EXPECT_THAT(std::get<MessageRole>(launchRole({"--version"}, "Murmel 1.2 (3)")).text, HasSubstr("Murmel 1.2 (3)"));
+}
+
+TEST(IntelCommands, EveryCommandHasOneActionAndReachesItsObservers) {
+  std::set<std::string_view> actions;
+  for (const auto command : allCases<IntelCommand>()) {
+    EXPECT_EQ(commandForAction(actionName(command)), command);
+    actions.insert(actionName(command));
+  }
+  EXPECT_EQ(actions.size(), allCases<IntelCommand>().size());
+
+  IntelCommandTarget target;
+  int toggled = 0;
+  EXPECT_FALSE(target.post(IntelCommand::toggleDictation)) << "nobody is there to do it";
+  {
+    const auto observer = target.observe(IntelCommand::toggleDictation, [&] { ++toggled; });
+    EXPECT_TRUE(target.post(IntelCommand::toggleDictation));
+    EXPECT_FALSE(target.post(IntelCommand::openSettings));
+  }
+  EXPECT_FALSE(target.post(IntelCommand::toggleDictation));
+  EXPECT_EQ(toggled, 1);
+}
+
+TEST(AppDelegate, LaunchStepsComeInTheirOrder) {
+  struct Row {
+    LaunchSelfTest selfTest;
+    bool needsSetup;
+    std::vector<std::string> calls;
+    std::vector<int> exits;
+  };
+  for (const auto& row : std::vector<Row>{
+           {LaunchSelfTest::none, true, {"dock", "refresh", "setup"}, {}},
+           {LaunchSelfTest::none, false, {"dock", "refresh"}, {}},
+           {LaunchSelfTest::releaseLaunch, true, {}, {0}},
+           {LaunchSelfTest::dockReopen, true, {"refresh", "reopen"}, {0}},
+       }) {
+    ManualExecutor executor;
+    FakeLaunchActions actions;
+    actions.needsSetup = row.needsSetup;
+    AppDelegate delegate(executor, actions, row.selfTest);
+    delegate.applicationDidFinishLaunching();
+    EXPECT_THAT(actions.exits, IsEmpty()) << "windows and the end come from the main queue";
+    executor.runUntilIdle();
+    EXPECT_EQ(actions.calls, row.calls);
+    EXPECT_EQ(actions.exits, row.exits);
+  }
+}
+
+TEST(AppDelegate, TheReopenTestWaitsForTheWindowAndGivesUpInTheEnd) {
+  ManualExecutor executor;
+  FakeLaunchActions late;
+  late.looksUntilVisible = 10;
+  AppDelegate patient(executor, late, LaunchSelfTest::dockReopen);
+  patient.applicationDidFinishLaunching();
+  executor.advance(900ms);
+  EXPECT_THAT(late.exits, IsEmpty());
+  executor.advance(200ms);
+  EXPECT_THAT(late.exits, ElementsAre(0));
+
+  FakeLaunchActions never;
+  never.looksUntilVisible = 1'000'000;
+  AppDelegate bounded(executor, never, LaunchSelfTest::dockReopen);
+  bounded.applicationDidFinishLaunching();
+  executor.advance(1min);
+  EXPECT_THAT(never.exits, ElementsAre(1));
+  EXPECT_EQ(executor.pendingTimers(), 0U);
+}
+
+TEST(AutomaticPasteRelaunch, OffersOnceAtATimeAndReopensOnlyOnRequest) {
+  FakeAlerts alerts;
+  FakeRelauncher relauncher;
+  AutomaticPasteRelaunch relaunch(alerts, relauncher, "Murmel");
+  relaunch.offerAutomaticPasteRelaunch();
+  relaunch.offerAutomaticPasteRelaunch();
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].title, "Finish enabling Automatic Paste");
+  EXPECT_THAT(alerts.shown[0].text, HasSubstr("a fresh Murmel process"));
+  alerts.pending(false);
+  EXPECT_EQ(relauncher.opened, 0);
+
+  relaunch.offerAutomaticPasteRelaunch();
+  ASSERT_EQ(alerts.shown.size(), 2U) << "after an answer it may be offered again";
+  alerts.pending(true);
+  EXPECT_EQ(relauncher.terminated, 1);
+}
+
+TEST(AutomaticPasteRelaunch, KeepsRunningWhenTheNewInstanceCannotBeOpened) {
+  FakeAlerts alerts;
+  FakeRelauncher relauncher;
+  relauncher.failure = "No such file";
+  AutomaticPasteRelaunch relaunch(alerts, relauncher, "Murmel");
+  relaunch.offerAutomaticPasteRelaunch();
+  alerts.pending(true);
+  ASSERT_EQ(alerts.shown.size(), 2U);
+  EXPECT_EQ(alerts.shown[1].title, "Murmel could not reopen");
+  EXPECT_EQ(alerts.shown[1].text, "No such file");
+  EXPECT_EQ(relauncher.terminated, 0);
+}

@@ -1,0 +1,123 @@
+#include "Support/TemporaryFolder.h"
+#include "Workers/SpeechWorker/Isolation.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/landlock.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace murmel;
+
+namespace {
+
+/// Runs `work` in a process of its own, because isolation is for good, and gives what it returns.
+int inAFork(const std::function<int()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(work());
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+/// The step, counted from 1, at which the first of `attempts` was not refused; 0 when all were.
+int firstThatIsAllowed(std::initializer_list<std::function<bool()>> attempts) {
+  int step = 0;
+  for (const auto& attempt : attempts) {
+    ++step;
+    if (attempt()) return step;
+  }
+  return 0;
+}
+
+bool kernelHasLandlock() {
+  return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) >= 1;
+}
+
+}  // namespace
+
+TEST(Isolation, RefusesConnectionsProcessesAndPrograms) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(inAFork([&] {
+              if (!worker::isolate(folder.path())) return 100;
+              return firstThatIsAllowed({
+                  [] { return ::socket(AF_INET, SOCK_STREAM, 0) >= 0; },
+                  [] { return ::socket(AF_INET6, SOCK_DGRAM, 0) >= 0; },
+                  [] { return ::socket(AF_UNIX, SOCK_STREAM, 0) >= 0; },
+                  [] { return ::socket(AF_NETLINK, SOCK_RAW, 0) >= 0; },
+                  [] {
+                    int pair[2];
+                    return ::socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0;
+                  },
+                  [] {
+                    const pid_t child = static_cast<pid_t>(::syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
+                    if (child == 0) ::_exit(0);
+                    return child > 0;
+                  },
+                  [] { return ::kill(::getppid(), 0) == 0; },
+                  [] {
+                    char* const none[] = {nullptr};
+                    ::execve("/bin/true", none, none);  // would end with 0
+                    return errno != EPERM;
+                  },
+              });
+            }),
+            0);
+}
+
+TEST(Isolation, LeavesTheModelReadableAndThreadsPossible) {
+  const TemporaryFolder folder;
+  std::ofstream(folder.path() / "model") << "x";
+  EXPECT_EQ(inAFork([&] {
+              if (!worker::isolate(folder.path())) return 100;
+              if (::open((folder.path() / "model").c_str(), O_RDONLY) < 0) return 1;
+              bool ran = false;
+              std::thread([&] { ran = true; }).join();
+              return ran ? 0 : 2;
+            }),
+            0);
+}
+
+TEST(Isolation, HidesEveryOtherFileWhereTheKernelCan) {
+  if (!kernelHasLandlock()) GTEST_SKIP() << "no Landlock here";
+  const TemporaryFolder folder;
+  EXPECT_EQ(inAFork([&] {
+              if (!worker::isolate(folder.path())) return 100;
+              return firstThatIsAllowed({
+                  [] { return ::open("/etc/passwd", O_RDONLY) >= 0; },
+                  [&] { return ::open((folder.path() / "new").c_str(), O_WRONLY | O_CREAT, 0600) >= 0; },
+                  [&] { return ::open((folder.path() / "../new").c_str(), O_WRONLY | O_CREAT, 0600) >= 0; },
+              });
+            }),
+            0);
+}
+
+TEST(Isolation, ClosesTheLastDoors) {
+  const TemporaryFolder folder;
+  std::ofstream(folder.path() / "model") << "x";
+  EXPECT_EQ(inAFork([&] {
+              if (!worker::isolate(folder.path()) || !worker::closeDoors()) return 100;
+              return firstThatIsAllowed({
+                  [&] { return ::open((folder.path() / "model").c_str(), O_RDONLY) >= 0; },
+                  [] { return ::dup(0) >= 0; },
+                  [] {
+                    int ends[2];
+                    return ::pipe(ends) == 0;
+                  },
+              });
+            }),
+            0);
+}
+
+TEST(Isolation, IsNotClaimedWithoutBeingThere) {
+  EXPECT_EQ(inAFork([] { return worker::closeDoors() ? 1 : 0; }), 0) << "connections were possible";
+  EXPECT_EQ(inAFork([] { return worker::isolate("/nonexistent") ? 1 : 0; }), 0);
+}

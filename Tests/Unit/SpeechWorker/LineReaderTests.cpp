@@ -1,0 +1,115 @@
+#include "Foundation/UniqueDescriptor.h"
+#include "Workers/SpeechWorker/LineReader.h"
+#include "Workers/SpeechWorker/RequestLoop.h"
+
+#include <array>
+#include <new>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::worker;
+
+namespace {
+
+using Outcome = LineReader::Outcome;
+
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    readEnd = UniqueDescriptor(ends[0]);
+    writeEnd = UniqueDescriptor(ends[1]);
+  }
+  UniqueDescriptor readEnd;
+  UniqueDescriptor writeEnd;
+};
+
+void write(const Pipe& pipe, std::string_view text) {
+  while (!text.empty()) {
+    const auto count = ::write(pipe.writeEnd.get(), text.data(), text.size());
+    ASSERT_GT(count, 0);
+    text.remove_prefix(static_cast<std::size_t>(count));
+  }
+}
+
+std::string readAll(const Pipe& pipe) {
+  std::string all;
+  std::array<char, 4'096> chunk{};
+  for (ssize_t count = 0; (count = ::read(pipe.readEnd.get(), chunk.data(), chunk.size())) > 0;)
+    all.append(chunk.data(), static_cast<std::size_t>(count));
+  return all;
+}
+
+/// Repeats the number of samples; fails for one, runs out of memory for two.
+class CountingEngine final : public SpeechEngine {
+ public:
+  std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
+                                                    const std::optional<std::string>& language) override {
+    if (samples.size() == 1) return std::unexpected("one");
+    if (samples.size() == 2) throw std::bad_alloc();
+    return std::to_string(samples.size()) + language.value_or("") + "\n\xff";
+  }
+};
+
+}  // namespace
+
+TEST(LineReader, CutsLinesOutOfWhateverArrives) {
+  Pipe pipe;
+  LineReader reader(pipe.readEnd.get(), 100);
+  write(pipe, "one\n\ntwo\nthr");
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), "one");
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), "");
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), "two");
+  reader.release();
+  write(pipe, "ee\nincomplete");
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), "three");
+  pipe.writeEnd.reset();
+  EXPECT_EQ(reader.next(), Outcome::end);
+}
+
+TEST(LineReader, DropsALineThatIsTooLongAndNothingElse) {
+  Pipe pipe;
+  LineReader reader(pipe.readEnd.get(), 1'000);
+  std::jthread writer([&] {
+    write(pipe, std::string(1'000, 'a') + "\n");
+    write(pipe, std::string(1'001, 'b') + "\n");
+    write(pipe, std::string(3'000'000, 'c') + "\nd\n");
+  });
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), std::string(1'000, 'a'));
+  EXPECT_EQ(reader.next(), Outcome::tooLong);
+  EXPECT_EQ(reader.next(), Outcome::tooLong);
+  ASSERT_EQ(reader.next(), Outcome::line);
+  EXPECT_EQ(reader.line(), "d");
+}
+
+TEST(RequestLoop, AnswersEveryLineOnceWhateverTheEngineDoes) {
+  Pipe requests;
+  Pipe replies;
+  write(requests,
+        "{\"id\":1,\"sample_rate\":16000,\"pcm_s16le_base64\":\"AAAAAAAA\",\"language\":\"ru\"}\n"
+        "{\"id\":2,\"sample_rate\":16000,\"pcm_s16le_base64\":\"AAA=\"}\n"
+        "{\"id\":3,\"sample_rate\":16000,\"pcm_s16le_base64\":\"AAAAAA==\"}\n"
+        "nonsense\n"
+        "{\"id\":5,\"sample_rate\":16000,\"pcm_s16le_base64\":\"\"}\n");
+  requests.writeEnd.reset();
+  LineReader reader(requests.readEnd.get(), 1'000);
+  ReplyWriter writer(replies.writeEnd.get());
+  CountingEngine engine;
+  serveRequests(reader, writer, engine);
+  replies.writeEnd.reset();
+  EXPECT_EQ(readAll(replies),
+            "{\"event\":\"result\",\"id\":1,\"mrm_worker_protocol\":1,\"text\":\"3ru\\n\uFFFD\"}\n"
+            "{\"error_type\":\"one\",\"event\":\"error\",\"id\":2,\"mrm_worker_protocol\":1}\n"
+            "{\"error_type\":\"not enough memory\",\"event\":\"error\",\"id\":3,\"mrm_worker_protocol\":1}\n"
+            "{\"error_type\":\"malformed request\",\"event\":\"error\",\"mrm_worker_protocol\":1}\n"
+            "{\"event\":\"result\",\"id\":5,\"mrm_worker_protocol\":1,\"text\":\"0\\n\uFFFD\"}\n");
+}
