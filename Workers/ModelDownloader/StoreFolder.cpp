@@ -130,6 +130,7 @@ Outcome StoreFolder::copy(const std::string& from, const std::vector<std::string
 }
 
 Outcome StoreFolder::copyTo(const std::filesystem::path& from, const std::string& place) const {
+  if (const auto created = createFolders(partialFolder()); !created) return created;
   const auto temporary = partialFolder() / copyName;
   struct stat status {};
   const auto source = openRegular(from, status);

@@ -22,10 +22,10 @@ struct ContentRange {
 /// What a server says before the bytes.
 struct ResponseHead {
   int status = 0;
-  std::optional<std::int64_t> contentLength;
-  std::optional<ContentRange> contentRange;
-  std::string entityTag;  ///< strong ones only, else empty
-  std::optional<std::chrono::seconds> retryAfter;
+  std::optional<std::int64_t> contentLength{};
+  std::optional<ContentRange> contentRange{};
+  std::string entityTag{};  ///< strong ones only, else empty
+  std::optional<std::chrono::seconds> retryAfter{};
 };
 
 /// How long a transfer may take. `scale` shortens every wait; 1 but in tests.

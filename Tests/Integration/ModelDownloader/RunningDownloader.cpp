@@ -76,7 +76,10 @@ std::optional<DownloaderEvent> RunningDownloader::next() {
     if (::poll(&readable, 1, longestSilence) <= 0) return std::nullopt;
     char bytes[64 * 1024];
     const auto count = ::read(process_->output(), bytes, sizeof bytes);
-    if (count <= 0) return std::nullopt;
+    if (count <= 0) {
+      hasEnded_ = true;
+      return std::nullopt;
+    }
     lines_.append({bytes, static_cast<std::size_t>(count)});
   }
 }

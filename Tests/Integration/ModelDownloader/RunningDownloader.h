@@ -45,6 +45,8 @@ class RunningDownloader {
   /// Everything up to and with "idle", without progress.
   std::vector<DownloaderEvent> untilIdle();
 
+  /// Whether it has closed its output.
+  [[nodiscard]] bool hasEnded() const { return hasEnded_; }
   void kill();
   /// Ends it by closing its input.
   void close();
@@ -53,6 +55,7 @@ class RunningDownloader {
  private:
   std::unique_ptr<ChildProcess> process_;
   LineSplitter lines_{1 << 20};
+  bool hasEnded_ = false;
 };
 
 }  // namespace murmel::test
