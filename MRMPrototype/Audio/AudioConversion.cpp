@@ -3,10 +3,12 @@
 #include "Audio/AudioCaptureService.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace murmel {
 
@@ -21,6 +23,11 @@ inline std::int16_t rounded(float value) {
   const auto up = static_cast<std::int32_t>(rest >= 0.5F);
   const auto down = static_cast<std::int32_t>(rest <= -0.5F);
   return static_cast<std::int16_t>(whole + up - down);
+}
+
+constexpr std::uint16_t littleEndian(std::uint16_t value) {
+  if constexpr (std::endian::native == std::endian::little) return value;
+  return static_cast<std::uint16_t>((value << 8U) | (value >> 8U));
 }
 
 }  // namespace
@@ -48,21 +55,31 @@ std::vector<float> AudioCaptureService::resample(std::vector<float> samples, dou
 
 std::vector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const float> samples) {
   constexpr std::uint32_t exponentBits = 0x7f80'0000;  // all set in infinities and in what is not a number
+  constexpr std::size_t chunkLength = 512;             // simple loops over arrays, for the sake of vectors
   std::vector<std::uint8_t> bytes(2 * samples.size());
-  bool allFinite = true;
-  std::uint8_t* next = bytes.data();
-  for (const float sample : samples) {
-    allFinite &= (std::bit_cast<std::uint32_t>(sample) & exponentBits) != exponentBits;
-    // This order of the comparisons turns what is not a number into -1: converting it would be undefined.
-    const float clipped = std::min(std::max(-1.0F, sample), 1.0F);
-    auto value = static_cast<std::uint16_t>(rounded(clipped * fullScale));
-    if constexpr (std::endian::native == std::endian::big)
-      value = static_cast<std::uint16_t>((value << 8U) | (value >> 8U));
-    std::memcpy(next, &value, sizeof value);
-    next += sizeof value;
+  std::array<std::uint16_t, chunkLength> codes{};
+  std::uint32_t notFinite = 0;
+  for (std::size_t done = 0; done < samples.size();) {
+    const auto count = std::min(samples.size() - done, chunkLength);
+    const float* chunk = samples.data() + done;
+    for (std::size_t index = 0; index < count; ++index) {
+      const float sample = chunk[index];
+      notFinite |=
+          static_cast<std::uint32_t>((std::bit_cast<std::uint32_t>(sample) & exponentBits) == exponentBits);
+      // This order of the comparisons turns what is not a number into -1: converting it would be undefined.
+      const float above = -1.0F < sample ? sample : -1.0F;
+      const float clipped = above < 1.0F ? above : 1.0F;
+      codes[index] = littleEndian(static_cast<std::uint16_t>(rounded(clipped * fullScale)));
+    }
+    std::memcpy(bytes.data() + 2 * done, codes.data(), 2 * count);
+    done += count;
   }
-  if (!allFinite) throw std::invalid_argument("encodePCM16LE was given a sample that is not finite");
+  if (notFinite != 0) throw std::invalid_argument("encodePCM16LE was given a sample that is not finite");
   return bytes;
+}
+
+CapturedAudio AudioCaptureService::convertForRecognition(PendingCapturedAudio pending) {
+  return {encodePCM16LE(resample(std::move(pending.monoSamples), pending.sampleRate, recognitionSampleRate))};
 }
 
 }  // namespace murmel

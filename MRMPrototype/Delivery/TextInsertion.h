@@ -1,10 +1,13 @@
 #pragma once
 
 #include "Delivery/LiveInsertionBlock.h"
+#include "Delivery/PasteSettlement.h"
 #include "Delivery/TextDeliveryResult.h"
+#include "Foundation/Registration.h"
 #include "Foundation/SpokenText.h"
 #include "Foundation/Task.h"
 
+#include <functional>
 #include <optional>
 
 namespace murmel {
@@ -19,23 +22,32 @@ class TextInsertion {
   /// Forgets the target. Does nothing without a session.
   virtual void endDictationSession() = 0;
 
-  /// Completes a pending restore of the previous clipboard at once; nothing when none is pending.
+  /// Completes a pending restore of the previous clipboard at once; nothing when none is pending. When the
+  /// target has not read the text yet, the restore would make it paste the old clipboard: then this waits for
+  /// the read, at most until 2 s after the paste.
   virtual Task<std::optional<TextDeliveryResult>> finishPasteCleanup() = 0;
 
   /// Brings the target back to the front if needed and pastes; where that cannot be done, the text is put on
-  /// the clipboard instead. Never loses the text.
+  /// the clipboard instead. Never loses the text: once begun it is carried out even when the task is
+  /// destroyed. With `liveOnly` the text is what live insertion left over: it is only copied when a phrase of
+  /// this session was refused.
   virtual Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) = 0;
 
-  /// Pastes one phrase while the recording goes on. False when it was not posted; `lastBlock` says why.
+  /// Pastes one phrase while the recording goes on. False when it was not posted, or posted and not read by
+  /// the target within 2 s; `lastBlock` says why. Leaves the clipboard alone when it is not posted. From the
+  /// first phrase on the target is fixed: a switch of application ends live insertion and is not undone.
   virtual Task<bool> insertLiveSegment(SpokenText phrase) = 0;
   /// Why the last paste of this session was refused, if it was.
   [[nodiscard]] virtual std::optional<LiveInsertionBlock> lastBlock() const = 0;
 
-  /// How the last paste of this session ended, as far as was known when it was posted.
+  /// How the last paste of this session ended, as far as is known by now.
   [[nodiscard]] virtual std::optional<TextDeliveryResult> lastResult() const = 0;
 
   /// Puts the text on the clipboard, marked private, for a paste by hand.
   virtual void writePrivateText(const SpokenText& text) = 0;
+
+  /// Tells how each paste that was sent turned out: after `insertionSent` this is what happened in the end.
+  [[nodiscard]] virtual Registration onPasteSettled(std::function<void(PasteSettlement)> handler) = 0;
 };
 
 }  // namespace murmel

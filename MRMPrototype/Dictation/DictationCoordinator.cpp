@@ -39,6 +39,8 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
     if (std::exchange(hasLastTranscript_, available) != available) onLastTranscriptChange_.emit(available);
   });
   services_.audio.setOnConfigurationChange([this] { audioConfigurationChanged(); });
+  pasteObserver_ =
+      services_.insertion.onPasteSettled([this](PasteSettlement settlement) { pasteSettled(settlement); });
   modelInventoryObserver_ = services_.models.onInventoryChange([this] { modelInventoryChanged(); });
   showRest();
 }

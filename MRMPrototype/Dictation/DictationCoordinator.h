@@ -106,6 +106,7 @@ class DictationCoordinator {
   Task<bool> insertLivePhrase(SpokenText phrase);
   [[nodiscard]] std::vector<std::string> collectWarnings(const Recording& recording,
                                                          const DictationSessionResult& result) const;
+  void pasteSettled(PasteSettlement settlement);
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
   void showFailure(const MRMError& error, const Recording& recording);
   void logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const;
@@ -126,6 +127,7 @@ class DictationCoordinator {
   RuntimePriority runtimePriority_;
   RecogniserPreparation preparation_;
   Registration modelInventoryObserver_;
+  Registration pasteObserver_;
   Registration overlayObserver_;
   std::function<void()> onRequiredModelMissing_;
 
@@ -133,6 +135,8 @@ class DictationCoordinator {
   bool startRequestInFlight_ = false;
   bool refinementWarmupStarted_ = false;
   std::int64_t backlogRevision_ = 0;
+  /// What must be told with the next outcome, because a dictation was under way when it became known.
+  std::optional<std::string> postponedWarning_;
   OperationIdentifier insertionSessionOwner_ = 0;
   std::unique_ptr<Recording> recording_;
   std::optional<RepeatingTimer> meterTimer_;

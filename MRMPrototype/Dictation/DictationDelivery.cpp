@@ -88,6 +88,7 @@ Task<bool> DictationCoordinator::insertLivePhrase(SpokenText phrase) {
 std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& recording,
                                                                const DictationSessionResult& result) const {
   std::vector<std::string> warnings;
+  if (postponedWarning_) warnings.push_back(*postponedWarning_);
   if (result.failedPieces > 0) warnings.emplace_back("Part of the recording was not recognized.");
   if (recording.deviceChanged) {
     warnings.emplace_back("Audio configuration changed. Recording stopped; captured audio processed.");
@@ -98,7 +99,20 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
   return warnings;
 }
 
+void DictationCoordinator::pasteSettled(PasteSettlement settlement) {
+  const auto told = warning(settlement);
+  if (told && state().isBusy()) {
+    postponedWarning_ = told;
+  } else if (told) {
+    status_.showTransientWarning(*told);
+  } else if (state().which() == DictationState::Case::success) {
+    // "Inserted" is on show: say what has become of the clipboard for as long as that is to be seen.
+    status_.showFor(DictationState::delivered(deliveryResult(settlement)), outcomeHold);
+  }
+}
+
 void DictationCoordinator::showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings) {
+  postponedWarning_.reset();
   if (warnings.empty()) {
     status_.showFor(DictationState::delivered(result), outcomeHold);
   } else {

@@ -9,7 +9,7 @@ namespace murmel {
 class TranscriptCleanUp {
  public:
   virtual ~TranscriptCleanUp() = default;
-  [[nodiscard]] virtual std::string clean(std::string text) const = 0;
+  [[nodiscard]] virtual std::string clean(std::string text) = 0;
 };
 
 }  // namespace murmel

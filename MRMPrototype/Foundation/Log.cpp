@@ -27,6 +27,7 @@ void LogField::appendTo(std::string& line) const {
     void operator()(PublicText value) const { line += value.view(); }
     void operator()(bool value) const { line += value ? "true" : "false"; }
     void operator()(std::int64_t value) const { line += std::to_string(value); }
+    void operator()(std::uint64_t value) const { line += std::to_string(value); }
     void operator()(double value) const { line += shortestDecimal(value); }
   };
   std::visit(Append{line}, value_);

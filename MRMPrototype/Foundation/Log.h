@@ -32,15 +32,19 @@ class PublicText {
 class LogField {
  public:
   LogField(PublicText key, PublicText value) : key_(key), value_(value) {}
-  LogField(PublicText key, bool value) : key_(key), value_(value) {}
-  LogField(PublicText key, std::integral auto value) : key_(key), value_(static_cast<std::int64_t>(value)) {}
+  LogField(PublicText key, std::same_as<bool> auto value) : key_(key), value_(value) {}
+  LogField(PublicText key, std::signed_integral auto value)
+      : key_(key), value_(static_cast<std::int64_t>(value)) {}
+  template <std::unsigned_integral Number>
+  requires(!std::same_as<Number, bool>) LogField(PublicText key, Number value)
+      : key_(key), value_(static_cast<std::uint64_t>(value)) {}
   LogField(PublicText key, double value) : key_(key), value_(value) {}
 
   void appendTo(std::string& line) const;
 
  private:
   PublicText key_;
-  std::variant<PublicText, bool, std::int64_t, double> value_;
+  std::variant<PublicText, bool, std::int64_t, std::uint64_t, double> value_;
 };
 
 /// Where log lines go. Thread-safe.

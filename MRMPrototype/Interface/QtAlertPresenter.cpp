@@ -13,7 +13,8 @@ void QtAlertPresenter::show(Alert alert, std::function<void(bool accepted)> answ
   auto* box =
       new QMessageBox(QMessageBox::Information, inPlatformWords(alert.title), inPlatformWords(alert.text));
   box->setAttribute(Qt::WA_DeleteOnClose);
-  const QAbstractButton* accept = box->addButton(inPlatformWords(alert.acceptButton), QMessageBox::AcceptRole);
+  const QAbstractButton* accept =
+      box->addButton(inPlatformWords(alert.acceptButton), QMessageBox::AcceptRole);
   if (!alert.declineButton.empty())
     box->addButton(inPlatformWords(alert.declineButton), QMessageBox::RejectRole);
   QObject::connect(box, &QDialog::finished, box,

@@ -5,8 +5,8 @@
 namespace murmel {
 
 FluidAudioRecognition::FluidAudioRecognition(FluidAudioProvider::Services services,
-                                             FluidAudioProvider::Bundle bundle, const SpeechModelStore& models,
-                                             ExecutableRuntimePolicy policy)
+                                             FluidAudioProvider::Bundle bundle,
+                                             const SpeechModelStore& models, ExecutableRuntimePolicy policy)
     : services_(services), bundle_(std::move(bundle)), models_(models), policy_(std::move(policy)) {}
 
 Result<std::shared_ptr<TranscriptionProvider>> FluidAudioRecognition::make(

@@ -13,8 +13,8 @@
 
 namespace murmel {
 
-/// Makes the recogniser, and gives the same one again as long as somebody holds it and the model is the same: its
-/// worker has loaded the model already.
+/// Makes the recogniser, and gives the same one again as long as somebody holds it and the model is the same:
+/// its worker has loaded the model already.
 class FluidAudioRecognition final : public TranscriptionProviderFactory {
  public:
   FluidAudioRecognition(FluidAudioProvider::Services services, FluidAudioProvider::Bundle bundle,

@@ -7,8 +7,8 @@
 
 namespace murmel {
 
-/// The programs that this executable can be. Each makes its own Qt application from the arguments of `main`, puts its
-/// services together, runs, and gives the exit status.
+/// The programs that this executable can be. Each makes its own Qt application from the arguments of `main`,
+/// puts its services together, runs, and gives the exit status.
 
 /// The desktop application.
 int runDesktop(int& argumentCount, char** arguments, const ApplicationFolders& folders,
@@ -17,7 +17,8 @@ int runDesktop(int& argumentCount, char** arguments, const ApplicationFolders& f
 int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders& folders,
                   const InformationDictionary& info, const TranscribeRole& role);
 /// One command to the running instance; 1 when there is none.
-int runRemoteCommand(int& argumentCount, char** arguments, const InformationDictionary& info, IntelCommand command);
+int runRemoteCommand(int& argumentCount, char** arguments, const InformationDictionary& info,
+                     IntelCommand command);
 /// What works on this desktop; 1 when dictation cannot work.
 int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& folders,
               const InformationDictionary& info);

@@ -21,6 +21,7 @@ class StandardOutputDelivery final : public TextInsertion {
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return std::nullopt; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override;
   void writePrivateText(const SpokenText& text) override;
+  [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)>) override { return {}; }
 
  private:
   std::function<void(const std::string&)> print_;

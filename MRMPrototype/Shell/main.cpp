@@ -5,11 +5,12 @@
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 
-#include <fmt/core.h>
 #include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#include <fmt/core.h>
 
 namespace {
 
@@ -56,8 +57,9 @@ int main(int argumentCount, char** argumentValues) {
   if (!info) return complain("This installation is damaged. " + info.error());
 
   const auto identity = MRMBuildIdentity::from(*info);
-  const auto version =
-      fmt::format("{} {} ({}), {}", identity.displayName, identity.version, identity.buildNumber, identity.editionName);
-  const auto role = launchRole(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), version);
+  const auto version = fmt::format("{} {} ({}), {}", identity.displayName, identity.version,
+                                   identity.buildNumber, identity.editionName);
+  const auto role =
+      launchRole(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), version);
   return std::visit(Run{argumentCount, argumentValues, *folders, *info}, role);
 }

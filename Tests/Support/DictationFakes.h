@@ -51,7 +51,11 @@ class FakeTextInsertion final : public TextInsertion {
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return block; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return result; }
   void writePrivateText(const SpokenText& text) override { copied.push_back(text.reveal()); }
+  [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override {
+    return settled.subscribe(std::move(handler));
+  }
 
+  Signal<PasteSettlement> settled;
   bool sessionOpen = false;
   int sessionsBegun = 0;
   std::vector<std::string> delivered;
@@ -167,7 +171,7 @@ class FakeRefinementSource final : public RefinementSource {
 /// Marks what it has cleaned, so that a second application shows.
 class FakeTranscriptCleanUp final : public TranscriptCleanUp {
  public:
-  [[nodiscard]] std::string clean(std::string text) const override {
+  [[nodiscard]] std::string clean(std::string text) override {
     return text.find_first_not_of(" \n\t") == std::string::npos ? text : "[" + text + "]";
   }
 };

@@ -86,6 +86,31 @@ TEST_F(DictationCoordinatorTest, EveryDeliveryResultHasItsStateAndRestAfterwards
   EXPECT_EQ(title(), "Ready");
 }
 
+TEST_F(DictationCoordinatorTest, HowAPasteTurnedOutIsShownWhenItIsKnown) {
+  begin();
+  dictateByToggle();
+  EXPECT_EQ(title(), "Inserted");
+  executor.advance(1s);
+  insertion.settled.emit(PasteSettlement::clipboardRestored);
+  EXPECT_EQ(title(), "Inserted · clipboard restored");
+  executor.advance(1500ms);
+  EXPECT_EQ(title(), "Ready");
+  insertion.settled.emit(PasteSettlement::clipboardRestored);
+  EXPECT_EQ(title(), "Ready") << "news of something that is no longer on show";
+
+  insertion.settled.emit(PasteSettlement::neverRead);
+  EXPECT_EQ(title(), "The application did not take the text. Copied — press ⌘V.");
+  executor.advance(6s);
+  EXPECT_EQ(title(), "Ready");
+
+  startByToggle();
+  insertion.settled.emit(PasteSettlement::neverRead);
+  EXPECT_EQ(state(), Case::listening) << "a recording goes on";
+  coordinator->toggle();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "The application did not take the text. Copied — press ⌘V.") << "told afterwards";
+}
+
 TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
   struct Row {
     bool live, process;

@@ -4,12 +4,13 @@
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/LaunchRole.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace murmel;
 using namespace std::chrono_literals;
@@ -33,9 +34,13 @@ std::string roleOf(const std::vector<std::string>& arguments) {
       for (const auto& file : transcribe.files) text += " " + file.string();
       return text;
     }
-    std::string operator()(const RemoteCommandRole& remote) const { return std::string(rawValue(remote.command)); }
+    std::string operator()(const RemoteCommandRole& remote) const {
+      return std::string(rawValue(remote.command));
+    }
     std::string operator()(const DoctorRole&) const { return "doctor"; }
-    std::string operator()(const MessageRole& message) const { return "exit " + std::to_string(message.exitStatus); }
+    std::string operator()(const MessageRole& message) const {
+      return "exit " + std::to_string(message.exitStatus);
+    }
   };
   return std::visit(Describe{}, role);
 }
@@ -111,7 +116,8 @@ TEST(LaunchRole, FollowsTheArguments) {
   for (const auto& [arguments, expected] : rows) {
     EXPECT_EQ(roleOf(arguments), expected) << ::testing::PrintToString(arguments);
   }
-  EXPECT_THAT(std::get<MessageRole>(launchRole({"--version"}, "Murmel 1.2 (3)")).text, HasSubstr("Murmel 1.2 (3)"));
+  EXPECT_THAT(std::get<MessageRole>(launchRole({"--version"}, "Murmel 1.2 (3)")).text,
+              HasSubstr("Murmel 1.2 (3)"));
 }
 
 TEST(IntelCommands, EveryCommandHasOneActionAndReachesItsObservers) {

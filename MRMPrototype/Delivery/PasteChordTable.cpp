@@ -1,0 +1,113 @@
+#include "Delivery/PasteChordTable.h"
+
+#include "Foundation/Text.h"
+
+#include <algorithm>
+#include <optional>
+#include <ranges>
+
+namespace murmel {
+
+namespace {
+
+constexpr PasteMethod terminal{PasteChord::controlShiftV, false};
+constexpr PasteMethod classicTerminal{PasteChord::shiftInsert, true};
+
+struct KnownClass {
+  std::string_view windowClass;
+  PasteMethod method;
+};
+
+/// Ctrl+V types a control character into a terminal. Those of the first group follow the convention of
+/// desktop terminals; those of the second paste the primary selection with Shift+Insert and know no key for
+/// the clipboard; editors of the third give Ctrl+V another meaning.
+constexpr KnownClass knownClasses[] = {
+    {"Alacritty", terminal},
+    {"Deepin-terminal", terminal},
+    {"Gnome-terminal", terminal},
+    {"Gnome-terminal-server", terminal},
+    {"Guake", terminal},
+    {"Kgx", terminal},
+    {"Konsole", terminal},
+    {"Lxterminal", terminal},
+    {"Mate-terminal", terminal},
+    {"Org.gnome.Console", terminal},
+    {"Org.gnome.Ptyxis", terminal},
+    {"Org.wezfurlong.wezterm", terminal},
+    {"Qterminal", terminal},
+    {"Roxterm", terminal},
+    {"Sakura", terminal},
+    {"St-256color", terminal},
+    {"Terminator", terminal},
+    {"Tilda", terminal},
+    {"Tilix", terminal},
+    {"Xfce4-terminal", terminal},
+    {"Yakuake", terminal},
+    {"kitty", terminal},
+    {"Mlterm", classicTerminal},
+    {"Rxvt", classicTerminal},
+    {"URxvt", classicTerminal},
+    {"UXTerm", classicTerminal},
+    {"XTerm", classicTerminal},
+    {"Emacs", {PasteChord::shiftInsert, false}},
+    {"Gvim", classicTerminal},
+};
+
+char asciiLower(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+bool isSameName(std::string_view one, std::string_view other) {
+  return std::ranges::equal(one, other, {}, asciiLower, asciiLower);
+}
+
+std::optional<PasteChord> parseChord(std::string_view name) {
+  for (const auto chord : allCases<PasteChord>()) {
+    if (isSameName(rawValue(chord), name)) return chord;
+  }
+  return std::nullopt;
+}
+
+std::optional<PasteMethod> parseMethod(std::string_view text) {
+  const auto words = text::words(text);
+  if (words.empty() || words.size() > 2) return std::nullopt;
+  const auto chord = parseChord(words.front());
+  if (!chord) return std::nullopt;
+  if (words.size() == 2 && !isSameName(words.back(), "primary")) return std::nullopt;
+  return PasteMethod{*chord, words.size() == 2};
+}
+
+}  // namespace
+
+PasteChordTable::PasteChordTable() {
+  for (const auto& known : knownClasses) rows_.push_back({std::string(known.windowClass), known.method});
+}
+
+std::vector<PasteChordTable::InvalidLine> PasteChordTable::addUserLines(std::string_view lines) {
+  std::vector<InvalidLine> invalid;
+  std::size_t number = 0;
+  for (const auto part : std::views::split(lines, '\n')) {
+    ++number;
+    const auto line = text::trimmed(std::string_view(part.begin(), part.end()));
+    if (line.empty() || line.starts_with('#')) continue;
+    const auto equals = line.rfind('=');
+    const auto name =
+        equals == std::string_view::npos ? std::string_view{} : text::trimmed(line.substr(0, equals));
+    const auto method = name.empty() ? std::nullopt : parseMethod(line.substr(equals + 1));
+    if (method) {
+      rows_.push_back({std::string(name), *method});
+    } else {
+      invalid.push_back({number, std::string(line)});
+    }
+  }
+  return invalid;
+}
+
+PasteMethod PasteChordTable::method(std::string_view windowClass, std::string_view instanceName) const {
+  const auto row = std::ranges::find_if(rows_.rbegin(), rows_.rend(), [&](const Row& candidate) {
+    return isSameName(candidate.windowClass, windowClass) || isSameName(candidate.windowClass, instanceName);
+  });
+  return row == rows_.rend() ? PasteMethod{} : row->method;
+}
+
+}  // namespace murmel

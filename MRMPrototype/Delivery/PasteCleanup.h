@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Delivery/ClipboardTransaction.h"
+#include "Delivery/PasteReceipts.h"
+#include "Delivery/PasteSettlement.h"
+#include "Delivery/TargetReads.h"
+#include "Delivery/TextDeliveryResult.h"
+#include "Foundation/Executor.h"
+#include "Foundation/OneShot.h"
+#include "Foundation/Scope.h"
+#include "Foundation/Signal.h"
+#include "Foundation/Uuid.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace murmel {
+
+/// A paste that was sent, until it is known what became of it.
+struct SentPaste {
+  std::vector<ClipboardTransaction> transactions;  ///< the general pasteboard's first
+  std::unique_ptr<TargetReads> reads;              ///< collecting since before the paste was sent
+  Instant postedAt{};
+  /// False: the transcript stays on the general pasteboard, and only its arrival is watched.
+  bool restoresPrevious = true;
+};
+
+/// Brings the previous clipboard back after a paste, once the target has read the text. Holds at most one
+/// pending paste. Main thread; the pasteboards must outlive it.
+class PasteCleanup {
+ public:
+  PasteCleanup(Executor& executor, const Clock& clock);
+
+  /// Takes over from here; a paste that is still pending is forgotten.
+  void schedule(SentPaste paste);
+
+  /// Ends the wait: restores at once when the target has read the text. When it has not, the old clipboard
+  /// would be pasted instead of the text, so the answer waits for the read, at most until 2 s after the
+  /// paste. Nothing when no restore was pending.
+  Task<std::optional<TextDeliveryResult>> finish();
+
+  /// Whether the pending paste was read by the target: as soon as it is, or false when it is settled without.
+  Task<bool> arrival();
+
+  [[nodiscard]] bool isPending() const { return pending_ != nullptr; }
+
+  /// Tells how each paste turned out.
+  [[nodiscard]] Registration onSettled(std::function<void(PasteSettlement)> handler) {
+    return settled_.subscribe(std::move(handler));
+  }
+
+ private:
+  struct Pending {
+    Uuid identifier;
+    SentPaste paste;
+    PasteReceipts receipts;
+    bool generalChanged = false;
+    bool settling = false;
+    std::vector<Registration> changes;
+    Registration timer;
+    std::vector<OneShotSender<PasteSettlement>> finishers;
+    std::vector<OneShotSender<bool>> arrivalWaiters;
+  };
+
+  void evaluate();
+  void settle(bool wasRead);
+  void answerArrival(bool arrived);
+  Task<void> restore(Uuid identifier);
+  void conclude(Uuid identifier, PasteSettlement settlement);
+
+  Executor& executor_;
+  const Clock& clock_;
+  std::shared_ptr<Pending> pending_;
+  Signal<PasteSettlement> settled_;
+  Scope scope_;  // last: its tasks use everything above
+};
+
+}  // namespace murmel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+
+#include <optional>
+
+namespace murmel {
+
+/// When the previous clipboard may come back after a paste, decided by what the target has read. A pure state
+/// machine; the times are values.
+class PasteReceipts {
+ public:
+  /// Applications read more than once for one paste (terminals twice within a millisecond, some toolkits in
+  /// several forms): the restore waits for this much silence after the last read.
+  static constexpr Duration quietTime = std::chrono::milliseconds(200);
+  /// The same when something waits for the restore: enough for a read that follows at once.
+  static constexpr Duration hurriedQuietTime = std::chrono::milliseconds(20);
+  /// After this the user may want to paste something else, whatever the target does.
+  static constexpr Duration latestRestore = std::chrono::seconds(2);
+
+  enum class Step {
+    wait,       ///< look again at `until`, or when something happens
+    restore,    ///< the target has read the text
+    neverRead,  ///< it has not, and nobody waits any longer
+  };
+  struct Verdict {
+    Step step = Step::wait;
+    Instant until{};
+  };
+
+  explicit PasteReceipts(Instant postedAt) : postedAt_(postedAt) {}
+
+  /// The target read the text. A read from before the paste proves nothing and is not counted.
+  void noteRead(Instant at);
+  /// Something waits for the restore: it comes as soon as it can without harm.
+  void hurry() { hurried_ = true; }
+
+  [[nodiscard]] bool wasRead() const { return lastRead_.has_value(); }
+  [[nodiscard]] Verdict verdict(Instant now) const;
+
+ private:
+  Instant postedAt_;
+  std::optional<Instant> lastRead_;
+  bool hurried_ = false;
+};
+
+}  // namespace murmel

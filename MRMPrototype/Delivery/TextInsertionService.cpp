@@ -1,0 +1,320 @@
+#include "Delivery/TextInsertionService.h"
+
+#include "Delivery/PrivateTranscript.h"
+#include "Foundation/OneShot.h"
+#include "Foundation/Timers.h"
+
+#include <coroutine>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// How long the workspace takes to tell of a switch, and how often the front is looked at.
+constexpr Duration focusPollInterval = std::chrono::milliseconds(75);
+constexpr int focusPollCount = 20;
+
+/// Hands the result of a task of the service's own to whoever waits for it, from the loop.
+template <class T>
+Task<void> answer(Task<T> task, Executor& executor, OneShotSender<T> sender) {
+  const T result = co_await task;
+  executor.post([sender = std::move(sender), result]() mutable { sender.send(result); });
+}
+
+/// Nobody answers only when the service is gone; the waiter stays suspended until its owner destroys it.
+template <class T>
+Task<T> awaitAnswer(OneShotReceiver<T> receiver) {
+  const auto result = co_await receiver;
+  if (!result) co_await std::suspend_always{};
+  co_return *result;
+}
+
+}  // namespace
+
+TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextInsertionOptions options,
+                                           Logger logger)
+    : desktop_(desktop),
+      options_(std::move(options)),
+      logger_(std::move(logger)),
+      ownershipType_(ClipboardTransaction::ownershipType(options_.applicationIdentifier)),
+      pasteCleanup_(desktop.executor, desktop.clock),
+      settlements_(pasteCleanup_.onSettled([this](PasteSettlement settlement) {
+        if (lastResult_) lastResult_ = deliveryResult(settlement);
+      })) {}
+
+void TextInsertionService::beginDictationSession() {
+  endDictationSession();
+  lastBlock_.reset();
+  lastResult_.reset();
+  const auto front = desktop_.workspace.frontmostApplication();
+  if (front && InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess)) target_ = front;
+  activations_ = desktop_.workspace.onActivation(
+      [this](const RunningApplication& application) { activated(application); });
+}
+
+void TextInsertionService::endDictationSession() {
+  activations_.reset();
+  target_.reset();
+  targetIsFixed_ = false;
+  userActivatedAnother_ = false;
+}
+
+void TextInsertionService::activated(const RunningApplication& application) {
+  if (!InsertionFocusPolicy::canBeTarget(application, options_.ownProcess)) return;
+  if (targetIsFixed_) {
+    userActivatedAnother_ = !isSameApplication(application, *target_);
+  } else {
+    target_ = application;
+  }
+}
+
+bool TextInsertionService::isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
+                                               const RunningApplication& application) const {
+  return front && !isSameApplication(*front, application) &&
+         InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess);
+}
+
+/// The workspace tells of a switch a moment after it happened: when one is seen, wait for the word of it.
+Task<void> TextInsertionService::followTheUser() {
+  if (!target_ || userActivatedAnother_) co_return;
+  if (!isAnotherOfTheUsers(desktop_.workspace.frontmostApplication(), *target_)) co_return;
+  auto waiting = sleepFor(desktop_.executor, focusPollInterval);
+  co_await waiting;
+}
+
+Task<std::optional<TextDeliveryResult>> TextInsertionService::finishPasteCleanup() {
+  return pasteCleanup_.finish();
+}
+
+Registration TextInsertionService::onPasteSettled(std::function<void(PasteSettlement)> handler) {
+  return pasteCleanup_.onSettled(std::move(handler));
+}
+
+Task<void> TextInsertionService::restoreEditingApplicationIfNeeded(
+    std::optional<RunningApplication> application) {
+  auto& workspace = desktop_.workspace;
+  if (!application || workspace.isTerminated(*application)) co_return;
+  const auto isInFront = [&workspace](const RunningApplication& wanted) {
+    const auto front = workspace.frontmostApplication();
+    return front && isSameApplication(*front, wanted);
+  };
+  if (isInFront(*application)) co_return;
+  workspace.activate(*application);
+  for (int poll = 0; poll < focusPollCount && !isInFront(*application); ++poll) {
+    auto waiting = sleepFor(desktop_.executor, focusPollInterval);
+    co_await waiting;
+  }
+}
+
+Task<TextDeliveryResult> TextInsertionService::insertOrCopy(SpokenText text, bool liveOnly) {
+  auto [sender, receiver] = makeOneShot<TextDeliveryResult>();
+  scope_.start(answer(deliver(std::move(text), liveOnly), desktop_.executor, std::move(sender)));
+  auto waiting = awaitAnswer(std::move(receiver));
+  const auto result = co_await waiting;
+  co_return result;
+}
+
+Task<bool> TextInsertionService::insertLiveSegment(SpokenText phrase) {
+  auto [sender, receiver] = makeOneShot<bool>();
+  scope_.start(answer(deliverLiveSegment(std::move(phrase)), desktop_.executor, std::move(sender)));
+  auto waiting = awaitAnswer(std::move(receiver));
+  const bool inserted = co_await waiting;
+  co_return inserted;
+}
+
+Task<TextDeliveryResult> TextInsertionService::deliver(SpokenText text, bool liveOnly) {
+  auto finishing = pasteCleanup_.finish();
+  co_await finishing;
+  if (liveOnly && lastBlock_) {
+    auto writing = write(std::move(text));
+    co_await writing;
+    lastResult_ = TextDeliveryResult::copiedFallback;
+    co_return TextDeliveryResult::copiedFallback;
+  }
+  auto following = followTheUser();
+  co_await following;
+  const auto target = target_;
+  auto restoring = restoreEditingApplicationIfNeeded(target);
+  co_await restoring;
+  auto dispatching = dispatchPasteOrCopy(std::move(text), target, false);
+  const auto result = co_await dispatching;
+  co_return result;
+}
+
+Task<bool> TextInsertionService::deliverLiveSegment(SpokenText phrase) {
+  auto finishing = pasteCleanup_.finish();
+  co_await finishing;
+  auto following = followTheUser();
+  co_await following;
+  if (target_ && !targetIsFixed_) targetIsFixed_ = true;
+  const auto target = target_;
+  // Where the user has gone somewhere else, the original application is not forced upon them.
+  if (!userActivatedAnother_) {
+    auto restoring = restoreEditingApplicationIfNeeded(target);
+    co_await restoring;
+  }
+  auto dispatching = dispatchPasteOrCopy(std::move(phrase), target, true);
+  const auto result = co_await dispatching;
+  const bool posted = result != TextDeliveryResult::copiedFallback;
+  logger_.line(LogLevel::info,
+               posted ? PublicText("paste_dispatched=true") : PublicText("paste_dispatched=false"));
+  if (!posted) co_return false;
+  auto arriving = pasteCleanup_.arrival();
+  const bool arrived = co_await arriving;
+  if (!arrived) lastBlock_ = LiveInsertionBlock::unknown;
+  co_return arrived;
+}
+
+std::optional<PasteMethod> TextInsertionService::methodFor(const RunningApplication& application) {
+  const auto method = options_.pasteChords.method(application.bundleIdentifier, application.instanceName);
+  if (desktop_.keyboard.canPost(method.chord)) return method;
+  // A layout without Latin letters has no V. Insert is on every keyboard; some applications paste the
+  // primary selection with it.
+  constexpr PasteMethod withoutLetters{PasteChord::shiftInsert, true};
+  if (desktop_.keyboard.canPost(withoutLetters.chord)) return withoutLetters;
+  return std::nullopt;
+}
+
+PasteObservations TextInsertionService::observe(const std::optional<RunningApplication>& application,
+                                                bool eventsAvailable) {
+  PasteObservations seen;
+  if (!application) return seen;
+  const auto front = desktop_.workspace.frontmostApplication();
+  seen.hasTarget = true;
+  seen.targetTerminated = desktop_.workspace.isTerminated(*application);
+  seen.targetInFront = front && isSameApplication(*front, *application);
+  seen.userActivatedAnother = userActivatedAnother_ || isAnotherOfTheUsers(front, *application);
+  seen.secureInput = desktop_.secureInput.isEnabled();
+  seen.mayPost = desktop_.keyboard.mayPost();
+  seen.eventsAvailable = eventsAvailable;
+  return seen;
+}
+
+Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
+    SpokenText text, std::optional<RunningApplication> application, bool liveOnly) {
+  lastBlock_.reset();
+  const auto method = application ? methodFor(*application) : std::nullopt;
+  if (const auto block = firstPasteBlock(observe(application, method.has_value()))) {
+    auto refusing = refuse(*block, std::move(text), liveOnly);
+    const auto result = co_await refusing;
+    co_return result;
+  }
+  auto releasing = desktop_.keyboard.awaitReleasedModifiers();
+  co_await releasing;
+
+  auto opening = openTransactions(text, method->usesPrimary);
+  auto transactions = co_await opening;
+  if (transactions.empty()) {
+    logger_.event(LogLevel::error, "clipboard_unavailable");
+    auto refusing = refuse(LiveInsertionBlock::unknown, std::move(text), liveOnly);
+    const auto result = co_await refusing;
+    co_return result;
+  }
+  auto reads = std::make_unique<TargetReads>(application->client);
+  for (const auto& transaction : transactions)
+    reads->follow(transaction.pasteboard(), transaction.ownership().changeCount);
+
+  // The modifiers and the capture may have taken their time: look again.
+  auto block = firstPasteBlock(observe(application, method.has_value()));
+  const auto postedAt = desktop_.clock.now();
+  if (!block) {
+    switch (desktop_.keyboard.post(method->chord, *application)) {
+      case PostResult::posted:
+        break;
+      case PostResult::targetNotInFront: {
+        const auto seen = observe(application, true);
+        block =
+            seen.userActivatedAnother ? LiveInsertionBlock::appChanged : LiveInsertionBlock::targetNotActive;
+        break;
+      }
+      case PostResult::unavailable:
+        block = LiveInsertionBlock::eventsUnavailable;
+        break;
+    }
+  }
+  if (block) {
+    auto takingBack = takeBack(*block, std::move(transactions), std::move(text), liveOnly);
+    const auto result = co_await takingBack;
+    co_return result;
+  }
+  auto settling = settlePosted(std::move(transactions), std::move(reads), postedAt);
+  const auto result = co_await settling;
+  co_return result;
+}
+
+Task<std::vector<ClipboardTransaction>> TextInsertionService::openTransactions(SpokenText text,
+                                                                               bool usesPrimary) {
+  std::vector<ClipboardPasteboard*> pasteboards{&desktop_.general};
+  if (usesPrimary && desktop_.primary != nullptr) pasteboards.push_back(desktop_.primary);
+  std::vector<ClipboardTransaction> transactions;
+  for (auto* pasteboard : pasteboards) {
+    auto opening = ClipboardTransaction::open(*pasteboard, text, ownershipType_);
+    auto transaction = co_await opening;
+    if (!transaction) break;  // the general one must be taken; the primary one alone helps nobody
+    if (!transaction->previousIsComplete()) logger_.event(LogLevel::notice, "clipboard_capture_incomplete");
+    transactions.push_back(*std::move(transaction));
+  }
+  co_return transactions;
+}
+
+Task<TextDeliveryResult> TextInsertionService::settlePosted(std::vector<ClipboardTransaction> transactions,
+                                                            std::unique_ptr<TargetReads> reads,
+                                                            Instant postedAt) {
+  auto checking = transactions.front().stillOwnsTemporaryContents();
+  const bool owned = co_await checking;
+  if (!owned) {
+    for (std::size_t index = 1; index < transactions.size(); ++index) {
+      auto restoring = transactions[index].restorePrevious();
+      co_await restoring;
+    }
+    lastResult_ = TextDeliveryResult::insertionSentClipboardChanged;
+    co_return TextDeliveryResult::insertionSentClipboardChanged;
+  }
+  const bool restores = options_.shouldRestorePreviousClipboard;
+  SentPaste paste{std::move(transactions), std::move(reads), postedAt, restores};
+  const auto result =
+      restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
+  lastResult_ = result;
+  pasteCleanup_.schedule(std::move(paste));
+  co_return result;
+}
+
+Task<TextDeliveryResult> TextInsertionService::refuse(LiveInsertionBlock block, SpokenText text,
+                                                      bool liveOnly) {
+  lastBlock_ = block;
+  lastResult_ = TextDeliveryResult::copiedFallback;
+  logger_.event(LogLevel::info, "paste_refused",
+                {{"reason", PublicText::declared(rawValue(block))}, {"live", liveOnly}});
+  if (!liveOnly) {
+    auto writing = write(std::move(text));
+    co_await writing;
+  }
+  co_return TextDeliveryResult::copiedFallback;
+}
+
+/// The paste was not sent after all: the pasteboards get their previous contents back, except that the
+/// general one keeps the text when it has to be pasted by hand.
+Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block,
+                                                        std::vector<ClipboardTransaction> transactions,
+                                                        SpokenText text, bool liveOnly) {
+  for (std::size_t index = liveOnly ? 0 : 1; index < transactions.size(); ++index) {
+    auto restoring = transactions[index].restorePrevious();
+    co_await restoring;
+  }
+  auto refusing = refuse(block, std::move(text), liveOnly);
+  const auto result = co_await refusing;
+  co_return result;
+}
+
+void TextInsertionService::writePrivateText(const SpokenText& text) {
+  scope_.start(write(text));
+}
+
+Task<void> TextInsertionService::write(SpokenText text) {
+  auto writing = desktop_.general.mrmReplace(privateTranscript(text, std::nullopt));
+  const auto written = co_await writing;
+  if (!written) logger_.event(LogLevel::error, "clipboard_unavailable");
+}
+
+}  // namespace murmel

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "Delivery/InsertionFocusPolicy.h"
+#include "Delivery/PasteChordTable.h"
+#include "Delivery/PasteCleanup.h"
+#include "Delivery/TextInsertion.h"
+#include "Foundation/Executor.h"
+#include "Foundation/Log.h"
+#include "Foundation/Scope.h"
+#include "Platform/ClipboardPasteboard.h"
+#include "Platform/KeyboardPoster.h"
+#include "Platform/SecureInput.h"
+#include "Platform/Workspace.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace murmel {
+
+/// What delivery needs of the desktop. Everything outlives the service.
+struct TextInsertionDesktop {
+  Executor& executor;
+  const Clock& clock;
+  Workspace& workspace;
+  KeyboardPoster& keyboard;
+  SecureInput& secureInput;
+  ClipboardPasteboard& general;
+  ClipboardPasteboard* primary = nullptr;  ///< the primary selection, where the desktop has one
+};
+
+struct TextInsertionOptions {
+  std::string applicationIdentifier;
+  pid_t ownProcess = 0;
+  bool shouldRestorePreviousClipboard = true;
+  PasteChordTable pasteChords;
+};
+
+/// Puts finished text into the application that the user was working in: through the clipboard and one
+/// synthetic paste, never by typing. Main thread.
+class TextInsertionService final : public TextInsertion {
+ public:
+  /// Category of the log lines: "text-insertion".
+  TextInsertionService(TextInsertionDesktop desktop, TextInsertionOptions options, Logger logger);
+
+  void beginDictationSession() override;
+  void endDictationSession() override;
+  Task<std::optional<TextDeliveryResult>> finishPasteCleanup() override;
+  Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) override;
+  Task<bool> insertLiveSegment(SpokenText phrase) override;
+  [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return lastBlock_; }
+  [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return lastResult_; }
+  void writePrivateText(const SpokenText& text) override;
+  [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
+
+  /// Brings `application` to the front when another one is there, and waits a bounded time for it. Does
+  /// nothing without an application or when it has terminated.
+  Task<void> restoreEditingApplicationIfNeeded(std::optional<RunningApplication> application);
+
+  /// Pastes into `application`, which must be in front, or copies. With `liveOnly` a paste that cannot be
+  /// posted leaves the clipboard alone. `lastBlock` gives the reason of `copiedFallback`.
+  Task<TextDeliveryResult> dispatchPasteOrCopy(SpokenText text, std::optional<RunningApplication> application,
+                                               bool liveOnly);
+
+  /// Where the text of this dictation will go.
+  [[nodiscard]] const std::optional<RunningApplication>& target() const { return target_; }
+
+ private:
+  void activated(const RunningApplication& application);
+  [[nodiscard]] bool isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
+                                         const RunningApplication& application) const;
+  Task<void> followTheUser();
+  Task<TextDeliveryResult> deliver(SpokenText text, bool liveOnly);
+  Task<bool> deliverLiveSegment(SpokenText phrase);
+  [[nodiscard]] std::optional<PasteMethod> methodFor(const RunningApplication& application);
+  [[nodiscard]] PasteObservations observe(const std::optional<RunningApplication>& application,
+                                          bool eventsAvailable);
+  Task<TextDeliveryResult> refuse(LiveInsertionBlock block, SpokenText text, bool liveOnly);
+  Task<TextDeliveryResult> takeBack(LiveInsertionBlock block, std::vector<ClipboardTransaction> transactions,
+                                    SpokenText text, bool liveOnly);
+  Task<void> write(SpokenText text);
+  Task<std::vector<ClipboardTransaction>> openTransactions(SpokenText text, bool usesPrimary);
+  Task<TextDeliveryResult> settlePosted(std::vector<ClipboardTransaction> transactions,
+                                        std::unique_ptr<TargetReads> reads, Instant postedAt);
+
+  TextInsertionDesktop desktop_;
+  TextInsertionOptions options_;
+  Logger logger_;
+  std::string ownershipType_;
+  std::optional<RunningApplication> target_;
+  std::optional<LiveInsertionBlock> lastBlock_;
+  std::optional<TextDeliveryResult> lastResult_;
+  bool targetIsFixed_ = false;
+  bool userActivatedAnother_ = false;
+  Registration activations_;
+  PasteCleanup pasteCleanup_;
+  Registration settlements_;
+  Scope scope_;  // last: its tasks use everything above
+};
+
+}  // namespace murmel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+#include "Foundation/Executor.h"
+#include "Platform/ClipboardPasteboard.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace murmel {
+
+/// A clipboard in memory, with other applications that write to it and read it. Operations are answered from
+/// the loop, one after another. Throws std::logic_error for contents that no clipboard could hold.
+class FakePasteboard final : public ClipboardPasteboard {
+ public:
+  FakePasteboard(Executor& executor, const Clock& clock);
+  ~FakePasteboard() override;
+
+  Task<std::int64_t> changeCount() override;
+  Task<ClipboardCapture> capture() override;
+  Task<std::optional<std::string>> data(std::string type) override;
+  Task<std::optional<std::int64_t>> mrmReplace(ClipboardSnapshot contents) override;
+  Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(ClipboardSnapshot contents,
+                                                          std::int64_t expected) override;
+  [[nodiscard]] Registration onRead(std::function<void(const ClipboardRead&)> handler) override;
+  [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override;
+  Task<bool> handOver() override;
+
+  /// Another application writes.
+  void writeByAnother(ClipboardSnapshot contents);
+  /// Another application reads one form; what it gets. The read is reported when the contents are ours.
+  std::optional<std::string> readBy(const DesktopClient& reader, const std::string& type);
+  [[nodiscard]] const ClipboardSnapshot& contents() const;
+
+  /// From now on the present contents can only be captured after `delay`, and not wholly.
+  void makeOwnerSlow(Duration delay);
+  /// From now on the clipboard cannot be taken.
+  void refuseReplacing();
+  /// Whether a clipboard manager is there to take contents over.
+  void setManagerPresent(bool present);
+
+ private:
+  struct State;
+  template <class Operation>
+  auto perform(Duration delay, Operation operation);
+
+  Executor& executor_;
+  std::shared_ptr<State> state_;
+};
+
+}  // namespace murmel

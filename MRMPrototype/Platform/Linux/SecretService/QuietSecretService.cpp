@@ -1,0 +1,44 @@
+#include "Platform/Linux/SecretService/QuietSecretService.h"
+
+namespace murmel {
+
+namespace {
+
+constexpr const char* refusal = "the key ring would have to ask the user";
+
+GVariant* promptSync(SecretService*, SecretPrompt*, GCancellable*, const GVariantType*, GError** error) {
+  g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, refusal);
+  return nullptr;
+}
+
+void promptAsync(SecretService* self, SecretPrompt*, const GVariantType*, GCancellable* cancellable,
+                 GAsyncReadyCallback callback, gpointer userData) {
+  GTask* const task = g_task_new(self, cancellable, callback, userData);
+  g_task_return_new_error(task, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, "%s", refusal);
+  g_object_unref(task);
+}
+
+GVariant* promptFinish(SecretService*, GAsyncResult* result, GError** error) {
+  return static_cast<GVariant*>(g_task_propagate_pointer(G_TASK(result), error));
+}
+
+void initializeClass(gpointer classPointer, gpointer) {
+  auto* const methods = static_cast<SecretServiceClass*>(classPointer);
+  methods->prompt_sync = promptSync;
+  methods->prompt_async = promptAsync;
+  methods->prompt_finish = promptFinish;
+}
+
+}  // namespace
+
+GType quietSecretServiceType() {
+  static const GType type = [] {
+    GTypeQuery parent;
+    g_type_query(SECRET_TYPE_SERVICE, &parent);
+    return g_type_register_static_simple(SECRET_TYPE_SERVICE, "MurmelQuietSecretService", parent.class_size,
+                                         initializeClass, parent.instance_size, nullptr, GTypeFlags{});
+  }();
+  return type;
+}
+
+}  // namespace murmel

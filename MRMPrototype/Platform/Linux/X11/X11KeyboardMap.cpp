@@ -1,0 +1,110 @@
+#include "Platform/Linux/X11/X11KeyboardMap.h"
+
+#include <algorithm>
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+// The header names a member with a word that C++ reserves.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace murmel {
+
+namespace {
+
+constexpr std::uint16_t coreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
+
+}  // namespace
+
+std::unique_ptr<X11KeyboardMap> X11KeyboardMap::open(X11Connection& connection) {
+  std::uint8_t event = 0;
+  const auto hasExtension = xkb_x11_setup_xkb_extension(
+      connection.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+      XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &event, nullptr);
+  const auto device = hasExtension != 0 ? xkb_x11_get_core_keyboard_device_id(connection.get()) : -1;
+  if (device < 0) return nullptr;
+  constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+  constexpr std::uint16_t parts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS |
+                                  XCB_XKB_MAP_PART_MODIFIER_MAP | XCB_XKB_MAP_PART_VIRTUAL_MODS;
+  xcb_xkb_select_events(connection.get(), coreKeyboard, events, 0, events, parts, parts, nullptr);
+  return std::unique_ptr<X11KeyboardMap>(new X11KeyboardMap(connection, device, event));
+}
+
+X11KeyboardMap::X11KeyboardMap(X11Connection& connection, std::int32_t device, std::uint8_t event)
+    : connection_(connection),
+      device_(device),
+      event_(event),
+      context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {}
+
+X11KeyboardMap::~X11KeyboardMap() {
+  xkb_keymap_unref(keymap_);
+  xkb_context_unref(context_);
+}
+
+/// Fetching the map takes some milliseconds: only when the server has told of a change.
+void X11KeyboardMap::refresh() {
+  while (const auto event = connection_.nextEvent()) {
+    if ((event->response_type & 0x7F) == event_) isStale_ = true;
+  }
+  if (!isStale_ && keymap_ != nullptr) return;
+  xkb_keymap_unref(keymap_);
+  keymap_ = xkb_x11_keymap_new_from_device(context_, connection_.get(), device_, XKB_KEYMAP_COMPILE_NO_FLAGS);
+  isStale_ = keymap_ == nullptr;
+}
+
+bool X11KeyboardMap::gives(xkb_keycode_t key, xkb_layout_index_t group, xkb_keysym_t symbol) const {
+  const xkb_keysym_t* symbols = nullptr;
+  const auto count = xkb_keymap_key_get_syms_by_level(keymap_, key, group, 0, &symbols);
+  return count == 1 && symbols[0] == symbol;
+}
+
+std::optional<xcb_keycode_t> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
+  // The answer comes after the news of every change of the map before it.
+  const auto state = x11Reply(connection_.get(), xcb_xkb_get_state_reply,
+                              xcb_xkb_get_state(connection_.get(), coreKeyboard));
+  refresh();
+  if (!state || keymap_ == nullptr) return std::nullopt;
+  const auto first = xkb_keymap_min_keycode(keymap_);
+  const auto last = xkb_keymap_max_keycode(keymap_);
+  std::optional<xcb_keycode_t> elsewhere;
+  for (auto key = first; key <= last; ++key) {
+    const auto groups = xkb_keymap_num_layouts_for_key(keymap_, key);
+    for (xkb_layout_index_t group = 0; group < groups; ++group) {
+      if (!gives(key, group, symbol)) continue;
+      // Keys with fewer groups than the keyboard give their last one for the others.
+      const bool isActive = group == std::min<xkb_layout_index_t>(state->group, groups - 1);
+      if (isActive) return static_cast<xcb_keycode_t>(key);
+      if (!elsewhere) elsewhere = static_cast<xcb_keycode_t>(key);
+    }
+  }
+  return elsewhere;
+}
+
+bool X11KeyboardMap::isLock(xkb_keycode_t key) const {
+  constexpr xkb_keysym_t locks[] = {XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Num_Lock,
+                                    XKB_KEY_Scroll_Lock, XKB_KEY_ISO_Level3_Lock};
+  return std::ranges::any_of(locks, [&](xkb_keysym_t lock) { return gives(key, 0, lock); });
+}
+
+std::vector<xcb_keycode_t> X11KeyboardMap::heldModifiers() {
+  auto* connection = connection_.get();
+  const auto keysCookie = xcb_query_keymap(connection);
+  const auto modifiersCookie = xcb_get_modifier_mapping(connection);
+  const auto keys = x11Reply(connection, xcb_query_keymap_reply, keysCookie);
+  const auto modifiers = x11Reply(connection, xcb_get_modifier_mapping_reply, modifiersCookie);
+  refresh();
+  std::vector<xcb_keycode_t> held;
+  if (!keys || !modifiers || keymap_ == nullptr) return held;
+  const auto* codes = xcb_get_modifier_mapping_keycodes(modifiers.get());
+  const auto count = static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(modifiers.get()));
+  for (std::size_t index = 0; index < count; ++index) {
+    const auto code = codes[index];
+    if (code == 0 || std::ranges::find(held, code) != held.end()) continue;
+    const bool isDown = (keys->keys[code / 8] >> (code % 8) & 1) != 0;
+    if (isDown && !isLock(code)) held.push_back(code);
+  }
+  return held;
+}
+
+}  // namespace murmel

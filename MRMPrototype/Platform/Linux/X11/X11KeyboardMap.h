@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/Linux/X11/X11Connection.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <xkbcommon/xkbcommon.h>
+
+namespace murmel {
+
+/// The keyboard as it is laid out now: which key gives which symbol, and which keys are held. Main thread.
+class X11KeyboardMap {
+ public:
+  /// Null when the server has no XKB extension.
+  static std::unique_ptr<X11KeyboardMap> open(X11Connection& connection);
+  ~X11KeyboardMap();
+  X11KeyboardMap(const X11KeyboardMap&) = delete;
+  X11KeyboardMap& operator=(const X11KeyboardMap&) = delete;
+
+  /// The key that gives `symbol` without any modifier: in the layout group that is active, else in another
+  /// one, because applications look for the letters of a shortcut in the other groups too.
+  std::optional<xcb_keycode_t> keyFor(xkb_keysym_t symbol);
+
+  /// Held keys that are modifiers, but not locks.
+  std::vector<xcb_keycode_t> heldModifiers();
+
+ private:
+  explicit X11KeyboardMap(X11Connection& connection, std::int32_t device, std::uint8_t event);
+  void refresh();
+  [[nodiscard]] bool gives(xkb_keycode_t key, xkb_layout_index_t group, xkb_keysym_t symbol) const;
+  [[nodiscard]] bool isLock(xkb_keycode_t key) const;
+
+  X11Connection& connection_;
+  std::int32_t device_;
+  std::uint8_t event_;
+  xkb_context* context_;
+  xkb_keymap* keymap_ = nullptr;
+  bool isStale_ = true;
+};
+
+}  // namespace murmel

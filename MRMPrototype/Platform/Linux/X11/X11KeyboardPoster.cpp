@@ -1,0 +1,163 @@
+#include "Platform/Linux/X11/X11KeyboardPoster.h"
+
+#include "Foundation/Timers.h"
+#include "Platform/Linux/X11/X11SecureInput.h"
+
+#include <algorithm>
+#include <array>
+#include <ranges>
+#include <utility>
+
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+namespace murmel {
+
+namespace {
+
+constexpr Duration heldPollInterval = std::chrono::milliseconds(10);
+constexpr int heldPollCount = 40;  // 400 ms
+
+struct ChordKeys {
+  PasteChord chord;
+  std::array<xkb_keysym_t, 2> modifiers;  // 0: none
+  xkb_keysym_t key;
+};
+
+constexpr ChordKeys chordKeys[] = {
+    {PasteChord::controlV, {XKB_KEY_Control_L, 0}, XKB_KEY_v},
+    {PasteChord::controlShiftV, {XKB_KEY_Control_L, XKB_KEY_Shift_L}, XKB_KEY_v},
+    {PasteChord::shiftInsert, {XKB_KEY_Shift_L, 0}, XKB_KEY_Insert},
+};
+
+/// Nobody else is served while this lives: what is seen still holds when the keys are sent.
+class ServerGrab {
+ public:
+  explicit ServerGrab(xcb_connection_t* connection) : connection_(connection) {
+    xcb_grab_server(connection_);
+  }
+  ~ServerGrab() {
+    xcb_ungrab_server(connection_);
+    xcb_flush(connection_);
+  }
+  ServerGrab(const ServerGrab&) = delete;
+  ServerGrab& operator=(const ServerGrab&) = delete;
+
+ private:
+  xcb_connection_t* connection_;
+};
+
+}  // namespace
+
+std::expected<std::unique_ptr<X11KeyboardPoster>, std::string> X11KeyboardPoster::open(
+    Executor& executor, InjectedKeys* injectedKeys, const std::string& display) {
+  auto connection = X11Connection::open(display);
+  if (!connection) return std::unexpected(connection.error());
+  auto map = X11KeyboardMap::open(**connection);
+  if (!map) return std::unexpected(std::string("The X server does not describe its keyboard (XKB)."));
+  auto* server = (*connection)->get();
+  const auto* test = xcb_get_extension_data(server, &xcb_test_id);
+  const bool hasTest = test != nullptr && test->present != 0 &&
+                       x11Reply(server, xcb_test_get_version_reply, xcb_test_get_version(server, 2, 2));
+  return std::unique_ptr<X11KeyboardPoster>(
+      new X11KeyboardPoster(executor, injectedKeys, *std::move(connection), std::move(map), hasTest));
+}
+
+X11KeyboardPoster::X11KeyboardPoster(Executor& executor, InjectedKeys* injectedKeys,
+                                     std::unique_ptr<X11Connection> connection,
+                                     std::unique_ptr<X11KeyboardMap> map, bool hasTestExtension)
+    : executor_(executor),
+      injectedKeys_(injectedKeys),
+      connection_(std::move(connection)),
+      map_(std::move(map)),
+      hasTestExtension_(hasTestExtension),
+      hiddenWindow_(connection_->createHiddenWindow(XCB_EVENT_MASK_NO_EVENT)) {}
+
+bool X11KeyboardPoster::mayPost() {
+  return hasTestExtension_ && !connection_->hasFailed();
+}
+
+std::optional<X11KeyboardPoster::Chord> X11KeyboardPoster::keysOf(PasteChord chord) {
+  const auto keys = std::ranges::find(chordKeys, chord, &ChordKeys::chord);
+  Chord found;
+  for (const auto symbol : keys->modifiers) {
+    if (symbol == 0) continue;
+    const auto code = map_->keyFor(symbol);
+    if (!code) return std::nullopt;
+    found.modifiers.push_back(*code);
+  }
+  const auto code = map_->keyFor(keys->key);
+  if (!code) return std::nullopt;
+  found.key = *code;
+  return found;
+}
+
+bool X11KeyboardPoster::canPost(PasteChord chord) {
+  return keysOf(chord).has_value();
+}
+
+Task<void> X11KeyboardPoster::awaitReleasedModifiers() {
+  for (int poll = 0; poll < heldPollCount && !map_->heldModifiers().empty(); ++poll) {
+    auto waiting = sleepFor(executor_, heldPollInterval);
+    co_await waiting;
+  }
+}
+
+/// Whether `window` or a window around it belongs to the target: toolkits give the focus to inner windows,
+/// and embedded parts to windows of another process.
+bool X11KeyboardPoster::isWithin(xcb_window_t window, const RunningApplication& target) {
+  constexpr int deepestNesting = 32;
+  for (int level = 0; level < deepestNesting && window != XCB_NONE && window != connection_->root();
+       ++level) {
+    if (isSameProgram(connection_->clientOf(window), target.client)) return true;
+    const auto tree =
+        x11Reply(connection_->get(), xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+    window = tree ? tree->parent : static_cast<xcb_window_t>(XCB_NONE);
+  }
+  return false;
+}
+
+bool X11KeyboardPoster::hasKeyboard(const RunningApplication& target) {
+  if (isKeyboardGrabbed(*connection_, hiddenWindow_)) return false;
+  const auto focus =
+      x11Reply(connection_->get(), xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
+  if (!focus) return false;
+  if (focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT && focus->focus != connection_->root())
+    return isWithin(focus->focus, target);
+  // Desktops without a fixed focus send keys to the window under the pointer.
+  auto window = connection_->root();
+  while (true) {
+    const auto pointer =
+        x11Reply(connection_->get(), xcb_query_pointer_reply, xcb_query_pointer(connection_->get(), window));
+    if (!pointer || pointer->child == XCB_NONE) return isWithin(window, target);
+    window = pointer->child;
+  }
+}
+
+void X11KeyboardPoster::send(xcb_keycode_t key, bool goesDown) {
+  if (injectedKeys_ != nullptr) injectedKeys_->expect(key, goesDown);
+  const std::uint8_t kind = goesDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+  xcb_test_fake_input(connection_->get(), kind, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+}
+
+PostResult X11KeyboardPoster::post(PasteChord chord, const RunningApplication& target) {
+  const auto keys = keysOf(chord);
+  if (!keys || !mayPost()) return PostResult::unavailable;
+  {
+    const ServerGrab grab(connection_->get());
+    if (!hasKeyboard(target)) return PostResult::targetNotInFront;
+    // Whoever still holds a modifier has let go of it as far as the desktop is concerned: pressing it again
+    // afterwards leaves it stuck on systems with more than one keyboard.
+    for (const auto held : map_->heldModifiers()) send(held, false);
+    for (const auto modifier : keys->modifiers) send(modifier, true);
+    send(keys->key, true);
+    send(keys->key, false);
+    for (const auto modifier : std::views::reverse(keys->modifiers)) send(modifier, false);
+  }
+  // The keys have been delivered when the server answers.
+  const auto answered =
+      x11Reply(connection_->get(), xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
+  return answered ? PostResult::posted : PostResult::unavailable;
+}
+
+}  // namespace murmel

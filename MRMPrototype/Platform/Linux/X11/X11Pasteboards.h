@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+#include "Foundation/Executor.h"
+#include "Platform/ClipboardPasteboard.h"
+
+#include <expected>
+#include <memory>
+#include <string>
+
+namespace murmel {
+
+/// The clipboards of an X desktop: CLIPBOARD, and PRIMARY with what is selected.
+///
+/// All work is done on a thread of its own with a connection of its own, so that other applications, and this
+/// one's own windows, are served while the main thread is busy, and an owner that does not answer holds up
+/// nobody. Create and destroy on the main thread; coroutines that wait for an operation when this is
+/// destroyed are never resumed. Contents end with it unless they were handed over.
+class X11Pasteboards {
+ public:
+  /// `clock` stamps the reads; it and the executor outlive this. `display` empty: that of the environment.
+  static std::expected<std::unique_ptr<X11Pasteboards>, std::string> open(Executor& executor,
+                                                                          const Clock& clock,
+                                                                          const std::string& display = {});
+  ~X11Pasteboards();
+
+  ClipboardPasteboard& general();
+  ClipboardPasteboard& primary();
+
+ private:
+  class Worker;
+  class Pasteboard;
+
+  X11Pasteboards();
+
+  std::unique_ptr<Pasteboard> general_;
+  std::unique_ptr<Pasteboard> primary_;
+  std::unique_ptr<Worker> worker_;  // last: its thread ends before the pasteboards go
+};
+
+}  // namespace murmel

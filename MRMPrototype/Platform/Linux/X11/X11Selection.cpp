@@ -1,0 +1,230 @@
+#include "Platform/Linux/X11/X11Selection.h"
+
+#include "Platform/Linux/X11/X11SelectionTypes.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// The server answers in well under a millisecond; this only bounds a server that does not answer at all.
+constexpr Duration serverPatience = std::chrono::seconds(1);
+
+/// Server time wraps every 49 days.
+bool isEarlier(xcb_timestamp_t one, xcb_timestamp_t other) {
+  return static_cast<std::int32_t>(one - other) < 0;
+}
+
+bool isEmpty(const ClipboardSnapshot& contents) {
+  return std::ranges::all_of(contents.items, [](const auto& item) { return item.values.empty(); });
+}
+
+}  // namespace
+
+X11Selection::X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock,
+                           std::string name, Observer observer)
+    : loop_(loop),
+      connection_(loop.connection()),
+      sender_(sender),
+      clock_(clock),
+      name_(std::move(name)),
+      observer_(std::move(observer)),
+      atom_(connection_.atom(name_)),
+      window_(connection_.createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE)) {
+  xcb_xfixes_select_selection_input(connection_.get(), window_, atom_,
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+}
+
+xcb_timestamp_t X11Selection::serverTime() {
+  observedTime_.reset();
+  // Appending nothing changes nothing, and the server tells when it did so.
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_, connection_.atom("MURMEL_TIME"),
+                      XCB_ATOM_INTEGER, 32, 0, nullptr);
+  loop_.pumpUntil([this] { return observedTime_.has_value(); }, serverPatience);
+  return observedTime_.value_or(XCB_CURRENT_TIME);
+}
+
+void X11Selection::propertyChanged(const xcb_property_notify_event_t& event) {
+  if (event.window == window_) observedTime_ = event.time;
+}
+
+std::int64_t X11Selection::changeCount() {
+  serverTime();
+  return changeCount_;
+}
+
+std::optional<xcb_window_t> X11Selection::ownerNow() {
+  const auto reply = x11Reply(connection_.get(), xcb_get_selection_owner_reply,
+                              xcb_get_selection_owner(connection_.get(), atom_));
+  return reply ? std::optional(reply->owner) : std::nullopt;
+}
+
+bool X11Selection::take(xcb_timestamp_t time, bool clearing) {
+  const xcb_window_t owner = clearing ? static_cast<xcb_window_t>(XCB_NONE) : window_;
+  if (clearing) clearedAt_ = time;
+  xcb_set_selection_owner(connection_.get(), owner, atom_, time);
+  return ownerNow() == owner;
+}
+
+std::optional<std::int64_t> X11Selection::replace(ClipboardSnapshot contents,
+                                                  std::optional<std::int64_t> expected) {
+  // The time is taken before the count is looked at: the server refuses us when somebody becomes the owner
+  // after it, so nothing that is written in between is overwritten.
+  const auto time = serverTime();
+  if (time == XCB_CURRENT_TIME) return std::nullopt;
+  if (expected && *expected != changeCount_) return std::nullopt;
+  const bool clearing = isEmpty(contents);
+  if (!take(time, clearing)) return std::nullopt;
+
+  values_.clear();
+  contents_ = nullptr;
+  ownedSince_ = time;
+  if (!clearing) {
+    contents_ = std::make_shared<const ClipboardSnapshot>(std::move(contents));
+    for (const auto& item : contents_->items) {
+      // The first value of a type wins where several items offer it: here is only one.
+      for (const auto& value : item.values) values_.emplace(connection_.atom(value.type), &value);
+    }
+  }
+  return ++changeCount_;
+}
+
+void X11Selection::ownerChanged(const xcb_xfixes_selection_notify_event_t& event) {
+  if (event.selection != atom_ || event.owner == window_) return;
+  if (event.owner == XCB_NONE && clearedAt_ == event.selection_timestamp) {
+    clearedAt_.reset();
+    return;
+  }
+  if (contents_) {
+    // Word of a change from before we became the owner comes late and takes nothing from us.
+    if (ownerNow() == window_) return;
+    values_.clear();
+    contents_ = nullptr;
+  }
+  ++changeCount_;
+  observer_.changedByAnother(changeCount_);
+}
+
+void X11Selection::requested(const xcb_selection_request_event_t& event) {
+  if (event.owner != window_ || event.selection != atom_) return;
+  // Clients from before 1989 leave the property out and expect the target's name.
+  const auto property = event.property == XCB_NONE ? event.target : event.property;
+  // Who asks for the time before we became the owner wants what stood here then: a slow reader of an earlier
+  // paste gets nothing rather than the wrong thing.
+  const bool isMeant = contents_ && (event.time == XCB_CURRENT_TIME || !isEarlier(event.time, ownedSince_));
+  const bool delivered =
+      isMeant && (event.target == connection_.atom("MULTIPLE")
+                      ? event.property != XCB_NONE && deliverSeveral(event.requestor, property)
+                      : deliver(event.requestor, event.target, property));
+
+  xcb_selection_notify_event_t answer{};
+  answer.response_type = XCB_SELECTION_NOTIFY;
+  answer.time = event.time;
+  answer.requestor = event.requestor;
+  answer.selection = event.selection;
+  answer.target = event.target;
+  answer.property = delivered ? property : static_cast<xcb_atom_t>(XCB_NONE);
+  // The protocol sends 32 bytes, which is what every event has.
+  char wire[32] = {};
+  static_assert(sizeof(answer) <= sizeof(wire));
+  std::memcpy(wire, &answer, sizeof(answer));
+  xcb_send_event(connection_.get(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT, wire);
+  xcb_flush(connection_.get());
+}
+
+std::vector<xcb_atom_t> X11Selection::offeredAtoms() {
+  std::vector<xcb_atom_t> atoms{connection_.atom("TIMESTAMP"), connection_.atom("TARGETS"),
+                                connection_.atom("MULTIPLE")};
+  for (const auto& item : contents_->items) {
+    for (const auto& value : item.values) {
+      const auto atom = connection_.atom(value.type);
+      if (std::ranges::find(atoms, atom) == atoms.end()) atoms.push_back(atom);
+    }
+  }
+  return atoms;
+}
+
+bool X11Selection::deliver(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property) {
+  auto* connection = connection_.get();
+  if (target == connection_.atom("TARGETS")) {
+    const auto atoms = offeredAtoms();
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(atoms.size()), atoms.data());
+    return true;
+  }
+  if (target == connection_.atom("TIMESTAMP")) {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_INTEGER, 32, 1,
+                        &ownedSince_);
+    return true;
+  }
+  const auto value = values_.find(target);
+  return value != values_.end() && deliverValue(requestor, *value->second, property);
+}
+
+bool X11Selection::deliverValue(xcb_window_t requestor, const ClipboardSnapshot::Value& value,
+                                xcb_atom_t property) {
+  const auto type = connection_.atom(value.encoding.empty() ? value.type : value.encoding);
+  const auto count = changeCount_;
+  if (value.data.size() > X11IncrementalSender::pieceSize) {
+    sender_.begin(requestor, property, type, contents_, value, loop_.now(),
+                  [this, requestor, name = value.type, count] { reportRead(requestor, name, count); });
+    return true;
+  }
+  const auto unit = static_cast<std::uint8_t>(value.unitBits);
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, requestor, property, type, unit,
+                      static_cast<std::uint32_t>(value.data.size() / (unit / 8U)), value.data.data());
+  reportRead(requestor, value.type, count);
+  return true;
+}
+
+bool X11Selection::deliverSeveral(xcb_window_t requestor, xcb_atom_t property) {
+  auto pairs = connection_.propertyWords(requestor, connection_.atomName(property));
+  for (std::size_t index = 0; index + 1 < pairs.size(); index += 2) {
+    const auto target = pairs[index];
+    auto& answer = pairs[index + 1];
+    const bool isNested = target == connection_.atom("MULTIPLE");
+    if (answer == XCB_NONE || isNested || !deliver(requestor, target, answer)) answer = XCB_NONE;
+  }
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, requestor, property,
+                      connection_.atom("ATOM_PAIR"), 32, static_cast<std::uint32_t>(pairs.size()),
+                      pairs.data());
+  return true;
+}
+
+void X11Selection::reportRead(xcb_window_t requestor, const std::string& type, std::int64_t changeCount) {
+  ClipboardRead read;
+  read.changeCount = changeCount;
+  read.isText = X11SelectionTypes::isText(type);
+  read.reader = connection_.clientOf(requestor);
+  read.at = clock_.now();
+  observer_.read(read);
+}
+
+bool X11Selection::handOver(Duration limit) {
+  if (!contents_) return false;
+  const auto manager = connection_.atom("CLIPBOARD_MANAGER");
+  const auto owner = x11Reply(connection_.get(), xcb_get_selection_owner_reply,
+                              xcb_get_selection_owner(connection_.get(), manager));
+  if (!owner || owner->owner == XCB_NONE) return false;
+
+  const auto wanted = connection_.atom("MURMEL_SAVED_TARGETS");
+  const auto atoms = offeredAtoms();
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, wanted, XCB_ATOM_ATOM, 32,
+                      static_cast<std::uint32_t>(atoms.size()), atoms.data());
+  handOverAnswer_.reset();
+  xcb_convert_selection(connection_.get(), window_, manager, connection_.atom("SAVE_TARGETS"), wanted,
+                        serverTime());
+  loop_.pumpUntil([this] { return handOverAnswer_.has_value(); }, limit);
+  return handOverAnswer_.value_or(false);
+}
+
+void X11Selection::notified(const xcb_selection_notify_event_t& event) {
+  if (event.requestor == window_) handOverAnswer_ = event.property != XCB_NONE;
+}
+
+}  // namespace murmel

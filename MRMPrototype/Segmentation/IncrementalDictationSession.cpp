@@ -1,0 +1,329 @@
+#include "Segmentation/IncrementalDictationSession.h"
+
+#include "Foundation/Text.h"
+#include "Segmentation/RetryAudio.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// What a recogniser takes in one request, in seconds.
+constexpr double longestRequestSeconds = 50;
+
+constexpr double firstProgressSeconds = 5;
+/// The reports of a long recording come this much apart, those of its beginning closer.
+constexpr double progressSeconds = 60;
+
+/// A device that opens and then is silent is dead or muted. Once there has been sound, zeros may as well be a
+/// noise gate that closes between the phrases.
+constexpr double deadAtStartSeconds = 1;
+constexpr double deadLaterSeconds = 5;
+
+CapturedAudio joined(CapturedAudio first, const CapturedAudio& second) {
+  first.pcm16LE.insert(first.pcm16LE.end(), second.pcm16LE.begin(), second.pcm16LE.end());
+  return first;
+}
+
+}  // namespace
+
+IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfiguration configuration,
+                                                         IncrementalSessionServices services)
+    : configuration_(std::move(configuration)),
+      executor_(services.executor),
+      log_(std::move(services.log)),
+      convert_(std::move(services.convert)),
+      cutter_(configuration_.targetSegmentSeconds),
+      requests_(services.executor, services.clock, configuration_.transcription, configuration_.languageCode),
+      nextProgressSeconds_(firstProgressSeconds) {
+  requests_.onRequest = [this] {
+    if (!stopped_) ++diagnostics_.segmentsBeforeStop;
+  };
+  requests_.onSlow = [this](bool slow) {
+    slowRequest_ = slow;
+    updateBacklog();
+  };
+  log_.event(LogLevel::info, "session_started",
+             {{"target_seconds", configuration_.targetSegmentSeconds},
+              {"live_callback", static_cast<bool>(configuration_.onPhrase)}});
+}
+
+void IncrementalDictationSession::append(PendingCapturedAudio audio) {
+  auto cuts = cutter_.append(std::move(audio));
+  reportLevels();
+  reportProgress();
+  updateDeadMicrophone();
+  for (auto& cut : cuts) enqueue(std::move(cut));
+}
+
+void IncrementalDictationSession::enqueue(CutSegment cut) {
+  log_.event(LogLevel::info, "segment_ready", {{"duration_seconds", cut.seconds}, {"after_stop", stopped_}});
+  if (cut.floorDB && cut.speechDB) {
+    log_.event(LogLevel::info, "pause_estimates", {{"floor_db", *cut.floorDB}, {"speech_db", *cut.speechDB}});
+  }
+  Segment segment;
+  segment.place = segments_++;
+  segment.seconds = cut.seconds;
+  segment.evidence = cut.evidence;
+  // Nobody has to listen to silence, or to keep it.
+  if (segment.evidence == SpeechEvidence::none) return;
+  segment.audio = convert_(std::move(cut.audio));
+  queue_.push_back(std::move(segment));
+  startRecognising();
+  updateBacklog();
+}
+
+void IncrementalDictationSession::startRecognising() {
+  if (recognising_ || (!stopped_ && std::isinf(configuration_.targetSegmentSeconds))) return;
+  recognising_ = true;
+  scope_.start(recogniseQueue());
+}
+
+Task<void> IncrementalDictationSession::recogniseQueue() {
+  while (true) {
+    while (!queue_.empty()) {
+      Segment segment = std::move(queue_.front());
+      queue_.pop_front();
+      updateBacklog();
+      auto recognition = recogniseSegment(std::move(segment));
+      co_await recognition;
+    }
+    if (!stopped_) break;
+    if (carried_) giveUpEmpty(*std::exchange(carried_, std::nullopt));
+    auto lastChance = retryFailed();
+    co_await lastChance;
+    break;
+  }
+  recognising_ = false;
+  if (!finished_) co_return;
+  // Posted, because whoever waits may destroy the session, and this task with it.
+  executor_.post([finished = *std::exchange(finished_, std::nullopt)]() mutable { finished.send(true); });
+}
+
+Task<void> IncrementalDictationSession::recogniseSegment(Segment segment) {
+  if (carried_) {
+    auto together = recogniseWithCarried(segment);
+    const bool salvaged = co_await together;
+    if (salvaged) co_return;
+  }
+  auto recognition = requests_.recognise(segment.audio);
+  RecognitionOutcome outcome = co_await recognition;
+  switch (outcome.kind) {
+    case RecognitionOutcome::Kind::text: {
+      auto delivery = deliver(segment.place, std::move(outcome));
+      co_await delivery;
+      break;
+    }
+    case RecognitionOutcome::Kind::empty: {
+      auto retry = retryEmpty(std::move(segment));
+      co_await retry;
+      break;
+    }
+    case RecognitionOutcome::Kind::failed:
+      if (!firstError_) firstError_ = outcome.error;
+      // A phrase cannot be inserted late; a text can be completed at its end.
+      if (configuration_.onPhrase) {
+        giveUpFailed(segment);
+      } else {
+        failed_.push_back(std::move(segment));
+      }
+      break;
+  }
+}
+
+Task<bool> IncrementalDictationSession::recogniseWithCarried(Segment segment) {
+  Segment first = *std::exchange(carried_, std::nullopt);
+  if (first.seconds + segment.seconds <= longestRequestSeconds) {
+    ++diagnostics_.carried;
+    auto recognition = requests_.recognise(joined(first.audio, segment.audio));
+    RecognitionOutcome outcome = co_await recognition;
+    if (outcome.kind == RecognitionOutcome::Kind::text) {
+      ++diagnostics_.successorSalvaged;
+      auto delivery = deliver(segment.place, std::move(outcome));
+      co_await delivery;
+      co_return true;
+    }
+  }
+  giveUpEmpty(first);
+  co_return false;
+}
+
+Task<void> IncrementalDictationSession::retryEmpty(Segment segment) {
+  ++diagnostics_.empty;
+  const bool clear = segment.evidence == SpeechEvidence::clear;
+  log_.event(LogLevel::info, "empty_recognition",
+             {{"duration_seconds", segment.seconds}, {"clear_speech", clear}});
+  if (clear) {
+    auto retry = requests_.recognise(retryAudio(segment.audio));
+    RecognitionOutcome outcome = co_await retry;
+    if (outcome.kind == RecognitionOutcome::Kind::text) {
+      ++diagnostics_.recovered;
+      auto delivery = deliver(segment.place, std::move(outcome));
+      co_await delivery;
+      co_return;
+    }
+    if (successorMayCome()) {
+      carried_ = std::move(segment);
+      co_return;
+    }
+  }
+  giveUpEmpty(segment);
+}
+
+Task<void> IncrementalDictationSession::retryFailed() {
+  bool hope = true;
+  for (auto& segment : failed_) {
+    if (!hope) {
+      giveUpFailed(segment);
+      continue;
+    }
+    auto recognition = requests_.recogniseOnce(segment.audio);
+    RecognitionOutcome outcome = co_await recognition;
+    if (outcome.kind == RecognitionOutcome::Kind::text) {
+      auto delivery = deliver(segment.place, std::move(outcome));
+      co_await delivery;
+    } else if (outcome.kind == RecognitionOutcome::Kind::empty) {
+      auto retry = retryEmpty(std::move(segment));
+      co_await retry;
+    } else {
+      hope = false;
+      giveUpFailed(segment);
+    }
+  }
+  failed_.clear();
+}
+
+Task<void> IncrementalDictationSession::deliver(std::size_t place, RecognitionOutcome outcome) {
+  if (!stopped_) ++diagnostics_.completedBeforeStop;
+  log_.event(LogLevel::info, "recognition_complete");
+  providerID_ = outcome.providerID;
+  SpokenText text = std::move(outcome.text);
+  if (configuration_.refinement) {
+    auto refinement = configuration_.refinement->refine(text.reveal());
+    Result<std::string> refined = co_await refinement;
+    // Without an answer of the refiner the words stay as they were recognised.
+    if (refined) {
+      const auto trimmed = text::trimmed(*refined);
+      if (!trimmed.empty()) text = SpokenText(std::string(trimmed));
+    }
+    log_.event(LogLevel::info, "refinement_complete");
+  }
+  const auto after = std::ranges::upper_bound(pieces_, place, {}, &std::pair<std::size_t, SpokenText>::first);
+  pieces_.insert(after, {place, text});
+  if (!configuration_.onPhrase) co_return;
+  auto delivery = configuration_.onPhrase(text);
+  co_await delivery;
+  log_.event(LogLevel::info, "segment_callback_complete");
+}
+
+/// Where nothing stands out of the noise, a recogniser that hears no words is right; where something does,
+/// the user is told that a part is missing.
+void IncrementalDictationSession::giveUpEmpty(const Segment& segment) {
+  ++diagnostics_.unresolved;
+  diagnostics_.abandonedSeconds += segment.seconds;
+  if (segment.evidence == SpeechEvidence::clear) ++failedPieces_;
+}
+
+void IncrementalDictationSession::giveUpFailed(const Segment& segment) {
+  diagnostics_.abandonedSeconds += segment.seconds;
+  ++failedPieces_;
+}
+
+bool IncrementalDictationSession::successorMayCome() const {
+  return !stopped_ || !queue_.empty();
+}
+
+Task<Result<DictationSessionResult>> IncrementalDictationSession::finish() {
+  log_.event(LogLevel::info, "stop_received", {{"captured_seconds", cutter_.capturedSeconds()}});
+  stopped_ = true;
+  requests_.hurry();
+  if (auto rest = cutter_.flush()) enqueue(*std::move(rest));
+  startRecognising();
+  if (recognising_) {
+    auto [sender, receiver] = makeOneShot<bool>();
+    finished_ = std::move(sender);
+    co_await receiver;
+  }
+  co_return result();
+}
+
+Result<DictationSessionResult> IncrementalDictationSession::result() const {
+  if (pieces_.empty()) {
+    if (firstError_) return std::unexpected(*firstError_);
+    return std::unexpected(failedPieces_ > 0 ? MRMError::Case::unrecognizedSpeech : MRMError::Case::noSpeech);
+  }
+  DictationSessionResult result;
+  std::string text;
+  for (const auto& [place, piece] : pieces_) {
+    if (!text.empty()) text += ' ';
+    text += piece.reveal();
+    result.pieces.push_back(piece);
+  }
+  result.text = SpokenText(std::move(text));
+  result.failedPieces = failedPieces_;
+  result.providerID = providerID_;
+  return result;
+}
+
+DictationDiagnostics IncrementalDictationSession::diagnostics() const {
+  auto figures = diagnostics_;
+  figures.duration = cutter_.capturedSeconds();
+  figures.minimumWindowDB = cutter_.minimumWindowDB();
+  figures.leadingLowLevelSeconds = cutter_.leadingLowLevelSeconds();
+  figures.calibrationBatches = cutter_.calibrationBatches();
+  figures.maximumBacklog = backlog_.maximum();
+  figures.everBehind = backlog_.everBehind();
+  figures.slowRequestObserved = backlog_.slowRequestObserved();
+  return figures;
+}
+
+void IncrementalDictationSession::reportProgress() {
+  const double captured = cutter_.capturedSeconds();
+  if (captured < nextProgressSeconds_) return;
+  nextProgressSeconds_ = captured + std::min(captured, progressSeconds);
+  log_.event(LogLevel::info, "capture_progress",
+             {{"captured_seconds", captured}, {"segments", segments_}, {"waiting", queue_.size()}});
+}
+
+void IncrementalDictationSession::reportLevels() {
+  if (!calibrationReported_ && cutter_.calibrated()) {
+    calibrationReported_ = true;
+    log_.event(LogLevel::info, "pause_calibration",
+               {{"batches", cutter_.calibrationBatches()}, {"floor_db", *cutter_.floorDB()}});
+  }
+  if (!lowLevelReported_ && cutter_.leadingLowLevelEnded()) {
+    lowLevelReported_ = true;
+    if (cutter_.leadingLowLevelSeconds() > 0) {
+      log_.event(LogLevel::info, "pause_low_level",
+                 {{"leading_seconds", cutter_.leadingLowLevelSeconds()},
+                  {"minimum_window_db", cutter_.minimumWindowDB()}});
+    }
+  }
+}
+
+void IncrementalDictationSession::updateDeadMicrophone() {
+  const double limit = cutter_.heardSignal() ? deadLaterSeconds : deadAtStartSeconds;
+  const bool dead = cutter_.zeroSeconds() >= limit;
+  if (dead == deadMicrophone_) return;
+  deadMicrophone_ = dead;
+  if (configuration_.onDeadMicrophone) configuration_.onDeadMicrophone(dead);
+}
+
+/// Counts what waits behind the segment that is being recognised: that one is late only when it is slow.
+void IncrementalDictationSession::updateBacklog() {
+  if (std::isinf(configuration_.targetSegmentSeconds)) return;
+  double waiting = 0;
+  for (const auto& segment : queue_) waiting += segment.seconds;
+  if (backlog_.update(waiting, slowRequest_) && configuration_.onBacklog)
+    configuration_.onBacklog(backlog_.behind(), backlog_.revision());
+}
+
+std::unique_ptr<DictationSession> IncrementalDictationSessionFactory::make(
+    DictationSessionConfiguration configuration) {
+  return std::make_unique<IncrementalDictationSession>(std::move(configuration), services_);
+}
+
+}  // namespace murmel

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "Foundation/Log.h"
+#include "Foundation/OneShot.h"
+#include "Foundation/Scope.h"
+#include "Segmentation/AudioConversion.h"
+#include "Segmentation/DictationBacklog.h"
+#include "Segmentation/DictationSession.h"
+#include "Segmentation/RecognitionRequests.h"
+#include "Segmentation/SegmentCutter.h"
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace murmel {
+
+/// What every session needs of the application. The executor and the clock must outlive the sessions.
+struct IncrementalSessionServices {
+  Executor& executor;
+  const Clock& clock;
+  Logger log;  ///< of the category "incremental-stages"
+  AudioConversion convert;
+};
+
+/// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
+/// stop. With an infinite target it recognises nothing before the stop.
+///
+/// A segment is kept until its words are there: a worker that dies gets the same audio again, and a segment
+/// with clear speech of which the recogniser made nothing is tried louder, then together with the segment
+/// that follows. Only then is it given up, and counted. Silence is not sent to the recogniser at all. Beside
+/// the open segment, only audio that is not yet recognised is in memory.
+class IncrementalDictationSession final : public DictationSession {
+ public:
+  IncrementalDictationSession(DictationSessionConfiguration configuration,
+                              IncrementalSessionServices services);
+
+  void append(PendingCapturedAudio audio) override;
+  Task<Result<DictationSessionResult>> finish() override;
+  [[nodiscard]] DictationDiagnostics diagnostics() const override;
+
+ private:
+  struct Segment {
+    std::size_t place = 0;  ///< its number in the recording
+    CapturedAudio audio;
+    double seconds = 0;
+    SpeechEvidence evidence = SpeechEvidence::none;
+  };
+
+  void enqueue(CutSegment cut);
+  void startRecognising();
+  Task<void> recogniseQueue();
+  Task<void> recogniseSegment(Segment segment);
+  /// Whether the words of the carried segment and this one came out together.
+  Task<bool> recogniseWithCarried(Segment segment);
+  Task<void> retryEmpty(Segment segment);
+  Task<void> retryFailed();
+  Task<void> deliver(std::size_t place, RecognitionOutcome outcome);
+  void giveUpEmpty(const Segment& segment);
+  void giveUpFailed(const Segment& segment);
+  [[nodiscard]] bool successorMayCome() const;
+
+  void reportProgress();
+  void reportLevels();
+  void updateDeadMicrophone();
+  void updateBacklog();
+  [[nodiscard]] Result<DictationSessionResult> result() const;
+
+  DictationSessionConfiguration configuration_;
+  Executor& executor_;
+  Logger log_;
+  AudioConversion convert_;
+
+  SegmentCutter cutter_;
+  std::size_t segments_ = 0;
+  std::deque<Segment> queue_;
+  std::optional<Segment> carried_;  ///< empty, waiting for the one that follows
+  std::vector<Segment> failed_;     ///< waiting for the stop
+
+  RecognitionRequests requests_;
+  bool recognising_ = false;
+  bool stopped_ = false;
+  bool slowRequest_ = false;
+  std::optional<OneShotSender<bool>> finished_;
+
+  std::vector<std::pair<std::size_t, SpokenText>> pieces_;  ///< with their places
+  std::string providerID_;
+  int failedPieces_ = 0;
+  std::optional<MRMError> firstError_;
+
+  DictationDiagnostics diagnostics_;
+  DictationBacklog backlog_;
+  double nextProgressSeconds_;
+  bool calibrationReported_ = false;
+  bool lowLevelReported_ = false;
+  bool deadMicrophone_ = false;
+
+  /// The running recognition. Last, so that it ends before anything that it uses.
+  Scope scope_;
+};
+
+class IncrementalDictationSessionFactory final : public DictationSessionFactory {
+ public:
+  explicit IncrementalDictationSessionFactory(IncrementalSessionServices services)
+      : services_(std::move(services)) {}
+  std::unique_ptr<DictationSession> make(DictationSessionConfiguration configuration) override;
+
+ private:
+  IncrementalSessionServices services_;
+};
+
+}  // namespace murmel

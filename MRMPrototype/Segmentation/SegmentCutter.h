@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Audio/CapturedAudio.h"
+#include "Segmentation/PhrasePauseDetector.h"
+#include "Segmentation/SegmentLevels.h"
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <vector>
+
+namespace murmel {
+
+/// A part of a recording that is recognised as a whole.
+struct CutSegment {
+  PendingCapturedAudio audio;
+  double seconds = 0;
+  SpeechEvidence evidence = SpeechEvidence::none;
+  /// dBFS, where the detector knew them when the segment was cut.
+  std::optional<double> floorDB;
+  std::optional<double> speechDB;
+};
+
+/// Cuts a recording into segments. Every sample is in exactly one of them, in order. Pure: its time is the
+/// samples, and what it keeps is the segment that is still open.
+///
+/// A segment ends with the first pause between phrases after the target length. After twice the target the
+/// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment ends
+/// where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest moment.
+/// Silence is cut off at once.
+class SegmentCutter {
+ public:
+  /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.
+  static constexpr double longestSeconds = 49;
+
+  /// `targetSeconds` above zero; infinite for as few segments as possible.
+  explicit SegmentCutter(double targetSeconds);
+
+  /// The segments that `audio` completes. A changed sample rate begins a new segment. Samples that are not
+  /// finite count as zero; audio without a usable rate is no audio.
+  std::vector<CutSegment> append(PendingCapturedAudio audio);
+  /// The rest.
+  std::optional<CutSegment> flush();
+
+  /// Seconds appended so far.
+  [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }
+  /// Seconds of nothing but digital zeros up to now.
+  [[nodiscard]] double zeroSeconds() const { return zeroFrames_ * FrameLevelMeter::frameSeconds; }
+  /// Whether any sample was not zero.
+  [[nodiscard]] bool heardSignal() const { return heardSignal_; }
+
+  [[nodiscard]] bool calibrated() const { return detector_ && detector_->calibrated(); }
+  [[nodiscard]] std::optional<double> floorDB() const {
+    return detector_ ? detector_->floorDB() : std::nullopt;
+  }
+  [[nodiscard]] int calibrationBatches() const;
+  [[nodiscard]] double minimumWindowDB() const;
+  [[nodiscard]] double leadingLowLevelSeconds() const { return leadingLowLevelSeconds_; }
+  [[nodiscard]] bool leadingLowLevelEnded() const { return leadingLowLevelEnded_; }
+
+ private:
+  void beginStream(double sampleRate);
+  void append(std::span<const float> slice, std::vector<CutSegment>& segments);
+  void follow(const FrameLevel& frame);
+  [[nodiscard]] bool accepts(const PhrasePause& pause) const;
+  [[nodiscard]] double openSeconds() const;
+  [[nodiscard]] std::optional<std::size_t> silentFrames();
+  [[nodiscard]] std::optional<std::size_t> placeWithoutPause() const;
+  /// Ends the segment after its first `frames` frames.
+  CutSegment cutAfterFrames(std::size_t frames);
+  CutSegment segment(std::vector<float> samples, std::span<const FrameLevel> frames) const;
+
+  double targetSeconds_;
+  double patienceSeconds_;
+
+  double sampleRate_ = 0;
+  std::optional<PhrasePauseDetector> detector_;
+  std::vector<float> open_;
+  std::vector<FrameLevel> openFrames_;
+  std::int64_t openBegin_ = 0;  ///< the first sample of the open segment in the stream of this rate
+  bool silent_ = true;          ///< whether the open segment may have begun with silence
+
+  double capturedSeconds_ = 0;
+  int zeroFrames_ = 0;
+  bool heardSignal_ = false;
+  int earlierCalibrationBatches_ = 0;
+  double earlierMinimumWindowDB_ = std::numeric_limits<double>::infinity();
+  double leadingLowLevelSeconds_ = 0;
+  bool leadingLowLevelEnded_ = false;
+};
+
+}  // namespace murmel

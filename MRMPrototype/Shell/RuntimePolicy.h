@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Product/ExecutableRuntimePolicy.h"
+#include "Shell/ApplicationFolders.h"
+
+namespace murmel {
+
+/// The policy of this installation: its own resources folder and, where the application is signed, its own
+/// team.
+ExecutableRuntimePolicy runtimePolicy(const ApplicationFolders& folders);
+
+}  // namespace murmel

@@ -1,0 +1,129 @@
+#include "Shortcut/HotkeyService.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr Duration eventTapRetryInterval = std::chrono::milliseconds(500);
+/// Ten seconds in all: what is not there by then comes back with the next notification, if at all.
+constexpr int eventTapRetryLimit = 20;
+
+void callIfSet(const std::function<void()>& callback) {
+  if (callback) callback();
+}
+
+}  // namespace
+
+HotkeyService::HotkeyService(Executor& executor, const Clock& clock, KeyEventTap& taps,
+                             LocalKeyMonitor& localKeys, HotkeyNotifications notifications)
+    : executor_(executor), clock_(clock), taps_(taps), localKeys_(localKeys), notifications_(notifications) {}
+
+HotkeyService::~HotkeyService() = default;
+
+void HotkeyService::start(std::function<ShortcutConfiguration()> shortcutProvider) {
+  shortcutProvider_ = std::move(shortcutProvider);
+  localMonitor_ = localKeys_.add([this](const KeyEvent& event) {
+    // A tap sees these keys too, over a connection of its own. Were both heard, a main thread that is busy
+    // for the length of a tap would take it for two.
+    if (!eventTap_) receive(event);
+  });
+  installGlobalEventTapIfAuthorized();
+  const auto observe = [this](Signal<>& signal, void (HotkeyService::*reaction)()) {
+    observers_.push_back(
+        signal.subscribe([this, reaction] { postIfAlive([this, reaction] { (this->*reaction)(); }); }));
+  };
+  observe(notifications_.shortcutDidChange, &HotkeyService::reconfigureForCurrentShortcut);
+  observe(notifications_.inputMonitoringPermissionDidChange,
+          &HotkeyService::installGlobalEventTapIfAuthorized);
+  observe(notifications_.applicationDidBecomeActive, &HotkeyService::installGlobalEventTapIfAuthorized);
+}
+
+void HotkeyService::postIfAlive(std::move_only_function<void()> job) {
+  executor_.post([alive = std::weak_ptr(alive_), job = std::move(job)]() mutable {
+    if (!alive.expired()) job();
+  });
+}
+
+// Everything hops through the event loop: a callback of the coordinator must not run inside the tap, which it
+// may cause to be removed.
+void HotkeyService::receive(const KeyEvent& event) {
+  if (event.type == KeyEventType::tapDisabledByTimeout ||
+      event.type == KeyEventType::tapDisabledByUserInput) {
+    postIfAlive([this] { enableGlobalEventTap(); });
+    return;
+  }
+  const auto uptime = durationToSeconds(clock_.now().time_since_epoch());
+  if (const auto hotkeyEvent = MRMHotkeyEvent::from(event, uptime)) {
+    postIfAlive([this, hotkeyEvent = *hotkeyEvent] { handle(hotkeyEvent); });
+  }
+}
+
+void HotkeyService::handle(const MRMHotkeyEvent& event) {
+  switch (stateMachine_.consume(event, shortcutProvider_())) {
+    case HotkeyStateMachine::Transition::press:
+      callIfSet(onPress);
+      break;
+    case HotkeyStateMachine::Transition::release:
+      callIfSet(onRelease);
+      break;
+    case HotkeyStateMachine::Transition::toggle:
+      callIfSet(onToggle);
+      break;
+    case HotkeyStateMachine::Transition::none:
+      break;
+  }
+}
+
+void HotkeyService::installGlobalEventTapIfAuthorized() {
+  if (shortcutProvider_().kind == ShortcutConfiguration::Kind::disabled) {
+    removeGlobalEventTap();
+    return;
+  }
+  if (!taps_.permission().granted) return;
+  if (eventTap_) {
+    enableGlobalEventTap();
+  } else if (!createGlobalEventTap()) {
+    scheduleEventTapRetry();
+  }
+}
+
+bool HotkeyService::createGlobalEventTap() {
+  eventTap_ = taps_.create([this](const KeyEvent& event) { receive(event); });
+  if (!eventTap_) return false;
+  eventTapRetry_.reset();
+  return true;
+}
+
+void HotkeyService::removeGlobalEventTap() {
+  eventTapRetry_.reset();
+  eventTap_.reset();
+}
+
+void HotkeyService::enableGlobalEventTap() {
+  if (!eventTap_ || eventTap_->enable()) return;
+  removeGlobalEventTap();
+  scheduleEventTapRetry();
+}
+
+void HotkeyService::scheduleEventTapRetry() {
+  if (eventTapRetry_) return;
+  retryAttempts_ = 0;
+  eventTapRetry_ = executor_.after(eventTapRetryInterval, [this] { retryEventTap(); });
+}
+
+void HotkeyService::retryEventTap() {
+  ++retryAttempts_;
+  if (createGlobalEventTap()) return;
+  eventTapRetry_.reset();
+  if (retryAttempts_ >= eventTapRetryLimit) return;
+  eventTapRetry_ = executor_.after(eventTapRetryInterval, [this] { retryEventTap(); });
+}
+
+void HotkeyService::reconfigureForCurrentShortcut() {
+  // Removes the tap when the new shortcut is the disabled one.
+  installGlobalEventTapIfAuthorized();
+}
+
+}  // namespace murmel

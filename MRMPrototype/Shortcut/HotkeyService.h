@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+#include "Foundation/Executor.h"
+#include "Foundation/Registration.h"
+#include "Foundation/Signal.h"
+#include "Platform/KeyEventTap.h"
+#include "Platform/LocalKeyMonitor.h"
+#include "Shortcut/HotkeyStateMachine.h"
+#include "Shortcut/ShortcutConfiguration.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace murmel {
+
+/// What makes the service look at its tap again.
+struct HotkeyNotifications {
+  Signal<>& shortcutDidChange;                   ///< "MRM.ShortcutDidChange"
+  Signal<>& inputMonitoringPermissionDidChange;  ///< the permission may have been granted
+  Signal<>& applicationDidBecomeActive;          ///< the user may come back from granting it
+};
+
+/// Owns the observation of the keyboard for the dictation shortcut, and keeps it alive across changes of the
+/// permission and of the shortcut and across what the system does to it. Says nothing when it cannot observe:
+/// the shortcut then works in the application's own windows only. Main thread; everything that it is given
+/// must outlive it.
+class HotkeyService {
+ public:
+  HotkeyService(Executor& executor, const Clock& clock, KeyEventTap& taps, LocalKeyMonitor& localKeys,
+                HotkeyNotifications notifications);
+  ~HotkeyService();
+  HotkeyService(const HotkeyService&) = delete;
+  HotkeyService& operator=(const HotkeyService&) = delete;
+
+  /// What the shortcut asks for; set before `start`. Called from the event loop, never from inside a call of
+  /// this class. They may change the shortcut, but not destroy the service.
+  std::function<void()> onPress;
+  std::function<void()> onRelease;
+  std::function<void()> onToggle;
+
+  /// Begins to observe. `shortcutProvider` gives the shortcut of the moment and is asked for every event.
+  void start(std::function<ShortcutConfiguration()> shortcutProvider);
+
+ private:
+  void receive(const KeyEvent& event);
+  void handle(const MRMHotkeyEvent& event);
+  void installGlobalEventTapIfAuthorized();
+  bool createGlobalEventTap();
+  void removeGlobalEventTap();
+  void enableGlobalEventTap();
+  void scheduleEventTapRetry();
+  void retryEventTap();
+  void reconfigureForCurrentShortcut();
+  void postIfAlive(std::move_only_function<void()> job);
+
+  Executor& executor_;
+  const Clock& clock_;
+  KeyEventTap& taps_;
+  LocalKeyMonitor& localKeys_;
+  HotkeyNotifications notifications_;
+
+  HotkeyStateMachine stateMachine_;
+  std::function<ShortcutConfiguration()> shortcutProvider_;
+  int retryAttempts_ = 0;
+  /// Gone with the service: what was posted and is still waiting then does nothing.
+  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  std::unique_ptr<InstalledKeyEventTap> eventTap_;
+  Registration localMonitor_;
+  std::vector<Registration> observers_;
+  Registration eventTapRetry_;
+};
+
+}  // namespace murmel

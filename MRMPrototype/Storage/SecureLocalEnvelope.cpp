@@ -1,0 +1,76 @@
+#include "Storage/SecureLocalEnvelope.h"
+
+#include "Foundation/Base64.h"
+#include "Foundation/JsonCursor.h"
+#include "Foundation/JsonText.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace murmel {
+
+namespace {
+
+/// A base64 string as it stands in the text. Some writers escape the slash, the only character of the
+/// alphabet that may be.
+std::optional<std::vector<std::uint8_t>> decodeBox(std::string_view raw, bool escaped) {
+  if (!escaped) return base64::decoded(raw);
+  std::string plain;
+  plain.reserve(raw.size());
+  for (std::size_t index = 0; index < raw.size(); ++index) {
+    if (raw[index] == '\\' && raw.substr(index, 2) == "\\/") ++index;
+    plain += raw[index];
+  }
+  return base64::decoded(plain);
+}
+
+}  // namespace
+
+bool SecureLocalEnvelope::hasMagic(std::span<const std::uint8_t> fileBytes) {
+  return fileBytes.size() >= magic.size() && std::equal(magic.begin(), magic.end(), fileBytes.begin());
+}
+
+SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::span<const std::uint8_t> fileBytes) {
+  const auto invalid =
+      std::unexpected(SecureLocalStorageError(SecureLocalStorageError::Case::invalidEnvelope));
+  if (!hasMagic(fileBytes)) return invalid;
+  const auto json = fileBytes.subspan(magic.size());
+  const std::string_view text(reinterpret_cast<const char*>(json.data()), json.size());
+
+  SecureLocalEnvelope envelope;
+  JsonCursor::RawString box;
+  bool hasVersion = false;
+  bool hasKey = false;
+  bool hasBox = false;
+  JsonCursor cursor(text);
+  const bool read = cursor.object([&](std::string_view key) {
+    if (key == "version") return hasVersion = cursor.integer(envelope.version);
+    if (key == "keyID") return hasKey = cursor.string(envelope.keyID);
+    if (key == "sealedData") return hasBox = cursor.rawString(box);
+    return cursor.skip();
+  });
+  if (!read || !cursor.atEnd() || !hasVersion || !hasKey || !hasBox) return invalid;
+  auto sealedData = decodeBox(text.substr(box.offset, box.size), box.escaped);
+  if (!sealedData) return invalid;
+  envelope.sealedData = std::move(*sealedData);
+  return envelope;
+}
+
+std::string SecureLocalEnvelope::encode() const {
+  std::string text;
+  constexpr std::size_t rest = 256;  // magic, keys and punctuation
+  text.reserve(base64::encodedSize(sealedData.size()) + keyID.size() + rest);
+  text += magic;
+  text += fmt::format(R"({{"version":{},"keyID":)", version);
+  appendJsonString([&](std::string_view piece) { text += piece; }, keyID);
+  text += R"(,"sealedData":")";
+  base64::appendEncoded(text, sealedData);
+  text += "\"}";
+  return text;
+}
+
+}  // namespace murmel

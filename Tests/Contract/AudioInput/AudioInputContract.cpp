@@ -1,0 +1,195 @@
+// What every audio input promises: the microphone of a sound server, a file, and the fake.
+
+#include "Audio/FileAudioInput.h"
+#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/PulseAudio/PulseAudioInput.h"
+#include "Support/Awaiting.h"
+#include "Support/Listening.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/WaveBytes.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+using ::testing::Each;
+
+namespace {
+
+using Outcome = std::expected<AudioFormat, AudioInputError>;
+
+class FakeRig {
+ public:
+  ManualExecutor executor;
+  std::optional<FakeAudioInput> input{executor};
+  /// Lets the microphone hear something until `condition` holds.
+  bool hearUntil(const std::function<bool()>& condition) {
+    for (int fragment = 0; fragment < 1'000 && !condition(); ++fragment) {
+      if (input) input->deliver(std::vector<float>(960 * 2, 0.5F));
+      executor.runUntilIdle();
+    }
+    return condition();
+  }
+};
+
+class FileRig {
+  TemporaryFolder folder_;
+
+ public:
+  ManualExecutor executor;
+  std::optional<std::unique_ptr<FileAudioInput>> input = open();
+  bool hearUntil(const std::function<bool()>& condition) {
+    for (int fragment = 0; fragment < 1'000 && !condition(); ++fragment) executor.advance(20ms);
+    return condition();
+  }
+
+ private:
+  std::unique_ptr<FileAudioInput> open() {
+    const auto path = folder_.write("minute.wav", waveFile16(std::vector<std::int16_t>(60 * 44'100), 44'100));
+    return *FileAudioInput::open(executor, executor, path, FileAudioInput::Pace::realTime);
+  }
+};
+
+class PulseRig {
+ public:
+  ManualExecutor executor;
+  std::optional<PulseAudioInput> input{std::in_place, executor, PulseServer{"Murmel test", std::nullopt}};
+  bool hearUntil(const std::function<bool()>& condition) { return executor.waitUntil(condition); }
+};
+
+template <class Rig>
+class AudioInputContract : public ::testing::Test {
+ protected:
+  AudioInput& input() {
+    if constexpr (std::is_same_v<Rig, FileRig>) {
+      return **rig.input;
+    } else {
+      return *rig.input;
+    }
+  }
+  void record(Listening& listening) {
+    Awaiting<Outcome> starting(input().start(listening.onFragment(), listening.onChange()));
+    ASSERT_TRUE(rig.hearUntil([&] { return starting.done(); }));
+    ASSERT_TRUE(starting->has_value());
+  }
+  /// Long enough for a few fragments, if anybody still listened.
+  void letSomeTimePass() {
+    int turns = 0;
+    rig.hearUntil([&] { return ++turns > 4; });
+  }
+
+  Rig rig;
+};
+
+using Rigs = ::testing::Types<FakeRig, FileRig, PulseRig>;
+TYPED_TEST_SUITE(AudioInputContract, Rigs);
+
+}  // namespace
+
+TYPED_TEST(AudioInputContract, ARecordingBeginsWithItsFirstFragment) {
+  Listening listening;
+  Awaiting<Outcome> starting(this->input().start(listening.onFragment(), listening.onChange()));
+  EXPECT_FALSE(starting.done());
+  int fragmentsAtStart = 0;
+  ASSERT_TRUE(this->rig.hearUntil([&] {
+    if (!starting.done()) return false;
+    fragmentsAtStart = listening.fragments();
+    return true;
+  }));
+  ASSERT_TRUE(starting->has_value());
+  EXPECT_GE(fragmentsAtStart, 1);
+  EXPECT_GT((*starting)->sampleRate, 0);
+  EXPECT_GT((*starting)->channelCount, 0U);
+  ASSERT_TRUE(this->rig.hearUntil([&] { return listening.fragments() >= 5; }));
+  this->input().stop();
+  EXPECT_THAT(listening.formats(), Each(**starting));
+  EXPECT_EQ(listening.sampleCount() % (*starting)->channelCount, 0U) << "whole frames";
+  EXPECT_EQ(listening.changes(), 0);
+}
+
+TYPED_TEST(AudioInputContract, NothingIsHeardAndNothingKeptAfterTheStop) {
+  Listening listening;
+  this->record(listening);
+  this->input().stop();
+  const auto heard = listening.sampleCount();
+  EXPECT_FALSE(listening.held()) << "the handlers are gone";
+  this->letSomeTimePass();
+  EXPECT_EQ(listening.sampleCount(), heard);
+  this->input().stop();
+}
+
+TYPED_TEST(AudioInputContract, StopsWithoutARecordingAreHarmless) {
+  this->input().stop();
+  this->input().stop();
+  Listening listening;
+  this->record(listening);
+  this->input().stop();
+}
+
+TYPED_TEST(AudioInputContract, RecordsAgainAndAgain) {
+  for (int round = 0; round < 5; ++round) {
+    Listening listening;
+    this->record(listening);
+    const auto heard = listening.sampleCount();
+    ASSERT_TRUE(this->rig.hearUntil([&] { return listening.sampleCount() > heard; }));
+    this->input().stop();
+  }
+}
+
+TYPED_TEST(AudioInputContract, OneRecordingAtATime) {
+  Listening first;
+  Listening second;
+  this->record(first);
+  Awaiting<Outcome> refused(this->input().start(second.onFragment(), second.onChange()));
+  ASSERT_TRUE(this->rig.hearUntil([&] { return refused.done(); }));
+  ASSERT_FALSE(refused->has_value());
+  EXPECT_EQ(refused->error(), AudioInputError::notStarted);
+  const auto heard = first.sampleCount();
+  EXPECT_TRUE(this->rig.hearUntil([&] { return first.sampleCount() > heard; })) << "the first one goes on";
+  EXPECT_EQ(second.fragments(), 0);
+  this->input().stop();
+}
+
+TYPED_TEST(AudioInputContract, ACancelledStartLeavesNothingBehind) {
+  Listening cancelled;
+  {
+    Awaiting<Outcome> starting(this->input().start(cancelled.onFragment(), cancelled.onChange()));
+    this->input().stop();  // nothing records yet
+    EXPECT_FALSE(starting.done());
+  }
+  EXPECT_FALSE(cancelled.held());
+  const auto heard = cancelled.sampleCount();
+  Listening listening;
+  this->record(listening);
+  this->letSomeTimePass();
+  EXPECT_EQ(cancelled.sampleCount(), heard);
+  this->input().stop();
+}
+
+TYPED_TEST(AudioInputContract, ANeverAwaitedStartDoesNothing) {
+  Listening never;
+  {
+    const auto unused = this->input().start(never.onFragment(), never.onChange());
+    this->letSomeTimePass();
+  }
+  EXPECT_EQ(never.fragments(), 0);
+  Listening listening;
+  this->record(listening);
+  this->input().stop();
+}
+
+TYPED_TEST(AudioInputContract, MayGoAwayWhileItRecords) {
+  Listening listening;
+  this->record(listening);
+  this->rig.input.reset();
+  const auto heard = listening.sampleCount();
+  EXPECT_FALSE(listening.held());
+  this->letSomeTimePass();
+  EXPECT_EQ(listening.sampleCount(), heard);
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "Foundation/Scope.h"
+#include "Platform/Fake/FakePasteboard.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/X11/X11Pasteboards.h"
+#include "Support/X11/ClipboardPeer.h"
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace murmel::test {
+
+/// Runs tasks to their end on a loop that serves real threads too.
+class TaskRunner {
+ public:
+  template <class T>
+  T await(Task<T> task) {
+    std::optional<T> result;
+    scope_.start(keep(std::move(task), result));
+    if (!executor.waitUntil([&] { return result.has_value(); })) throw std::runtime_error("no answer");
+    return *std::move(result);
+  }
+
+  ManualExecutor executor;
+
+ private:
+  template <class T>
+  static Task<void> keep(Task<T> task, std::optional<T>& result) {
+    T value = co_await task;
+    result = std::move(value);
+  }
+  Scope scope_;
+};
+
+/// The fake, and the other applications that it brings with it.
+class FakeDesk {
+ public:
+  TaskRunner runner;
+  FakePasteboard board{runner.executor, runner.executor};
+
+  ClipboardPasteboard& pasteboard() { return board; }
+  void writeByAnother(const ClipboardSnapshot& contents) { board.writeByAnother(contents); }
+  std::optional<std::string> readByAnother(const std::string& type) { return board.readBy(reader(), type); }
+  [[nodiscard]] DesktopClient reader() const { return {77, 770}; }
+};
+
+/// The clipboard of a real X server, with other clients on connections of their own.
+class X11Desk {
+ public:
+  X11Desk() {
+    auto opened = X11Pasteboards::open(runner.executor, clock);
+    if (!opened) throw std::runtime_error(opened.error());
+    boards = *std::move(opened);
+  }
+  TaskRunner runner;
+  SystemClock clock;
+  std::unique_ptr<X11Pasteboards> boards;
+  std::unique_ptr<ClipboardOwner> owner;
+  ClipboardReader otherReader{"CLIPBOARD"};
+
+  ClipboardPasteboard& pasteboard() { return boards->general(); }
+  void writeByAnother(const ClipboardSnapshot& contents, OwnerBehaviour behaviour = {}) {
+    // The new owner first: otherwise the selection would be nobody's for a moment, which is a change too.
+    auto next = std::make_unique<ClipboardOwner>("CLIPBOARD", contents, std::move(behaviour));
+    owner = std::move(next);
+  }
+  std::optional<std::string> readByAnother(const std::string& type) {
+    const auto value = otherReader.read(type);
+    return value ? std::optional(value->data) : std::nullopt;
+  }
+  [[nodiscard]] DesktopClient reader() const { return otherReader.client(); }
+};
+
+inline ClipboardSnapshot oneText(const std::string& text) {
+  return {{{{{"UTF8_STRING", text, "", 8}}}}};
+}
+
+/// Ten types as a rich application offers them, with an image of 5 MB.
+inline ClipboardSnapshot tenTypes() {
+  std::string image("\x89PNG\r\n\x1a\n", 8);
+  for (std::size_t index = image.size(); index < 5'260'000; ++index)
+    image += static_cast<char>(index * 2'654'435'761U >> 13);
+  std::string numbers(400, '\0');
+  for (std::size_t index = 0; index < numbers.size(); ++index) numbers[index] = static_cast<char>(index);
+  return {{{{{"image/png", image, "", 8},
+             {"text/html", "<p>h\xC3\xA9llo</p>", "", 8},
+             {"UTF8_STRING", "h\xC3\xA9llo", "", 8},
+             {"STRING", "h\xE9llo", "", 8},
+             {"TEXT", "h\xC3\xA9llo", "UTF8_STRING", 8},
+             {"text/uri-list", "file:///tmp/a%20b\r\nfile:///tmp/c\r\n", "", 8},
+             {"x-special/gnome-copied-files", "copy\nfile:///tmp/a%20b", "", 8},
+             {"application/x-words", numbers, "INTEGER", 16},
+             {"application/x-longs", numbers, "INTEGER", 32},
+             {"application/x-empty", "", "", 8}}}}};
+}
+
+}  // namespace murmel::test

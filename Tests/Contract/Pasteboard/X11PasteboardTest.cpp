@@ -1,0 +1,177 @@
+// What only a real selection owner can do wrong.
+
+#include "PasteboardDesk.h"
+
+#include <algorithm>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace murmel::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class X11PasteboardTest : public ::testing::Test {
+ protected:
+  template <class T>
+  T await(Task<T> task) {
+    return desk.runner.await(std::move(task));
+  }
+  /// Real time that `work` takes.
+  template <class Work>
+  Duration timeOf(Work work) {
+    const auto start = desk.clock.now();
+    work();
+    return desk.clock.now() - start;
+  }
+
+  X11Desk desk;
+  ClipboardPasteboard& general = desk.boards->general();
+};
+
+}  // namespace
+
+TEST_F(X11PasteboardTest, CapturesWhatComesInPieces) {
+  auto contents = tenTypes();
+  contents.items.front().values.front().data.resize(300'000);
+  OwnerBehaviour pieces;
+  pieces.sendsInPieces = true;
+  desk.writeByAnother(contents, pieces);
+  const auto captured = await(general.capture());
+  EXPECT_TRUE(captured.complete);
+  EXPECT_TRUE(captured.contents == contents);
+}
+
+TEST_F(X11PasteboardTest, AnOwnerThatHangsOrStallsCostsABoundedTimeAndOnlyWhatItWithholds) {
+  // The limits are 1.5 s and 0.4 s for one form; the rest is for a machine that is busy.
+  struct Row {
+    const char* name;
+    OwnerBehaviour behaviour;
+    std::size_t captured;
+    bool complete;
+    Duration limit;
+  };
+  OwnerBehaviour hangs;
+  hangs.answers = false;
+  OwnerBehaviour stalls;
+  stalls.stallsAt = {"image/png"};
+  OwnerBehaviour stallsOften;
+  stallsOften.stallsAt = {"image/png", "text/html", "text/uri-list", "x-special/gnome-copied-files",
+                          "application/x-words", "application/x-longs"};
+  OwnerBehaviour refuses;
+  refuses.refuses = {"image/png"};
+  const Row rows[] = {
+      {"hangs", hangs, 0, false, 3s},
+      {"stalls in one", stalls, 9, false, 3s},
+      {"stalls in most", stallsOften, 3, false, 3s},
+      {"refuses what it offers", refuses, 9, true, 3s},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    desk.writeByAnother(tenTypes(), row.behaviour);
+    ClipboardCapture captured;
+    const auto time = timeOf([&] { captured = await(general.capture()); });
+    EXPECT_EQ(captured.complete, row.complete);
+    const auto count = captured.contents.items.empty() ? 0 : captured.contents.items.front().values.size();
+    EXPECT_GE(count, row.captured);
+    EXPECT_EQ(captured.contents.find("UTF8_STRING") != nullptr, row.captured > 0) << "text comes first";
+    EXPECT_LT(time, row.limit);
+  }
+}
+
+TEST_F(X11PasteboardTest, AnOwnerThatDiesLeavesAnEmptyClipboard) {
+  desk.writeByAnother(oneText("gone"));
+  const auto before = await(general.changeCount());
+  desk.owner.reset();
+  EXPECT_NE(await(general.changeCount()), before);
+  const auto captured = await(general.capture());
+  EXPECT_TRUE(captured.complete);
+  EXPECT_TRUE(captured.contents.items.empty());
+}
+
+TEST_F(X11PasteboardTest, SendsLargeValuesInPiecesSeveralToOneWindow) {
+  const auto contents = tenTypes();
+  auto two = contents;
+  two.items.front().values.push_back({"image/copy", contents.items.front().values.front().data, "", 8});
+  await(general.mrmReplace(two));
+  const auto values = desk.otherReader.readTogether({"image/png", "image/copy", "UTF8_STRING", "no/such"});
+  ASSERT_EQ(values.size(), 4U);
+  EXPECT_TRUE(values[0] && values[0]->data == contents.items.front().values.front().data);
+  EXPECT_TRUE(values[1] && values[1]->data == values[0]->data);
+  EXPECT_EQ(values[2]->data, "h\xC3\xA9llo");
+  EXPECT_FALSE(values[3]);
+}
+
+TEST_F(X11PasteboardTest, SurvivesAReaderThatDiesAndGoesOnServing) {
+  await(general.mrmReplace(tenTypes()));
+  ClipboardReader("CLIPBOARD").beginAndDie("image/png");
+  EXPECT_TRUE(desk.readByAnother("image/png") == tenTypes().items.front().values.front().data);
+}
+
+TEST_F(X11PasteboardTest, ServesWhileTheMainThreadIsBusyAndWhileItWaitsForAHangingOwner) {
+  await(general.mrmReplace(oneText("words")));
+  EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "words") << "this thread is the main thread, and it blocks";
+
+  OwnerBehaviour hangs;
+  hangs.answers = false;
+  const ClipboardOwner hanging("PRIMARY", oneText("never"), hangs);
+  Scope scope;
+  struct Begin {
+    static Task<void> capture(ClipboardPasteboard& pasteboard, bool& ended) {
+      auto capturing = pasteboard.capture();
+      co_await capturing;
+      ended = true;
+    }
+  };
+  bool ended = false;
+  scope.start(Begin::capture(desk.boards->primary(), ended));
+  EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "words");
+  EXPECT_FALSE(ended);
+}
+
+TEST_F(X11PasteboardTest, ALateReaderOfAnEarlierPasteGetsNothingRatherThanTheOldClipboard) {
+  await(general.mrmReplace(oneText("words")));
+  const auto timeOfPaste = desk.otherReader.now();
+  EXPECT_EQ(desk.otherReader.readAsOf("UTF8_STRING", timeOfPaste)->data, "words");
+  // The server counts milliseconds: the restore belongs to a later one.
+  while (desk.otherReader.now() == timeOfPaste) std::this_thread::yield();
+  await(general.mrmReplace(oneText("old clipboard")));
+  EXPECT_FALSE(desk.otherReader.readAsOf("UTF8_STRING", timeOfPaste));
+  EXPECT_EQ(desk.otherReader.readAsOf("UTF8_STRING", desk.otherReader.now())->data, "old clipboard");
+}
+
+TEST_F(X11PasteboardTest, ListsOnlyDataAndTheProtocolItKeeps) {
+  await(general.mrmReplace(oneText("words")));
+  EXPECT_EQ(desk.otherReader.types(), (std::vector<std::string>{"TIMESTAMP", "TARGETS", "MULTIPLE", "UTF8_STRING"}));
+  EXPECT_EQ(desk.otherReader.read("TIMESTAMP")->unitBits, 32);
+}
+
+TEST_F(X11PasteboardTest, HandsItsContentsToAManagerThatConfirmsAndWaitsABoundedTimeForOneThatDoesNot) {
+  await(general.mrmReplace(oneText("words")));
+  const ClipboardSnapshot confirmation{{{{{"SAVE_TARGETS", "", "NULL", 32}}}}};
+  {
+    const ClipboardOwner manager("CLIPBOARD_MANAGER", confirmation);
+    EXPECT_TRUE(await(general.handOver()));
+  }
+  OwnerBehaviour hangs;
+  hangs.answers = false;
+  const ClipboardOwner manager("CLIPBOARD_MANAGER", confirmation, hangs);
+  EXPECT_LT(timeOf([&] { EXPECT_FALSE(await(general.handOver())); }), 3s);
+
+  desk.writeByAnother(oneText("theirs"));
+  EXPECT_FALSE(await(general.handOver())) << "what others own is theirs to keep";
+}
+
+TEST_F(X11PasteboardTest, TheTwoSelectionsAreApart) {
+  auto& primary = desk.boards->primary();
+  await(general.mrmReplace(oneText("clipboard")));
+  const auto count = await(general.changeCount());
+  await(primary.mrmReplace(oneText("primary")));
+  EXPECT_EQ(await(general.changeCount()), count);
+  EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "clipboard");
+  EXPECT_EQ(ClipboardReader("PRIMARY").read("UTF8_STRING")->data, "primary");
+}
+
+}  // namespace murmel::test

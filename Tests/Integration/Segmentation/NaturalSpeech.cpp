@@ -1,0 +1,161 @@
+#include "NaturalSpeech.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include <gtest/gtest.h>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::size_t samplesPerByte = 2;  // of G.722 at 64 kbit/s
+constexpr double quietDB = -30;
+
+std::vector<std::filesystem::path> files(const std::string& language) {
+  std::vector<std::filesystem::path> found;
+  const std::filesystem::path root = "/usr/share/asterisk/sounds";
+  if (!std::filesystem::exists(root)) return found;
+  for (const auto& folder : std::filesystem::directory_iterator(root)) {
+    // The package links its folder under shorter names.
+    if (folder.is_symlink() || !folder.path().filename().string().starts_with(language + "_")) continue;
+    for (const auto& file : std::filesystem::directory_iterator(folder.path()))
+      if (file.path().extension() == ".g722") found.push_back(file.path());
+  }
+  std::ranges::sort(found);
+  return found;
+}
+
+/// All files through one run of the decoder: they follow each other in one stream.
+std::vector<float> decode(const std::string& g722) {
+  std::string folder = (std::filesystem::temp_directory_path() / "prompts-XXXXXX").string();
+  if (::mkdtemp(folder.data()) == nullptr) return {};
+  const std::string coded = folder + "/prompts.g722";
+  std::ofstream(coded, std::ios::binary) << g722;
+  const std::string command = "ffmpeg -v error -nostdin -f g722 -i " + coded + " -f f32le -ac 1 -ar 16000 -";
+  std::vector<float> samples;
+  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
+    std::array<float, 4'096> buffer{};
+    for (std::size_t count = 0; (count = std::fread(buffer.data(), sizeof(float), buffer.size(), pipe)) > 0;)
+      samples.insert(samples.end(), buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count));
+    ::pclose(pipe);
+  }
+  std::filesystem::remove_all(folder);
+  return samples;
+}
+
+double power(const float* begin, const float* end) {
+  double sum = 0;
+  for (auto sample = begin; sample != end; ++sample) sum += static_cast<double>(*sample * *sample);
+  return sum / static_cast<double>(end - begin);
+}
+
+}  // namespace
+
+static std::vector<std::string> names;
+NaturalSpeech NaturalSpeech::load(const std::string& language, double leastSeconds, std::size_t most) {
+  std::string coded; names.clear();
+  std::vector<std::size_t> lengths;
+  for (const auto& path : files(language)) {
+    const auto size = static_cast<std::size_t>(std::filesystem::file_size(path));
+    if (static_cast<double>(size * samplesPerByte) < leastSeconds * sampleRate) continue;
+    std::ifstream file(path, std::ios::binary);
+    coded.append(std::istreambuf_iterator<char>(file), {});
+    lengths.push_back(size * samplesPerByte); names.push_back(path.stem());
+    if (lengths.size() == most) break;
+  }
+  EXPECT_FALSE(lengths.empty()) << "install asterisk-core-sounds-" << language << "-g722";
+  const auto samples = decode(coded);
+  NaturalSpeech speech;
+  std::size_t position = 0;
+  for (const auto length : lengths) {
+    if (position + length > samples.size()) break;
+    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(position);
+    speech.prompts.emplace_back(begin, begin + static_cast<std::ptrdiff_t>(length));
+    position += length;
+  }
+  EXPECT_EQ(speech.prompts.size(), lengths.size()) << "ffmpeg did not decode the prompts";
+  return speech;
+}
+
+JoinedSpeech JoinedSpeech::join(const NaturalSpeech& speech, double leastGap, double mostGap, unsigned seed) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> gapSeconds(leastGap, mostGap);
+  JoinedSpeech joined;
+  auto& samples = joined.samples;
+  auto addSilence = [&] {
+    const auto count = static_cast<std::size_t>(gapSeconds(random) * NaturalSpeech::sampleRate);
+    samples.resize(samples.size() + count);
+    // Whole steps, so that each belongs to one prompt.
+    samples.resize((samples.size() + step - 1) / step * step);
+    joined.quiet.resize(samples.size() / step, true);
+  };
+  addSilence();
+  int k=0;
+  for (const auto& prompt : speech.prompts) {
+    std::vector<double> levels;
+    if (std::getenv("SHOW")) std::printf("at %f %s\n", double(samples.size())/16000, names[std::size_t(k++)].c_str());
+    for (std::size_t at = 0; at + step <= prompt.size(); at += step)
+      levels.push_back(10 * std::log10(power(&prompt[at], &prompt[at] + step) + 1e-12));
+    const double loudest = *std::ranges::max_element(levels);
+    for (const double level : levels) joined.quiet.push_back(level < loudest + quietDB);
+    samples.insert(samples.end(), prompt.begin(),
+                   prompt.begin() + static_cast<std::ptrdiff_t>(levels.size() * step));
+    const auto begin = static_cast<std::int64_t>(samples.size());
+    addSilence();
+    joined.gaps.push_back({begin, static_cast<std::int64_t>(samples.size())});
+  }
+  joined.gaps.pop_back();  // the end is no gap
+  return joined;
+}
+
+JoinedSpeech JoinedSpeech::withNoise(double decibels, unsigned seed) const {
+  std::mt19937 random(seed);
+  std::normal_distribution<float> white;
+  std::vector<float> noise(samples.size());
+  // Leaky integrators of different lengths add up to a spectrum that falls with the frequency.
+  std::array<float, 3> state{};
+  constexpr std::array<float, 3> pole{0.997F, 0.963F, 0.57F};
+  constexpr std::array<float, 3> gain{0.099F, 0.297F, 1.053F};
+  for (auto& sample : noise) {
+    const float drive = white(random);
+    sample = 0.185F * drive;
+    for (std::size_t index = 0; index < state.size(); ++index) {
+      state[index] = pole[index] * state[index] + gain[index] * drive;
+      sample += state[index];
+    }
+  }
+  const double speechPower = power(samples.data(), samples.data() + samples.size());
+  const double noisePower = power(noise.data(), noise.data() + noise.size());
+  const auto scale = static_cast<float>(std::sqrt(speechPower / noisePower * std::pow(10, -decibels / 10)));
+  auto noisy = *this;
+  for (std::size_t index = 0; index < noise.size(); ++index) noisy.samples[index] += scale * noise[index];
+  return noisy;
+}
+
+std::int64_t JoinedSpeech::quietAround(std::int64_t sample) const {
+  const auto size = static_cast<std::int64_t>(quiet.size());
+  auto begin = sample / step;
+  if (begin >= size || !quiet[static_cast<std::size_t>(begin)]) return 0;
+  auto end = begin;
+  while (begin > 0 && quiet[static_cast<std::size_t>(begin - 1)]) --begin;
+  while (end < size && quiet[static_cast<std::size_t>(end)]) ++end;
+  return (end - begin) * step;
+}
+
+bool JoinedSpeech::isFound(const Gap& gap, const std::vector<std::int64_t>& cuts) const {
+  auto begin = gap.begin / step;
+  auto end = gap.end / step;
+  while (begin > 0 && quiet[static_cast<std::size_t>(begin - 1)]) --begin;
+  while (end < static_cast<std::int64_t>(quiet.size()) && quiet[static_cast<std::size_t>(end)]) ++end;
+  return std::ranges::any_of(cuts, [&](auto cut) { return cut >= begin * step && cut < end * step; });
+}
+
+}  // namespace murmel

@@ -1,0 +1,256 @@
+// An application to deliver text to: a window that takes the keyboard, tells on standard output what happens to it,
+// and reads the clipboard when it is told to paste, as early or late as the test wants.
+//
+// usage: target-application CLASS [--type WINDOW_TYPE] [--read-after MILLISECONDS | --never]
+//                           [--primary] [--reads TIMES] [--die-on-chord] [--grab]
+//
+// Lines on standard output: "window ID", "focus", "press KEYCODE STATE", "release KEYCODE STATE", "pasted TEXT",
+// "grabbed". Lines on standard input: "activate" brings the window to the front, "own TEXT" takes the clipboard,
+// "grab" and "ungrab" the keyboard, "quit" ends it.
+
+#include "Support/X11/ClipboardPeer.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <poll.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Options {
+  std::string windowClass = "Target";
+  std::string windowType;
+  std::chrono::milliseconds readAfter{0};
+  bool reads = true;
+  bool primary = false;
+  int readTimes = 1;
+  bool diesOnChord = false;
+  bool grabs = false;
+};
+
+Options parse(int count, char** arguments) {
+  Options options;
+  if (count > 1) options.windowClass = arguments[1];
+  for (int index = 2; index < count; ++index) {
+    const std::string argument = arguments[index];
+    const auto next = [&] { return index + 1 < count ? std::string(arguments[++index]) : std::string(); };
+    if (argument == "--type") options.windowType = next();
+    else if (argument == "--read-after") options.readAfter = std::chrono::milliseconds(std::stoi(next()));
+    else if (argument == "--never") options.reads = false;
+    else if (argument == "--primary") options.primary = true;
+    else if (argument == "--reads") options.readTimes = std::stoi(next());
+    else if (argument == "--die-on-chord") options.diesOnChord = true;
+    else if (argument == "--grab") options.grabs = true;
+    else std::exit(2);
+  }
+  return options;
+}
+
+void say(const std::string& line) {
+  std::cout << line << std::endl;
+}
+
+class Target {
+ public:
+  explicit Target(Options options) : options_(std::move(options)) {
+    int screenNumber = 0;
+    connection_ = xcb_connect(nullptr, &screenNumber);
+    if (xcb_connection_has_error(connection_) != 0) std::exit(3);
+    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    root_ = screen->root;
+    window_ = xcb_generate_id(connection_);
+    const std::uint32_t values[] = {screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                                                             XCB_EVENT_MASK_FOCUS_CHANGE |
+                                                             XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, root_, 0, 0, 200, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
+                      values);
+    auto name = options_.windowClass;
+    name += '\0';
+    name += options_.windowClass;
+    name += '\0';
+    property("WM_CLASS", XCB_ATOM_STRING, name);
+    property("WM_NAME", XCB_ATOM_STRING, options_.windowClass);
+    const auto process = static_cast<std::uint32_t>(::getpid());
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1,
+                        &process);
+    if (!options_.windowType.empty()) {
+      const auto type = atom("_NET_WM_WINDOW_TYPE_" + options_.windowType);
+      xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
+                          32, 1, &type);
+    }
+    // WM_HINTS with an input hint: window managers give the focus to windows that ask for it.
+    const std::uint32_t hints[9] = {1, 1};
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9,
+                        hints);
+    xcb_map_window(connection_, window_);
+  }
+
+  int run() {
+    while (true) {
+      while (auto* event = xcb_poll_for_event(connection_)) {
+        handle(*event);
+        std::free(event);
+      }
+      if (xcb_connection_has_error(connection_) != 0) return 4;
+      xcb_flush(connection_);
+      pollfd descriptors[2] = {{xcb_get_file_descriptor(connection_), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
+      ::poll(descriptors, 2, millisecondsToNextRead());
+      if (descriptors[1].revents != 0 && !obey()) return 0;
+      while (!pending_.empty() && pending_.front() <= Clock::now()) {
+        pending_.pop_front();
+        paste();
+      }
+    }
+  }
+
+ private:
+  int millisecondsToNextRead() const {
+    if (pending_.empty()) return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(pending_.front() - Clock::now());
+    return left.count() < 0 ? 0 : static_cast<int>(left.count());
+  }
+
+  xcb_atom_t atom(const std::string& name) {
+    auto* reply = xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
+        nullptr);
+    const auto value = reply->atom;
+    std::free(reply);
+    return value;
+  }
+
+  void property(const char* name, xcb_atom_t type, const std::string& value) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom(name), type, 8,
+                        static_cast<std::uint32_t>(value.size()), value.data());
+  }
+
+  void handle(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7F) {
+      case XCB_MAP_NOTIFY:
+        say("window " + std::to_string(window_));
+        if (options_.grabs) grab();
+        break;
+      case XCB_FOCUS_IN: {
+        const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(event);
+        if (focus.mode == XCB_NOTIFY_MODE_NORMAL || focus.mode == XCB_NOTIFY_MODE_WHILE_GRABBED) say("focus");
+        break;
+      }
+      case XCB_KEY_PRESS:
+      case XCB_KEY_RELEASE: {
+        const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
+        const bool isPress = (event.response_type & 0x7F) == XCB_KEY_PRESS;
+        say((isPress ? "press " : "release ") + std::to_string(key.detail) + " " + std::to_string(key.state));
+        if (isPress && isChord(key)) chord();
+        break;
+      }
+      default:
+        break;
+    }
+  }
+
+  /// Ctrl+V, Ctrl+Shift+V or Shift+Insert and no other modifier, as a careful application compares them.
+  bool isChord(const xcb_key_press_event_t& key) {
+    constexpr std::uint16_t shift = 1;
+    constexpr std::uint16_t control = 4;
+    constexpr std::uint16_t others = 8 | 32 | 64 | 128;  // Alt, Super, AltGr; not the locks
+    if ((key.state & others) != 0) return false;
+    auto* mapping = xcb_get_keyboard_mapping_reply(
+        connection_, xcb_get_keyboard_mapping(connection_, key.detail, 1), nullptr);
+    const auto* symbols = xcb_get_keyboard_mapping_keysyms(mapping);
+    const int count = xcb_get_keyboard_mapping_keysyms_length(mapping);
+    bool isV = false;
+    bool isInsert = false;
+    for (int index = 0; index < count; ++index) {
+      isV = isV || symbols[index] == 'v';
+      isInsert = isInsert || symbols[index] == 0xFF63;
+    }
+    std::free(mapping);
+    const auto held = key.state & (shift | control);
+    return isV ? (held & control) != 0 : isInsert && held == shift;
+  }
+
+  void chord() {
+    if (options_.diesOnChord) std::_Exit(0);
+    if (!options_.reads) return;
+    for (int time = 0; time < options_.readTimes; ++time)
+      pending_.push_back(Clock::now() + options_.readAfter * (time + 1));
+  }
+
+  void paste() {
+    murmel::test::ClipboardReader reader(options_.primary ? "PRIMARY" : "CLIPBOARD");
+    const auto value = reader.read("UTF8_STRING");
+    say(value ? "pasted " + value->data : "pasted nothing");
+  }
+
+  void grab() {
+    // The window must be on the screen, which the window manager decides.
+    for (int attempt = 0; attempt < 200; ++attempt) {
+      auto* reply = xcb_grab_keyboard_reply(connection_,
+                                            xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME,
+                                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                            nullptr);
+      const bool grabbed = reply != nullptr && reply->status == XCB_GRAB_STATUS_SUCCESS;
+      std::free(reply);
+      if (grabbed) {
+        say("grabbed");
+        return;
+      }
+      ::usleep(5'000);
+    }
+  }
+
+  bool obey() {
+    std::string line;
+    if (!std::getline(std::cin, line) || line == "quit") return false;
+    if (line == "activate") activate();
+    if (line == "grab") grab();
+    if (line == "ungrab") {
+      xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+      xcb_flush(connection_);
+      std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+      say("ungrabbed");
+    }
+    if (line.starts_with("own ")) {
+      murmel::ClipboardSnapshot contents{{{{{"UTF8_STRING", line.substr(4), "", 8}}}}};
+      auto next = std::make_unique<murmel::test::ClipboardOwner>("CLIPBOARD", std::move(contents));
+      owner_ = std::move(next);
+      say("owned");
+    }
+    return true;
+  }
+
+  void activate() {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window_;
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = 2;
+    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+  }
+
+  Options options_;
+  xcb_connection_t* connection_ = nullptr;
+  xcb_window_t root_ = 0;
+  xcb_window_t window_ = 0;
+  std::deque<Clock::time_point> pending_;
+  std::unique_ptr<murmel::test::ClipboardOwner> owner_;
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  return Target(parse(count, arguments)).run();
+}

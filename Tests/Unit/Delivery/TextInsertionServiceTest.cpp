@@ -1,0 +1,331 @@
+#include "Delivery/InsertionFocusPolicy.h"
+#include "DeliveryHarness.h"
+
+#include <gtest/gtest.h>
+
+namespace murmel::test {
+
+using namespace std::chrono_literals;
+
+const std::string spoken = "dictated words";
+
+// MARK: the checks before a paste
+
+TEST(PasteChecks, TheFirstFailureNamesTheReason) {
+  PasteObservations seen;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::noTarget);
+  seen.hasTarget = true;
+  seen.targetTerminated = true;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::noTarget);
+  seen.targetTerminated = false;
+  seen.userActivatedAnother = true;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::appChanged);
+  seen.userActivatedAnother = false;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::targetNotActive);
+  seen.targetInFront = true;
+  seen.secureInput = true;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::secureInput);
+  seen.secureInput = false;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::noPermission);
+  seen.mayPost = true;
+  EXPECT_EQ(firstPasteBlock(seen), LiveInsertionBlock::eventsUnavailable);
+  seen.eventsAvailable = true;
+  EXPECT_EQ(firstPasteBlock(seen), std::nullopt);
+}
+
+TEST(TextInsertionService, CopiesWhereItMayNotPaste) {
+  struct Row {
+    const char* name;
+    LiveInsertionBlock block;
+    void (*beforeSession)(DeliveryHarness&);
+    void (*duringSession)(DeliveryHarness&);
+  };
+  const auto nothing = [](DeliveryHarness&) {};
+  const Row rows[] = {
+      {"this application was in front", LiveInsertionBlock::noTarget,
+       [](DeliveryHarness& desk) { desk.workspace.bringToFront(application(ownProcess, "Murmel")); },
+       nothing},
+      {"nothing was in front", LiveInsertionBlock::noTarget,
+       [](DeliveryHarness& desk) { desk.workspace.bringToFront(std::nullopt); }, nothing},
+      {"a panel was in front", LiveInsertionBlock::noTarget,
+       [](DeliveryHarness& desk) {
+         auto panel = application(7, "Xfce4-panel");
+         panel.isPanel = true;
+         desk.workspace.bringToFront(panel);
+       },
+       nothing},
+      {"the target has terminated", LiveInsertionBlock::noTarget, nothing,
+       [](DeliveryHarness& desk) { desk.workspace.terminate(desk.editor); }},
+      {"this application is in front and stays there", LiveInsertionBlock::targetNotActive, nothing,
+       [](DeliveryHarness& desk) {
+         desk.workspace.setActivationTime(std::nullopt);
+         desk.workspace.bringToFront(application(ownProcess, "Murmel"));
+       }},
+      {"a password is being typed", LiveInsertionBlock::secureInput, nothing,
+       [](DeliveryHarness& desk) { desk.secureInput.setEnabled(true); }},
+      {"keys may not be posted", LiveInsertionBlock::noPermission, nothing,
+       [](DeliveryHarness& desk) { desk.keyboard.forbid(); }},
+      {"the keyboard has no key that pastes", LiveInsertionBlock::eventsUnavailable, nothing,
+       [](DeliveryHarness& desk) { desk.keyboard.setChords({}); }},
+      {"a password prompt opens at the last moment", LiveInsertionBlock::secureInput, nothing,
+       [](DeliveryHarness& desk) {
+         desk.keyboard.holdModifierFor(300ms);
+         auto open = [&desk] { desk.secureInput.setEnabled(true); };
+         static Registration timer;
+         timer = desk.executor.after(100ms, open);
+       }},
+      {"another window comes up while the keys are sent", LiveInsertionBlock::appChanged, nothing,
+       [](DeliveryHarness& desk) {
+         desk.keyboard.beforePost([&desk] { desk.workspace.bringToFront(application(200, "Chat")); });
+       }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    DeliveryHarness desk;
+    row.beforeSession(desk);
+    desk.service->beginDictationSession();
+    row.duringSession(desk);
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+    EXPECT_EQ(desk.service->lastBlock(), row.block);
+    EXPECT_TRUE(desk.keyboard.posted().empty());
+    EXPECT_EQ(desk.clipboardText(), spoken);
+    EXPECT_EQ(desk.general.contents().find("app.murmel.Test.temporary-transcript-owner"), nullptr);
+    EXPECT_NE(desk.general.contents().find("org.nspasteboard.ConcealedType"), nullptr);
+    desk.executor.advance(5s);
+    EXPECT_EQ(desk.clipboardText(), spoken) << "what was copied stays";
+    EXPECT_EQ(desk.log.lines.find("dictated"), std::string::npos);
+  }
+}
+
+// MARK: which application the text goes to
+
+TEST(TextInsertionService, FollowsTheUserButNotPanelsOrItself) {
+  DeliveryHarness desk;
+  desk.service->beginDictationSession();
+  const auto show = [&](const RunningApplication& shown) {
+    desk.workspace.bringToFront(shown);
+    desk.executor.advance(100ms);
+  };
+  show(application(ownProcess, "Murmel"));
+  EXPECT_EQ(desk.service->target()->bundleIdentifier, "Mousepad");
+  auto dock = application(7, "Plank");
+  dock.isPanel = true;
+  show(dock);
+  EXPECT_EQ(desk.service->target()->bundleIdentifier, "Mousepad");
+  show(application(8, "com.apple.controlcenter"));
+  EXPECT_EQ(desk.service->target()->bundleIdentifier, "Mousepad");
+  const auto chat = application(200, "Chat");
+  show(chat);
+  EXPECT_EQ(desk.service->target()->bundleIdentifier, "Chat");
+  desk.service->endDictationSession();
+  EXPECT_FALSE(desk.service->target());
+}
+
+TEST(TextInsertionService, FollowsASwitchThatTheDesktopHasNotReportedYet) {
+  DeliveryHarness desk;
+  desk.service->beginDictationSession();
+  const auto chat = application(200, "Chat");
+  desk.workspace.bringToFront(chat);
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_TRUE(desk.workspace.activated().empty()) << "the user is not pulled back";
+}
+
+TEST(TextInsertionService, BringsTheTargetBackWithinItsPolls) {
+  struct Row {
+    std::optional<Duration> arrival;
+    TextDeliveryResult result;
+  };
+  for (const auto& row :
+       {Row{0ms, TextDeliveryResult::insertionSent}, Row{1'400ms, TextDeliveryResult::insertionSent},
+        Row{1'600ms, TextDeliveryResult::copiedFallback}}) {
+    DeliveryHarness desk;
+    desk.service->beginDictationSession();
+    desk.workspace.bringToFront(application(ownProcess, "Murmel"));
+    desk.workspace.setActivationTime(row.arrival);
+    EXPECT_EQ(desk.deliver(spoken), row.result);
+    EXPECT_EQ(desk.workspace.activated().size(), 1U);
+  }
+}
+
+TEST(TextInsertionService, PastesOnlyAfterHeldModifiersAreReleased) {
+  DeliveryHarness desk;
+  desk.service->beginDictationSession();
+  desk.keyboard.holdModifierFor(10s);
+  const auto started = desk.executor.now();
+  std::optional<Instant> posted;
+  desk.keyboard.onPosted([&](PasteChord) { posted = desk.executor.now(); });
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_EQ(*posted - started, 400ms);
+}
+
+// MARK: receipts and the clipboard afterwards
+
+TEST(TextInsertionService, SlowTargetsGetTheTextAndTheClipboardComesBackAfterwards) {
+  for (const auto delay : {10ms, 60ms, 150ms, 400ms, 1'500ms, 1'900ms}) {
+    SCOPED_TRACE(delay.count());
+    DeliveryHarness desk;
+    desk.readAfter(delay);
+    desk.service->beginDictationSession();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    desk.service->endDictationSession();
+    desk.executor.advance(2'100ms);
+    EXPECT_EQ(desk.read, std::vector{spoken});
+    EXPECT_EQ(desk.general.contents(), richClipboard());
+    EXPECT_EQ(desk.settled, std::vector{PasteSettlement::clipboardRestored});
+    EXPECT_EQ(desk.service->lastResult(), TextDeliveryResult::insertedAndClipboardRestored);
+  }
+}
+
+TEST(TextInsertionService, KeepsTheTranscriptWhenTheTargetNeverReadsIt) {
+  DeliveryHarness desk;
+  desk.keyboard.onPosted([&](PasteChord) {
+    desk.general.readBy({999, 999}, "UTF8_STRING");      // a clipboard manager
+    desk.general.readBy(desk.editor.client, "numbers");  // not there
+    desk.general.readBy(desk.editor.client, "x-kde-passwordManagerHint");
+  });
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  desk.executor.advance(1'900ms);
+  EXPECT_TRUE(desk.settled.empty());
+  desk.executor.advance(200ms);
+  EXPECT_EQ(desk.settled, std::vector{PasteSettlement::neverRead});
+  EXPECT_EQ(desk.clipboardText(), spoken);
+  EXPECT_TRUE(warning(desk.settled.front()));
+  EXPECT_FALSE(warning(PasteSettlement::clipboardRestored));
+}
+
+TEST(TextInsertionService, LeavesAloneWhatSomebodyElseWrites) {
+  for (const bool afterTheRead : {false, true}) {
+    DeliveryHarness desk;
+    desk.readAfter(afterTheRead ? 10ms : 500ms);
+    desk.service->beginDictationSession();
+    desk.deliver(spoken);
+    desk.executor.advance(50ms);
+    desk.general.writeByAnother(plainText(spoken));  // the very same words are a change too
+    desk.executor.advance(3s);
+    EXPECT_EQ(desk.general.contents(), plainText(spoken));
+    EXPECT_EQ(desk.settled, std::vector{PasteSettlement::clipboardChanged});
+  }
+}
+
+TEST(TextInsertionService, SeesAChangeThatComesWithThePaste) {
+  DeliveryHarness desk;
+  desk.keyboard.onPosted([&](PasteChord) { desk.general.writeByAnother(plainText("copied")); });
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSentClipboardChanged);
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.clipboardText(), "copied");
+}
+
+TEST(TextInsertionService, KeepsTheTranscriptByTheUsersChoiceAndStillWatchesItArrive) {
+  for (const bool reads : {true, false}) {
+    DeliveryHarness desk(/*restoresClipboard=*/false);
+    if (reads) desk.readAfter(30ms);
+    desk.service->beginDictationSession();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertedAndTranscriptKept);
+    desk.executor.advance(3s);
+    EXPECT_EQ(desk.clipboardText(), spoken);
+    EXPECT_EQ(desk.settled,
+              std::vector{reads ? PasteSettlement::transcriptKept : PasteSettlement::neverRead});
+  }
+}
+
+TEST(TextInsertionService, TheNextDeliveryWaitsForTheReadOfTheOneBefore) {
+  DeliveryHarness desk;
+  desk.readAfter(600ms);
+  desk.service->beginDictationSession();
+  desk.deliver("one");
+  EXPECT_EQ(desk.deliver("two"), TextDeliveryResult::insertionSent);
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.read, (std::vector<std::string>{"one", "two"}));
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+}
+
+TEST(TextInsertionService, FinishRestoresAtOnceWhenTheTargetHasRead) {
+  DeliveryHarness desk;
+  desk.readAfter(10ms);
+  desk.service->beginDictationSession();
+  desk.deliver(spoken);
+  desk.executor.advance(40ms);
+  std::optional<std::optional<TextDeliveryResult>> finished;
+  desk.start(desk.service->finishPasteCleanup(), finished);
+  desk.executor.runUntilIdle();
+  ASSERT_TRUE(finished);
+  EXPECT_EQ(*finished, TextDeliveryResult::insertedAndClipboardRestored);
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+
+  finished.reset();
+  desk.start(desk.service->finishPasteCleanup(), finished);
+  desk.executor.runUntilIdle();
+  ASSERT_TRUE(finished);
+  EXPECT_EQ(*finished, std::nullopt) << "nothing is pending any more";
+}
+
+TEST(TextInsertionService, ATranscriptThatNeverArrivedSurvivesTheNextDelivery) {
+  DeliveryHarness desk;
+  desk.service->beginDictationSession();
+  desk.deliver("lost one");
+  desk.executor.advance(3s);
+  desk.readAfter(10ms);
+  desk.deliver("next");
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.read, std::vector<std::string>{"next"});
+  EXPECT_EQ(desk.clipboardText(), "lost one") << "the user was told that it is on the clipboard";
+}
+
+TEST(TextInsertionService, TerminalsGetTheTextOnBothSelectionsAndGiveBothBack) {
+  DeliveryHarness desk;
+  desk.editor.bundleIdentifier = "XTerm";
+  desk.workspace.bringToFront(desk.editor);
+  desk.readAfter(10ms, &desk.primary);
+  desk.service->beginDictationSession();
+  desk.deliver(spoken);
+  desk.executor.advance(1s);
+  EXPECT_EQ(desk.keyboard.posted(), std::vector{PasteChord::shiftInsert});
+  EXPECT_EQ(desk.read, std::vector{spoken});
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+  EXPECT_EQ(desk.primary.contents(), plainText("selected"));
+}
+
+TEST(TextInsertionService, FallsBackToInsertOnAKeyboardWithoutV) {
+  DeliveryHarness desk;
+  desk.keyboard.setChords({PasteChord::shiftInsert});
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_EQ(desk.keyboard.posted(), std::vector{PasteChord::shiftInsert});
+}
+
+TEST(TextInsertionService, CarriesOnWhenItsCallerIsGone) {
+  DeliveryHarness desk;
+  desk.readAfter(10ms);
+  desk.service->beginDictationSession();
+  std::optional<TextDeliveryResult> result;
+  desk.start(desk.service->insertOrCopy(SpokenText(spoken), false), result);
+  desk.scope.cancelAll();
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.read, std::vector{spoken});
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+}
+
+TEST(TextInsertionService, ASlowOwnerOfTheClipboardDoesNotStopADelivery) {
+  DeliveryHarness desk;
+  desk.general.makeOwnerSlow(1'500ms);
+  desk.readAfter(10ms);
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  desk.executor.advance(1s);
+  EXPECT_EQ(desk.read, std::vector{spoken});
+  EXPECT_NE(desk.log.lines.find("clipboard_capture_incomplete"), std::string::npos);
+}
+
+TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {
+  DeliveryHarness desk;
+  desk.general.refuseReplacing();
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+  EXPECT_TRUE(desk.keyboard.posted().empty());
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+  EXPECT_NE(desk.log.lines.find("clipboard_unavailable"), std::string::npos);
+}
+
+}  // namespace murmel::test

@@ -1,0 +1,293 @@
+#include "Platform/KeyModifiers.h"
+#include "Shortcut/HotkeyStateMachine.h"
+#include "Shortcut/ShortcutChoice.h"
+#include "Shortcut/ShortcutHelp.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::keyModifier;
+using Kind = ShortcutConfiguration::Kind;
+using enum HotkeyStateMachine::Transition;
+
+namespace {
+
+constexpr VirtualKeyCode a = 0;
+constexpr VirtualKeyCode d = virtualKey::d;
+constexpr VirtualKeyCode fnKey = virtualKey::function;
+constexpr VirtualKeyCode leftOption = virtualKey::leftOption;
+constexpr VirtualKeyCode rightOption = virtualKey::rightOption;
+constexpr VirtualKeyCode leftShift = virtualKey::leftShift;
+constexpr VirtualKeyCode capsLockKey = virtualKey::capsLock;
+
+struct Step {
+  MRMHotkeyEvent event;
+  HotkeyStateMachine::Transition expected = none;
+  std::optional<ShortcutConfiguration> shortcutFromHere{};
+};
+
+MRMHotkeyEvent down(VirtualKeyCode key, std::uint64_t modifiers = 0, double at = 0) {
+  return {KeyEventType::keyDown, modifiers, key, false, at};
+}
+MRMHotkeyEvent repeat(VirtualKeyCode key, std::uint64_t modifiers = 0) {
+  return {KeyEventType::keyDown, modifiers, key, true, 0};
+}
+MRMHotkeyEvent up(VirtualKeyCode key, std::uint64_t modifiers = 0, double at = 0) {
+  return {KeyEventType::keyUp, modifiers, key, false, at};
+}
+MRMHotkeyEvent flags(VirtualKeyCode key, std::uint64_t modifiers, double at = 0) {
+  return {KeyEventType::flagsChanged, modifiers, key, false, at};
+}
+
+struct Story {
+  std::string_view name;
+  ShortcutConfiguration shortcut;
+  std::vector<Step> steps;
+};
+
+void expectStories(const std::vector<Story>& stories) {
+  for (const auto& story : stories) {
+    HotkeyStateMachine machine;
+    auto shortcut = story.shortcut;
+    for (std::size_t index = 0; index < story.steps.size(); ++index) {
+      const auto& step = story.steps[index];
+      if (step.shortcutFromHere) shortcut = *step.shortcutFromHere;
+      EXPECT_EQ(machine.consume(step.event, shortcut), step.expected) << story.name << ", step " << index;
+    }
+  }
+}
+
+const auto commandShiftD = configuration(ShortcutChoice::commandShiftD);
+const auto functionKey = configuration(ShortcutChoice::functionKey);
+const auto optionKey = configuration(ShortcutChoice::optionKey);
+const auto doubleTap = configuration(ShortcutChoice::doubleTapOption);
+const auto capsLockChoice = configuration(ShortcutChoice::capsLock);
+const ShortcutConfiguration optionShift{Kind::modifiersOnly, leftShift, option | shift, ""};
+constexpr auto commandShift = command | shift;
+
+}  // namespace
+
+TEST(HotkeyStateMachine, AKeyCombinationIsHeld) {
+  expectStories({
+      {"holding and letting go",
+       commandShiftD,
+       {{down(d, commandShift), press}, {up(d, commandShift), release}, {up(d)}}},
+      {"auto-repeat is part of holding",
+       commandShiftD,
+       {{down(d, commandShift), press}, {repeat(d, commandShift)}, {up(d), release}}},
+      {"a repeat alone does not start", commandShiftD, {{repeat(d, commandShift)}, {up(d)}}},
+      {"one modifier too many refuses", commandShiftD, {{down(d, commandShift | option)}, {up(d)}}},
+      {"one modifier too few refuses", commandShiftD, {{down(d, command)}, {up(d)}}},
+      {"another key does nothing", commandShiftD, {{down(a, commandShift)}, {up(a, commandShift)}}},
+      {"letting go of the modifiers first does not stop",
+       commandShiftD,
+       {{down(d, commandShift), press}, {flags(55, shift)}, {flags(leftShift, 0)}, {up(d), release}}},
+      {"a release without a press is nothing", commandShiftD, {{up(d)}, {down(d, commandShift), press}}},
+      {"a second press without a release between does not start twice",
+       commandShiftD,
+       {{down(d, commandShift), press}, {down(d, commandShift)}, {up(d), release}}},
+      {"other keys come and go meanwhile",
+       commandShiftD,
+       {{down(d, commandShift), press}, {down(a, commandShift)}, {up(a)}, {up(d), release}}},
+      {"flag changes of the same number are no key", commandShiftD, {{flags(d, commandShift)}}},
+  });
+}
+
+TEST(HotkeyStateMachine, ModifiersAreHeld) {
+  expectStories({
+      {"Option alone, on either side",
+       optionKey,
+       {{flags(leftOption, option), press},
+        {flags(leftOption, 0), release},
+        {flags(rightOption, option), press},
+        {flags(rightOption, 0), release}}},
+      {"a chord waits for its last key, in any order",
+       optionShift,
+       {{flags(leftShift, shift)},
+        {flags(leftOption, option | shift), press},
+        {flags(leftShift, option), release},
+        {flags(leftOption, 0)}}},
+      {"one of two held Options is let go",
+       optionKey,
+       {{flags(leftOption, option), press},
+        {flags(rightOption, option)},
+        {flags(leftOption, option)},
+        {flags(rightOption, 0), release}}},
+      {"further modifiers are tolerated",
+       optionKey,
+       {{flags(leftShift, shift)},
+        {flags(leftOption, option | shift), press},
+        {flags(leftShift, option)},
+        {flags(leftOption, 0), release}}},
+      {"keys typed meanwhile do not end it",
+       optionKey,
+       {{flags(leftOption, option), press},
+        {down(a, option)},
+        {up(a, option)},
+        {flags(leftOption, 0), release}}},
+      {"a key with the modifier's number is nothing for Option",
+       optionKey,
+       {{down(leftOption, option)}, {up(leftOption)}}},
+      {"any flag change that lacks the modifier releases",
+       optionKey,
+       {{flags(leftOption, option), press}, {flags(leftShift, 0), release}}},
+      {"Fn as a modifier", functionKey, {{flags(fnKey, function), press}, {flags(fnKey, 0), release}}},
+      {"Fn as a key",
+       functionKey,
+       {{down(fnKey), press}, {repeat(fnKey)}, {up(fnKey), release}, {up(fnKey)}}},
+      {"Fn as both at once counts once",
+       functionKey,
+       {{flags(fnKey, function), press}, {down(fnKey, function)}, {up(fnKey), release}, {flags(fnKey, 0)}}},
+      {"a repeat of Fn does not start", functionKey, {{repeat(fnKey, function)}}},
+      {"another key is not Fn", functionKey, {{down(a, function)}, {up(a)}}},
+      {"a chord with Fn does not take the key form",
+       {Kind::modifiersOnly, fnKey, function | shift, ""},
+       {{down(fnKey, function | shift)}, {flags(fnKey, function | shift), press}, {up(fnKey)}}},
+  });
+}
+
+TEST(HotkeyStateMachine, DoubleTapsOfOption) {
+  const auto tap = [](double from, double to, HotkeyStateMachine::Transition last) {
+    return std::vector<Step>{{flags(leftOption, option, from)}, {flags(leftOption, 0, to), last}};
+  };
+  const auto stepsOf = [](std::initializer_list<std::vector<Step>> parts) {
+    std::vector<Step> all;
+    for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+  };
+  using Steps = std::vector<Step>;
+  // Starts at several uptimes: a difference of decimal fractions is rarely exact.
+  for (const double start : {0.0, 10.0, 99.9, 1'234'567.8}) {
+    const auto at = [start](double seconds) { return start + seconds; };
+    expectStories({
+        {"0.45 s from release to release are a double tap", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none), tap(at(0.5), at(0.55), toggle)})},
+        {"0.46 s are not, and the second tap is a new first one", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none), tap(at(0.5), at(0.56), none), tap(at(0.9), at(1.0), toggle)})},
+        {"how long a tap is held does not matter, only its release", doubleTap,
+         stepsOf({tap(at(0), at(5), none), tap(at(5.01), at(5.4), toggle)})},
+        {"a third tap starts a new pair", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none), tap(at(0.2), at(0.3), toggle), tap(at(0.4), at(0.5), none),
+                  tap(at(0.6), at(0.7), toggle)})},
+        {"Shift during a tap spoils it, and what was before it", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none),
+                  Steps{{flags(leftOption, option, at(0.2))},
+                        {flags(leftShift, option | shift, at(0.2))},
+                        {flags(leftShift, option, at(0.2))},
+                        {flags(leftOption, 0, at(0.25))}},
+                  tap(at(0.3), at(0.35), none)})},
+        {"Shift held already when Option goes down spoils it", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none),
+                  Steps{{flags(leftOption, option | shift, at(0.2))}, {flags(leftOption, shift, at(0.3))}},
+                  tap(at(0.3), at(0.4), none)})},
+        {"a key during a tap spoils it", doubleTap,
+         stepsOf({Steps{{flags(leftOption, option, at(0))},
+                        {down(a, option, at(0.1))},
+                        {up(a, option, at(0.1))},
+                        {flags(leftOption, 0, at(0.2))}},
+                  tap(at(0.3), at(0.4), none)})},
+        {"typing between the taps forgets the first", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none), Steps{{down(a, 0, at(0.15))}, {up(a, 0, at(0.16))}},
+                  tap(at(0.2), at(0.3), none)})},
+        {"another modifier between the taps forgets the first", doubleTap,
+         stepsOf({tap(at(0), at(0.1), none), Steps{{flags(leftShift, 0, at(0.15))}},
+                  tap(at(0.2), at(0.3), none)})},
+        {"a clock that went back starts anew", doubleTap,
+         stepsOf({tap(at(0), at(0.3), none), tap(at(0.1), at(0.2), none), tap(at(0.3), at(0.4), toggle)})},
+    });
+  }
+  expectStories({
+      {"the two Options are one",
+       doubleTap,
+       {{flags(leftOption, option, 1)},
+        {flags(leftOption, 0, 1)},
+        {flags(rightOption, option, 1.1)},
+        {flags(rightOption, 0, 1.2), toggle}}},
+      {"an Option that goes up alone is nothing",
+       doubleTap,
+       {{flags(leftOption, 0, 1)}, {flags(leftOption, 0, 1)}}},
+      {"double taps of other modifiers do not exist",
+       {Kind::doubleTapModifier, 59, control, ""},
+       {{flags(59, control, 1)}, {flags(59, 0, 1)}, {flags(59, control, 1.1)}, {flags(59, 0, 1.1)}}},
+  });
+}
+
+TEST(HotkeyStateMachine, CapsLockToggles) {
+  for (const double start : {0.0, 10.0, 99.9, 1'234'567.8}) {
+    const auto at = [start](double seconds) { return start + seconds; };
+    expectStories({
+        {"events 0.119 s apart are one, and the second does not move the origin",
+         capsLockChoice,
+         {{flags(capsLockKey, 0, at(0)), toggle},
+          {flags(capsLockKey, 0, at(0.119))},
+          {flags(capsLockKey, 0, at(0.12)), toggle}}},
+        {"a clock that went back does not mute it",
+         capsLockChoice,
+         {{flags(capsLockKey, 0, at(5)), toggle}, {flags(capsLockKey, 0, at(4.95)), toggle}}},
+    });
+  }
+  expectStories({
+      {"only its flag changes count",
+       capsLockChoice,
+       {{down(capsLockKey, 0, 1)},
+        {up(capsLockKey, 0, 1)},
+        {flags(leftShift, shift, 1)},
+        {flags(capsLockKey, shift, 1), toggle}}},
+      {"a configuration of another key never toggles",
+       {Kind::capsLock, 58, 0, "Caps Lock"},
+       {{flags(capsLockKey, 0, 1)}, {flags(58, 0, 2)}}},
+  });
+}
+
+TEST(HotkeyStateMachine, ChangingTheShortcutForgetsEverything) {
+  expectStories({
+      {"disabled does nothing",
+       configuration(ShortcutChoice::disabled),
+       {{down(d, commandShift)}, {flags(fnKey, function)}, {flags(capsLockKey, 0)}}},
+      {"a held key does not carry over",
+       commandShiftD,
+       {{down(d, commandShift), press},
+        {flags(leftOption, option), press, optionKey},
+        {up(d), none},
+        {flags(leftOption, 0), release}}},
+      {"nor back again",
+       commandShiftD,
+       {{down(d, commandShift), press}, {down(a), none, optionKey}, {up(d), none, commandShiftD}}},
+      {"a half double tap does not carry over",
+       doubleTap,
+       {{flags(leftOption, option, 1)},
+        {flags(leftOption, 0, 1)},
+        {down(a, 0, 1), none, optionKey},
+        {flags(leftOption, option, 1.1), none, doubleTap},
+        {flags(leftOption, 0, 1.1)}}},
+      {"the event that brings the new shortcut counts already",
+       optionKey,
+       {{down(d, commandShift)}, {down(d, commandShift), press, commandShiftD}}},
+      {"another label is another shortcut",
+       optionKey,
+       {{flags(leftOption, option), press},
+        {flags(leftOption, 0), none, ShortcutConfiguration{Kind::modifiersOnly, leftOption, option, "Alt"}}}},
+  });
+}
+
+TEST(HotkeyStateMachine, OnlyKeysMakeEvents) {
+  const auto event = MRMHotkeyEvent::from(
+      {KeyEventType::keyDown, option | capsLock | 0x100, virtualKey::space, true, "x"}, 12.5);
+  ASSERT_TRUE(event);
+  EXPECT_EQ(event->modifiers, option) << "Caps Lock and foreign bits are left out";
+  EXPECT_EQ(event->keyCode, virtualKey::space);
+  EXPECT_TRUE(event->isRepeat);
+  EXPECT_EQ(event->timestamp, 12.5);
+  EXPECT_FALSE(MRMHotkeyEvent::from({KeyEventType::tapDisabledByTimeout, 0, 0, false, ""}, 1));
+  EXPECT_FALSE(MRMHotkeyEvent::from({static_cast<KeyEventType>(1), 0, 0, false, ""}, 1));
+}
+
+TEST(ShortcutHelp, SaysHowEachKindIsUsed) {
+  EXPECT_EQ(modeHelpText(Kind::key), modeHelpText(Kind::modifiersOnly));
+  EXPECT_EQ(modeHelpText(Kind::key), "Hold the shortcut while speaking, then release it.");
+  EXPECT_EQ(modeHelpText(Kind::doubleTapModifier), "Tap Option twice to start, then twice again to stop.");
+}

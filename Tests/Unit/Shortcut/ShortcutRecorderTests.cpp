@@ -1,0 +1,141 @@
+#include "Platform/KeyModifiers.h"
+#include "Shortcut/ShortcutRecorder.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::keyModifier;
+using Kind = ShortcutConfiguration::Kind;
+using enum ShortcutRecorder::Outcome;
+
+namespace {
+
+const std::string standingHelp =
+    "Fn, Option, and Control work alone. Command and Shift must be combined with another modifier or a key. "
+    "Press Esc to cancel.";
+const std::string typingWarning =
+    "A single typing key would also type in your current app. Use Fn, Option, Control, or add a modifier.";
+const std::string commandWarning =
+    "⌘ was detected. Command and Shift cannot be used alone because normal Mac typing uses them constantly. "
+    "Use Fn, Option, Control, or hold two modifiers together.";
+
+KeyEvent down(VirtualKeyCode key, std::uint64_t modifiers, std::string characters = "") {
+  return {KeyEventType::keyDown, modifiers, key, false, std::move(characters)};
+}
+KeyEvent up(VirtualKeyCode key, std::uint64_t modifiers = 0) {
+  return {KeyEventType::keyUp, modifiers, key, false, ""};
+}
+KeyEvent flags(VirtualKeyCode key, std::uint64_t modifiers) {
+  return {KeyEventType::flagsChanged, modifiers, key, false, ""};
+}
+
+using Keys = std::vector<KeyEvent>;
+
+Keys times(int count, const Keys& keys) {
+  Keys all;
+  for (int index = 0; index < count; ++index) all.insert(all.end(), keys.begin(), keys.end());
+  return all;
+}
+
+Keys operator+(Keys left, const Keys& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+const Keys optionX{flags(58, option), down(7, option, "x"), up(7, option), flags(58, 0)};
+const Keys optionXModifierFirst{flags(58, option), down(7, option, "x"), flags(58, 0), up(7)};
+const Keys optionAlone{flags(58, option), flags(58, 0)};
+const Keys commandAlone{flags(55, command), flags(55, 0)};
+const Keys optionShift{flags(58, option), flags(56, option | shift), flags(56, option), flags(58, 0)};
+
+struct Row {
+  std::string_view when;
+  Keys keys;
+  ShortcutRecorder::Outcome outcome;
+  std::string title;
+  int confirmations = 0;
+  std::string help = standingHelp;
+};
+
+}  // namespace
+
+TEST(ShortcutRecorder, FollowsWhatIsPressed) {
+  const std::vector<Row> rows{
+      {"nothing yet", {}, recording, "Press and release your shortcut three times"},
+      {"Esc cancels", {down(53, 0)}, cancelled, "Press and release your shortcut three times"},
+      {"Esc with modifiers cancels too", Keys{flags(58, option), down(53, option)}, cancelled, "⌥"},
+      {"a key with a modifier is the candidate", {optionX[0], optionX[1]}, recording, "⌥X"},
+      {"its release confirms once", optionX, recording, "⌥X", 1},
+      {"three times are enough", times(3, optionX), confirmed, "⌥X", 3},
+      {"letting go of the modifier first confirms too", times(2, optionXModifierFirst), recording, "⌥X", 2},
+      {"after the end nothing counts", times(3, optionX) + commandAlone + Keys{down(53, 0)}, confirmed, "⌥X",
+       3},
+      {"a modifier alone", times(3, optionAlone), confirmed, "⌥", 3},
+      {"a chord counts with every modifier that took part", times(3, optionShift), confirmed, "⌥⇧", 3},
+      {"the modifiers of a combination are no chord of their own", optionX + optionX, recording, "⌥X", 2},
+      {"another shortcut starts to count anew", times(2, optionX) + optionAlone, recording, "⌥", 1},
+      {"and coming back does so too", optionX + optionAlone + optionX, recording, "⌥X", 1},
+      {"a typing key is refused", {down(0, 0, "a"), up(0)}, recording, "A detected", 0, typingWarning},
+      {"Shift does not make it a shortcut",
+       {flags(56, shift), down(0, shift, "A"), up(0, shift), flags(56, 0)},
+       recording,
+       "⇧A detected",
+       0,
+       typingWarning},
+      {"nor does Fn", {down(0, function | shift, "A")}, recording, "⇧FnA detected", 0, typingWarning},
+      {"Command alone is refused by its name", commandAlone, recording, "⌘ detected", 0, commandWarning},
+      {"a refusal forgets the count", times(2, optionX) + commandAlone + optionX, recording, "⌥X", 1},
+      {"Command becomes a chord with a second modifier",
+       {flags(55, command), flags(59, command | control)},
+       recording,
+       "⌃⌘"},
+      {"a repeat changes nothing", optionX + Keys{{KeyEventType::keyDown, option, 9, true, "v"}}, recording,
+       "⌥X", 1},
+      {"the release of another key confirms nothing",
+       {flags(58, option), down(7, option, "x"), up(8, option)},
+       recording,
+       "⌥X",
+       0},
+      {"Caps Lock is no part of a shortcut",
+       {flags(57, capsLock), flags(58, option | capsLock), flags(58, capsLock)},
+       recording,
+       "⌥",
+       1},
+  };
+  for (const auto& row : rows) {
+    ShortcutRecorder recorder;
+    auto outcome = recording;
+    for (const auto& event : row.keys) outcome = recorder.consume(event);
+    EXPECT_EQ(outcome, row.outcome) << row.when;
+    EXPECT_EQ(recorder.titleLine(), row.title) << row.when;
+    EXPECT_EQ(recorder.confirmations(), row.confirmations) << row.when;
+    EXPECT_EQ(recorder.helpLine(), row.help) << row.when;
+  }
+}
+
+TEST(ShortcutRecorder, GivesTheShortcutAsItIsStored) {
+  ShortcutRecorder recorder;
+  for (const auto& event : times(3, optionX)) recorder.consume(event);
+  EXPECT_EQ(recorder.candidate(), (ShortcutConfiguration{Kind::key, 7, option, "X"}));
+
+  ShortcutRecorder chords;
+  for (const auto& event :
+       times(3, {flags(55, command | capsLock), flags(60, command | shift), flags(55, 0)})) {
+    chords.consume(event);
+  }
+  EXPECT_EQ(chords.candidate(), (ShortcutConfiguration{Kind::modifiersOnly, 60, command | shift, ""}));
+}
+
+TEST(ShortcutRecorder, NamesKeys) {
+  const std::vector<std::pair<KeyEvent, std::string>> rows{
+      {down(49, 0, " "), "Space"},    {down(36, 0, "\r"), "Return"},
+      {down(126, 0, ""), "↑"},        {down(7, 0, "x"), "X"},
+      {down(2, 0, "в"), "В"},         {down(27, 0, "ß"), "SS"},
+      {down(96, 0, ""), "Key 96"},    {down(65535, 0, ""), "Key 65535"},
+      {down(7, 0, "\xFF"), "\uFFFD"},
+  };
+  for (const auto& [event, label] : rows) EXPECT_EQ(recorderKeyLabel(event), label);
+}

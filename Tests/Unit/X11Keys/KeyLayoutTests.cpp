@@ -1,0 +1,93 @@
+#include "Platform/KeyModifiers.h"
+#include "Platform/Linux/X11Keys/EvdevKeyTable.h"
+#include "Platform/Linux/X11Keys/KeyLayout.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+using namespace murmel;
+using Kind = KeyRole::Kind;
+
+namespace {
+
+constexpr KeyRole option(VirtualKeyCode key) {
+  return {Kind::modifier, key, keyModifier::option};
+}
+constexpr KeyRole control(VirtualKeyCode key) {
+  return {Kind::modifier, key, keyModifier::control};
+}
+KeyRole noFlag(std::uint32_t evdevCode) {
+  return {Kind::modifier, virtualKeyWithoutCounterpart(evdevCode), 0};
+}
+
+}  // namespace
+
+TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
+  struct Row {
+    std::string when;
+    std::string layout;
+    std::string variant;
+    std::string options;
+    std::uint32_t evdevCode;
+    KeyRole role;
+  };
+  const std::vector<Row> rows{
+      {"both Alts of the American layout", "us", "", "", KEY_RIGHTALT, option(virtualKey::rightOption)},
+      {"AltGr of the German one", "de", "", "", KEY_RIGHTALT, noFlag(KEY_RIGHTALT)},
+      {"but its left Alt", "de", "", "", KEY_LEFTALT, option(virtualKey::leftOption)},
+      {"AltGr by option", "us", "", "lv3:ralt_switch", KEY_RIGHTALT, noFlag(KEY_RIGHTALT)},
+      {"Russian", "ru", "", "", KEY_D, {Kind::ordinary, virtualKey::d, 0}},
+      {"Dvorak keeps places, too", "us", "dvorak", "", KEY_D, {Kind::ordinary, virtualKey::d, 0}},
+      {"Super is Command",
+       "us",
+       "",
+       "",
+       KEY_LEFTMETA,
+       {Kind::modifier, virtualKey::leftCommand, keyModifier::command}},
+      {"Caps Lock", "us", "", "", KEY_CAPSLOCK, {Kind::capsLock, virtualKey::capsLock, 0}},
+      {"Caps Lock that is a Control key", "us", "", "ctrl:nocaps", KEY_CAPSLOCK,
+       control(virtualKey::leftControl)},
+      {"Caps Lock that is Escape is not Caps Lock",
+       "us",
+       "",
+       "caps:escape",
+       KEY_CAPSLOCK,
+       {Kind::ordinary, virtualKeyWithoutCounterpart(KEY_CAPSLOCK), 0}},
+      {"swapped Alt and Super", "us", "", "altwin:swap_alt_win", KEY_LEFTMETA,
+       option(virtualKey::leftOption)},
+      {"a key that switches layouts", "us,ru", "", "grp:caps_toggle", KEY_CAPSLOCK, noFlag(KEY_CAPSLOCK)},
+      {"the Fn key of laptops",
+       "us",
+       "",
+       "",
+       KEY_WAKEUP,
+       {Kind::modifier, virtualKey::function, keyModifier::function}},
+      {"Num Lock is a key", "us", "", "", KEY_NUMLOCK, {Kind::ordinary, 71, 0}},
+      {"a key without a place on the Mac",
+       "us",
+       "",
+       "",
+       KEY_PAUSE,
+       {Kind::ordinary, virtualKeyWithoutCounterpart(KEY_PAUSE), 0}},
+  };
+  for (const auto& row : rows) {
+    const auto layout = KeyLayout::named(row.layout, row.variant, row.options);
+    ASSERT_TRUE(layout) << row.when;
+    EXPECT_EQ(layout->role(row.evdevCode + xKeyCodeOffset), row.role) << row.when;
+  }
+}
+
+TEST(KeyLayout, TheActiveGroupDecides) {
+  auto layout = KeyLayout::named("us,de");
+  ASSERT_TRUE(layout);
+  EXPECT_EQ(layout->role(KEY_RIGHTALT + xKeyCodeOffset), option(virtualKey::rightOption));
+  layout->update({.lockedGroup = 1});
+  EXPECT_EQ(layout->role(KEY_RIGHTALT + xKeyCodeOffset), noFlag(KEY_RIGHTALT));
+  constexpr std::uint32_t lock = 2;
+  layout->update({.lockedModifiers = lock});
+  EXPECT_TRUE(layout->capsLockIsOn());
+  EXPECT_FALSE(KeyLayout::named("no such layout"));
+}
