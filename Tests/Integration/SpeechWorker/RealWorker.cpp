@@ -87,7 +87,9 @@ TEST_F(RealSpeechWorker, TurnsSpeechIntoWordsThroughTheApplicationsProvider) {
 TEST_F(RealSpeechWorker, SaysWhatIsMissingBeforeAnythingStarts) {
   const TemporaryFolder empty;
   const ModelManager models(executor);
-  const ModelManager nothing(executor, empty.path());
+  auto elsewhere = packagedSpeechModel();
+  elsewhere.folder = empty.path();
+  const ModelManager nothing(executor, {elsewhere});
   const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
   const FluidAudioProvider::Services services{executor, clock, launcher};
   const auto withoutModel = FluidAudioProvider::create(services, {resources, "test"}, nothing, policy);
