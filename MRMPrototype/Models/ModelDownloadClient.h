@@ -35,7 +35,7 @@ struct ModelDownloadStatus {
 
 /// Drives the model downloader: starts its process when something is to be fetched, ends it when nothing is,
 /// and starts it again when it dies in between. The process opens the connections and writes the files; this
-/// side names them. Main thread; nothing here blocks.
+/// side names them. Main thread; nothing here blocks. The process must ignore SIGPIPE.
 class ModelDownloadClient {
  public:
   /// The executable in the folder "Workers" of the resources.

@@ -1,16 +1,19 @@
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
 #include "Workers/ModelDownloader/Downloader.h"
+#include "Workers/ModelDownloader/Report.h"
 
 #include <cstdio>
 #include <vector>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 int main(int count, char** arguments) {
   using namespace murmel;
+  ::prctl(PR_SET_NAME, "mrm-model-downl");  // 15 bytes are kept
   const auto options = downloader::Options::parse({arguments + 1, arguments + count});
   if (!options) {
-    std::fprintf(stderr, "mrm-model-downloader: %s\n", options.error().c_str());
+    std::fputs(downloader::lineFor(downloader::FatalReport{options.error()}).c_str(), stdout);
     return 2;
   }
   std::vector<ApprovedModelDownload> manifest(MRMDownloadManifest::all.begin(),

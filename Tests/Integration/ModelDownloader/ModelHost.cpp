@@ -64,6 +64,10 @@ HostedFile ModelHost::add(const std::string& identifier, std::int64_t bytes, uns
   return file;
 }
 
+void ModelHost::addFile(const std::string& name, const std::string& content) const {
+  std::ofstream(folder_.path() / name, std::ios::binary) << content;
+}
+
 std::string ModelHost::address(const std::string& name, const std::string& actions) const {
   return "https://localhost:" + std::to_string(port_) + "/" + name + ":" + actions + "/";
 }

@@ -38,6 +38,9 @@ class ModelHost {
   HostedFile add(const std::string& identifier, std::int64_t bytes, unsigned seed,
                  const std::string& folder = "Model");
 
+  /// Adds a file as it is.
+  void addFile(const std::string& name, const std::string& content) const;
+
   /// The base address under which `actions` happen. `name` keeps the counts of different tests apart.
   [[nodiscard]] std::string address(const std::string& name, const std::string& actions) const;
   [[nodiscard]] HostStatistics statistics(const std::string& name, const std::string& actions,
