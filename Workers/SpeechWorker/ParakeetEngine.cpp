@@ -34,7 +34,9 @@ class ModelReader {
 
   [[nodiscard]] bool isOpen() const { return file_ != nullptr; }
   /// Whether what was read is a model to its end: nothing was missing in the middle, and there were weights.
-  [[nodiscard]] bool sawWholeModel() const { return !isCut_ && reads_ > readsBeforeWeights(); }
+  [[nodiscard]] bool sawWholeModel() const {
+    return !isCut_ && readsPastEnd_ == 3 && reads_ > readsBeforeWeights();
+  }
 
   parakeet_model_loader loader() {
     return {.context = this,
@@ -52,8 +54,10 @@ class ModelReader {
         std::copy_n(static_cast<const char*>(output), size, reinterpret_cast<char*>(&words_));
       return count;
     }
-    // The end is found by asking for one more number; whatever else is missing was cut off.
+    // The end is found by asking for the three numbers of one more tensor; whatever else is missing was cut
+    // off.
     if (count > 0 || size != sizeof(std::int32_t)) isCut_ = true;
+    ++readsPastEnd_;
     std::fill_n(static_cast<char*>(output) + count, size - count, '\0');
     return count;
   }
@@ -63,7 +67,8 @@ class ModelReader {
   [[nodiscard]] std::int64_t readsBeforeWeights() const { return 23 + 2 * std::int64_t{words_}; }
 
   std::FILE* file_;
-  std::int64_t reads_ = 0;
+  std::int64_t reads_ = 0;  ///< that gave what was asked for
+  int readsPastEnd_ = 0;
   std::int32_t words_ = std::numeric_limits<std::int32_t>::max();  ///< of the vocabulary: the second number
   bool isCut_ = false;
 };
