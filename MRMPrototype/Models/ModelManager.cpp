@@ -7,8 +7,10 @@
 
 namespace murmel {
 
-std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor, const std::filesystem::path& root) {
-  return std::make_unique<ModelManager>(executor, speechModels(root), root / verificationMemoryName);
+std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor, const std::filesystem::path& root,
+                                                     const std::filesystem::path& resources) {
+  return std::make_unique<ModelManager>(executor, speechModels(root, canRunParakeet(resources)),
+                                        root / verificationMemoryName);
 }
 
 ModelManager::ModelManager(Executor& executor, std::vector<SpeechModel> models, std::filesystem::path memory)

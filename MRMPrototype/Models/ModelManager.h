@@ -20,9 +20,11 @@ namespace murmel {
 /// installed, and verifies every file by its SHA-256, once and again after a change.
 class ModelManager final : public SpeechModelStore {
  public:
-  /// The models of the store at `root`, and the packaged one as the fallback. What was verified is remembered
+  /// The models of the store at `root`, and the packaged one as the fallback; those that cannot
+  /// run here (see canRunParakeet) do not count. What was verified is remembered
   /// in the store.
-  static std::unique_ptr<ModelManager> forStore(Executor& executor, const std::filesystem::path& root);
+  static std::unique_ptr<ModelManager> forStore(Executor& executor, const std::filesystem::path& root,
+                                                const std::filesystem::path& resources);
 
   /// `models`: the preferred first; at least one. `memory`: see ArtifactVerifier. Nothing is looked at before
   /// `validate`.

@@ -13,4 +13,7 @@ inline constexpr std::string_view partialDownloadsFolder = ".downloads";
 /// Below the resources folder: the language-model server, in a folder that carries its build number.
 inline constexpr std::string_view llamaServerPath = "Runtime/llama-b10448/llama-server";
 
+/// Below the resources folder: the speech worker's engine for Parakeet models.
+inline constexpr std::string_view parakeetEnginePath = "Workers/mrm-parakeet-engine.so";
+
 }  // namespace murmel

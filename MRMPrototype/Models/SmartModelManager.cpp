@@ -40,6 +40,12 @@ ModelArtifact SmartModelManager::artifact(const ApprovedModelDownload& file) con
           file.sha256};
 }
 
+std::string SmartModelManager::identifierFor(std::string_view repository, std::string_view file) const {
+  const auto found = std::ranges::find_if(
+      files_, [&](const auto& entry) { return entry.repository == repository && entry.file == file; });
+  return found == files_.end() ? std::string() : std::string(found->identifier);
+}
+
 ModelFileState SmartModelManager::state(std::string_view identifier) const {
   const auto found = states_.find(identifier);
   return found == states_.end() ? ModelFileState::missing : found->second;

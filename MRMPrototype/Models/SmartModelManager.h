@@ -38,6 +38,8 @@ class SmartModelManager {
   SmartModelManager(const SmartModelManager&) = delete;
   SmartModelManager& operator=(const SmartModelManager&) = delete;
 
+  /// The identifier of the entry with that file in that repository; empty when there is none.
+  [[nodiscard]] std::string identifierFor(std::string_view repository, std::string_view file) const;
   [[nodiscard]] ModelFileState state(std::string_view identifier) const;
   /// Whether the model's file is installed and verified. Sees a change of the file since it was verified.
   [[nodiscard]] bool isReady(std::string_view identifier) const;

@@ -14,9 +14,13 @@ struct SpeechModel {
   std::vector<SpeechModelFile> files;
 };
 
-/// The models that can be downloaded into the store at `root`, the recommended one first, then the model that
-/// comes as a package and serves until one of them is there.
-std::vector<SpeechModel> speechModels(const std::filesystem::path& root);
+/// Whether this build has the Parakeet engine (beside the worker in the resources folder) and this processor
+/// can run it. Where it is false, a downloaded Parakeet model is of no use.
+bool canRunParakeet(const std::filesystem::path& resources);
+
+/// The models that can be downloaded into the store at `root`, the recommended one first (none of them when
+/// `withParakeet` is false), then the model that comes as a package and serves until one of them is there.
+std::vector<SpeechModel> speechModels(const std::filesystem::path& root, bool withParakeet);
 
 /// The packaged model alone.
 SpeechModel packagedSpeechModel();

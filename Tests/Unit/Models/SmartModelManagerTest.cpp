@@ -1,5 +1,6 @@
 #include "Models/SmartModelManager.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Refinement/SmartLocalModel.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fstream>
@@ -61,6 +62,16 @@ TEST_F(SmartModels, AModelIsReadyOnceItsContentHasBeenRead) {
   settle();
   EXPECT_EQ(manager.state("qwen:0.6b"), ModelFileState::damaged);
   EXPECT_FALSE(manager.isReady("qwen:4b")) << "not in the list";
+}
+
+TEST_F(SmartModels, EveryModelOfTheSettingsHasAFile) {
+  const SmartModelManager shipped(executor, folder.path(), folder.path());
+  for (const auto model : allCases<SmartLocalModel>()) {
+    const auto description = describe(model);
+    const auto identifier = shipped.identifierFor(description.repository, description.file);
+    EXPECT_NE(identifier, "") << description.displayName;
+    EXPECT_EQ(shipped.file(identifier).filename(), description.file);
+  }
 }
 
 TEST_F(SmartModels, TheRussianCorrectorNeedsAllOfItsFiles) {
