@@ -60,9 +60,7 @@ class DictationDesk : public ::testing::Test {
   static std::filesystem::path configuration() {
     return std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "MRM";
   }
-  static std::filesystem::path data() {
-    return std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "MRM";
-  }
+  static std::filesystem::path data() { return std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "MRM"; }
   /// A file of the desktop's that is no concern of Murmel's.
   std::filesystem::path file(const std::string& name) const { return folder.path() / name; }
 
