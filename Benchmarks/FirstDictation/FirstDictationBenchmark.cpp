@@ -18,7 +18,8 @@ namespace {
 
 constexpr int sampleRate = 16'000;
 
-/// Natural speech of so many seconds: the recordings of pocketsphinx-testdata one after the other, with pauses.
+/// Natural speech of so many seconds: the recordings of pocketsphinx-testdata one after the other, with
+/// pauses.
 std::vector<std::uint8_t> naturalSpeech(double seconds) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator("/usr/share/pocketsphinx/test/data/librivox"))
@@ -77,8 +78,8 @@ class Bench {
   DictationRig rig;
 };
 
-/// From the end of a minute's samples to the text, with everything between but the recognition. Played as fast
-/// as it can, all of it is still to be cut and sent at the stop; in real time only the rest is.
+/// From the end of a minute's samples to the text, with everything between but the recognition. Played as
+/// fast as it can, all of it is still to be cut and sent at the stop; in real time only the rest is.
 void minuteFromTheStopToTheText(benchmark::State& state) {
   const bool realTime = state.range(0) != 0;
   Bench bench(60, realTime ? FileAudioInput::Pace::realTime : FileAudioInput::Pace::asFastAsItCan);

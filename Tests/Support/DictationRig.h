@@ -81,8 +81,7 @@ class DictationRig {
                    &AudioCaptureService::convertForRecognition}),
         coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
                      refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_,
-                     Logger(log_, "test", "dictation-summary"),
-                     Logger(log_, "test", "incremental-stages")}) {
+                     Logger(log_, "test", "dictation-summary"), Logger(log_, "test", "incremental-stages")}) {
     settings.sounds = false;
     RunningApplication editor;
     editor.client = {100, 1'600};
@@ -108,8 +107,7 @@ class DictationRig {
   [[nodiscard]] bool isSettled() const { return settled_ == pastes; }
 
   static ClipboardSnapshot previousClipboard() {
-    return {
-        {{{{"text/html", "<b>old</b>", "", 8}, {"image/png", std::string("\x89PNG\0\r\n", 7), "", 8}}}}};
+    return {{{{{"text/html", "<b>old</b>", "", 8}, {"image/png", std::string("\x89PNG\0\r\n", 7), "", 8}}}}};
   }
 
  private:

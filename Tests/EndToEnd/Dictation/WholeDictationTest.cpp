@@ -55,7 +55,7 @@ TEST_F(DictationDesk, TheTextArrivesOnceInRealApplicationsAndLeavesNoTrace) {
     ASSERT_TRUE(waitForText(tenOfClubs.word, target.name)) << textIn(target.name) << murmel->log();
     EXPECT_EQ(countOf("clubs", textIn(target.name)), 1U) << textIn(target.name);
     // Some editors end a file with a line feed.
-    EXPECT_LE(textIn(target.name).size(), std::string(tenOfClubs.word).size() + 1) << textIn(target.name);
+    EXPECT_LE(textIn(target.name).size(), std::string("ten of clubs\n").size()) << textIn(target.name);
     EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
     EXPECT_TRUE(DeliveryDesk::contentsOf("PRIMARY") == DeliveryDesk::selection());
     EXPECT_TRUE(desk.user.held().empty());
@@ -97,7 +97,7 @@ TEST_F(DictationDesk, TheNextDictationMayBeginAtOnce) {
   dictate(sevenOfClubs);
   ASSERT_TRUE(waitForText(sevenOfClubs.word, "text")) << textIn("text") << murmel->log();
   ASSERT_TRUE(waitForClipboard("old clipboard"));
-  EXPECT_EQ(textIn("text"), std::string(tenOfClubs.word) + sevenOfClubs.word);
+  expectOnceEach(textIn("text"), {tenOfClubs, sevenOfClubs});
   EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
 }
 
@@ -119,7 +119,7 @@ TEST_F(DictationDesk, WhenTheMicrophoneIsPulledOutTheWordsSoFarArrive) {
 
   dictate(tenOfClubs);
   ASSERT_TRUE(waitForText(tenOfClubs.word, "text")) << murmel->log();
-  EXPECT_EQ(textIn("text"), std::string(sevenOfClubs.word) + tenOfClubs.word);
+  expectOnceEach(textIn("text"), {sevenOfClubs, tenOfClubs});
 }
 
 }  // namespace murmel::test

@@ -62,8 +62,8 @@ TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
     EXPECT_EQ(after.descriptors, before->descriptors);
     EXPECT_EQ(after.threads, before->threads);
 #ifndef __SANITIZE_ADDRESS__
-    // One dictation's samples are 100 KB; a hundred bytes kept of each would show. The fakes' notes of what was
-    // asked of them are the rest.
+    // One dictation's samples are 100 KB; a hundred bytes kept of each would show. The fakes' notes of what
+    // was asked of them are the rest.
     const auto grown = [](std::size_t now, std::size_t then) { return now > then ? now - then : 0; };
     const auto heap = grown(after.heapBytes, before->heapBytes);
     const auto resident = grown(after.residentBytes, before->residentBytes);
