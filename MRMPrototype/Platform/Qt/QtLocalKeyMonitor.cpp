@@ -31,6 +31,22 @@ std::uint64_t flagsFrom(Qt::KeyboardModifiers modifiers) {
   return flags;
 }
 
+/// The flag that Qt turns over in an event of this key, so that it is as after the event.
+std::uint64_t flagTurnedOver(int key) {
+  switch (key) {
+    case Qt::Key_Shift:
+      return keyModifier::shift;
+    case Qt::Key_Control:
+      return keyModifier::control;
+    case Qt::Key_Alt:
+      return keyModifier::option;
+    case Qt::Key_Meta:
+      return keyModifier::command;
+    default:
+      return 0;
+  }
+}
+
 KeyRole roleOf(const QKeyEvent& event) {
   const auto evdevCode = event.nativeScanCode() - xKeyCodeOffset;
   auto symbol = event.nativeVirtualKey();
@@ -118,10 +134,11 @@ class QtLocalKeyMonitor::Filter final : public QObject {
     }
   }
 
-  /// As they are after the event. Qt's are those before it, with the event's own modifier turned over or not,
-  /// depending on the key, and they do not tell left from right.
+  /// As they are after the event. Qt turns over what it takes the key for, which need not be its role, and
+  /// forgets that the other key of the modifier may be down.
   [[nodiscard]] std::uint64_t flags(const QKeyEvent& event, const KeyRole& role) const {
-    return (flagsFrom(event.modifiers()) & ~role.flag) | heldFlags();
+    const auto before = flagsFrom(event.modifiers()) ^ flagTurnedOver(event.key());
+    return (before & ~role.flag) | heldFlags();
   }
   [[nodiscard]] std::uint64_t heldFlags() const {
     std::uint64_t flags = 0;
