@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Refinement/QwenPersistentServer.h"
+#include "Refinement/RefinementProvider.h"
+#include "Refinement/SmartModelFiles.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace murmel {
+
+/// Formats with the local language model. What the model says is only ever looked at for punctuation and
+/// capitals. Errors: `smartModelMissing` when its files are not installed, `smartRefinementFailed` for
+/// everything else.
+class QwenLocalRefinementProvider final : public RefinementProvider {
+ public:
+  /// `prewarmed` starts the server at once, so that the first dictation does not wait for the model. `files`
+  /// must outlive the provider.
+  QwenLocalRefinementProvider(std::shared_ptr<QwenPersistentServer> server, const SmartModelFiles& files,
+                              bool prewarmed);
+
+  [[nodiscard]] const std::string& providerID() const override { return server_->providerID(); }
+  Task<Result<std::string>> refine(std::string text) override;
+
+  /// The recognised text with the answer's formatting; nothing when it is not shown to be safe. Pure.
+  static std::optional<std::string> projected(std::string_view recognized, std::string_view answer);
+
+ private:
+  static Task<Result<std::string>> run(std::shared_ptr<QwenPersistentServer> server, std::string text);
+  [[nodiscard]] bool isInstalled() const;
+
+  std::shared_ptr<QwenPersistentServer> server_;
+  const SmartModelFiles& files_;
+};
+
+}  // namespace murmel
