@@ -96,6 +96,8 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
   if (recording.live && recording.live->blocked()) {
     warnings.push_back(message(services_.insertion.lastBlock().value_or(LiveInsertionBlock::unknown)));
   }
+  // The words are the recogniser's in any case; this says why they look like it.
+  if (result.refinementFailure) warnings.push_back(result.refinementFailure->localizedDescription());
   return warnings;
 }
 

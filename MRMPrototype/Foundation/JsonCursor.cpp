@@ -1,5 +1,6 @@
 #include "Foundation/JsonCursor.h"
 
+#include "Foundation/JsonText.h"
 #include "Foundation/Text.h"
 
 #include <charconv>
@@ -117,12 +118,10 @@ bool JsonCursor::rawString(RawString& value) {
   if (!take('"')) return false;
   const auto start = position_;
   bool escaped = false;
-  unsigned char seen = 0;
-  for (; position_ < text_.size(); ++position_) {
+  for (position_ += jsonPlainRun(text_.substr(position_)); position_ < text_.size(); ++position_) {
     const auto byte = static_cast<unsigned char>(text_[position_]);
     if (byte == '"') break;
     if (byte < 0x20) return false;
-    seen |= byte;
     if (byte == '\\') {
       escaped = true;
       ++position_;  // whatever follows is not the end
@@ -131,7 +130,8 @@ bool JsonCursor::rawString(RawString& value) {
   if (position_ >= text_.size()) return false;
   value = {start, position_ - start, escaped};
   ++position_;
-  return (seen & 0x80) == 0 || text::isValidUtf8(text_.substr(start, value.size));
+  const auto raw = text_.substr(start, value.size);
+  return isAscii(raw) || text::isValidUtf8(raw);
 }
 
 bool JsonCursor::string(std::string& value) {

@@ -15,10 +15,13 @@ struct DesktopClient {
   friend bool operator==(const DesktopClient&, const DesktopClient&) = default;
 };
 
-/// Whether two connections belong to one program. A process may have several connections.
+/// Whether two connections belong to one program. A process may have several connections, and the number of a
+/// connection is given to the next program when the first one ends: it decides only where a process is
+/// unknown.
 constexpr bool isSameProgram(const DesktopClient& one, const DesktopClient& other) {
-  if (one.connection != 0 && one.connection == other.connection) return true;
-  return one.processIdentifier != 0 && one.processIdentifier == other.processIdentifier;
+  if (one.processIdentifier != 0 && other.processIdentifier != 0)
+    return one.processIdentifier == other.processIdentifier;
+  return one.connection != 0 && one.connection == other.connection;
 }
 
 }  // namespace murmel

@@ -23,6 +23,8 @@ struct DictationSessionResult {
   std::vector<SpokenText> pieces;  ///< one a recognised segment
   int failedPieces = 0;            ///< segments that stayed unrecognised
   std::string providerID;          ///< which recogniser produced the text
+  /// Why the refiner left at least one piece as it was recognised.
+  std::optional<MRMError> refinementFailure = std::nullopt;
 };
 
 /// How one dictation is to be cut and recognised.

@@ -209,6 +209,7 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, RecognitionOu
       const auto trimmed = text::trimmed(*refined);
       if (!trimmed.empty()) text = SpokenText(std::string(trimmed));
     }
+    if (!refined && !refinementFailure_) refinementFailure_ = refined.error();
     log_.event(LogLevel::info, "refinement_complete");
   }
   const auto after = std::ranges::upper_bound(pieces_, place, {}, &std::pair<std::size_t, SpokenText>::first);
@@ -265,6 +266,7 @@ Result<DictationSessionResult> IncrementalDictationSession::result() const {
   result.text = SpokenText(std::move(text));
   result.failedPieces = failedPieces_;
   result.providerID = providerID_;
+  result.refinementFailure = refinementFailure_;
   return result;
 }
 

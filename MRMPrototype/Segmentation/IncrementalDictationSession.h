@@ -76,6 +76,7 @@ class IncrementalDictationSession final : public DictationSession {
   SegmentCutter cutter_;
   std::size_t segments_ = 0;
   std::deque<Segment> queue_;
+  std::optional<MRMError> refinementFailure_;
   std::optional<Segment> carried_;  ///< empty, waiting for the one that follows
   std::vector<Segment> failed_;     ///< waiting for the stop
 

@@ -34,8 +34,9 @@ class NoDownloads final : public ModelDownloadPriorityCoordinator {
 /// One file, dictated.
 class FileDictation {
  public:
-  FileDictation(FileTranscriptionServices& services, std::unique_ptr<FileAudioInput> input)
+  FileDictation(FileTranscriptionServices& services, std::string name, std::unique_ptr<FileAudioInput> input)
       : services_(services),
+        name_(std::move(name)),
         input_(std::move(input)),
         audio_(services.executor, *input_, authorization_, services.temporaryDirectory),
         coordinator_(
@@ -50,23 +51,26 @@ class FileDictation {
     });
   }
 
-  /// What went wrong, in one sentence, or nothing.
+  /// What went wrong, in one sentence that names the file, or nothing.
   Task<std::optional<std::string>> run() {
     auto preparing = until([this] { return !isVerifying(); });
     co_await preparing;
-    if (coordinator_.state().which() == DictationState::Case::error) co_return coordinator_.state().title();
+    if (coordinator_.state().which() == DictationState::Case::error)
+      co_return named(coordinator_.state().title());
 
     coordinator_.toggle();
     auto dictating = until([this] { return hasEnded(); });
     co_await dictating;
     if (inputFailure_) co_return inputFailure_;
-    if (coordinator_.state().which() == DictationState::Case::error) co_return coordinator_.state().title();
+    if (coordinator_.state().which() == DictationState::Case::error)
+      co_return named(coordinator_.state().title());
     if (coordinator_.state().which() == DictationState::Case::warning)
-      services_.complain(coordinator_.state().title());
+      services_.complain(named(coordinator_.state().title()));
     co_return std::nullopt;
   }
 
  private:
+  [[nodiscard]] std::string named(const std::string& message) const { return name_ + ": " + message; }
   [[nodiscard]] bool isVerifying() const { return services_.models.state() == SpeechModelState::verifying; }
 
   [[nodiscard]] bool hasEnded() const {
@@ -90,6 +94,7 @@ class FileDictation {
   }
 
   FileTranscriptionServices& services_;
+  std::string name_;
   std::unique_ptr<FileAudioInput> input_;
   FileAudioAuthorization authorization_;
   AudioCaptureService audio_;
@@ -111,10 +116,9 @@ Task<int> transcribeFiles(FileTranscriptionServices services, std::vector<std::f
     auto input = FileAudioInput::open(services.executor, services.clock, file, pace);
     std::optional<std::string> failure;
     if (input) {
-      FileDictation dictation(services, *std::move(input));
+      FileDictation dictation(services, file.string(), *std::move(input));
       auto running = dictation.run();
       failure = co_await running;
-      if (failure) failure = file.string() + ": " + *failure;
     } else {
       failure = input.error();
     }

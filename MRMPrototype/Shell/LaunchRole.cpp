@@ -1,5 +1,7 @@
 #include "Shell/LaunchRole.h"
 
+#include "Recognition/DictationLanguage.h"
+
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -41,6 +43,14 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
   transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
   transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
+  transcribeCommand->add_flag("--live", transcribe.live, "Print phrases as they come");
+  transcribeCommand->add_flag("--refine", transcribe.refine,
+                              "Punctuation and capitals by the local language model");
+  std::vector<std::string> languages;
+  for (const auto language : allCases<DictationLanguage>()) languages.emplace_back(rawValue(language));
+  transcribeCommand
+      ->add_option("--language", transcribe.language, "Two-letter code of the language that is spoken")
+      ->check(CLI::IsMember(languages));
   auto* doctorCommand =
       app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
   for (const auto& row : intelCommandActions) {

@@ -3,6 +3,7 @@
 #include "Shell/IntelCommand.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -19,7 +20,10 @@ struct DesktopRole {
 struct ModelDownloadSmokeRole {};
 struct TranscribeRole {
   std::vector<std::filesystem::path> files;
-  bool realTime = false;  ///< play the recordings as fast as they were spoken
+  bool realTime = false;                ///< play the recordings as fast as they were spoken
+  bool live = false;                    ///< print phrases as they come
+  bool refine = false;                  ///< format with the local models, whatever the settings say
+  std::optional<std::string> language;  ///< two letters; forces the language of recognition
 };
 struct RemoteCommandRole {
   IntelCommand command;

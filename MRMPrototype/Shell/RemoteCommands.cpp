@@ -52,7 +52,7 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
   ApplicationAdaptor(QObject* parent, RemoteCommandService::Handlers handlers)
       : QDBusAbstractAdaptor(parent), handlers_(std::move(handlers)) {}
 
- public slots:
+ public Q_SLOTS:
   // The names and signatures are those of the interface.
   void Activate(const QVariantMap& /*platformData*/) { handlers_.activate(); }
   void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { handlers_.activate(); }

@@ -1,5 +1,7 @@
 #include "Shell/StandardOutputDelivery.h"
 
+#include "Foundation/Text.h"
+
 #include <utility>
 
 namespace murmel {
@@ -17,7 +19,8 @@ Task<TextDeliveryResult> StandardOutputDelivery::insertOrCopy(SpokenText text, b
 }
 
 Task<bool> StandardOutputDelivery::insertLiveSegment(SpokenText phrase) {
-  print_(phrase.reveal());
+  // The space that parts it from the phrase before is for an editor; here each phrase is a line.
+  print_(std::string(text::trimmed(phrase.reveal())));
   co_return true;
 }
 

@@ -1,20 +1,13 @@
-#include "Audio/AudioCaptureService.h"
-#include "Dictation/SettingsRefinementSource.h"
-#include "Dictation/SettingsTranscriptCleanUp.h"
 #include "Foundation/Scope.h"
-#include "Models/ModelManager.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
-#include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Product/MRMAppIdentity.h"
-#include "Segmentation/IncrementalDictationSession.h"
 #include "Shell/FileTranscription.h"
-#include "Shell/FluidAudioRecognition.h"
 #include "Shell/Programs.h"
-#include "Shell/ProvisionalServices.h"
-#include "Shell/RuntimePolicy.h"
+#include "Shell/SpeechServices.h"
 #include "Shell/StandardOutputDelivery.h"
+#include "Shell/StorageServices.h"
+#include "Shell/TranscriptionSettings.h"
 
 #include <QCoreApplication>
 #include <cstdio>
@@ -45,19 +38,10 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
   JournalLogSink log(JournalLogSink::Fallback::none);
   const auto identifier = MRMAppIdentity::applicationIdentifier(info);
 
-  DefaultSettings settings;
-  NoHistory history;
-  const CLD2LanguageRecognizer languages;
-  MissingModelRefiners modelRefiners;
-  SettingsRefinementSource refinement(settings, modelRefiners, languages);
-  SettingsTranscriptCleanUp cleanUp(settings);
-  LinuxProcessLauncher launcher;
-  ModelManager models(executor);
-  models.validate();
-  FluidAudioRecognition recognition({executor, clock, launcher}, {folders.resources, identifier}, models,
-                                    runtimePolicy(folders));
-  IncrementalDictationSessionFactory sessions({executor, clock, Logger(log, identifier, "incremental-stages"),
-                                               &AudioCaptureService::convertForRecognition});
+  StorageServices storage(
+      folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
+  TranscriptionSettings settings(storage.settings, role);
+  SpeechServices speech(executor, clock, log, folders, identifier, settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
 
   FileTranscriptionServices services{
@@ -65,12 +49,12 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
       .clock = clock,
       .delivery = delivery,
       .settings = settings,
-      .history = history,
-      .models = models,
-      .recognition = recognition,
-      .refinement = refinement,
-      .cleanUp = cleanUp,
-      .sessions = sessions,
+      .history = storage.history,
+      .models = speech.models,
+      .recognition = speech.recognition,
+      .refinement = speech.refinement,
+      .cleanUp = speech.cleanUp,
+      .sessions = speech.sessions,
       .log = log,
       .applicationIdentifier = identifier,
       .temporaryDirectory = folders.temporary,

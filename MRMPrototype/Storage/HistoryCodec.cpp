@@ -24,7 +24,7 @@ void writeEntries(Append append, std::span<const HistoryEntry> entries) {
     append(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
   };
   const auto string = [&](const std::string& value) {
-    if (text::isValidUtf8(value)) {
+    if (isAscii(value) || text::isValidUtf8(value)) {
       appendJsonString(append, value);
     } else {
       const SpokenText repaired(text::repairedUtf8(value));

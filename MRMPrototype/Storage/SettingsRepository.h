@@ -48,7 +48,7 @@ struct SettingsRepositoryParameters {
   /// The edition offers the full catalogue of language models.
   bool fullGemmaCatalog = false;
   /// Whether a model's file is installed and verified.
-  settingsMigration::ModelIsReady modelIsReady;
+  settingsMigration::ModelIsReady modelIsReady{};
   MRMDistributionChannel channel = MRMDistributionChannel::direct;
   /// Absent where there is no desktop.
   ActivationPolicyControl* activationPolicy = nullptr;

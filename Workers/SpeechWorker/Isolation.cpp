@@ -170,8 +170,7 @@ std::expected<void, std::string> isolate(const std::filesystem::path& readable) 
 
 std::expected<void, std::string> closeDoors() {
   constexpr rlimit none{0, 0};
-  if (!refusesConnections() || ::setrlimit(RLIMIT_NOFILE, &none) != 0 ||
-      ::setrlimit(RLIMIT_FSIZE, &none) != 0 || !refusesFiles())
+  if (!refusesConnections() || ::setrlimit(RLIMIT_NOFILE, &none) != 0 || !refusesFiles())
     return std::unexpected("worker could not be isolated");
   return {};
 }

@@ -91,8 +91,8 @@ TYPED_TEST(PasteboardContract, GivesSingleFormsOfOwnAndForeignContents) {
 }
 
 TYPED_TEST(PasteboardContract, TellsWhoReadsWhat) {
-  const auto count =
-      this->await(this->pasteboard.mrmReplace({{{{{"UTF8_STRING", "words", "", 8}, {"marker", "M", "", 8}}}}}));
+  const auto count = this->await(
+      this->pasteboard.mrmReplace({{{{{"UTF8_STRING", "words", "", 8}, {"marker", "M", "", 8}}}}}));
   ASSERT_TRUE(count);
   EXPECT_EQ(this->desk.readByAnother("marker"), "M");
   EXPECT_EQ(this->desk.readByAnother("UTF8_STRING"), "words");

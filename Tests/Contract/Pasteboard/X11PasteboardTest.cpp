@@ -58,7 +58,8 @@ TEST_F(X11PasteboardTest, AnOwnerThatHangsOrStallsCostsABoundedTimeAndOnlyWhatIt
   OwnerBehaviour stalls;
   stalls.stallsAt = {"image/png"};
   OwnerBehaviour stallsOften;
-  stallsOften.stallsAt = {"image/png", "text/html", "text/uri-list", "x-special/gnome-copied-files",
+  stallsOften.stallsAt = {"image/png",           "text/html",
+                          "text/uri-list",       "x-special/gnome-copied-files",
                           "application/x-words", "application/x-longs"};
   OwnerBehaviour refuses;
   refuses.refuses = {"image/png"};
@@ -144,7 +145,8 @@ TEST_F(X11PasteboardTest, ALateReaderOfAnEarlierPasteGetsNothingRatherThanTheOld
 
 TEST_F(X11PasteboardTest, ListsOnlyDataAndTheProtocolItKeeps) {
   await(general.mrmReplace(oneText("words")));
-  EXPECT_EQ(desk.otherReader.types(), (std::vector<std::string>{"TIMESTAMP", "TARGETS", "MULTIPLE", "UTF8_STRING"}));
+  EXPECT_EQ(desk.otherReader.types(),
+            (std::vector<std::string>{"TIMESTAMP", "TARGETS", "MULTIPLE", "UTF8_STRING"}));
   EXPECT_EQ(desk.otherReader.read("TIMESTAMP")->unitBits, 32);
 }
 

@@ -118,4 +118,11 @@ TEST_F(ExecutableSignature, RefusesASignedExecutableOutsideTheResources) {
   std::filesystem::create_symlink(stray, folder.path() / "link");
   EXPECT_FALSE(mayExecute(folder.path() / "link"));
   EXPECT_FALSE(mayExecute(folder.path() / ".." / outside.path().filename() / "worker"));
+  // A folder whose name only begins like ours.
+  std::filesystem::create_directory(outside.path() / "resources");
+  std::filesystem::create_directory(outside.path() / "resources-of-others");
+  const auto neighbour = outside.path() / "resources-of-others" / "worker";
+  std::filesystem::copy_file(worker, neighbour);
+  const ExecutableRuntimePolicy unsignedBuild(outside.path() / "resources", std::nullopt, nullptr);
+  EXPECT_FALSE(unsignedBuild.mayExecute(neighbour));
 }

@@ -20,8 +20,8 @@ GVariant* call(const char* interface, const char* method, GVariant* parameters) 
   GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
   if (bus == nullptr) throw std::runtime_error(error->message);
   GVariant* const answer =
-      g_dbus_connection_call_sync(bus, "org.freedesktop.secrets", servicePath, interface, method, parameters, nullptr,
-                                  G_DBUS_CALL_FLAGS_NONE, 5'000, nullptr, &error);
+      g_dbus_connection_call_sync(bus, "org.freedesktop.secrets", servicePath, interface, method, parameters,
+                                  nullptr, G_DBUS_CALL_FLAGS_NONE, 5'000, nullptr, &error);
   g_object_unref(bus);
   if (answer == nullptr) throw std::runtime_error(error->message);
   return answer;
@@ -47,11 +47,12 @@ void unlock() {
                                 g_variant_new("(sv)", "plain", g_variant_new_string("")));
   const char* session = nullptr;
   g_variant_get(opened, "(v&o)", nullptr, &session);
-  GVariant* const secret = g_variant_new(
-      "(o@ay@ays)", session, g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, nullptr, 0, 1),
-      g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, password, std::string(password).size(), 1), "text/plain");
-  g_variant_unref(call("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
-                       g_variant_new("(o@(oayays))", collectionPath, secret)));
+  GVariant* const secret =
+      g_variant_new("(o@ay@ays)", session, g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, nullptr, 0, 1),
+                    g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, password, std::string(password).size(), 1),
+                    "text/plain");
+  g_variant_unref(call("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface",
+                       "UnlockWithMasterPassword", g_variant_new("(o@(oayays))", collectionPath, secret)));
   g_variant_unref(opened);
 }
 

@@ -44,7 +44,8 @@ class SecretStoreContract : public ::testing::Test {
   static SecretBytes secret(std::uint8_t first) {
     SecretBytes bytes(32);
     for (std::size_t index = 0; index < bytes.size(); ++index) {
-      bytes.reveal()[index] = static_cast<std::uint8_t>(first + index * 37);  // zeros and bytes that are no text
+      bytes.reveal()[index] =
+          static_cast<std::uint8_t>(first + index * 37);  // zeros and bytes that are no text
     }
     return bytes;
   }
@@ -85,7 +86,8 @@ TYPED_TEST(SecretStoreContract, ALockedStoreAnswersWithoutAsking) {
   this->keyring.lock();
   EXPECT_EQ(this->store.find(this->service, "kept").error(), secretStatus::interactionNotAllowed);
   EXPECT_EQ(this->store.find(this->service, "absent").error(), secretStatus::interactionNotAllowed);
-  EXPECT_EQ(this->store.add(this->service, "new", this->secret(4)).error(), secretStatus::interactionNotAllowed);
+  EXPECT_EQ(this->store.add(this->service, "new", this->secret(4)).error(),
+            secretStatus::interactionNotAllowed);
   EXPECT_EQ(this->store.remove(this->service, "kept").error(), secretStatus::interactionNotAllowed);
   this->keyring.unlock();
   EXPECT_EQ(*this->store.find(this->service, "kept"), this->secret(3));

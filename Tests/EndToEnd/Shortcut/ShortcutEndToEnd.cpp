@@ -98,19 +98,27 @@ class ShortcutEndToEnd : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(run("setxkbmap us"));
-    ASSERT_TRUE(giveFocus());
+    ASSERT_TRUE(giveFocus()) << focused.outputSoFar();
     ASSERT_TRUE(shortcut.taps.isInstalled);
   }
   void TearDown() override { EXPECT_TRUE(run("setxkbmap us")); }
 
   /// The window manager does so by itself, but not always while it starts.
   bool giveFocus() {
-    const std::string label = "Outer window is ";
+    const std::string label = "Outer window is 0x";
     if (!focused.waitForOutput(label) || !focused.waitForOutput(",")) return false;
-    const auto window = focused.outputSoFar().substr(focused.outputSoFar().find(label) + label.size(), 10);
-    return run("for try in $(seq 100); do xdotool windowfocus --sync $((" +
-               window.substr(0, window.find(',')) + ")) 2>/dev/null && exit; done; exit 1") &&
-           focused.waitForOutput("FocusIn event");
+    const auto number = focused.outputSoFar().substr(focused.outputSoFar().find(label) + label.size());
+    const auto window = static_cast<std::uint32_t>(std::stoul(number, nullptr, 16));
+    // It can have the focus as soon as it is mapped.
+    const auto accepted = [&] {
+      const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
+          xcb_request_check(keyboard.connection(),
+                            xcb_set_input_focus_checked(keyboard.connection(), XCB_INPUT_FOCUS_PARENT, window,
+                                                        XCB_CURRENT_TIME)),
+          &std::free);
+      return error == nullptr;
+    };
+    return shortcut.executor.waitUntil(accepted) && focused.waitForOutput("FocusIn event");
   }
 
   void tap(std::uint32_t evdevCode) {
@@ -132,7 +140,8 @@ class ShortcutEndToEnd : public ::testing::Test {
     keyboard.release(KEY_D);
   }
 
-  ForeignProcess focused{{"xev", "-event", "keyboard", "-event", "focus"}};
+  // By line: xev would keep its first one back until there is an event.
+  ForeignProcess focused{{"stdbuf", "-oL", "xev", "-event", "keyboard", "-event", "focus"}};
   XTestKeyboard keyboard;
   Shortcut shortcut;
 };

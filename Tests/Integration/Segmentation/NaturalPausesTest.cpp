@@ -3,7 +3,8 @@
 
 #include <algorithm>
 #include <limits>
-#include <iostream>
+#include <map>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -11,40 +12,80 @@ using namespace murmel;
 
 namespace {
 
-constexpr std::size_t second = 16'000;
-constexpr double clean = std::numeric_limits<double>::infinity();
+constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr double clean = infinite;
 
-template <class Take>
-void forEachSecond(const JoinedSpeech& speech, Take take) {
-  const std::span<const float> samples(speech.samples);
-  for (std::size_t at = 0; at < samples.size(); at += second)
-    take(samples.subspan(at, std::min(second, samples.size() - at)));
+class NaturalPauses : public ::testing::TestWithParam<const char*> {
+ protected:
+  static void SetUpTestSuite() {
+    for (const char* language : {"en", "ru"}) {
+      const auto speech = NaturalSpeech::load(language, 1.5, 90);
+      joined()[language] = JoinedSpeech::join(speech, 0.3, 1.2, 1);
+    }
+  }
+  static void TearDownTestSuite() { joined().clear(); }
+
+  static std::map<std::string, JoinedSpeech>& joined() {
+    static std::map<std::string, JoinedSpeech> all;
+    return all;
+  }
+  [[nodiscard]] JoinedSpeech speech(double signalToNoise) const {
+    const auto& asRecorded = joined().at(GetParam());
+    return signalToNoise == clean ? asRecorded : asRecorded.withNoise(signalToNoise, 2);
+  }
+};
+
+TEST_P(NaturalPauses, AreFoundAndNoWordIsTakenForOne) {
+  struct Row {
+    double signalToNoise;
+    double leastFound;  ///< share of the gaps of 0.7 s and more
+  };
+  for (const auto& [signalToNoise, leastFound] : {Row{clean, 0.95}, Row{20, 0.95}, Row{10, 0}, Row{5, 0}}) {
+    SCOPED_TRACE(signalToNoise);
+    const auto recording = speech(signalToNoise);
+    PhrasePauseDetector detector(NaturalSpeech::sampleRate);
+    std::vector<std::int64_t> cuts;
+    for (const auto& pause : detector.append(recording.samples)) {
+      EXPECT_GT(recording.quietAround(pause.cut), 0)
+          << "a word is cut at " << static_cast<double>(pause.cut) / NaturalSpeech::sampleRate << " s";
+      if (pause.kind == PhrasePause::Kind::phrase) cuts.push_back(pause.cut);
+    }
+    int gaps = 0;
+    int found = 0;
+    for (const auto& gap : recording.gaps) {
+      if (static_cast<double>(gap.end - gap.begin) < 0.7 * NaturalSpeech::sampleRate) continue;
+      ++gaps;
+      if (recording.isFound(gap, cuts)) ++found;
+    }
+    ASSERT_GE(gaps, 30);
+    EXPECT_GE(found, leastFound * gaps) << found << " of " << gaps;
+  }
 }
 
-TEST(Exp, Cutter) {
-  for (const char* language : {"en", "ru"}) {
-    const auto speech = NaturalSpeech::load(language, 1.5, 400);
-    const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 1);
-    for (const double snr : {clean, 20.0, 10.0, 5.0, 0.}) {
-      const auto noisy = snr == clean ? joined : joined.withNoise(snr, 2);
-      for (const double target : {3.0, 15.0, (double)clean}) {
-        SegmentCutter cutter(target);
-        int loud = 0, n = 0, none = 0, doubt = 0; double longest = 0; double noneS = 0;
-        std::int64_t pos = 0;
-        auto take = [&](const CutSegment& s) {
-          pos += std::ssize(s.audio.monoSamples); ++n; none += s.evidence == SpeechEvidence::none; doubt += s.evidence == SpeechEvidence::doubtful;
-          longest = std::max(longest, s.seconds);
-          if (s.evidence == SpeechEvidence::none) noneS += s.seconds;
-          if (pos < std::ssize(joined.samples)) { if (joined.quietAround(pos) == 0) {++loud; std::cout << "  loud at " << (double)pos / 16000 << "\n"; }}
-        };
-        forEachSecond(noisy, [&](std::span<const float> b) {
-          for (auto& s : cutter.append({std::vector<float>(b.begin(), b.end()), 16000.})) take(s);
-        });
-        if (auto s = cutter.flush()) take(*s);
-        std::cout << language << " snr " << snr << " target " << target << " n " << n << " loud " << loud << " none " << none << " (" << noneS << " s) doubtful " << doubt << " longest " << longest << "\n";
+TEST_P(NaturalPauses, SegmentsBeginAndEndBetweenWords) {
+  for (const double signalToNoise : {clean, 20.0, 10.0, 5.0}) {
+    const auto recording = speech(signalToNoise);
+    for (const double target : {3.0, 15.0, infinite}) {
+      SCOPED_TRACE(testing::Message() << signalToNoise << " dB, target " << target);
+      SegmentCutter cutter(target);
+      auto segments = cutter.append({recording.samples, NaturalSpeech::sampleRate});
+      if (auto rest = cutter.flush()) segments.push_back(*std::move(rest));
+      std::int64_t position = 0;
+      for (const auto& segment : segments) {
+        EXPECT_LE(segment.seconds, 50);
+        if (segment.evidence == SpeechEvidence::none) {
+          EXPECT_LT(segment.seconds, 1.3) << "speech is taken for silence";
+        }
+        position += std::ssize(segment.audio.monoSamples);
+        if (position == std::ssize(recording.samples)) break;
+        EXPECT_GT(recording.quietAround(position), 0)
+            << "a word is cut at " << static_cast<double>(position) / NaturalSpeech::sampleRate << " s";
       }
+      EXPECT_EQ(position, std::ssize(recording.samples));
     }
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Languages, NaturalPauses, ::testing::Values("en", "ru"));
 
 }  // namespace

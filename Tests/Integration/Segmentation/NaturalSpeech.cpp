@@ -5,10 +5,13 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <random>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -33,22 +36,42 @@ std::vector<std::filesystem::path> files(const std::string& language) {
   return found;
 }
 
+std::string output(const std::string& command) {
+  std::string text;
+  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
+    std::array<char, 4'096> buffer{};
+    for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
+      text.append(buffer.data(), count);
+    ::pclose(pipe);
+  }
+  return text;
+}
+
 /// All files through one run of the decoder: they follow each other in one stream.
 std::vector<float> decode(const std::string& g722) {
   std::string folder = (std::filesystem::temp_directory_path() / "prompts-XXXXXX").string();
   if (::mkdtemp(folder.data()) == nullptr) return {};
   const std::string coded = folder + "/prompts.g722";
   std::ofstream(coded, std::ios::binary) << g722;
-  const std::string command = "ffmpeg -v error -nostdin -f g722 -i " + coded + " -f f32le -ac 1 -ar 16000 -";
-  std::vector<float> samples;
-  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
-    std::array<float, 4'096> buffer{};
-    for (std::size_t count = 0; (count = std::fread(buffer.data(), sizeof(float), buffer.size(), pipe)) > 0;)
-      samples.insert(samples.end(), buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count));
-    ::pclose(pipe);
-  }
+  const auto bytes = output("ffmpeg -v error -nostdin -f g722 -i " + coded + " -f f32le -ac 1 -ar 16000 -");
   std::filesystem::remove_all(folder);
+  std::vector<float> samples(bytes.size() / sizeof(float));
+  std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
   return samples;
+}
+
+/// "name: words" a line; digits, tones and abbreviations are not plain words.
+std::map<std::string, std::string> plainTranscripts(const std::string& language) {
+  const std::string package = "asterisk-core-sounds-" + language;
+  std::istringstream lines(output("zcat /usr/share/doc/" + package + "/core-sounds-" + language + ".txt.gz"));
+  std::map<std::string, std::string> found;
+  for (std::string line; std::getline(lines, line);) {
+    const auto colon = line.find(": ");
+    if (colon == std::string::npos || line.find_first_of("0123456789[]()/") != std::string::npos) continue;
+    found[line.substr(0, colon)] = line.substr(colon + 2);
+  }
+  EXPECT_FALSE(found.empty()) << "install " << package;
+  return found;
 }
 
 double power(const float* begin, const float* end) {
@@ -59,21 +82,26 @@ double power(const float* begin, const float* end) {
 
 }  // namespace
 
-static std::vector<std::string> names;
-NaturalSpeech NaturalSpeech::load(const std::string& language, double leastSeconds, std::size_t most) {
-  std::string coded; names.clear();
+NaturalSpeech NaturalSpeech::load(const std::string& language, double leastSeconds, std::size_t most,
+                                  Transcripts transcripts) {
+  NaturalSpeech speech;
+  std::map<std::string, std::string> known;
+  if (transcripts == Transcripts::needed) known = plainTranscripts(language);
+  std::string coded;
   std::vector<std::size_t> lengths;
   for (const auto& path : files(language)) {
     const auto size = static_cast<std::size_t>(std::filesystem::file_size(path));
     if (static_cast<double>(size * samplesPerByte) < leastSeconds * sampleRate) continue;
+    const auto transcript = known.find(path.stem().string());
+    if (transcripts == Transcripts::needed && transcript == known.end()) continue;
+    speech.transcripts.push_back(transcript == known.end() ? "" : transcript->second);
     std::ifstream file(path, std::ios::binary);
     coded.append(std::istreambuf_iterator<char>(file), {});
-    lengths.push_back(size * samplesPerByte); names.push_back(path.stem());
+    lengths.push_back(size * samplesPerByte);
     if (lengths.size() == most) break;
   }
   EXPECT_FALSE(lengths.empty()) << "install asterisk-core-sounds-" << language << "-g722";
   const auto samples = decode(coded);
-  NaturalSpeech speech;
   std::size_t position = 0;
   for (const auto length : lengths) {
     if (position + length > samples.size()) break;
@@ -98,10 +126,8 @@ JoinedSpeech JoinedSpeech::join(const NaturalSpeech& speech, double leastGap, do
     joined.quiet.resize(samples.size() / step, true);
   };
   addSilence();
-  int k=0;
   for (const auto& prompt : speech.prompts) {
     std::vector<double> levels;
-    if (std::getenv("SHOW")) std::printf("at %f %s\n", double(samples.size())/16000, names[std::size_t(k++)].c_str());
     for (std::size_t at = 0; at + step <= prompt.size(); at += step)
       levels.push_back(10 * std::log10(power(&prompt[at], &prompt[at] + step) + 1e-12));
     const double loudest = *std::ranges::max_element(levels);

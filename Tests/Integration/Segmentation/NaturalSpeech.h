@@ -10,10 +10,15 @@ namespace murmel {
 struct NaturalSpeech {
   static constexpr double sampleRate = 16'000;
   std::vector<std::vector<float>> prompts;
+  std::vector<std::string> transcripts;  ///< of each prompt; empty where it is not known
+
+  enum class Transcripts { ignored, needed };
 
   /// The prompts of one language of the package asterisk-core-sounds-LANGUAGE-g722 that last at least
-  /// `leastSeconds`, at most `most` of them. Fails the test when they are not installed.
-  static NaturalSpeech load(const std::string& language, double leastSeconds, std::size_t most);
+  /// `leastSeconds`, at most `most` of them; those with a transcript of plain words only if it is needed.
+  /// Fails the test when they are not installed.
+  static NaturalSpeech load(const std::string& language, double leastSeconds, std::size_t most,
+                            Transcripts transcripts = Transcripts::ignored);
 };
 
 /// Prompts in a row with silence between them, and what is known about them.

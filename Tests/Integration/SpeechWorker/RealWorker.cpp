@@ -150,12 +150,18 @@ TEST_F(RealSpeechWorker, RunsWithoutAnyWayToReachOut) {
   EXPECT_EQ(process->runningIdentity(), process->launchedIdentity());
 }
 
-TEST_F(RealSpeechWorker, EndsWithItsInput) {
-  const auto run = [](const std::string& arguments) {
-    return std::system((worker.string() + " " + arguments + " </dev/null >/dev/null").c_str());
+TEST_F(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
+  const TemporaryFolder folder;
+  const auto printed = folder.path() / "printed";
+  const auto run = [&](const std::string& arguments) {
+    return std::system(
+        (worker.string() + " " + arguments + " </dev/null >" + printed.string() + " 2>&1").c_str());
   };
   const auto model = std::string(packagedSpeechModelFolder);
   EXPECT_EQ(run("--model-dir " + model + " --precision int8"), 0);
+  std::ifstream lines(printed);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(lines), {}),
+            "{\"event\":\"ready\",\"mrm_worker_protocol\":1}\n");
   EXPECT_NE(run("--model-dir " + model), 0);
 }
 

@@ -40,13 +40,12 @@ class Client {
   xcb_window_t newWindow() {
     const auto id = xcb_generate_id(connection);
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(connection, 0, id, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, XCB_CW_EVENT_MASK,
-                      &mask);
+    xcb_create_window(connection, 0, id, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0,
+                      XCB_CW_EVENT_MASK, &mask);
     return id;
   }
   xcb_atom_t atom(const std::string& name) {
-    const auto cookie =
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
     return owned(xcb_intern_atom_reply(connection, cookie, nullptr))->atom;
   }
   std::string name(xcb_atom_t which) {
@@ -140,7 +139,8 @@ class ClipboardOwner::Thread {
     if (request.target == client_.atom("TARGETS")) {
       std::vector<xcb_atom_t> atoms;
       if (behaviour_.listsProtocolTargets) {
-        for (const auto* name : {"TIMESTAMP", "TARGETS", "MULTIPLE", "SAVE_TARGETS", "GTK_TEXT_BUFFER_CONTENTS"})
+        for (const auto* name :
+             {"TIMESTAMP", "TARGETS", "MULTIPLE", "SAVE_TARGETS", "GTK_TEXT_BUFFER_CONTENTS"})
           atoms.push_back(client_.atom(name));
       }
       for (const auto& item : contents_.items) {
@@ -170,7 +170,8 @@ class ClipboardOwner::Thread {
   void proceed(const xcb_property_notify_event_t& change) {
     if (change.state != XCB_PROPERTY_DELETE) return;
     for (auto& transfer : transfers_) {
-      if (transfer.requestor != change.window || transfer.property != change.atom || transfer.stalls) continue;
+      if (transfer.requestor != change.window || transfer.property != change.atom || transfer.stalls)
+        continue;
       const auto piece = transfer.value->data.substr(transfer.sent, 1'000);
       write(transfer.requestor, transfer.property, *transfer.value, piece);
       transfer.sent += piece.size();
@@ -194,7 +195,8 @@ class ClipboardOwner::Thread {
   std::thread thread_;
 };
 
-ClipboardOwner::ClipboardOwner(const std::string& selection, ClipboardSnapshot contents, OwnerBehaviour behaviour)
+ClipboardOwner::ClipboardOwner(const std::string& selection, ClipboardSnapshot contents,
+                               OwnerBehaviour behaviour)
     : thread_(std::make_unique<Thread>(selection, std::move(contents), std::move(behaviour))) {}
 
 ClipboardOwner::~ClipboardOwner() = default;
@@ -272,8 +274,8 @@ class ClipboardReader::Connection {
 
   void take(xcb_window_t window, Reading& reading) {
     const auto reply = owned(xcb_get_property_reply(
-        client.connection, xcb_get_property(client.connection, 1, window, reading.property, 0, 0, 100'000'000),
-        nullptr));
+        client.connection,
+        xcb_get_property(client.connection, 1, window, reading.property, 0, 0, 100'000'000), nullptr));
     if (!reply || reply->type == XCB_NONE) return;
     if (!reading.incremental && reply->type == client.atom("INCR")) {
       reading.incremental = true;
@@ -283,15 +285,16 @@ class ClipboardReader::Connection {
                            static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
     if (!reading.value) {
       const auto encoding = client.name(reply->type);
-      reading.value = ClipboardSnapshot::Value{reading.type, "", encoding == reading.type ? "" : encoding,
-                                               reply->format};
+      reading.value =
+          ClipboardSnapshot::Value{reading.type, "", encoding == reading.type ? "" : encoding, reply->format};
     }
     reading.value->data += data;
     reading.done = !reading.incremental || data.empty();
   }
 };
 
-ClipboardReader::ClipboardReader(std::string selection) : connection_(std::make_unique<Connection>(selection)) {}
+ClipboardReader::ClipboardReader(std::string selection)
+    : connection_(std::make_unique<Connection>(selection)) {}
 
 ClipboardReader::~ClipboardReader() = default;
 
@@ -299,7 +302,8 @@ std::optional<ClipboardSnapshot::Value> ClipboardReader::read(const std::string&
   return connection_->read({type}, XCB_CURRENT_TIME).front();
 }
 
-std::optional<ClipboardSnapshot::Value> ClipboardReader::readAsOf(const std::string& type, std::uint32_t time) {
+std::optional<ClipboardSnapshot::Value> ClipboardReader::readAsOf(const std::string& type,
+                                                                  std::uint32_t time) {
   return connection_->read({type}, time).front();
 }
 

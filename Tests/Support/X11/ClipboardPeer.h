@@ -13,11 +13,11 @@ namespace murmel::test {
 
 /// How an owner serves, or fails to.
 struct OwnerBehaviour {
-  bool answers = true;                 ///< false: hangs, and answers nothing at all
-  bool sendsInPieces = false;          ///< every value by INCR, in pieces of 1,000 bytes
+  bool answers = true;                  ///< false: hangs, and answers nothing at all
+  bool sendsInPieces = false;           ///< every value by INCR, in pieces of 1,000 bytes
   std::set<std::string> stallsAt = {};  ///< types whose transfer begins and never goes on
   std::set<std::string> refuses = {};   ///< types that are offered and not delivered
-  bool listsProtocolTargets = true;    ///< as toolkits do, and a pointer among the data
+  bool listsProtocolTargets = true;     ///< as toolkits do, and a pointer among the data
 };
 
 /// Another application that owns a selection. It shares no code with the adapter under test. Runs on a thread

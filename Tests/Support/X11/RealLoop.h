@@ -23,12 +23,16 @@ class RealLoop {
     const auto end = clock.now() + limit;
     while (!condition()) {
       if (clock.now() >= end) return false;
-      QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
       // Conditions may depend on other processes, of which no event tells.
       const auto wake = executor.after(std::chrono::milliseconds(2), [] {});
-      QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;
+  }
+
+  void runFor(Duration duration) {
+    const auto end = clock.now() + duration;
+    waitUntil([&] { return clock.now() >= end; });
   }
 
   template <class T>

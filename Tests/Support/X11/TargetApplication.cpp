@@ -1,12 +1,12 @@
-// An application to deliver text to: a window that takes the keyboard, tells on standard output what happens to it,
-// and reads the clipboard when it is told to paste, as early or late as the test wants.
+// An application to deliver text to: a window that takes the keyboard, tells on standard output what happens
+// to it, and reads the clipboard when it is told to paste, as early or late as the test wants.
 //
-// usage: target-application CLASS [--type WINDOW_TYPE] [--read-after MILLISECONDS | --never]
+// usage: target-application CLASS [--read-after MILLISECONDS | --never]
 //                           [--primary] [--reads TIMES] [--die-on-chord] [--grab]
 //
-// Lines on standard output: "window ID", "focus", "press KEYCODE STATE", "release KEYCODE STATE", "pasted TEXT",
-// "grabbed". Lines on standard input: "activate" brings the window to the front, "own TEXT" takes the clipboard,
-// "grab" and "ungrab" the keyboard, "quit" ends it.
+// Lines on standard output: "window ID", "focus", "press KEYCODE STATE", "release KEYCODE STATE", "pasted
+// TEXT", "grabbed". Lines on standard input: "activate" brings the window to the front, "own TEXT" takes the
+// clipboard, "grab" and "ungrab" the keyboard, "become TYPE" changes the type of its window, "quit" ends it.
 
 #include "Support/X11/ClipboardPeer.h"
 
@@ -29,7 +29,6 @@ using Clock = std::chrono::steady_clock;
 
 struct Options {
   std::string windowClass = "Target";
-  std::string windowType;
   std::chrono::milliseconds readAfter{0};
   bool reads = true;
   bool primary = false;
@@ -44,14 +43,20 @@ Options parse(int count, char** arguments) {
   for (int index = 2; index < count; ++index) {
     const std::string argument = arguments[index];
     const auto next = [&] { return index + 1 < count ? std::string(arguments[++index]) : std::string(); };
-    if (argument == "--type") options.windowType = next();
-    else if (argument == "--read-after") options.readAfter = std::chrono::milliseconds(std::stoi(next()));
-    else if (argument == "--never") options.reads = false;
-    else if (argument == "--primary") options.primary = true;
-    else if (argument == "--reads") options.readTimes = std::stoi(next());
-    else if (argument == "--die-on-chord") options.diesOnChord = true;
-    else if (argument == "--grab") options.grabs = true;
-    else std::exit(2);
+    if (argument == "--read-after")
+      options.readAfter = std::chrono::milliseconds(std::stoi(next()));
+    else if (argument == "--never")
+      options.reads = false;
+    else if (argument == "--primary")
+      options.primary = true;
+    else if (argument == "--reads")
+      options.readTimes = std::stoi(next());
+    else if (argument == "--die-on-chord")
+      options.diesOnChord = true;
+    else if (argument == "--grab")
+      options.grabs = true;
+    else
+      std::exit(2);
   }
   return options;
 }
@@ -69,12 +74,12 @@ class Target {
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     root_ = screen->root;
     window_ = xcb_generate_id(connection_);
-    const std::uint32_t values[] = {screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
-                                                             XCB_EVENT_MASK_FOCUS_CHANGE |
-                                                             XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    const std::uint32_t values[] = {screen->white_pixel,
+                                    XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                                        XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, root_, 0, 0, 200, 100, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
-                      values);
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
     auto name = options_.windowClass;
     name += '\0';
     name += options_.windowClass;
@@ -82,17 +87,12 @@ class Target {
     property("WM_CLASS", XCB_ATOM_STRING, name);
     property("WM_NAME", XCB_ATOM_STRING, options_.windowClass);
     const auto process = static_cast<std::uint32_t>(::getpid());
-    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1,
-                        &process);
-    if (!options_.windowType.empty()) {
-      const auto type = atom("_NET_WM_WINDOW_TYPE_" + options_.windowType);
-      xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
-                          32, 1, &type);
-    }
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL,
+                        32, 1, &process);
     // WM_HINTS with an input hint: window managers give the focus to windows that ask for it.
     const std::uint32_t hints[9] = {1, 1};
-    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9,
-                        hints);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32,
+                        9, hints);
     xcb_map_window(connection_, window_);
   }
 
@@ -215,6 +215,12 @@ class Target {
     if (!std::getline(std::cin, line) || line == "quit") return false;
     if (line == "activate") activate();
     if (line == "grab") grab();
+    if (line.starts_with("become ")) {
+      const auto type = atom("_NET_WM_WINDOW_TYPE_" + line.substr(7));
+      xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_WINDOW_TYPE"),
+                          XCB_ATOM_ATOM, 32, 1, &type);
+      say("became");
+    }
     if (line == "ungrab") {
       xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
       xcb_flush(connection_);
@@ -237,7 +243,8 @@ class Target {
     message.window = window_;
     message.type = atom("_NET_ACTIVE_WINDOW");
     message.data.data32[0] = 2;
-    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&message));
   }
 

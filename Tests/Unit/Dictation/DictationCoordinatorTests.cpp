@@ -345,6 +345,18 @@ TEST_F(DictationCoordinatorTest, WarningsAreJoinedInOrderAndWinOverTheResultForS
   EXPECT_EQ(state(), Case::ready);
 }
 
+TEST_F(DictationCoordinatorTest, AFailedRefinementDeliversTheWordsAndSaysWhy) {
+  begin();
+  DictationSessionResult result;
+  result.text = SpokenText("raw words");
+  result.refinementFailure = MRMError(MRMError::Case::smartModelMissing);
+  sessions.finishing.answerWith(result);
+  dictateByToggle();
+  EXPECT_THAT(insertion.delivered, ElementsAre("[raw words]"));
+  EXPECT_EQ(title(), "Smart Local model or runtime is not installed");
+  EXPECT_EQ(state(), Case::warning);
+}
+
 TEST_F(DictationCoordinatorTest, LivePhrasesAreInsertedOnceAndTheStopInsertsNothingMore) {
   settings.live = true;
   insertion.result = TextDeliveryResult::insertedAndTranscriptKept;

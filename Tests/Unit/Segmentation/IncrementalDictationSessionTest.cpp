@@ -159,6 +159,8 @@ TEST(IncrementalSession, WhatTheRecogniserNeverHearsAndWhatTheUserIsNotTold) {
       {"a quiet room", SoundTape().noise(100), 0, MRMError::Case::noSpeech, 0},
       {"a hum", SoundTape().hum(60, 50, -15), 0, MRMError::Case::noSpeech, 0},
       {"music that is no words", SoundTape().music(2, -15), 1, MRMError::Case::noSpeech, 2},
+      {"speech that gives no words, and none follows", SoundTape().noise(0.5).speech(4).noise(9), 2,
+       MRMError::Case::unrecognizedSpeech, 4},
       {"speech that gives no words", SoundTape().noise(0.5).speech(2), 2, MRMError::Case::unrecognizedSpeech,
        2},
   };
@@ -263,6 +265,7 @@ TEST(IncrementalSession, RefinesEachSegmentAndKeepsTheWordsWhenTheRefinerFails) 
   const auto result = bench.finish();
   ASSERT_TRUE(result);
   EXPECT_EQ(texts(result->pieces), (Texts{"One.", "two", "three"}));
+  EXPECT_EQ(result->refinementFailure, MRMError(MRMError::Case::smartRefinementFailed));
   EXPECT_EQ(bench.log.count("refinement_complete"), 3);
 }
 
@@ -286,6 +289,29 @@ TEST(IncrementalSession, PhrasesAreAwaited) {
   EXPECT_EQ(log, (Texts{"begin one", "end one", "begin two", "end two", "begin three", "end three"}));
   EXPECT_EQ(bench.log.count("session_started target_seconds=3.0 live_callback=true"), 1);
   EXPECT_EQ(bench.log.count("segment_callback_complete"), 3);
+}
+
+TEST(IncrementalSession, TheWaitAfterTheStopDoesNotGrowWithTheLength) {
+  for (const double target : {3.0, 15.0}) {
+    std::vector<double> waits;
+    for (const double length : {10.0, 60.0, 240.0}) {
+      SessionBench bench;
+      bench.script = [](const auto& request, std::size_t) {
+        return Answer{"words", secondsToDuration(0.3 * request.audio.duration())};
+      };
+      bench.configuration.targetSegmentSeconds = target;
+      bench.start();
+      SoundTape tape;
+      while (tape.seconds() < length) tape.speech(3.7).noise(0.9);
+      bench.record(tape.audio());
+      const auto stop = bench.executor.now();
+      Awaiting<Result<DictationSessionResult>> finishing(bench.session->finish());
+      while (!finishing.done()) bench.executor.advance(10ms);
+      waits.push_back(durationToSeconds(bench.executor.now() - stop));
+    }
+    const auto [least, most] = std::ranges::minmax(waits);
+    EXPECT_LE(most - least, 0.3 * (target + 5)) << "more than one segment takes, target " << target;
+  }
 }
 
 TEST(IncrementalSession, ReportsHowFarItIsBehind) {

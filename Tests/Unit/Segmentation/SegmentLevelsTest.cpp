@@ -56,7 +56,8 @@ TEST(QuietestPlace, IsAPauseOrTheQuietestMoment) {
   };
   for (const auto& row : rows) {
     const auto place = quietestPlace(levels(row.tape));
-    EXPECT_NEAR(static_cast<double>(place.frame) * FrameLevelMeter::frameSeconds, row.seconds, 0.12) << row.what;
+    EXPECT_NEAR(static_cast<double>(place.frame) * FrameLevelMeter::frameSeconds, row.seconds, 0.12)
+        << row.what;
     EXPECT_EQ(place.isPause, row.isPause) << row.what;
   }
   EXPECT_EQ(quietestPlace(levels(SoundTape().noise(0.02))).frame, 0U);

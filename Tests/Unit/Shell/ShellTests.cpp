@@ -31,6 +31,9 @@ std::string roleOf(const std::vector<std::string>& arguments) {
     std::string operator()(const ModelDownloadSmokeRole&) const { return "download test"; }
     std::string operator()(const TranscribeRole& transcribe) const {
       std::string text = transcribe.realTime ? "transcribe slowly" : "transcribe";
+      if (transcribe.live) text += " live";
+      if (transcribe.refine) text += " refined";
+      if (transcribe.language) text += " in " + *transcribe.language;
       for (const auto& file : transcribe.files) text += " " + file.string();
       return text;
     }
@@ -98,6 +101,9 @@ TEST(LaunchRole, FollowsTheArguments) {
       {{"--unknown-to-us", "--mrm-model-download-smoke"}, "download test"},
       {{"transcribe", "a.wav", "b c.wav"}, "transcribe a.wav b c.wav"},
       {{"transcribe", "--real-time", "a.wav"}, "transcribe slowly a.wav"},
+      {{"transcribe", "--live", "--refine", "--language", "de", "a.wav"},
+       "transcribe live refined in de a.wav"},
+      {{"transcribe", "--language", "xx", "a.wav"}, "exit 2"},
       {{"transcribe"}, "exit 2"},
       {{"toggle"}, "MRM.Intel.ToggleDictation"},
       {{"start"}, "MRM.Intel.StartDictation"},

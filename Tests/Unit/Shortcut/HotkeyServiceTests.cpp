@@ -192,6 +192,8 @@ TEST_F(HotkeyServiceTest, ANotificationDuringTheRetryNeitherDoublesNorStopsIt) {
   didBecomeActive.emit();
   executor.runUntilIdle();
   EXPECT_EQ(executor.pendingTimers(), 1U);
+  executor.advance(250ms);
+  EXPECT_EQ(taps.creationAttempts(), 3) << "half a second after the first attempt, as before";
   executor.advance(10s);
   EXPECT_EQ(taps.creations(), 1);
   EXPECT_EQ(taps.creationAttempts(), 4);

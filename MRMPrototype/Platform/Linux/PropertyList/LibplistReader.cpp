@@ -69,7 +69,8 @@ std::optional<std::map<std::string, DefaultsValue>> LibplistReader::read(
     std::span<const std::uint8_t> bytes) const {
   if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   plist_t root = nullptr;
-  plist_from_memory(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &root);
+  plist_from_memory(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()),
+                    &root);
   const Tree tree(root, &plist_free);
   if (root == nullptr || plist_get_node_type(root) != PLIST_DICT) return std::nullopt;
   plist_dict_iter iterator = nullptr;

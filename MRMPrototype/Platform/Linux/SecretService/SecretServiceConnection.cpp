@@ -54,8 +54,8 @@ struct SecretServiceConnection::Items {
 };
 
 SecretServiceConnection::SecretServiceConnection()
-    : schema_(secret_schema_new(schemaName, SECRET_SCHEMA_NONE, "service", SECRET_SCHEMA_ATTRIBUTE_STRING, "account",
-                                SECRET_SCHEMA_ATTRIBUTE_STRING, nullptr)) {}
+    : schema_(secret_schema_new(schemaName, SECRET_SCHEMA_NONE, "service", SECRET_SCHEMA_ATTRIBUTE_STRING,
+                                "account", SECRET_SCHEMA_ATTRIBUTE_STRING, nullptr)) {}
 
 SecretServiceConnection::~SecretServiceConnection() {
   secret_schema_unref(schema_);
@@ -92,8 +92,8 @@ std::expected<SecretServiceConnection::Items, SecretStatus> SecretServiceConnect
   const auto attributes = attributesOf(schema_, service, account);
   GlibError error;
   // Without the flag that unlocks: locked items are found and stay locked.
-  GList* const found = secret_service_search_sync(service_.get(), schema_, attributes.get(), SECRET_SEARCH_ALL,
-                                                  cancellable, error.fill());
+  GList* const found = secret_service_search_sync(service_.get(), schema_, attributes.get(),
+                                                  SECRET_SEARCH_ALL, cancellable, error.fill());
   if (error) return failed(error);
   Items items;
   for (const GList* each = found; each != nullptr; each = each->next) {
@@ -134,12 +134,13 @@ std::expected<void, SecretStatus> SecretServiceConnection::add(const std::string
     const auto attributes = attributesOf(schema_, service, account);
     const auto bytes = secret.reveal();
     const std::unique_ptr<SecretValue, void (*)(SecretValue*)> value(
-        secret_value_new(reinterpret_cast<const char*>(bytes.data()), static_cast<gssize>(bytes.size()), contentType),
+        secret_value_new(reinterpret_cast<const char*>(bytes.data()), static_cast<gssize>(bytes.size()),
+                         contentType),
         [](SecretValue* held) { secret_value_unref(held); });
     GlibError error;
-    const GlibPointer<SecretItem> item(secret_item_create_sync(collection->get(), schema_, attributes.get(),
-                                                               itemLabel, value.get(), SECRET_ITEM_CREATE_NONE,
-                                                               cancellable, error.fill()));
+    const GlibPointer<SecretItem> item(
+        secret_item_create_sync(collection->get(), schema_, attributes.get(), itemLabel, value.get(),
+                                SECRET_ITEM_CREATE_NONE, cancellable, error.fill()));
     if (!item) return failed(error);
     return {};
   });
@@ -194,8 +195,8 @@ std::expected<void, SecretStatus> SecretServiceConnection::unlock() {
   const auto bus = sessionBus(nullptr, error);
   if (!bus) return failed(error);
   // A service of the ordinary kind, which may ask.
-  const GlibPointer<SecretService> asking(secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE,
-                                                                   nullptr, error.fill()));
+  const GlibPointer<SecretService> asking(
+      secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE, nullptr, error.fill()));
   if (!asking) return failed(error);
   const GlibPointer<SecretCollection> collection(secret_collection_for_alias_sync(
       asking.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, nullptr, error.fill()));

@@ -10,8 +10,8 @@
 
 namespace murmel {
 
-/// The calls to the Secret Service, each blocking until it is answered or cancelled. Only `unlock` asks the user.
-/// A lost connection is made again by the next call. One thread at a time.
+/// The calls to the Secret Service, each blocking until it is answered or cancelled. Only `unlock` asks the
+/// user. A lost connection is made again by the next call. One thread at a time.
 class SecretServiceConnection {
  public:
   SecretServiceConnection();
@@ -34,8 +34,8 @@ class SecretServiceConnection {
 
   /// Runs `call`, and once more on a new connection when a connection that was made earlier turns out stale.
   template <class T>
-  std::expected<T, SecretStatus> withConnection(
-      GCancellable* cancellable, const std::function<std::expected<T, SecretStatus>()>& call);
+  std::expected<T, SecretStatus> withConnection(GCancellable* cancellable,
+                                                const std::function<std::expected<T, SecretStatus>()>& call);
   bool connect(GCancellable* cancellable, GlibError& error);
   std::expected<Items, SecretStatus> search(const std::string& service, const std::string& account,
                                             GCancellable* cancellable);

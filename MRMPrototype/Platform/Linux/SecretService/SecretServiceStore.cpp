@@ -96,7 +96,7 @@ std::expected<T, SecretStatus> SecretServiceStore::call(
   auto answer = std::make_shared<std::optional<std::expected<T, SecretStatus>>>();
   auto job = std::make_shared<Job>();
   job->work = [worker = worker_.get(), work = std::move(work), answer](SecretServiceConnection& connection,
-                                                                        GCancellable* cancellable) {
+                                                                       GCancellable* cancellable) {
     auto result = work(connection, cancellable);
     const std::lock_guard lock(worker->mutex);
     answer->emplace(std::move(result));
@@ -119,7 +119,8 @@ std::expected<T, SecretStatus> SecretServiceStore::call(
   return std::move(**answer);
 }
 
-std::expected<void, SecretStatus> SecretServiceStore::add(const std::string& service, const std::string& account,
+std::expected<void, SecretStatus> SecretServiceStore::add(const std::string& service,
+                                                          const std::string& account,
                                                           const SecretBytes& secret) {
   if (service.empty() || account.empty()) return std::unexpected(secretStatus::invalidParameter);
   const auto held = std::make_shared<SecretBytes>(secret.copy());

@@ -13,9 +13,9 @@ class SecretServiceConnection;
 
 /// The key ring of the desktop.
 ///
-/// The calls run on a thread of their own, and whoever calls waits for at most `limit`. A service that has not
-/// answered by then is taken for dead: every call fails at once, while that thread alone waits until the service
-/// answers again. So a frozen service costs the main thread one wait, not one for every call.
+/// The calls run on a thread of their own, and whoever calls waits for at most `limit`. A service that has
+/// not answered by then is taken for dead: every call fails at once, while that thread alone waits until the
+/// service answers again. So a frozen service costs the main thread one wait, not one for every call.
 class SecretServiceStore final : public SecretStore {
  public:
   static constexpr Duration standardLimit = std::chrono::seconds(2);
@@ -29,7 +29,8 @@ class SecretServiceStore final : public SecretStore {
 
   std::expected<void, SecretStatus> add(const std::string& service, const std::string& account,
                                         const SecretBytes& secret) override;
-  std::expected<SecretBytes, SecretStatus> find(const std::string& service, const std::string& account) override;
+  std::expected<SecretBytes, SecretStatus> find(const std::string& service,
+                                                const std::string& account) override;
   std::expected<void, SecretStatus> remove(const std::string& service, const std::string& account) override;
   std::expected<void, SecretStatus> unlock() override;
 

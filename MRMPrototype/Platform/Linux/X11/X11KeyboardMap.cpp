@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11KeyboardMap.h"
 
 #include <algorithm>
+#include <span>
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -35,7 +36,9 @@ X11KeyboardMap::X11KeyboardMap(X11Connection& connection, std::int32_t device, s
     : connection_(connection),
       device_(device),
       event_(event),
-      context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {}
+      context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
+  refresh();  // now rather than at the first paste
+}
 
 X11KeyboardMap::~X11KeyboardMap() {
   xkb_keymap_unref(keymap_);
@@ -81,6 +84,17 @@ std::optional<xcb_keycode_t> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
   return elsewhere;
 }
 
+/// Some modifier keys stand in no row of the modifier map: a right Alt that is AltGr acts through another key
+/// of the same symbol there.
+bool X11KeyboardMap::isNamedModifier(xkb_keycode_t key) const {
+  constexpr xkb_keysym_t named[] = {
+      XKB_KEY_Shift_L,          XKB_KEY_Shift_R,          XKB_KEY_Control_L,  XKB_KEY_Control_R,
+      XKB_KEY_Meta_L,           XKB_KEY_Meta_R,           XKB_KEY_Alt_L,      XKB_KEY_Alt_R,
+      XKB_KEY_Super_L,          XKB_KEY_Super_R,          XKB_KEY_Hyper_L,    XKB_KEY_Hyper_R,
+      XKB_KEY_ISO_Level3_Shift, XKB_KEY_ISO_Level5_Shift, XKB_KEY_Mode_switch};
+  return std::ranges::any_of(named, [&](xkb_keysym_t symbol) { return gives(key, 0, symbol); });
+}
+
 bool X11KeyboardMap::isLock(xkb_keycode_t key) const {
   constexpr xkb_keysym_t locks[] = {XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Num_Lock,
                                     XKB_KEY_Scroll_Lock, XKB_KEY_ISO_Level3_Lock};
@@ -97,12 +111,14 @@ std::vector<xcb_keycode_t> X11KeyboardMap::heldModifiers() {
   std::vector<xcb_keycode_t> held;
   if (!keys || !modifiers || keymap_ == nullptr) return held;
   const auto* codes = xcb_get_modifier_mapping_keycodes(modifiers.get());
-  const auto count = static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(modifiers.get()));
-  for (std::size_t index = 0; index < count; ++index) {
-    const auto code = codes[index];
-    if (code == 0 || std::ranges::find(held, code) != held.end()) continue;
-    const bool isDown = (keys->keys[code / 8] >> (code % 8) & 1) != 0;
-    if (isDown && !isLock(code)) held.push_back(code);
+  const std::span mapped(codes,
+                         static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(modifiers.get())));
+  constexpr int lowestKeyCode = 8;
+  constexpr int highestKeyCode = 255;
+  for (int number = lowestKeyCode; number <= highestKeyCode; ++number) {
+    const auto code = static_cast<xcb_keycode_t>(number);
+    if ((keys->keys[code / 8] >> (code % 8) & 1) == 0 || isLock(code)) continue;
+    if (isNamedModifier(code) || std::ranges::find(mapped, code) != mapped.end()) held.push_back(code);
   }
   return held;
 }

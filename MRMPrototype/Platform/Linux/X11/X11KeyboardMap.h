@@ -32,6 +32,7 @@ class X11KeyboardMap {
   void refresh();
   [[nodiscard]] bool gives(xkb_keycode_t key, xkb_layout_index_t group, xkb_keysym_t symbol) const;
   [[nodiscard]] bool isLock(xkb_keycode_t key) const;
+  [[nodiscard]] bool isNamedModifier(xkb_keycode_t key) const;
 
   X11Connection& connection_;
   std::int32_t device_;

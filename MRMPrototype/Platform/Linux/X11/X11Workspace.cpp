@@ -69,8 +69,7 @@ X11Workspace::X11Workspace(Executor& executor, std::unique_ptr<X11Connection> co
     : executor_(executor), connection_(std::move(connection)) {
   const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(connection_->get(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
-  announced_ = activeWindow();
-  xcb_flush(connection_->get());
+  announced_ = frontmostApplication();
   watch_ = executor_.watchReadable(connection_->descriptor(), [this] { handleEvents(); });
 }
 
@@ -93,17 +92,13 @@ void X11Workspace::handleEvents() {
 }
 
 void X11Workspace::announce() {
-  const auto window = activeWindow();
-  // An empty desktop is not told of, but the way back from it is.
-  const bool isNews = window != XCB_NONE && window != announced_;
-  announced_ = window;
-  if (isNews) {
-    const auto application = describe(window);
-    handleEvents();
-    activations_.emit(application);
-    return;
-  }
-  handleEvents();
+  const auto front = frontmostApplication();
+  // The number of a window may be that of another one which has gone since. An empty desktop is not told of,
+  // but the way back from it is.
+  const bool isNews =
+      front && (!announced_ || front->window != announced_->window || front->client != announced_->client);
+  announced_ = front;
+  if (isNews) activations_.emit(*front);
 }
 
 xcb_window_t X11Workspace::activeWindow() {

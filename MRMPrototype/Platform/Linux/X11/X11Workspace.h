@@ -38,7 +38,7 @@ class X11Workspace final : public Workspace {
 
   Executor& executor_;
   std::unique_ptr<X11Connection> connection_;
-  xcb_window_t announced_ = XCB_NONE;
+  std::optional<RunningApplication> announced_;
   Signal<const RunningApplication&> activations_;
   Registration watch_;
   Registration pendingAnnouncement_;

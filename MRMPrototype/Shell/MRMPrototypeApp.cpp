@@ -1,0 +1,167 @@
+#include "Shell/MRMPrototypeApp.h"
+
+#include "Product/MRMAppIdentity.h"
+#include "Shell/SetupChecks.h"
+
+#include <QCoreApplication>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
+
+RecordingPill::Edge edgeFor(OverlayPosition position) {
+  switch (position) {
+    case OverlayPosition::top:
+      return RecordingPill::Edge::top;
+    case OverlayPosition::right:
+      return RecordingPill::Edge::right;
+    case OverlayPosition::bottom:
+      return RecordingPill::Edge::bottom;
+    case OverlayPosition::left:
+      return RecordingPill::Edge::left;
+  }
+  std::unreachable();
+}
+
+}  // namespace
+
+MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const InformationDictionary& info,
+                                 LaunchSelfTest selfTest)
+    : folders_(folders),
+      identifier_(MRMAppIdentity::applicationIdentifier(info)),
+      storage_(
+          folders, identifier_, [](SmartLocalModel) { return false; }, nullptr),
+      speech_(executor_, clock_, log_, folders, identifier_, storage_.settings),
+      pill_([this] { perform(IntelCommand::toggleDictation); }),
+      tray_({
+          .toggle = [this] { perform(IntelCommand::toggleDictation); },
+          .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
+          .openSetup = [this] { perform(IntelCommand::openSetup); },
+          .quit = [this] { perform(IntelCommand::quit); },
+      }),
+      setup_([this] { return setupChecks(); },
+             [this] { storage_.defaults.set(onboardingCompletedKey, true); }),
+      delegate_(executor_, *this, selfTest) {}
+
+std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::create(
+    const ApplicationFolders& folders, const InformationDictionary& info, LaunchSelfTest selfTest) {
+  std::unique_ptr<MRMPrototypeApp> app(new MRMPrototypeApp(folders, info, selfTest));
+  if (auto connected = app->connect(MRMAppIdentity::displayName(info)); !connected) {
+    return std::unexpected(connected.error());
+  }
+  app->wireDictation();
+  app->wireCommands();
+  app->tray_.show();
+  return app;
+}
+
+std::expected<void, std::string> MRMPrototypeApp::connect(const std::string& displayName) {
+  auto desktop = DesktopServices::open({
+      .executor = executor_,
+      .clock = clock_,
+      .log = log_,
+      .folders = folders_,
+      .applicationIdentifier = identifier_,
+      .displayName = displayName,
+      .restorePreviousClipboard = storage_.settings.restorePreviousClipboard(),
+  });
+  if (!desktop) return std::unexpected(desktop.error());
+  desktop_ = *std::move(desktop);
+  return {};
+}
+
+void MRMPrototypeApp::wireDictation() {
+  coordinator_ = std::make_unique<DictationCoordinator>(DictationServices{
+      executor_, clock_, desktop_->audio, *desktop_->insertion, storage_.settings, storage_.history,
+      speech_.models, speech_.recognition, speech_.refinement, speech_.cleanUp, speech_.sessions, updates_,
+      downloads_, pill_, desktop_->sounds, Logger(log_, identifier_, "dictation-summary"),
+      Logger(log_, identifier_, "incremental-stages")});
+  coordinator_->onRequiredModelMissing([this] { openSetupWindow(); });
+  observers_.push_back(
+      coordinator_->onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
+  observers_.push_back(coordinator_->onLastTranscriptChange().subscribe(
+      [this](bool available) { tray_.setHasLastTranscript(available); }));
+  tray_.update(coordinator_->state());
+
+  pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
+  observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
+    if (property == SettingsProperty::overlayPosition)
+      pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
+    if (property == SettingsProperty::historyRetention) {
+      storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
+    }
+  }));
+
+  hotkey_ = std::make_unique<HotkeyService>(
+      executor_, clock_, desktop_->keys, localKeys_,
+      HotkeyNotifications{storage_.settings.shortcutDidChange(), inputMonitoringPermissionDidChange_,
+                          applicationDidBecomeActive_});
+  hotkey_->onPress = [this] { coordinator_->shortcutPressed(); };
+  hotkey_->onRelease = [this] { coordinator_->shortcutReleased(); };
+  hotkey_->onToggle = [this] { coordinator_->toggle(); };
+  hotkey_->start([this] { return storage_.settings.shortcut(); });
+}
+
+void MRMPrototypeApp::wireCommands() {
+  const auto on = [this](IntelCommand command, std::function<void()> run) {
+    observers_.push_back(commands_.observe(command, std::move(run)));
+  };
+  on(IntelCommand::toggleDictation, [this] { coordinator_->toggle(); });
+  on(IntelCommand::startDictation, [this] {
+    if (!coordinator_->state().isBusy()) coordinator_->toggle();
+  });
+  on(IntelCommand::stopDictation, [this] {
+    if (coordinator_->state().isRecording()) coordinator_->stopAndTranscribe();
+  });
+  on(IntelCommand::copyLastTranscript, [this] { coordinator_->copyLastTranscript(); });
+  // Until there are settings to show, the setup window is the one that there is.
+  for (const auto command :
+       {IntelCommand::openSetup, IntelCommand::openSettings, IntelCommand::revealApplication,
+        IntelCommand::requestMicrophone, IntelCommand::openMicrophoneSettings,
+        IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
+    on(command, [this] { openSetupWindow(); });
+  }
+  on(IntelCommand::quit, [this] { tasks_.start(quit()); });
+}
+
+void MRMPrototypeApp::reopen() {
+  openSetupWindow();
+}
+
+void MRMPrototypeApp::refreshServices() {
+  speech_.models.validate();
+  storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
+}
+
+bool MRMPrototypeApp::requiresSetupWindow() const {
+  return !storage_.defaults.boolean(onboardingCompletedKey, false);
+}
+
+void MRMPrototypeApp::openSetupWindow() {
+  setup_.present();
+}
+
+bool MRMPrototypeApp::isMainWindowVisible() const {
+  return setup_.isVisible() && !setup_.isMinimized();
+}
+
+std::vector<SetupCheck> MRMPrototypeApp::setupChecks() {
+  return murmel::setupChecks(folders_, speech_.models);
+}
+
+void MRMPrototypeApp::terminate(int exitStatus) {
+  QCoreApplication::exit(exitStatus);
+}
+
+Task<void> MRMPrototypeApp::quit() {
+  if (std::exchange(quitting_, true)) co_return;
+  hotkey_.reset();
+  auto handingOver = desktop_->handOverClipboard();
+  co_await handingOver;
+  terminate(0);
+}
+
+}  // namespace murmel

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Dictation/DictationCoordinator.h"
+#include "Foundation/Clock.h"
+#include "Foundation/Scope.h"
+#include "Foundation/Signal.h"
+#include "Interface/QtAlertPresenter.h"
+#include "Interface/RecordingPill.h"
+#include "Interface/SetupWindow.h"
+#include "Interface/TrayMenu.h"
+#include "MRMUpdatePolicy/UpdateAdmissionGate.h"
+#include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Qt/QtExecutor.h"
+#include "Product/InformationDictionary.h"
+#include "Shell/AppDelegate.h"
+#include "Shell/ApplicationFolders.h"
+#include "Shell/DesktopServices.h"
+#include "Shell/IntelCommandTarget.h"
+#include "Shell/NoLocalKeys.h"
+#include "Shell/SpeechServices.h"
+#include "Shell/StorageServices.h"
+#include "Shortcut/HotkeyService.h"
+
+#include <expected>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace murmel {
+
+/// The desktop application: makes its services once, wires them, and keeps them until it ends. Main thread.
+class MRMPrototypeApp final : private ApplicationLaunchActions {
+ public:
+  /// Needs a QApplication. The error is one sentence for the user.
+  static std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> create(
+      const ApplicationFolders& folders, const InformationDictionary& info, LaunchSelfTest selfTest);
+
+  void applicationDidFinishLaunching() { delegate_.applicationDidFinishLaunching(); }
+
+  /// The application was started once more.
+  void reopen() override;
+  /// A command of the menu or of another program.
+  void perform(IntelCommand command) { commands_.post(command); }
+
+ private:
+  MRMPrototypeApp(const ApplicationFolders& folders, const InformationDictionary& info,
+                  LaunchSelfTest selfTest);
+  std::expected<void, std::string> connect(const std::string& displayName);
+  void wireDictation();
+  void wireCommands();
+  [[nodiscard]] std::vector<SetupCheck> setupChecks();
+  Task<void> quit();
+
+  void applyDockIconPreference() override {}
+  void refreshServices() override;
+  [[nodiscard]] bool requiresSetupWindow() const override;
+  void openSetupWindow() override;
+  [[nodiscard]] bool isMainWindowVisible() const override;
+  void terminate(int exitStatus) override;
+
+  ApplicationFolders folders_;
+  std::string identifier_;
+  QtExecutor executor_;
+  SystemClock clock_;
+  JournalLogSink log_{JournalLogSink::Fallback::standardError};
+  StorageServices storage_;
+  SpeechServices speech_;
+  std::unique_ptr<DesktopServices> desktop_;
+  UpdateActivityRegister updates_;
+  class IdleDownloads final : public ModelDownloadPriorityCoordinator {
+   public:
+    void notifyOptionalControls(bool) override {}
+  } downloads_;
+
+  IntelCommandTarget commands_;
+  RecordingPill pill_;
+  TrayMenu tray_;
+  SetupWindow setup_;
+  std::unique_ptr<DictationCoordinator> coordinator_;
+
+  Signal<> inputMonitoringPermissionDidChange_;
+  Signal<> applicationDidBecomeActive_;
+  NoLocalKeys localKeys_;
+  std::unique_ptr<HotkeyService> hotkey_;
+  AppDelegate delegate_;
+  std::vector<Registration> observers_;
+  bool quitting_ = false;
+  Scope tasks_;
+};
+
+}  // namespace murmel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/ActivationPolicy.h"
+#include "Platform/Linux/PropertyList/LibplistReader.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Shell/ApplicationFolders.h"
+#include "Storage/HistoryRepository.h"
+#include "Storage/JsonDefaultsStore.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Storage/PosixFileSystem.h"
+#include "Storage/SettingsRepository.h"
+
+#include <string>
+
+namespace murmel {
+
+/// The settings and the history where the user keeps them. Main thread.
+class StorageServices {
+ public:
+  /// `activationPolicy` is absent without a desktop.
+  StorageServices(const ApplicationFolders& folders, const std::string& applicationIdentifier,
+                  settingsMigration::ModelIsReady modelIsReady, ActivationPolicyControl* activationPolicy);
+
+ private:
+  PosixFileSystem files_;
+  SecretServiceStore secrets_;
+  KeychainEncryptionKeyStore vocabularyKeys_;
+  KeychainEncryptionKeyStore historyKeys_;
+
+ public:
+  JsonDefaultsStore defaults;
+  SettingsRepository settings;
+  HistoryRepository history;
+
+ private:
+  static SettingsRepositoryParameters parameters(StorageServices& services, const ApplicationFolders& folders,
+                                                 settingsMigration::ModelIsReady modelIsReady,
+                                                 ActivationPolicyControl* activationPolicy);
+};
+
+}  // namespace murmel

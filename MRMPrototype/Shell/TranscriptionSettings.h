@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Shell/LaunchRole.h"
+#include "Storage/DictationSettings.h"
+
+namespace murmel {
+
+/// The user's settings, with what the command line says in their place. The settings must outlive it.
+class TranscriptionSettings final : public DictationSettings {
+ public:
+  TranscriptionSettings(const DictationSettings& user, const TranscribeRole& role)
+      : user_(user), role_(role) {}
+
+  [[nodiscard]] bool playFeedbackSound() const override { return false; }
+  [[nodiscard]] bool processWhileRecording() const override { return user_.processWhileRecording(); }
+  /// Only on request: phrases are for somebody who watches.
+  [[nodiscard]] bool insertWhileRecording() const override { return role_.live; }
+  [[nodiscard]] bool removeFillerWords() const override { return user_.removeFillerWords(); }
+  [[nodiscard]] bool smartFormatting() const override { return role_.refine || user_.smartFormatting(); }
+  [[nodiscard]] SmartRefinementRoutingMode smartRefinementRouting() const override {
+    return user_.smartRefinementRouting();
+  }
+  [[nodiscard]] SmartLocalModel smartLocalModel() const override { return user_.smartLocalModel(); }
+  [[nodiscard]] bool historyEnabled() const override { return user_.historyEnabled(); }
+  [[nodiscard]] HistoryRetention historyRetention() const override { return user_.historyRetention(); }
+  [[nodiscard]] std::string personalVocabulary() const override { return user_.personalVocabulary(); }
+  [[nodiscard]] std::optional<std::string> workerLanguageCode() const override {
+    return role_.language ? role_.language : user_.workerLanguageCode();
+  }
+  [[nodiscard]] std::string historyLanguageLabel() const override { return user_.historyLanguageLabel(); }
+
+ private:
+  const DictationSettings& user_;
+  TranscribeRole role_;
+};
+
+}  // namespace murmel

@@ -1,0 +1,203 @@
+#include "DeliveryDesk.h"
+
+#include <array>
+#include <filesystem>
+#include <iterator>
+
+#include <gtest/gtest.h>
+
+namespace murmel::test {
+
+using namespace std::chrono_literals;
+
+const std::string spoken = "Grüße aus dem Diktat";
+
+using Lines = std::vector<std::string>;
+
+TEST(Delivery, TargetsThatReadLateGetTheTextAndNeverTheOldClipboard) {
+  for (const auto delay : {10ms, 60ms, 150ms, 400ms, 1'500ms}) {
+    SCOPED_TRACE(delay.count());
+    DeliveryDesk desk;
+    const auto target = desk.launch(
+        "Late", {"--read-after", std::to_string(delay.count()), "--reads", delay > 1s ? "1" : "2"});
+    desk.service->beginDictationSession();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    desk.service->endDictationSession();
+    ASSERT_TRUE(desk.waitUntilSettled());
+    EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardRestored);
+    ASSERT_TRUE(desk.waitUntil([&] { return !target->told("pasted").empty(); }));
+    for (const auto& pasted : target->told("pasted")) EXPECT_NE(pasted, "old clipboard");
+    EXPECT_EQ(target->told("pasted").front(), spoken);
+    EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
+    EXPECT_EQ(desk.log.lines.find("Diktat"), std::string::npos);
+  }
+}
+
+TEST(Delivery, ATargetThatNeverReadsOrDiesLeavesTheTextOnTheClipboard) {
+  for (const auto* option : {"--never", "--die-on-chord"}) {
+    SCOPED_TRACE(option);
+    DeliveryDesk desk;
+    const auto target = desk.launch("Deaf", {option});
+    desk.service->beginDictationSession();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    // A clipboard manager reads at once, and proves nothing.
+    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+    ASSERT_TRUE(desk.waitUntilSettled());
+    EXPECT_EQ(desk.settled.front(), PasteSettlement::neverRead);
+    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+  }
+}
+
+TEST(Delivery, ATargetThatDiesBeforeThePasteIsMissedInTime) {
+  DeliveryDesk desk;
+  const auto bystander = desk.launch("Bystander");
+  const auto target = desk.launch("Target");
+  desk.service->beginDictationSession();
+  // The desktop brings the bystander to the front and tells so a moment later: until then it is not the
+  // target.
+  target->kill();
+  const auto result = desk.deliver(spoken);
+  const auto pasted = bystander->told("pasted");
+  if (result == TextDeliveryResult::copiedFallback) {
+    EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::noTarget);
+    EXPECT_TRUE(pasted.empty());
+    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+  } else {
+    EXPECT_EQ(desk.service->target()->bundleIdentifier, "Bystander") << "the user's next application";
+  }
+}
+
+TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
+  DeliveryDesk desk;
+  const auto first = desk.launch("First");
+  desk.service->beginDictationSession();
+  const auto second = desk.launch("Second");
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  ASSERT_TRUE(desk.waitUntilSettled());
+  EXPECT_EQ(second->told("pasted"), Lines{spoken});
+  EXPECT_TRUE(first->told("press").empty());
+}
+
+TEST(Delivery, LivePhrasesStopWhenAnotherWindowIsInFront) {
+  DeliveryDesk desk;
+  const auto target = desk.launch("Editor");
+  desk.service->beginDictationSession();
+  EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText("hello"))));
+  EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText(" world"))));
+  const auto other = desk.launch("Other");
+  EXPECT_FALSE(desk.loop.await(desk.service->insertLiveSegment(SpokenText(" again"))));
+  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::appChanged);
+  EXPECT_TRUE(desk.isInFront(*other));
+  EXPECT_EQ(target->told("pasted"), (Lines{"hello", " world"}));
+  EXPECT_TRUE(other->told("press").empty());
+  ASSERT_TRUE(desk.waitUntilSettled(2));
+  EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
+}
+
+TEST(Delivery, WhatTheUserCopiesInBetweenStays) {
+  DeliveryDesk desk;
+  const auto other = desk.launch("Other");
+  const auto target = desk.launch("Late", {"--read-after", "300"});
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  other->tell("own copied meanwhile");
+  ASSERT_TRUE(desk.waitUntilSettled());
+  EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardChanged);
+  EXPECT_EQ(DeliveryDesk::clipboardText(), "copied meanwhile");
+}
+
+TEST(Delivery, TheNextDictationWaitsUntilALateTargetHasTheOneBefore) {
+  DeliveryDesk desk;
+  const auto target = desk.launch("Late", {"--read-after", "400"});
+  desk.service->beginDictationSession();
+  desk.deliver("one");
+  desk.deliver("two");
+  ASSERT_TRUE(desk.waitUntilSettled(2));
+  EXPECT_EQ(target->told("pasted"), (Lines{"one", "two"}));
+  EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
+}
+
+TEST(Delivery, APasswordPromptGetsNothing) {
+  DeliveryDesk desk;
+  const auto prompt = desk.launch("Pinentry", {"--grab"});
+  ASSERT_TRUE(desk.waitUntil([&] { return !prompt->told("grabbed").empty(); }));
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
+  EXPECT_TRUE(prompt->told("press").empty());
+  EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+}
+
+TEST(Delivery, ModifiersThatTheUserStillHoldsSpoilNothingAndDoNotStick) {
+  DeliveryDesk desk;
+  const auto target = desk.launch("Careful");
+  std::size_t pasted = 0;
+  for (const auto key : std::to_array<std::uint8_t>({64, 133, 50, 37, 108})) {
+    SCOPED_TRACE(static_cast<int>(key));
+    desk.service->beginDictationSession();
+    desk.user.press(key, true);
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    ++pasted;
+    ASSERT_TRUE(desk.waitUntilSettled(pasted));
+    EXPECT_EQ(target->told("pasted").size(), pasted);
+    EXPECT_TRUE(desk.user.held().empty());
+    desk.user.press(key, false);
+  }
+}
+
+TEST(Delivery, OwnersThatHangOrStallHoldUpADeliveryForABoundedTimeOnly) {
+  OwnerBehaviour hangs;
+  hangs.answers = false;
+  OwnerBehaviour stalls;
+  stalls.stallsAt = {"image/png"};
+  for (const auto& behaviour : {hangs, stalls}) {
+    DeliveryDesk desk(richClipboard(), behaviour);
+    const auto target = desk.launch("Editor");
+    desk.service->beginDictationSession();
+    const auto start = desk.loop.clock.now();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    EXPECT_LT(desk.loop.clock.now() - start, 5s);
+    ASSERT_TRUE(desk.waitUntilSettled());
+    EXPECT_EQ(target->told("pasted"), Lines{spoken});
+    // What the owner did deliver is back.
+    EXPECT_EQ(DeliveryDesk::clipboardText(), behaviour.answers ? "old clipboard" : "(nothing)");
+    EXPECT_NE(desk.log.lines.find("clipboard_capture_incomplete"), std::string::npos);
+  }
+}
+
+TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
+  const auto entries = [](const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+  };
+  DeliveryDesk desk(DeliveryDesk::selection());
+  const auto target = desk.launch("Editor");
+  std::vector<std::ptrdiff_t> descriptors;
+  std::vector<std::ptrdiff_t> threads;
+  for (int delivery = 1; delivery <= 60; ++delivery) {
+    // What the user copies in between is captured anew each time.
+    auto copied = std::make_unique<ClipboardOwner>("CLIPBOARD", DeliveryDesk::selection());
+    desk.usersClipboard = std::move(copied);
+    desk.service->beginDictationSession();
+    ASSERT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    ASSERT_EQ(desk.loop.await(desk.service->finishPasteCleanup()),
+              TextDeliveryResult::insertedAndClipboardRestored);
+    desk.service->endDictationSession();
+    descriptors.push_back(entries("/proc/self/fd"));
+    threads.push_back(entries("/proc/self/task"));
+  }
+  EXPECT_EQ(target->told("pasted").size(), 60U);
+  EXPECT_EQ(descriptors.back(), descriptors[9]);
+  EXPECT_EQ(threads.back(), threads[9]);
+}
+
+TEST(Delivery, AnEmptyClipboardIsEmptyAgain) {
+  DeliveryDesk desk(std::nullopt);
+  const auto target = desk.launch("Editor");
+  desk.service->beginDictationSession();
+  desk.deliver(spoken);
+  ASSERT_TRUE(desk.waitUntilSettled());
+  EXPECT_EQ(target->told("pasted"), Lines{spoken});
+  EXPECT_EQ(DeliveryDesk::clipboardText(), "(nothing)");
+}
+
+}  // namespace murmel::test
