@@ -8,17 +8,13 @@
 namespace murmel {
 
 QwenLocalRefinementProvider::QwenLocalRefinementProvider(std::shared_ptr<QwenPersistentServer> server,
-                                                         const SmartModelFiles& files, bool prewarmed)
-    : server_(std::move(server)), files_(files) {
+                                                         bool prewarmed)
+    : server_(std::move(server)) {
   if (prewarmed) server_->startIfNeeded();
 }
 
-bool QwenLocalRefinementProvider::isInstalled() const {
-  return files_.runtimeExecutable() && files_.modelFile(server_->model());
-}
-
 Task<Result<std::string>> QwenLocalRefinementProvider::refine(std::string text) {
-  if (!isInstalled()) co_return std::unexpected(MRMError(MRMError::Case::smartModelMissing));
+  if (!server_->isInstalled()) co_return std::unexpected(MRMError(MRMError::Case::smartModelMissing));
   // A server that has ended, or was never asked for, is there for the next dictation.
   server_->startIfNeeded();
   auto running = run(server_, std::move(text));

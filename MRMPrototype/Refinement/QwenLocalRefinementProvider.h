@@ -2,9 +2,9 @@
 
 #include "Refinement/QwenPersistentServer.h"
 #include "Refinement/RefinementProvider.h"
-#include "Refinement/SmartModelFiles.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,10 +15,8 @@ namespace murmel {
 /// everything else.
 class QwenLocalRefinementProvider final : public RefinementProvider {
  public:
-  /// `prewarmed` starts the server at once, so that the first dictation does not wait for the model. `files`
-  /// must outlive the provider.
-  QwenLocalRefinementProvider(std::shared_ptr<QwenPersistentServer> server, const SmartModelFiles& files,
-                              bool prewarmed);
+  /// `prewarmed` starts the server at once, so that the first dictation does not wait for the model.
+  QwenLocalRefinementProvider(std::shared_ptr<QwenPersistentServer> server, bool prewarmed);
 
   [[nodiscard]] const std::string& providerID() const override { return server_->providerID(); }
   Task<Result<std::string>> refine(std::string text) override;
@@ -28,10 +26,8 @@ class QwenLocalRefinementProvider final : public RefinementProvider {
 
  private:
   static Task<Result<std::string>> run(std::shared_ptr<QwenPersistentServer> server, std::string text);
-  [[nodiscard]] bool isInstalled() const;
 
   std::shared_ptr<QwenPersistentServer> server_;
-  const SmartModelFiles& files_;
 };
 
 }  // namespace murmel

@@ -47,6 +47,9 @@ class QwenPersistentServer : public std::enable_shared_from_this<QwenPersistentS
   [[nodiscard]] const std::string& providerID() const { return providerID_; }
   [[nodiscard]] SmartLocalModel model() const { return model_; }
 
+  /// Whether the model's file and the runtime are there.
+  [[nodiscard]] bool isInstalled() const { return configuration_().has_value(); }
+
   /// Starts the process; nothing happens when it is ready or starting. After a failure it starts again.
   void startIfNeeded();
 

@@ -28,14 +28,14 @@ std::shared_ptr<QwenPersistentServer> QwenServerPool::server(SmartLocalModel mod
   if (server) return server;
   auto configuration = [files = &files_, settings = settings_,
                         model]() -> std::expected<QwenServerConfiguration, std::string> {
-    auto executable = files->runtimeExecutable();
+    auto executable = settings.runtime.installedExecutable();
     auto file = files->modelFile(model);
     if (!executable || !file)
       return std::unexpected(MRMError(MRMError::Case::smartModelMissing).localizedDescription());
     return QwenServerConfiguration{.executable = *std::move(executable),
                                    .model = *std::move(file),
                                    .temporaryDirectory = settings.temporaryDirectory,
-                                   .mayExecute = settings.mayExecute,
+                                   .mayExecute = settings.runtime.mayExecute,
                                    .limits = {}};
   };
   server = std::make_shared<QwenPersistentServer>(services_, settings_.applicationIdentifier, model,

@@ -2,11 +2,11 @@
 
 #include "Foundation/Signal.h"
 #include "Foundation/Task.h"
+#include "Refinement/LanguageModelRuntime.h"
 #include "Refinement/QwenPersistentServer.h"
 #include "Refinement/SmartModelFiles.h"
 
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,8 +22,7 @@ class QwenServerPool {
   struct Settings {
     std::string applicationIdentifier;
     std::filesystem::path temporaryDirectory;
-    /// Whether an executable may be started; called on the servers' threads.
-    std::function<bool(const std::filesystem::path&)> mayExecute;
+    LanguageModelRuntime runtime;
     QwenServerLimits limits;
   };
 

@@ -115,21 +115,26 @@ TEST_F(ServerBench, StartsAgainAfterTheProcessHasEnded) {
 
 TEST_F(ServerBench, RefusesWhatItMayNotExecute) {
   script("answer format");
-  settings.mayExecute = [](const std::filesystem::path&) { return false; };
+  settings.runtime.mayExecute = [](const std::filesystem::path&) { return false; };
   EXPECT_FALSE(prepare());
   EXPECT_EQ(diagnostic(), "running inference server identity validation failed");
   EXPECT_TRUE(notes().empty()) << "it was started all the same";
 }
 
 TEST_F(ServerBench, SaysThatTheModelIsNotInstalled) {
-  files.runtime.reset();
-  EXPECT_EQ(refine("hello"), "Smart Local model or runtime is not installed");
-  EXPECT_FALSE(prepare());
-  files.runtime = store.path() / "missing";
-  settings.mayExecute = [](const std::filesystem::path&) { return true; };
+  constexpr auto missing = "Smart Local model or runtime is not installed";
+  QwenLocalRefinementProvider other(pool().server(SmartLocalModel::qwen4), /*prewarmed=*/true);
+  Awaiting<Answer> asking(other.refine("hello"));
+  EXPECT_EQ(described(asking), missing);
+  EXPECT_EQ(pool().server(SmartLocalModel::qwen4)->diagnostic(), missing);
   releasePool();
+  settings.runtime.executable = store.path() / "missing";
+  EXPECT_EQ(refine("hello"), missing);
   EXPECT_FALSE(prepare());
-  EXPECT_EQ(diagnostic(), "cannot open the executable: No such file or directory");
+  releasePool();
+  settings.runtime.executable = store.write("script", {});
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "the executable is not a program");
 }
 
 TEST_F(ServerBench, KeepsItsKeyToItself) {

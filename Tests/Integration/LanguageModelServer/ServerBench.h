@@ -24,17 +24,16 @@
 
 namespace murmel {
 
-/// The stub as the installed runtime, and one model: its script.
+/// One model that is installed, in two names: the stub's script.
 class StubModelFiles final : public SmartModelFiles {
  public:
   explicit StubModelFiles(std::filesystem::path file) : model(std::move(file)) {}
-  [[nodiscard]] std::optional<std::filesystem::path> runtimeExecutable() const override { return runtime; }
   [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel asked) const override {
     if (asked != SmartLocalModel::qwen06 && asked != SmartLocalModel::qwen17) return std::nullopt;
     return model;
   }
+  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
 
-  std::optional<std::filesystem::path> runtime = MURMEL_STUB_SERVER;
   std::filesystem::path model;
 };
 
@@ -91,7 +90,7 @@ class ServerBench : public ::testing::Test {
   [[nodiscard]] std::string diagnostic() { return pool().server(model)->diagnostic(); }
 
   std::unique_ptr<QwenLocalRefinementProvider> provider(bool prewarmed = false) {
-    return std::make_unique<QwenLocalRefinementProvider>(pool().server(model), files, prewarmed);
+    return std::make_unique<QwenLocalRefinementProvider>(pool().server(model), prewarmed);
   }
 
   /// The formatted text; "RAW" when the recognised one would be delivered.
@@ -132,7 +131,7 @@ class ServerBench : public ::testing::Test {
   QwenServerPool::Settings settings{
       .applicationIdentifier = "test",
       .temporaryDirectory = temporary.path(),
-      .mayExecute = [](const std::filesystem::path& executable) { return executable == MURMEL_STUB_SERVER; },
+      .runtime = {MURMEL_STUB_SERVER, [](const std::filesystem::path&) { return true; }},
       .limits = {},
   };
 
