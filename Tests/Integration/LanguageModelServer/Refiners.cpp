@@ -59,9 +59,9 @@ TEST_F(Refiners, WarmUpTheModelThatTheFirstDictationUses) {
                                       .routing = SmartRefinementRoutingMode::selectedMultilingualModel,
                                       .model = model});
   EXPECT_EQ(refiner->providerID(), "qwen06");
-  std::string words = "one";
-  for (int word = 1; word < 41; ++word) words += " word";
-  EXPECT_EQ(refined(*refiner, words + " last"), "One" + words.substr(3, 39 * 5) + ". Word\nlast.")
+  std::string rest;
+  for (int word = 1; word < 40; ++word) rest += " word";
+  EXPECT_EQ(refined(*refiner, "one" + rest + "\ntwo words"), "One" + rest + ".\nTwo words.")
       << "in pieces of forty words";
   EXPECT_EQ(count("listening"), 1U);
   EXPECT_EQ(refiners().russianRefiner(), nullptr);
