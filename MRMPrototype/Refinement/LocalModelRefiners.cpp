@@ -65,6 +65,14 @@ std::shared_ptr<RefinementProvider> LocalModelRefiners::russianRefiner() {
   return russian_;
 }
 
+Task<bool> LocalModelRefiners::russianPrepared() {
+  const auto refiner = russianRefiner();
+  if (!refiner) co_return false;
+  auto preparing = sage_->prepared();
+  const bool isReady = co_await preparing;
+  co_return isReady;
+}
+
 void LocalModelRefiners::shutdown() {
   pool_.shutdownAll();
   sage_ = nullptr;

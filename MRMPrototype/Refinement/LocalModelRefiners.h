@@ -55,6 +55,8 @@ class LocalModelRefiners final : public ModelRefiners {
   /// Waits until the model's server has been started, for those who have no time to speak meanwhile. False
   /// when it could not be.
   [[nodiscard]] Task<bool> prepared(SmartLocalModel model) { return pool_.prepared(model); }
+  /// The same for the Russian refiner. False when its files are not installed, too.
+  [[nodiscard]] Task<bool> russianPrepared();
 
   /// The line that the settings show; nothing while nobody has asked for the model.
   [[nodiscard]] std::optional<std::string_view> preparationStatus(SmartLocalModel model) const {

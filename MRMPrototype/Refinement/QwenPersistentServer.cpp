@@ -5,6 +5,7 @@
 #include "Refinement/QwenChat.h"
 
 #include <array>
+#include <system_error>
 #include <utility>
 
 namespace murmel {
@@ -15,17 +16,32 @@ struct QwenPersistentServer::Run {
   std::shared_ptr<const QwenServerSession> session;  ///< set once, when it is ready; guarded by the lock
 };
 
+namespace {
+
+/// Nothing when the process has no descriptor left: no reason to lose a dictation, only its formatting.
+template <class T>
+std::shared_ptr<T> makeOrNothing() {
+  try {
+    return std::make_shared<T>();
+  } catch (const std::system_error&) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
 /// Lives in the frame of a waiting caller; when the caller goes, the request is not worth its time any more.
 class QwenPersistentServer::Patience {
  public:
-  Patience() = default;
+  explicit Patience(std::shared_ptr<WorkerCancellation> cancellation)
+      : cancellation_(std::move(cancellation)) {}
   Patience(const Patience&) = delete;
   Patience& operator=(const Patience&) = delete;
   ~Patience() { cancellation_->cancel(); }
   [[nodiscard]] std::shared_ptr<const WorkerCancellation> cancellation() const { return cancellation_; }
 
  private:
-  std::shared_ptr<WorkerCancellation> cancellation_ = std::make_shared<WorkerCancellation>();
+  std::shared_ptr<WorkerCancellation> cancellation_;
 };
 
 QwenPersistentServer::QwenPersistentServer(Services services, const std::string& applicationIdentifier,
@@ -48,15 +64,14 @@ void QwenPersistentServer::startIfNeeded() {
   const auto now = preparation();
   if (now == Preparation::ready || now == Preparation::preparing) return;
   auto configuration = configuration_();
-  std::shared_ptr<Run> run;
+  auto run = configuration ? makeOrNothing<Run>() : nullptr;
   {
     const std::lock_guard guard(lock_);
-    failed_ = !configuration;
-    diagnostic_ = configuration ? "starting" : configuration.error();
-    if (configuration) {
-      run = run_ = std::make_shared<Run>();
-      starting_ = true;
-    }
+    run_ = run;
+    starting_ = run != nullptr;
+    failed_ = !starting_;
+    diagnostic_ = "starting";
+    if (!run) diagnostic_ = configuration ? "too many open files" : configuration.error();
   }
   tellChange();
   if (!run) return;
@@ -122,10 +137,13 @@ Task<std::optional<std::string>> QwenPersistentServer::refine(std::string text) 
 Task<std::optional<std::string>> QwenPersistentServer::ask(std::shared_ptr<QwenPersistentServer> server,
                                                            std::string text) {
   if (server->preparation() != Preparation::ready) co_return std::nullopt;
-  const Patience patience;
+  auto cancellation = makeOrNothing<WorkerCancellation>();
+  if (!cancellation) co_return std::nullopt;
+  const Patience patience(std::move(cancellation));
   const auto deadline = server->services_.clock.now() + server->limits_.request;
-  auto work = [self = server.get(), cancellation = patience.cancellation(), deadline,
-               text = std::move(text)] { return self->exchange(text, deadline, *cancellation); };
+  auto work = [self = server.get(), given = patience.cancellation(), deadline, text = std::move(text)] {
+    return self->exchange(text, deadline, *given);
+  };
   auto asked = server->queue_.run(std::move(work));
   auto answer = co_await asked;
   co_return answer;

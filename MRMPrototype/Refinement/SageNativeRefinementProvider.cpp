@@ -76,6 +76,24 @@ void SageNativeRefinementProvider::startIfNeeded() {
   });
 }
 
+Task<bool> SageNativeRefinementProvider::prepared() {
+  auto paths = assets_.paths();
+  if (!paths) co_return false;
+  auto loading = load(state_, *std::move(paths));
+  const bool isReady = co_await loading;
+  co_return isReady;
+}
+
+Task<bool> SageNativeRefinementProvider::load(std::shared_ptr<State> state, SageNativeAssets::Paths paths) {
+  auto work = [worker = state.get(), paths = std::move(paths)] {
+    worker->isLoaded = worker->client.load(paths).has_value();
+    return worker->isLoaded.load();
+  };
+  auto loading = state->queue.run(std::move(work));
+  const bool isReady = co_await loading;
+  co_return isReady;
+}
+
 const std::string& SageNativeRefinementProvider::providerID() const {
   return state_->providerID;
 }

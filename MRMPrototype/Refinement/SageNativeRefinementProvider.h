@@ -38,6 +38,8 @@ class SageNativeRefinementProvider final : public RefinementProvider {
 
   /// Starts the worker and lets it load its model; nothing happens when it has, or when files are missing.
   void startIfNeeded();
+  /// The same, waiting for it. False when the worker could not be started.
+  [[nodiscard]] Task<bool> prepared();
 
   [[nodiscard]] const std::string& providerID() const override;
   Task<Result<std::string>> refine(std::string text) override;
@@ -45,6 +47,7 @@ class SageNativeRefinementProvider final : public RefinementProvider {
  private:
   struct State;
   static Task<Result<std::string>> refineOn(std::shared_ptr<State> state, std::string text);
+  static Task<bool> load(std::shared_ptr<State> state, SageNativeAssets::Paths paths);
   static Task<void> ask(std::shared_ptr<State> state, std::string text,
                         std::shared_ptr<OneShotSender<Result<std::string>>> first);
 

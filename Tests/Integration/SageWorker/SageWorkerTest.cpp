@@ -202,14 +202,13 @@ TEST_F(SageWorker, RefinesThroughTheApplicationsRefiners) {
   EXPECT_EQ(refiner->providerID(), SageNativeRefinementProvider::identifier);
   EXPECT_EQ(refiners.russianRefiner(), refiner) << "there is one";
 
-  // While its worker loads, nobody is kept waiting: the failure comes at once, until the answer does.
-  std::string refined;
-  ASSERT_TRUE(executor.waitUntil([&] {
-    Awaiting<Result<std::string>> asking(refiner->refine("привет мир нет " + repeated("как дела ", 30)));
-    executor.waitUntil([&] { return asking.done(); });
-    if (*asking) refined = **asking;
-    return !refined.empty();
-  }));
+  Awaiting<bool> preparing(refiners.russianPrepared());
+  ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
+  EXPECT_TRUE(*preparing);
+  Awaiting<Result<std::string>> asking(refiner->refine("привет мир нет " + repeated("как дела ", 30)));
+  ASSERT_TRUE(executor.waitUntil([&] { return asking.done(); }));
+  ASSERT_TRUE(asking->has_value());
+  const auto& refined = **asking;
   EXPECT_TRUE(refined.starts_with("Привет, мир! нет Как дела? Как дела?")) << refined;
   refiners.shutdown();
 
