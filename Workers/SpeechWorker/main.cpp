@@ -1,5 +1,5 @@
-#include "Foundation/UniqueDescriptor.h"
-#include "Workers/SpeechWorker/Isolation.h"
+#include "Workers/Common/Isolation.h"
+#include "Workers/Common/WorkerOutput.h"
 #include "Workers/SpeechWorker/ParakeetModule.h"
 #include "Workers/SpeechWorker/PocketSphinxEngine.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
@@ -10,7 +10,6 @@
 #include <optional>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -18,17 +17,6 @@ namespace {
 
 using namespace murmel;
 using namespace murmel::worker;
-
-/// Keeps standard output for the protocol alone: whatever a library prints goes nowhere.
-UniqueDescriptor takeStandardOutput() {
-  UniqueDescriptor protocol(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-  const UniqueDescriptor nullDevice(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-  if (!protocol || !nullDevice || ::dup2(nullDevice.get(), STDOUT_FILENO) < 0 ||
-      ::dup2(nullDevice.get(), STDERR_FILENO) < 0) {
-    return {};
-  }
-  return protocol;
-}
 
 std::expected<std::unique_ptr<SpeechEngine>, std::string> prepare(std::span<char* const> arguments) {
   const auto parsed = WorkerArguments::parse(arguments);

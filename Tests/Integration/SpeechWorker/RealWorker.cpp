@@ -203,8 +203,7 @@ TEST_F(SpeechWorkerAlone, SaysWhyItCannotBegin) {
   const TemporaryFolder empty;
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
       {{"--model-dir", empty.path().string(), "--precision", "int8"}, "speech model could not be loaded"},
-      {{"--model-dir", empty.path() / "missing", "--precision", "int8"},
-       "speech model directory is not accessible"},
+      {{"--model-dir", empty.path() / "missing", "--precision", "int8"}, "model directory is not accessible"},
       {{"--model-dir", empty.path().string(), "--precision", "fp16"}, "unsupported precision"},
       {{"--precision", "int8"}, "no model directory"},
       {{"--model-dir"}, "argument without a value"},
