@@ -22,7 +22,7 @@ set(MURMEL_PARAKEET_SOURCES
   ggml-cpu/ggml-cpu.c ggml-cpu/ggml-cpu.cpp ggml-cpu/quants.c ggml-cpu/traits.cpp ggml-cpu/repack.cpp
   ggml-cpu/unary-ops.cpp ggml-cpu/binary-ops.cpp ggml-cpu/vec.cpp ggml-cpu/ops.cpp
   ggml-cpu/amx/amx.cpp ggml-cpu/amx/mmq.cpp ggml-cpu/arch/x86/quants.c ggml-cpu/arch/x86/repack.cpp
-  whisper.cpp parakeet.cpp)
+  parakeet.cpp)
 
 # Fetches and unpacks the package; sets `result` to its folder cpp, or to nothing with the reason in `reason`.
 function(murmel_fetch_parakeet result reason)
