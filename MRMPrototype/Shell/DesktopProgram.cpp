@@ -1,6 +1,7 @@
 #include "Models/ModelManager.h"
 #include "Product/MRMAppIdentity.h"
 #include "Shell/MRMPrototypeApp.h"
+#include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/SetupChecks.h"
@@ -102,12 +103,12 @@ int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& fo
               const InformationDictionary& /*info*/) {
   const QCoreApplication application(argumentCount, arguments);
   QtExecutor executor;
-  const ModelManager models(executor);
+  const auto models = ModelManager::forStore(executor, modelStore(folders), folders.resources);
   bool worksWithoutDesktop = true;
   PosixFileSystem files;
   JsonDefaultsStore defaults(files, defaultsFile(folders.configuration));
   const auto shortcut = settingsMigration::shortcut(defaults, MRMDistributionChannel::direct);
-  for (const auto& check : setupChecks(folders, models, shortcut)) {
+  for (const auto& check : setupChecks(folders, *models, shortcut)) {
     fmt::print("{} {}: {}\n", check.works ? "yes" : "no ", check.subject, check.detail);
     if (check.subject == "Speech recognition") worksWithoutDesktop = check.works;
   }

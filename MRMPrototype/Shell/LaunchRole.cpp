@@ -53,6 +53,11 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
       ->check(CLI::IsMember(languages));
   auto* doctorCommand =
       app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
+  ModelsRole models;
+  auto* modelsCommand = app.add_subcommand(
+      "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
+  modelsCommand->add_option("ARGUMENT", models.arguments,
+                            "list | download NAME | verify [NAME] | remove NAME");
   for (const auto& row : intelCommandActions) {
     app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
   }
@@ -67,6 +72,7 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   }
   if (transcribeCommand->parsed()) return transcribe;
   if (doctorCommand->parsed()) return DoctorRole{};
+  if (modelsCommand->parsed()) return models;
   for (const auto* command : app.get_subcommands()) {
     if (const auto found = commandForAction(command->get_name())) return RemoteCommandRole{*found};
   }

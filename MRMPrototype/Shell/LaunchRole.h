@@ -29,6 +29,9 @@ struct RemoteCommandRole {
   IntelCommand command;
 };
 struct DoctorRole {};
+struct ModelsRole {
+  std::vector<std::string> arguments;  ///< after "models"
+};
 /// Help, version or a mistake: print and leave.
 struct MessageRole {
   int exitStatus = 0;
@@ -36,7 +39,7 @@ struct MessageRole {
 };
 
 using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
-                                DoctorRole, MessageRole>;
+                                DoctorRole, ModelsRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

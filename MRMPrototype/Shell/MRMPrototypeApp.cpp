@@ -33,9 +33,10 @@ MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const Inform
                                  LaunchSelfTest selfTest)
     : folders_(folders),
       identifier_(MRMAppIdentity::applicationIdentifier(info)),
+      models_(executor_, launcher_, folders, info),
       storage_(
-          folders, identifier_, [](SmartLocalModel) { return false; }, &taskBar_),
-      speech_(executor_, clock_, log_, folders, identifier_, storage_.settings),
+          folders, identifier_, [this](SmartLocalModel model) { return models_.isReady(model); }, &taskBar_),
+      speech_(executor_, clock_, log_, launcher_, folders, info, models_, storage_.settings),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
@@ -86,8 +87,8 @@ std::expected<void, std::string> MRMPrototypeApp::connect(const std::string& dis
 void MRMPrototypeApp::wireDictation() {
   coordinator_ = std::make_unique<DictationCoordinator>(DictationServices{
       executor_, clock_, desktop_->audio, *desktop_->insertion, storage_.settings, storage_.history,
-      speech_.models, speech_.recognition, speech_.refinement, speech_.cleanUp, speech_.sessions, updates_,
-      downloads_, pill_, desktop_->sounds, Logger(log_, identifier_, "dictation-summary"),
+      *models_.speech, speech_.recognition, speech_.refinement, speech_.cleanUp, speech_.sessions, updates_,
+      *models_.priority, pill_, desktop_->sounds, Logger(log_, identifier_, "dictation-summary"),
       Logger(log_, identifier_, "incremental-stages")});
   coordinator_->onRequiredModelMissing([this] { openSetupWindow(); });
   observers_.push_back(
@@ -145,6 +146,19 @@ void MRMPrototypeApp::wireCommands() {
         IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
     on(command, [this] { openSetupWindow(); });
   }
+  on(IntelCommand::downloadSpeechModel, [this] {
+    if (!models_.downloadSpeechModel())
+      tellAboutDownload("There is no other speech model for this computer.");
+  });
+  on(IntelCommand::cancelSpeechModelDownload, [this] { models_.cancelSpeechModelDownload(); });
+  if (models_.downloads) {
+    observers_.push_back(
+        models_.downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
+          if (status.state == ModelDownloadStatus::State::failed) tellAboutDownload(status.message);
+          if (status.state == ModelDownloadStatus::State::installed)
+            tellAboutDownload("The model is installed.");
+        }));
+  }
   on(IntelCommand::quit, [this] { tasks_.start(quit()); });
 }
 
@@ -165,8 +179,13 @@ void MRMPrototypeApp::applyDockIconPreference() {
   taskBar_.set(storage_.settings.showInDock() ? ActivationPolicy::regular : ActivationPolicy::accessory);
 }
 
+void MRMPrototypeApp::tellAboutDownload(const std::string& sentence) {
+  tray_.notify(QStringLiteral("Murmel"), inPlatformWords(sentence));
+}
+
 void MRMPrototypeApp::refreshServices() {
-  speech_.models.validate();
+  models_.speech->validate();
+  models_.smart.validate();
   storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
 }
 
@@ -183,7 +202,7 @@ bool MRMPrototypeApp::isMainWindowVisible() const {
 }
 
 std::vector<SetupCheck> MRMPrototypeApp::setupChecks() {
-  return murmel::setupChecks(folders_, speech_.models, storage_.settings.shortcut());
+  return murmel::setupChecks(folders_, *models_.speech, storage_.settings.shortcut());
 }
 
 void MRMPrototypeApp::terminate(int exitStatus) {

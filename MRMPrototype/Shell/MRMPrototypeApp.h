@@ -10,6 +10,7 @@
 #include "Interface/TrayMenu.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/LogindSleepMonitor.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
@@ -19,6 +20,7 @@
 #include "Shell/ApplicationFolders.h"
 #include "Shell/DesktopServices.h"
 #include "Shell/IntelCommandTarget.h"
+#include "Shell/ModelServices.h"
 #include "Shell/SpeechServices.h"
 #include "Shell/StorageServices.h"
 #include "Shortcut/HotkeyService.h"
@@ -53,6 +55,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void wireCommands();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
+  void tellAboutDownload(const std::string& sentence);
   [[nodiscard]] std::vector<SetupCheck> setupChecks();
   Task<void> quit();
 
@@ -69,14 +72,12 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   SystemClock clock_;
   JournalLogSink log_{JournalLogSink::Fallback::standardError};
   TaskBarPresence taskBar_;
+  LinuxProcessLauncher launcher_;
+  ModelServices models_;
   StorageServices storage_;
   SpeechServices speech_;
   std::unique_ptr<DesktopServices> desktop_;
   UpdateActivityRegister updates_;
-  class IdleDownloads final : public ModelDownloadPriorityCoordinator {
-   public:
-    void notifyOptionalControls(bool) override {}
-  } downloads_;
 
   IntelCommandTarget commands_;
   RecordingPill pill_;

@@ -22,6 +22,9 @@ int runRemoteCommand(int& argumentCount, char** arguments, const InformationDict
 /// What works on this desktop; 1 when dictation cannot work.
 int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& folders,
               const InformationDictionary& info);
+/// Lists, downloads, verifies and removes models.
+int runModels(int& argumentCount, char** arguments, const ApplicationFolders& folders,
+              const InformationDictionary& info, const ModelsRole& role);
 /// The release probe of the model downloader.
 int runModelDownloadProbe(int& argumentCount, char** arguments, const ApplicationFolders& folders,
                           const InformationDictionary& info);

@@ -18,16 +18,4 @@ int runRemoteCommand(int& argumentCount, char** arguments, const InformationDict
   return 1;
 }
 
-int runModelDownloadProbe(int& argumentCount, char** arguments, const ApplicationFolders& /*folders*/,
-                          const InformationDictionary& info) {
-  const QCoreApplication application(argumentCount, arguments);
-  constexpr int unavailable = 69;  // EX_UNAVAILABLE of sysexits.h
-  if (!MRMAppIdentity::downloaderServiceName(info)) {
-    fmt::print(stderr, "murmel: This build names no model downloader.\n");
-  } else {
-    fmt::print(stderr, "murmel: The model downloader is not part of this build.\n");
-  }
-  return unavailable;
-}
-
 }  // namespace murmel

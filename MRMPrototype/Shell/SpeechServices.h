@@ -5,15 +5,15 @@
 #include "Foundation/Clock.h"
 #include "Foundation/Executor.h"
 #include "Foundation/Log.h"
-#include "Models/ModelManager.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Platform/ProcessLauncher.h"
+#include "Product/InformationDictionary.h"
+#include "Refinement/LocalModelRefiners.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Shell/ApplicationFolders.h"
 #include "Shell/FluidAudioRecognition.h"
+#include "Shell/ModelServices.h"
 #include "Storage/DictationSettings.h"
-
-#include <string>
 
 namespace murmel {
 
@@ -21,16 +21,15 @@ namespace murmel {
 class SpeechServices {
  public:
   /// The references must outlive this.
-  SpeechServices(Executor& executor, const Clock& clock, LogSink& log, const ApplicationFolders& folders,
-                 const std::string& applicationIdentifier, const DictationSettings& settings);
+  SpeechServices(Executor& executor, const Clock& clock, LogSink& log, ProcessLauncher& launcher,
+                 const ApplicationFolders& folders, const InformationDictionary& info, ModelServices& models,
+                 const DictationSettings& settings);
 
  private:
-  LinuxProcessLauncher launcher_;
   CLD2LanguageRecognizer languages_;
-  MissingModelRefiners modelRefiners_;
 
  public:
-  ModelManager models;
+  LocalModelRefiners refiners;
   FluidAudioRecognition recognition;
   SettingsRefinementSource refinement;
   SettingsTranscriptCleanUp cleanUp;

@@ -1,8 +1,10 @@
 #include "Foundation/Scope.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Product/MRMAppIdentity.h"
 #include "Shell/FileTranscription.h"
+#include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 #include "Shell/SpeechServices.h"
 #include "Shell/StandardOutputDelivery.h"
@@ -23,6 +25,22 @@ Task<void> exitWith(Task<int> work) {
   QCoreApplication::exit(status);
 }
 
+/// Whoever asks for formatting on the command line waits for the models; dictation does not.
+Task<int> refineAndTranscribe(FileTranscriptionServices services, LocalModelRefiners& refiners,
+                              SmartLocalModel model, std::vector<std::filesystem::path> files) {
+  auto preparingModel = refiners.prepared(model);
+  const bool modelReady = co_await preparingModel;
+  auto preparingRussian = refiners.russianPrepared();
+  const bool russianReady = co_await preparingRussian;
+  if (!modelReady && !russianReady) {
+    services.complain(MRMError(MRMError::Case::smartModelMissing).localizedDescription() +
+                      "; the text stays as it was recognized");
+  }
+  auto transcribing = transcribeFiles(services, files);
+  const int status = co_await transcribing;
+  co_return status;
+}
+
 void printLine(std::FILE* stream, const std::string& prefix, const std::string& text) {
   fmt::print(stream, "{}{}\n", prefix, text);
   std::fflush(stream);
@@ -38,11 +56,13 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
   JournalLogSink log(JournalLogSink::Fallback::none);
   const auto identifier = MRMAppIdentity::applicationIdentifier(info);
 
+  LinuxProcessLauncher launcher;
+  ModelServices models(executor, launcher, folders, info);
   StorageServices storage(
-      folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
+      folders, identifier, [&models](SmartLocalModel model) { return models.isReady(model); }, nullptr);
   for (const auto& message : storage.defaults.messages()) printLine(stderr, "murmel: ", message);
   TranscriptionSettings settings(storage.settings, role);
-  SpeechServices speech(executor, clock, log, folders, identifier, settings);
+  SpeechServices speech(executor, clock, log, launcher, folders, info, models, settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
 
   FileTranscriptionServices services{
@@ -51,7 +71,7 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
       .delivery = delivery,
       .settings = settings,
       .history = storage.history,
-      .models = speech.models,
+      .models = *models.speech,
       .recognition = speech.recognition,
       .refinement = speech.refinement,
       .cleanUp = speech.cleanUp,
@@ -64,7 +84,12 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
   };
   Scope scope;
   // From inside the loop: an exit before it runs would be lost.
-  executor.post([&] { scope.start(exitWith(transcribeFiles(services, role.files))); });
+  executor.post([&] {
+    auto work = role.refine
+                    ? refineAndTranscribe(services, speech.refiners, settings.smartLocalModel(), role.files)
+                    : transcribeFiles(services, role.files);
+    scope.start(exitWith(std::move(work)));
+  });
   return QCoreApplication::exec();
 }
 

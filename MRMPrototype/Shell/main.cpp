@@ -50,6 +50,9 @@ struct Run {
     return runRemoteCommand(argumentCount, argumentValues, info, role.command);
   }
   int operator()(const DoctorRole&) const { return runDoctor(argumentCount, argumentValues, folders, info); }
+  int operator()(const ModelsRole& role) const {
+    return runModels(argumentCount, argumentValues, folders, info, role);
+  }
   int operator()(const ModelDownloadSmokeRole&) const {
     return runModelDownloadProbe(argumentCount, argumentValues, folders, info);
   }

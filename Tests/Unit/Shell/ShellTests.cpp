@@ -40,6 +40,11 @@ std::string roleOf(const std::vector<std::string>& arguments) {
     std::string operator()(const RemoteCommandRole& remote) const {
       return std::string(rawValue(remote.command));
     }
+    std::string operator()(const ModelsRole& models) const {
+      std::string text = "models";
+      for (const auto& argument : models.arguments) text += " " + argument;
+      return text;
+    }
     std::string operator()(const DoctorRole&) const { return "doctor"; }
     std::string operator()(const MessageRole& message) const {
       return "exit " + std::to_string(message.exitStatus);
@@ -113,6 +118,7 @@ TEST(LaunchRole, FollowsTheArguments) {
       {{"setup"}, "MRM.Intel.OpenSetup"},
       {{"quit"}, "MRM.Intel.Quit"},
       {{"doctor"}, "doctor"},
+      {{"models", "download", "parakeet"}, "models download parakeet"},
       {{"--version"}, "exit 0"},
       {{"--help"}, "exit 0"},
       {{"--typo"}, "exit 2"},
