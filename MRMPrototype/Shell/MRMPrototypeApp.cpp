@@ -1,5 +1,6 @@
 #include "Shell/MRMPrototypeApp.h"
 
+#include "Interface/PlatformWords.h"
 #include "Product/MRMAppIdentity.h"
 #include "Shell/SetupChecks.h"
 
@@ -63,6 +64,7 @@ std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::cr
   app->wireShortcut();
   app->wireCommands();
   app->tray_.show();
+  app->tellAboutSettings();
   return app;
 }
 
@@ -148,6 +150,15 @@ void MRMPrototypeApp::wireCommands() {
 
 void MRMPrototypeApp::reopen() {
   openSetupWindow();
+}
+
+void MRMPrototypeApp::tellAboutSettings() {
+  const auto tell = [this](const std::string& message) {
+    tray_.notify(QStringLiteral("Murmel"), inPlatformWords(message));
+  };
+  for (const auto& message : storage_.defaults.messages()) tell(message);
+  observers_.push_back(storage_.defaults.messageAdded().subscribe(tell));
+  if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
 }
 
 void MRMPrototypeApp::applyDockIconPreference() {

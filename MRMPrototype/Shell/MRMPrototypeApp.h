@@ -51,6 +51,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void wireDictation();
   void wireShortcut();
   void wireCommands();
+  /// What the settings have to say about their file and about models that were replaced.
+  void tellAboutSettings();
   [[nodiscard]] std::vector<SetupCheck> setupChecks();
   Task<void> quit();
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Workers/SpeechWorker/LineReader.h"
-#include "Workers/SpeechWorker/ReplyWriter.h"
+#include "Workers/Common/LineReader.h"
+#include "Workers/Common/ReplyWriter.h"
 #include "Workers/SpeechWorker/SpeechEngine.h"
 
 namespace murmel::worker {

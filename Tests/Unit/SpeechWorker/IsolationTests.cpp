@@ -1,5 +1,5 @@
 #include "Support/TemporaryFolder.h"
-#include "Workers/SpeechWorker/Isolation.h"
+#include "Workers/Common/Isolation.h"
 
 #include <cerrno>
 #include <csignal>

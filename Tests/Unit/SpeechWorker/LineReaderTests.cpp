@@ -1,5 +1,5 @@
 #include "Foundation/UniqueDescriptor.h"
-#include "Workers/SpeechWorker/LineReader.h"
+#include "Workers/Common/LineReader.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 
 #include <array>

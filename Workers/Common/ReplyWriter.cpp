@@ -1,4 +1,4 @@
-#include "Workers/SpeechWorker/ReplyWriter.h"
+#include "Workers/Common/ReplyWriter.h"
 
 #include <cerrno>
 #include <string>

@@ -1,4 +1,4 @@
-#include "Workers/SpeechWorker/LineReader.h"
+#include "Workers/Common/LineReader.h"
 
 #include <algorithm>
 #include <cerrno>

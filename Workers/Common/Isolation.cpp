@@ -1,4 +1,4 @@
-#include "Workers/SpeechWorker/Isolation.h"
+#include "Workers/Common/Isolation.h"
 
 #include "Foundation/UniqueDescriptor.h"
 
@@ -164,7 +164,7 @@ bool refusesFiles() {
 std::expected<void, std::string> isolate(const std::filesystem::path& readable) {
   if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || !filterSystemCalls())
     return std::unexpected("worker could not be isolated");
-  if (!restrictFiles(readable)) return std::unexpected("speech model directory is not accessible");
+  if (!restrictFiles(readable)) return std::unexpected("model directory is not accessible");
   return {};
 }
 

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "Foundation/Clock.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Refinement/QwenLocalRefinementProvider.h"
+#include "Refinement/QwenServerPool.h"
+#include "Support/Awaiting.h"
+#include "Support/ProcessTraces.h"
+#include "Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace murmel {
+
+/// One model that is installed, in two names: the stub's script.
+class StubModelFiles final : public SmartModelFiles {
+ public:
+  explicit StubModelFiles(std::filesystem::path file) : model(std::move(file)) {}
+  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel asked) const override {
+    if (asked != SmartLocalModel::qwen06 && asked != SmartLocalModel::qwen17) return std::nullopt;
+    return model;
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
+
+  std::filesystem::path model;
+};
+
+/// Servers that are started through the real launcher. When a test is over, no child, no descriptor and no
+/// file of theirs may be left.
+class ServerBench : public ::testing::Test {
+ protected:
+  using Answer = Result<std::string>;
+
+  static constexpr auto model = SmartLocalModel::qwen06;
+
+  ServerBench() {
+    // Nothing in these tests waits for as long, unless it is about to fail.
+    settings.limits.readiness = std::chrono::seconds(30);
+    settings.limits.readinessInterval = std::chrono::milliseconds(5);
+    settings.limits.request = std::chrono::seconds(30);
+  }
+
+  void script(const std::string& lines) const { std::ofstream(files.model) << lines; }
+
+  /// What the servers of this test have noted.
+  [[nodiscard]] std::vector<std::string> notes() const {
+    std::ifstream log(files.model.string() + ".log");
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(log, line);) lines.push_back(line);
+    return lines;
+  }
+  [[nodiscard]] std::size_t count(std::string_view note) const {
+    const auto all = notes();
+    return static_cast<std::size_t>(std::ranges::count(all, note));
+  }
+  /// What stands behind `name` in the last such note.
+  [[nodiscard]] std::string noted(const std::string& name) const {
+    std::string value;
+    for (const auto& line : notes()) {
+      if (line.starts_with(name + " ")) value = line.substr(name.size() + 1);
+    }
+    return value;
+  }
+
+  QwenServerPool& pool() {
+    if (!pool_) {
+      const QwenPersistentServer::Services services{executor, clock, launcher};
+      pool_ = std::make_unique<QwenServerPool>(services, files, settings);
+    }
+    return *pool_;
+  }
+  void releasePool() { pool_.reset(); }
+
+  bool prepare() {
+    Awaiting<bool> preparing(pool().prepared(model));
+    return executor.waitUntil([&] { return preparing.done(); }) && *preparing;
+  }
+  [[nodiscard]] std::string diagnostic() { return pool().server(model)->diagnostic(); }
+
+  std::unique_ptr<QwenLocalRefinementProvider> provider(bool prewarmed = false) {
+    return std::make_unique<QwenLocalRefinementProvider>(pool().server(model), prewarmed);
+  }
+
+  /// The formatted text; "RAW" when the recognised one would be delivered.
+  std::string refine(const std::string& text) {
+    const auto refiner = provider();
+    Awaiting<Answer> asking(refiner->refine(text));
+    return described(asking);
+  }
+  std::string described(Awaiting<Answer>& asking) {
+    if (!executor.waitUntil([&] { return asking.done(); })) return "HANGS";
+    if (*asking) return **asking;
+    return asking->error().which() == MRMError::Case::smartRefinementFailed
+               ? "RAW"
+               : asking->error().localizedDescription();
+  }
+
+  /// Everything in the temporary directory, by name.
+  [[nodiscard]] std::set<std::string> leftBehind() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(temporary.path()))
+      names.insert(entry.path().filename());
+    return names;
+  }
+
+  void TearDown() override {
+    pool_.reset();
+    EXPECT_FALSE(hasChildren()) << "a server is left behind";
+    EXPECT_EQ(openDescriptorCount(), descriptorsBefore_) << "descriptors have leaked";
+    EXPECT_EQ(leftBehind(), std::set<std::string>()) << "sockets or keys are left behind";
+  }
+
+  TemporaryFolder temporary;
+  TemporaryFolder store;
+  ManualExecutor executor;
+  SystemClock clock;
+  LinuxProcessLauncher launcher;
+  StubModelFiles files{store.path() / "model.gguf"};
+  QwenServerPool::Settings settings{
+      .applicationIdentifier = "test",
+      .temporaryDirectory = temporary.path(),
+      .runtime = {MURMEL_STUB_SERVER, [](const std::filesystem::path&) { return true; }},
+      .limits = {},
+  };
+
+ private:
+  std::size_t descriptorsBefore_ = openDescriptorCount();
+  std::unique_ptr<QwenServerPool> pool_;
+};
+
+}  // namespace murmel

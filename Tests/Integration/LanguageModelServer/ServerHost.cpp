@@ -1,0 +1,33 @@
+// An application of nothing but an inference server, to be killed. Arguments: the temporary directory, the
+// executable, the model. Prints the server's process number when it is ready, and stays.
+
+#include "Foundation/Clock.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Refinement/QwenServerRun.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <unistd.h>
+
+using namespace murmel;
+
+int main(int argumentCount, char** arguments) {
+  constexpr int expectedCount = 4;
+  if (argumentCount != expectedCount) return EXIT_FAILURE;
+  const QwenServerConfiguration configuration{
+      .executable = arguments[2],
+      .model = arguments[3],
+      .temporaryDirectory = arguments[1],
+      .mayExecute = [](const std::filesystem::path&) { return true; },
+      .limits = {},
+  };
+  LinuxProcessLauncher launcher;
+  const SystemClock clock;
+  const WorkerCancellation never;
+  QwenServerRun run(configuration, launcher, clock, never);
+  const auto session = run.start();
+  std::printf("%d\n", session ? static_cast<int>((*session)->server) : 0);
+  std::fflush(stdout);
+  while (true) ::pause();
+}

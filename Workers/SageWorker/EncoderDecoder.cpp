@@ -1,0 +1,92 @@
+#include "Workers/SageWorker/EncoderDecoder.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace murmel::worker {
+
+namespace {
+
+constexpr const char* inputName = "input_ids";
+constexpr const char* maskName = "attention_mask";
+constexpr const char* hiddenName = "last_hidden_state";
+constexpr const char* encoderHiddenName = "encoder_hidden_states";
+constexpr const char* encoderMaskName = "encoder_attention_mask";
+constexpr const char* logitsName = "logits";
+
+/// Whether `session` takes exactly these inputs and has that output among others.
+bool fits(const OnnxSession& session, std::vector<std::string> inputs, std::string_view output) {
+  return std::ranges::is_permutation(session.inputNames(), inputs) &&
+         std::ranges::find(session.outputNames(), output) != session.outputNames().end();
+}
+
+std::int64_t length(std::span<const std::int64_t> tokens) {
+  return static_cast<std::int64_t>(tokens.size());
+}
+
+}  // namespace
+
+std::expected<EncoderDecoder, std::string> EncoderDecoder::create(std::unique_ptr<OnnxSession> encoder,
+                                                                  std::unique_ptr<OnnxSession> decoder,
+                                                                  std::size_t vocabularySize) {
+  if (!fits(*encoder, {inputName, maskName}, hiddenName) ||
+      !fits(*decoder, {inputName, encoderHiddenName, encoderMaskName}, logitsName)) {
+    return std::unexpected("model is of another kind");
+  }
+  return EncoderDecoder(std::move(encoder), std::move(decoder), vocabularySize);
+}
+
+EncoderDecoder::EncoderDecoder(std::unique_ptr<OnnxSession> encoder, std::unique_ptr<OnnxSession> decoder,
+                               std::size_t vocabularySize)
+    : encoder_(std::move(encoder)), decoder_(std::move(decoder)), vocabularySize_(vocabularySize) {}
+
+std::expected<std::vector<std::int64_t>, std::string> EncoderDecoder::generate(
+    std::span<const std::int64_t> tokens, std::int64_t start, std::int64_t end,
+    const GenerationLimits& limits, const Clock& clock) {
+  const std::vector<std::int64_t> mask(tokens.size(), 1);
+  const std::array<std::int64_t, 2> shape{1, length(tokens)};
+  const std::array<OnnxInput, 2> question{OnnxInput{inputName, tokens, shape},
+                                          OnnxInput{maskName, std::span<const std::int64_t>(mask), shape}};
+  auto hidden = encoder_->run(question, hiddenName);
+  if (!hidden) return std::unexpected(hidden.error());
+  constexpr std::size_t hiddenDimensions = 3;
+  if (hidden->shape.size() != hiddenDimensions || hidden->shape[0] != 1 || hidden->shape[1] != shape[1])
+    return std::unexpected("model failed");
+
+  std::vector<std::int64_t> written{start};
+  while (true) {
+    if (clock.now() >= limits.deadline) return std::unexpected("no answer in time");
+    const std::array<std::int64_t, 2> writtenShape{1, length(written)};
+    const std::array<OnnxInput, 3> inputs{
+        OnnxInput{inputName, std::span<const std::int64_t>(written), writtenShape},
+        OnnxInput{encoderHiddenName, hidden->data, hidden->shape},
+        OnnxInput{encoderMaskName, std::span<const std::int64_t>(mask), shape}};
+    const auto logits = decoder_->run(inputs, logitsName);
+    if (!logits) return std::unexpected(logits.error());
+    const auto next = mostLikely(*logits, written.size());
+    if (!next) return std::unexpected(next.error());
+    if (*next == end) return std::vector(written.begin() + 1, written.end());
+    if (written.size() > limits.tokens) return std::unexpected("answer is too long");
+    written.push_back(*next);
+  }
+}
+
+/// What follows the `count` tokens that `logits` were made of.
+std::expected<std::int64_t, std::string> EncoderDecoder::mostLikely(const OnnxOutput& logits,
+                                                                    std::size_t count) const {
+  constexpr std::size_t logitsDimensions = 3;
+  const std::unexpected<std::string> failed("model failed");
+  if (logits.shape.size() != logitsDimensions || logits.shape[0] != 1 ||
+      logits.shape[1] != static_cast<std::int64_t>(count)) {
+    return failed;
+  }
+  const auto width = static_cast<std::size_t>(logits.shape[2]);
+  // A model may have more places than its vocabulary has tokens, for the machine's convenience.
+  const auto usable = std::min(width, vocabularySize_);
+  if (usable == 0) return failed;
+  const auto row = logits.data.subspan((count - 1) * width, usable);
+  return std::ranges::max_element(row) - row.begin();
+}
+
+}  // namespace murmel::worker

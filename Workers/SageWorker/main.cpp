@@ -1,0 +1,105 @@
+#include "Foundation/Clock.h"
+#include "Workers/Common/Isolation.h"
+#include "Workers/Common/LineReader.h"
+#include "Workers/Common/ReplyWriter.h"
+#include "Workers/Common/WorkerOutput.h"
+#include "Workers/SageWorker/CorrectionRequest.h"
+#include "Workers/SageWorker/SageModel.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <new>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace murmel;
+using namespace murmel::worker;
+
+/// Far more than forty words.
+constexpr std::size_t longestRequest = 64 * 1'024;
+
+struct Arguments {
+  std::filesystem::path modelDirectory;
+  std::filesystem::path runtime;
+};
+
+/// "--model-dir DIR --runtime FILE", nothing else.
+std::expected<Arguments, std::string> parse(std::span<char* const> given) {
+  constexpr std::size_t count = 4;
+  if (given.size() != count || given[0] != std::string_view("--model-dir") ||
+      given[2] != std::string_view("--runtime")) {
+    return std::unexpected("unknown arguments");
+  }
+  Arguments arguments{given[1], given[3]};
+  if (!arguments.modelDirectory.is_absolute() || !arguments.runtime.is_absolute())
+    return std::unexpected("path is not absolute");
+  return arguments;
+}
+
+bool answer(std::string_view line, ReplyWriter& replies, TextCorrector& corrector) {
+  const auto request = CorrectionRequest::decode(line);
+  if (!request) return replies.error(request.error().id, request.error().reason);
+  try {
+    const auto text = corrector.correct(request->text, request->limit);
+    return text ? replies.result(request->id, *text) : replies.error(request->id, text.error());
+  } catch (const std::bad_alloc&) {
+    return replies.error(request->id, "not enough memory");
+  }
+}
+
+void serve(LineReader& requests, ReplyWriter& replies, TextCorrector& corrector) {
+  while (true) {
+    bool isHeard = true;
+    switch (requests.next()) {
+      case LineReader::Outcome::end:
+        return;
+      case LineReader::Outcome::tooLong:
+        isHeard = replies.error(std::nullopt, "request is too long");
+        break;
+      case LineReader::Outcome::line:
+        isHeard = answer(requests.line(), replies, corrector);
+        break;
+    }
+    if (!isHeard) return;
+  }
+}
+
+std::expected<void, std::string> run(std::span<char* const> given, ReplyWriter& replies) {
+  const auto arguments = parse(given);
+  if (!arguments) return std::unexpected(arguments.error());
+  const auto runtime = OnnxRuntime::load(arguments->runtime);
+  if (!runtime) return std::unexpected(runtime.error());
+  // Before the model is read: a model that attacks its reader finds the doors closed.
+  if (auto isolated = isolate(arguments->modelDirectory); !isolated) return isolated;
+  const SystemClock clock;
+  const auto model = SageModel::load(**runtime, arguments->modelDirectory, clock);
+  if (!model) return std::unexpected(model.error());
+  if (auto closed = closeDoors(); !closed) return closed;
+  LineReader requests(STDIN_FILENO, longestRequest);
+  if (replies.ready()) serve(requests, replies, **model);
+  // At once: the kernel takes a large model back faster than its destructors do.
+  ::_exit(EXIT_SUCCESS);
+}
+
+}  // namespace
+
+/// Corrects Russian for the application: requests on standard input, replies on standard output, one JSON
+/// object a line. Ends with 0 when its input ends, with 1 when it could not begin.
+int main(int argumentCount, char** arguments) {
+  std::signal(SIGPIPE, SIG_IGN);
+  ::prctl(PR_SET_NAME, "mrm-sage");
+  const auto protocol = takeStandardOutput();
+  if (!protocol) return EXIT_FAILURE;
+  ReplyWriter replies(protocol.get());
+  const std::span<char* const> all(arguments, static_cast<std::size_t>(argumentCount));
+  if (const auto ended = run(all.empty() ? all : all.subspan(1), replies); !ended)
+    replies.error(std::nullopt, ended.error());
+  // Not the exit handlers: the runtime's own do not expect a process without descriptors.
+  ::_exit(EXIT_FAILURE);
+}
