@@ -142,6 +142,7 @@ void SetupWindow::refresh() {
                   (isSaidAbove ? QStringLiteral("See above.") : escaped(inPlatformWords(check.detail))));
     line->setTextFormat(Qt::RichText);
     checks_->addWidget(line);
+    line->show();  // at once in a window that is open already, so that it counts for the height
   }
 }
 

@@ -1,0 +1,101 @@
+#include "Platform/Qt/LogindSleepMonitor.h"
+#include "Platform/Qt/TaskBarPresence.h"
+#include "Support/X11/WindowTests.h"
+#include "Support/X11/XWindows.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QWidget>
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using murmel::test::waitUntil;
+
+namespace {
+
+class TaskBar : public ::testing::Test {
+ protected:
+  /// As a task bar decides it.
+  [[nodiscard]] bool isListed() const {
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const auto managed = x.property(x.screen().root, "_NET_CLIENT_LIST");
+    const auto state = x.property(id, "_NET_WM_STATE");
+    return std::ranges::find(managed, id) != managed.end() &&
+           std::ranges::find(state, x.atom("_NET_WM_STATE_SKIP_TASKBAR")) == state.end();
+  }
+  [[nodiscard]] bool isManaged() const {
+    const auto managed = x.property(x.screen().root, "_NET_CLIENT_LIST");
+    return std::ranges::find(managed, static_cast<xcb_window_t>(window.winId())) != managed.end();
+  }
+  void show() {
+    window.show();
+    ASSERT_TRUE(waitUntil([this] { return isManaged(); }));
+  }
+  void hide() {
+    window.hide();
+    ASSERT_TRUE(waitUntil([this] { return !isManaged(); }));
+  }
+
+  test::XObserver x;
+  TaskBarPresence presence;
+  QWidget window;
+};
+
+TEST_F(TaskBar, lists_our_windows_unless_told_otherwise) {
+  EXPECT_EQ(presence.current(), ActivationPolicy::regular);
+  show();
+  EXPECT_TRUE(isListed());
+}
+
+TEST_F(TaskBar, leaves_windows_out_whenever_they_are_shown) {
+  presence.set(ActivationPolicy::accessory);
+  EXPECT_EQ(presence.current(), ActivationPolicy::accessory);
+  show();
+  EXPECT_FALSE(isListed());
+  hide();
+  show();
+  EXPECT_FALSE(isListed()) << "shown once more";
+  hide();
+  presence.set(ActivationPolicy::regular);
+  show();
+  EXPECT_TRUE(isListed());
+}
+
+TEST_F(TaskBar, changes_windows_that_are_open) {
+  show();
+  presence.set(ActivationPolicy::accessory);
+  EXPECT_TRUE(waitUntil([this] { return !isListed(); }));
+  presence.set(ActivationPolicy::regular);
+  EXPECT_TRUE(waitUntil([this] { return isListed(); }));
+}
+
+TEST(LogindSleepMonitor, tells_when_a_suspend_is_over_and_not_when_it_begins) {
+  auto bus = QDBusConnection::connectToBus(QString::fromUtf8(qgetenv("DBUS_SYSTEM_BUS_ADDRESS")), "logind");
+  ASSERT_TRUE(bus.registerService("org.freedesktop.login1"));
+  LogindSleepMonitor monitor;
+  int wakes = 0;
+  const auto registration = monitor.didWake().subscribe([&] { ++wakes; });
+  const auto tell = [&](bool begins) {
+    auto signal = QDBusMessage::createSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+                                             "PrepareForSleep");
+    signal << begins;
+    ASSERT_TRUE(bus.send(signal));
+  };
+  tell(true);
+  tell(false);
+  EXPECT_TRUE(waitUntil([&] { return wakes > 0; }));
+  tell(true);
+  tell(false);
+  EXPECT_TRUE(waitUntil([&] { return wakes > 1; }));
+  EXPECT_EQ(wakes, 2);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  // The session's bus stands for the system's. The address is read with the first connection to any bus.
+  qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
+  return test::runWindowTests(argumentCount, arguments);
+}

@@ -1,0 +1,175 @@
+#include "Interface/RecordingPill.h"
+#include "Support/X11/WindowTests.h"
+#include "Support/X11/XWindows.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <xcb/xtest.h>
+
+using namespace murmel;
+using murmel::test::waitUntil;
+
+namespace {
+
+using Case = DictationState::Case;
+
+class Pill : public ::testing::Test {
+ protected:
+  void show(const DictationState& state) {
+    pill.update(state);
+    ASSERT_TRUE(waitUntil([this] { return isOnScreen(); }));
+  }
+  [[nodiscard]] bool isOnScreen() const {
+    const auto cookie = xcb_get_window_attributes(x.connection(), static_cast<xcb_window_t>(pill.winId()));
+    const auto reply = test::XObserver::own(xcb_get_window_attributes_reply(x.connection(), cookie, nullptr));
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+  }
+  void click(QPoint where) const {
+    const auto root = x.screen().root;
+    xcb_test_fake_input(x.connection(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root,
+                        static_cast<std::int16_t>(where.x()), static_cast<std::int16_t>(where.y()), 0);
+    for (const auto type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+      xcb_test_fake_input(x.connection(), static_cast<std::uint8_t>(type), 1, XCB_CURRENT_TIME, root, 0, 0,
+                          0);
+    xcb_flush(x.connection());
+  }
+  [[nodiscard]] QString text() const { return pill.findChild<QLabel*>()->text(); }
+  [[nodiscard]] QColor pixel(QPoint where) const {
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, where.x(), where.y(), 1, 1)
+        .toImage()
+        .pixelColor(0, 0);
+  }
+
+  test::XObserver x;
+  int clicks = 0;
+  RecordingPill pill{[this] { ++clicks; }};
+};
+
+TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {
+  test::ForeignWindow editor;
+  ASSERT_TRUE(waitUntil([&] { return editor.takesFocus(); }));
+  const int losses = editor.focusLosses();
+  show(Case::listening);
+  pill.update(Case::transcribing);
+  pill.update(Case::listening);
+  click(pill.frameGeometry().center());
+  ASSERT_TRUE(waitUntil([this] { return clicks == 1; }));
+  pill.update(DictationState());
+  ASSERT_TRUE(waitUntil([this] { return !isOnScreen(); }));
+  EXPECT_TRUE(editor.hasFocus());
+  EXPECT_EQ(editor.focusLosses(), losses) << "not even for a moment";
+}
+
+TEST_F(Pill, says_what_the_dictation_does_and_is_gone_at_rest) {
+  const std::vector<std::pair<DictationState, std::string>> rows{
+      {Case::listening, "Listening… release shortcut"},
+      {Case::listeningBehind, "Listening · recognition is catching up…"},
+      {Case::transcribing, "Transcribing locally…"},
+      {Case::copied, "Copied — press Ctrl+V"},
+      {DictationState::error("Microphone permission is required"), "Microphone permission is required"},
+  };
+  for (const auto& [state, words] : rows) {
+    show(state);
+    EXPECT_EQ(text().toStdString(), words);
+    EXPECT_GE(pill.width(), pill.fontMetrics().horizontalAdvance(text())) << "in one line, uncut";
+  }
+  show(DictationState::error(std::string(400, 'w') + " " + std::string(40, 'i')));
+  EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(pill.frameGeometry()));
+  pill.update(DictationState());
+  EXPECT_TRUE(waitUntil([this] { return !isOnScreen(); }));
+}
+
+TEST_F(Pill, tells_of_a_silent_microphone_only_while_it_records) {
+  show(Case::listening);
+  pill.showSilentMicrophone(true);
+  EXPECT_EQ(text(), "The microphone is silent");
+  pill.update(Case::transcribing);
+  EXPECT_EQ(text(), "Transcribing locally…");
+  pill.update(Case::listening);
+  EXPECT_EQ(text(), "Listening… release shortcut") << "the next recording begins without it";
+}
+
+TEST_F(Pill, moves_its_meter_with_the_levels_that_arrive_and_with_nothing_else) {
+  show(Case::listening);
+  const auto silent = pill.grab().toImage();
+  QCoreApplication::processEvents();
+  pill.update(Case::listeningBehind);
+  pill.update(Case::listening);
+  EXPECT_EQ(pill.grab().toImage(), silent);
+  pill.setLevel(0);
+  EXPECT_EQ(pill.grab().toImage(), silent);
+  pill.setLevel(0.8);
+  const auto loud = pill.grab().toImage();
+  EXPECT_NE(loud, silent);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(pill.grab().toImage(), loud);
+  pill.setLevel(0);
+  EXPECT_NE(pill.grab().toImage(), loud) << "the bar has moved on";
+  for (int step = 0; step < 20; ++step) pill.setLevel(0);
+  EXPECT_EQ(pill.grab().toImage(), silent);
+  pill.setLevel(1);
+  pill.update(Case::transcribing);
+  pill.update(Case::listening);
+  EXPECT_EQ(pill.grab().toImage(), silent) << "the next recording begins empty";
+}
+
+TEST_F(Pill, cuts_its_corners_where_nothing_blends_them) {
+  QWidget paper(nullptr, Qt::X11BypassWindowManagerHint);
+  paper.setStyleSheet("background: white");
+  paper.setGeometry(QGuiApplication::primaryScreen()->geometry());
+  paper.show();
+  ASSERT_TRUE(waitUntil([&] { return pixel({5, 5}) == QColor(Qt::white); }));
+  show(Case::listening);
+  const auto frame = pill.frameGeometry();
+  EXPECT_TRUE(waitUntil([&] { return pixel({frame.center().x(), frame.top() + 2}).lightness() < 100; }));
+  for (const auto corner : {frame.topLeft(), frame.topRight(), frame.bottomLeft(), frame.bottomRight()})
+    EXPECT_EQ(pixel(corner), QColor(Qt::white)) << corner.x() << "," << corner.y();
+}
+
+TEST_F(Pill, keeps_its_smooth_corners_where_a_compositor_runs) {
+  const auto compositor = xcb_generate_id(x.connection());
+  xcb_create_window(x.connection(), XCB_COPY_FROM_PARENT, compositor, x.screen().root, 0, 0, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  const auto selection = x.atom("_NET_WM_CM_S0");
+  xcb_set_selection_owner(x.connection(), compositor, selection, XCB_CURRENT_TIME);
+  ASSERT_NE(x.inputFocus(), xcb_window_t{XCB_WINDOW_NONE});  // a round trip: it is done
+  show(Case::listening);
+  EXPECT_TRUE(pill.mask().isEmpty());
+  xcb_set_selection_owner(x.connection(), XCB_WINDOW_NONE, selection, XCB_CURRENT_TIME);
+  ASSERT_NE(x.inputFocus(), xcb_window_t{XCB_WINDOW_NONE});
+  pill.update(DictationState());
+  show(Case::listening);
+  EXPECT_FALSE(pill.mask().isEmpty()) << "the compositor has gone";
+}
+
+TEST_F(Pill, sits_at_the_middle_of_its_edge) {
+  const auto screen = QGuiApplication::primaryScreen()->availableGeometry();
+  constexpr int distance = 24;
+  show(Case::listening);
+  const auto frame = [this] { return pill.geometry(); };
+  pill.setEdge(RecordingPill::Edge::top);
+  EXPECT_EQ(frame().top(), screen.top() + distance);
+  EXPECT_NEAR(frame().center().x(), screen.center().x(), 1);
+  pill.setEdge(RecordingPill::Edge::bottom);
+  EXPECT_EQ(frame().bottom(), screen.bottom() - distance);
+  EXPECT_NEAR(frame().center().x(), screen.center().x(), 1);
+  pill.setEdge(RecordingPill::Edge::left);
+  EXPECT_EQ(frame().left(), screen.left() + distance);
+  EXPECT_NEAR(frame().center().y(), screen.center().y(), 1);
+  pill.setEdge(RecordingPill::Edge::right);
+  EXPECT_EQ(frame().right(), screen.right() - distance);
+  const int width = frame().width();
+  pill.update(Case::listeningBehind);
+  ASSERT_NE(frame().width(), width);
+  EXPECT_EQ(frame().right(), screen.right() - distance) << "also when its text gets longer";
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include "Interface/TrayMenu.h"
+#include "Support/X11/ApplicationProcess.h"
+#include "Support/X11/WindowTests.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <poll.h>
+
+using namespace murmel;
+using murmel::test::waitUntil;
+
+namespace {
+
+using Case = DictationState::Case;
+
+/// The desktop's side. It must be there before the application, which looks for a tray once.
+std::unique_ptr<test::ApplicationProcess>& desktop() {
+  static std::unique_ptr<test::ApplicationProcess> process;
+  return process;
+}
+
+class Tray : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto before = desktop()->told("item").size();
+    tray.show();
+    ASSERT_TRUE(waitUntil([&] { return desktop()->told("item").size() > before; }));
+  }
+  std::string menu() {
+    const auto before = desktop()->told("menu").size();
+    desktop()->tell("menu");
+    if (!waitUntil([&] { return desktop()->told("menu").size() > before; })) return "no answer";
+    return desktop()->told("menu").back();
+  }
+  /// Qt tells menu changes a little later than it makes them.
+  void expectMenu(const std::string& entries) {
+    std::string last;
+    EXPECT_TRUE(waitUntil([&] { return (last = menu()) == entries; })) << last;
+  }
+  void click(const std::string& entry) {
+    const auto before = calls.size();
+    desktop()->tell("click " + entry);
+    EXPECT_TRUE(waitUntil([&] { return calls.size() > before; })) << entry;
+  }
+
+  std::vector<std::string> calls;
+  TrayMenu tray{{
+      .toggle = [this] { calls.emplace_back("toggle"); },
+      .copyLast = [this] { calls.emplace_back("copy"); },
+      .openSetup = [this] { calls.emplace_back("setup"); },
+      .quit = [this] { calls.emplace_back("quit"); },
+  }};
+};
+
+TEST_F(Tray, offers_what_can_be_done_in_each_state) {
+  expectMenu("[Ready];Start Dictation;[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+  tray.update(Case::listening);
+  expectMenu(
+      "[Listening… release shortcut];Stop Dictation;[Copy Last Dictation];Setup and Permissions…;Quit "
+      "Murmel");
+  tray.update(Case::transcribing);
+  expectMenu(
+      "[Transcribing locally…];[Start Dictation];[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+  tray.update(Case::success);
+  tray.setHasLastTranscript(true);
+  expectMenu("[Inserted];Start Dictation;Copy Last Dictation;Setup and Permissions…;Quit Murmel");
+  tray.setHasLastTranscript(false);
+  expectMenu("[Inserted];Start Dictation;[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+}
+
+TEST_F(Tray, does_what_is_chosen) {
+  tray.setHasLastTranscript(true);
+  click("Start Dictation");
+  tray.update(Case::listening);
+  expectMenu(
+      "[Listening… release shortcut];Stop Dictation;Copy Last Dictation;Setup and Permissions…;Quit Murmel");
+  click("Stop Dictation");
+  click("Copy Last Dictation");
+  click("Setup and Permissions…");
+  click("Quit Murmel");
+  EXPECT_EQ(calls, (std::vector<std::string>{"toggle", "toggle", "copy", "setup", "quit"}));
+}
+
+TEST_F(Tray, starts_and_stops_by_a_click_on_the_icon) {
+  desktop()->tell("activate");
+  EXPECT_TRUE(waitUntil([this] { return !calls.empty(); }));
+  EXPECT_EQ(calls, std::vector<std::string>{"toggle"});
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  desktop() = std::make_unique<test::ApplicationProcess>(
+      std::vector<std::string>{MURMEL_BUILD_DIR "/tests/status-notifier-host"});
+  constexpr int lookEveryMilliseconds = 10;
+  for (int look = 0; look < 1'000 && desktop()->told("ready").empty(); ++look)
+    ::poll(nullptr, 0, lookEveryMilliseconds);
+  const int status = test::runWindowTests(argumentCount, arguments);
+  desktop().reset();
+  return status;
+}

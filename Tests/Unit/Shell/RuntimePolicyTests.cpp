@@ -1,0 +1,47 @@
+#include "Platform/Linux/Process/SignedExecutableManifest.h"
+#include "Shell/RuntimePolicy.h"
+#include "Support/TemporaryFolder.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+
+namespace {
+
+class Installation : public ::testing::Test {
+ protected:
+  Installation() {
+    folders.executable = folder.path() / "murmel";
+    folders.resources = folder.path() / "lib";
+    std::filesystem::create_directory(folders.resources);
+    for (const auto& file : {folders.executable, worker()}) std::ofstream(file) << "a program";
+  }
+  [[nodiscard]] std::filesystem::path worker() const { return folders.resources / "worker"; }
+  [[nodiscard]] bool startsWorker() const { return runtimePolicy(folders).mayExecute(worker()); }
+
+  TemporaryFolder folder;
+  ApplicationFolders folders;
+  const ed25519::SigningKey ours = *ed25519::SigningKey::generate();
+  const ed25519::SigningKey theirs = *ed25519::SigningKey::generate();
+};
+
+TEST_F(Installation, that_is_a_development_build_starts_any_worker_of_its_own) {
+  EXPECT_TRUE(startsWorker());
+  ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));
+  EXPECT_TRUE(startsWorker());
+}
+
+TEST_F(Installation, that_is_signed_starts_only_what_the_same_team_signed) {
+  ASSERT_TRUE(SignedExecutableManifest::sign(folders.executable, ours));
+  EXPECT_FALSE(startsWorker()) << "unsigned";
+  ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));
+  EXPECT_FALSE(startsWorker()) << "of another team";
+  ASSERT_TRUE(SignedExecutableManifest::sign(worker(), ours));
+  EXPECT_TRUE(startsWorker());
+  std::ofstream(worker(), std::ios::app) << " changed";
+  EXPECT_FALSE(startsWorker()) << "changed since";
+}
+
+}  // namespace
