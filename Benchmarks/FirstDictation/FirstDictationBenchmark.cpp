@@ -57,12 +57,11 @@ class Bench {
   double dictate() {
     const int before = rig.pastes;
     rig.coordinator.toggle();
-    while (rig.pastes == before)
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    while (rig.pastes == before) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     // The user copies something: the next dictation does not have to bring the clipboard back first.
     rig.general.writeByAnother(DictationRig::previousClipboard());
     while (rig.coordinator.state().isBusy() || !rig.isSettled())
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return durationToSeconds(rig.pastedAt - rig.stoppedAt);
   }
 
