@@ -68,8 +68,7 @@ void waitAfterTheStop(benchmark::State& state) {
   if (!made) return state.SkipWithError("no recogniser");
   const std::shared_ptr<TranscriptionProvider> provider = *std::move(made);
   auto runUntil = [&](auto condition) {
-    while (!condition())
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   };
   runUntil([&] { return ready; });
   const auto speech = naturalSpeech(static_cast<double>(state.range(0)));

@@ -84,7 +84,8 @@ Task<void> PasteCleanup::restore(Uuid identifier) {
 void PasteCleanup::conclude(Uuid identifier, PasteSettlement settlement) {
   // A newer paste may have taken the place of the one that was restored.
   if (!pending_ || pending_->identifier != identifier) return;
-  answerArrival(pending_->receipts.wasRead());
+  lastWasRead_ = pending_->receipts.wasRead();
+  answerArrival(lastWasRead_);
   const auto concluded = std::exchange(pending_, nullptr);
   // Whoever waits goes on from the loop, not from inside this object.
   for (auto& finisher : concluded->finishers) {
@@ -116,7 +117,7 @@ Task<std::optional<TextDeliveryResult>> PasteCleanup::finish() {
 }
 
 Task<bool> PasteCleanup::arrival() {
-  if (!pending_) co_return false;
+  if (!pending_) co_return lastWasRead_;
   if (pending_->receipts.wasRead()) co_return true;
   auto [sender, receiver] = makeOneShot<bool>();
   pending_->arrivalWaiters.push_back(std::move(sender));

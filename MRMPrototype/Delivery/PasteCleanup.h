@@ -41,7 +41,7 @@ class PasteCleanup {
   /// paste. Nothing when no restore was pending.
   Task<std::optional<TextDeliveryResult>> finish();
 
-  /// Whether the pending paste was read by the target: as soon as it is, or false when it is settled without.
+  /// Whether the paste was read by the target: as soon as it is, or false when it is settled without.
   Task<bool> arrival();
 
   [[nodiscard]] bool isPending() const { return pending_ != nullptr; }
@@ -73,6 +73,7 @@ class PasteCleanup {
   Executor& executor_;
   const Clock& clock_;
   std::shared_ptr<Pending> pending_;
+  bool lastWasRead_ = false;
   Signal<PasteSettlement> settled_;
   Scope scope_;  // last: its tasks use everything above
 };

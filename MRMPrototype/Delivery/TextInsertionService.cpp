@@ -160,6 +160,11 @@ Task<bool> TextInsertionService::deliverLiveSegment(SpokenText phrase) {
   logger_.line(LogLevel::info,
                posted ? PublicText("paste_dispatched=true") : PublicText("paste_dispatched=false"));
   if (!posted) co_return false;
+  if (result == TextDeliveryResult::insertionSentClipboardChanged) {
+    // Somebody else's contents may have been pasted.
+    lastBlock_ = LiveInsertionBlock::unknown;
+    co_return false;
+  }
   auto arriving = pasteCleanup_.arrival();
   const bool arrived = co_await arriving;
   if (!arrived) lastBlock_ = LiveInsertionBlock::unknown;
@@ -177,7 +182,7 @@ std::optional<PasteMethod> TextInsertionService::methodFor(const RunningApplicat
 }
 
 PasteObservations TextInsertionService::observe(const std::optional<RunningApplication>& application,
-                                                bool eventsAvailable) {
+                                                bool eventsAvailable, bool fieldHidesText) {
   PasteObservations seen;
   if (!application) return seen;
   const auto front = desktop_.workspace.frontmostApplication();
@@ -185,7 +190,7 @@ PasteObservations TextInsertionService::observe(const std::optional<RunningAppli
   seen.targetTerminated = desktop_.workspace.isTerminated(*application);
   seen.targetInFront = front && isSameApplication(*front, *application);
   seen.userActivatedAnother = userActivatedAnother_ || isAnotherOfTheUsers(front, *application);
-  seen.secureInput = desktop_.secureInput.isEnabled();
+  seen.secureInput = fieldHidesText || desktop_.secureInput.isEnabled();
   seen.mayPost = desktop_.keyboard.mayPost();
   seen.eventsAvailable = eventsAvailable;
   return seen;
@@ -195,7 +200,12 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     SpokenText text, std::optional<RunningApplication> application, bool liveOnly) {
   lastBlock_.reset();
   const auto method = application ? methodFor(*application) : std::nullopt;
-  if (const auto block = firstPasteBlock(observe(application, method.has_value()))) {
+  bool fieldHidesText = false;
+  if (application && desktop_.focusedField != nullptr) {
+    auto asking = desktop_.focusedField->hidesText(*application);
+    fieldHidesText = co_await asking;
+  }
+  if (const auto block = firstPasteBlock(observe(application, method.has_value(), fieldHidesText))) {
     auto refusing = refuse(*block, std::move(text), liveOnly);
     const auto result = co_await refusing;
     co_return result;
@@ -216,14 +226,14 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     reads->follow(transaction.pasteboard(), transaction.ownership().changeCount);
 
   // The modifiers and the capture may have taken their time: look again.
-  auto block = firstPasteBlock(observe(application, method.has_value()));
+  auto block = firstPasteBlock(observe(application, method.has_value(), fieldHidesText));
   const auto postedAt = desktop_.clock.now();
   if (!block) {
     switch (desktop_.keyboard.post(method->chord, *application)) {
       case PostResult::posted:
         break;
       case PostResult::targetNotInFront: {
-        const auto seen = observe(application, true);
+        const auto seen = observe(application, true, fieldHidesText);
         block =
             seen.userActivatedAnother ? LiveInsertionBlock::appChanged : LiveInsertionBlock::targetNotActive;
         break;

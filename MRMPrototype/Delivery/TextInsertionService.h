@@ -8,6 +8,7 @@
 #include "Foundation/Log.h"
 #include "Foundation/Scope.h"
 #include "Platform/ClipboardPasteboard.h"
+#include "Platform/FocusedField.h"
 #include "Platform/KeyboardPoster.h"
 #include "Platform/SecureInput.h"
 #include "Platform/Workspace.h"
@@ -29,6 +30,7 @@ struct TextInsertionDesktop {
   SecureInput& secureInput;
   ClipboardPasteboard& general;
   ClipboardPasteboard* primary = nullptr;  ///< the primary selection, where the desktop has one
+  FocusedField* focusedField = nullptr;    ///< where applications tell of their fields
 };
 
 struct TextInsertionOptions {
@@ -76,7 +78,7 @@ class TextInsertionService final : public TextInsertion {
   Task<bool> deliverLiveSegment(SpokenText phrase);
   [[nodiscard]] std::optional<PasteMethod> methodFor(const RunningApplication& application);
   [[nodiscard]] PasteObservations observe(const std::optional<RunningApplication>& application,
-                                          bool eventsAvailable);
+                                          bool eventsAvailable, bool fieldHidesText);
   Task<TextDeliveryResult> refuse(LiveInsertionBlock block, SpokenText text, bool liveOnly);
   Task<TextDeliveryResult> takeBack(LiveInsertionBlock block, std::vector<ClipboardTransaction> transactions,
                                     SpokenText text, bool liveOnly);

@@ -1,5 +1,6 @@
 #include "Interface/RecordingPill.h"
 
+#include "Interface/Compositing.h"
 #include "Interface/LevelMeter.h"
 #include "Interface/PlatformWords.h"
 
@@ -114,20 +115,32 @@ void RecordingPill::place() {
   move(frame.topLeft());
 }
 
+void RecordingPill::showEvent(QShowEvent* /*event*/) {
+  // A compositor may have come or gone since the last time.
+  shape();
+}
+
 void RecordingPill::resizeEvent(QResizeEvent* /*event*/) {
+  shape();
+  place();
+}
+
+void RecordingPill::shape() {
   // Without a compositor there is no translucency, and the corners would be black: cut them off. The mask has
   // hard edges, so it is used only there.
-  if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return;
-  QBitmap shape(size());
-  shape.fill(Qt::color0);
-  QPainter painter(&shape);
+  if (isComposited()) {
+    clearMask();
+    return;
+  }
+  QBitmap cut(size());
+  cut.fill(Qt::color0);
+  QPainter painter(&cut);
   painter.setBrush(Qt::color1);
   painter.setPen(Qt::NoPen);
   const double radius = height() / 2.0;
   painter.drawRoundedRect(rect(), radius, radius);
   painter.end();
-  setMask(shape);
-  place();
+  setMask(cut);
 }
 
 void RecordingPill::paintEvent(QPaintEvent* /*event*/) {

@@ -29,12 +29,14 @@ class RecordingPill final : public QWidget, public OverlayController {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
   void showText();
   void place();
+  void shape();
 
   std::function<void()> onClick_;
   Edge edge_ = Edge::right;

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "Shortcut/ShortcutConfiguration.h"
+
 #include <QWidget>
 #include <functional>
 #include <string>
 #include <vector>
 
+class QComboBox;
+class QLabel;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace murmel {
@@ -16,19 +21,38 @@ struct SetupCheck {
   std::string detail;  ///< what works, or what to do
 };
 
-/// Shows what works on this desktop, and what to do about the rest.
+/// What the setup window shows and changes.
+struct SetupActions {
+  std::function<std::vector<SetupCheck>()> look;
+  std::function<ShortcutConfiguration()> shortcut;
+  std::function<void(const ShortcutConfiguration&)> chooseShortcut;
+  /// Why this desktop may not hear the shortcut, in words for the user; empty when it does.
+  std::function<std::string(const ShortcutConfiguration&)> shortcutNotice;
+  std::function<void()> checkAgain;  ///< the user may have granted something; before `look`
+  std::function<void()> done;
+};
+
+/// Shows what works on this desktop and what to do about the rest, and lets the user choose the shortcut.
 class SetupWindow final : public QWidget {
  public:
-  SetupWindow(std::function<std::vector<SetupCheck>()> look, std::function<void()> onDone);
+  explicit SetupWindow(SetupActions actions);
 
   /// Looks again and comes to the front.
   void present();
+  /// The shortcut has changed: shows the one of now.
+  void showShortcut();
 
  private:
   void refresh();
+  void choose(int index);
+  void fitToContent();
 
-  std::function<std::vector<SetupCheck>()> look_;
+  SetupActions actions_;
+  QScrollArea* scroll_;
   QVBoxLayout* checks_;
+  QComboBox* shortcuts_;
+  QLabel* help_;
+  QLabel* notice_;
 };
 
 }  // namespace murmel

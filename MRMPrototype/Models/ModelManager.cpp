@@ -1,122 +1,95 @@
 #include "Models/ModelManager.h"
 
-#include "Foundation/Crypto.h"
-#include "Foundation/UniqueDescriptor.h"
+#include "Models/ModelStoreLayout.h"
 
-#include <cerrno>
-#include <optional>
+#include <algorithm>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace murmel {
 
-namespace {
-
-constexpr std::size_t readSize = 256 * 1'024;
-
-std::int64_t nanoseconds(const timespec& time) {
-  return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor, const std::filesystem::path& root,
+                                                     const std::filesystem::path& resources) {
+  return std::make_unique<ModelManager>(executor, speechModels(root, canRunParakeet(resources)),
+                                        root / verificationMemoryName);
 }
 
-}  // namespace
-
-/// A file while its contents are read: identity and contents are those of the same open file.
-class ModelManager::OpenedFile {
- public:
-  explicit OpenedFile(const std::filesystem::path& path)
-      // Not blocking: a FIFO in its place must not stop us.
-      : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
-
-  /// Nothing when it is not there or no regular file.
-  [[nodiscard]] std::optional<FileIdentity> identity() const {
-    struct stat status {};
-    if (!descriptor_ || ::fstat(descriptor_.get(), &status) != 0 || !S_ISREG(status.st_mode))
-      return std::nullopt;
-    return FileIdentity{status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
-                        nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
-  }
-
-  /// Nothing when it cannot be read, or when `stopping` becomes true.
-  [[nodiscard]] std::optional<std::string> sha256(const std::atomic<bool>& stopping) const {
-    crypto::Sha256 hash;
-    std::vector<std::uint8_t> buffer(readSize);
-    while (!stopping) {
-      const auto count = ::read(descriptor_.get(), buffer.data(), buffer.size());
-      if (count == 0) return crypto::hexadecimal(hash.finish());
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return std::nullopt;
-      hash.update({buffer.data(), static_cast<std::size_t>(count)});
-    }
-    return std::nullopt;
-  }
-
- private:
-  UniqueDescriptor descriptor_;
-};
-
-ModelManager::ModelManager(Executor& executor, std::filesystem::path root,
-                           std::span<const SpeechModelFile> files)
-    : executor_(executor), root_(std::move(root)), files_(files), queue_(executor, "model-manager") {}
+ModelManager::ModelManager(Executor& executor, std::vector<SpeechModel> models, std::filesystem::path memory)
+    : executor_(executor),
+      models_(std::move(models)),
+      verifier_(std::move(memory)),
+      queue_(executor, "model-manager") {}
 
 ModelManager::~ModelManager() {
   stopping_ = true;
 }
 
-std::vector<ModelManager::FileIdentity> ModelManager::look(const std::filesystem::path& folder) const {
-  std::vector<FileIdentity> seen;
-  for (const auto& file : files_) {
-    const auto identity = OpenedFile(folder / file.path).identity();
-    if (!identity || identity->size != file.size) return {};
-    seen.push_back(*identity);
+std::vector<const SpeechModel*> ModelManager::candidatesFor(const std::filesystem::path& folder) const {
+  std::vector<const SpeechModel*> all;
+  for (const auto& model : models_) {
+    if (model.folder == folder) return {&model};
+    all.push_back(&model);
   }
-  return seen;
+  return all;
+}
+
+ModelManager::Finding ModelManager::look(const SpeechModel& model,
+                                         const std::filesystem::path& folder) const {
+  auto worst = Finding::verified;
+  for (const auto& file : model.files)
+    worst = std::min(worst, verifier_.look({folder / file.path, file.size, file.sha256}));
+  return worst;
 }
 
 bool ModelManager::requiredItemsPresent(const std::filesystem::path& folder) const {
-  return !look(folder).empty();
-}
-
-bool ModelManager::isKnown(const Verified& seen) const {
-  const std::lock_guard lock(mutex_);
-  return !seen.files.empty() && seen == verified_;
+  // What was read once and is known to be something else is not there either.
+  return std::ranges::any_of(candidatesFor(folder), [&](const auto* model) {
+    const auto finding = look(*model, folder);
+    return finding == Finding::unknown || finding == Finding::verified;
+  });
 }
 
 bool ModelManager::verifyArtifacts(const std::filesystem::path& folder) const {
-  if (isKnown({folder, look(folder)})) return true;
-  Verified verified{folder, {}};
-  for (const auto& file : files_) {
-    const OpenedFile opened(folder / file.path);
-    const auto before = opened.identity();
-    if (!before || before->size != file.size) return false;
-    if (opened.sha256(stopping_) != file.sha256) return false;
-    // Written to while it was read: what was hashed may never have been there as a whole.
-    if (opened.identity() != before) return false;
-    verified.files.push_back(*before);
-  }
-  const std::lock_guard lock(mutex_);
-  verified_ = std::move(verified);
-  return true;
-}
-
-void ModelManager::validate() {
-  const auto validation = ++validation_;
-  Verified seen{root_, look(root_)};
-  if (seen.files.empty()) return setState(SpeechModelState::missing);
-  if (isKnown(seen)) return setState(SpeechModelState::ready);
-  setState(SpeechModelState::verifying);
-  queue_.enqueue([this, validation, alive = std::weak_ptr(alive_)] {
-    const bool isValid = verifyArtifacts(root_);
-    executor_.post([this, validation, isValid, alive] {
-      if (alive.expired() || validation != validation_) return;
-      setState(isValid ? SpeechModelState::ready : SpeechModelState::missing);
+  return std::ranges::any_of(candidatesFor(folder), [&](const auto* model) {
+    return std::ranges::all_of(model->files, [&](const auto& file) {
+      return verifier_.verify({folder / file.path, file.size, file.sha256}, stopping_);
     });
   });
 }
 
-void ModelManager::setState(SpeechModelState state) {
-  if (std::exchange(state_, state) == state) return;
+void ModelManager::validate() {
+  ++validation_;
+  choose();
+}
+
+void ModelManager::choose() {
+  for (std::size_t i = 0; i < models_.size(); ++i) {
+    const auto finding = look(models_[i], models_[i].folder);
+    if (finding == Finding::verified) return set(i, SpeechModelState::ready);
+    if (finding != Finding::unknown) continue;
+    set(i, SpeechModelState::verifying);
+    return verifyInBackground(i);
+  }
+  set(0, SpeechModelState::missing);
+}
+
+void ModelManager::verifyInBackground(std::size_t model) {
+  queue_.enqueue([this, model, validation = validation_, alive = std::weak_ptr(alive_)] {
+    const bool isValid = verifyArtifacts(models_[model].folder);
+    executor_.post([this, model, isValid, validation, alive] {
+      if (alive.expired() || validation != validation_) return;
+      if (isValid) return set(model, SpeechModelState::ready);
+      // What could be read is known now to be wrong, and the next model is looked at. What could not be read,
+      // or changed under our eyes, stays unknown: that ends here until somebody asks again.
+      if (look(models_[model], models_[model].folder) == Finding::unknown)
+        return set(model, SpeechModelState::missing);
+      choose();
+    });
+  });
+}
+
+void ModelManager::set(std::size_t active, SpeechModelState state) {
+  const bool changed = std::exchange(active_, active) != active;
+  if (std::exchange(state_, state) == state && !changed) return;
   // Posted, so that nobody is called back from inside `validate`.
   executor_.post([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) inventoryChanged_.emit();

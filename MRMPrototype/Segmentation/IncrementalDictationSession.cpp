@@ -174,13 +174,9 @@ Task<void> IncrementalDictationSession::retryEmpty(Segment segment) {
 }
 
 Task<void> IncrementalDictationSession::retryFailed() {
-  bool hope = true;
+  requests_.hopeAgain();
   for (auto& segment : failed_) {
-    if (!hope) {
-      giveUpFailed(segment);
-      continue;
-    }
-    auto recognition = requests_.recogniseOnce(segment.audio);
+    auto recognition = requests_.recognise(segment.audio);
     RecognitionOutcome outcome = co_await recognition;
     if (outcome.kind == RecognitionOutcome::Kind::text) {
       auto delivery = deliver(segment.place, std::move(outcome));
@@ -189,7 +185,6 @@ Task<void> IncrementalDictationSession::retryFailed() {
       auto retry = retryEmpty(std::move(segment));
       co_await retry;
     } else {
-      hope = false;
       giveUpFailed(segment);
     }
   }

@@ -58,6 +58,10 @@ int RecognitionRequests::attempts() const {
   return hurried_ && failuresInARow_ >= hopelessAfter ? 0 : attemptsInDoubt;
 }
 
+void RecognitionRequests::hopeAgain() {
+  failuresInARow_ = std::min(failuresInARow_, hopelessAfter - 1);
+}
+
 Task<RecognitionOutcome> RecognitionRequests::recogniseOnce(CapturedAudio audio) {
   if (onRequest) onRequest();
   const auto slowAfter = secondsToDuration(std::max(shortestSlowSeconds, audio.duration()));

@@ -38,11 +38,13 @@ class RecognitionRequests {
   /// Somebody waits for the words now: a recogniser that keeps failing is given up soon.
   void hurry() { hurried_ = true; }
 
+  /// Whatever has failed before, the workers get one more chance.
+  void hopeAgain();
+
   Task<RecognitionOutcome> recognise(CapturedAudio audio);
-  /// One try only: for audio that has been given up before.
-  Task<RecognitionOutcome> recogniseOnce(CapturedAudio audio);
 
  private:
+  Task<RecognitionOutcome> recogniseOnce(CapturedAudio audio);
   [[nodiscard]] int attempts() const;
 
   Executor& executor_;

@@ -25,9 +25,9 @@ struct CutSegment {
 /// samples, and what it keeps is the segment that is still open.
 ///
 /// A segment ends with the first pause between phrases after the target length. After twice the target the
-/// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment ends
-/// where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest moment.
-/// Silence is cut off at once.
+/// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment
+/// ends where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest
+/// moment. Silence is cut off at once.
 class SegmentCutter {
  public:
   /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.

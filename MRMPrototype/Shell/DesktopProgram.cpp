@@ -4,6 +4,9 @@
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/SetupChecks.h"
+#include "Storage/JsonDefaultsStore.h"
+#include "Storage/PosixFileSystem.h"
+#include "Storage/SettingsMigrations.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -101,7 +104,10 @@ int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& fo
   QtExecutor executor;
   const ModelManager models(executor);
   bool worksWithoutDesktop = true;
-  for (const auto& check : setupChecks(folders, models)) {
+  PosixFileSystem files;
+  JsonDefaultsStore defaults(files, defaultsFile(folders.configuration));
+  const auto shortcut = settingsMigration::shortcut(defaults, MRMDistributionChannel::direct);
+  for (const auto& check : setupChecks(folders, models, shortcut)) {
     fmt::print("{} {}: {}\n", check.works ? "yes" : "no ", check.subject, check.detail);
     if (check.subject == "Speech recognition") worksWithoutDesktop = check.works;
   }

@@ -30,6 +30,7 @@ DesktopServices::DesktopServices(const Parameters& parameters)
     : microphone_(parameters.executor, {parameters.displayName, std::nullopt}),
       authorization_(PulseAudioAuthorization::Environment::current()),
       injectedKeys_(parameters.clock),
+      focusedField_(parameters.executor),
       audio(parameters.executor, microphone_, authorization_, parameters.folders.temporary),
       sounds({parameters.displayName, std::nullopt}),
       keys(parameters.executor, injectedKeys_, X11KeyEnvironment::fromProcess()) {}
@@ -49,6 +50,9 @@ std::expected<std::unique_ptr<DesktopServices>, std::string> DesktopServices::op
   if (!secureInput) return std::unexpected(secureInput.error());
   services->secureInput_ = *std::move(secureInput);
 
+  // From now on, because what has the focus already cannot be asked for later.
+  services->focusedField_.connect();
+
   const TextInsertionDesktop desktop{
       .executor = parameters.executor,
       .clock = parameters.clock,
@@ -57,6 +61,7 @@ std::expected<std::unique_ptr<DesktopServices>, std::string> DesktopServices::op
       .secureInput = *services->secureInput_,
       .general = services->pasteboards_->general(),
       .primary = &services->pasteboards_->primary(),
+      .focusedField = &services->focusedField_,
   };
   TextInsertionOptions options{
       .applicationIdentifier = parameters.applicationIdentifier,

@@ -5,6 +5,7 @@
 #include "Foundation/Clock.h"
 #include "Foundation/Executor.h"
 #include "Foundation/Log.h"
+#include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
@@ -51,6 +52,7 @@ class DesktopServices {
   std::unique_ptr<X11Workspace> workspace_;
   std::unique_ptr<X11KeyboardPoster> keyboard_;
   std::unique_ptr<X11SecureInput> secureInput_;
+  AccessibleFocusedField focusedField_;
 
  public:
   AudioCaptureService audio;

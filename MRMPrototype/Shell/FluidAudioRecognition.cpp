@@ -12,7 +12,9 @@ FluidAudioRecognition::FluidAudioRecognition(FluidAudioProvider::Services servic
 Result<std::shared_ptr<TranscriptionProvider>> FluidAudioRecognition::make(
     std::function<void(bool)> warmupCompletion) {
   if (provider_ && model_ == models_.activeModelURL()) {
-    services_.executor.post([completion = std::move(warmupCompletion)] { completion(true); });
+    if (warmupCompletion) {
+      services_.executor.post([completion = std::move(warmupCompletion)] { completion(true); });
+    }
     return provider_;
   }
   auto made = FluidAudioProvider::create(services_, bundle_, models_, policy_, std::move(warmupCompletion));

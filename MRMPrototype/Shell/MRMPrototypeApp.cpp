@@ -1,9 +1,10 @@
 #include "Shell/MRMPrototypeApp.h"
 
+#include "Interface/PlatformWords.h"
 #include "Product/MRMAppIdentity.h"
 #include "Shell/SetupChecks.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <utility>
 
 namespace murmel {
@@ -33,7 +34,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const Inform
     : folders_(folders),
       identifier_(MRMAppIdentity::applicationIdentifier(info)),
       storage_(
-          folders, identifier_, [](SmartLocalModel) { return false; }, nullptr),
+          folders, identifier_, [](SmartLocalModel) { return false; }, &taskBar_),
       speech_(executor_, clock_, log_, folders, identifier_, storage_.settings),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       tray_({
@@ -42,8 +43,15 @@ MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const Inform
           .openSetup = [this] { perform(IntelCommand::openSetup); },
           .quit = [this] { perform(IntelCommand::quit); },
       }),
-      setup_([this] { return setupChecks(); },
-             [this] { storage_.defaults.set(onboardingCompletedKey, true); }),
+      setup_({
+          .look = [this] { return setupChecks(); },
+          .shortcut = [this] { return storage_.settings.shortcut(); },
+          .chooseShortcut =
+              [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
+          .shortcutNotice = &shortcutNotice,
+          .checkAgain = [this] { inputMonitoringPermissionDidChange_.emit(); },
+          .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
+      }),
       delegate_(executor_, *this, selfTest) {}
 
 std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::create(
@@ -53,8 +61,10 @@ std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::cr
     return std::unexpected(connected.error());
   }
   app->wireDictation();
+  app->wireShortcut();
   app->wireCommands();
   app->tray_.show();
+  app->tellAboutSettings();
   return app;
 }
 
@@ -94,6 +104,17 @@ void MRMPrototypeApp::wireDictation() {
       storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
     }
   }));
+}
+
+void MRMPrototypeApp::wireShortcut() {
+  observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
+    if (property == SettingsProperty::shortcut) setup_.showShortcut();
+  }));
+  observers_.push_back(sleep_.didWake().subscribe([this] { desktop_->keys.resync(); }));
+  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &setup_,
+                   [this](Qt::ApplicationState state) {
+                     if (state == Qt::ApplicationActive) applicationDidBecomeActive_.emit();
+                   });
 
   hotkey_ = std::make_unique<HotkeyService>(
       executor_, clock_, desktop_->keys, localKeys_,
@@ -131,6 +152,19 @@ void MRMPrototypeApp::reopen() {
   openSetupWindow();
 }
 
+void MRMPrototypeApp::tellAboutSettings() {
+  const auto tell = [this](const std::string& message) {
+    tray_.notify(QStringLiteral("Murmel"), inPlatformWords(message));
+  };
+  for (const auto& message : storage_.defaults.messages()) tell(message);
+  observers_.push_back(storage_.defaults.messageAdded().subscribe(tell));
+  if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
+}
+
+void MRMPrototypeApp::applyDockIconPreference() {
+  taskBar_.set(storage_.settings.showInDock() ? ActivationPolicy::regular : ActivationPolicy::accessory);
+}
+
 void MRMPrototypeApp::refreshServices() {
   speech_.models.validate();
   storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
@@ -149,7 +183,7 @@ bool MRMPrototypeApp::isMainWindowVisible() const {
 }
 
 std::vector<SetupCheck> MRMPrototypeApp::setupChecks() {
-  return murmel::setupChecks(folders_, speech_.models);
+  return murmel::setupChecks(folders_, speech_.models, storage_.settings.shortcut());
 }
 
 void MRMPrototypeApp::terminate(int exitStatus) {

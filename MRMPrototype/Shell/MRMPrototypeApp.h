@@ -10,13 +10,15 @@
 #include "Interface/TrayMenu.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Qt/LogindSleepMonitor.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Platform/Qt/QtLocalKeyMonitor.h"
+#include "Platform/Qt/TaskBarPresence.h"
 #include "Product/InformationDictionary.h"
 #include "Shell/AppDelegate.h"
 #include "Shell/ApplicationFolders.h"
 #include "Shell/DesktopServices.h"
 #include "Shell/IntelCommandTarget.h"
-#include "Shell/NoLocalKeys.h"
 #include "Shell/SpeechServices.h"
 #include "Shell/StorageServices.h"
 #include "Shortcut/HotkeyService.h"
@@ -47,11 +49,14 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
                   LaunchSelfTest selfTest);
   std::expected<void, std::string> connect(const std::string& displayName);
   void wireDictation();
+  void wireShortcut();
   void wireCommands();
+  /// What the settings have to say about their file and about models that were replaced.
+  void tellAboutSettings();
   [[nodiscard]] std::vector<SetupCheck> setupChecks();
   Task<void> quit();
 
-  void applyDockIconPreference() override {}
+  void applyDockIconPreference() override;
   void refreshServices() override;
   [[nodiscard]] bool requiresSetupWindow() const override;
   void openSetupWindow() override;
@@ -63,6 +68,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   QtExecutor executor_;
   SystemClock clock_;
   JournalLogSink log_{JournalLogSink::Fallback::standardError};
+  TaskBarPresence taskBar_;
   StorageServices storage_;
   SpeechServices speech_;
   std::unique_ptr<DesktopServices> desktop_;
@@ -80,7 +86,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
 
   Signal<> inputMonitoringPermissionDidChange_;
   Signal<> applicationDidBecomeActive_;
-  NoLocalKeys localKeys_;
+  QtLocalKeyMonitor localKeys_;
+  LogindSleepMonitor sleep_;
   std::unique_ptr<HotkeyService> hotkey_;
   AppDelegate delegate_;
   std::vector<Registration> observers_;

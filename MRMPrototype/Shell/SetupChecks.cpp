@@ -1,6 +1,7 @@
 #include "Shell/SetupChecks.h"
 
 #include "Foundation/Clock.h"
+#include "Platform/KeyModifiers.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
@@ -12,6 +13,7 @@
 
 #include <QDBusConnection>
 #include <string>
+#include <utility>
 
 namespace murmel {
 
@@ -41,13 +43,23 @@ SetupCheck microphoneCheck() {
   }
 }
 
-SetupCheck shortcutCheck(Executor& executor, const Clock& clock) {
+std::string noticeFor(const ShortcutConfiguration& shortcut, Executor& executor, const Clock& clock) {
+  if (shortcut.kind == ShortcutConfiguration::Kind::disabled) return {};
   InjectedKeyList injected(clock);
   X11KeyEventTap tap(executor, injected, X11KeyEnvironment::fromProcess());
   const auto access = tap.permission();
-  if (access.granted)
-    return {"Global shortcut", true, "The keyboard can be heard while other applications are in front."};
-  return {"Global shortcut", false, access.reason};
+  if (!access.granted) return access.reason;
+  const bool hasFunctionKey = (shortcut.modifierRawValue & keyModifier::function) != 0;
+  return std::string(hasFunctionKey ? functionKeyNotice : "");
+}
+
+SetupCheck shortcutCheck(const ShortcutConfiguration& shortcut, Executor& executor, const Clock& clock) {
+  if (shortcut.kind == ShortcutConfiguration::Kind::disabled)
+    return {"Global shortcut", true,
+            "No shortcut is set. The tray icon and “murmel toggle” start dictation."};
+  auto notice = noticeFor(shortcut, executor, clock);
+  if (!notice.empty()) return {"Global shortcut", false, std::move(notice)};
+  return {"Global shortcut", true, "The keyboard can be heard while other applications are in front."};
 }
 
 SetupCheck pasteCheck(Executor& executor) {
@@ -83,10 +95,16 @@ SetupCheck busCheck() {
 
 }  // namespace
 
-std::vector<SetupCheck> setupChecks(const ApplicationFolders& folders, const SpeechModelStore& models) {
+std::string shortcutNotice(const ShortcutConfiguration& shortcut) {
+  QtExecutor executor;
+  return noticeFor(shortcut, executor, SystemClock());
+}
+
+std::vector<SetupCheck> setupChecks(const ApplicationFolders& folders, const SpeechModelStore& models,
+                                    const ShortcutConfiguration& shortcut) {
   QtExecutor executor;
   const SystemClock clock;
-  return {speechCheck(folders, models), microphoneCheck(), shortcutCheck(executor, clock),
+  return {speechCheck(folders, models), microphoneCheck(), shortcutCheck(shortcut, executor, clock),
           pasteCheck(executor),         keyRingCheck(),    busCheck()};
 }
 

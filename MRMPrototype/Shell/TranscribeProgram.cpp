@@ -40,6 +40,7 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
 
   StorageServices storage(
       folders, identifier, [](SmartLocalModel) { return false; }, nullptr);
+  for (const auto& message : storage.defaults.messages()) printLine(stderr, "murmel: ", message);
   TranscriptionSettings settings(storage.settings, role);
   SpeechServices speech(executor, clock, log, folders, identifier, settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });

@@ -11,6 +11,8 @@
 #include <vector>
 
 #include <fmt/core.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -19,6 +21,16 @@ using namespace murmel;
 int complain(const std::string& sentence) {
   fmt::print(stderr, "murmel: {}\n", sentence);
   return 1;
+}
+
+/// What is spoken is in this process's memory: no core dump of it, and no other process of the user looks
+/// into it.
+void keepMemoryPrivate() {
+  rlimit limit{};
+  ::getrlimit(RLIMIT_CORE, &limit);
+  limit.rlim_cur = 0;  // the hard limit stays: workers set one of their own
+  ::setrlimit(RLIMIT_CORE, &limit);
+  ::prctl(PR_SET_DUMPABLE, 0);
 }
 
 struct Run {
@@ -49,6 +61,7 @@ struct Run {
 }  // namespace
 
 int main(int argumentCount, char** argumentValues) {
+  keepMemoryPrivate();
   // A worker or reader that goes away shows as an error of the write, not as the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
   const auto folders = ApplicationFolders::locate();

@@ -1,5 +1,6 @@
 #include "Workers/Common/Isolation.h"
 #include "Workers/Common/WorkerOutput.h"
+#include "Workers/SpeechWorker/ParakeetModule.h"
 #include "Workers/SpeechWorker/PocketSphinxEngine.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 #include "Workers/SpeechWorker/WorkerArguments.h"
@@ -20,9 +21,18 @@ using namespace murmel::worker;
 std::expected<std::unique_ptr<SpeechEngine>, std::string> prepare(std::span<char* const> arguments) {
   const auto parsed = WorkerArguments::parse(arguments);
   if (!parsed) return std::unexpected(parsed.error());
+  // What lies in the folder says which engine it is for.
+  const auto parakeetFile = ParakeetModule::modelFileIn(parsed->modelDirectory);
+  std::optional<ParakeetModule> parakeet;
+  if (parakeetFile) {
+    auto opened = ParakeetModule::open();
+    if (!opened) return std::unexpected(opened.error());
+    parakeet = *opened;
+  }
   // Before the model is read: a model that attacks its reader finds the doors closed.
   if (auto isolated = isolate(parsed->modelDirectory); !isolated) return std::unexpected(isolated.error());
-  auto engine = PocketSphinxEngine::load(parsed->modelDirectory);
+  LoadedEngine engine =
+      parakeet ? parakeet->load(*parakeetFile) : PocketSphinxEngine::load(parsed->modelDirectory);
   if (!engine) return std::unexpected(engine.error());
   if (auto closed = closeDoors(); !closed) return std::unexpected(closed.error());
   return *std::move(engine);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Delivery/TextInsertionService.h"
+#include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Platform/Linux/X11/X11SecureInput.h"
@@ -59,7 +60,7 @@ class DeliveryDesk : public X11TargetDesk {
     options.applicationIdentifier = "app.murmel.Test";
     options.ownProcess = ::getpid();
     service.emplace(TextInsertionDesktop{loop.executor, loop.clock, *x11, *keyboard, *secureInput,
-                                         pasteboards->general(), &pasteboards->primary()},
+                                         pasteboards->general(), &pasteboards->primary(), &field},
                     std::move(options), Logger(log, "app.murmel.Test", "text-insertion"));
     subscription = service->onPasteSettled([this](PasteSettlement how) { settled.push_back(how); });
   }
@@ -95,6 +96,7 @@ class DeliveryDesk : public X11TargetDesk {
   std::unique_ptr<X11Pasteboards> pasteboards;
   std::unique_ptr<X11KeyboardPoster> keyboard;
   std::unique_ptr<X11SecureInput> secureInput;
+  AccessibleFocusedField field{loop.executor};
   UsersKeyboard user;
   std::vector<PasteSettlement> settled;
   std::optional<TextInsertionService> service;

@@ -179,8 +179,10 @@ TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
     desk.usersClipboard = std::move(copied);
     desk.service->beginDictationSession();
     ASSERT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-    ASSERT_EQ(desk.loop.await(desk.service->finishPasteCleanup()),
-              TextDeliveryResult::insertedAndClipboardRestored);
+    // On a busy machine the clean-up may have been through by itself.
+    desk.loop.await(desk.service->finishPasteCleanup());
+    ASSERT_EQ(desk.settled.size(), static_cast<std::size_t>(delivery));
+    ASSERT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
     desk.service->endDictationSession();
     descriptors.push_back(entries("/proc/self/fd"));
     threads.push_back(entries("/proc/self/task"));

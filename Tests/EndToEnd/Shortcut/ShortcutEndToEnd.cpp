@@ -1,7 +1,7 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/KeyModifiers.h"
-#include "Platform/Linux/X11Keys/EvdevKeyTable.h"
+#include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
 #include "Shortcut/HotkeyService.h"
 #include "Shortcut/ShortcutChoice.h"

@@ -38,6 +38,24 @@ class KillableLauncher final : public ProcessLauncher {
   std::atomic<pid_t> last_ = 0;
 };
 
+/// Counts the requests.
+class CountedProvider final : public TranscriptionProvider {
+ public:
+  explicit CountedProvider(std::unique_ptr<TranscriptionProvider> provider)
+      : provider_(std::move(provider)) {}
+  [[nodiscard]] const std::string& providerID() const override { return provider_->providerID(); }
+  Task<Result<TranscriptionResult>> transcribe(CapturedAudio audio,
+                                               std::optional<std::string> language) override {
+    ++requests_;
+    return provider_->transcribe(std::move(audio), std::move(language));
+  }
+  [[nodiscard]] int requests() const { return requests_; }
+
+ private:
+  std::unique_ptr<TranscriptionProvider> provider_;
+  int requests_ = 0;
+};
+
 /// Dictates into an incremental session with the application's own speech worker. Segments are cut in no
 /// time; recognition takes its time.
 class RealRecogniser : public ::testing::Test {
@@ -47,7 +65,7 @@ class RealRecogniser : public ::testing::Test {
         FluidAudioProvider::create({executor, clock, launcher}, {MURMEL_RESOURCES_DIR, "test"}, models,
                                    ExecutableRuntimePolicy(MURMEL_RESOURCES_DIR, std::nullopt, nullptr));
     ASSERT_TRUE(made.has_value()) << made.error().localizedDescription();
-    provider = *std::move(made);
+    provider = std::make_shared<CountedProvider>(*std::move(made));
   }
 
   /// `whileRecognising` is called all the time.
@@ -83,7 +101,7 @@ class RealRecogniser : public ::testing::Test {
   SystemClock clock;
   KillableLauncher launcher;
   ModelManager models{executor};
-  std::shared_ptr<TranscriptionProvider> provider;
+  std::shared_ptr<CountedProvider> provider;
   KeptLog log;
   DictationDiagnostics figures;
 };

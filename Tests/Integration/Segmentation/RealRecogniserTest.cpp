@@ -4,8 +4,13 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iostream>
+#include <iterator>
 #include <limits>
+#include <map>
+#include <optional>
 #include <random>
+#include <utility>
 
 using namespace murmel;
 
@@ -23,7 +28,8 @@ std::vector<std::string> spokenWords(std::string_view text) {
   std::vector<std::string> words;
   for (const auto word : text::words(text)) {
     std::string plain;
-    for (const auto character : text::characters(text::caseFolded(word)))
+    const auto folded = text::caseFolded(word);
+    for (const auto character : text::characters(folded))
       if (text::isLetter(character) || character == "'") plain += character;
     if (!plain.empty()) words.push_back(plain);
   }
@@ -48,44 +54,52 @@ using WithRealRecogniser = RealRecogniser;
 
 TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWhole) {
   const auto speech =
-      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 6), NaturalSpeech::Transcripts::needed);
+      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 12), NaturalSpeech::Transcripts::needed);
   const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 5);
   std::vector<std::string> expected;
   for (const auto& transcript : speech.transcripts)
     std::ranges::copy(spokenWords(transcript), std::back_inserter(expected));
   std::map<double, double> errorRate;
-  for (const double target : {infinite, 15.0, 3.0}) {
+  for (const double target : {infinite, 3.0}) {
     const auto result = dictate({joined.samples, NaturalSpeech::sampleRate}, target);
     ASSERT_TRUE(result.has_value()) << result.error().localizedDescription();
     EXPECT_EQ(result->failedPieces, 0);
     const auto errors = wordErrors(expected, spokenWords(result->text.reveal()));
     errorRate[target] = 100.0 * static_cast<double>(errors) / static_cast<double>(expected.size());
-    RecordProperty("errors_target_" + std::to_string(target), std::to_string(errorRate[target]));
     std::cout << "target " << target << ": " << result->pieces.size() << " pieces, word error rate "
               << errorRate[target] << " % of " << expected.size() << " words\n";
   }
-  EXPECT_LE(errorRate[15], errorRate[infinite] + 1);
   EXPECT_LE(errorRate[3], errorRate[infinite] + 1);
 }
 
 TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {
-  const auto speech = NaturalSpeech::load("en", 2, wanted("MURMEL_PROMPTS", 5));
+  const auto speech = NaturalSpeech::load("en", 2, wanted("MURMEL_PROMPTS", 4));
   const auto joined = JoinedSpeech::join(speech, 0.8, 1.2, 7);
   const PendingCapturedAudio audio{joined.samples, NaturalSpeech::sampleRate};
+  const auto begin = clock.now();
   const auto undisturbed = dictate(audio, 3);
   ASSERT_TRUE(undisturbed.has_value());
+  const auto oneRequest = durationToSeconds(clock.now() - begin) / static_cast<double>(provider->requests());
 
+  // Every second request is to lose its worker at some moment, but for those that end before that.
   std::mt19937 random(3);
   std::size_t kills = 0;
-  const auto most = wanted("MURMEL_KILLS", 4);
-  auto next = clock.now();
+  const auto most = wanted("MURMEL_KILLS", 3);
+  int followed = provider->requests();
+  std::optional<Instant> next;
   const auto disturbed = dictate(audio, 3, [&] {
-    if (kills == most || clock.now() < next) return;
+    if (followed != provider->requests()) {
+      followed = provider->requests();
+      next.reset();
+      const auto after = std::uniform_real_distribution<double>(0, oneRequest)(random);
+      if (random() % 2 == 0) next = clock.now() + secondsToDuration(after);
+    }
+    if (kills == most || !next || clock.now() < *next) return;
+    next.reset();
     if (launcher.kill()) ++kills;
-    next = clock.now() + std::chrono::milliseconds(200 + random() % wanted("MURMEL_KILL_PAUSE", 2'000));
   });
   ASSERT_TRUE(disturbed.has_value()) << disturbed.error().localizedDescription();
-  EXPECT_GE(kills, 3U);
+  EXPECT_GE(kills, 1U);
   std::cout << kills << " kills, " << disturbed->pieces.size() << " pieces\n";
   EXPECT_EQ(disturbed->text, undisturbed->text);
   EXPECT_EQ(disturbed->failedPieces, 0);

@@ -43,17 +43,42 @@ std::string statusLine(pid_t process, const char* file, std::string_view name) {
   return {};
 }
 
-class RealSpeechWorker : public ::testing::Test {
+/// One engine of the worker: the folder of its model, a request's audio, and what it makes of it.
+struct Engine {
+  const char* name;
+  std::string model;
+  std::string recording;
+  std::string_view words;
+  double leastShare;
+};
+
+const Engine pocketSphinx{"PocketSphinx", std::string(packagedSpeechModelFolder),
+                          "sense_and_sensibility_01_austen_64kb-0880", "he was not an ill disposed young man",
+                          0.5};
+
+std::vector<Engine> engines() {
+  std::vector<Engine> all{pocketSphinx};
+#if defined(MURMEL_TINY_PARAKEET)
+  // Its model is a toy that hears one word in everything.
+  all.push_back({"Parakeet", MURMEL_TINY_PARAKEET, pocketSphinx.recording, "murmel murmel murmel", 1.0});
+#endif
+  return all;
+}
+
+/// What every test with a real worker needs.
+class WorkerDriver {
  protected:
   Result<WorkerMessage> read() { return channel_->readMessage(std::chrono::seconds(60)); }
   void write(std::string_view line) {
     ASSERT_TRUE(channel_->writeLine(line, std::chrono::seconds(60)).has_value());
   }
-  void startWorker(std::vector<std::string> arguments = {
-                       "--model-dir", std::string(packagedSpeechModelFolder), "--precision", "int8"}) {
+  void startWorker(std::vector<std::string> arguments) {
     auto launched = launcher.launch({worker, std::move(arguments), {}});
     ASSERT_TRUE(launched.has_value()) << launched.error();
-    process = *std::move(launched);
+    adopt(*std::move(launched));
+  }
+  void adopt(std::unique_ptr<ChildProcess> child) {
+    process = std::move(child);
     channel_.emplace(process->input(), process->output(), clock, cancellation_);
   }
 
@@ -67,9 +92,16 @@ class RealSpeechWorker : public ::testing::Test {
   std::optional<WorkerChannel> channel_;
 };
 
+class RealSpeechWorker : public WorkerDriver, public ::testing::TestWithParam<Engine> {
+ protected:
+  void startWorker() { WorkerDriver::startWorker({"--model-dir", GetParam().model, "--precision", "int8"}); }
+};
+
+class SpeechWorkerAlone : public WorkerDriver, public ::testing::Test {};
+
 }  // namespace
 
-TEST_F(RealSpeechWorker, TurnsSpeechIntoWordsThroughTheApplicationsProvider) {
+TEST_F(SpeechWorkerAlone, TurnsSpeechIntoWordsThroughTheApplicationsProvider) {
   ModelManager models(executor);
   std::optional<bool> ready;
   auto provider = FluidAudioProvider::create({executor, clock, launcher}, {resources, "test"}, models,
@@ -84,10 +116,12 @@ TEST_F(RealSpeechWorker, TurnsSpeechIntoWordsThroughTheApplicationsProvider) {
   EXPECT_GE(shareHeard((*request)->text.reveal(), "he might even have been made amiable himself"), 0.7);
 }
 
-TEST_F(RealSpeechWorker, SaysWhatIsMissingBeforeAnythingStarts) {
+TEST_F(SpeechWorkerAlone, SaysWhatIsMissingBeforeAnythingStarts) {
   const TemporaryFolder empty;
   const ModelManager models(executor);
-  const ModelManager nothing(executor, empty.path());
+  auto elsewhere = packagedSpeechModel();
+  elsewhere.folder = empty.path();
+  const ModelManager nothing(executor, {elsewhere});
   const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
   const FluidAudioProvider::Services services{executor, clock, launcher};
   const auto withoutModel = FluidAudioProvider::create(services, {resources, "test"}, nothing, policy);
@@ -98,7 +132,7 @@ TEST_F(RealSpeechWorker, SaysWhatIsMissingBeforeAnythingStarts) {
   EXPECT_EQ(withoutWorker.error(), MRMError(MRMError::Case::workerMissing));
 }
 
-TEST_F(RealSpeechWorker, RefusesMalformedRequestsAndGoesOn) {
+TEST_P(RealSpeechWorker, RefusesMalformedRequestsAndGoesOn) {
   startWorker();
   ASSERT_EQ(read()->event, "ready");
   struct Row {
@@ -132,15 +166,15 @@ TEST_F(RealSpeechWorker, RefusesMalformedRequestsAndGoesOn) {
     EXPECT_EQ(reply->errorType, row.error);
     EXPECT_EQ(reply->id, row.id);
   }
-  const CapturedAudio audio{samplesOf("sense_and_sensibility_01_austen_64kb-0880")};
+  const CapturedAudio audio{samplesOf(GetParam().recording)};
   write(*encodeWorkerRequest(9, audio, "en"));
   const auto reply = read();
   ASSERT_TRUE(reply.has_value() && reply->text.has_value());
   EXPECT_EQ(reply->id, 9);
-  EXPECT_GE(shareHeard(reply->text->reveal(), "he was not an ill disposed young man"), 0.5);
+  EXPECT_GE(shareHeard(reply->text->reveal(), GetParam().words), GetParam().leastShare);
 }
 
-TEST_F(RealSpeechWorker, RunsWithoutAnyWayToReachOut) {
+TEST_P(RealSpeechWorker, RunsWithoutAnyWayToReachOut) {
   startWorker();
   ASSERT_EQ(read()->event, "ready");
   const auto number = process->identifier();
@@ -150,14 +184,14 @@ TEST_F(RealSpeechWorker, RunsWithoutAnyWayToReachOut) {
   EXPECT_EQ(process->runningIdentity(), process->launchedIdentity());
 }
 
-TEST_F(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
+TEST_P(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
   const TemporaryFolder folder;
   const auto printed = folder.path() / "printed";
   const auto run = [&](const std::string& arguments) {
     return std::system(
         (worker.string() + " " + arguments + " </dev/null >" + printed.string() + " 2>&1").c_str());
   };
-  const auto model = std::string(packagedSpeechModelFolder);
+  const auto& model = GetParam().model;
   EXPECT_EQ(run("--model-dir " + model + " --precision int8"), 0);
   std::ifstream lines(printed);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(lines), {}),
@@ -165,7 +199,7 @@ TEST_F(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
   EXPECT_NE(run("--model-dir " + model), 0);
 }
 
-TEST_F(RealSpeechWorker, SaysWhyItCannotBegin) {
+TEST_F(SpeechWorkerAlone, SaysWhyItCannotBegin) {
   const TemporaryFolder empty;
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
       {{"--model-dir", empty.path().string(), "--precision", "int8"}, "speech model could not be loaded"},
@@ -185,3 +219,78 @@ TEST_F(RealSpeechWorker, SaysWhyItCannotBegin) {
     EXPECT_FALSE(read().has_value()) << "it has ended";
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, RealSpeechWorker, ::testing::ValuesIn(engines()),
+                         [](const auto& engine) { return std::string(engine.param.name); });
+
+#if defined(MURMEL_TINY_PARAKEET)
+
+class ParakeetWorker : public WorkerDriver, public ::testing::Test {
+ protected:
+  static std::string content() {
+    std::ifstream file(std::filesystem::path(MURMEL_TINY_PARAKEET) / "ggml-parakeet-tiny.bin",
+                       std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  /// What the worker says first with this model file.
+  std::string beginning(const std::string& model) {
+    std::ofstream(folder.path() / "ggml-parakeet-tiny.bin", std::ios::binary | std::ios::trunc) << model;
+    startWorker({"--model-dir", folder.path().string(), "--precision", "int8"});
+    const auto message = read();
+    if (!message) return message.error().localizedDescription();
+    return message->event == "error" ? message->errorType.value_or("") : message->event;
+  }
+  TemporaryFolder folder;
+};
+
+TEST_F(ParakeetWorker, SaysThatAModelIsCutOrForeignWhereverItEnds) {
+  const auto whole = content();
+  ASSERT_EQ(beginning(whole), "ready");
+  const std::string refusal = "speech model could not be loaded";
+  // The weights begin after the header, the two tables, the durations and the words.
+  const auto weights = whole.find("encoder.pre_encode.out.weight");
+  ASSERT_NE(weights, std::string::npos);
+  const auto firstTensor = weights - 5 * sizeof(std::int32_t);
+  for (const auto size : {std::size_t{0}, std::size_t{3}, std::size_t{4}, std::size_t{60}, std::size_t{1'000},
+                          firstTensor - 1, firstTensor, firstTensor + 2, firstTensor + 4, weights,
+                          weights + 29, weights + 30, whole.size() / 2, whole.size() - 4, whole.size() - 1}) {
+    EXPECT_EQ(beginning(whole.substr(0, size)), refusal) << "cut to " << size << " of " << whole.size();
+  }
+  EXPECT_EQ(beginning(std::string(whole.size(), '\0')), refusal);
+  EXPECT_EQ(beginning("GGUF" + whole.substr(4)), refusal);
+  auto hostile = whole;
+  hostile.replace(4, 4, "\xff\xff\xff\x7f", 4);  // a vocabulary of two thousand million words
+  EXPECT_EQ(beginning(hostile), refusal);
+}
+
+TEST_F(ParakeetWorker, RecognisesALongRecordingInPieces) {
+  startWorker({"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"});
+  ASSERT_EQ(read()->event, "ready");
+  // The toy hears its word about three times a second, whatever the pieces are.
+  std::size_t id = 0;
+  for (const int seconds : {1, 49, 125}) {
+    std::vector<std::uint8_t> samples(static_cast<std::size_t>(seconds) * 32'000);
+    std::uint32_t noise = 1;
+    for (auto& byte : samples)
+      byte = static_cast<std::uint8_t>((noise = noise * 1'664'525 + 1'013'904'223) >> 27);
+    write(*encodeWorkerRequest(static_cast<std::int64_t>(++id), CapturedAudio{std::move(samples)},
+                               std::nullopt));
+    const auto reply = read();
+    ASSERT_TRUE(reply.has_value() && reply->text.has_value());
+    const auto words = text::words(reply->text->reveal()).size();
+    EXPECT_GE(words, static_cast<std::size_t>(3 * seconds));
+    EXPECT_LE(words, static_cast<std::size_t>(4 * seconds));
+  }
+}
+
+TEST_F(ParakeetWorker, SaysThatTheEngineIsMissing) {
+  const auto copy = folder.path() / "Workers" / FluidAudioProvider::workerName;
+  std::filesystem::create_directory(copy.parent_path());
+  std::filesystem::copy(worker, copy);
+  auto launched = launcher.launch({copy, {"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"}, {}});
+  ASSERT_TRUE(launched.has_value());
+  adopt(*std::move(launched));
+  EXPECT_EQ(read()->errorType, "speech engine is missing from the app");
+}
+
+#endif

@@ -3,6 +3,7 @@
 #include "Delivery/TextInsertionService.h"
 #include "Foundation/Log.h"
 #include "Foundation/Scope.h"
+#include "Platform/Fake/FakeFocusedField.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeSecureInput.h"
@@ -59,7 +60,7 @@ class DeliveryHarness {
     options.ownProcess = ownProcess;
     options.shouldRestorePreviousClipboard = restoresClipboard;
     service.emplace(
-        TextInsertionDesktop{executor, executor, workspace, keyboard, secureInput, general, &primary},
+        TextInsertionDesktop{executor, executor, workspace, keyboard, secureInput, general, &primary, &field},
         std::move(options), Logger(log, "app.murmel.Test", "text-insertion"));
     settlements = service->onPasteSettled([this](PasteSettlement how) { settled.push_back(how); });
     executor.advance(std::chrono::seconds(1));
@@ -99,6 +100,7 @@ class DeliveryHarness {
   FakeWorkspace workspace{executor};
   FakeKeyboardPoster keyboard{executor, workspace};
   FakeSecureInput secureInput;
+  FakeFocusedField field;
   FakePasteboard general{executor, executor};
   FakePasteboard primary{executor, executor};
   std::optional<TextInsertionService> service;

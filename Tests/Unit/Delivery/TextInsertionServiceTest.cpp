@@ -61,6 +61,8 @@ TEST(TextInsertionService, CopiesWhereItMayNotPaste) {
          desk.workspace.setActivationTime(std::nullopt);
          desk.workspace.bringToFront(application(ownProcess, "Murmel"));
        }},
+      {"the focus is in a password field", LiveInsertionBlock::secureInput, nothing,
+       [](DeliveryHarness& desk) { desk.field.setHidesText(true); }},
       {"a password is being typed", LiveInsertionBlock::secureInput, nothing,
        [](DeliveryHarness& desk) { desk.secureInput.setEnabled(true); }},
       {"keys may not be posted", LiveInsertionBlock::noPermission, nothing,

@@ -19,6 +19,10 @@ constexpr SpeechModelFile files[] = {
     {"acoustic/means", 3, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},  // abc
 };
 
+SpeechModel modelIn(const std::filesystem::path& folder) {
+  return {folder, {std::begin(files), std::end(files)}};
+}
+
 class InstalledModel : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -42,7 +46,7 @@ class InstalledModel : public ::testing::Test {
 
   TemporaryFolder folder;
   ManualExecutor executor;
-  ModelManager manager{executor, folder.path(), files};
+  ModelManager manager{executor, {modelIn(folder.path())}};
 };
 
 constexpr auto missing = SpeechModelState::missing;
@@ -84,6 +88,12 @@ TEST_F(InstalledModel, IsMissingWhenAnythingIsWrong) {
          ASSERT_EQ(::mkfifo((folder.path() / "words.txt").c_str(), 0600), 0);
        },
        true},
+      {"a link in place of a file",
+       [&] {
+         std::filesystem::rename(folder.path() / "words.txt", folder.path() / "elsewhere");
+         std::filesystem::create_symlink("elsewhere", folder.path() / "words.txt");
+       },
+       true},
       {"other contents of the same size", [&] { write("words.txt", "hellO"); }, false},
   };
   for (const auto& row : rows) {
@@ -96,6 +106,7 @@ TEST_F(InstalledModel, IsMissingWhenAnythingIsWrong) {
     EXPECT_EQ(manager.requiredItemsPresent(folder.path()), !row.seenAtOnce);
     const auto states = validate();
     EXPECT_EQ(states.front(), row.seenAtOnce ? missing : verifying);
+    EXPECT_FALSE(manager.requiredItemsPresent(folder.path())) << "known to be wrong by now";
     EXPECT_EQ(states.back(), missing);
     EXPECT_FALSE(manager.verifyArtifacts(folder.path()));
   }
@@ -136,12 +147,83 @@ TEST_F(InstalledModel, VerifiesOtherFoldersByTheirOwnContents) {
 TEST_F(InstalledModel, SaysNothingMoreOnceItIsDestroyed) {
   int told = 0;
   {
-    ModelManager shortLived(executor, folder.path(), files);
+    ModelManager shortLived(executor, {modelIn(folder.path())});
     const auto subscription = shortLived.onInventoryChange([&] { ++told; });
     shortLived.validate();
   }
   executor.runUntilIdle();
   EXPECT_EQ(told, 0);
+}
+
+/// Two models, the preferred one in "best".
+class SeveralModels : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (const auto* name : {"best", "fallback"}) write(name, "hello");
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::filesystem::create_directories(folder.path() / name);
+    std::ofstream(folder.path() / name / "words.txt", std::ios::binary | std::ios::trunc) << text;
+  }
+  std::string active(ModelManager& manager) {
+    manager.validate();
+    EXPECT_TRUE(executor.waitUntil([&] { return manager.state() != verifying; }));
+    if (manager.state() != good) return "none, wants " + manager.activeModelURL().filename().string();
+    return manager.activeModelURL().filename().string();
+  }
+  [[nodiscard]] std::vector<SpeechModel> models() const {
+    return {{folder.path() / "best", {files[0]}}, {folder.path() / "fallback", {files[0]}}};
+  }
+
+  TemporaryFolder folder;
+  ManualExecutor executor;
+};
+
+TEST_F(SeveralModels, TheBestThatIsWholeIsActive) {
+  ModelManager manager(executor, models());
+  EXPECT_EQ(active(manager), "best");
+  write("best", "hellO");
+  EXPECT_EQ(active(manager), "fallback");
+  write("best", "hell");
+  EXPECT_EQ(active(manager), "fallback");
+  write("fallback", "");
+  EXPECT_EQ(active(manager), "none, wants best");
+  // Repaired, and whoever holds the other model is told.
+  int told = 0;
+  const auto subscription = manager.onInventoryChange([&] { ++told; });
+  write("best", "hello");
+  EXPECT_EQ(active(manager), "best");
+  executor.runUntilIdle();
+  EXPECT_GT(told, 0);
+}
+
+TEST_F(SeveralModels, ReadsNothingAgainAfterARestart) {
+  const auto memory = folder.path() / "memory.json";
+  {
+    ModelManager manager(executor, models(), memory);
+    EXPECT_EQ(active(manager), "best");
+  }
+  ModelManager restarted(executor, models(), memory);
+  restarted.validate();
+  EXPECT_EQ(restarted.state(), good) << "known at once";
+  // But a change while nobody looked is noticed.
+  write("best", "hellO");
+  ModelManager again(executor, models(), memory);
+  again.validate();
+  EXPECT_EQ(again.state(), verifying);
+  EXPECT_EQ(active(again), "fallback");
+}
+
+TEST_F(SeveralModels, ADamagedMemoryOnlyCostsTime) {
+  const auto memory = folder.path() / "memory.json";
+  for (const auto* text : {"", "null", "[1,2]", "{\"x\":{}}", "{\"x\":{\"size\":-1}}", "\xff\xfe"}) {
+    std::ofstream(memory, std::ios::trunc) << text;
+    ModelManager manager(executor, models(), memory);
+    EXPECT_EQ(active(manager), "best") << text;
+  }
+  // A memory that cannot be written neither.
+  ModelManager manager(executor, models(), folder.path() / "no" / "such" / "memory.json");
+  EXPECT_EQ(active(manager), "best");
 }
 
 TEST(PackagedModel, IsTheOneThatTheManagerKnows) {

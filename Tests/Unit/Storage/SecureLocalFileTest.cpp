@@ -364,3 +364,28 @@ TEST_F(SecureLocalFileTest, AReaderLeavesALiveWritersFilesAlone) {
   EXPECT_EQ(read(), "new");
   expectTidy();
 }
+
+TEST_F(SecureLocalFileTest, AReaderFollowsAWriterThatExchangesFileAndKeyUnderIt) {
+  /// Another process writes between our look at the file and our look for its key.
+  class Interrupted final : public LocalEncryptionKeyStore {
+   public:
+    Interrupted(LocalEncryptionKeyStore& store, SecureLocalFile& writer) : store_(store), writer_(writer) {}
+    SecureResult<NamedKey> createKey(const Announce& announce) override { return store_.createKey(announce); }
+    SecureResult<std::optional<SecretBytes>> key(const std::string& identifier) override {
+      if (writes-- > 0) (void)writer_.write(bytesOf("newer words"));
+      return store_.key(identifier);
+    }
+    SecureResult<void> deleteKey(const std::string& identifier) override {
+      return store_.deleteKey(identifier);
+    }
+    int writes = 2;
+
+   private:
+    LocalEncryptionKeyStore& store_;
+    SecureLocalFile& writer_;
+  };
+  ASSERT_TRUE(write("old words"));
+  Interrupted interrupted(keys, file);
+  SecureLocalFile reader(files, interrupted, path);
+  EXPECT_EQ(read(reader), "newer words");
+}

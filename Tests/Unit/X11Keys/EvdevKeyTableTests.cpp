@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11Keys/EvdevKeyTable.h"
+#include "Platform/Linux/Keys/EvdevKeyTable.h"
 
 #include <map>
 #include <set>

@@ -1,6 +1,6 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/KeyModifiers.h"
-#include "Platform/Linux/X11Keys/EvdevKeyTable.h"
+#include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/KeyEventTranslator.h"
 
 #include <string>

@@ -1,5 +1,5 @@
 #include "Platform/KeyModifiers.h"
-#include "Platform/Linux/X11Keys/EvdevKeyTable.h"
+#include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/KeyLayout.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/VirtualKeyCode.h"
+#include "Platform/Linux/Keys/KeyRole.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,20 +11,6 @@ struct xkb_keymap;
 struct xkb_state;
 
 namespace murmel {
-
-/// What a key is in the layout of the moment.
-struct KeyRole {
-  enum class Kind {
-    ordinary,
-    modifier,  ///< with a flag, or without one like AltGr
-    capsLock,
-  };
-  Kind kind = Kind::ordinary;
-  VirtualKeyCode keyCode = 0;
-  std::uint64_t flag = 0;  ///< a bit of `keyModifier`, or none
-
-  friend bool operator==(const KeyRole&, const KeyRole&) = default;
-};
 
 /// The keyboard layout with its locks and its active group. Modifier keys are what the layout makes of them
 /// (Caps Lock may be a Control key); every other key is known by its place, whatever it writes.

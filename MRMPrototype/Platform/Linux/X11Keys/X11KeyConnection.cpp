@@ -233,6 +233,11 @@ void X11KeyConnection::requestPressedKeys() {
   xcb_flush(connection_.get());
 }
 
+void X11KeyConnection::awaitServer() {
+  const ReplyPointer<xcb_get_input_focus_reply_t> reply(
+      xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+}
+
 std::optional<PressedKeySet> X11KeyConnection::pressedKeysBefore(const xcb_generic_event_t* event) {
   if (!pressedKeysRequest_) return std::nullopt;
   // An event with the request's own number or a later one was sent after the answer. The difference is

@@ -59,6 +59,8 @@ class X11KeyConnection {
 
   /// Asks for the keys that are down, without waiting.
   void requestPressedKeys();
+  /// Waits until the server has dealt with every request so far.
+  void awaitServer();
   /// The answer, once: with it `event` null or the first event that is younger than the answer.
   std::optional<PressedKeySet> pressedKeysBefore(const xcb_generic_event_t* event);
 

@@ -48,6 +48,8 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
     };
     watch_ = executor_.watchReadable(connection_->descriptor(), drainIfAlive);
     resync();
+    // The keys that are held now must be known before the first event of another program's making.
+    connection_->awaitServer();
     // What the round trips so far have read already does not make the descriptor readable.
     executor_.post(drainIfAlive);
   }

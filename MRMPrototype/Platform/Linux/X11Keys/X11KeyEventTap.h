@@ -22,8 +22,7 @@ struct X11KeyEnvironment {
 /// What a user has to know who chooses Fn as the shortcut, or whose shortcut it is by default.
 inline constexpr std::string_view functionKeyNotice =
     "Most keyboards keep the Fn key to themselves, and X11 cannot carry it. If holding Fn does nothing, "
-    "choose "
-    "Control, Option (Alt) or a key combination as the shortcut.";
+    "choose Ctrl, Alt or a key combination as the shortcut.";
 
 /// Hears every key of an X11 session through XInput2's raw events, on a connection of its own. On Wayland no
 /// program may do that: X clients there hear only the keys of other X clients, so the permission is not

@@ -1,0 +1,141 @@
+#include "Models/ArtifactVerifier.h"
+
+#include "Foundation/Crypto.h"
+#include "Foundation/UniqueDescriptor.h"
+
+#include <cerrno>
+#include <fstream>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::size_t readSize = 1 << 20;
+
+std::int64_t nanoseconds(const timespec& time) {
+  return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+}  // namespace
+
+/// A file while its contents are read: identity and contents are those of the same open file.
+class ArtifactVerifier::OpenedFile {
+ public:
+  explicit OpenedFile(const std::filesystem::path& path)
+      // Not blocking: a FIFO in its place must not stop us. Not through a link: what it points to may belong
+      // to anybody.
+      : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY)) {}
+
+  /// Nothing when it is not there or no regular file.
+  [[nodiscard]] std::optional<FileIdentity> identity() const {
+    struct stat status {};
+    if (!descriptor_ || ::fstat(descriptor_.get(), &status) != 0 || !S_ISREG(status.st_mode))
+      return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
+                        nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
+  }
+
+  /// Nothing when it cannot be read, or when `stopping` becomes true.
+  [[nodiscard]] std::optional<std::string> sha256(const std::atomic<bool>& stopping) const {
+    ::posix_fadvise(descriptor_.get(), 0, 0,
+                    POSIX_FADV_SEQUENTIAL);  // A hint: without it we are only slower.
+    crypto::Sha256 hash;
+    std::vector<std::uint8_t> buffer(readSize);
+    while (!stopping) {
+      const auto count = ::read(descriptor_.get(), buffer.data(), buffer.size());
+      if (count == 0) return crypto::hexadecimal(hash.finish());
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) return std::nullopt;
+      hash.update({buffer.data(), static_cast<std::size_t>(count)});
+    }
+    return std::nullopt;
+  }
+
+ private:
+  UniqueDescriptor descriptor_;
+};
+
+ArtifactVerifier::ArtifactVerifier(std::filesystem::path memory)
+    : memoryFile_(std::move(memory)), known_(read(memoryFile_)) {}
+
+ArtifactVerifier::Finding ArtifactVerifier::look(const ModelArtifact& artifact) const {
+  const auto identity = OpenedFile(artifact.path).identity();
+  if (!identity) return Finding::missing;
+  if (artifact.size && *artifact.size != identity->size) return Finding::wrong;
+  const std::lock_guard lock(mutex_);
+  const auto found = known_.find(artifact.path.native());
+  if (found == known_.end() || found->second.identity != *identity) return Finding::unknown;
+  return found->second.sha256 == artifact.sha256 ? Finding::verified : Finding::wrong;
+}
+
+bool ArtifactVerifier::verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping) {
+  const auto finding = look(artifact);
+  if (finding != Finding::unknown) return finding == Finding::verified;
+  const OpenedFile opened(artifact.path);
+  const auto before = opened.identity();
+  if (!before) return false;
+  const auto digest = opened.sha256(stopping);
+  // Written to while it was read: what was hashed may never have been there as a whole.
+  if (!digest || opened.identity() != before) return false;
+  const bool matches = *digest == artifact.sha256;
+  remember(artifact.path.native(), {*before, *digest}, matches);
+  return matches;
+}
+
+void ArtifactVerifier::remember(const std::string& path, Known known, bool matches) {
+  const std::lock_guard lock(mutex_);
+  known_.insert_or_assign(path, std::move(known));
+  if (matches && !memoryFile_.empty()) write();
+}
+
+ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& file) {
+  Memory memory;
+  if (file.empty()) return memory;
+  std::ifstream stream(file);
+  const auto object = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
+  if (!object.is_object()) return memory;
+  for (const auto& [path, entry] : object.items()) {
+    try {
+      memory[path] = {{entry.at("device").get<std::uint64_t>(), entry.at("inode").get<std::uint64_t>(),
+                       entry.at("size").get<std::uint64_t>(), entry.at("modified").get<std::int64_t>(),
+                       entry.at("changed").get<std::int64_t>()},
+                      entry.at("sha256").get<std::string>()};
+    } catch (const nlohmann::json::exception&) {
+      // An entry that we did not write: the file is read again.
+    }
+  }
+  return memory;
+}
+
+void ArtifactVerifier::write() {
+  // Another process of ours may have verified other files meanwhile. Files that are gone are forgotten.
+  auto merged = read(memoryFile_);
+  for (const auto& [path, known] : known_) merged.insert_or_assign(path, known);
+  nlohmann::json object = nlohmann::json::object();
+  for (const auto& [path, known] : merged) {
+    if (OpenedFile(path).identity() != known.identity) continue;
+    object[path] = {{"device", known.identity.device},   {"inode", known.identity.inode},
+                    {"size", known.identity.size},       {"modified", known.identity.modified},
+                    {"changed", known.identity.changed}, {"sha256", known.sha256}};
+  }
+  const auto temporary = memoryFile_.native() + ".new";
+  std::error_code error;
+  constexpr int indentation = 1;
+  {
+    std::ofstream stream(temporary, std::ios::trunc);
+    stream << object.dump(indentation, ' ', /*ensure_ascii=*/true, nlohmann::json::error_handler_t::replace);
+    if (!stream.flush()) {
+      std::filesystem::remove(temporary, error);
+      return;
+    }
+  }
+  std::filesystem::rename(temporary, memoryFile_, error);
+}
+
+}  // namespace murmel

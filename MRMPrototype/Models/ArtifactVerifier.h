@@ -1,0 +1,72 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace murmel {
+
+/// What tells one state of a file from another without reading it. The time of status change cannot be set
+/// back by whoever writes to the file.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::uint64_t size = 0;     ///< bytes
+  std::int64_t modified = 0;  ///< ns
+  std::int64_t changed = 0;   ///< ns
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// A file of a model and what it must be.
+struct ModelArtifact {
+  std::filesystem::path path;
+  std::optional<std::uint64_t> size;  ///< bytes, where it is known
+  std::string_view sha256;            ///< lower-case hexadecimal; must outlive the artifact
+};
+
+/// Knows which files are what they must be: contents are read once, and again only after a file has changed.
+/// Thread-safe.
+class ArtifactVerifier {
+ public:
+  enum class Finding {
+    missing,   ///< no regular file there (a link is none), or it may not be read
+    wrong,     ///< of another size, or it was read and is something else
+    unknown,   ///< it must be read to tell
+    verified,  ///< it was read, and has not changed since
+  };
+
+  /// `memory`: a file in which the verified files are remembered beyond this process; empty for none. A
+  /// memory that is damaged or cannot be written only makes files be read again.
+  explicit ArtifactVerifier(std::filesystem::path memory = {});
+
+  /// Without reading the contents.
+  [[nodiscard]] Finding look(const ModelArtifact& artifact) const;
+  /// Reads what is not known. Ends early, with false, when `stopping` becomes true.
+  bool verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping);
+
+ private:
+  struct Known {
+    FileIdentity identity;
+    std::string sha256;
+
+    friend bool operator==(const Known&, const Known&) = default;
+  };
+  using Memory = std::map<std::string, Known>;
+
+  class OpenedFile;
+  static Memory read(const std::filesystem::path& file);
+  void write();
+  void remember(const std::string& path, Known known, bool matches);
+
+  const std::filesystem::path memoryFile_;
+  mutable std::mutex mutex_;
+  Memory known_;  ///< what every file that was read contains; guarded
+};
+
+}  // namespace murmel

@@ -1,0 +1,75 @@
+#include "Models/DownloaderLines.h"
+
+#include "Foundation/RawValue.h"
+
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+namespace {
+
+using Json = nlohmann::json;
+using Kind = DownloaderEvent::Kind;
+
+constexpr int protocolVersion = 1;
+
+constexpr auto kinds = std::to_array<RawValueRow<Kind>>({
+    {Kind::ready, "ready"},
+    {Kind::progress, "progress"},
+    {Kind::installed, "installed"},
+    {Kind::failed, "failed"},
+    {Kind::cancelled, "cancelled"},
+    {Kind::refused, "refused"},
+    {Kind::idle, "idle"},
+    {Kind::fatal, "fatal"},
+});
+
+std::string textAt(const Json& object, const char* key) {
+  const auto found = object.find(key);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+std::optional<std::int64_t> numberAt(const Json& object, const char* key) {
+  const auto found = object.find(key);
+  if (found == object.end() || !found->is_number_integer()) return std::nullopt;
+  return found->get<std::int64_t>();
+}
+
+std::string line(const char* command, Json rest) {
+  rest["mrm_downloader_protocol"] = protocolVersion;
+  rest["command"] = command;
+  constexpr int noIndentation = -1;
+  return rest.dump(noIndentation, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace) + '\n';
+}
+
+}  // namespace
+
+std::optional<DownloaderEvent> DownloaderEvent::decode(std::string_view line) {
+  const auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  if (!object.is_object() || numberAt(object, "mrm_downloader_protocol") != protocolVersion)
+    return std::nullopt;
+  const auto kind = std::ranges::find(kinds, textAt(object, "event"), &RawValueRow<Kind>::raw);
+  if (kind == kinds.end()) return std::nullopt;
+  return DownloaderEvent{.kind = kind->value,
+                         .identifier = textAt(object, "identifier"),
+                         .state = textAt(object, "state"),
+                         .received = numberAt(object, "received").value_or(0),
+                         .total = numberAt(object, "total"),
+                         .reason = textAt(object, "reason"),
+                         .message = textAt(object, "message")};
+}
+
+std::string downloader_command::download(const std::vector<std::string>& identifiers,
+                                         MRMModelDownloadImportance importance) {
+  return line("download", {{"identifiers", identifiers}, {"importance", rawValue(importance)}});
+}
+
+std::string downloader_command::cancel(const std::vector<std::string>& identifiers, bool discard) {
+  return line("cancel", {{"identifiers", identifiers}, {"discard", discard}});
+}
+
+std::string downloader_command::runtime(bool active) {
+  return line("runtime", {{"active", active}});
+}
+
+}  // namespace murmel

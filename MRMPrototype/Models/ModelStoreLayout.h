@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace murmel {
+
+/// The folder of the model store below the application's data folder.
+inline constexpr std::string_view modelStoreFolder = "Models";
+/// Below the store: which files have been verified, and in what state.
+inline constexpr std::string_view verificationMemoryName = ".verified.json";
+/// Below the store: where the downloader keeps what is still arriving.
+inline constexpr std::string_view partialDownloadsFolder = ".downloads";
+/// Below the resources folder: the language-model server, in a folder that carries its build number.
+inline constexpr std::string_view llamaServerPath = "Runtime/llama-b10448/llama-server";
+
+/// Below the resources folder: the speech worker's engine for Parakeet models.
+inline constexpr std::string_view parakeetEnginePath = "Workers/mrm-parakeet-engine.so";
+
+}  // namespace murmel

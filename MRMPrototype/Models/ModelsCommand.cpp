@@ -1,0 +1,220 @@
+#include "Models/ModelsCommand.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace murmel {
+
+namespace {
+
+using Finding = InstalledModels::Finding;
+using State = ModelDownloadStatus::State;
+
+constexpr std::string_view usage =
+    "usage: murmel models list              what is installed\n"
+    "       murmel models download [NAME]   fetch a model (the recommended speech model without a name)\n"
+    "       murmel models verify [NAME]     read installed models and compare them with what they must be\n"
+    "       murmel models remove NAME       remove a model\n";
+
+std::string_view wordFor(Finding finding) {
+  switch (finding) {
+    case Finding::missing:
+      return "not installed";
+    case Finding::wrong:
+      return "damaged";
+    case Finding::unknown:
+      return "installed, not verified yet";
+    case Finding::verified:
+      return "installed";
+  }
+  std::unreachable();
+}
+
+std::string megabytes(std::uint64_t bytes) {
+  return fmt::format("{:.0f} MB", static_cast<double>(bytes) / 1e6);
+}
+
+/// The files of one model, as one.
+struct Progress {
+  std::int64_t received = 0;
+  std::int64_t total = 0;
+  bool isTotalKnown = true;
+  std::string state;
+};
+
+std::string bar(const Progress& progress) {
+  constexpr int width = 30;
+  if (!progress.isTotalKnown || progress.total == 0)
+    return fmt::format("{:>6} {}", megabytes(static_cast<std::uint64_t>(progress.received)), progress.state);
+  const auto filled = static_cast<std::size_t>(progress.received * width / progress.total);
+  return fmt::format("[{:<{}}] {:3}% {}", std::string(filled, '#'), width,
+                     progress.received * 100 / progress.total, progress.state);
+}
+
+}  // namespace
+
+ModelsCommand::ModelsCommand(Executor& executor, const std::filesystem::path& root,
+                             ModelDownloadClient* client, Output output,
+                             const std::vector<CatalogModel>& catalog)
+    : executor_(executor),
+      installed_(std::make_shared<InstalledModels>(root)),
+      client_(client),
+      output_(std::move(output)),
+      catalog_(catalog),
+      queue_(executor, "models-command") {}
+
+ModelsCommand::~ModelsCommand() {
+  stopping_ = true;
+}
+
+void ModelsCommand::start(const std::vector<std::string>& arguments, std::function<void(int)> done) {
+  done_ = std::move(done);
+  const auto verb = arguments.empty() ? std::string() : arguments[0];
+  if (arguments.size() > 2) return showUsage();
+  if (verb == "list" && arguments.size() == 1) return list();
+
+  const CatalogModel* model = nullptr;
+  if (arguments.size() == 2) {
+    const auto found = std::ranges::find(catalog_, arguments[1], &CatalogModel::name);
+    if (found == catalog_.end()) {
+      print(fmt::format("There is no model \"{}\"; \"murmel models list\" shows those there are.\n",
+                        arguments[1]));
+      return finish(2);
+    }
+    model = &*found;
+  }
+  if (verb == "download") return download(model != nullptr ? *model : catalog_.front());
+  if (verb == "remove" && model != nullptr) return remove(*model);
+  if (verb != "verify") return showUsage();
+  std::vector<const CatalogModel*> models;
+  for (const auto& entry : catalog_) {
+    if (model == &entry || (model == nullptr && installed_->look(entry.identifiers) != Finding::missing))
+      models.push_back(&entry);
+  }
+  verify(models);
+}
+
+void ModelsCommand::showUsage() {
+  print(std::string(usage));
+  finish(2);
+}
+
+void ModelsCommand::list() {
+  for (const auto& model : catalog_) {
+    const auto finding = installed_->look(model.identifiers);
+    const auto size =
+        finding == Finding::missing ? std::string() : megabytes(installed_->bytes(model.identifiers));
+    print(fmt::format("{:<15} {:<40} {:>8}  {}\n", model.name, model.title, size, wordFor(finding)));
+  }
+  finish(0);
+}
+
+void ModelsCommand::download(const CatalogModel& model) {
+  if (client_ == nullptr) {
+    print("This build cannot download models.\n");
+    return finish(1);
+  }
+  print(fmt::format("{}\n", model.title));
+  changes_ = client_->onChange([this, &model](const auto& identifier, const auto& status) {
+    downloadChanged(model, identifier, status);
+  });
+  client_->download(model.identifiers, model.importance);
+}
+
+void ModelsCommand::downloadChanged(const CatalogModel& model, const std::string& identifier,
+                                    const ModelDownloadStatus& changed) {
+  statuses_.insert_or_assign(identifier, changed);
+  showProgress(model, changed);
+  bool isOver = true;
+  std::optional<ModelDownloadStatus> failure;
+  for (const auto& wanted : model.identifiers) {
+    const auto status = statuses_.find(wanted);
+    isOver = isOver && status != statuses_.end() && status->second.isOver();
+    if (isOver && status->second.state != State::installed) failure = status->second;
+  }
+  if (!isOver) return;
+  changes_.reset();
+  if (output_.isTerminal) print("\n");
+  if (!failure) {
+    print("Installed.\n");
+    return finish(0);
+  }
+  print(failure->state == State::cancelled ? "Stopped. What has arrived is kept for the next time.\n"
+                                           : failure->message + "\n");
+  finish(1);
+}
+
+void ModelsCommand::showProgress(const CatalogModel& model, const ModelDownloadStatus& changed) {
+  Progress progress;
+  for (const auto& identifier : model.identifiers) {
+    const auto found = statuses_.find(identifier);
+    progress.isTotalKnown = progress.isTotalKnown && found != statuses_.end() && found->second.total;
+    if (found == statuses_.end()) continue;
+    progress.received += found->second.received;
+    progress.total += found->second.total.value_or(0);
+  }
+  if (changed.state == State::retrying) progress.state = changed.message + " Trying again.";
+  if (changed.state == State::checking) progress.state = "checking what is there";
+  const auto shown = bar(progress);
+  if (shown == std::exchange(lastShown_, shown)) return;
+  // Over the line before, where that is possible; elsewhere only what a log should hold.
+  if (output_.isTerminal) {
+    print("\r\x1b[K" + shown);
+  } else if (!progress.state.empty()) {
+    print(shown + "\n");
+  }
+}
+
+void ModelsCommand::interrupt() {
+  stopping_ = true;
+  if (client_ == nullptr) return;
+  for (const auto& model : catalog_) {
+    const bool isUnderWay = std::ranges::any_of(model.identifiers, [&](const auto& identifier) {
+      const auto status = client_->status(identifier);
+      return status && !status->isOver();
+    });
+    if (isUnderWay) client_->cancel(model.identifiers);
+  }
+}
+
+void ModelsCommand::verify(const std::vector<const CatalogModel*>& models) {
+  if (models.empty()) {
+    print("No model is installed.\n");
+    return finish(0);
+  }
+  // Read again, all of it: that is what was asked for.
+  queue_.enqueue([this, models, installed = installed_, alive = std::weak_ptr(alive_)] {
+    std::vector<std::pair<const CatalogModel*, bool>> results;
+    for (const auto* model : models)
+      results.emplace_back(model, installed->verifyAgain(model->identifiers, stopping_));
+    executor_.post([this, results, alive] {
+      if (alive.expired()) return;
+      bool allRight = true;
+      for (const auto& [model, isRight] : results) {
+        print(fmt::format("{:<15} {}\n", model->name, isRight ? "verified" : "missing or damaged"));
+        allRight = allRight && isRight;
+      }
+      finish(allRight ? 0 : 1);
+    });
+  });
+}
+
+void ModelsCommand::remove(const CatalogModel& model) {
+  const bool wasThere = installed_->look(model.identifiers) != Finding::missing;
+  const bool isGone = installed_->remove(model.identifiers);
+  print(!isGone    ? "The model could not be removed.\n"
+        : wasThere ? "Removed.\n"
+                   : "The model is not installed.\n");
+  finish(isGone ? 0 : 1);
+}
+
+void ModelsCommand::finish(int status) {
+  // Posted, so that `done` may destroy this object.
+  executor_.post([done = std::exchange(done_, nullptr), status] {
+    if (done) done(status);
+  });
+}
+
+}  // namespace murmel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Foundation/Executor.h"
+#include "Foundation/SerialQueue.h"
+#include "Models/InstalledModels.h"
+#include "Models/ModelCatalog.h"
+#include "Models/ModelDownloadClient.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace murmel {
+
+/// `murmel models list | download [NAME] | verify [NAME] | remove NAME`. One command an object. Main thread.
+class ModelsCommand {
+ public:
+  struct Output {
+    /// Takes text as it is to be shown, line feeds included.
+    std::function<void(std::string_view)> print;
+    /// Whether a line may be written over again with a carriage return.
+    bool isTerminal = false;
+  };
+
+  /// `root`: of the model store. `client` may be nullptr, then nothing can be downloaded. All must outlive
+  /// this.
+  ModelsCommand(Executor& executor, const std::filesystem::path& root, ModelDownloadClient* client,
+                Output output, const std::vector<CatalogModel>& catalog = modelCatalog());
+  ~ModelsCommand();
+
+  /// `arguments` after "models". `done` gets the exit status once: 0; 1 when it failed; 2 for a wrong
+  /// command.
+  void start(const std::vector<std::string>& arguments, std::function<void(int)> done);
+  /// Ends a download early; what has arrived is kept.
+  void interrupt();
+
+ private:
+  void list();
+  void download(const CatalogModel& model);
+  void verify(const std::vector<const CatalogModel*>& models);
+  void remove(const CatalogModel& model);
+  void downloadChanged(const CatalogModel& model, const std::string& identifier,
+                       const ModelDownloadStatus& changed);
+  void showProgress(const CatalogModel& model, const ModelDownloadStatus& changed);
+  void showUsage();
+  void finish(int status);
+  void print(const std::string& text) { output_.print(text); }
+
+  Executor& executor_;
+  std::shared_ptr<InstalledModels> installed_;
+  ModelDownloadClient* client_;
+  Output output_;
+  const std::vector<CatalogModel>& catalog_;
+  std::function<void(int)> done_;
+  Registration changes_;
+  std::map<std::string, ModelDownloadStatus> statuses_;  ///< as told, so that nothing is skipped
+  std::string lastShown_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  std::atomic<bool> stopping_ = false;
+  SerialQueue queue_;
+};
+
+}  // namespace murmel

@@ -1,0 +1,79 @@
+#include "Platform/Fake/ManualExecutor.h"
+#include "Support/DictationRig.h"
+#include "Support/FileBytes.h"
+#include "Support/ProcessTraces.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <fstream>
+#include <iostream>
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+namespace murmel::test {
+
+namespace {
+
+/// What this process holds of the system.
+struct Holdings {
+  std::size_t heapBytes;  ///< in use
+  std::size_t residentBytes;
+  std::size_t descriptors;
+  std::size_t threads;
+
+  static Holdings now() {
+    std::ifstream statm("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    statm >> total >> resident;
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return {::mallinfo2().uordblks, resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)),
+            openDescriptorCount(), static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)))};
+  }
+};
+
+}  // namespace
+
+TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
+  constexpr int warmUp = 100;
+  constexpr int dictations = 500;
+  TemporaryFolder model;
+  model.write("script", bytesOf("ready\nserve\n"));
+  ManualExecutor executor;
+  WorkerRecognition recognition(executor, executor, trustedWorker(MURMEL_SCRIPTED_WORKER, model.path()));
+  {
+    DictationRig rig(executor, executor, recognition, "/usr/share/pocketsphinx/test/data/cards/001.wav",
+                     FileAudioInput::Pace::asFastAsItCan);
+    std::optional<Holdings> before;
+    for (int dictation = 1; dictation <= warmUp + dictations; ++dictation) {
+      rig.coordinator.toggle();
+      ASSERT_TRUE(executor.waitUntil([&] { return rig.pastes == dictation; }))
+          << dictation << ": " << rig.coordinator.state().title();
+      ASSERT_TRUE(rig.pasted.starts_with("id=" + std::to_string(dictation) + " ")) << rig.pasted;
+      // Past the outcome's display and the return of the clipboard.
+      executor.advance(std::chrono::seconds(3));
+      ASSERT_EQ(rig.coordinator.state().which(), DictationState::Case::ready);
+      ASSERT_TRUE(rig.general.contents() == DictationRig::previousClipboard());
+      if (dictation == warmUp) before = Holdings::now();
+    }
+    const auto after = Holdings::now();
+    EXPECT_EQ(rig.pastes, warmUp + dictations);
+    EXPECT_EQ(after.descriptors, before->descriptors);
+    EXPECT_EQ(after.threads, before->threads);
+#ifndef __SANITIZE_ADDRESS__
+    // One dictation's samples are 100 KB; a hundred bytes kept of each would show. The fakes' notes of what
+    // was asked of them are the rest.
+    const auto grown = [](std::size_t now, std::size_t then) { return now > then ? now - then : 0; };
+    const auto heap = grown(after.heapBytes, before->heapBytes);
+    const auto resident = grown(after.residentBytes, before->residentBytes);
+    std::cout << "grown by " << heap << " bytes of the heap, " << resident << " resident\n";
+    EXPECT_LE(heap, 50'000U);
+    EXPECT_LE(resident, 2'000'000U);
+#endif
+  }
+  EXPECT_EQ(contentsOf(model.path() / "starts"), ".") << "one worker served them all";
+  EXPECT_TRUE(executor.waitUntil([] { return !hasChildren(); }));
+}
+
+}  // namespace murmel::test

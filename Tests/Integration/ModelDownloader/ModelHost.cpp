@@ -1,0 +1,96 @@
+#include "Integration/ModelDownloader/ModelHost.h"
+
+#include "Foundation/Crypto.h"
+#include "Foundation/UniqueDescriptor.h"
+
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace murmel::test {
+
+std::string readFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+ModelHost::ModelHost() {
+  int input[2];
+  int output[2];
+  if (::pipe2(input, O_CLOEXEC) != 0 || ::pipe2(output, O_CLOEXEC) != 0) throw std::runtime_error("pipe");
+  posix_spawn_file_actions_t actions;
+  ::posix_spawn_file_actions_init(&actions);
+  ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
+  ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+  std::string program = MURMEL_SOURCE_DIR "/Tests/Support/model-host";
+  std::string folder = folder_.path().string();
+  char* arguments[] = {program.data(), folder.data(), nullptr};
+  if (::posix_spawn(&process_, program.c_str(), &actions, nullptr, arguments, environ) != 0)
+    throw std::runtime_error("the model host cannot be started");
+  ::posix_spawn_file_actions_destroy(&actions);
+  ::close(input[0]);
+  ::close(output[1]);
+  input_ = input[1];
+  FILE* lines = ::fdopen(output[0], "r");
+  char certificate[256];
+  if (std::fscanf(lines, "%d %255s", &port_, certificate) != 2)
+    throw std::runtime_error("the model host did not come up");
+  certificate_ = certificate;
+  std::fclose(lines);
+}
+
+ModelHost::~ModelHost() {
+  ::close(input_);
+  ::waitpid(process_, nullptr, 0);
+}
+
+HostedFile ModelHost::add(const std::string& identifier, std::int64_t bytes, unsigned seed,
+                          const std::string& folder) {
+  std::mt19937 generator(seed);
+  std::string content(static_cast<std::size_t>(bytes), '\0');
+  for (char& byte : content) byte = static_cast<char>(generator());
+  HostedFile file{identifier, {}, bytes, folder, "file-" + identifier};
+  const auto* data = reinterpret_cast<const std::uint8_t*>(content.data());
+  file.sha256 = crypto::hexadecimal(crypto::sha256({data, content.size()}));
+  std::ofstream(folder_.path() / file.file, std::ios::binary) << content;
+  return file;
+}
+
+void ModelHost::addFile(const std::string& name, const std::string& content) const {
+  std::ofstream(folder_.path() / name, std::ios::binary) << content;
+}
+
+std::string ModelHost::address(const std::string& name, const std::string& actions) const {
+  return "https://localhost:" + std::to_string(port_) + "/" + name + ":" + actions + "/";
+}
+
+HostStatistics ModelHost::statistics(const std::string& name, const std::string& actions,
+                                     const HostedFile& file) const {
+  const auto command = "curl -s --noproxy '*' --cacert " + certificate_ +
+                       " https://localhost:" + std::to_string(port_) + "/stats/" + name + ":" + actions;
+  FILE* answer = ::popen(command.c_str(), "r");
+  char line[512];
+  HostStatistics result;
+  while (std::fgets(line, sizeof line, answer) != nullptr) {
+    std::istringstream words(line);
+    std::string which;
+    HostStatistics counted;
+    if (words >> which >> counted.requests >> counted.bytes && which == file.file) result = counted;
+  }
+  ::pclose(answer);
+  return result;
+}
+
+std::string ModelHost::content(const HostedFile& file) const {
+  return readFile(folder_.path() / file.file);
+}
+
+}  // namespace murmel::test

@@ -1,0 +1,116 @@
+#include "Integration/ModelDownloader/RunningDownloader.h"
+
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+
+#include <fstream>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+#include <poll.h>
+#include <unistd.h>
+
+namespace murmel::test {
+
+namespace {
+
+constexpr int longestSilence = 10'000;  // ms
+
+}  // namespace
+
+RunningDownloader::RunningDownloader(const Setting& setting) {
+  const auto manifest = setting.store.string() + ".manifest";
+  std::ofstream list(manifest);
+  for (const auto& file : setting.files) {
+    list << file.identifier << ' ' << file.sha256 << ' '
+         << (file.bytes < 0 ? std::string("-") : std::to_string(file.bytes)) << ' ' << file.folder << ' '
+         << file.file << '\n';
+  }
+  list.close();
+  auto launched = LinuxProcessLauncher().launch(
+      {.executable = MURMEL_BUILD_DIR "/tests/mrm-test-model-downloader",
+       .arguments = {"--manifest", manifest, "--store", setting.store.string(), "--development-host",
+                     setting.address, "--development-certificates", setting.certificate,
+                     "--development-time-scale", setting.timeScale},
+       .environment = {}});
+  if (!launched) throw std::runtime_error(launched.error());
+  process_ = std::move(*launched);
+}
+
+void RunningDownloader::send(const std::string& line) {
+  const auto text = line + "\n";
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const auto count = ::write(process_->input(), rest.data(), rest.size());
+    if (count <= 0) return;
+    rest.remove_prefix(static_cast<std::size_t>(count));
+  }
+}
+
+void RunningDownloader::download(const std::vector<std::string>& identifiers, const std::string& importance) {
+  send(nlohmann::json{{"mrm_downloader_protocol", 1},
+                      {"command", "download"},
+                      {"identifiers", identifiers},
+                      {"importance", importance}}
+           .dump());
+}
+
+void RunningDownloader::cancel(const std::string& identifier, bool discards) {
+  send(nlohmann::json{{"mrm_downloader_protocol", 1},
+                      {"command", "cancel"},
+                      {"identifiers", {identifier}},
+                      {"discard", discards}}
+           .dump());
+}
+
+std::optional<DownloaderEvent> RunningDownloader::next() {
+  while (true) {
+    if (const auto line = lines_.next()) {
+      const auto object = nlohmann::json::parse(line->text);
+      return DownloaderEvent{.event = object.at("event"),
+                             .identifier = object.value("identifier", ""),
+                             .reason = object.value("reason", object.value("state", "")),
+                             .message = object.value("message", ""),
+                             .received = object.value("received", std::int64_t{-1})};
+    }
+    pollfd readable{process_->output(), POLLIN, 0};
+    if (::poll(&readable, 1, longestSilence) <= 0) return std::nullopt;
+    char bytes[64 * 1024];
+    const auto count = ::read(process_->output(), bytes, sizeof bytes);
+    if (count <= 0) {
+      hasEnded_ = true;
+      return std::nullopt;
+    }
+    lines_.append({bytes, static_cast<std::size_t>(count)});
+  }
+}
+
+std::optional<DownloaderEvent> RunningDownloader::waitFor(const std::string& event,
+                                                          const std::string& identifier) {
+  while (auto read = next()) {
+    if (read->event == event && (identifier.empty() || read->identifier == identifier)) return read;
+  }
+  return std::nullopt;
+}
+
+std::vector<DownloaderEvent> RunningDownloader::untilIdle() {
+  std::vector<DownloaderEvent> events;
+  while (auto read = next()) {
+    if (read->event == "progress" || read->event == "ready") continue;
+    events.push_back(*read);
+    if (read->event == "idle") break;
+  }
+  return events;
+}
+
+void RunningDownloader::kill() {
+  process_->terminate(std::chrono::milliseconds::zero());
+}
+
+void RunningDownloader::close() {
+  process_->closeInput();
+  while (next()) {
+  }
+  process_->terminate(std::chrono::seconds(5));
+}
+
+}  // namespace murmel::test

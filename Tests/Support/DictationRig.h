@@ -1,0 +1,176 @@
+#pragma once
+
+#include "Audio/AudioCaptureService.h"
+#include "Audio/FileAudioAuthorization.h"
+#include "Audio/FileAudioInput.h"
+#include "Delivery/TextInsertionService.h"
+#include "Dictation/DictationCoordinator.h"
+#include "Dictation/SettingsTranscriptCleanUp.h"
+#include "Platform/Fake/FakeKeyboardPoster.h"
+#include "Platform/Fake/FakePasteboard.h"
+#include "Platform/Fake/FakeSecureInput.h"
+#include "Platform/Fake/FakeSoundPlayer.h"
+#include "Platform/Fake/FakeWorkspace.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Recognition/FluidAudioProvider.h"
+#include "Segmentation/IncrementalDictationSession.h"
+#include "Support/DictationFakes.h"
+#include "Support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <unistd.h>
+
+namespace murmel::test {
+
+/// Recognises with a worker of the test's, started through the real launcher and kept.
+class WorkerRecognition final : public TranscriptionProviderFactory {
+ public:
+  WorkerRecognition(Executor& executor, const Clock& clock, SpeechWorkerConfiguration configuration)
+      : executor_(executor), clock_(clock), configuration_(std::move(configuration)) {}
+
+  Result<std::shared_ptr<TranscriptionProvider>> make(std::function<void(bool)> warmupCompletion) override {
+    const FluidAudioProvider::Services services{executor_, clock_, launcher_};
+    auto provider = std::make_shared<FluidAudioProvider>(services, "test", configuration_);
+    provider->startWarmup(std::move(warmupCompletion));
+    return provider;
+  }
+
+ private:
+  Executor& executor_;
+  const Clock& clock_;
+  LinuxProcessLauncher launcher_;
+  SpeechWorkerConfiguration configuration_;
+};
+
+inline SpeechWorkerConfiguration trustedWorker(std::filesystem::path worker, std::filesystem::path model) {
+  return {
+      .workerURL = std::move(worker),
+      .modelURL = std::move(model),
+      .modelIntegrityCheck = [](const std::filesystem::path&) { return true; },
+      .mayExecute = [](const std::filesystem::path&) { return true; },
+      .runningProcessIntegrityCheck = [](const ChildProcess&, const std::filesystem::path&) { return true; },
+      .limits = {},
+  };
+}
+
+/// A whole dictation: capture, coordinator, session, worker process and delivery are the application's own.
+/// The microphone is a file, the desktop a fake with one application in front that reads the clipboard as
+/// soon as the paste keys are pressed.
+class DictationRig {
+ public:
+  DictationRig(Executor& executor, Clock& clock, TranscriptionProviderFactory& recognition,
+               const std::filesystem::path& recording, FileAudioInput::Pace pace)
+      : executor_(executor),
+        clock_(clock),
+        input_(opened(executor, clock, recording, pace)),
+        audio_(executor, *input_, authorization_, folder_.path()),
+        workspace_(executor),
+        keyboard_(executor, workspace_),
+        general(executor, clock),
+        primary_(executor, clock),
+        insertion_({executor, clock, workspace_, keyboard_, secureInput_, general, &primary_}, options(),
+                   Logger(log_, "test", "text-insertion")),
+        cleanUp_(settings),
+        sessions_({executor, clock, Logger(log_, "test", "incremental-stages"),
+                   &AudioCaptureService::convertForRecognition}),
+        coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
+                     refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_,
+                     Logger(log_, "test", "dictation-summary"), Logger(log_, "test", "incremental-stages")}) {
+    settings.sounds = false;
+    RunningApplication editor;
+    editor.client = {100, 1'600};
+    editor.bundleIdentifier = "Mousepad";
+    workspace_.bringToFront(editor);
+    general.writeByAnother(previousClipboard());
+    keyboard_.onPosted([this, editor](PasteChord) {
+      pastedAt = clock_.now();
+      reading_ = executor_.after({}, [this, editor] {
+        pasted = general.readBy(editor.client, "UTF8_STRING").value_or("(nothing)");
+        ++pastes;
+      });
+    });
+    settlements_ = insertion_.onPasteSettled([this](PasteSettlement) { ++settled_; });
+    input_->setOnEnd([this](std::expected<void, std::string> end) {
+      if (!end) throw std::runtime_error(end.error());
+      stoppedAt = clock_.now();
+      coordinator.stopAndTranscribe();
+    });
+  }
+
+  /// Whether it is known what became of every paste.
+  [[nodiscard]] bool isSettled() const { return settled_ == pastes; }
+
+  static ClipboardSnapshot previousClipboard() {
+    return {{{{{"text/html", "<b>old</b>", "", 8}, {"image/png", std::string("\x89PNG\0\r\n", 7), "", 8}}}}};
+  }
+
+ private:
+  static std::unique_ptr<FileAudioInput> opened(Executor& executor, Clock& clock,
+                                                const std::filesystem::path& recording,
+                                                FileAudioInput::Pace pace) {
+    auto input = FileAudioInput::open(executor, clock, recording, pace);
+    if (!input) throw std::runtime_error(input.error());
+    return *std::move(input);
+  }
+  static TextInsertionOptions options() {
+    TextInsertionOptions options;
+    options.applicationIdentifier = "app.murmel.Test";
+    options.ownProcess = ::getpid();
+    return options;
+  }
+
+  class NoLog final : public LogSink {
+    void write(LogLevel, std::string_view, std::string_view, std::string_view) override {}
+  };
+  class NoOverlay final : public OverlayController {
+    void update(const DictationState&) override {}
+    void setLevel(double) override {}
+    void showSilentMicrophone(bool) override {}
+  };
+
+  Executor& executor_;
+  Clock& clock_;
+  NoLog log_;
+  TemporaryFolder folder_;
+  FileAudioAuthorization authorization_;
+  std::unique_ptr<FileAudioInput> input_;
+  AudioCaptureService audio_;
+  FakeWorkspace workspace_;
+  FakeKeyboardPoster keyboard_;
+  FakeSecureInput secureInput_;
+
+ public:
+  FakePasteboard general;
+  FakeDictationSettings settings;
+  int pastes = 0;      ///< how often the application in front has read a text
+  std::string pasted;  ///< the last one
+  Instant stoppedAt{};
+  Instant pastedAt{};  ///< when the paste keys were pressed
+
+ private:
+  FakePasteboard primary_;
+  TextInsertionService insertion_;
+  FakeDictationHistory history_;
+  FakeSpeechModelStore models_;
+  FakeRefinementSource refinement_;
+  SettingsTranscriptCleanUp cleanUp_;
+  IncrementalDictationSessionFactory sessions_;
+  FakeUpdateAdmissionGate updates_;
+  FakeDownloadPriority downloads_;
+  NoOverlay overlay_;
+  FakeSoundPlayer sounds_;
+  Registration reading_;
+  Registration settlements_;
+  int settled_ = 0;
+
+ public:
+  DictationCoordinator coordinator;
+};
+
+}  // namespace murmel::test

@@ -1,0 +1,110 @@
+#include "Models/ModelsCommand.h"
+#include "Platform/Fake/FakeProcessLauncher.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace murmel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+constexpr auto required = MRMModelDownloadImportance::required;
+
+class Models : public testing::Test {
+ protected:
+  Models() { std::signal(SIGPIPE, SIG_IGN); }  // as the application does
+  struct Answer {
+    int status;
+    std::string text;
+  };
+  Answer run(const std::vector<std::string>& arguments) {
+    Answer answer{-1, {}};
+    ModelsCommand command(executor, store, &client,
+                          {.print = [&](std::string_view text) { answer.text += text; }, .isTerminal = false},
+                          catalog);
+    command.start(arguments, [&](int status) { answer.status = status; });
+    EXPECT_TRUE(executor.waitUntil([&] { return answer.status >= 0; }));
+    return answer;
+  }
+  void put(const fs::path& place, const std::string& text) const {
+    fs::create_directories((store / place).parent_path());
+    std::ofstream(store / place, std::ios::trunc) << text;
+  }
+
+  // Small files of the real manifest.
+  const std::vector<CatalogModel> catalog{
+      {"first", "First model", {"parakeet:config.json"}, required},
+      {"second", "Second model", {"parakeet:Decoder.mlmodelc/coremldata.bin"}, required},
+  };
+  const fs::path config = "Parakeet/parakeet-tdt-0.6b-v3-coreml/config.json";
+  TemporaryFolder folder;
+  fs::path store = folder.path() / "Models";
+  ManualExecutor executor;
+  FakeProcessLauncher launcher;
+  ModelDownloadClient client{
+      executor,
+      launcher,
+      {.executable = "/downloader", .store = store, .environment = {}, .arguments = {}, .mayExecute = {}}};
+};
+
+TEST_F(Models, ListsVerifiesAndRemovesWhatIsThere) {
+  EXPECT_THAT(run({"list"}).text, HasSubstr("not installed"));
+  EXPECT_EQ(run({"verify"}).text, "No model is installed.\n");
+  put(config, "{}");
+  EXPECT_THAT(run({"list"}).text, HasSubstr("installed, not verified yet"));
+  const auto verified = run({"verify"});
+  EXPECT_EQ(verified.status, 0);
+  EXPECT_THAT(verified.text, HasSubstr("verified"));
+  put(config, "[]");
+  EXPECT_EQ(run({"verify", "first"}).status, 1);
+  EXPECT_EQ(run({"verify", "second"}).status, 1);
+
+  fs::create_directory(store / ".downloads");
+  std::ofstream(store / ".downloads/44136fa355b3678a1146ad16f7e8649e94fb4fc21fe77e8310c060f61caaff8a.part")
+      << "{";
+  EXPECT_EQ(run({"remove", "first"}).text, "Removed.\n");
+  EXPECT_TRUE(fs::is_empty(store)) << "a folder or a temporary file stayed";
+  EXPECT_EQ(run({"remove", "first"}).text, "The model is not installed.\n");
+}
+
+TEST_F(Models, RefusesCommandsThatItDoesNotKnow) {
+  const std::vector<std::vector<std::string>> wrong{
+      {}, {"lists"}, {"remove"}, {"list", "first"}, {"download", "first", "second"}};
+  for (const auto& arguments : wrong) {
+    const auto answer = run(arguments);
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_THAT(answer.text, HasSubstr("usage: murmel models"));
+  }
+  const auto unknown = run({"download", "../first"});
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_THAT(unknown.text, HasSubstr("There is no model \"../first\""));
+}
+
+TEST_F(Models, DownloadsAndTellsHowItEnded) {
+  for (const bool succeeds : {true, false}) {
+    launcher.install("/downloader", [succeeds](FakeChildSide& side) {
+      side.readLine();
+      const std::string head = R"({"mrm_downloader_protocol":1,"identifier":"parakeet:config.json","event":)";
+      side.write(head + R"("progress","state":"retrying","received":0,"total":2,"message":"No network."})" +
+                 "\n");
+      side.write(head +
+                 (succeeds ? R"("installed"})" : R"("failed","reason":"offline","message":"Not there."})") +
+                 "\n");
+      side.write("{\"mrm_downloader_protocol\":1,\"event\":\"idle\"}\n");
+      side.readLine();
+    });
+    const auto answer = run({"download"});
+    EXPECT_EQ(answer.status, succeeds ? 0 : 1);
+    EXPECT_THAT(answer.text, HasSubstr("No network. Trying again."));
+    EXPECT_THAT(answer.text, HasSubstr(succeeds ? "Installed.\n" : "Not there.\n"));
+  }
+}
+
+}  // namespace
+}  // namespace murmel

@@ -1,0 +1,24 @@
+#include "MRMDownloadManifest/MRMDownloadManifest.h"
+#include "Workers/ModelDownloader/Downloader.h"
+#include "Workers/ModelDownloader/Report.h"
+
+#include <cstdio>
+#include <vector>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+int main(int count, char** arguments) {
+  using namespace murmel;
+  ::prctl(PR_SET_NAME, "mrm-model-downl");  // 15 bytes are kept
+  const auto options = downloader::Options::parse({arguments + 1, arguments + count});
+  if (!options) {
+    std::fputs(downloader::lineFor(downloader::FatalReport{options.error()}).c_str(), stdout);
+    return 2;
+  }
+  std::vector<ApprovedModelDownload> manifest(MRMDownloadManifest::all.begin(),
+                                              MRMDownloadManifest::all.end());
+  manifest.insert(manifest.end(), MRMDownloadManifest::parakeetGGML.begin(),
+                  MRMDownloadManifest::parakeetGGML.end());
+  return downloader::runDownloader(*options, manifest, STDIN_FILENO, STDOUT_FILENO);
+}
