@@ -6,6 +6,7 @@
 #include "Workers/SageWorker/CorrectionRequest.h"
 #include "Workers/SageWorker/SageModel.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <new>
@@ -80,6 +81,10 @@ std::expected<void, std::string> run(std::span<char* const> given, ReplyWriter& 
   const SystemClock clock;
   const auto model = SageModel::load(**runtime, arguments->modelDirectory, clock);
   if (!model) return std::unexpected(model.error());
+  // What the libraries put off until they are first used is done before they can open nothing any more, and
+  // the first dictation does not pay for it. The answer does not matter.
+  constexpr auto firstLimit = std::chrono::seconds(5);
+  (void)(*model)->correct("привет", firstLimit);
   if (auto closed = closeDoors(); !closed) return closed;
   LineReader requests(STDIN_FILENO, longestRequest);
   if (replies.ready()) serve(requests, replies, **model);

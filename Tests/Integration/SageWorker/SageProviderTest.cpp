@@ -8,6 +8,7 @@
 #include <atomic>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -171,6 +172,7 @@ TEST_F(SageProvider, NeverWaitsForAModelThatLoads) {
 
 TEST_F(SageProvider, ARequestBehindALoadEndsByItself) {
   bool isFirst = true;
+  std::promise<void> mayEnd;
   launcher.install(worker, [&](FakeChildSide& side) {
     ++starts;
     if (!std::exchange(isFirst, false)) {
@@ -180,13 +182,20 @@ TEST_F(SageProvider, ARequestBehindALoadEndsByItself) {
     side.write(ready);
     const auto line = side.readLine();
     side.write(*formatted(Json::parse(*line)));
+    mayEnd.get_future().wait();
   });
   EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
-  ASSERT_TRUE(executor.waitUntil([&] { return launcher.childCount() == 1; }));
-  provider().startIfNeeded();
+  mayEnd.set_value();
+  // It has ended unnoticed, until somebody looks.
+  ASSERT_TRUE(executor.waitUntil([&] {
+    provider().startIfNeeded();
+    return starts == 2;
+  }));
   Awaiting<Answer> asking(provider().refine("привет"));
-  ASSERT_TRUE(executor.waitUntil([&] { return asking.done() || starts == 2; }));
-  executor.advance(30s);
+  executor.advance(29s);
+  EXPECT_FALSE(asking.done());
+  executor.advance(1s);
+  ASSERT_TRUE(asking.done());
   EXPECT_EQ(described(asking), "RAW");
 }
 
