@@ -104,6 +104,7 @@ int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& fo
   const QCoreApplication application(argumentCount, arguments);
   QtExecutor executor;
   const auto models = ModelManager::forStore(executor, modelStore(folders), folders.resources);
+  models->validate();
   bool worksWithoutDesktop = true;
   PosixFileSystem files;
   JsonDefaultsStore defaults(files, defaultsFile(folders.configuration));
