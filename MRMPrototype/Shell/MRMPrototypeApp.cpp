@@ -101,6 +101,9 @@ void MRMPrototypeApp::wireDictation() {
   observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
     if (property == SettingsProperty::overlayPosition)
       pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
+    if (property == SettingsProperty::smartFormatting || property == SettingsProperty::smartLocalModel) {
+      keepRefinersWarm();
+    }
     if (property == SettingsProperty::historyRetention) {
       storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
     }
@@ -164,6 +167,14 @@ void MRMPrototypeApp::wireCommands() {
 
 void MRMPrototypeApp::reopen() {
   openSetupWindow();
+}
+
+void MRMPrototypeApp::keepRefinersWarm() {
+  if (storage_.settings.smartFormatting()) {
+    speech_.refinement.warmUp();
+  } else {
+    speech_.refiners.shutdown();
+  }
 }
 
 void MRMPrototypeApp::tellAboutSettings() {

@@ -53,6 +53,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void wireDictation();
   void wireShortcut();
   void wireCommands();
+  /// The chosen model is loaded while formatting is on, and none while it is off.
+  void keepRefinersWarm();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
   void tellAboutDownload(const std::string& sentence);
