@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <vector>
 
@@ -57,15 +58,18 @@ class Bench {
   double dictate() {
     const int before = rig.pastes;
     rig.coordinator.toggle();
-    while (rig.pastes == before) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    runUntil([&] { return rig.pastes > before && !rig.coordinator.state().isBusy(); });
     // The user copies something: the next dictation does not have to bring the clipboard back first.
     rig.general.writeByAnother(DictationRig::previousClipboard());
-    while (rig.coordinator.state().isBusy() || !rig.isSettled())
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    runUntil([&] { return rig.isSettled(); });
     return durationToSeconds(rig.pastedAt - rig.stoppedAt);
   }
 
  private:
+  static void runUntil(const std::function<bool()>& condition) {
+    while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+
   int argumentCount_ = 0;
   QCoreApplication application_{argumentCount_, nullptr};
   QtExecutor executor_;
