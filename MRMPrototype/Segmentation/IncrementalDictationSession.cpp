@@ -46,9 +46,6 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
     slowRequest_ = slow;
     updateBacklog();
   };
-  log_.event(LogLevel::info, "session_started",
-             {{"target_seconds", configuration_.targetSegmentSeconds},
-              {"live_callback", static_cast<bool>(configuration_.onPhrase)}});
 }
 
 void IncrementalDictationSession::append(PendingCapturedAudio audio) {
