@@ -2,12 +2,19 @@
 add_library(murmel_options INTERFACE)
 target_compile_options(murmel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-  -Wimplicit-fallthrough -Wundef -Werror)
+  -Wimplicit-fallthrough -Wundef)
+if(MURMEL_WARNINGS_ARE_ERRORS)
+  target_compile_options(murmel_options INTERFACE -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(murmel_options INTERFACE -Wduplicated-cond -Wlogical-op
-    # g++ 12 reports impossible paths through std::expected and coroutine frames.
-    -Wno-maybe-uninitialized)
+    # g++ 12 reports impossible paths through std::expected, coroutine frames and inlined std::string copies.
+    -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
 endif()
+
+# The same code generation everywhere, so that all targets can share precompiled headers: Qt asks for -fPIC, some
+# libraries for threads.
+add_compile_options(-pthread -fPIC -fno-semantic-interposition)
 
 if(MURMEL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
@@ -16,5 +23,7 @@ endif()
 
 find_program(MURMEL_CCACHE ccache)
 if(MURMEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${MURMEL_CCACHE}")
+  # Without these a file that uses precompiled headers is never taken from the cache.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${MURMEL_CCACHE}")
 endif()

@@ -1,20 +1,39 @@
 # One folder is one target. The link dependencies declared here are the module graph: a module sees the
 # headers of the source tree, but links only what it names, and the layering test reads its includes.
 
+# What nearly every file includes, compiled once: one set for the product, one for the tests. Files keep their own
+# includes; the preset `core-only` builds without.
+option(MURMEL_PRECOMPILED_HEADERS "Compile the common headers once" ON)
+set(MURMEL_COMMON_HEADERS
+  <algorithm> <array> <atomic> <chrono> <coroutine> <cstddef> <cstdint> <cstring> <expected> <filesystem> <functional>
+  <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
+  <fmt/format.h>)
+
+# murmel_use_common_headers(<target>): the product's precompiled headers.
+function(murmel_use_common_headers target)
+  if(NOT MURMEL_PRECOMPILED_HEADERS)
+    return()
+  endif()
+  if(NOT TARGET murmel_common_headers)
+    file(WRITE "${CMAKE_BINARY_DIR}/common_headers.cpp" "")
+    add_library(murmel_common_headers STATIC "${CMAKE_BINARY_DIR}/common_headers.cpp")
+    target_link_libraries(murmel_common_headers PRIVATE murmel_options fmt::fmt)
+    target_precompile_headers(murmel_common_headers PRIVATE ${MURMEL_COMMON_HEADERS})
+  endif()
+  target_precompile_headers(${target} REUSE_FROM murmel_common_headers)
+endfunction()
+
 # murmel_module(NAME <Folder> [SOURCES ...] [DEPENDS <Folder> ...] [LIBRARIES <system target> ...])
 # Creates the static library murmel_<folder>, or an interface library when it has no sources.
 function(murmel_module)
   cmake_parse_arguments(ARG "" "NAME" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
   string(TOLOWER "murmel_${ARG_NAME}" target)
-  set(dependencies)
-  foreach(module IN LISTS ARG_DEPENDS)
-    string(TOLOWER "murmel_${module}" dependency)
-    list(APPEND dependencies ${dependency})
-  endforeach()
+  murmel_targets_of(dependencies ${ARG_DEPENDS})
   if(ARG_SOURCES)
     add_library(${target} STATIC ${ARG_SOURCES})
     target_include_directories(${target} PUBLIC "${CMAKE_SOURCE_DIR}/MRMPrototype" "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${target} PUBLIC ${dependencies} PRIVATE murmel_options ${ARG_LIBRARIES})
+    murmel_use_common_headers(${target})
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE "${CMAKE_SOURCE_DIR}/MRMPrototype" "${CMAKE_SOURCE_DIR}")
@@ -22,28 +41,85 @@ function(murmel_module)
   endif()
 endfunction()
 
-# murmel_test(NAME <name> LABEL unit|contract|integration|endtoend SOURCES ... [DEPENDS <Folder> ...]
-#             [LIBRARIES ...] [WRAPPER command...] [TIMEOUT seconds])
-# One executable, one CTest entry. WRAPPER runs the executable inside a private session.
-function(murmel_test)
-  cmake_parse_arguments(ARG "" "NAME;LABEL;TIMEOUT" "SOURCES;DEPENDS;LIBRARIES;WRAPPER" ${ARGN})
-  set(target "${ARG_LABEL}_${ARG_NAME}")
-  add_executable(${target} ${ARG_SOURCES})
+# murmel_targets_of(<result> <Folder> ...): the targets of the modules.
+function(murmel_targets_of result)
+  set(targets)
+  foreach(module IN LISTS ARGN)
+    string(TOLOWER "murmel_${module}" target)
+    list(APPEND targets ${target})
+  endforeach()
+  set(${result} ${targets} PARENT_SCOPE)
+endfunction()
+
+# What every test program has.
+function(murmel_test_program target)
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
   target_compile_definitions(${target} PRIVATE
     MURMEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}" MURMEL_BUILD_DIR="${CMAKE_BINARY_DIR}"
     MURMEL_RESOURCES_DIR="${CMAKE_BINARY_DIR}/lib/murmel")
-  set(dependencies)
-  foreach(module IN LISTS ARG_DEPENDS)
-    string(TOLOWER "murmel_${module}" dependency)
-    list(APPEND dependencies ${dependency})
-  endforeach()
-  target_link_libraries(${target} PRIVATE ${dependencies} ${ARG_LIBRARIES} murmel_options
-    murmel_test_support GTest::gmock GTest::gtest_main)
+  target_link_libraries(${target} PRIVATE murmel_options murmel_test_support GTest::gmock GTest::gtest_main)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  add_test(NAME ${target} COMMAND ${ARG_WRAPPER} $<TARGET_FILE:${target}>)
+  if(NOT MURMEL_PRECOMPILED_HEADERS)
+    return()
+  endif()
+  if(NOT TARGET murmel_test_headers)
+    file(WRITE "${CMAKE_BINARY_DIR}/test_headers.cpp" "")
+    add_library(murmel_test_headers STATIC "${CMAKE_BINARY_DIR}/test_headers.cpp")
+    target_link_libraries(murmel_test_headers PRIVATE murmel_options fmt::fmt GTest::gmock)
+    target_precompile_headers(murmel_test_headers PRIVATE ${MURMEL_COMMON_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM murmel_test_headers)
+endfunction()
+
+# murmel_unit_tests(core|desktop SOURCES ... [DEPENDS <Folder> ...] [LIBRARIES ...])
+# Adds to the one unit-test program of the core, or to that of the desktop and the workers, which the core-only build
+# leaves out. Each runs in a few parts side by side.
+function(murmel_unit_tests group)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+  if(group STREQUAL "desktop" AND MURMEL_CORE_ONLY)
+    return()
+  endif()
+  set(target unit_${group})
+  if(NOT TARGET ${target})
+    add_executable(${target})
+    murmel_test_program(${target})
+    set(parts 4)
+    foreach(part RANGE 1 ${parts})
+      math(EXPR index "${part} - 1")
+      add_test(NAME ${target}_${part} COMMAND ${target})
+      set_tests_properties(${target}_${part} PROPERTIES LABELS unit TIMEOUT 120
+        ENVIRONMENT "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${index}")
+    endforeach()
+  endif()
+  list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+  target_sources(${target} PRIVATE ${ARG_SOURCES})
+  murmel_targets_of(dependencies ${ARG_DEPENDS})
+  target_link_libraries(${target} PRIVATE ${dependencies} ${ARG_LIBRARIES})
+endfunction()
+
+# murmel_test(NAME <name> LABEL unit|contract|integration|endtoend SOURCES ... [DEPENDS <Folder> ...]
+#             [LIBRARIES ...] [WRAPPER command...] [TIMEOUT seconds] [PARTS n])
+# One executable, one CTest entry, or PARTS entries that share its tests out and run side by side. WRAPPER runs the
+# executable inside a private session.
+function(murmel_test)
+  cmake_parse_arguments(ARG "" "NAME;LABEL;TIMEOUT;PARTS" "SOURCES;DEPENDS;LIBRARIES;WRAPPER" ${ARGN})
+  set(target "${ARG_LABEL}_${ARG_NAME}")
+  add_executable(${target} ${ARG_SOURCES})
+  murmel_test_program(${target})
+  murmel_targets_of(dependencies ${ARG_DEPENDS})
+  target_link_libraries(${target} PRIVATE ${dependencies} ${ARG_LIBRARIES})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
-  set_tests_properties(${target} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
+  if(NOT ARG_PARTS)
+    add_test(NAME ${target} COMMAND ${ARG_WRAPPER} $<TARGET_FILE:${target}>)
+    set_tests_properties(${target} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
+    return()
+  endif()
+  foreach(part RANGE 1 ${ARG_PARTS})
+    math(EXPR index "${part} - 1")
+    add_test(NAME ${target}_${part} COMMAND ${ARG_WRAPPER} $<TARGET_FILE:${target}>)
+    set_tests_properties(${target}_${part} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT}
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${ARG_PARTS};GTEST_SHARD_INDEX=${index}")
+  endforeach()
 endfunction()
