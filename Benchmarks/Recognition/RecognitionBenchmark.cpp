@@ -1,7 +1,7 @@
 // The road of a recording to the speech worker and back, without recognition. The argument is seconds of
 // audio. Figure to reach: 60 s of audio there and back within 15 ms.
 
-#include "Foundation/Base64.h"
+#include "Foundation/Crypto/Base64.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Recognition/SpeechWorkerClient.h"

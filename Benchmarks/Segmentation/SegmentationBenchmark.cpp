@@ -1,5 +1,5 @@
 #include "Audio/AudioCaptureService.h"
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Segmentation/PhrasePauseDetector.h"

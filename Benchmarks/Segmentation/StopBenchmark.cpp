@@ -1,5 +1,5 @@
 #include "Audio/AudioCaptureService.h"
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"

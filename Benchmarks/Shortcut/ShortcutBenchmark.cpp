@@ -1,7 +1,7 @@
 // Run inside a private X session: Tests/Support/private-session --wm
 // build/release/benchmarks/benchmark_shortcut
-#include "Foundation/Clock.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Signal.h"
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/X11Keys/X11KeyConnection.h"

@@ -3,11 +3,11 @@
 
 #include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
-#include "Storage/HistoryCodec.h"
-#include "Storage/HistoryRepository.h"
-#include "Storage/JsonDefaultsStore.h"
+#include "History/HistoryCodec.h"
+#include "History/HistoryRepository.h"
+#include "Settings/JsonDefaultsStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
-#include "Storage/PosixFileSystem.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdlib>

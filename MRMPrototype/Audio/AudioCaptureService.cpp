@@ -1,6 +1,6 @@
 #include "Audio/AudioCaptureService.h"
 
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 
 #include <cmath>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Audio/WaveFileReader.h"
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
-#include "Foundation/OneShot.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/OneShot.h"
 #include "Platform/AudioInput.h"
 
 #include <expected>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/SpokenText.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 #include "Platform/ClipboardPasteboard.h"
 
 #include <cstdint>

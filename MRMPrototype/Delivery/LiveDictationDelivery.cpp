@@ -1,6 +1,6 @@
 #include "Delivery/LiveDictationDelivery.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <utility>
 

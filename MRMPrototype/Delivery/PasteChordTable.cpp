@@ -1,6 +1,6 @@
 #include "Delivery/PasteChordTable.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <algorithm>
 #include <optional>

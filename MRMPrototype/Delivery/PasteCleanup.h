@@ -5,10 +5,10 @@
 #include "Delivery/PasteSettlement.h"
 #include "Delivery/TargetReads.h"
 #include "Delivery/TextDeliveryResult.h"
-#include "Foundation/Executor.h"
-#include "Foundation/OneShot.h"
-#include "Foundation/Scope.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Scope.h"
+#include "Foundation/Async/Signal.h"
 #include "Foundation/Uuid.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "Delivery/PrivateTranscript.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <utility>
 #include <vector>

@@ -5,7 +5,7 @@
 #include "Delivery/TextDeliveryResult.h"
 #include "Foundation/Registration.h"
 #include "Foundation/SpokenText.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 
 #include <functional>
 #include <optional>

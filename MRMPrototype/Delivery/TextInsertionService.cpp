@@ -1,8 +1,8 @@
 #include "Delivery/TextInsertionService.h"
 
 #include "Delivery/PrivateTranscript.h"
-#include "Foundation/OneShot.h"
-#include "Foundation/Timers.h"
+#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Timers.h"
 
 #include <coroutine>
 #include <utility>

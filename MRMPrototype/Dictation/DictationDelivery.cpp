@@ -1,7 +1,7 @@
 // The second half of the coordinator: from the end of a recording to the delivered text.
 
 #include "Dictation/DictationCoordinator.h"
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <utility>
 

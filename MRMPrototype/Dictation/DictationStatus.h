@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Dictation/DictationState.h"
-#include "Foundation/Executor.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/Signal.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Executor.h"
 #include "Foundation/SpokenText.h"
 
 #include <cstdint>

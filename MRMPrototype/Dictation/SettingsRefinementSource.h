@@ -2,7 +2,7 @@
 
 #include "Dictation/RefinementSource.h"
 #include "Refinement/RefinementProviderFactory.h"
-#include "Storage/DictationSettings.h"
+#include "Settings/DictationSettings.h"
 
 #include <memory>
 

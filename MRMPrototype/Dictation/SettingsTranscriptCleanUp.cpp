@@ -1,6 +1,6 @@
 #include "Dictation/SettingsTranscriptCleanUp.h"
 
-#include "Refinement/FillerWordRemoval.h"
+#include "CleanUp/FillerWordRemoval.h"
 
 namespace murmel {
 

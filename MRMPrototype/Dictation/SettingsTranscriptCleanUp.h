@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Dictation/TranscriptCleanUp.h"
-#include "Refinement/PersonalVocabulary.h"
-#include "Storage/DictationSettings.h"
+#include "CleanUp/PersonalVocabulary.h"
+#include "Settings/DictationSettings.h"
 
 namespace murmel {
 

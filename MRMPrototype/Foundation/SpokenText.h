@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Wipe.h"
+#include "Foundation/Crypto/Wipe.h"
 
 #include <ostream>
 #include <string>

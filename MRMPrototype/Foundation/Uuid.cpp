@@ -1,6 +1,6 @@
 #include "Foundation/Uuid.h"
 
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/Crypto.h"
 
 #include <stdexcept>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Executor.h"
-#include "Foundation/SerialQueue.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/SerialQueue.h"
 #include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Models/ModelDownloadClient.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/Executor.h"
-#include "Foundation/SerialQueue.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/SerialQueue.h"
+#include "Foundation/Async/Signal.h"
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
 #include "Models/ArtifactVerifier.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 #include "Platform/Workspace.h"
 
 namespace murmel {

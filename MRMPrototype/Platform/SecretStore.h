@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/SecretBytes.h"
+#include "Foundation/Crypto/SecretBytes.h"
 
 #include <cstdint>
 #include <expected>

@@ -1,7 +1,7 @@
 #include "Recognition/FluidAudioProvider.h"
 
-#include "Foundation/SerialQueue.h"
-#include "Recognition/WorkerCancellation.h"
+#include "Foundation/Async/SerialQueue.h"
+#include "WorkerProcess/WorkerCancellation.h"
 
 #include <atomic>
 #include <system_error>

@@ -1,6 +1,6 @@
 #include "Recognition/ParakeetUnknownTokenRecovery.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <cstddef>
 #include <vector>

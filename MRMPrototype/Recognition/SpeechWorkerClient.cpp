@@ -1,6 +1,6 @@
 #include "Recognition/SpeechWorkerClient.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 #include "Recognition/ParakeetUnknownTokenRecovery.h"
 #include "Recognition/WorkerRequest.h"
 

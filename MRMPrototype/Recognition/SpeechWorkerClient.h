@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Audio/CapturedAudio.h"
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Platform/ProcessLauncher.h"
 #include "Product/MRMError.h"
 #include "Recognition/TranscriptionProvider.h"
-#include "Recognition/WorkerCancellation.h"
-#include "Recognition/WorkerChannel.h"
+#include "WorkerProcess/WorkerCancellation.h"
+#include "WorkerProcess/WorkerChannel.h"
 #include "Recognition/WorkerLimits.h"
 
 #include <cstdint>

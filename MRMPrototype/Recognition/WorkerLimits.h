@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 
 #include <chrono>
 #include <cstddef>

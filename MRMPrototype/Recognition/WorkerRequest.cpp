@@ -1,6 +1,6 @@
 #include "Recognition/WorkerRequest.h"
 
-#include "Foundation/Base64.h"
+#include "Foundation/Crypto/Base64.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "Refinement/ConservativeFormattingProjection.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <algorithm>
 #include <cstdint>

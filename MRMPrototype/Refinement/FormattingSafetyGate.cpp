@@ -1,7 +1,7 @@
 #include "Refinement/FormattingSafetyGate.h"
 
-#include "Foundation/RegularExpression.h"
-#include "Foundation/Text.h"
+#include "Foundation/Text/RegularExpression.h"
+#include "Foundation/Text/Text.h"
 
 #include <algorithm>
 

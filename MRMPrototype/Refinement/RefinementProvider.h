@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 #include "Product/MRMError.h"
 
 #include <string>

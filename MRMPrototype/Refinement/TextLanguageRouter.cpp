@@ -1,6 +1,6 @@
 #include "Refinement/TextLanguageRouter.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 namespace murmel {
 

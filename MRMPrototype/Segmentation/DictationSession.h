@@ -2,7 +2,7 @@
 
 #include "Audio/CapturedAudio.h"
 #include "Foundation/SpokenText.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 #include "Product/MRMError.h"
 #include "Recognition/TranscriptionProvider.h"
 #include "Refinement/RefinementProvider.h"

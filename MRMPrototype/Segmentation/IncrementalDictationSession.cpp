@@ -1,6 +1,6 @@
 #include "Segmentation/IncrementalDictationSession.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 #include "Segmentation/RetryAudio.h"
 
 #include <algorithm>

@@ -5,9 +5,9 @@
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/SetupChecks.h"
-#include "Storage/JsonDefaultsStore.h"
-#include "Storage/PosixFileSystem.h"
-#include "Storage/SettingsMigrations.h"
+#include "Settings/JsonDefaultsStore.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Settings/SettingsMigrations.h"
 
 #include <QApplication>
 #include <QSocketNotifier>

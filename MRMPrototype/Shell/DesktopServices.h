@@ -2,8 +2,8 @@
 
 #include "Audio/AudioCaptureService.h"
 #include "Delivery/TextInsertionService.h"
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
 #include "Foundation/Log.h"
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"

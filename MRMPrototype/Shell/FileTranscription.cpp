@@ -4,7 +4,7 @@
 #include "Audio/FileAudioAuthorization.h"
 #include "Audio/FileAudioInput.h"
 #include "Dictation/DictationCoordinator.h"
-#include "Foundation/OneShot.h"
+#include "Foundation/Async/OneShot.h"
 
 #include <memory>
 #include <optional>

@@ -3,15 +3,15 @@
 #include "Delivery/TextInsertion.h"
 #include "Dictation/RefinementSource.h"
 #include "Dictation/TranscriptCleanUp.h"
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
 #include "Foundation/Log.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/Task.h"
 #include "Models/SpeechModelStore.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
-#include "Storage/DictationHistory.h"
-#include "Storage/DictationSettings.h"
+#include "History/DictationHistory.h"
+#include "Settings/DictationSettings.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Dictation/DictationCoordinator.h"
-#include "Foundation/Clock.h"
-#include "Foundation/Scope.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Scope.h"
+#include "Foundation/Async/Signal.h"
 #include "Interface/QtAlertPresenter.h"
 #include "Interface/RecordingPill.h"
 #include "Interface/SetupWindow.h"

@@ -1,6 +1,6 @@
 #include "Shell/SetupChecks.h"
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"

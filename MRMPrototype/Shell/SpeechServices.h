@@ -2,18 +2,18 @@
 
 #include "Dictation/SettingsRefinementSource.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
 #include "Foundation/Log.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 #include "Platform/ProcessLauncher.h"
 #include "Product/InformationDictionary.h"
-#include "Refinement/LocalModelRefiners.h"
+#include "LocalModels/LocalModelRefiners.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Shell/ApplicationFolders.h"
 #include "Shell/FluidAudioRecognition.h"
 #include "Shell/ModelServices.h"
-#include "Storage/DictationSettings.h"
+#include "Settings/DictationSettings.h"
 
 namespace murmel {
 

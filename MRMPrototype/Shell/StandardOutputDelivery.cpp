@@ -1,6 +1,6 @@
 #include "Shell/StandardOutputDelivery.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <utility>
 

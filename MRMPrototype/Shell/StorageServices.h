@@ -4,11 +4,11 @@
 #include "Platform/Linux/PropertyList/LibplistReader.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Shell/ApplicationFolders.h"
-#include "Storage/HistoryRepository.h"
-#include "Storage/JsonDefaultsStore.h"
+#include "History/HistoryRepository.h"
+#include "Settings/JsonDefaultsStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
-#include "Storage/PosixFileSystem.h"
-#include "Storage/SettingsRepository.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Settings/SettingsRepository.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "Foundation/Scope.h"
+#include "Foundation/Async/Scope.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Shell/LaunchRole.h"
-#include "Storage/DictationSettings.h"
+#include "Settings/DictationSettings.h"
 
 namespace murmel {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
 #include "Foundation/Registration.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Signal.h"
 #include "Platform/KeyEventTap.h"
 #include "Platform/LocalKeyMonitor.h"
 #include "Shortcut/HotkeyStateMachine.h"

@@ -1,6 +1,6 @@
 #include "Shortcut/ShortcutRecorder.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutDistributionPolicy.h"
 

@@ -1,7 +1,7 @@
 #include "Storage/KeychainEncryptionKeyStore.h"
 
-#include "Foundation/AesGcm.h"
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/AesGcm.h"
+#include "Foundation/Crypto/Crypto.h"
 #include "Foundation/Uuid.h"
 
 #include <utility>

@@ -1,8 +1,8 @@
 #include "Storage/SecureLocalEnvelope.h"
 
-#include "Foundation/Base64.h"
-#include "Foundation/JsonCursor.h"
-#include "Foundation/JsonText.h"
+#include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/JsonCursor.h"
+#include "Foundation/Json/JsonText.h"
 
 #include <algorithm>
 #include <optional>

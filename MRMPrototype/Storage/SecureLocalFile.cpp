@@ -1,8 +1,8 @@
 #include "Storage/SecureLocalFile.h"
 
-#include "Foundation/AesGcm.h"
-#include "Foundation/Base64.h"
-#include "Foundation/Wipe.h"
+#include "Foundation/Crypto/AesGcm.h"
+#include "Foundation/Crypto/Base64.h"
+#include "Foundation/Crypto/Wipe.h"
 #include "Storage/SecureLocalEnvelope.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/SecretBytes.h"
+#include "Foundation/Crypto/SecretBytes.h"
 #include "Platform/FileSystem.h"
 #include "Storage/FileAccess.h"
 #include "Storage/LocalEncryptionKeyStore.h"

@@ -1,5 +1,5 @@
 #include "Require.h"
-#include "Storage/DefaultsDocument.h"
+#include "Settings/DefaultsDocument.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
 #include "Require.h"
-#include "Storage/HistoryCodec.h"
+#include "History/HistoryCodec.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Scope.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/Scope.h"
+#include "Foundation/Async/Task.h"
 
 #include <memory>
 #include <optional>

@@ -5,14 +5,14 @@
 #include "Dictation/RefinementSource.h"
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Log.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Signal.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Models/ModelDownloadPriorityCoordinator.h"
 #include "Models/SpeechModelStore.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
-#include "Storage/DictationHistory.h"
-#include "Storage/DictationSettings.h"
+#include "History/DictationHistory.h"
+#include "Settings/DictationSettings.h"
 #include "Support/Suspension.h"
 
 #include <string>

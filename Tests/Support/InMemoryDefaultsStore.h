@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Storage/DefaultsStore.h"
+#include "Settings/DefaultsStore.h"
 
 #include <map>
 #include <string>

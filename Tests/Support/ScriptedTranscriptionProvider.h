@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 #include "Recognition/TranscriptionProvider.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/Awaiting.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Storage/PosixFileSystem.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/OneShot.h"
-#include "Foundation/Task.h"
+#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Task.h"
 
 #include <deque>
 #include <optional>

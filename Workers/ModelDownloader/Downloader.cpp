@@ -1,6 +1,6 @@
 #include "Workers/ModelDownloader/Downloader.h"
 
-#include "Foundation/LineSplitter.h"
+#include "Foundation/Text/LineSplitter.h"
 #include "Workers/ModelDownloader/Command.h"
 #include "Workers/ModelDownloader/CurlTransport.h"
 #include "Workers/ModelDownloader/DownloadQueue.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/Crypto.h"
 #include "Foundation/UniqueDescriptor.h"
 #include "Workers/ModelDownloader/FileError.h"
 

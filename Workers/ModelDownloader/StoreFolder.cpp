@@ -1,6 +1,6 @@
 #include "Workers/ModelDownloader/StoreFolder.h"
 
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/Crypto.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "Workers/SageWorker/SageModel.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <fstream>
 #include <optional>

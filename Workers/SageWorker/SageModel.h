@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Workers/SageWorker/ByteLevelBPE.h"
 #include "Workers/SageWorker/EncoderDecoder.h"
 #include "Workers/SageWorker/OnnxRuntime.h"

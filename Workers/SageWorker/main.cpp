@@ -1,4 +1,4 @@
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Workers/Common/Isolation.h"
 #include "Workers/Common/LineReader.h"
 #include "Workers/Common/ReplyWriter.h"

@@ -1,6 +1,6 @@
 #include "Workers/SpeechWorker/TranscriptionRequest.h"
 
-#include "Foundation/Base64.h"
+#include "Foundation/Crypto/Base64.h"
 
 #include <bit>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Signal.h"
 
 #include <stdexcept>
 #include <utility>

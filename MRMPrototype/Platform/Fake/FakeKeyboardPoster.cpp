@@ -1,6 +1,6 @@
 #include "Platform/Fake/FakeKeyboardPoster.h"
 
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/OneShot.h"
+#include "Foundation/Async/OneShot.h"
 #include "Platform/MicrophoneAuthorization.h"
 
 #include <optional>

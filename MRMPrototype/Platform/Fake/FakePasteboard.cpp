@@ -1,7 +1,7 @@
 #include "Platform/Fake/FakePasteboard.h"
 
-#include "Foundation/OneShot.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Signal.h"
 
 #include <deque>
 #include <set>

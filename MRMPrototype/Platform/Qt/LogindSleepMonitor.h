@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Signal.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Scope.h"
+#include "Foundation/Async/Scope.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "Refinement/QwenLocalRefinementProvider.h"
-#include "Refinement/QwenServerPool.h"
+#include "LocalModels/QwenLocalRefinementProvider.h"
+#include "LocalModels/QwenServerPool.h"
 #include "Support/Awaiting.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"

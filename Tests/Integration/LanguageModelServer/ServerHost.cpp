@@ -1,9 +1,9 @@
 // An application of nothing but an inference server, to be killed. Arguments: the temporary directory, the
 // executable, the model. Prints the server's process number when it is ready, and stays.
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "Refinement/QwenServerRun.h"
+#include "LocalModels/QwenServerRun.h"
 
 #include <cstdio>
 #include <cstdlib>

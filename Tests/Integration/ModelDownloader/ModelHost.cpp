@@ -1,6 +1,6 @@
 #include "Integration/ModelDownloader/ModelHost.h"
 
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/Crypto.h"
 #include "Foundation/UniqueDescriptor.h"
 
 #include <fstream>

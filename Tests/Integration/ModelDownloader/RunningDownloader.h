@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/LineSplitter.h"
+#include "Foundation/Text/LineSplitter.h"
 #include "Integration/ModelDownloader/ModelHost.h"
 #include "Platform/ProcessLauncher.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Audio/AudioCaptureService.h"
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Models/ModelManager.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"

@@ -14,7 +14,7 @@
 //
 // What it was asked: "id=1 rate=16000 language=ru bytes=3200".
 
-#include "Foundation/Base64.h"
+#include "Foundation/Crypto/Base64.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/AesGcm.h"
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/AesGcm.h"
+#include "Foundation/Crypto/Crypto.h"
 #include "Foundation/Uuid.h"
 #include "Storage/LocalEncryptionKeyStore.h"
 #include "Support/FileBytes.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Clock.h"
-#include "Foundation/Scope.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Scope.h"
 #include "Platform/Qt/QtExecutor.h"
 
 #include <QCoreApplication>

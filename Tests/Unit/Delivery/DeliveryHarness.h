@@ -2,7 +2,7 @@
 
 #include "Delivery/TextInsertionService.h"
 #include "Foundation/Log.h"
-#include "Foundation/Scope.h"
+#include "Foundation/Async/Scope.h"
 #include "Platform/Fake/FakeFocusedField.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakePasteboard.h"

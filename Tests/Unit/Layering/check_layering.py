@@ -3,7 +3,7 @@
 
 - The core (everything but Interface, Shell, Platform/Qt, Platform/Linux and Workers) includes no header of Qt and of
   no desktop library.
-- Some libraries stay behind one facade: ICU behind Foundation/Text*, OpenSSL behind Foundation, JSON in no header.
+- Some libraries stay behind one facade: ICU behind Foundation/Text, OpenSSL behind Foundation/Crypto, JSON in no header.
 - The modules have no cycle, and only Shell knows the concrete adapters.
 - A module includes only what its CMakeLists.txt names as a dependency (directly or through another module).
 """
@@ -51,6 +51,10 @@ def declared_dependencies(folder):
     return set(match.group(1).split()) if match else set()
 
 
+def is_inside(file, folder):
+    return (pathlib.PurePosixPath("MRMPrototype") / folder) in file.parents
+
+
 def problems_of(root):
     modules = modules_of(root)
     by_target = {name.replace("/", "_").lower(): name for name in modules}
@@ -58,18 +62,20 @@ def problems_of(root):
                       for name in modules if name.startswith("Platform/")})
     problems, edges = [], {name: {} for name in modules}
 
+    others = set(modules.values())
     for name, folder in modules.items():
-        sources = [file for file in folder.iterdir() if file.suffix in (".h", ".cpp")]
+        sources = [file for file in folder.rglob("*") if file.suffix in (".h", ".cpp")
+                   and not any(parent in others for parent in file.parents if parent != folder)]
         is_core = not name.startswith(DESKTOP)
         for file in sources:
             where = file.relative_to(root)
             for kind, header in INCLUDE.findall(file.read_text()):
                 if is_core and DESKTOP_HEADER.match(header):
                     problems.append(f"{where}: the core includes the desktop header {header}")
-                if header.startswith("unicode/") and not (name == "Foundation"):
-                    problems.append(f"{where}: ICU is used behind Foundation only, not by {name}")
-                if header.startswith("openssl/") and name != "Foundation":
-                    problems.append(f"{where}: OpenSSL is used behind Foundation only, not by {name}")
+                if header.startswith("unicode/") and not is_inside(where, "Foundation/Text"):
+                    problems.append(f"{where}: ICU is used behind Foundation/Text only, not by {name}")
+                if header.startswith("openssl/") and not is_inside(where, "Foundation/Crypto"):
+                    problems.append(f"{where}: OpenSSL is used behind Foundation/Crypto only, not by {name}")
                 if header.startswith("nlohmann/") and file.suffix == ".h":
                     problems.append(f"{where}: JSON belongs into .cpp files")
                 if kind == '"':
@@ -130,9 +136,9 @@ def self_test():
     clean = {
         "MRMPrototype/CMakeLists.txt": "",
         "MRMPrototype/Foundation/CMakeLists.txt": "murmel_module(NAME Foundation)",
-        "MRMPrototype/Foundation/Text.cpp": "#include <unicode/uchar.h>\n",
+        "MRMPrototype/Foundation/Text/Text.cpp": "#include <unicode/uchar.h>\n",
         "MRMPrototype/Audio/CMakeLists.txt": "murmel_module(NAME Audio DEPENDS Foundation)",
-        "MRMPrototype/Audio/Level.h": '#include "Foundation/Text.h"\n',
+        "MRMPrototype/Audio/Level.h": '#include "Foundation/Text/Text.h"\n',
         "MRMPrototype/Shell/CMakeLists.txt": "murmel_module(NAME Shell DEPENDS Audio LIBRARIES Qt6::Core)",
         "MRMPrototype/Shell/main.cpp": '#include <QObject>\n#include "Audio/Level.h"\n',
     }

@@ -1,4 +1,4 @@
-#include "Recognition/WorkerChannel.h"
+#include "WorkerProcess/WorkerChannel.h"
 
 #include <array>
 #include <chrono>

@@ -1,7 +1,7 @@
-#include "Foundation/Base64.h"
+#include "Foundation/Crypto/Base64.h"
 #include "Recognition/DictationLanguage.h"
 #include "Recognition/WorkerLimits.h"
-#include "Recognition/WorkerMessage.h"
+#include "WorkerProcess/WorkerMessage.h"
 #include "Recognition/WorkerRequest.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Executor.h"
-#include "Foundation/OneShot.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/OneShot.h"
 #include "Platform/FocusedField.h"
 
 #include <cstdint>

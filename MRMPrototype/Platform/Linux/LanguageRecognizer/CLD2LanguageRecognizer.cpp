@@ -1,6 +1,6 @@
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 
-#include "Foundation/Text.h"
+#include "Foundation/Text/Text.h"
 
 #include <cstdio>  // compact_lang_det.h uses FILE without including it
 

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Process/SignedExecutableManifest.h"
 
-#include "Foundation/Crypto.h"
+#include "Foundation/Crypto/Crypto.h"
 
 #include <array>
 #include <charconv>

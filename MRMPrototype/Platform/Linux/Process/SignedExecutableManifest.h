@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Ed25519.h"
+#include "Foundation/Crypto/Ed25519.h"
 
 #include <filesystem>
 #include <optional>

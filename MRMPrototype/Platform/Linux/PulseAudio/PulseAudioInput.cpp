@@ -1,6 +1,6 @@
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 
-#include "Foundation/OneShot.h"
+#include "Foundation/Async/OneShot.h"
 #include "Platform/Linux/PulseAudio/PulseRecording.h"
 
 #include <chrono>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/SecretBytes.h"
+#include "Foundation/Crypto/SecretBytes.h"
 #include "Platform/Linux/SecretService/GlibPointers.h"
 #include "Platform/SecretStore.h"
 

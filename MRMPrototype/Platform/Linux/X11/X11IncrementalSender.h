@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Clock.h"
+#include "Foundation/Async/Clock.h"
 #include "Platform/ClipboardSnapshot.h"
 #include "Platform/Linux/X11/X11Connection.h"
 

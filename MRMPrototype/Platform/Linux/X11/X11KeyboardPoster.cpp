@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
 
-#include "Foundation/Timers.h"
+#include "Foundation/Async/Timers.h"
 #include "Platform/Linux/X11/X11SecureInput.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Executor.h"
 #include "Platform/InjectedKeys.h"
 #include "Platform/KeyboardPoster.h"
 #include "Platform/Linux/X11/X11Connection.h"

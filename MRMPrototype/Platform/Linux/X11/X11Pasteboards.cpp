@@ -1,7 +1,7 @@
 #include "Platform/Linux/X11/X11Pasteboards.h"
 
-#include "Foundation/OneShot.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Signal.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
 #include "Platform/Linux/X11/X11Selection.h"

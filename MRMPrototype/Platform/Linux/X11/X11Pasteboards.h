@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Clock.h"
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Clock.h"
+#include "Foundation/Async/Executor.h"
 #include "Platform/ClipboardPasteboard.h"
 
 #include <expected>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Executor.h"
-#include "Foundation/Signal.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/Signal.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Workspace.h"
 

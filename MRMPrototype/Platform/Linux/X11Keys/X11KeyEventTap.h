@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Executor.h"
+#include "Foundation/Async/Executor.h"
 #include "Platform/KeyEventTap.h"
 #include "Platform/Linux/X11Keys/InjectedKeyList.h"
 

@@ -1,0 +1,93 @@
+#include "LocalModels/QwenServerPool.h"
+
+#include "Foundation/Async/OneShot.h"
+#include "Product/MRMError.h"
+
+#include <utility>
+#include <variant>
+
+namespace murmel {
+
+namespace {
+
+using Preparation = QwenPersistentServer::Preparation;
+
+}  // namespace
+
+QwenServerPool::QwenServerPool(QwenPersistentServer::Services services, const SmartModelFiles& files,
+                               Settings settings)
+    : services_(services), files_(files), settings_(std::move(settings)) {}
+
+QwenServerPool::~QwenServerPool() {
+  // All at once, and only then one by one.
+  shutdownAll();
+}
+
+std::shared_ptr<QwenPersistentServer> QwenServerPool::server(SmartLocalModel model) {
+  auto& server = servers_[model];
+  if (server) return server;
+  auto configuration = [files = &files_, settings = settings_,
+                        model]() -> std::expected<QwenServerConfiguration, std::string> {
+    auto executable = settings.runtime.installedExecutable();
+    auto file = files->modelFile(model);
+    if (!executable || !file)
+      return std::unexpected(MRMError(MRMError::Case::smartModelMissing).localizedDescription());
+    return QwenServerConfiguration{.executable = *std::move(executable),
+                                   .model = *std::move(file),
+                                   .temporaryDirectory = settings.temporaryDirectory,
+                                   .mayExecute = settings.runtime.mayExecute,
+                                   .limits = {}};
+  };
+  server = std::make_shared<QwenPersistentServer>(services_, settings_.applicationIdentifier, model,
+                                                  std::move(configuration), settings_.limits,
+                                                  [changed = changed_] { changed->emit(); });
+  return server;
+}
+
+void QwenServerPool::activate(SmartLocalModel model) {
+  server(model)->startIfNeeded();
+}
+
+Task<bool> QwenServerPool::prepared(SmartLocalModel model) {
+  return prepare(server(model), changed_);
+}
+
+Task<bool> QwenServerPool::prepare(std::shared_ptr<QwenPersistentServer> server,
+                                   std::shared_ptr<Signal<>> changed) {
+  server->startIfNeeded();
+  while (server->preparation() == Preparation::preparing) {
+    auto [sender, receiver] = makeOneShot<std::monostate>();
+    auto waiting = std::make_shared<OneShotSender<std::monostate>>(std::move(sender));
+    const auto observer = changed->subscribe([waiting] { waiting->send({}); });
+    co_await receiver;
+  }
+  co_return server->preparation() == Preparation::ready;
+}
+
+void QwenServerPool::shutdownAll() {
+  for (const auto& [model, server] : servers_) server->shutdown();
+}
+
+void QwenServerPool::shutdownAllBut(SmartLocalModel model) {
+  for (const auto& [other, server] : servers_) {
+    if (other != model) server->shutdown();
+  }
+}
+
+std::optional<std::string_view> QwenServerPool::preparationStatus(SmartLocalModel model) const {
+  const auto found = servers_.find(model);
+  if (found == servers_.end()) return std::nullopt;
+  switch (found->second->preparation()) {
+    case Preparation::none:
+      return std::nullopt;
+    case Preparation::preparing:
+      return "Preparing for fast dictation…";
+    case Preparation::ready:
+      return "Ready · kept warm in memory";
+    case Preparation::failed:
+      return "Preparation failed · original text remains available";
+  }
+  std::unreachable();
+}
+
+}  // namespace murmel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Refinement/SmartLocalModel.h"
+#include "Refinement/SmartRefinementRoutingMode.h"
+#include "History/HistoryRetention.h"
+
+#include <optional>
+#include <string>
+
+namespace murmel {
+
+/// The switches that a dictation reads. Main thread; each call gives the value of the moment.
+class DictationSettings {
+ public:
+  virtual ~DictationSettings() = default;
+
+  [[nodiscard]] virtual bool playFeedbackSound() const = 0;
+  [[nodiscard]] virtual bool processWhileRecording() const = 0;
+  [[nodiscard]] virtual bool insertWhileRecording() const = 0;
+  [[nodiscard]] virtual bool removeFillerWords() const = 0;
+  [[nodiscard]] virtual bool smartFormatting() const = 0;
+  [[nodiscard]] virtual SmartRefinementRoutingMode smartRefinementRouting() const = 0;
+  [[nodiscard]] virtual SmartLocalModel smartLocalModel() const = 0;
+  [[nodiscard]] virtual bool historyEnabled() const = 0;
+  [[nodiscard]] virtual HistoryRetention historyRetention() const = 0;
+  /// One "term = replacement" a line.
+  [[nodiscard]] virtual std::string personalVocabulary() const = 0;
+  /// The two-letter code that recognition is forced to, if any.
+  [[nodiscard]] virtual std::optional<std::string> workerLanguageCode() const = 0;
+  /// The language as a history entry shows it.
+  [[nodiscard]] virtual std::string historyLanguageLabel() const = 0;
+};
+
+}  // namespace murmel

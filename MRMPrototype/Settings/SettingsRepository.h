@@ -1,0 +1,170 @@
+#pragma once
+
+#include "Foundation/Async/Signal.h"
+#include "Platform/ActivationPolicy.h"
+#include "Recognition/DictationLanguage.h"
+#include "Shortcut/ShortcutConfiguration.h"
+#include "Shortcut/ShortcutDistributionPolicy.h"
+#include "Settings/DefaultsStore.h"
+#include "Settings/DictationSettings.h"
+#include "Settings/OverlayPosition.h"
+#include "Storage/SecureStorageStatus.h"
+#include "Settings/SettingsMigrations.h"
+#include "Settings/VocabularyStorage.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace murmel {
+
+/// What observers are told has changed.
+enum class SettingsProperty {
+  shortcut,
+  singleLanguage,
+  selectedLanguages,
+  languageMode,
+  playFeedbackSound,
+  showInDock,
+  smartLocalModel,
+  smartRefinementRouting,
+  smartFormatting,
+  processWhileRecording,
+  insertWhileRecording,
+  removeFillerWords,
+  restorePreviousClipboard,
+  historyEnabled,
+  historyRetention,
+  overlayPosition,
+  personalVocabulary,
+  vocabularyStorageStatus,
+  modelMigrationNotice,
+};
+
+/// What the settings are made of. The references must outlive the repository.
+struct SettingsRepositoryParameters {
+  DefaultsStore& defaults;
+  SecureLocalFile vocabularyFile;  ///< `vocabularyFile(...)`
+  /// The edition offers the full catalogue of language models.
+  bool fullGemmaCatalog = false;
+  /// Whether a model's file is installed and verified.
+  settingsMigration::ModelIsReady modelIsReady{};
+  MRMDistributionChannel channel = MRMDistributionChannel::direct;
+  /// Absent where there is no desktop.
+  ActivationPolicyControl* activationPolicy = nullptr;
+};
+
+/// The one owner of the user's settings. Reads them once, brings those of earlier versions up to date, and
+/// keeps each change right away: in the preference store, the vocabulary in its sealed file. Main thread.
+class SettingsRepository final : public DictationSettings {
+ public:
+  explicit SettingsRepository(SettingsRepositoryParameters parameters);
+
+  /// Emitted before a property takes its new value, and after.
+  [[nodiscard]] Signal<SettingsProperty>& willChange() { return willChange_; }
+  [[nodiscard]] Signal<SettingsProperty>& didChange() { return didChange_; }
+  /// MRM.ShortcutDidChange: emitted whenever the shortcut was set.
+  [[nodiscard]] Signal<>& shortcutDidChange() { return shortcutDidChange_; }
+
+  [[nodiscard]] const ShortcutConfiguration& shortcut() const { return shortcut_; }
+  [[nodiscard]] DictationLanguage singleLanguage() const { return singleLanguage_; }
+  [[nodiscard]] const std::vector<DictationLanguage>& selectedLanguages() const { return selectedLanguages_; }
+  [[nodiscard]] DictationLanguageMode languageMode() const { return languageMode_; }
+  [[nodiscard]] bool playFeedbackSound() const override { return playFeedbackSound_; }
+  [[nodiscard]] bool showInDock() const { return showInDock_; }
+  [[nodiscard]] SmartLocalModel smartLocalModel() const override { return smartLocalModel_; }
+  [[nodiscard]] SmartRefinementRoutingMode smartRefinementRouting() const override {
+    return smartRefinementRouting_;
+  }
+  [[nodiscard]] bool smartFormatting() const override { return smartFormatting_; }
+  [[nodiscard]] bool processWhileRecording() const override { return processWhileRecording_; }
+  [[nodiscard]] bool insertWhileRecording() const override { return insertWhileRecording_; }
+  [[nodiscard]] bool removeFillerWords() const override { return removeFillerWords_; }
+  [[nodiscard]] bool restorePreviousClipboard() const { return restorePreviousClipboard_; }
+  [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
+  [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
+  [[nodiscard]] OverlayPosition overlayPosition() const { return overlayPosition_; }
+  [[nodiscard]] std::string personalVocabulary() const override { return personalVocabulary_.reveal(); }
+  [[nodiscard]] SecureStorageStatus vocabularyStorageStatus() const { return vocabularyStorageStatus_; }
+  /// What to tell the user about a model that was replaced; again at every start until it is dismissed.
+  [[nodiscard]] const std::optional<std::string>& modelMigrationNotice() const {
+    return modelMigrationNotice_;
+  }
+
+  /// As the distribution channel can serve it.
+  void setShortcut(const ShortcutConfiguration& shortcut);
+  void setSingleLanguage(DictationLanguage language);
+  /// At least one: an empty list is ignored.
+  void setSelectedLanguages(std::vector<DictationLanguage> languages);
+  void setLanguageMode(DictationLanguageMode mode);
+  void setPlayFeedbackSound(bool on);
+  /// Also lists the running application accordingly.
+  void setShowInDock(bool on);
+  void setSmartLocalModel(SmartLocalModel model);
+  void setSmartRefinementRouting(SmartRefinementRoutingMode mode);
+  void setSmartFormatting(bool on);
+  void setProcessWhileRecording(bool on);
+  void setInsertWhileRecording(bool on);
+  void setRemoveFillerWords(bool on);
+  void setRestorePreviousClipboard(bool on);
+  void setHistoryEnabled(bool on);
+  void setHistoryRetention(HistoryRetention retention);
+  void setOverlayPosition(OverlayPosition position);
+  /// Kept in memory alone while the sealed file could not be read.
+  void setPersonalVocabulary(std::string text);
+  /// Reads the sealed vocabulary again after it could not be read, unless the user has written one since. For
+  /// the moment when the secret store has become available.
+  void retryPersonalVocabulary();
+  void dismissModelMigrationNotice();
+
+  /// Present in mode `single` only.
+  [[nodiscard]] std::optional<std::string> workerLanguageCode() const override;
+  /// "German"; "English, Russian"; "Automatic".
+  [[nodiscard]] std::string historyLanguageLabel() const override;
+  /// "German only"; "English, Russian"; "All 28 languages, recognized automatically".
+  [[nodiscard]] std::string languageProfileSummary() const;
+  [[nodiscard]] bool isLanguageSelected(DictationLanguage language) const;
+  /// Adds or removes; the last one stays.
+  void toggleLanguage(DictationLanguage language);
+
+ private:
+  template <class T, class Stored>
+  void assign(SettingsProperty property, T& member, T value, std::string_view key, Stored stored);
+  template <class E>
+  void assignEnumeration(SettingsProperty property, E& member, E value, std::string_view key);
+  void assignBoolean(SettingsProperty property, bool& member, bool value, std::string_view key);
+  template <class T>
+  void publish(SettingsProperty property, T& member, T value);
+  void loadLanguages();
+
+  DefaultsStore& defaults_;
+  VocabularyStorage vocabulary_;
+  MRMDistributionChannel channel_;
+  ActivationPolicyControl* activationPolicy_;
+
+  ShortcutConfiguration shortcut_;
+  DictationLanguage singleLanguage_{};
+  std::vector<DictationLanguage> selectedLanguages_;
+  DictationLanguageMode languageMode_{};
+  bool playFeedbackSound_ = true;
+  bool showInDock_ = true;
+  SmartLocalModel smartLocalModel_{};
+  std::optional<std::string> modelMigrationNotice_;
+  SmartRefinementRoutingMode smartRefinementRouting_{};
+  bool smartFormatting_ = false;
+  bool historyEnabled_ = false;
+  HistoryRetention historyRetention_{};
+  bool removeFillerWords_ = false;
+  bool processWhileRecording_ = true;
+  bool insertWhileRecording_ = false;
+  bool restorePreviousClipboard_ = true;
+  SpokenText personalVocabulary_;
+  SecureStorageStatus vocabularyStorageStatus_ = SecureStorageStatus::available;
+  OverlayPosition overlayPosition_{};
+
+  Signal<SettingsProperty> willChange_;
+  Signal<SettingsProperty> didChange_;
+  Signal<> shortcutDidChange_;
+};
+
+}  // namespace murmel

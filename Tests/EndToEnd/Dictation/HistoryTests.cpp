@@ -1,0 +1,41 @@
+#include "DictationDesk.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "History/HistoryRepository.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+
+namespace murmel::test {
+
+TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
+  settings(R"("settings.shortcut": "optionKey", "settings.historyEnabled": true)");
+  const auto sealed = data() / "history.sealed";
+  std::size_t sizeOfOne = 0;
+  for (const auto& speech : {tenOfClubs, sevenOfClubs}) {
+    start();
+    const auto editor = openEditor(speech.recording);
+    dictate(speech);
+    ASSERT_TRUE(waitForText(speech.word, speech.recording)) << murmel->log();
+    ASSERT_TRUE(waitUntil([&] {
+      std::error_code none;
+      const auto size = std::filesystem::file_size(sealed, none);
+      return !none && size > sizeOfOne;
+    })) << murmel->log();
+    quit();
+    sizeOfOne = std::filesystem::file_size(sealed);
+    EXPECT_EQ(filesThatHold("clubs", home()), "");
+    EXPECT_EQ(countOf("clubs", murmel->log()), 0U);
+  }
+
+  // The second run has kept what the first one wrote.
+  PosixFileSystem files;
+  SecretServiceStore secrets;
+  KeychainEncryptionKeyStore keys(secrets,
+                                  "app.murmel.Murmel.Development" + std::string(historyKeyServiceSuffix));
+  const HistoryRepository history(historyFile(files, keys, data()));
+  ASSERT_EQ(history.entries().size(), 2U);
+  // The newest first.
+  expectOnceEach(history.entries()[0].text.reveal(), {sevenOfClubs});
+  expectOnceEach(history.entries()[1].text.reveal(), {tenOfClubs});
+}
+
+}  // namespace murmel::test

@@ -1,0 +1,263 @@
+#include "Integration/LanguageModelServer/ServerBench.h"
+#include "LocalModels/LocalUnixHTTP.h"
+
+#include <csignal>
+#include <iterator>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The only running child of this process.
+pid_t onlyChild() {
+  std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");
+  pid_t found = 0;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream list(entry.path() / "children");
+    for (pid_t child = 0; list >> child;) found = child;
+  }
+  return found;
+}
+
+std::string contents(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool isGone(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string number;
+  std::string name;
+  char state = 'X';
+  file >> number >> name >> state;
+  return state == 'Z' || state == 'X';
+}
+
+void bindStaleSocket(const std::filesystem::path& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+  const UniqueDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+  ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+}
+
+}  // namespace
+
+TEST_F(ServerBench, PassesThroughItsStates) {
+  script("start loading 3\nstart print-megabytes 2\nanswer format");
+  EXPECT_EQ(diagnostic(), "idle");
+  EXPECT_EQ(pool().preparationStatus(model), std::nullopt);
+  pool().activate(model);
+  EXPECT_EQ(pool().preparationStatus(model), "Preparing for fast dictation…");
+  EXPECT_EQ(refine("hello"), "RAW") << "a server that loads its model keeps nobody waiting";
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(count("loading"), 3U);
+  EXPECT_EQ(pool().preparationStatus(model), "Ready · kept warm in memory");
+  EXPECT_EQ(diagnostic(), "process running on private local socket");
+  pool().activate(model);
+  EXPECT_EQ(refine("hello"), "Hello.");
+  pool().shutdownAll();
+  EXPECT_EQ(diagnostic(), "idle");
+  EXPECT_EQ(pool().preparationStatus(model), std::nullopt);
+  ASSERT_TRUE(prepare()) << "a server that was shut down can be started again";
+  EXPECT_EQ(count("listening"), 2U);
+}
+
+TEST_F(ServerBench, StartsAgainAfterEveryWayToFail) {
+  struct Row {
+    const char* script;
+    const char* diagnostic;
+  };
+  settings.limits.readiness = 300ms;
+  settings.limits.readinessProbe = 50ms;
+  for (const auto& [commands, expected] : std::vector<Row>{
+           {"start exit 0", "inference server exited while starting"},
+           {"start exit 1", "inference server exited while starting"},
+           {"start stall", "inference server did not become ready"},
+           {"start unhealthy", "inference server did not become ready"},
+           {"start loading 1000000", "inference server did not become ready"},
+       }) {
+    script(commands);
+    EXPECT_FALSE(prepare()) << commands;
+    EXPECT_EQ(diagnostic(), expected) << commands;
+    EXPECT_EQ(pool().preparationStatus(model), "Preparation failed · original text remains available");
+  }
+  releasePool();
+  settings.limits.readiness = 30s;
+  script("answer format");
+  EXPECT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+}
+
+TEST_F(ServerBench, StartsAgainAfterTheProcessHasEnded) {
+  script("answer die\nanswer format");
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "RAW") << "ends during a request";
+  ASSERT_TRUE(executor.waitUntil([&] { return diagnostic() == "inference server exited"; }));
+  EXPECT_EQ(pool().preparationStatus(model), "Preparation failed · original text remains available");
+  script("answer format");
+  EXPECT_EQ(refine("hello"), "RAW") << "not ready yet, but on its way";
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+  EXPECT_EQ(count("listening"), 2U);
+
+  ::kill(onlyChild(), SIGKILL);  // ends while nobody asks
+  ASSERT_TRUE(executor.waitUntil([&] { return diagnostic() == "inference server exited"; }));
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+  EXPECT_EQ(leftBehind().size(), 2U) << "one socket and one folder";
+}
+
+TEST_F(ServerBench, RefusesWhatItMayNotExecute) {
+  script("answer format");
+  settings.runtime.mayExecute = [](const std::filesystem::path&) { return false; };
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "running inference server identity validation failed");
+  EXPECT_TRUE(notes().empty()) << "it was started all the same";
+}
+
+TEST_F(ServerBench, SaysThatTheModelIsNotInstalled) {
+  constexpr auto missing = "Smart Local model or runtime is not installed";
+  QwenLocalRefinementProvider other(pool().server(SmartLocalModel::qwen4), /*prewarmed=*/true);
+  Awaiting<Answer> asking(other.refine("hello"));
+  EXPECT_EQ(described(asking), missing);
+  EXPECT_EQ(pool().server(SmartLocalModel::qwen4)->diagnostic(), missing);
+  releasePool();
+  settings.runtime.executable = store.path() / "missing";
+  EXPECT_EQ(refine("hello"), missing);
+  EXPECT_FALSE(prepare());
+  releasePool();
+  settings.runtime.executable = store.write("script", {});
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "the executable is not a program");
+}
+
+TEST_F(ServerBench, KeepsItsKeyToItself) {
+  script("start loading 1\nanswer format");
+  ASSERT_TRUE(prepare());
+  const auto key = noted("key");
+  EXPECT_EQ(key.size(), 64U);
+  EXPECT_EQ(noted("modes"), "600 700") << "of the key's file and its folder";
+  const auto process = std::filesystem::path("/proc") / std::to_string(onlyChild());
+  EXPECT_FALSE(contents(process / "cmdline").empty());
+  EXPECT_EQ(contents(process / "cmdline").find(key), std::string::npos);
+  EXPECT_EQ(contents(process / "environ"), "");
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(temporary.path())) {
+    EXPECT_FALSE(entry.is_regular_file()) << "the server has read its key: " << entry.path();
+    struct stat status {};
+    ASSERT_EQ(::lstat(entry.path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & (S_IRWXG | S_IRWXO), 0U) << entry.path();
+  }
+  releasePool();
+  ASSERT_TRUE(prepare());
+  EXPECT_NE(noted("key"), key) << "a new one at every start";
+}
+
+TEST_F(ServerBench, AnswersNobodyWithoutTheKey) {
+  script("answer format");
+  ASSERT_TRUE(prepare());
+  std::filesystem::path socket;
+  for (const auto& entry : std::filesystem::directory_iterator(temporary.path())) {
+    if (entry.is_socket()) socket = entry.path();
+  }
+  const SecretBytes wrong(64);
+  const auto answer = LocalUnixHTTP(clock).request({.socketURL = socket,
+                                                    .token = wrong,
+                                                    .method = "POST",
+                                                    .path = "/v1/chat/completions",
+                                                    .body = "{}",
+                                                    .timeout = 10s,
+                                                    .server = std::nullopt});
+  ASSERT_TRUE(answer.has_value());
+  EXPECT_EQ(answer->status, 401);
+}
+
+TEST_F(ServerBench, RemovesWhatDeadProcessesLeftBehind) {
+  const auto stale = temporary.path() / "mrm-q-0123ABCD";
+  std::filesystem::create_directory(stale);
+  std::filesystem::permissions(stale, std::filesystem::perms::owner_all);
+  std::ofstream(stale / "key") << "secret";
+  bindStaleSocket(stale.string() + ".sock");
+  script("answer format");
+  ASSERT_TRUE(prepare());
+  EXPECT_FALSE(std::filesystem::exists(stale));
+  EXPECT_FALSE(std::filesystem::exists(stale.string() + ".sock"));
+
+  // A second application beside this one: each keeps its own.
+  QwenServerPool other({executor, clock, launcher}, files, settings);
+  Awaiting<bool> preparing(other.prepared(model));
+  ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
+  EXPECT_EQ(leftBehind().size(), 4U);
+  EXPECT_EQ(refine("hello"), "Hello.");
+}
+
+TEST_F(ServerBench, CannotDoWithoutAPlace) {
+  script("answer format");
+  const auto deep = temporary.path() / std::string(90, 'd');
+  std::filesystem::create_directory(deep);
+  std::filesystem::permissions(deep, std::filesystem::perms::owner_all);
+  settings.temporaryDirectory = deep;
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "private socket path is too long");
+  releasePool();
+  std::filesystem::remove(deep);
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "private temporary directory unavailable");
+}
+
+TEST_F(ServerBench, MakesItsOwnFolderInADirectoryThatOthersShare) {
+  std::filesystem::permissions(temporary.path(), std::filesystem::perms(0755));
+  script("answer format");
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+  const auto own = temporary.path() / ("mrm-" + std::to_string(::geteuid()));
+  EXPECT_EQ(std::filesystem::status(own).permissions(), std::filesystem::perms::owner_all);
+  releasePool();
+  EXPECT_TRUE(std::filesystem::is_empty(own));
+  // Somebody else's folder of that name is not entered.
+  std::filesystem::permissions(own, std::filesystem::perms(0777));
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(diagnostic(), "private temporary directory unavailable");
+  std::filesystem::remove(own);
+}
+
+TEST_F(ServerBench, EndsAServerThatStillStarts) {
+  script("start stall");
+  settings.limits.readiness = 24h;
+  pool().activate(model);
+  ASSERT_TRUE(executor.waitUntil([&] { return !noted("key").empty(); }));
+  releasePool();  // hangs unless the wait is interrupted
+  EXPECT_FALSE(hasChildren());
+}
+
+TEST_F(ServerBench, HoldsOneServerForEachModelAndCanLetTheOthersGo) {
+  script("answer format");
+  pool().activate(SmartLocalModel::qwen17);
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(pool().server(model), pool().server(model));
+  ASSERT_TRUE(executor.waitUntil([&] { return count("listening") == 2; }));
+  pool().shutdownAllBut(model);
+  EXPECT_EQ(pool().preparationStatus(SmartLocalModel::qwen17), std::nullopt);
+  EXPECT_EQ(refine("hello"), "Hello.");
+}
+
+TEST_F(ServerBench, NothingSurvivesTheSuddenDeathOfTheApplication) {
+  script("answer format");
+  auto host = launcher.launch({MURMEL_SERVER_HOST, {temporary.path(), MURMEL_STUB_SERVER, files.model}, {}});
+  ASSERT_TRUE(host.has_value()) << host.error();
+  std::string line;
+  for (char byte = 0; ::read((*host)->output(), &byte, 1) == 1 && byte != '\n';) line += byte;
+  const auto server = static_cast<pid_t>(std::stoi(line));
+  ASSERT_GT(server, 0);
+  EXPECT_FALSE(isGone(server));
+  EXPECT_EQ(leftBehind().size(), 2U);
+  (*host)->terminate(0ms);
+  EXPECT_TRUE(executor.waitUntil([&] { return isGone(server); }));
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(leftBehind().size(), 2U) << "the dead one's socket and folder are still there";
+}

@@ -1,0 +1,222 @@
+#include "Foundation/Async/Clock.h"
+#include "Platform/Fake/FakeProcessLauncher.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "LocalModels/SageNativeRefinementProvider.h"
+#include "Support/Awaiting.h"
+#include "Support/TemporaryFolder.h"
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr auto ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
+
+std::string reply(const Json& id, const std::string& event, const Json& more) {
+  Json object{{"mrm_worker_protocol", 1}, {"event", event}, {"id", id}};
+  object.update(more);
+  return object.dump() + '\n';
+}
+
+class SageProvider : public ::testing::Test, public SmartModelFiles {
+ protected:
+  using Answer = Result<std::string>;
+
+  SageProvider() {
+    std::filesystem::create_directories(folder.path() / "Workers");
+    folder.write("Workers/mrm-sage-worker", {});
+    folder.write("runtime.so", {});
+  }
+
+  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel) const override { return {}; }
+  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override {
+    return isInstalled ? std::optional(folder.path()) : std::nullopt;
+  }
+
+  /// What workers say to a request, from now on; nothing ends them.
+  void answerWith(std::function<std::optional<std::string>(const Json& request)> answer) {
+    launcher.install(worker, [this, answer = std::move(answer)](FakeChildSide& side) {
+      ++starts;
+      side.write(ready);
+      while (const auto line = side.readLine()) {
+        const auto said = answer(Json::parse(*line));
+        if (!said) return;
+        side.write(*said);
+      }
+    });
+  }
+
+  SageNativeRefinementProvider& provider() {
+    if (!provider_) {
+      const SageNativeRefinementProvider::Services services{executor, clock, launcher};
+      provider_ = std::make_unique<SageNativeRefinementProvider>(
+          services, "test", assets, [this](const auto& file) { return file != refused; }, limits);
+    }
+    return *provider_;
+  }
+
+  std::string refine(const std::string& text) {
+    Awaiting<Answer> asking(provider().refine(text));
+    return described(asking);
+  }
+  std::string described(Awaiting<Answer>& asking) {
+    if (!executor.waitUntil([&] { return asking.done(); })) return "HANGS";
+    if (*asking) return **asking;
+    return asking->error().which() == MRMError::Case::smartRefinementFailed
+               ? "RAW"
+               : asking->error().localizedDescription();
+  }
+  /// Asks until the worker has loaded its model.
+  std::string refineWhenLoaded(const std::string& text) {
+    std::string refined = "RAW";
+    executor.waitUntil([&] { return (refined = refine(text)) != "RAW"; });
+    return refined;
+  }
+
+  TemporaryFolder folder;
+  std::filesystem::path worker = folder.path() / "Workers" / "mrm-sage-worker";
+  std::filesystem::path refused;
+  bool isInstalled = true;
+  std::atomic<int> starts = 0;
+  SystemClock clock;
+  ManualExecutor executor;
+  FakeProcessLauncher launcher;
+  SageLimits limits{.start = 30s, .request = 30s, .way = 0ms, .terminationGrace = 0ms};
+  SageNativeAssets assets{folder.path(), folder.path() / "runtime.so", *this};
+
+ private:
+  std::unique_ptr<SageNativeRefinementProvider> provider_;
+};
+
+std::optional<std::string> formatted(const Json& request) {
+  return reply(request["id"], "result", {{"text", "Привет!"}});
+}
+
+}  // namespace
+
+TEST_F(SageProvider, TakesPunctuationAndCapitalsOnly) {
+  Json asked;
+  answerWith([&](const Json& request) -> std::optional<std::string> {
+    asked = request;
+    return reply(request["id"], "result", {{"text", "Привет, мой дорогой Мир!"}});
+  });
+  EXPECT_EQ(refineWhenLoaded("привет мир"), "Привет, Мир!");
+  EXPECT_EQ(asked["text"], "привет мир");
+  EXPECT_GT(asked["limit_ms"], 20'000);
+  EXPECT_EQ(
+      launcher.requests().front().arguments,
+      (std::vector<std::string>{"--model-dir", folder.path(), "--runtime", folder.path() / "runtime.so"}));
+  EXPECT_EQ(refine("совсем другие слова"), "RAW") << "nothing of it can be matched";
+  EXPECT_EQ(starts, 1);
+}
+
+TEST_F(SageProvider, KeepsTheWorkerThatRefusesAndReplacesTheOneThatIsLost) {
+  std::string event = "error";
+  Json more{{"error_type", "text is too long"}};
+  std::int64_t shift = 0;
+  bool dies = false;
+  answerWith([&](const Json& request) -> std::optional<std::string> {
+    if (dies) return std::nullopt;
+    if (request["text"] == "привет") return formatted(request);
+    return reply(request["id"].get<std::int64_t>() + shift, event, more);
+  });
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  EXPECT_EQ(refine("длинно"), "RAW");
+  EXPECT_EQ(refine("привет"), "Привет!");
+  EXPECT_EQ(starts, 1) << "a refusal is an answer";
+
+  shift = -1;  // the answer to an earlier question
+  EXPECT_EQ(refine("нет"), "RAW");
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  EXPECT_EQ(starts, 2);
+  shift = 0;
+  event = "ready";
+  EXPECT_EQ(refine("нет"), "RAW");
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  EXPECT_EQ(starts, 3);
+  dies = true;
+  EXPECT_EQ(refine("привет"), "RAW");
+  dies = false;
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  EXPECT_EQ(starts, 4);
+}
+
+TEST_F(SageProvider, GivesUpOnASilentWorker) {
+  limits.request = 100ms;
+  answerWith([](const Json& request) -> std::optional<std::string> {
+    return request["text"] == "привет" ? formatted(request) : "";
+  });
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  EXPECT_EQ(refine("тишина"), "RAW");
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+}
+
+TEST_F(SageProvider, NeverWaitsForAModelThatLoads) {
+  launcher.install(worker, [](FakeChildSide& side) { side.readLine(); });
+  provider().startIfNeeded();
+  EXPECT_EQ(refine("привет"), "RAW");
+}
+
+TEST_F(SageProvider, ARequestBehindALoadEndsByItself) {
+  bool isFirst = true;
+  std::promise<void> mayEnd;
+  launcher.install(worker, [&](FakeChildSide& side) {
+    ++starts;
+    if (!std::exchange(isFirst, false)) {
+      side.readLine();  // loads for ever
+      return;
+    }
+    side.write(ready);
+    const auto line = side.readLine();
+    side.write(*formatted(Json::parse(*line)));
+    mayEnd.get_future().wait();
+  });
+  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
+  mayEnd.set_value();
+  // It has ended unnoticed, until somebody looks.
+  ASSERT_TRUE(executor.waitUntil([&] {
+    provider().startIfNeeded();
+    return starts == 2;
+  }));
+  Awaiting<Answer> asking(provider().refine("привет"));
+  executor.advance(29s);
+  EXPECT_FALSE(asking.done());
+  executor.advance(1s);
+  ASSERT_TRUE(asking.done());
+  EXPECT_EQ(described(asking), "RAW");
+}
+
+TEST_F(SageProvider, RunsNothingThatIsNotItsOwn) {
+  answerWith(formatted);
+  isInstalled = false;
+  EXPECT_EQ(refine("привет"), "Smart Local model or runtime is not installed");
+  isInstalled = true;
+  for (const auto& file : {worker, folder.path() / "runtime.so"}) {
+    refused = file;
+    EXPECT_EQ(refine("привет"), "RAW");
+    executor.runUntilIdle();
+  }
+  std::filesystem::remove(folder.path() / "runtime.so");
+  EXPECT_EQ(refine("привет"), "Smart Local model or runtime is not installed");
+  EXPECT_EQ(starts, 0);
+}
+
+TEST_F(SageProvider, EndsAWorkerThatRunsAnotherFile) {
+  answerWith(formatted);
+  launcher.exchangeAfterLaunch(worker);
+  EXPECT_EQ(refine("привет"), "RAW");
+  ASSERT_TRUE(executor.waitUntil([&] { return starts == 1 && launcher.childCount() == 0; }));
+}

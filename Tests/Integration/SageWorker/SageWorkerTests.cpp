@@ -1,0 +1,218 @@
+#include "Foundation/Async/Clock.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "WorkerProcess/WorkerChannel.h"
+#include "LocalModels/LocalModelRefiners.h"
+#include "Support/Awaiting.h"
+#include "Support/ProcessTraces.h"
+#include "Support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace murmel;
+
+namespace {
+
+const std::filesystem::path resources = MURMEL_RESOURCES_DIR;
+const auto worker = resources / "Workers" / SageNativeAssets::workerName;
+const std::filesystem::path models = MURMEL_SAGE_MODELS;
+const std::filesystem::path runtime = MURMEL_ONNX_RUNTIME_LIBRARY;
+
+std::string statusLine(pid_t process, const char* file, std::string_view name) {
+  std::ifstream lines("/proc/" + std::to_string(process) + "/" + file);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(name)) return line.substr(name.size());
+  }
+  return {};
+}
+
+std::string repeated(const std::string& text, int count) {
+  std::string result;
+  for (int time = 0; time < count; ++time) result += text;
+  return result;
+}
+
+class SageWorker : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::exists(runtime)) GTEST_SKIP() << "the ONNX Runtime library could not be fetched";
+  }
+
+  void start(const std::filesystem::path& model, const std::filesystem::path& library = runtime) {
+    channel_.reset();
+    auto launched =
+        launcher.launch({worker, {"--model-dir", model.string(), "--runtime", library.string()}, {}});
+    ASSERT_TRUE(launched.has_value()) << launched.error();
+    process = *std::move(launched);
+    channel_.emplace(process->input(), process->output(), clock, cancellation_);
+  }
+  Result<WorkerMessage> read() { return channel_->readMessage(std::chrono::seconds(60)); }
+  void write(std::string_view line) {
+    ASSERT_TRUE(channel_->writeLine(line, std::chrono::seconds(60)).has_value());
+  }
+  /// The corrected text; the reason in angle brackets when it is refused.
+  std::string ask(std::int64_t id, const std::string& text, int limit = 10'000) {
+    write(nlohmann::json{{"id", id}, {"text", text}, {"limit_ms", limit}}.dump());
+    const auto reply = read();
+    if (!reply) return "<" + reply.error().detail() + ">";
+    EXPECT_EQ(reply->id, id);
+    return reply->text ? reply->text->reveal() : "<" + reply->errorType.value_or("") + ">";
+  }
+
+  SystemClock clock;
+  LinuxProcessLauncher launcher;
+  std::unique_ptr<ChildProcess> process;
+
+ private:
+  WorkerCancellation cancellation_;
+  std::optional<WorkerChannel> channel_;
+};
+
+}  // namespace
+
+TEST_F(SageWorker, CorrectsWithItsModel) {
+  start(models / "good");
+  ASSERT_EQ(read()->event, "ready");
+  EXPECT_EQ(ask(1, "привет мир"), "Привет, мир!");
+  EXPECT_EQ(ask(2, "  привет мир как дела\n"), "Привет, мир! Как дела?");
+  EXPECT_EQ(ask(3, "нет"), "Совсем") << "a model may say what it likes";
+  EXPECT_EQ(ask(4, "приветы, it's 42 — déjà vu 👍🏽"),
+            "Привет,ы, it's 42 — déjà vu 👍🏽")
+      << "byte for byte";
+  EXPECT_EQ(ask(5, " \n"), "");
+  EXPECT_TRUE(ask(6, "привет" + repeated(" мир", 511)).ends_with(" мир! мир!"));
+  EXPECT_EQ(ask(7, "привет" + repeated(" мир", 512)), "<text is too long>");
+  EXPECT_EQ(ask(8, repeated("мир ", 100), 1), "<no answer in time>");
+  EXPECT_EQ(ask(9, "привет"), "Привет,") << "and goes on";
+}
+
+TEST_F(SageWorker, BoundsAModelThatNeverEnds) {
+  start(models / "never-ends");
+  ASSERT_EQ(read()->event, "ready");
+  EXPECT_EQ(ask(1, "привет мир"), "<answer is too long>");
+}
+
+TEST_F(SageWorker, RefusesMalformedRequestsAndGoesOn) {
+  start(models / "good");
+  ASSERT_EQ(read()->event, "ready");
+  struct Row {
+    std::string request;
+    const char* error;
+    std::optional<std::int64_t> id;
+  };
+  for (const auto& row : std::vector<Row>{
+           {"", "malformed request", {}},
+           {"[1]", "malformed request", {}},
+           {R"({"text":"a"})", "request without id", {}},
+           {R"({"id":1.5,"text":"a"})", "request without id", {}},
+           {R"({"id":1})", "request without text", 1},
+           {R"({"id":2,"text":["a"]})", "request without text", 2},
+           {R"({"id":3,"text":"a","limit_ms":0})", "malformed limit", 3},
+           {R"({"id":4,"text":"a","limit_ms":60001})", "malformed limit", 4},
+           {R"({"id":5,"text":"a","limit_ms":"1"})", "malformed limit", 5},
+           {std::string(70'000, 'x'), "request is too long", {}},
+       }) {
+    SCOPED_TRACE(row.request.substr(0, 60));
+    write(row.request);
+    const auto reply = read();
+    ASSERT_TRUE(reply.has_value());
+    EXPECT_EQ(reply->event, "error");
+    EXPECT_EQ(reply->errorType, row.error);
+    EXPECT_EQ(reply->id, row.id);
+  }
+  EXPECT_EQ(ask(9, "привет"), "Привет,");
+}
+
+TEST_F(SageWorker, SaysWhyItCannotBegin) {
+  const TemporaryFolder empty;
+  struct Row {
+    std::filesystem::path model;
+    std::filesystem::path library;
+    const char* reason;
+  };
+  for (const auto& row : std::vector<Row>{
+           {empty.path(), runtime, "model file is missing"},
+           {empty.path() / "missing", runtime, "model directory is not accessible"},
+           {models / "good", empty.path() / "missing.so", "inference runtime could not be loaded"},
+           {models / "good", worker, "inference runtime could not be loaded"},
+           {"good", runtime, "path is not absolute"},
+           {models / "another-kind", runtime, "model is of another kind"},
+           {models / "no-end", runtime, "model vocabulary is not understood"},
+           {models / "bad-merges", runtime, "model merges are not understood"},
+           {models / "no-decoder", runtime, "model file is missing"},
+           {models / "truncated", runtime, "model could not be loaded"},
+       }) {
+    start(row.model, row.library);
+    const auto message = read();
+    ASSERT_TRUE(message.has_value()) << row.reason;
+    EXPECT_EQ(message->event, "error");
+    EXPECT_EQ(message->errorType, row.reason);
+    EXPECT_FALSE(read().has_value()) << "it has ended";
+  }
+  start(models / "other-numbers");
+  ASSERT_EQ(read()->event, "ready");
+  EXPECT_EQ(ask(1, "привет"), "<model failed>");
+}
+
+TEST_F(SageWorker, RunsWithoutAnyWayToReachOut) {
+  start(models / "good");
+  ASSERT_EQ(read()->event, "ready");
+  EXPECT_EQ(statusLine(process->identifier(), "status", "Seccomp:"), "\t2");
+  EXPECT_NE(statusLine(process->identifier(), "limits", "Max open files").find(" 0 "), std::string::npos);
+  process->closeInput();
+  EXPECT_FALSE(read().has_value()) << "it ends with its input";
+}
+
+namespace {
+
+class OnlyRussian final : public SmartModelFiles {
+ public:
+  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel) const override { return {}; }
+  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override {
+    return directory;
+  }
+  std::optional<std::filesystem::path> directory;
+};
+
+}  // namespace
+
+TEST_F(SageWorker, RefinesThroughTheApplicationsRefiners) {
+  ManualExecutor executor;
+  OnlyRussian files;
+  const TemporaryFolder temporary;
+  RefinerLocations locations{.resourcesDirectory = resources,
+                             .temporaryDirectory = temporary.path(),
+                             .edition = DistributionEdition::development,
+                             .languageModelServer = std::nullopt,
+                             .onnxRuntime = runtime.string()};
+  const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
+  LocalModelRefiners refiners({executor, clock, launcher, files}, "test", locations, policy);
+  EXPECT_EQ(refiners.russianRefiner(), nullptr) << "the model is not installed";
+  files.directory = models / "good";
+  const auto refiner = refiners.russianRefiner();
+  ASSERT_NE(refiner, nullptr);
+  EXPECT_EQ(refiner->providerID(), SageNativeRefinementProvider::identifier);
+  EXPECT_EQ(refiners.russianRefiner(), refiner) << "there is one";
+
+  Awaiting<bool> preparing(refiners.russianPrepared());
+  ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
+  EXPECT_TRUE(*preparing);
+  Awaiting<Result<std::string>> asking(refiner->refine("привет мир нет " + repeated("как дела ", 30)));
+  ASSERT_TRUE(executor.waitUntil([&] { return asking.done(); }));
+  ASSERT_TRUE(asking->has_value());
+  const auto& refined = **asking;
+  EXPECT_TRUE(refined.starts_with("Привет, мир! нет Как дела? Как дела?")) << refined;
+  refiners.shutdown();
+
+  locations.edition = DistributionEdition::complete;
+  LocalModelRefiners shipped({executor, clock, launcher, files}, "test", locations, policy);
+  EXPECT_EQ(shipped.russianRefiner(), nullptr) << "a shipped build takes its own runtime only";
+}

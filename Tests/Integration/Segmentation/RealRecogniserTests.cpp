@@ -1,0 +1,108 @@
+#include "Foundation/Text/Text.h"
+#include "NaturalSpeech.h"
+#include "RealRecogniser.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <optional>
+#include <random>
+#include <utility>
+
+using namespace murmel;
+
+namespace {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+/// How many of these the environment asks for: the suite makes do with few.
+std::size_t wanted(const char* variable, std::size_t otherwise) {
+  const char* value = std::getenv(variable);
+  return value == nullptr ? otherwise : std::strtoul(value, nullptr, 10);
+}
+
+std::vector<std::string> spokenWords(std::string_view text) {
+  std::vector<std::string> words;
+  for (const auto word : text::words(text)) {
+    std::string plain;
+    const auto folded = text::caseFolded(word);
+    for (const auto character : text::characters(folded))
+      if (text::isLetter(character) || character == "'") plain += character;
+    if (!plain.empty()) words.push_back(plain);
+  }
+  return words;
+}
+
+/// Words to insert, leave out or exchange to turn one text into the other.
+std::size_t wordErrors(const std::vector<std::string>& expected, const std::vector<std::string>& found) {
+  std::vector<std::size_t> row(found.size() + 1);
+  for (std::size_t column = 0; column < row.size(); ++column) row[column] = column;
+  for (std::size_t line = 1; line <= expected.size(); ++line) {
+    std::size_t diagonal = std::exchange(row[0], line);
+    for (std::size_t column = 1; column < row.size(); ++column) {
+      const auto exchanged = diagonal + (expected[line - 1] == found[column - 1] ? 0 : 1);
+      diagonal = std::exchange(row[column], std::min({exchanged, row[column] + 1, row[column - 1] + 1}));
+    }
+  }
+  return row.back();
+}
+
+using WithRealRecogniser = RealRecogniser;
+
+TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWhole) {
+  const auto speech =
+      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 12), NaturalSpeech::Transcripts::needed);
+  const auto joined = JoinedSpeech::join(speech, 0.3, 1.2, 5);
+  std::vector<std::string> expected;
+  for (const auto& transcript : speech.transcripts)
+    std::ranges::copy(spokenWords(transcript), std::back_inserter(expected));
+  std::map<double, double> errorRate;
+  for (const double target : {infinite, 3.0}) {
+    const auto result = dictate({joined.samples, NaturalSpeech::sampleRate}, target);
+    ASSERT_TRUE(result.has_value()) << result.error().localizedDescription();
+    EXPECT_EQ(result->failedPieces, 0);
+    const auto errors = wordErrors(expected, spokenWords(result->text.reveal()));
+    errorRate[target] = 100.0 * static_cast<double>(errors) / static_cast<double>(expected.size());
+    std::cout << "target " << target << ": " << result->pieces.size() << " pieces, word error rate "
+              << errorRate[target] << " % of " << expected.size() << " words\n";
+  }
+  EXPECT_LE(errorRate[3], errorRate[infinite] + 1);
+}
+
+TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {
+  const auto speech = NaturalSpeech::load("en", 2, wanted("MURMEL_PROMPTS", 4));
+  const auto joined = JoinedSpeech::join(speech, 0.8, 1.2, 7);
+  const PendingCapturedAudio audio{joined.samples, NaturalSpeech::sampleRate};
+  const auto begin = clock.now();
+  const auto undisturbed = dictate(audio, 3);
+  ASSERT_TRUE(undisturbed.has_value());
+  const auto oneRequest = durationToSeconds(clock.now() - begin) / static_cast<double>(provider->requests());
+
+  // Every second request is to lose its worker at some moment, but for those that end before that.
+  std::mt19937 random(3);
+  std::size_t kills = 0;
+  const auto most = wanted("MURMEL_KILLS", 3);
+  int followed = provider->requests();
+  std::optional<Instant> next;
+  const auto disturbed = dictate(audio, 3, [&] {
+    if (followed != provider->requests()) {
+      followed = provider->requests();
+      next.reset();
+      const auto after = std::uniform_real_distribution<double>(0, oneRequest)(random);
+      if (random() % 2 == 0) next = clock.now() + secondsToDuration(after);
+    }
+    if (kills == most || !next || clock.now() < *next) return;
+    next.reset();
+    if (launcher.kill()) ++kills;
+  });
+  ASSERT_TRUE(disturbed.has_value()) << disturbed.error().localizedDescription();
+  EXPECT_GE(kills, 1U);
+  std::cout << kills << " kills, " << disturbed->pieces.size() << " pieces\n";
+  EXPECT_EQ(disturbed->text, undisturbed->text);
+  EXPECT_EQ(disturbed->failedPieces, 0);
+}
+
+}  // namespace

@@ -1,0 +1,80 @@
+#include "FolderKeyStore.h"
+#include "Settings/JsonDefaultsStore.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Storage/SecureLocalFile.h"
+#include "Support/TemporaryFolder.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace murmel;
+using ::testing::AnyOf;
+
+namespace {
+
+/// Runs `work` in several processes at once and tells whether all of them were content.
+template <class Work>
+bool inProcesses(int count, Work work) {
+  std::vector<pid_t> children;
+  for (int number = 0; number < count; ++number) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(work(number) ? 0 : 1);
+    children.push_back(child);
+  }
+  bool content = true;
+  for (const pid_t child : children) {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    content = content && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  }
+  return content;
+}
+
+}  // namespace
+
+TEST(TwoProcesses, DoNotLoseEachOthersSettings) {
+  constexpr int processes = 3;
+  constexpr int changes = 20;
+  const TemporaryFolder folder;
+  const auto file = defaultsFile(folder.path());
+  PosixFileSystem files;
+  EXPECT_TRUE(inProcesses(processes, [&](int number) {
+    JsonDefaultsStore store(files, file);
+    for (int change = 0; change < changes; ++change) {
+      store.set(std::to_string(number) + "." + std::to_string(change), std::int64_t{change});
+    }
+    return store.isStored();
+  }));
+  const JsonDefaultsStore store(files, file);
+  for (int number = 0; number < processes; ++number) {
+    for (int change = 0; change < changes; ++change) {
+      EXPECT_EQ(store.get<std::int64_t>(std::to_string(number) + "." + std::to_string(change)), change);
+    }
+  }
+}
+
+TEST(TwoProcesses, ReadersNeverSeeASealedFileWithoutItsKey) {
+  constexpr int rounds = 60;
+  const TemporaryFolder folder;
+  const auto path = folder.path() / "test.sealed";
+  PosixFileSystem files;
+  FolderKeyStore keys(folder.path() / "keys");
+  SecureLocalFile file(files, keys, path);
+  ASSERT_TRUE(file.write(bytesOf("0")));
+  EXPECT_TRUE(inProcesses(3, [&](int number) {
+    for (int round = 0; round < rounds; ++round) {
+      if (number == 0 && !file.write(bytesOf(std::to_string(round)))) return false;
+      if (number != 0) {
+        const auto plaintext = file.read();
+        if (!plaintext || !*plaintext) return false;
+      }
+    }
+    return true;
+  }));
+  EXPECT_EQ(keys.identifiers().size(), 1U);
+}

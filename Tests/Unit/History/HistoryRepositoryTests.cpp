@@ -1,0 +1,217 @@
+#include "Platform/Fake/FakeSecretStore.h"
+#include "History/HistoryRepository.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Support/FileBytes.h"
+#include "Support/StepFileSystem.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const std::string service = "app.murmel.Test.local-storage.history";
+constexpr auto now = std::chrono::sys_days(std::chrono::year(2026) / 5 / 17) + std::chrono::hours(12);
+
+class HistoryRepositoryTest : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::filesystem::path data = folder.path() / "MRM";
+  std::filesystem::path path = data / "history.sealed";
+  StepFileSystem files;
+  FakeSecretStore secrets;
+  KeychainEncryptionKeyStore keys{secrets, service};
+
+  HistoryRepository open() { return HistoryRepository(historyFile(files, keys, data)); }
+
+  static HistoryEntry entry(const std::string& text, double secondsBeforeNow = 0) {
+    HistoryEntry made;
+    made.id = Uuid::random();
+    made.createdAt = historyDate(now) - secondsBeforeNow;
+    made.text = SpokenText(text);
+    made.providerID = "test";
+    made.language = "English";
+    return made;
+  }
+  static std::vector<std::string> texts(const HistoryRepository& history) {
+    std::vector<std::string> all;
+    for (const auto& each : history.entries()) all.push_back(each.text.reveal());
+    return all;
+  }
+};
+
+}  // namespace
+
+TEST_F(HistoryRepositoryTest, KeepsEntriesNewestFirstAcrossStarts) {
+  {
+    auto history = open();
+    EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+    history.add(entry("one", 20));
+    history.add(entry("two", 10));
+  }
+  auto history = open();
+  EXPECT_THAT(texts(history), ElementsAre("two", "one"));
+  history.remove(history.entries().back().id);
+  EXPECT_THAT(texts(open()), ElementsAre("two"));
+  EXPECT_EQ(secrets.accounts(service).size(), 1U);
+}
+
+TEST_F(HistoryRepositoryTest, PrunesWhatIsOlderThanTheRetentionAndWritesOnlyThen) {
+  const struct {
+    HistoryRetention retention;
+    double age;
+  } cases[] = {
+      {HistoryRetention::fiveMinutes, 300},       {HistoryRetention::oneDay, 86'400},
+      {HistoryRetention::oneWeek, 604'800},       {HistoryRetention::oneMonth, 2'592'000},
+      {HistoryRetention::threeMonths, 7'776'000},
+  };
+  for (const auto& [retention, age] : cases) {
+    auto history = open();
+    history.deleteAll();
+    history.add(entry("too old", age + 1));
+    history.add(entry("at the limit", age));
+    history.add(entry("young", age - 1));
+    history.prune(HistoryRetention::forever, now);
+    EXPECT_EQ(history.entries().size(), 3U);
+    history.prune(retention, now);
+    EXPECT_THAT(texts(history), ElementsAre("young", "at the limit"));
+    EXPECT_THAT(texts(open()), ElementsAre("young", "at the limit"));
+    files.before({});
+    history.prune(retention, now);
+    EXPECT_EQ(files.steps(), 0);
+  }
+}
+
+TEST_F(HistoryRepositoryTest, MergesWhatItCouldNotReadAtTheStart) {
+  open().add(entry("stored", 100));
+  secrets.setLocked(true);
+  auto history = open();
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
+  EXPECT_THAT(history.entries(), IsEmpty());
+  const auto sealed = contentsOf(path);
+  history.add(entry("while locked", 50));
+  EXPECT_EQ(contentsOf(path), sealed);
+  EXPECT_THAT(texts(history), ElementsAre("while locked"));
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
+  secrets.setLocked(false);
+  history.add(entry("long ago", 500));
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+  EXPECT_THAT(texts(history), ElementsAre("while locked", "stored", "long ago"));
+  EXPECT_EQ(open().entries(), history.entries());
+}
+
+TEST_F(HistoryRepositoryTest, MergesAStoredEntryOnceAndKeepsTheOrderOfTies) {
+  auto first = open();
+  first.add(entry("stored a"));
+  first.add(entry("stored b"));
+  secrets.setLocked(true);
+  auto history = open();
+  history.add(first.entries().back());
+  history.add(entry("new"));
+  secrets.setLocked(false);
+  history.persist();
+  EXPECT_THAT(texts(history), ElementsAre("new", "stored a", "stored b"));
+}
+
+TEST_F(HistoryRepositoryTest, SetsADamagedFileAsideBeforeItWritesANewOne) {
+  for (const bool undecodable : {false, true}) {
+    std::filesystem::remove_all(data);
+    std::string damaged;
+    if (undecodable) {
+      ASSERT_TRUE(historyFile(files, keys, data).write(bytesOf("{\"not\":\"a list\"}")));
+      damaged = contentsOf(path);
+    } else {
+      open().add(entry("precious"));
+      damaged = contentsOf(path);
+      damaged[damaged.size() / 2] ^= 1;
+      writeFile(path, damaged);
+    }
+    auto history = open();
+    EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
+    EXPECT_EQ(contentsOf(path), damaged) << "reading changes nothing";
+    history.add(entry("life goes on"));
+    EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+    EXPECT_EQ(contentsOf(data / "history.sealed.damaged"), damaged);
+    EXPECT_THAT(texts(open()), ElementsAre("life goes on"));
+  }
+}
+
+TEST_F(HistoryRepositoryTest, EveryFailingStepKeepsTheEntriesInMemoryAndTheFileAsItWas) {
+  open().add(entry("old"));
+  auto counted = open();
+  files.before({});
+  counted.add(entry("counted"));
+  const int steps = files.steps();
+  for (int failing = 0; failing < steps; ++failing) {
+    std::filesystem::remove_all(data);
+    open().add(entry("old"));
+    auto history = open();
+    const auto before = contentsOf(path);
+    files.before([&](int index, std::string_view) -> std::optional<int> {
+      if (index == failing) return ENOSPC;
+      return std::nullopt;
+    });
+    history.add(entry("new"));
+    files.failNever();
+    SCOPED_TRACE(failing);
+    EXPECT_THAT(texts(history), ElementsAre("new", "old"));
+    if (history.storageStatus() == SecureStorageStatus::unavailable) {
+      EXPECT_EQ(contentsOf(path), before);
+    }
+    history.persist();
+    EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+    EXPECT_THAT(texts(open()), ElementsAre("new", "old"));
+  }
+}
+
+TEST_F(HistoryRepositoryTest, DeletesEverythingForGood) {
+  auto history = open();
+  history.add(entry("private"));
+  const auto copy = contentsOf(path);
+  secrets.setLocked(true);
+  history.deleteAll();
+  EXPECT_THAT(history.entries(), IsEmpty());
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
+  secrets.setLocked(false);
+  history.deleteAll();
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+  EXPECT_FALSE(std::filesystem::exists(path));
+  writeFile(path, copy);
+  EXPECT_EQ(open().storageStatus(), SecureStorageStatus::unavailable);
+  EXPECT_THAT(open().entries(), IsEmpty());
+}
+
+TEST_F(HistoryRepositoryTest, TakesOverThePlainListOfAnEarlierVersion) {
+  std::filesystem::create_directories(data);
+  writeFile(data / "history.json",
+            R"([{"id":"A0B1C2D3-E4F5-4678-9ABC-DEF012345678","createdAt":1,"text":"from before",)"
+            R"("providerID":"p","language":"en"}])");
+  EXPECT_THAT(texts(open()), ElementsAre("from before"));
+  EXPECT_FALSE(std::filesystem::exists(data / "history.json"));
+  EXPECT_THAT(texts(open()), ElementsAre("from before"));
+}
+
+TEST_F(HistoryRepositoryTest, TellsObserversBeforeAndAfter) {
+  auto history = open();
+  std::vector<std::string> seen;
+  const auto before = history.willChange().subscribe(
+      [&] { seen.push_back("will, with " + std::to_string(history.entries().size())); });
+  const auto after = history.didChange().subscribe(
+      [&] { seen.push_back("did, with " + std::to_string(history.entries().size())); });
+  history.add(entry("one"));
+  EXPECT_THAT(seen, ElementsAre("will, with 0", "did, with 1"));
+  secrets.setLocked(true);
+  seen.clear();
+  history.persist();
+  EXPECT_EQ(seen.size(), 2U) << "the status changed";
+}

@@ -1,0 +1,83 @@
+#include "LocalModels/QwenChat.h"
+#include "LocalModels/QwenLocalRefinementProvider.h"
+#include "LocalModels/QwenServerConfiguration.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace murmel;
+using Json = nlohmann::json;
+
+TEST(QwenChat, AsksAsTheModelWasTriedOut) {
+  const auto expected = Json::parse(R"({
+    "messages": [
+      {"role": "system", "content": "You format dictated text. Fix only punctuation and capitalization.\nPreserve every word, spelling, name, number, and the language of every fragment.\nEvery spoken word must remain present. Never remove, replace, reorder, or paraphrase words.\nNever translate, explain, summarize, or add information. Return only corrected text."},
+      {"role": "user", "content": "say \"hi\"\nто есть \\"}
+    ],
+    "temperature": 0,
+    "max_tokens": 192,
+    "stream": false,
+    "chat_template_kwargs": {"enable_thinking": false}
+  })");
+  EXPECT_EQ(Json::parse(QwenChat::requestBody("say \"hi\"\nто есть \\")), expected);
+  EXPECT_FALSE(Json::parse(QwenChat::requestBody("broken \xC3 text")).empty());
+}
+
+TEST(QwenChat, FindsTheAnswer) {
+  const auto answer = QwenChat::answer;
+  EXPECT_EQ(answer(R"({"choices":[{"message":{"content":"Да.\n"}},{"message":{"content":"No."}}]})"),
+            "Да.\n");
+  for (const char* body :
+       {"", "null", "{}", "[]", R"({"choices":{}})", R"({"choices":[]})", R"({"choices":[1]})",
+        R"({"choices":[{"message":"hi"}]})", R"({"choices":[{"message":{"content":["hi"]}}]})",
+        R"({"choices":[{"message":{"content":"hi"}}])"}) {
+    EXPECT_EQ(answer(body), std::nullopt) << body;
+  }
+  EXPECT_EQ(answer(std::string(200'000, '[')), std::nullopt) << "depth is no danger";
+}
+
+TEST(QwenChat, RemovesTheReasoning) {
+  const auto sanitized = QwenChat::sanitizeResponse;
+  EXPECT_EQ(sanitized(" Hello.\r\n"), "Hello.");
+  EXPECT_EQ(sanitized("<think>\na\n</think>\n\nHello,<think></think> you."), "Hello, you.");
+  EXPECT_EQ(sanitized("<think>a</think>b</think>c"), "b</think>c") << "as little as possible";
+  EXPECT_EQ(sanitized("<think>no end"), "<think>no end");
+  EXPECT_EQ(sanitized("<THINK>a</THINK>"), "<THINK>a</THINK>");
+  EXPECT_EQ(sanitized("<think>" + std::string(200'000, 'x') + "</think>a"), "a");
+}
+
+TEST(QwenLocalRefinementProvider, KeepsTheRecognisedWordsOrNothing) {
+  const auto projected = QwenLocalRefinementProvider::projected;
+  EXPECT_EQ(projected("pay 3.50 or 4 today", "Pay 3.50, or 4 today."), "Pay 3.50, or 4 today.");
+  EXPECT_EQ(projected("hello world", "Goodbye, moon!"), std::nullopt) << "no projection";
+  EXPECT_EQ(projected("a b", "A!!!!!!!! B!!!!!!!!"), std::nullopt) << "too long: the gate is closed";
+  EXPECT_EQ(projected("it is 3 4", "It is 3. 4"), "It is 3. 4") << "a point behind a number is none of it";
+}
+
+TEST(QwenServerConfiguration, PassesItsArgumentsInTheirOrder) {
+  const QwenServerConfiguration configuration{
+      .executable = "/x", .model = "/m/a.gguf", .temporaryDirectory = "/t", .mayExecute = {}, .limits = {}};
+  EXPECT_EQ(configuration.arguments("/t/mrm-q-1.sock", "/t/key"),
+            (std::vector<std::string>{"-m",
+                                      "/m/a.gguf",
+                                      "--host",
+                                      "/t/mrm-q-1.sock",
+                                      "--api-key-file",
+                                      "/t/key",
+                                      "--no-webui",
+                                      "--jinja",
+                                      "--reasoning",
+                                      "off",
+                                      "--reasoning-format",
+                                      "none",
+                                      "--reasoning-budget",
+                                      "0",
+                                      "-c",
+                                      "1024",
+                                      "-np",
+                                      "1",
+                                      "--offline",
+                                      "--log-disable"}));
+}

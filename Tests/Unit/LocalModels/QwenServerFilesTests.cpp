@@ -1,0 +1,156 @@
+#include "LocalModels/LanguageModelRuntime.h"
+#include "LocalModels/QwenAPIKeyFile.h"
+#include "LocalModels/QwenServerPlace.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace murmel;
+namespace fs = std::filesystem;
+
+namespace {
+
+mode_t modeOf(const fs::path& path) {
+  struct stat status {};
+  EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+  return status.st_mode & 07777;
+}
+
+std::string contents(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// No file of this process grows beyond `size` bytes.
+class SmallDisk {
+ public:
+  explicit SmallDisk(rlim_t size) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    handler_ = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{size, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~SmallDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int) = nullptr;
+};
+
+constexpr auto unavailable = "protected API key file unavailable";
+
+}  // namespace
+
+TEST(QwenAPIKeyFile, HoldsTheTokenForTheOwnerOnlyAndNoLongerThanNeeded) {
+  const TemporaryFolder folder;
+  const auto keys = folder.path() / "keys";
+  const auto token = QwenAPIKeyFile::makeToken();
+  ASSERT_EQ(token.size(), 64U);
+  EXPECT_NE(token, QwenAPIKeyFile::makeToken());
+  fs::path path;
+  {
+    auto file = QwenAPIKeyFile::create(token, keys);
+    ASSERT_TRUE(file.has_value()) << file.error();
+    path = file->path();
+    EXPECT_EQ(modeOf(path), 0600U);
+    EXPECT_EQ(modeOf(keys), 0700U);
+    const auto written = contents(path);
+    EXPECT_EQ(written, std::string(token.reveal().begin(), token.reveal().end()));
+    EXPECT_EQ(written.find_first_not_of("0123456789abcdef"), std::string::npos);
+  }
+  EXPECT_FALSE(fs::exists(path));
+}
+
+TEST(QwenAPIKeyFile, IsNeverEmptyOrShort) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(QwenAPIKeyFile::create(SecretBytes(), folder.path()).error(), unavailable);
+  EXPECT_EQ(QwenAPIKeyFile::create(SecretBytes(63), folder.path()).error(), unavailable);
+  for (const rlim_t size : {0, 1, 63}) {
+    const SmallDisk full(size);
+    EXPECT_EQ(QwenAPIKeyFile::create(QwenAPIKeyFile::makeToken(), folder.path()).error(), unavailable)
+        << size;
+  }
+  EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST(QwenAPIKeyFile, IsWrittenWhereNobodyElseCanEnter) {
+  const TemporaryFolder folder;
+  const auto token = QwenAPIKeyFile::makeToken();
+  const auto open = folder.path() / "open";
+  fs::create_directory(open);
+  fs::permissions(open, fs::perms(0755));
+  EXPECT_EQ(QwenAPIKeyFile::create(token, open).error(), unavailable);
+  fs::create_directory_symlink(folder.path(), folder.path() / "link");
+  EXPECT_EQ(QwenAPIKeyFile::create(token, folder.path() / "link").error(), unavailable);
+  std::ofstream(folder.path() / "file") << '.';
+  EXPECT_EQ(QwenAPIKeyFile::create(token, folder.path() / "file").error(), unavailable);
+  EXPECT_EQ(QwenAPIKeyFile::create(token, folder.path() / "missing" / "keys").error(), unavailable);
+}
+
+TEST(QwenServerPlace, IsPrivateAndLeavesNothing) {
+  const TemporaryFolder folder;
+  {
+    auto place = QwenServerPlace::create(folder.path());
+    ASSERT_TRUE(place.has_value()) << place.error();
+    const auto name = place->socketURL().filename().string();
+    EXPECT_EQ(name.size(), std::string("mrm-q-01234567.sock").size());
+    EXPECT_TRUE(name.starts_with("mrm-q-") && name.ends_with(".sock")) << name;
+    EXPECT_EQ(modeOf(place->keyDirectory()), 0700U);
+    std::ofstream(place->keyDirectory() / "key") << "secret";
+    std::ofstream(place->socketURL()) << '.';
+    const auto moved = *std::move(place);
+    EXPECT_TRUE(fs::exists(moved.socketURL()));
+    const auto other = QwenServerPlace::create(folder.path());
+    EXPECT_TRUE(fs::exists(moved.socketURL())) << "a living place was taken for a dead one";
+    EXPECT_NE(other->socketURL(), moved.socketURL());
+  }
+  EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST(QwenServerPlace, RemovesOnlyWhatItMade) {
+  const TemporaryFolder folder;
+  for (const char* name : {"mrm-q-0123456", "mrm-q-012345678", "mrm-q-0123456g", "other-q-01234567"})
+    fs::create_directory(folder.path() / name);
+  fs::create_directory(folder.path() / "target");
+  std::ofstream(folder.path() / "target" / "file") << '.';
+  fs::create_directory_symlink(folder.path() / "target", folder.path() / "mrm-q-01234567");
+  { const auto place = QwenServerPlace::create(folder.path()); }
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 6);
+  EXPECT_TRUE(fs::exists(folder.path() / "target" / "file"));
+}
+
+TEST(LanguageModelRuntime, IsFoundInTheResourcesOrWhereADeveloperPoints) {
+  const TemporaryFolder folder;
+  const auto resources = folder.path() / "resources";
+  const auto runtime = resources / "Runtime" / "llama-b10448" / "llama-server";
+  const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
+  const auto elsewhere = folder.path() / "llama-server";
+  std::ofstream(elsewhere) << '.';
+  using enum DistributionEdition;
+  const auto shipped = LanguageModelRuntime::locate(resources, complete, policy, elsewhere.string());
+  EXPECT_EQ(shipped.installedExecutable(), std::nullopt);
+  fs::create_directories(runtime.parent_path());
+  std::ofstream(runtime) << '.';
+  EXPECT_EQ(shipped.installedExecutable(), runtime);
+  EXPECT_TRUE(shipped.mayExecute(runtime));
+  EXPECT_FALSE(shipped.mayExecute(elsewhere));
+
+  const auto pointed = LanguageModelRuntime::locate(resources, development, policy, elsewhere.string());
+  EXPECT_EQ(pointed.installedExecutable(), elsewhere);
+  EXPECT_TRUE(pointed.mayExecute(elsewhere));
+  EXPECT_FALSE(pointed.mayExecute(runtime));
+  for (const auto& nothing : {std::optional<std::string>(), std::optional<std::string>("llama-server")})
+    EXPECT_EQ(LanguageModelRuntime::locate(resources, development, policy, nothing).executable, runtime);
+}

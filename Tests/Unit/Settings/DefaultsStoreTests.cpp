@@ -1,0 +1,173 @@
+#include "Storage/FileAccess.h"
+#include "Settings/JsonDefaultsStore.h"
+#include "Support/FileBytes.h"
+#include "Support/StepFileSystem.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cerrno>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
+
+namespace {
+
+class DefaultsStoreTest : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::filesystem::path file = defaultsFile(folder.path());
+  StepFileSystem files;
+
+  void given(std::string_view contents) {
+    std::filesystem::create_directories(file.parent_path());
+    writeFile(file, contents);
+  }
+};
+
+}  // namespace
+
+TEST_F(DefaultsStoreTest, GivesBackEveryTypeAsItWasSet) {
+  const std::pair<std::string, DefaultsValue> values[] = {
+      {"bool", true},
+      {"int", std::int64_t{-9'007'199'254'740'993}},
+      {"whole double", 3.0},
+      {"double", 0.1},
+      {"large double", 1e300},
+      {"string", std::string("Grüße \"x\"\n")},
+      {"empty string", std::string()},
+      {"strings", std::vector<std::string>{"en", "", "de"}},
+      {"no strings", std::vector<std::string>{}},
+      {"data", std::vector<std::uint8_t>{0, 255, '{', '"'}},
+      {"no data", std::vector<std::uint8_t>{}},
+  };
+  JsonDefaultsStore writer(files, file);
+  for (const auto& [key, value] : values) writer.set(key, value);
+  const JsonDefaultsStore reader(files, file);
+  for (const auto& [key, value] : values) {
+    EXPECT_EQ(writer.value(key), value) << key;
+    EXPECT_EQ(reader.value(key), value) << key;
+  }
+  EXPECT_FALSE(reader.value("absent"));
+  EXPECT_FALSE(reader.get<bool>("int"));
+  EXPECT_THAT(namesIn(file.parent_path()), UnorderedElementsAre("defaults.json", "defaults.json.lock"));
+}
+
+TEST_F(DefaultsStoreTest, KeepsWhatItDoesNotKnow) {
+  given(R"({"later": {"nested": [1, null, {"$data": 5}]}, "mixed": [1, "a"], "huge": 18446744073709551615,
+           "settings.a": true, "none": null, "odd data": {"$data": "not base64"}})");
+  JsonDefaultsStore store(files, file);
+  EXPECT_FALSE(store.value("later"));
+  EXPECT_TRUE(store.contains("later"));
+  store.set("settings.b", false);
+  store.remove("settings.a");
+  const auto text = contentsOf(file);
+  const auto compact = [](std::string all) {
+    std::erase_if(all, [](char character) { return character == ' ' || character == '\n'; });
+    return all;
+  };
+  EXPECT_EQ(compact(text),
+            R"({"huge":18446744073709551615,"later":{"nested":[1,null,{"$data":5}]},"mixed":[1,"a"],)"
+            R"("none":null,"odddata":{"$data":"notbase64"},"settings.b":false})");
+}
+
+TEST_F(DefaultsStoreTest, SetsADamagedFileAsideAndSaysSo) {
+  const std::string damaged[] = {"",
+                                 "{",
+                                 "[]",
+                                 "{\"a\":1",
+                                 "{\"a\":1,\"a\":2}",
+                                 "\x89PNG",
+                                 "{\"a\":1e999}",
+                                 "{\"a\":" + std::string(100'000, '[')};
+  int number = 0;
+  for (const auto& contents : damaged) {
+    given(contents);
+    JsonDefaultsStore store(files, file);
+    SCOPED_TRACE(contents.substr(0, 40));
+    const auto aside = file.string() + ".damaged" + (++number == 1 ? "" : "-" + std::to_string(number));
+    EXPECT_EQ(contentsOf(aside), contents);
+    ASSERT_THAT(store.messages(), SizeIs(1));
+    EXPECT_THAT(store.messages().front(), HasSubstr(aside));
+    store.set("a", std::int64_t{2});
+    EXPECT_EQ(JsonDefaultsStore(files, file).get<std::int64_t>("a"), 2);
+  }
+}
+
+TEST_F(DefaultsStoreTest, LeavesAFileAloneThatItCannotReadAndKeepsChangesForLater) {
+  given(R"({"mine": "keep"})");
+  files.failAlways("read", EIO);
+  JsonDefaultsStore store(files, file);
+  store.set("new", true);
+  EXPECT_EQ(store.get<bool>("new"), true);
+  EXPECT_FALSE(store.isStored());
+  EXPECT_THAT(store.messages(), SizeIs(1)) << "told once";
+  EXPECT_EQ(contentsOf(file), R"({"mine": "keep"})");
+  files.failNever();
+  store.set("newer", std::int64_t{1});
+  EXPECT_TRUE(store.isStored());
+  const JsonDefaultsStore reader(files, file);
+  EXPECT_EQ(reader.get<bool>("new"), true);
+  EXPECT_EQ(reader.get<std::string>("mine"), "keep");
+  EXPECT_EQ(reader.get<std::int64_t>("newer"), 1);
+}
+
+TEST_F(DefaultsStoreTest, AFailureAtAnyStepLosesNothing) {
+  JsonDefaultsStore(files, file).set("old", true);
+  JsonDefaultsStore counted(files, file);
+  files.before({});
+  counted.set("count", true);
+  const int steps = files.steps();
+  for (int failing = 0; failing < steps; ++failing) {
+    for (const int error : {ENOSPC, EACCES}) {
+      JsonDefaultsStore store(files, file);
+      const auto key = std::to_string(failing) + "." + std::to_string(error);
+      files.before([&](int index, std::string_view) -> std::optional<int> {
+        if (index == failing) return error;
+        return std::nullopt;
+      });
+      store.set(key, true);
+      files.failNever();
+      EXPECT_EQ(store.get<bool>(key), true);
+      EXPECT_EQ(JsonDefaultsStore(files, file).get<bool>("old"), true) << key;
+      store.set("after", true);
+      EXPECT_EQ(JsonDefaultsStore(files, file).get<bool>(key), true) << key;
+    }
+  }
+}
+
+TEST_F(DefaultsStoreTest, TwoStoresOfOneFileKeepEachOthersChanges) {
+  JsonDefaultsStore one(files, file);
+  JsonDefaultsStore other(files, file);
+  one.set("a", std::int64_t{1});
+  other.set("b", std::int64_t{2});
+  one.set("c", std::int64_t{3});
+  other.remove("a");
+  const JsonDefaultsStore reader(files, file);
+  EXPECT_FALSE(reader.contains("a"));
+  EXPECT_EQ(reader.get<std::int64_t>("b"), 2);
+  EXPECT_EQ(reader.get<std::int64_t>("c"), 3);
+  EXPECT_EQ(one.get<std::int64_t>("b"), 2) << "seen with the next change";
+}
+
+TEST_F(DefaultsStoreTest, AHeldLockDelaysAChangeButDoesNotLoseIt) {
+  JsonDefaultsStore store(files, file);
+  store.set("first", true);
+  {
+    PosixFileSystem others;
+    const auto held = others.lock(lockPath(file), Duration::zero());
+    ASSERT_TRUE(held);
+    files.failAlways("lock", EWOULDBLOCK);  // without the wait
+    store.set("second", true);
+    EXPECT_THAT(store.messages(), SizeIs(1));
+    EXPECT_FALSE(JsonDefaultsStore(others, file).contains("second"));
+  }
+  files.failNever();
+  store.set("third", true);
+  EXPECT_TRUE(JsonDefaultsStore(files, file).contains("second"));
+}

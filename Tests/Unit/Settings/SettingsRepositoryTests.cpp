@@ -1,0 +1,472 @@
+#include "Platform/Fake/FakeSecretStore.h"
+#include "Shortcut/ShortcutChoice.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Settings/SettingsKeys.h"
+#include "Settings/SettingsRepository.h"
+#include "Support/FileBytes.h"
+#include "Support/InMemoryDefaultsStore.h"
+#include "Support/StepFileSystem.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cerrno>
+#include <set>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+using Language = DictationLanguage;
+const std::string service = "app.murmel.Test.local-storage.vocabulary";
+
+class FakeActivationPolicy final : public ActivationPolicyControl {
+ public:
+  [[nodiscard]] ActivationPolicy current() const override { return policy; }
+  void set(ActivationPolicy wanted) override {
+    policy = wanted;
+    ++changes;
+  }
+  ActivationPolicy policy = ActivationPolicy::regular;
+  int changes = 0;
+};
+
+class FixedPropertyList final : public PropertyListReader {
+ public:
+  [[nodiscard]] std::optional<std::map<std::string, DefaultsValue>> read(
+      std::span<const std::uint8_t> bytes) const override {
+    if (textOf(bytes) != "plist") return std::nullopt;
+    return members;
+  }
+  std::map<std::string, DefaultsValue> members;
+};
+
+class SettingsRepositoryTest : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::filesystem::path sealed = folder.path() / "personal-vocabulary.sealed";
+  StepFileSystem files;
+  FakeSecretStore secrets;
+  KeychainEncryptionKeyStore keys{secrets, service};
+  InMemoryDefaultsStore defaults;
+  FakeActivationPolicy dock;
+  std::set<SmartLocalModel> readyModels;
+  bool fullGemmaCatalog = false;
+  MRMDistributionChannel channel = MRMDistributionChannel::direct;
+
+  SettingsRepository open() {
+    return SettingsRepository({defaults, vocabularyFile(files, keys, folder.path()), fullGemmaCatalog,
+                               [this](SmartLocalModel model) { return readyModels.contains(model); }, channel,
+                               &dock});
+  }
+  /// A store of a version after the one-time reset of formatting.
+  void givenMigrated() { defaults.values["settings.smartLocalQwenMigration"] = true; }
+  std::string storedString(std::string_view key) { return defaults.get<std::string>(key).value_or("(none)"); }
+};
+
+}  // namespace
+
+TEST_F(SettingsRepositoryTest, AFirstStartHasTheDefaults) {
+  const auto settings = open();
+  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::functionKey));
+  EXPECT_EQ(settings.singleLanguage(), Language::english);
+  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::english, Language::russian));
+  EXPECT_EQ(settings.languageMode(), DictationLanguageMode::automaticAll);
+  EXPECT_TRUE(settings.playFeedbackSound());
+  EXPECT_TRUE(settings.showInDock());
+  EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::gemma4E2B);
+  EXPECT_EQ(settings.smartRefinementRouting(), SmartRefinementRoutingMode::automaticByLanguage);
+  EXPECT_FALSE(settings.smartFormatting());
+  EXPECT_TRUE(settings.processWhileRecording());
+  EXPECT_FALSE(settings.insertWhileRecording());
+  EXPECT_FALSE(settings.removeFillerWords());
+  EXPECT_TRUE(settings.restorePreviousClipboard());
+  EXPECT_FALSE(settings.historyEnabled());
+  EXPECT_EQ(settings.historyRetention(), HistoryRetention::forever);
+  EXPECT_EQ(settings.overlayPosition(), OverlayPosition::right);
+  EXPECT_EQ(settings.personalVocabulary(), "");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
+  EXPECT_FALSE(settings.modelMigrationNotice());
+  EXPECT_EQ(dock.changes, 0);
+  // Nothing but the marks of what has run.
+  EXPECT_THAT(defaults.values,
+              ElementsAre(std::pair(std::string(settingsKey::fnDefaultMigration), DefaultsValue(true)),
+                          std::pair(std::string(settingsKey::smartFormatting), DefaultsValue(false)),
+                          std::pair(std::string(settingsKey::smartLocalQwenMigration), DefaultsValue(true))));
+}
+
+TEST_F(SettingsRepositoryTest, EveryChangeIsStoredUnderItsKeyAndReadBack) {
+  readyModels = {SmartLocalModel::qwen4};
+  {
+    auto settings = open();
+    settings.setShortcut(configuration(ShortcutChoice::optionSpace));
+    settings.setSingleLanguage(Language::greek);
+    settings.setSelectedLanguages({Language::german, Language::ukrainian});
+    settings.setLanguageMode(DictationLanguageMode::single);
+    settings.setPlayFeedbackSound(false);
+    settings.setShowInDock(false);
+    settings.setSmartLocalModel(SmartLocalModel::qwen4);
+    settings.setSmartRefinementRouting(SmartRefinementRoutingMode::selectedMultilingualModel);
+    settings.setSmartFormatting(true);
+    settings.setProcessWhileRecording(false);
+    settings.setInsertWhileRecording(true);
+    settings.setRemoveFillerWords(true);
+    settings.setRestorePreviousClipboard(false);
+    settings.setHistoryEnabled(true);
+    settings.setHistoryRetention(HistoryRetention::oneWeek);
+    settings.setOverlayPosition(OverlayPosition::top);
+    settings.setPersonalVocabulary("postgresql = PostgreSQL");
+  }
+  const auto settings = open();
+  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::optionSpace));
+  EXPECT_EQ(settings.singleLanguage(), Language::greek);
+  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::german, Language::ukrainian));
+  EXPECT_EQ(settings.languageMode(), DictationLanguageMode::single);
+  EXPECT_FALSE(settings.playFeedbackSound());
+  EXPECT_FALSE(settings.showInDock());
+  EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::qwen4);
+  EXPECT_EQ(settings.smartRefinementRouting(), SmartRefinementRoutingMode::selectedMultilingualModel);
+  EXPECT_TRUE(settings.smartFormatting());
+  EXPECT_FALSE(settings.processWhileRecording());
+  EXPECT_TRUE(settings.insertWhileRecording());
+  EXPECT_TRUE(settings.removeFillerWords());
+  EXPECT_FALSE(settings.restorePreviousClipboard());
+  EXPECT_TRUE(settings.historyEnabled());
+  EXPECT_EQ(settings.historyRetention(), HistoryRetention::oneWeek);
+  EXPECT_EQ(settings.overlayPosition(), OverlayPosition::top);
+  EXPECT_EQ(settings.personalVocabulary(), "postgresql = PostgreSQL");
+  // The keys are a promise to other versions.
+  EXPECT_EQ(storedString("settings.singleLanguage"), "el");
+  EXPECT_EQ(defaults.get<Strings>("settings.selectedLanguages"), (Strings{"de", "uk"}));
+  EXPECT_EQ(storedString("settings.languageMode"), "single");
+  EXPECT_EQ(storedString("settings.smartLocalModel"), "qwen4");
+  EXPECT_EQ(storedString("settings.smartRefinementRouting"), "selectedMultilingualModel");
+  EXPECT_EQ(storedString("settings.historyRetention"), "oneWeek");
+  EXPECT_EQ(storedString("settings.overlayAnchor"), "top");
+  for (const auto* key : {"settings.feedbackSound", "settings.showInDock", "settings.processWhileRecording",
+                          "settings.restorePreviousClipboard"}) {
+    EXPECT_EQ(defaults.get<bool>(key), false) << key;
+  }
+  for (const auto* key : {"settings.smartFormatting", "settings.insertWhileRecording",
+                          "settings.removeFillerWords", "settings.historyEnabled"}) {
+    EXPECT_EQ(defaults.get<bool>(key), true) << key;
+  }
+  EXPECT_TRUE(defaults.get<std::vector<std::uint8_t>>("settings.shortcutConfiguration"));
+  EXPECT_FALSE(defaults.contains("settings.personalVocabulary"));
+}
+
+TEST_F(SettingsRepositoryTest, ValuesOfAnotherTypeOrNameReadAsAbsent) {
+  givenMigrated();
+  defaults.values["settings.restorePreviousClipboard"] = std::string("false");
+  defaults.values["settings.historyEnabled"] = std::int64_t{1};
+  defaults.values["settings.historyRetention"] = std::string("twoYears");
+  defaults.values["settings.overlayAnchor"] = true;
+  defaults.values["settings.languageMode"] = std::string("Single");
+  defaults.values["settings.shortcutConfiguration"] = std::string("{}");
+  const auto settings = open();
+  EXPECT_TRUE(settings.restorePreviousClipboard());
+  EXPECT_FALSE(settings.historyEnabled());
+  EXPECT_EQ(settings.historyRetention(), HistoryRetention::forever);
+  EXPECT_EQ(settings.overlayPosition(), OverlayPosition::right);
+  EXPECT_EQ(settings.languageMode(), DictationLanguageMode::automaticAll);
+  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::functionKey));
+}
+
+TEST_F(SettingsRepositoryTest, TheShortcutComesFromTheStoreTheOlderChoiceOrTheChannel) {
+  const auto stored = [&](const ShortcutConfiguration& shortcut) {
+    const auto json = *shortcut.toJson();
+    defaults.values["settings.shortcutConfiguration"] = std::vector<std::uint8_t>(json.begin(), json.end());
+  };
+  defaults.values["settings.shortcut"] = std::string("controlSpace");
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::controlSpace));
+  EXPECT_EQ(defaults.get<bool>("settings.fnDefaultMigration"), true);
+  EXPECT_FALSE(defaults.contains("settings.shortcutConfiguration")) << "nothing to repair";
+
+  defaults.values["settings.shortcutConfiguration"] = bytesOf("{\"kind\":\"unknown\"}");
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::controlSpace));
+
+  defaults.values.erase("settings.fnDefaultMigration");
+  stored(configuration(ShortcutChoice::doubleTapOption));
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::doubleTapOption));
+  EXPECT_FALSE(defaults.contains("settings.fnDefaultMigration"));
+
+  channel = MRMDistributionChannel::appStore;
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::commandShiftD));
+  channel = MRMDistributionChannel::direct;
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::commandShiftD)) << "the repair was stored";
+}
+
+TEST_F(SettingsRepositoryTest, ASetShortcutIsMadeServableAndAnnounced) {
+  auto settings = open();
+  int announced = 0;
+  const auto observer = settings.shortcutDidChange().subscribe([&] { ++announced; });
+  auto commandAlone = configuration(ShortcutChoice::controlKey);
+  commandAlone.modifierRawValue = 0x100000;
+  settings.setShortcut(commandAlone);
+  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::functionKey));
+  settings.setShortcut(configuration(ShortcutChoice::disabled));
+  EXPECT_EQ(announced, 2);
+  EXPECT_EQ(open().shortcut(), configuration(ShortcutChoice::disabled));
+}
+
+TEST_F(SettingsRepositoryTest, LanguagesComeFromTheListElseFromTheEarlierPair) {
+  const struct {
+    std::optional<Strings> list;
+    std::vector<Language> expected;
+  } cases[] = {
+      {Strings{"xx", "de"}, {Language::german}},
+      {Strings{"fr", "en"}, {Language::french, Language::english}},
+      {Strings{"xx"}, {Language::polish, Language::russian}},
+      {Strings{}, {Language::polish, Language::russian}},
+      {std::nullopt, {Language::polish, Language::russian}},
+  };
+  defaults.values["settings.primaryLanguage"] = std::string("pl");
+  for (const auto& [list, expected] : cases) {
+    defaults.values.erase("settings.selectedLanguages");
+    if (list) defaults.values["settings.selectedLanguages"] = *list;
+    EXPECT_EQ(open().selectedLanguages(), expected);
+  }
+  EXPECT_EQ(open().singleLanguage(), Language::polish);
+}
+
+TEST_F(SettingsRepositoryTest, OnlyASingleLanguageIsForcedOnTheRecogniser) {
+  auto settings = open();
+  settings.setSingleLanguage(Language::german);
+  const auto labels = [&] {
+    return Strings{settings.workerLanguageCode().value_or("(none)"), settings.historyLanguageLabel(),
+                   settings.languageProfileSummary()};
+  };
+  EXPECT_THAT(labels(), ElementsAre("(none)", "Automatic", "All 28 languages, recognized automatically"));
+  settings.setLanguageMode(DictationLanguageMode::selected);
+  EXPECT_THAT(labels(), ElementsAre("(none)", "English, Russian", "English, Russian"));
+  settings.setLanguageMode(DictationLanguageMode::single);
+  EXPECT_THAT(labels(), ElementsAre("de", "German", "German only"));
+}
+
+TEST_F(SettingsRepositoryTest, TogglesLanguagesButKeepsTheLastOne) {
+  auto settings = open();
+  settings.toggleLanguage(Language::german);
+  settings.toggleLanguage(Language::english);
+  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::russian, Language::german));
+  EXPECT_TRUE(settings.isLanguageSelected(Language::german));
+  settings.toggleLanguage(Language::russian);
+  settings.toggleLanguage(Language::german);
+  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::german));
+}
+
+TEST_F(SettingsRepositoryTest, AModelThatIsNotReadyGivesWayToOneThatIs) {
+  using Model = SmartLocalModel;
+  const struct {
+    const char* name;
+    bool full;
+    const char* stored;
+    std::set<Model> ready;
+    bool migrated, formatting;
+    Model expected;
+    const char* previous;  // recorded
+  } cases[] = {
+      {"nothing stored", true, nullptr, {}, true, false, Model::gemma4E2B, nullptr},
+      {"stored and ready",
+       true,
+       "qwen4",
+       {Model::qwen4, Model::gemma4E2B},
+       true,
+       true,
+       Model::qwen4,
+       nullptr},
+      {"not ready, Gemma is", true, "qwen4", {Model::gemma4E2B}, true, true, Model::gemma4E2B, "qwen4"},
+      {"neither ready", true, "qwen4", {}, true, true, Model::qwen4, nullptr},
+      {"small catalogue", false, "qwen4", {Model::gemma4E2B}, true, true, Model::qwen4, nullptr},
+      {"formatting before models were stored",
+       true,
+       nullptr,
+       {Model::gemma4E2B},
+       true,
+       true,
+       Model::gemma4E2B,
+       "qwen17"},
+      {"the same, and that model is ready",
+       true,
+       nullptr,
+       {Model::qwen17, Model::gemma4E2B},
+       true,
+       true,
+       Model::qwen17,
+       nullptr},
+      {"formatting from before the reset",
+       true,
+       nullptr,
+       {Model::gemma4E2B},
+       false,
+       true,
+       Model::gemma4E2B,
+       nullptr},
+      {"the other spelling", true, "gemma4E2B", {}, true, true, Model::gemma4E2B, nullptr},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    defaults.values.clear();
+    defaults.values["settings.smartLocalQwenMigration"] = each.migrated;
+    defaults.values["settings.smartFormatting"] = each.formatting;
+    if (each.stored != nullptr) defaults.values["settings.smartLocalModel"] = std::string(each.stored);
+    fullGemmaCatalog = each.full;
+    readyModels = each.ready;
+    const auto settings = open();
+    EXPECT_EQ(settings.smartLocalModel(), each.expected);
+    EXPECT_EQ(storedString("settings.modelMigrationPreviousSelection"),
+              each.previous ? each.previous : "(none)");
+    EXPECT_EQ(storedString("settings.smartLocalModel"), each.previous            ? "gemma4E2"
+                                                        : each.stored != nullptr ? each.stored
+                                                                                 : "(none)");
+    EXPECT_EQ(settings.modelMigrationNotice().has_value(), each.previous != nullptr);
+  }
+}
+
+TEST_F(SettingsRepositoryTest, TheNoticeOfAReplacedModelStaysUntilItIsDismissed) {
+  givenMigrated();
+  defaults.values["settings.modelMigrationPreviousSelection"] = std::string("qwen4");
+  EXPECT_EQ(
+      open().modelMigrationNotice(),
+      "Your previous model, Qwen3 4B Q4 · Best quality, is unavailable. Gemma was selected so you can stay "
+      "offline. You can download and select your previous model in Speech Models.");
+  auto settings = open();
+  settings.dismissModelMigrationNotice();
+  EXPECT_FALSE(settings.modelMigrationNotice());
+  EXPECT_FALSE(open().modelMigrationNotice());
+}
+
+TEST_F(SettingsRepositoryTest, FormattingIsResetOnceAndThenNeedsItsModel) {
+  defaults.values["settings.smartFormatting"] = true;
+  readyModels = {SmartLocalModel::gemma4E2B};
+  EXPECT_FALSE(open().smartFormatting());
+  EXPECT_EQ(defaults.get<bool>("settings.smartFormatting"), false);
+  open().setSmartFormatting(true);
+  EXPECT_TRUE(open().smartFormatting());
+  readyModels.clear();
+  EXPECT_FALSE(open().smartFormatting());
+  EXPECT_EQ(defaults.get<bool>("settings.smartFormatting"), true) << "kept for when the model is back";
+}
+
+TEST_F(SettingsRepositoryTest, TheDockFollowsItsSwitchOnlyWhenItDiffers) {
+  auto settings = open();
+  settings.setShowInDock(true);
+  EXPECT_EQ(dock.changes, 0);
+  settings.setShowInDock(false);
+  EXPECT_EQ(dock.policy, ActivationPolicy::accessory);
+  settings.setShowInDock(false);
+  EXPECT_EQ(dock.changes, 1);
+}
+
+TEST_F(SettingsRepositoryTest, ObserversHearOfAChangeBeforeAndAfterAndNotOfNone) {
+  auto settings = open();
+  Strings seen;
+  const auto before = settings.willChange().subscribe([&](SettingsProperty property) {
+    seen.push_back((property == SettingsProperty::historyEnabled ? "history was " : "other was ") +
+                   std::to_string(settings.historyEnabled()));
+  });
+  const auto after = settings.didChange().subscribe(
+      [&](SettingsProperty) { seen.push_back("is " + std::to_string(settings.historyEnabled())); });
+  settings.setHistoryEnabled(true);
+  settings.setHistoryEnabled(true);
+  EXPECT_THAT(seen, ElementsAre("history was 0", "is 1"));
+}
+
+TEST_F(SettingsRepositoryTest, TakesOverTheVocabularyThatStoodInThePreferences) {
+  defaults.values["settings.personalVocabulary"] = std::string("old = Old");
+  EXPECT_EQ(open().personalVocabulary(), "old = Old");
+  EXPECT_FALSE(defaults.contains("settings.personalVocabulary"));
+  EXPECT_TRUE(std::filesystem::exists(sealed));
+  defaults.values["settings.personalVocabulary"] = std::string("later");
+  EXPECT_EQ(open().personalVocabulary(), "old = Old") << "the sealed file wins";
+
+  open().setPersonalVocabulary("");
+  EXPECT_FALSE(std::filesystem::exists(sealed));
+  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  defaults.values["settings.personalVocabulary"] = std::string();
+  EXPECT_EQ(open().personalVocabulary(), "");
+  EXPECT_FALSE(defaults.contains("settings.personalVocabulary"));
+
+  defaults.values["settings.personalVocabulary"] = std::string("not lost");
+  secrets.setLocked(true);
+  const auto settings = open();
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
+  EXPECT_EQ(storedString("settings.personalVocabulary"), "not lost");
+  secrets.setLocked(false);
+  EXPECT_EQ(open().personalVocabulary(), "not lost");
+}
+
+TEST_F(SettingsRepositoryTest, AnUnreadableVocabularyIsNeverWrittenOver) {
+  open().setPersonalVocabulary("precious = Precious");
+  const auto stored = contentsOf(sealed);
+  secrets.setLocked(true);
+  auto settings = open();
+  EXPECT_EQ(settings.personalVocabulary(), "");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
+  secrets.setLocked(false);
+  settings.setPersonalVocabulary("");
+  settings.setPersonalVocabulary("typed");
+  EXPECT_EQ(settings.personalVocabulary(), "typed");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
+  EXPECT_EQ(contentsOf(sealed), stored);
+  settings.retryPersonalVocabulary();
+  EXPECT_EQ(settings.personalVocabulary(), "typed")
+      << "what the user sees is not exchanged under their hands";
+  settings.setPersonalVocabulary("");
+  settings.retryPersonalVocabulary();
+  EXPECT_EQ(settings.personalVocabulary(), "precious = Precious");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
+
+  ASSERT_TRUE(vocabularyFile(files, keys, folder.path()).write(bytesOf("\xff\xfe")));
+  EXPECT_EQ(open().vocabularyStorageStatus(), SecureStorageStatus::unavailable) << "not text";
+}
+
+TEST_F(SettingsRepositoryTest, AVocabularyThatCannotBeStoredStaysInMemory) {
+  auto settings = open();
+  files.failAlways("write", ENOSPC);
+  settings.setPersonalVocabulary("kept = Kept");
+  EXPECT_EQ(settings.personalVocabulary(), "kept = Kept");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
+  files.failNever();
+  settings.setPersonalVocabulary("kept = Kept");
+  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
+  EXPECT_EQ(open().personalVocabulary(), "kept = Kept");
+}
+
+TEST_F(SettingsRepositoryTest, OnlyTheStandardPlaceHasALegacyVocabulary) {
+  writeFile(folder.path() / "personal-vocabulary.txt", "legacy");
+  const auto elsewhere = folder.path() / "elsewhere.sealed";
+  EXPECT_FALSE(*vocabularyFile(files, keys, folder.path(), elsewhere).read());
+  EXPECT_TRUE(*vocabularyFile(files, keys, folder.path(), sealed).read());
+}
+
+TEST_F(SettingsRepositoryTest, ImportsTheEarlierPreferencesOnceAndOverwritesNothing) {
+  const auto plist = settingsMigration::legacyPropertyList(folder.path());
+  FixedPropertyList reader;
+  reader.members = {{"settings.historyEnabled", true},
+                    {"settings.feedbackSound", false},
+                    {"onboarding.completed", true},
+                    {"settings.selectedLanguages", Strings{"de"}}};
+  defaults.values["settings.feedbackSound"] = true;
+  std::filesystem::create_directories(plist.parent_path());
+  writeFile(plist, "plist");
+  settingsMigration::importLegacyPreferences(defaults, files, reader, plist);
+  EXPECT_EQ(defaults.get<bool>("settings.historyEnabled"), true);
+  EXPECT_EQ(defaults.get<bool>("settings.feedbackSound"), true);
+  EXPECT_EQ(defaults.get<Strings>("settings.selectedLanguages"), Strings{"de"});
+  EXPECT_FALSE(defaults.contains("onboarding.completed"));
+  EXPECT_EQ(defaults.get<bool>("migration.productionBundleIdentity.v1"), true);
+  reader.members["settings.later"] = true;
+  settingsMigration::importLegacyPreferences(defaults, files, reader, plist);
+  EXPECT_FALSE(defaults.contains("settings.later"));
+
+  InMemoryDefaultsStore fresh;
+  settingsMigration::importLegacyPreferences(fresh, files, reader, folder.path() / "absent.plist");
+  EXPECT_THAT(fresh.values, SizeIs(1));
+}

@@ -1,0 +1,391 @@
+#include "Foundation/Crypto/AesGcm.h"
+#include "Foundation/Crypto/Base64.h"
+#include "Platform/Fake/FakeSecretStore.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Storage/SecureLocalEnvelope.h"
+#include "Storage/SecureLocalFile.h"
+#include "Support/FileBytes.h"
+#include "Support/StepFileSystem.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cerrno>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+using namespace murmel;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
+
+namespace {
+
+using Case = SecureLocalStorageError::Case;
+const std::string service = "app.murmel.Test.local-storage.test";
+
+class SecureLocalFileTest : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::filesystem::path path = folder.path() / "data" / "test.sealed";
+  StepFileSystem files;
+  FakeSecretStore secrets;
+  KeychainEncryptionKeyStore keys{secrets, service};
+  SecureLocalFile file{files, keys, path};
+
+  SecureResult<void> write(std::string_view text) { return file.write(bytesOf(text)); }
+  /// The plaintext, "(nothing)", or the error's description.
+  std::string read() { return read(file); }
+  static std::string read(SecureLocalFile& from) {
+    const auto plaintext = from.read();
+    if (!plaintext) return plaintext.error().description();
+    return *plaintext ? textOf((*plaintext)->reveal()) : "(nothing)";
+  }
+  std::optional<Case> readError() {
+    const auto plaintext = file.read();
+    if (plaintext) return std::nullopt;
+    return plaintext.error().which();
+  }
+  std::string keyInFile() {
+    auto envelope = SecureLocalEnvelope::decode(bytesOf(contentsOf(path)));
+    return envelope ? envelope->keyID : "(none)";
+  }
+  /// Only the file and its lock are there, and only the file's key.
+  void expectTidy() {
+    EXPECT_THAT(namesIn(path.parent_path()), UnorderedElementsAre("test.sealed", "test.sealed.lock"));
+    EXPECT_THAT(secrets.accounts(service), ElementsAre(keyInFile()));
+  }
+};
+
+}  // namespace
+
+TEST_F(SecureLocalFileTest, KeepsDataPrivatelyUnderOneKeyThatEveryWriteReplaces) {
+  EXPECT_EQ(read(), "(nothing)");
+  ASSERT_TRUE(write("first words"));
+  const auto firstKey = keyInFile();
+  EXPECT_EQ(read(), "first words");
+  ASSERT_TRUE(write("second words"));
+  EXPECT_EQ(read(), "second words");
+  EXPECT_NE(keyInFile(), firstKey);
+  expectTidy();
+  EXPECT_EQ(contentsOf(path).find("words"), std::string::npos);
+  struct stat status {};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  ASSERT_EQ(::stat(path.parent_path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0700U);
+  ASSERT_TRUE(write(""));
+  EXPECT_EQ(read(), "");
+}
+
+TEST_F(SecureLocalFileTest, ReadsAnEnvelopeWrittenElsewhere) {
+  const auto created = keys.createKey({});
+  ASSERT_TRUE(created);
+  const auto box = crypto::sealAes256Gcm(created->key, bytesOf("from elsewhere"));
+  auto text = base64::encoded(*box);
+  for (std::size_t at = 0; (at = text.find('/', at)) != std::string::npos; at += 2) text.insert(at, "\\");
+  std::filesystem::create_directories(path.parent_path());
+  writeFile(path, "MRMENC1 {\"sealedData\" : \"" + text + "\",\n\"later\":[{\"x\":null}],\"keyID\":\"" +
+                      created->identifier + "\", \"version\":1}\n");
+  EXPECT_EQ(read(), "from elsewhere");
+}
+
+TEST_F(SecureLocalFileTest, DeletedDataCannotBeReadFromARestoredCopy) {
+  ASSERT_TRUE(write("private"));
+  const auto copy = contentsOf(path);
+  ASSERT_TRUE(file.deleteCryptographically());
+  EXPECT_EQ(read(), "(nothing)");
+  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  writeFile(path, copy);
+  EXPECT_EQ(readError(), Case::keyUnavailable);
+  EXPECT_EQ(contentsOf(path), copy);
+}
+
+TEST_F(SecureLocalFileTest, RefusesEveryBrokenFileAndLeavesItAlone) {
+  ASSERT_TRUE(write("do not lose"));
+  const auto good = contentsOf(path);
+  const auto key = keyInFile();
+  const auto with = [&](std::string_view from, std::string_view to) {
+    auto changed = good;
+    changed.replace(changed.find(from), from.size(), to);
+    return changed;
+  };
+  const struct {
+    std::string contents;
+    Case error;
+  } cases[] = {
+      {"", Case::invalidEnvelope},
+      {"MRMENC", Case::invalidEnvelope},
+      {"MRMENC1", Case::invalidEnvelope},
+      {"MRMENC1{}", Case::invalidEnvelope},
+      {"MRMENC2" + good.substr(7), Case::invalidEnvelope},
+      {good + "x", Case::invalidEnvelope},
+      {with("\"version\":1", "\"version\":\"1\""), Case::invalidEnvelope},
+      {with("\"version\":1", "\"version\":2"), Case::keyUnavailable},
+      {with(key, "00000000-0000-0000-0000-000000000000"), Case::keyUnavailable},
+      {with("\"sealedData\":\"", "\"sealedData\":\"\",\"x\":\""), Case::authenticationFailed},
+      {with("\"sealedData\":\"", "\"sealedData\":\"AAA"), Case::invalidEnvelope},
+      {"MRMENC1" + std::string(1'000'000, '['), Case::invalidEnvelope},
+      {"MRMENC1{\"x\":" + std::string(1'000'000, '['), Case::invalidEnvelope},
+  };
+  for (const auto& each : cases) {
+    writeFile(path, each.contents);
+    EXPECT_EQ(readError(), each.error) << each.contents.substr(0, 120);
+    EXPECT_TRUE(contentsOf(path) == each.contents);
+  }
+  std::filesystem::resize_file(path, 0);
+  std::filesystem::resize_file(path, 100'000'000);
+  EXPECT_EQ(readError(), Case::invalidEnvelope);
+  EXPECT_EQ(std::filesystem::file_size(path), 100'000'000);
+  writeFile(path, good);
+  EXPECT_EQ(read(), "do not lose");
+}
+
+TEST_F(SecureLocalFileTest, NoFlippedBitAndNoTruncationGivesOtherWords) {
+  ASSERT_TRUE(write("exactly these"));
+  const auto good = contentsOf(path);
+  std::fstream raw(path, std::ios::binary | std::ios::in | std::ios::out);
+  const auto put = [&raw](std::size_t at, int byte) {
+    raw.seekp(static_cast<std::streamoff>(at));
+    raw.put(static_cast<char>(byte)).flush();
+  };
+  for (std::size_t bit = 0; bit < good.size() * 8; ++bit) {
+    put(bit / 8, good[bit / 8] ^ 1 << bit % 8);
+    ASSERT_TRUE(readError()) << "bit " << bit;
+    put(bit / 8, good[bit / 8]);
+  }
+  EXPECT_EQ(read(), "exactly these") << "reading changed nothing";
+  for (auto size = good.size(); size-- > 0;) {
+    std::filesystem::resize_file(path, size);
+    ASSERT_TRUE(readError()) << size;
+    ASSERT_EQ(std::filesystem::file_size(path), size);
+  }
+}
+
+TEST_F(SecureLocalFileTest, AFileWithoutTheMagicHasNoKeyAndIsReplaced) {
+  std::filesystem::create_directories(path.parent_path());
+  writeFile(path, "something else");
+  ASSERT_TRUE(write("mine"));
+  EXPECT_EQ(read(), "mine");
+  writeFile(path, "MRMENC1 damaged");
+  EXPECT_FALSE(write("would lose the name of a key"));
+  EXPECT_EQ(contentsOf(path), "MRMENC1 damaged");
+}
+
+TEST_F(SecureLocalFileTest, SealsLegacyPlainTextOnce) {
+  const auto first = folder.path() / "first.txt";
+  const auto second = folder.path() / "second.txt";
+  writeFile(second, "old plain words");
+  SecureLocalFile migrating(files, keys, path, {first, second});
+  EXPECT_EQ(read(migrating), "old plain words");
+  EXPECT_FALSE(std::filesystem::exists(second));
+  EXPECT_EQ(read(migrating), "old plain words");
+  // A crash after the sealing leaves an identical plain file: it goes. Another text is not ours to delete.
+  writeFile(second, "old plain words");
+  writeFile(first, "written since by an earlier version");
+  EXPECT_EQ(read(migrating), "old plain words");
+  EXPECT_FALSE(std::filesystem::exists(second));
+  EXPECT_TRUE(std::filesystem::exists(first));
+  ASSERT_TRUE(migrating.deleteCryptographically());
+  EXPECT_FALSE(std::filesystem::exists(first));
+}
+
+TEST_F(SecureLocalFileTest, AFailureAtAnyStepOfAWriteKeepsTheOldFileAndItsKey) {
+  ASSERT_TRUE(write("old"));
+  // The first successful walk counts the steps; each of them fails once with each reason.
+  files.before({});
+  ASSERT_TRUE(write("old"));
+  const int steps = files.steps();
+  ASSERT_GT(steps, 12);
+  for (const int error : {ENOSPC, EROFS, EACCES, EIO}) {
+    for (int failing = 0; failing < steps; ++failing) {
+      ASSERT_TRUE(write("old"));
+      const auto before = contentsOf(path);
+      std::string failed;
+      files.before([&](int index, std::string_view name) -> std::optional<int> {
+        if (index != failing) return std::nullopt;
+        failed = name;
+        return error;
+      });
+      const bool written = write("new").has_value();
+      files.failNever();
+      SCOPED_TRACE(failed + " as step " + std::to_string(failing) + ", error " + std::to_string(error));
+      EXPECT_EQ(read(), written ? "new" : "old");
+      if (!written) {
+        EXPECT_EQ(contentsOf(path), before);
+      }
+      expectTidy();
+    }
+  }
+}
+
+TEST_F(SecureLocalFileTest, EveryFurtherCallFailingKeepsTheOldFileToo) {
+  ASSERT_TRUE(write("old"));
+  files.before({});
+  ASSERT_TRUE(write("old"));
+  const int steps = files.steps();
+  for (int failing = 0; failing < steps; ++failing) {
+    ASSERT_TRUE(write("old"));
+    std::string failed;
+    files.before([&](int index, std::string_view name) -> std::optional<int> {
+      if (index < failing) return std::nullopt;
+      if (index == failing) failed = name;
+      return EIO;
+    });
+    const bool written = write("new").has_value();
+    files.failNever();
+    SCOPED_TRACE(failed + " from step " + std::to_string(failing));
+    const auto kept = read();
+    // With the disk gone for good nobody can take a step back: then it is the new file, with its key.
+    EXPECT_TRUE(kept == "old" || kept == "new") << kept;
+    if (written) {
+      EXPECT_EQ(kept, "new");
+    }
+    expectTidy();
+  }
+}
+
+TEST_F(SecureLocalFileTest, AKeyStoreThatFailsKeepsTheOldFileAndNoFurtherKey) {
+  for (const bool addsAllTheSame : {false, true}) {
+    for (int call = 0; call < 2; ++call) {
+      ASSERT_TRUE(write("old"));
+      secrets.failOnce(call, secretStatus::serviceUnavailable, addsAllTheSame);
+      const bool written = write("new").has_value();
+      SCOPED_TRACE(call);
+      EXPECT_EQ(written, call == 1) << "only the deletion of the old key may fail unnoticed";
+      EXPECT_EQ(read(), written ? "new" : "old");
+      expectTidy();
+    }
+  }
+  ASSERT_TRUE(write("old"));
+  secrets.setLocked(true);
+  EXPECT_EQ(write("new").error(), SecureLocalStorageError::keychain(secretStatus::interactionNotAllowed));
+  EXPECT_EQ(readError(), Case::keychain);
+  secrets.setLocked(false);
+  EXPECT_EQ(read(), "old");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, PermissionsThatCannotBeSetStopTheWriteBeforeItShows) {
+  ASSERT_TRUE(write("old"));
+  SecureLocalFile refusing(files, keys, path, {}, [](const auto&) { return std::unexpected(EPERM); });
+  EXPECT_EQ(refusing.write(bytesOf("new")).error(), SecureLocalStorageError::file(EPERM));
+  EXPECT_EQ(read(), "old");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, AWriterThatReplacedTheFileAndThenFailedKeepsTheNewKey) {
+  ASSERT_TRUE(write("old"));
+  SecureLocalFile odd(files, keys, path, {}, {}, [&](auto bytes, const auto& target, const auto& prepare) {
+    (void)replaceFile(files, target, bytes, prepare);
+    return FileResult<void>(std::unexpected(EIO));
+  });
+  EXPECT_FALSE(odd.write(bytesOf("new")));
+  EXPECT_EQ(read(), "new");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, MovesManyBytesInSmallPieces) {
+  files.limitTransfers(7);
+  const std::string text(5'000, 'w');
+  ASSERT_TRUE(write(text));
+  EXPECT_EQ(read(), text);
+}
+
+TEST_F(SecureLocalFileTest, AFileSystemWithoutExchangeStillReplaces) {
+  files.failAlways("exchange", ENOTSUP);
+  ASSERT_TRUE(write("old"));
+  ASSERT_TRUE(write("new"));
+  EXPECT_EQ(read(), "new");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, AFileThatShrinksWhileItIsReadIsAnErrorOfTheMoment) {
+  ASSERT_TRUE(write("whole"));
+  files.before([&](int, std::string_view call) -> std::optional<int> {
+    if (call == "read") std::filesystem::resize_file(path, 20);
+    return std::nullopt;
+  });
+  EXPECT_EQ(file.read().error(), SecureLocalStorageError::file(EIO));
+}
+
+TEST_F(SecureLocalFileTest, ADeletionThatFailsHalfWayIsFinishedLater) {
+  ASSERT_TRUE(write("gone soon"));
+  secrets.failWith(secretStatus::serviceUnavailable);
+  EXPECT_FALSE(file.deleteCryptographically());
+  secrets.failWith(std::nullopt);
+  EXPECT_EQ(read(), "gone soon") << "nothing had happened yet";
+  files.before([&](int, std::string_view call) -> std::optional<int> {
+    if (call == "remove") return EACCES;
+    return std::nullopt;
+  });
+  EXPECT_FALSE(file.deleteCryptographically());
+  EXPECT_FALSE(write("must not be erased later"));
+  files.failNever();
+  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  EXPECT_EQ(read(), "(nothing)");
+  EXPECT_FALSE(std::filesystem::exists(path));
+  ASSERT_TRUE(write("new life"));
+  EXPECT_EQ(read(), "new life");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, DeletionTakesCopiesThatWereSetAsideAndDamagedFiles) {
+  ASSERT_TRUE(write("first"));
+  ASSERT_TRUE(file.setAside());
+  ASSERT_TRUE(write("second"));
+  EXPECT_THAT(secrets.accounts(service), SizeIs(2));
+  ASSERT_TRUE(file.deleteCryptographically());
+  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  writeFile(path, "MRMENC1{");
+  EXPECT_EQ(file.deleteCryptographically().error(), SecureLocalStorageError(Case::invalidEnvelope));
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_EQ(read(), "(nothing)");
+}
+
+TEST_F(SecureLocalFileTest, AReaderLeavesALiveWritersFilesAlone) {
+  ASSERT_TRUE(write("old"));
+  // Another process reads at every step of our write; it must neither fail nor tidy up under our hands.
+  FakeSecretStore& shared = secrets;
+  StepFileSystem otherFiles;
+  KeychainEncryptionKeyStore otherKeys(shared, service);
+  SecureLocalFile other(otherFiles, otherKeys, path);
+  files.before([&](int, std::string_view) -> std::optional<int> {
+    const auto seen = read(other);
+    EXPECT_TRUE(seen == "old" || seen == "new") << seen;
+    return std::nullopt;
+  });
+  ASSERT_TRUE(write("new"));
+  files.failNever();
+  EXPECT_EQ(read(), "new");
+  expectTidy();
+}
+
+TEST_F(SecureLocalFileTest, AReaderFollowsAWriterThatExchangesFileAndKeyUnderIt) {
+  /// Another process writes between our look at the file and our look for its key.
+  class Interrupted final : public LocalEncryptionKeyStore {
+   public:
+    Interrupted(LocalEncryptionKeyStore& store, SecureLocalFile& writer) : store_(store), writer_(writer) {}
+    SecureResult<NamedKey> createKey(const Announce& announce) override { return store_.createKey(announce); }
+    SecureResult<std::optional<SecretBytes>> key(const std::string& identifier) override {
+      if (writes-- > 0) (void)writer_.write(bytesOf("newer words"));
+      return store_.key(identifier);
+    }
+    SecureResult<void> deleteKey(const std::string& identifier) override {
+      return store_.deleteKey(identifier);
+    }
+    int writes = 2;
+
+   private:
+    LocalEncryptionKeyStore& store_;
+    SecureLocalFile& writer_;
+  };
+  ASSERT_TRUE(write("old words"));
+  Interrupted interrupted(keys, file);
+  SecureLocalFile reader(files, interrupted, path);
+  EXPECT_EQ(read(reader), "newer words");
+}
