@@ -1,11 +1,11 @@
 // What a refinement costs beside the model's own time: forty words to a server that answers at once, and back
 // through the projection and the safety gate. Figure to reach: under 2 ms.
 
-#include "Platform/Fake/ManualExecutor.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "LocalModels/QwenChat.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
 #include "LocalModels/QwenServerPool.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/TemporaryFolder.h"
 

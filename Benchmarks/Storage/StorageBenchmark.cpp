@@ -1,13 +1,13 @@
 // What keeping things costs. With the real key ring where there is one:
 //   Tests/Support/private-session --keyring -- build/release/benchmarks/benchmark_storage
 
-#include "Platform/Fake/FakeSecretStore.h"
-#include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "History/HistoryCodec.h"
 #include "History/HistoryRepository.h"
+#include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
-#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdlib>

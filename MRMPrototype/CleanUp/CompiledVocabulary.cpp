@@ -1,7 +1,7 @@
 #include "CleanUp/CompiledVocabulary.h"
 
-#include "Foundation/Text/Text.h"
 #include "CleanUp/VocabularyTokens.h"
+#include "Foundation/Text/Text.h"
 
 #include <algorithm>
 #include <optional>

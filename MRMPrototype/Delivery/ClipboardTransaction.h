@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/SpokenText.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/SpokenText.h"
 #include "Platform/ClipboardPasteboard.h"
 
 #include <cstdint>

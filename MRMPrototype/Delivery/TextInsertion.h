@@ -3,9 +3,9 @@
 #include "Delivery/LiveInsertionBlock.h"
 #include "Delivery/PasteSettlement.h"
 #include "Delivery/TextDeliveryResult.h"
+#include "Foundation/Async/Task.h"
 #include "Foundation/Registration.h"
 #include "Foundation/SpokenText.h"
-#include "Foundation/Async/Task.h"
 
 #include <functional>
 #include <optional>

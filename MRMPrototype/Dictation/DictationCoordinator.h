@@ -13,16 +13,16 @@
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
-#include "Foundation/Log.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Timers.h"
+#include "Foundation/Log.h"
+#include "History/DictationHistory.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Models/ModelDownloadPriorityCoordinator.h"
 #include "Models/SpeechModelStore.h"
 #include "Platform/SoundPlayer.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
-#include "History/DictationHistory.h"
 #include "Settings/DictationSettings.h"
 
 #include <cstdint>

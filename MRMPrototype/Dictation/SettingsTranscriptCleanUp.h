@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Dictation/TranscriptCleanUp.h"
 #include "CleanUp/PersonalVocabulary.h"
+#include "Dictation/TranscriptCleanUp.h"
 #include "Settings/DictationSettings.h"
 
 namespace murmel {

@@ -1,7 +1,7 @@
 #include "LocalModels/LocalModelRefiners.h"
 
-#include "Refinement/BoundedRefinementProvider.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
+#include "Refinement/BoundedRefinementProvider.h"
 
 #include <utility>
 

@@ -2,15 +2,15 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
-#include "Platform/ProcessLauncher.h"
-#include "Product/ExecutableRuntimePolicy.h"
-#include "Product/MRMBuildIdentity.h"
 #include "LocalModels/LanguageModelRuntime.h"
-#include "Refinement/ModelRefiners.h"
 #include "LocalModels/QwenServerPool.h"
 #include "LocalModels/SageNativeAssets.h"
 #include "LocalModels/SageNativeRefinementProvider.h"
 #include "LocalModels/SmartModelFiles.h"
+#include "Platform/ProcessLauncher.h"
+#include "Product/ExecutableRuntimePolicy.h"
+#include "Product/MRMBuildIdentity.h"
+#include "Refinement/ModelRefiners.h"
 
 #include <filesystem>
 #include <memory>

@@ -4,11 +4,11 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/SerialQueue.h"
 #include "Foundation/Async/Task.h"
-#include "Platform/ProcessLauncher.h"
-#include "WorkerProcess/WorkerCancellation.h"
 #include "LocalModels/QwenServerConfiguration.h"
 #include "LocalModels/QwenServerRun.h"
+#include "Platform/ProcessLauncher.h"
 #include "Refinement/SmartLocalModel.h"
+#include "WorkerProcess/WorkerCancellation.h"
 
 #include <functional>
 #include <memory>

@@ -2,10 +2,10 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Crypto/SecretBytes.h"
-#include "Platform/ProcessLauncher.h"
-#include "WorkerProcess/WorkerCancellation.h"
 #include "LocalModels/QwenServerConfiguration.h"
 #include "LocalModels/QwenServerPlace.h"
+#include "Platform/ProcessLauncher.h"
+#include "WorkerProcess/WorkerCancellation.h"
 
 #include <expected>
 #include <filesystem>

@@ -3,10 +3,10 @@
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/OneShot.h"
-#include "Platform/ProcessLauncher.h"
-#include "Refinement/RefinementProvider.h"
 #include "LocalModels/SageNativeAssets.h"
 #include "LocalModels/SageWorkerClient.h"
+#include "Platform/ProcessLauncher.h"
+#include "Refinement/RefinementProvider.h"
 
 #include <memory>
 #include <string>

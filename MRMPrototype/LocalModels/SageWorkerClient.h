@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
+#include "LocalModels/SageNativeAssets.h"
 #include "Platform/ProcessLauncher.h"
 #include "Product/MRMError.h"
 #include "WorkerProcess/WorkerCancellation.h"
 #include "WorkerProcess/WorkerChannel.h"
-#include "LocalModels/SageNativeAssets.h"
 
 #include <chrono>
 #include <cstdint>

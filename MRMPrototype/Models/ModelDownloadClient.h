@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Foundation/Async/Executor.h"
-#include "Foundation/Text/LineSplitter.h"
 #include "Foundation/Async/Signal.h"
+#include "Foundation/Text/LineSplitter.h"
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 #include "Models/DownloaderLines.h"
 #include "Platform/ProcessLauncher.h"

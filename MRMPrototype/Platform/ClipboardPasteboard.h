@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
-#include "Foundation/Registration.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/Registration.h"
 #include "Platform/ClipboardSnapshot.h"
 #include "Platform/DesktopClient.h"
 

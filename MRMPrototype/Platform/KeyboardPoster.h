@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/RawValue.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/RawValue.h"
 #include "Platform/Workspace.h"
 
 namespace murmel {

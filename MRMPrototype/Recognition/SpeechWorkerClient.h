@@ -5,9 +5,9 @@
 #include "Platform/ProcessLauncher.h"
 #include "Product/MRMError.h"
 #include "Recognition/TranscriptionProvider.h"
+#include "Recognition/WorkerLimits.h"
 #include "WorkerProcess/WorkerCancellation.h"
 #include "WorkerProcess/WorkerChannel.h"
-#include "Recognition/WorkerLimits.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Audio/CapturedAudio.h"
-#include "Foundation/SpokenText.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/SpokenText.h"
 #include "Product/MRMError.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/Log.h"
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
+#include "Foundation/Log.h"
 #include "Segmentation/AudioConversion.h"
 #include "Segmentation/DictationBacklog.h"
 #include "Segmentation/DictationSession.h"

@@ -1,7 +1,7 @@
 #include "Segmentation/RecognitionRequests.h"
 
-#include "Foundation/Text/Text.h"
 #include "Foundation/Async/Timers.h"
+#include "Foundation/Text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "History/HistoryRetention.h"
 #include "Refinement/SmartLocalModel.h"
 #include "Refinement/SmartRefinementRoutingMode.h"
-#include "History/HistoryRetention.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 #include "Settings/SettingsMigrations.h"
 
+#include "Settings/SettingsKeys.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Storage/FileAccess.h"
-#include "Settings/SettingsKeys.h"
 
 #include <vector>
 

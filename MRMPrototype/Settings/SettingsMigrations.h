@@ -3,8 +3,8 @@
 #include "Platform/FileSystem.h"
 #include "Platform/PropertyListReader.h"
 #include "Refinement/SmartLocalModel.h"
-#include "Shortcut/ShortcutDistributionPolicy.h"
 #include "Settings/DefaultsStore.h"
+#include "Shortcut/ShortcutDistributionPolicy.h"
 
 #include <filesystem>
 #include <functional>

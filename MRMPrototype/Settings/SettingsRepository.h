@@ -3,14 +3,14 @@
 #include "Foundation/Async/Signal.h"
 #include "Platform/ActivationPolicy.h"
 #include "Recognition/DictationLanguage.h"
-#include "Shortcut/ShortcutConfiguration.h"
-#include "Shortcut/ShortcutDistributionPolicy.h"
 #include "Settings/DefaultsStore.h"
 #include "Settings/DictationSettings.h"
 #include "Settings/OverlayPosition.h"
-#include "Storage/SecureStorageStatus.h"
 #include "Settings/SettingsMigrations.h"
 #include "Settings/VocabularyStorage.h"
+#include "Shortcut/ShortcutConfiguration.h"
+#include "Shortcut/ShortcutDistributionPolicy.h"
+#include "Storage/SecureStorageStatus.h"
 
 #include <string>
 #include <string_view>

@@ -1,13 +1,13 @@
 #include "Models/ModelManager.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Product/MRMAppIdentity.h"
+#include "Settings/JsonDefaultsStore.h"
+#include "Settings/SettingsMigrations.h"
 #include "Shell/MRMPrototypeApp.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/SetupChecks.h"
-#include "Settings/JsonDefaultsStore.h"
-#include "Platform/Linux/Files/PosixFileSystem.h"
-#include "Settings/SettingsMigrations.h"
 
 #include <QApplication>
 #include <QSocketNotifier>

@@ -5,12 +5,12 @@
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
-#include "Foundation/Log.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/Log.h"
+#include "History/DictationHistory.h"
 #include "Models/SpeechModelStore.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
-#include "History/DictationHistory.h"
 #include "Settings/DictationSettings.h"
 
 #include <filesystem>

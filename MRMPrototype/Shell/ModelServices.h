@@ -1,13 +1,13 @@
 #pragma once
 
 #include "Foundation/Async/Executor.h"
+#include "LocalModels/SmartModelFiles.h"
 #include "Models/DownloadRuntimePriority.h"
 #include "Models/ModelDownloadClient.h"
 #include "Models/ModelManager.h"
 #include "Models/SmartModelManager.h"
 #include "Platform/ProcessLauncher.h"
 #include "Product/InformationDictionary.h"
-#include "LocalModels/SmartModelFiles.h"
 #include "Shell/ApplicationFolders.h"
 
 #include <filesystem>

@@ -5,15 +5,15 @@
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Log.h"
+#include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 #include "Platform/ProcessLauncher.h"
 #include "Product/InformationDictionary.h"
-#include "LocalModels/LocalModelRefiners.h"
 #include "Segmentation/IncrementalDictationSession.h"
+#include "Settings/DictationSettings.h"
 #include "Shell/ApplicationFolders.h"
 #include "Shell/FluidAudioRecognition.h"
 #include "Shell/ModelServices.h"
-#include "Settings/DictationSettings.h"
 
 namespace murmel {
 

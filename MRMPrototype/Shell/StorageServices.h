@@ -1,14 +1,14 @@
 #pragma once
 
+#include "History/HistoryRepository.h"
 #include "Platform/ActivationPolicy.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/PropertyList/LibplistReader.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
-#include "Shell/ApplicationFolders.h"
-#include "History/HistoryRepository.h"
 #include "Settings/JsonDefaultsStore.h"
-#include "Storage/KeychainEncryptionKeyStore.h"
-#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/SettingsRepository.h"
+#include "Shell/ApplicationFolders.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
 
 #include <string>
 

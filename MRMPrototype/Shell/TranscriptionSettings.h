@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Shell/LaunchRole.h"
 #include "Settings/DictationSettings.h"
+#include "Shell/LaunchRole.h"
 
 namespace murmel {
 

@@ -2,8 +2,8 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
-#include "Foundation/Registration.h"
 #include "Foundation/Async/Signal.h"
+#include "Foundation/Registration.h"
 #include "Platform/KeyEventTap.h"
 #include "Platform/LocalKeyMonitor.h"
 #include "Shortcut/HotkeyStateMachine.h"

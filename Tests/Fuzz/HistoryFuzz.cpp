@@ -1,5 +1,5 @@
-#include "Require.h"
 #include "History/HistoryCodec.h"
+#include "Require.h"
 
 #include <nlohmann/json.hpp>
 

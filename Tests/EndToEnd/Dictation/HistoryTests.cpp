@@ -1,8 +1,8 @@
 #include "DictationDesk.h"
-#include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "History/HistoryRepository.h"
-#include "Storage/KeychainEncryptionKeyStore.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
 
 namespace murmel::test {
 

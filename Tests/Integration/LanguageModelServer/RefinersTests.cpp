@@ -1,6 +1,6 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
-#include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "LocalModels/LocalModelRefiners.h"
+#include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Refinement/RefinementProviderFactory.h"
 
 using namespace murmel;

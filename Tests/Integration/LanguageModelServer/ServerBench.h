@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
-#include "Platform/Fake/ManualExecutor.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
 #include "LocalModels/QwenServerPool.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"

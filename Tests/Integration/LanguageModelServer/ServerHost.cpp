@@ -2,8 +2,8 @@
 // executable, the model. Prints the server's process number when it is ready, and stays.
 
 #include "Foundation/Async/Clock.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "LocalModels/QwenServerRun.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 
 #include <cstdio>
 #include <cstdlib>

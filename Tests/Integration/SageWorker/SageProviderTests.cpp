@@ -1,7 +1,7 @@
 #include "Foundation/Async/Clock.h"
+#include "LocalModels/SageNativeRefinementProvider.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "LocalModels/SageNativeRefinementProvider.h"
 #include "Support/Awaiting.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,11 +1,11 @@
 #include "Foundation/Async/Clock.h"
+#include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "WorkerProcess/WorkerChannel.h"
-#include "LocalModels/LocalModelRefiners.h"
 #include "Support/Awaiting.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
+#include "WorkerProcess/WorkerChannel.h"
 
 #include <filesystem>
 #include <fstream>

@@ -4,13 +4,13 @@
 // stage
 // ("kept", "deleted") until it gets a line, so that its memory can be searched. Then it leaves a core dump.
 
+#include "History/HistoryRepository.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Sentinel.h"
-#include "History/HistoryRepository.h"
 #include "Settings/JsonDefaultsStore.h"
-#include "Storage/KeychainEncryptionKeyStore.h"
-#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/SettingsRepository.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
 
 #include <cstdio>
 #include <cstdlib>

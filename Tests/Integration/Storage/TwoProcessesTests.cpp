@@ -1,6 +1,6 @@
 #include "FolderKeyStore.h"
-#include "Settings/JsonDefaultsStore.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
+#include "CleanUp/PersonalVocabulary.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
-#include "CleanUp/PersonalVocabulary.h"
 
 #include <random>
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Delivery/TextInsertionService.h"
-#include "Foundation/Log.h"
 #include "Foundation/Async/Scope.h"
+#include "Foundation/Log.h"
 #include "Platform/Fake/FakeFocusedField.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakePasteboard.h"

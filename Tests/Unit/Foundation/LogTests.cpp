@@ -1,5 +1,5 @@
-#include "Foundation/Log.h"
 #include "Foundation/Crypto/SecretBytes.h"
+#include "Foundation/Log.h"
 #include "Foundation/SpokenText.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-#include "Foundation/Registration.h"
 #include "Foundation/Async/Signal.h"
+#include "Foundation/Registration.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "Foundation/Crypto/Crypto.h"
-#include "Foundation/RawValue.h"
 #include "Foundation/Crypto/SecretBytes.h"
+#include "Foundation/RawValue.h"
 #include "Foundation/Uuid.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-#include "Platform/Fake/FakeSecretStore.h"
 #include "History/HistoryRepository.h"
+#include "Platform/Fake/FakeSecretStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"

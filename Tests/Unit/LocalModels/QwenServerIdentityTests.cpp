@@ -1,6 +1,6 @@
 #include "Foundation/Async/Clock.h"
-#include "Platform/Fake/FakeProcessLauncher.h"
 #include "LocalModels/QwenServerRun.h"
+#include "Platform/Fake/FakeProcessLauncher.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "Foundation/Crypto/Base64.h"
 #include "Recognition/DictationLanguage.h"
 #include "Recognition/WorkerLimits.h"
-#include "WorkerProcess/WorkerMessage.h"
 #include "Recognition/WorkerRequest.h"
+#include "WorkerProcess/WorkerMessage.h"
 
 #include <chrono>
 #include <set>

@@ -1,5 +1,5 @@
-#include "Storage/FileAccess.h"
 #include "Settings/JsonDefaultsStore.h"
+#include "Storage/FileAccess.h"
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
