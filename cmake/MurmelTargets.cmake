@@ -9,6 +9,15 @@ set(MURMEL_COMMON_HEADERS
   <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
   <fmt/format.h>)
 
+# The compiler never writes the same precompiled file twice. Beside it stands what it was made from, for a compiler cache
+# that is told to compare that instead (ccache: pch_external_checksum), so that several checkouts share it.
+function(murmel_name_headers target contents)
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+  get_directory_property(options COMPILE_OPTIONS)
+  file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.gch.sum" CONTENT
+    "${contents} ${CMAKE_CXX_COMPILER_VERSION} ${fmt_VERSION} ${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}} ${options}\n")
+endfunction()
+
 # murmel_use_common_headers(<target>): the product's precompiled headers.
 function(murmel_use_common_headers target)
   if(NOT MURMEL_PRECOMPILED_HEADERS)
@@ -19,6 +28,7 @@ function(murmel_use_common_headers target)
     add_library(murmel_common_headers STATIC "${CMAKE_BINARY_DIR}/common_headers.cpp")
     target_link_libraries(murmel_common_headers PRIVATE murmel_options fmt::fmt)
     target_precompile_headers(murmel_common_headers PRIVATE ${MURMEL_COMMON_HEADERS})
+    murmel_name_headers(murmel_common_headers "${MURMEL_COMMON_HEADERS}")
   endif()
   target_precompile_headers(${target} REUSE_FROM murmel_common_headers)
 endfunction()
@@ -54,9 +64,6 @@ endfunction()
 # What every test program has.
 function(murmel_test_program target)
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
-  target_compile_definitions(${target} PRIVATE
-    MURMEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}" MURMEL_BUILD_DIR="${CMAKE_BINARY_DIR}"
-    MURMEL_RESOURCES_DIR="${CMAKE_BINARY_DIR}/lib/murmel")
   target_link_libraries(${target} PRIVATE murmel_options murmel_test_support GTest::gmock GTest::gtest_main)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   if(NOT MURMEL_PRECOMPILED_HEADERS)
@@ -67,6 +74,7 @@ function(murmel_test_program target)
     add_library(murmel_test_headers STATIC "${CMAKE_BINARY_DIR}/test_headers.cpp")
     target_link_libraries(murmel_test_headers PRIVATE murmel_options fmt::fmt GTest::gmock)
     target_precompile_headers(murmel_test_headers PRIVATE ${MURMEL_COMMON_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+    murmel_name_headers(murmel_test_headers "${MURMEL_COMMON_HEADERS} test ${GTest_VERSION}")
   endif()
   target_precompile_headers(${target} REUSE_FROM murmel_test_headers)
 endfunction()

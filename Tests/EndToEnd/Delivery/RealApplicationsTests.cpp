@@ -1,4 +1,5 @@
 #include "DeliveryDesk.h"
+#include "Support/BuildPaths.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -37,9 +38,7 @@ TEST(DeliveryToRealApplications, TheTextArrivesOnceAndTheClipboardIsAsBefore) {
   const auto file = [&](const std::string& name) { return folder + "/" + name + ".txt"; };
   const Row rows[] = {
       {"a GTK editor", "Mousepad", {"mousepad", "--disable-server", file("gtk")}, true},
-      {"an editor made with Qt",
-       "qt-editor",
-       {std::string(MURMEL_BUILD_DIR) + "/tests/qt-editor", file("qt")}},
+      {"an editor made with Qt", "qt-editor", {buildFolder() + "/tests/qt-editor", file("qt")}},
       {"xterm", "XTerm", {"xterm", "-u8", "-e", "sh", "-c", recorder(file("xterm"))}, false, true},
       {"a VTE terminal",
        "Xfce4-terminal",

@@ -2,6 +2,7 @@
 
 #include "EndToEnd/Delivery/DeliveryDesk.h"
 #include "MurmelProcess.h"
+#include "Support/BuildPaths.h"
 #include "Support/FileBytes.h"
 #include "Support/Pulse.h"
 #include "Support/TemporaryFolder.h"
@@ -136,7 +137,7 @@ class DictationDesk : public ::testing::Test {
   /// An editor, in front, that writes what stands in it to a file at once.
   std::unique_ptr<ApplicationProcess> openEditor(const std::string& name) {
     auto editor = std::make_unique<ApplicationProcess>(
-        std::vector<std::string>{std::string(MURMEL_BUILD_DIR) + "/tests/qt-editor", file(name)});
+        std::vector<std::string>{buildFolder() + "/tests/qt-editor", file(name)});
     EXPECT_TRUE(waitUntil([&] { return desk.isInFront(*editor); }));
     return editor;
   }

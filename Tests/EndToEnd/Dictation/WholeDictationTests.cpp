@@ -1,4 +1,5 @@
 #include "DictationDesk.h"
+#include "Support/BuildPaths.h"
 
 namespace murmel::test {
 
@@ -26,7 +27,7 @@ TEST_F(DictationDesk, TheTextArrivesOnceInRealApplicationsAndLeavesNoTrace) {
   const auto path = [this](const char* name) { return file(name).string(); };
   const Target targets[] = {
       {"gtk", "Mousepad", {"mousepad", "--disable-server", path("gtk")}, true},
-      {"qt", "qt-editor", {std::string(MURMEL_BUILD_DIR) + "/tests/qt-editor", path("qt")}},
+      {"qt", "qt-editor", {buildFolder() + "/tests/qt-editor", path("qt")}},
       {"xterm", "XTerm", {"xterm", "-u8", "-e", "sh", "-c", recorder(path("xterm"))}, false, true},
       {"vte",
        "Xfce4-terminal",

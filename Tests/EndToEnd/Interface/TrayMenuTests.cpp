@@ -1,4 +1,5 @@
 #include "Interface/TrayMenu.h"
+#include "Support/BuildPaths.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/WindowTests.h"
 
@@ -94,7 +95,7 @@ TEST_F(Tray, starts_and_stops_by_a_click_on_the_icon) {
 
 int main(int argumentCount, char** arguments) {
   desktop() = std::make_unique<test::ApplicationProcess>(
-      std::vector<std::string>{MURMEL_BUILD_DIR "/tests/status-notifier-host"});
+      std::vector<std::string>{buildFolder() + "/tests/status-notifier-host"});
   constexpr int lookEveryMilliseconds = 10;
   for (int look = 0; look < 1'000 && desktop()->told("ready").empty(); ++look)
     ::poll(nullptr, 0, lookEveryMilliseconds);

@@ -2,6 +2,7 @@
 
 #include "Foundation/Crypto/Crypto.h"
 #include "Foundation/UniqueDescriptor.h"
+#include "Support/BuildPaths.h"
 
 #include <fstream>
 #include <random>
@@ -30,7 +31,7 @@ ModelHost::ModelHost() {
   ::posix_spawn_file_actions_init(&actions);
   ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
   ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-  std::string program = MURMEL_SOURCE_DIR "/Tests/Support/model-host";
+  std::string program = sourceFolder() + "/Tests/Support/model-host";
   std::string folder = folder_.path().string();
   char* arguments[] = {program.data(), folder.data(), nullptr};
   if (::posix_spawn(&process_, program.c_str(), &actions, nullptr, arguments, environ) != 0)

@@ -1,6 +1,7 @@
 #include "Integration/ModelDownloader/RunningDownloader.h"
 
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Support/BuildPaths.h"
 
 #include <fstream>
 #include <stdexcept>
@@ -27,7 +28,7 @@ RunningDownloader::RunningDownloader(const Setting& setting) {
   }
   list.close();
   auto launched = LinuxProcessLauncher().launch(
-      {.executable = MURMEL_BUILD_DIR "/tests/mrm-test-model-downloader",
+      {.executable = buildFolder() + "/tests/mrm-test-model-downloader",
        .arguments = {"--manifest", manifest, "--store", setting.store.string(), "--development-host",
                      setting.address, "--development-certificates", setting.certificate,
                      "--development-time-scale", setting.timeScale},

@@ -3,6 +3,7 @@
 #include "Models/ModelsCommand.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Support/BuildPaths.h"
 
 #include <csignal>
 #include <fstream>
@@ -38,7 +39,7 @@ class ShippedDownloader : public testing::Test {
   }
   ModelDownloadClient::Configuration configuration(const std::string& actions) {
     return {
-        .executable = MURMEL_RESOURCES_DIR "/Workers/mrm-model-downloader",
+        .executable = resourcesFolder() + "/Workers/mrm-model-downloader",
         .store = folder.path() / "Models",
         .environment = {},
         .arguments = {"--development-host", host.address("shipped", actions), "--development-certificates",

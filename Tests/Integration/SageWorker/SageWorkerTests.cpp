@@ -3,6 +3,7 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
+#include "Support/BuildPaths.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
 #include "WorkerProcess/WorkerChannel.h"
@@ -21,7 +22,7 @@ using namespace murmel;
 
 namespace {
 
-const std::filesystem::path resources = MURMEL_RESOURCES_DIR;
+const std::filesystem::path resources = resourcesFolder();
 const auto worker = resources / "Workers" / SageNativeAssets::workerName;
 const std::filesystem::path models = MURMEL_SAGE_MODELS;
 const std::filesystem::path runtime = MURMEL_ONNX_RUNTIME_LIBRARY;

@@ -8,6 +8,7 @@
 #include "Recognition/FluidAudioProvider.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/Awaiting.h"
+#include "Support/BuildPaths.h"
 #include "Support/SessionBench.h"
 
 #include <atomic>
@@ -61,9 +62,8 @@ class CountedProvider final : public TranscriptionProvider {
 class RealRecogniser : public ::testing::Test {
  protected:
   void SetUp() override {
-    auto made =
-        FluidAudioProvider::create({executor, clock, launcher}, {MURMEL_RESOURCES_DIR, "test"}, models,
-                                   ExecutableRuntimePolicy(MURMEL_RESOURCES_DIR, std::nullopt, nullptr));
+    auto made = FluidAudioProvider::create({executor, clock, launcher}, {resourcesFolder(), "test"}, models,
+                                           ExecutableRuntimePolicy(resourcesFolder(), std::nullopt, nullptr));
     ASSERT_TRUE(made.has_value()) << made.error().localizedDescription();
     provider = std::make_shared<CountedProvider>(*std::move(made));
   }

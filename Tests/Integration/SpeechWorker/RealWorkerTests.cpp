@@ -3,6 +3,7 @@
 #include "Integration/SpeechWorker/ProviderWithWorker.h"
 #include "Models/ModelManager.h"
 #include "Recognition/WorkerRequest.h"
+#include "Support/BuildPaths.h"
 
 #include <algorithm>
 #include <fstream>
@@ -13,7 +14,7 @@ using namespace murmel;
 
 namespace {
 
-const std::filesystem::path resources = MURMEL_RESOURCES_DIR;
+const std::filesystem::path resources = resourcesFolder();
 const auto worker = resources / "Workers" / FluidAudioProvider::workerName;
 const std::filesystem::path recordings = "/usr/share/pocketsphinx/test/data/librivox";
 constexpr std::size_t waveHeaderSize = 44;

@@ -3,6 +3,7 @@
 #include "Platform/Fake/FakeWorkspace.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/X11/X11Workspace.h"
+#include "Support/BuildPaths.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/RealLoop.h"
 
@@ -30,8 +31,7 @@ class X11TargetDesk {
 
   /// Starts an application and waits until it has a window and the keyboard.
   Application launch(const std::string& windowClass, std::vector<std::string> options = {}) {
-    std::vector<std::string> command{std::string(MURMEL_BUILD_DIR) + "/tests/target-application",
-                                     windowClass};
+    std::vector<std::string> command{buildFolder() + "/tests/target-application", windowClass};
     command.insert(command.end(), options.begin(), options.end());
     auto application = std::make_unique<ApplicationProcess>(std::move(command));
     // Window managers do not always give the focus to a new window, when they have just started themselves

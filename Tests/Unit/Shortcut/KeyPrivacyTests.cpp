@@ -1,3 +1,5 @@
+#include "Support/BuildPaths.h"
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -7,7 +9,7 @@
 
 // Keys are what a password is made of: the code that sees them has no way to write anything anywhere.
 TEST(KeyPrivacy, CodeThatSeesKeysCannotLogOrPrint) {
-  const std::filesystem::path source(MURMEL_SOURCE_DIR "/MRMPrototype");
+  const std::filesystem::path source(murmel::sourceFolder() + "/MRMPrototype");
   int files = 0;
   for (const auto* folder : {"Shortcut", "Platform/Linux/X11Keys"}) {
     if (!std::filesystem::exists(source / folder)) continue;
