@@ -16,7 +16,7 @@ import tempfile
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 DESKTOP = ("Platform/Linux", "Platform/Qt", "Interface", "Shell")
 DESKTOP_HEADER = re.compile(
-    r"^(Q[A-Z]\w*|Qt\w*/.*|q[a-z]+\.h|xcb/.*|X11/.*|xkbcommon/.*|pulse/.*|libsecret/.*|systemd/.*|plist/.*"
+    r"^(Q[A-Z]\w*|Qt\w*/.*|q[a-z]+\.h|xcb/.*|X11/.*|xkbcommon/.*|pulse/.*|libsecret/.*|systemd/.*|wayland-.*|plist/.*"
     r"|cld2/.*|compact_lang_det.*|curl/.*|glib.*|gio/.*|dbus/.*|CLI/.*|pocketsphinx.*|sphinxbase/.*)$")
 
 

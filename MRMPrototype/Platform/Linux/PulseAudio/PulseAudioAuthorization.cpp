@@ -1,20 +1,20 @@
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 
 #include <cerrno>
-#include <cstdlib>
 
 #include <unistd.h>
 
 namespace murmel {
 
-PulseAudioAuthorization::Environment PulseAudioAuthorization::Environment::current() {
+PulseAudioAuthorization::Environment PulseAudioAuthorization::Environment::from(
+    const murmel::Environment& variables) {
   Environment environment;
-  environment.sandboxed = ::access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") != nullptr;
-  if (std::getenv("PULSE_SERVER") != nullptr) return environment;
-  if (const char* pulse = std::getenv("PULSE_RUNTIME_PATH")) {
-    environment.socket = std::filesystem::path(pulse) / "native";
-  } else if (const char* runtime = std::getenv("XDG_RUNTIME_DIR")) {
-    environment.socket = std::filesystem::path(runtime) / "pulse" / "native";
+  environment.sandboxed = ::access("/.flatpak-info", F_OK) == 0 || variables.value("SNAP").has_value();
+  if (variables.value("PULSE_SERVER")) return environment;
+  if (const auto pulse = variables.value("PULSE_RUNTIME_PATH")) {
+    environment.socket = std::filesystem::path(*pulse) / "native";
+  } else if (const auto runtime = variables.value("XDG_RUNTIME_DIR")) {
+    environment.socket = std::filesystem::path(*runtime) / "pulse" / "native";
   }
   return environment;
 }

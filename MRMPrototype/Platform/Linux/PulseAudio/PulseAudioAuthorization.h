@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Environment.h"
 #include "Platform/MicrophoneAuthorization.h"
 
 #include <filesystem>
@@ -15,7 +16,8 @@ class PulseAudioAuthorization final : public MicrophoneAuthorization {
     std::filesystem::path socket;  ///< of the user's own server; empty when the environment names another one
     bool sandboxed = false;
 
-    static Environment current();
+    static Environment from(const murmel::Environment& variables);
+    static Environment current() { return from(murmel::Environment::ofThisProcess()); }
   };
 
   explicit PulseAudioAuthorization(Environment environment) : environment_(std::move(environment)) {}

@@ -2,7 +2,6 @@
 
 #include "Platform/Linux/X11Keys/X11KeyConnection.h"
 
-#include <cstdlib>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -19,16 +18,11 @@ bool isWayland(const X11KeyEnvironment& environment) {
   return !environment.waylandDisplay.empty() || environment.sessionType == "wayland";
 }
 
-std::string environmentVariable(const char* name) {
-  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): before any thread writes it
-  return value == nullptr ? "" : value;
-}
-
 }  // namespace
 
-X11KeyEnvironment X11KeyEnvironment::fromProcess() {
-  return {environmentVariable("DISPLAY"), environmentVariable("WAYLAND_DISPLAY"),
-          environmentVariable("XDG_SESSION_TYPE")};
+X11KeyEnvironment X11KeyEnvironment::from(const Environment& environment) {
+  return {environment.value("DISPLAY").value_or(""), environment.value("WAYLAND_DISPLAY").value_or(""),
+          environment.value("XDG_SESSION_TYPE").value_or("")};
 }
 
 /// The tap itself. Kept alive by whoever runs in it, so that its handler may remove it.

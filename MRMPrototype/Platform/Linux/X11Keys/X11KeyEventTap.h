@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Async/Executor.h"
+#include "Foundation/Environment.h"
 #include "Platform/KeyEventTap.h"
 #include "Platform/Linux/X11Keys/InjectedKeyList.h"
 
@@ -16,7 +17,8 @@ struct X11KeyEnvironment {
   std::string waylandDisplay;  ///< WAYLAND_DISPLAY
   std::string sessionType;     ///< XDG_SESSION_TYPE
 
-  static X11KeyEnvironment fromProcess();
+  static X11KeyEnvironment from(const Environment& environment);
+  static X11KeyEnvironment fromProcess() { return from(Environment::ofThisProcess()); }
 };
 
 /// What a user has to know who chooses Fn as the shortcut, or whose shortcut it is by default.

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <set>
+#include <string>
+
+namespace murmel {
+
+/// What was found out about the session that this process is in. Nothing was changed to find it out.
+struct SessionFacts {
+  struct X11 {
+    bool named = false;      ///< the environment names a server
+    bool reachable = false;  ///< it answers
+    bool rootless = false;   ///< it serves X programs inside a Wayland session
+    bool injectsKeys = false;
+    bool hearsKeys = false;
+    bool namesActiveWindow = false;  ///< its window manager does
+  };
+  struct Wayland {
+    bool named = false;
+    bool reachable = false;
+    std::set<std::string> interfaces{};  ///< what the compositor offers
+  };
+
+  X11 x11{};
+  Wayland wayland{};
+  bool swaySocket = false;           ///< sway's own interface answers
+  std::set<std::string> busNames{};  ///< on the session bus, those that `desktopBusNames` lists
+  unsigned shortcutPortal = 0;       ///< version of the portal for global shortcuts; 0: there is none
+  unsigned keyboardPortal = 0;       ///< of the portal for remote desktops, which may press keys
+};
+
+/// The names whose owners a plan depends on.
+namespace desktopBusName {
+inline constexpr const char* globalAccel = "org.kde.kglobalaccel";
+inline constexpr const char* gnomeShell = "org.gnome.Shell";
+inline constexpr const char* mutterRemoteDesktop = "org.gnome.Mutter.RemoteDesktop";
+inline constexpr const char* portal = "org.freedesktop.portal.Desktop";
+}  // namespace desktopBusName
+
+enum class SessionKind { none, x11, sway, wlroots, kwin, gnome, otherWayland };
+
+/// Who tells that the shortcut was pressed.
+enum class ShortcutRoad {
+  none,  ///< a key binding of the desktop that runs `murmel toggle`
+  keyTap,
+  swayBindings,
+  globalAccel,
+  gnomeKeyBinding,
+  portal,
+};
+/// Who presses the paste keys.
+enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, mutterRemoteDesktop, portal };
+/// How the clipboard is read and written.
+enum class ClipboardRoad { none, x11, dataControl };
+/// Who tells which application is in front.
+enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows, accessibility };
+/// How the indicator is put on the screen without taking the keyboard.
+enum class IndicatorRoad { none, x11, layerSurface };
+
+/// How this session is served, each service by the best road that it has.
+struct DesktopPlan {
+  SessionKind session = SessionKind::none;
+  ShortcutRoad shortcut = ShortcutRoad::none;
+  PasteRoad paste = PasteRoad::none;
+  ClipboardRoad clipboard = ClipboardRoad::none;
+  WindowRoad windows = WindowRoad::none;
+  IndicatorRoad indicator = IndicatorRoad::none;
+  /// Why there is no desktop at all, in a sentence for the user; empty when there is one.
+  std::string failure{};
+
+  friend bool operator==(const DesktopPlan&, const DesktopPlan&) = default;
+};
+
+/// Pure.
+DesktopPlan planDesktop(const SessionFacts& facts);
+
+/// "X11", "Wayland (sway)", …
+std::string sessionTitle(SessionKind session);
+
+}  // namespace murmel

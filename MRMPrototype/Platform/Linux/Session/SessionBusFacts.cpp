@@ -1,0 +1,53 @@
+#include "Platform/Linux/Session/SessionProbe.h"
+
+#include <cstdlib>
+#include <memory>
+
+#include <systemd/sd-bus.h>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::uint64_t answerLimitMicroseconds = 1'000'000;
+
+struct CloseBus {
+  void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+};
+
+bool isOwned(sd_bus* bus, const char* name) {
+  sd_bus_message* reply = nullptr;
+  int owned = 0;
+  const int status = sd_bus_call_method(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                        "org.freedesktop.DBus", "NameHasOwner", nullptr, &reply, "s", name);
+  if (status >= 0) sd_bus_message_read(reply, "b", &owned);
+  sd_bus_message_unref(reply);
+  return owned != 0;
+}
+
+/// 0 when the portal does not have this interface.
+unsigned portalVersion(sd_bus* bus, const char* interface) {
+  unsigned version = 0;
+  const int status =
+      sd_bus_get_property_trivial(bus, desktopBusName::portal, "/org/freedesktop/portal/desktop", interface,
+                                  "version", nullptr, 'u', &version);
+  return status < 0 ? 0 : version;
+}
+
+}  // namespace
+
+void probeSessionBus(SessionFacts& facts) {
+  sd_bus* opened = nullptr;
+  if (sd_bus_open_user(&opened) < 0) return;
+  const std::unique_ptr<sd_bus, CloseBus> bus(opened);
+  sd_bus_set_method_call_timeout(bus.get(), answerLimitMicroseconds);
+  for (const char* name : {desktopBusName::globalAccel, desktopBusName::gnomeShell,
+                           desktopBusName::mutterRemoteDesktop, desktopBusName::portal}) {
+    if (isOwned(bus.get(), name)) facts.busNames.insert(name);
+  }
+  // Asking starts the portals, which every desktop that has them does anyway.
+  facts.shortcutPortal = portalVersion(bus.get(), "org.freedesktop.portal.GlobalShortcuts");
+  facts.keyboardPortal = portalVersion(bus.get(), "org.freedesktop.portal.RemoteDesktop");
+}
+
+}  // namespace murmel

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Foundation/Environment.h"
+#include "Platform/DesktopProbe.h"
+
+namespace murmel {
+
+/// Asks the display servers and the session bus of this environment. Connects for a moment and changes
+/// nothing; takes a few milliseconds, and up to three seconds where one of them hangs. Needs neither Qt nor a
+/// loop.
+SessionFacts probeSession(const Environment& environment);
+
+/// The parts of it.
+SessionFacts::X11 probeX11(const Environment& environment);
+SessionFacts::Wayland probeWayland(const Environment& environment);
+/// Fills in the names and portals.
+void probeSessionBus(SessionFacts& facts);
+
+}  // namespace murmel
