@@ -27,6 +27,23 @@ DistributionEdition distributionEdition(const InformationDictionary& info) {
   return fromRawValue<DistributionEdition>(raw.value_or("")).value_or(DistributionEdition::development);
 }
 
+std::string_view editionTagline(DistributionEdition edition) {
+  switch (edition) {
+    case DistributionEdition::complete:
+      return "Ready offline · Models included";
+    case DistributionEdition::lite:
+      return "Lite · Models on demand";
+    case DistributionEdition::development:
+      return "Local development";
+  }
+  std::unreachable();
+}
+
+MRMDistributionChannel distributionChannel(const InformationDictionary& info) {
+  const auto raw = info.string("MRMDistributionChannel");
+  return fromRawValue<MRMDistributionChannel>(raw.value_or("")).value_or(MRMDistributionChannel::direct);
+}
+
 MRMBuildIdentity MRMBuildIdentity::from(const InformationDictionary& info) {
   return {
       .displayName = MRMAppIdentity::displayName(info),

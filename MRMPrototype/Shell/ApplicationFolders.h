@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Environment.h"
+
 #include <expected>
 #include <filesystem>
 #include <string>
@@ -14,8 +16,11 @@ struct ApplicationFolders {
   std::filesystem::path data;           ///< `$XDG_DATA_HOME/MRM`
   std::filesystem::path temporary;      ///< `$XDG_RUNTIME_DIR`, else the temporary folder
 
-  /// Reads the environment of this process. Fails with one sentence when there is no home folder.
-  static std::expected<ApplicationFolders, std::string> locate();
+  /// Fails with one sentence when there is no home folder.
+  static std::expected<ApplicationFolders, std::string> locate(const Environment& environment);
+
+  static std::filesystem::path thisExecutable();
+  static std::filesystem::path resourcesOf(const std::filesystem::path& executable);
 };
 
 }  // namespace murmel

@@ -1,6 +1,9 @@
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
-#include "Product/MRMAppIdentity.h"
+#include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Platform/Linux/Session/SessionProbe.h"
+#include "Platform/Qt/QtExecutor.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Settings/SettingsMigrations.h"
 #include "Shell/MRMPrototypeApp.h"
@@ -13,7 +16,6 @@
 #include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 
 #include <fmt/core.h>
 #include <sys/signalfd.h>
@@ -47,11 +49,6 @@ class TerminationSignals {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-bool hasDisplay() {
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody writes the environment
-  return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
-}
-
 int complain(const std::string& sentence) {
   fmt::print(stderr, "murmel: {}\n", sentence);
   return 1;
@@ -59,57 +56,69 @@ int complain(const std::string& sentence) {
 
 }  // namespace
 
-int runDesktop(int& argumentCount, char** arguments, const ApplicationFolders& folders,
-               const InformationDictionary& info, LaunchSelfTest selfTest) {
-  if (!hasDisplay()) {
-    return complain("There is no display. “murmel transcribe FILE” works without one.");
-  }
-  TerminationSignals signals;
-  QApplication application(argumentCount, arguments);
-  application.setQuitOnLastWindowClosed(false);
-  application.setApplicationName(QString::fromStdString(MRMAppIdentity::displayName(info)));
-  application.setDesktopFileName(QString::fromStdString(MRMAppIdentity::applicationIdentifier(info)));
+int runDesktop(Arguments arguments, const Installation& installation, LaunchSelfTest selfTest) {
+  // Before Qt, which ends the process when it finds no display.
+  const auto plan = planDesktop(probeSession(installation.environment));
+  if (!plan.failure.empty()) return complain(plan.failure + " “murmel transcribe FILE” works without one.");
+  // Indicator and tray need a server that lets a window stay without the keyboard.
+  const bool choosesPlatform = !installation.environment.value("QT_QPA_PLATFORM").has_value();
+  if (choosesPlatform && plan.indicator == IndicatorRoad::x11) qputenv("QT_QPA_PLATFORM", "xcb");
 
-  const auto identifier = MRMAppIdentity::applicationIdentifier(info);
-  std::unique_ptr<MRMPrototypeApp> app;
-  RemoteCommandService remote(identifier);
+  TerminationSignals signals;
+  QApplication application(arguments.count, arguments.values);
+  application.setQuitOnLastWindowClosed(false);
+  application.setApplicationName(QString::fromStdString(installation.build.displayName));
+  application.setDesktopFileName(QString::fromStdString(installation.identifier));
+
+  MRMPrototypeApp* app = nullptr;
+  RemoteCommandService remote(installation.identifier);
   // A self-test looks at this build, not at an instance that happens to run.
   if (selfTest == LaunchSelfTest::none) {
     const auto claim = remote.claim({
         .activate =
             [&app] {
-              if (app) app->reopen();
+              if (app != nullptr) app->reopen();
             },
         .command =
             [&app](IntelCommand command) {
-              if (app) app->perform(command);
+              if (app != nullptr) app->perform(command);
             },
     });
     if (claim == RemoteCommandService::Claim::alreadyTaken) {
-      const auto shown = activateRunningInstance(identifier);
+      const auto shown = activateRunningInstance(installation.identifier);
       return shown ? 0 : complain(shown.error());
     }
   }
-  auto created = MRMPrototypeApp::create(folders, info, selfTest);
-  if (!created) return complain(created.error());
-  app = *std::move(created);
-  signals.onSignal([&app] { app->perform(IntelCommand::quit); });
-  app->applicationDidFinishLaunching();
+  QtExecutor executor;
+  SystemClock clock;
+  JournalLogSink log(JournalLogSink::Fallback::standardError);
+  LinuxProcessLauncher launcher;
+  const ProcessServices process{executor, clock, log, launcher};
+  const auto desktop = connectToDesktop(plan, {.process = process,
+                                               .environment = installation.environment,
+                                               .displayName = installation.build.displayName});
+  if (!desktop) return complain(desktop.error());
+
+  MRMPrototypeApp running(process, installation, (*desktop)->services(), selfTest);
+  app = &running;
+  signals.onSignal([&running] { running.perform(IntelCommand::quit); });
+  running.applicationDidFinishLaunching();
   const int status = QApplication::exec();
+  app = nullptr;
   return status;
 }
 
-int runDoctor(int& argumentCount, char** arguments, const ApplicationFolders& folders,
-              const InformationDictionary& /*info*/) {
-  const QCoreApplication application(argumentCount, arguments);
+int runDoctor(Arguments arguments, const Installation& installation) {
+  const QCoreApplication application(arguments.count, arguments.values);
   QtExecutor executor;
-  const auto models = ModelManager::forStore(executor, modelStore(folders), folders.resources);
+  const auto models =
+      ModelManager::forStore(executor, modelStore(installation.folders), installation.folders.resources);
   models->validate();
   bool worksWithoutDesktop = true;
   PosixFileSystem files;
-  JsonDefaultsStore defaults(files, defaultsFile(folders.configuration));
-  const auto shortcut = settingsMigration::shortcut(defaults, MRMDistributionChannel::direct);
-  for (const auto& check : setupChecks(folders, *models, shortcut)) {
+  JsonDefaultsStore defaults(files, defaultsFile(installation.folders.configuration));
+  const auto shortcut = settingsMigration::shortcut(defaults, installation.channel);
+  for (const auto& check : setupChecks(installation, *models, shortcut)) {
     fmt::print("{} {}: {}\n", check.works ? "yes" : "no ", check.subject, check.detail);
     if (check.subject == "Speech recognition") worksWithoutDesktop = check.works;
   }

@@ -39,12 +39,25 @@ class FileDictation {
         name_(std::move(name)),
         input_(std::move(input)),
         audio_(services.executor, *input_, authorization_, services.temporaryDirectory),
-        coordinator_(
-            DictationServices{services.executor, services.clock, audio_, services.delivery, services.settings,
-                              services.history, services.models, services.recognition, services.refinement,
-                              services.cleanUp, services.sessions, updates_, downloads_, overlay_, sounds_,
-                              Logger(services.log, services.applicationIdentifier, "dictation-summary"),
-                              Logger(services.log, services.applicationIdentifier, "incremental-stages")}) {
+        coordinator_(DictationServices{
+            .executor = services.executor,
+            .clock = services.clock,
+            .audio = audio_,
+            .insertion = services.delivery,
+            .settings = services.settings,
+            .history = services.history,
+            .models = services.models,
+            .recognition = services.recognition,
+            .refinement = services.refinement,
+            .cleanUp = services.cleanUp,
+            .sessions = services.sessions,
+            .updates = updates_,
+            .downloads = downloads_,
+            .overlay = overlay_,
+            .sounds = sounds_,
+            .diagnostic = Logger(services.log, services.applicationIdentifier, "dictation-summary"),
+            .stages = Logger(services.log, services.applicationIdentifier, "incremental-stages"),
+        }) {
     input_->setOnEnd([this](std::expected<void, std::string> end) {
       if (!end) inputFailure_ = end.error();
       coordinator_.stopAndTranscribe();

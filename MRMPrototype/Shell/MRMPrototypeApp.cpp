@@ -1,7 +1,6 @@
 #include "Shell/MRMPrototypeApp.h"
 
 #include "Interface/PlatformWords.h"
-#include "Product/MRMAppIdentity.h"
 #include "Shell/SetupChecks.h"
 
 #include <QGuiApplication>
@@ -29,14 +28,20 @@ RecordingPill::Edge edgeFor(OverlayPosition position) {
 
 }  // namespace
 
-MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const InformationDictionary& info,
-                                 LaunchSelfTest selfTest)
-    : folders_(folders),
-      identifier_(MRMAppIdentity::applicationIdentifier(info)),
-      models_(executor_, launcher_, folders, info),
+MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
+                                 const DesktopServices& desktop, LaunchSelfTest selfTest)
+    : process_(process),
+      installation_(installation),
+      desktop_(desktop),
+      models_(process, installation),
       storage_(
-          folders, identifier_, [this](SmartLocalModel model) { return models_.isReady(model); }, &taskBar_),
-      speech_(executor_, clock_, log_, launcher_, folders, info, models_, storage_.settings),
+          installation, [this](SmartLocalModel model) { return models_.isReady(model); }, &taskBar_),
+      speech_(process, installation, models_, storage_.settings),
+      delivery_(process, installation, desktop, storage_.settings.restorePreviousClipboard()),
+      audio_(process.executor, desktop.microphone, desktop.microphoneAuthorization,
+             installation.folders.temporary),
+      historyUpkeep_(storage_.settings, storage_.history, process.clock),
+      refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
@@ -44,104 +49,94 @@ MRMPrototypeApp::MRMPrototypeApp(const ApplicationFolders& folders, const Inform
           .openSetup = [this] { perform(IntelCommand::openSetup); },
           .quit = [this] { perform(IntelCommand::quit); },
       }),
-      setup_({
-          .look = [this] { return setupChecks(); },
-          .shortcut = [this] { return storage_.settings.shortcut(); },
-          .chooseShortcut =
-              [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
-          .shortcutNotice = &shortcutNotice,
-          .checkAgain = [this] { inputMonitoringPermissionDidChange_.emit(); },
-          .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
-      }),
-      delegate_(executor_, *this, selfTest) {}
-
-std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> MRMPrototypeApp::create(
-    const ApplicationFolders& folders, const InformationDictionary& info, LaunchSelfTest selfTest) {
-  std::unique_ptr<MRMPrototypeApp> app(new MRMPrototypeApp(folders, info, selfTest));
-  if (auto connected = app->connect(MRMAppIdentity::displayName(info)); !connected) {
-    return std::unexpected(connected.error());
-  }
-  app->wireDictation();
-  app->wireShortcut();
-  app->wireCommands();
-  app->tray_.show();
-  app->tellAboutSettings();
-  return app;
+      coordinator_(dictationServices()),
+      shortcut_(process, desktop.shortcuts, localKeys_,
+                {storage_.settings.shortcutDidChange(), inputMonitoringPermissionDidChange_,
+                 applicationDidBecomeActive_},
+                sleep_.didWake(),
+                {
+                    .press = [this] { coordinator_.shortcutPressed(); },
+                    .release = [this] { coordinator_.shortcutReleased(); },
+                    .toggle = [this] { coordinator_.toggle(); },
+                },
+                [this] { return storage_.settings.shortcut(); }),
+      setup_(setupActions()),
+      delegate_(process.executor, *this, selfTest) {
+  connectInterface();
+  connectCommands();
+  tray_.show();
+  tellAboutSettings();
 }
 
-std::expected<void, std::string> MRMPrototypeApp::connect(const std::string& displayName) {
-  auto desktop = DesktopServices::open({
-      .executor = executor_,
-      .clock = clock_,
-      .log = log_,
-      .folders = folders_,
-      .applicationIdentifier = identifier_,
-      .displayName = displayName,
-      .restorePreviousClipboard = storage_.settings.restorePreviousClipboard(),
-  });
-  if (!desktop) return std::unexpected(desktop.error());
-  desktop_ = *std::move(desktop);
-  return {};
+DictationServices MRMPrototypeApp::dictationServices() {
+  return {
+      .executor = process_.executor,
+      .clock = process_.clock,
+      .audio = audio_,
+      .insertion = delivery_.insertion,
+      .settings = storage_.settings,
+      .history = storage_.history,
+      .models = *models_.speech,
+      .recognition = speech_.recognition,
+      .refinement = speech_.refinement,
+      .cleanUp = speech_.cleanUp,
+      .sessions = speech_.sessions,
+      .updates = updates_,
+      .downloads = *models_.priority,
+      .overlay = pill_,
+      .sounds = desktop_.sounds,
+      .diagnostic = Logger(process_.log, installation_.identifier, "dictation-summary"),
+      .stages = Logger(process_.log, installation_.identifier, "incremental-stages"),
+  };
 }
 
-void MRMPrototypeApp::wireDictation() {
-  coordinator_ = std::make_unique<DictationCoordinator>(DictationServices{
-      executor_, clock_, desktop_->audio, *desktop_->insertion, storage_.settings, storage_.history,
-      *models_.speech, speech_.recognition, speech_.refinement, speech_.cleanUp, speech_.sessions, updates_,
-      *models_.priority, pill_, desktop_->sounds, Logger(log_, identifier_, "dictation-summary"),
-      Logger(log_, identifier_, "incremental-stages")});
-  coordinator_->onRequiredModelMissing([this] { openSetupWindow(); });
+SetupActions MRMPrototypeApp::setupActions() {
+  return {
+      .look = [this] { return setupChecks(installation_, *models_.speech, storage_.settings.shortcut()); },
+      .shortcut = [this] { return storage_.settings.shortcut(); },
+      .chooseShortcut =
+          [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
+      .shortcutNotice =
+          [this](const ShortcutConfiguration& shortcut) {
+            return shortcutNotice(shortcut, installation_.environment);
+          },
+      .checkAgain = [this] { inputMonitoringPermissionDidChange_.emit(); },
+      .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
+  };
+}
+
+void MRMPrototypeApp::connectInterface() {
+  coordinator_.onRequiredModelMissing([this] { openSetupWindow(); });
   observers_.push_back(
-      coordinator_->onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
-  observers_.push_back(coordinator_->onLastTranscriptChange().subscribe(
+      coordinator_.onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
+  observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(
       [this](bool available) { tray_.setHasLastTranscript(available); }));
-  tray_.update(coordinator_->state());
+  tray_.update(coordinator_.state());
 
   pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
   observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
     if (property == SettingsProperty::overlayPosition)
       pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
-    if (property == SettingsProperty::smartFormatting || property == SettingsProperty::smartLocalModel) {
-      keepRefinersWarm();
-    }
-    if (property == SettingsProperty::historyRetention) {
-      storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
-    }
-  }));
-}
-
-void MRMPrototypeApp::wireShortcut() {
-  observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
-  observers_.push_back(sleep_.didWake().subscribe([this] { desktop_->keys.resync(); }));
   QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &setup_,
                    [this](Qt::ApplicationState state) {
                      if (state == Qt::ApplicationActive) applicationDidBecomeActive_.emit();
                    });
-
-  hotkey_ = std::make_unique<HotkeyService>(
-      executor_, clock_, desktop_->keys, localKeys_,
-      HotkeyNotifications{storage_.settings.shortcutDidChange(), inputMonitoringPermissionDidChange_,
-                          applicationDidBecomeActive_});
-  hotkey_->onPress = [this] { coordinator_->shortcutPressed(); };
-  hotkey_->onRelease = [this] { coordinator_->shortcutReleased(); };
-  hotkey_->onToggle = [this] { coordinator_->toggle(); };
-  hotkey_->start([this] { return storage_.settings.shortcut(); });
 }
 
-void MRMPrototypeApp::wireCommands() {
+void MRMPrototypeApp::connectCommands() {
   const auto on = [this](IntelCommand command, std::function<void()> run) {
     observers_.push_back(commands_.observe(command, std::move(run)));
   };
-  on(IntelCommand::toggleDictation, [this] { coordinator_->toggle(); });
+  on(IntelCommand::toggleDictation, [this] { coordinator_.toggle(); });
   on(IntelCommand::startDictation, [this] {
-    if (!coordinator_->state().isBusy()) coordinator_->toggle();
+    if (!coordinator_.state().isBusy()) coordinator_.toggle();
   });
   on(IntelCommand::stopDictation, [this] {
-    if (coordinator_->state().isRecording()) coordinator_->stopAndTranscribe();
+    if (coordinator_.state().isRecording()) coordinator_.stopAndTranscribe();
   });
-  on(IntelCommand::copyLastTranscript, [this] { coordinator_->copyLastTranscript(); });
+  on(IntelCommand::copyLastTranscript, [this] { coordinator_.copyLastTranscript(); });
   // Until there are settings to show, the setup window is the one that there is.
   for (const auto command :
        {IntelCommand::openSetup, IntelCommand::openSettings, IntelCommand::revealApplication,
@@ -150,16 +145,14 @@ void MRMPrototypeApp::wireCommands() {
     on(command, [this] { openSetupWindow(); });
   }
   on(IntelCommand::downloadSpeechModel, [this] {
-    if (!models_.downloadSpeechModel())
-      tellAboutDownload("There is no other speech model for this computer.");
+    if (!models_.downloadSpeechModel()) tell("There is no other speech model for this computer.");
   });
   on(IntelCommand::cancelSpeechModelDownload, [this] { models_.cancelSpeechModelDownload(); });
   if (models_.downloads) {
     observers_.push_back(
         models_.downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
-          if (status.state == ModelDownloadStatus::State::failed) tellAboutDownload(status.message);
-          if (status.state == ModelDownloadStatus::State::installed)
-            tellAboutDownload("The model is installed.");
+          if (status.state == ModelDownloadStatus::State::failed) tell(status.message);
+          if (status.state == ModelDownloadStatus::State::installed) tell("The model is installed.");
         }));
   }
   on(IntelCommand::quit, [this] { tasks_.start(quit()); });
@@ -169,35 +162,24 @@ void MRMPrototypeApp::reopen() {
   openSetupWindow();
 }
 
-void MRMPrototypeApp::keepRefinersWarm() {
-  if (storage_.settings.smartFormatting()) {
-    speech_.refinement.warmUp();
-  } else {
-    speech_.refiners.shutdown();
-  }
+void MRMPrototypeApp::tellAboutSettings() {
+  const auto tellUser = [this](const std::string& message) { tell(message); };
+  for (const auto& message : storage_.defaults.messages()) tell(message);
+  observers_.push_back(storage_.defaults.messageAdded().subscribe(tellUser));
+  if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
 }
 
-void MRMPrototypeApp::tellAboutSettings() {
-  const auto tell = [this](const std::string& message) {
-    tray_.notify(QStringLiteral("Murmel"), inPlatformWords(message));
-  };
-  for (const auto& message : storage_.defaults.messages()) tell(message);
-  observers_.push_back(storage_.defaults.messageAdded().subscribe(tell));
-  if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
+void MRMPrototypeApp::tell(const std::string& sentence) {
+  tray_.notify(QString::fromStdString(installation_.build.displayName), inPlatformWords(sentence));
 }
 
 void MRMPrototypeApp::applyDockIconPreference() {
   taskBar_.set(storage_.settings.showInDock() ? ActivationPolicy::regular : ActivationPolicy::accessory);
 }
 
-void MRMPrototypeApp::tellAboutDownload(const std::string& sentence) {
-  tray_.notify(QStringLiteral("Murmel"), inPlatformWords(sentence));
-}
-
 void MRMPrototypeApp::refreshServices() {
   models_.speech->validate();
   models_.smart.validate();
-  storage_.history.prune(storage_.settings.historyRetention(), clock_.wallNow());
 }
 
 bool MRMPrototypeApp::requiresSetupWindow() const {
@@ -212,18 +194,15 @@ bool MRMPrototypeApp::isMainWindowVisible() const {
   return setup_.isVisible() && !setup_.isMinimized();
 }
 
-std::vector<SetupCheck> MRMPrototypeApp::setupChecks() {
-  return murmel::setupChecks(folders_, *models_.speech, storage_.settings.shortcut());
-}
-
 void MRMPrototypeApp::terminate(int exitStatus) {
   QCoreApplication::exit(exitStatus);
 }
 
 Task<void> MRMPrototypeApp::quit() {
   if (std::exchange(quitting_, true)) co_return;
-  hotkey_.reset();
-  auto handingOver = desktop_->handOverClipboard();
+  auto finishing = delivery_.insertion.finishPasteCleanup();
+  co_await finishing;
+  auto handingOver = desktop_.clipboard.handOver();
   co_await handingOver;
   terminate(0);
 }

@@ -1,43 +1,40 @@
 #pragma once
 
+#include "Audio/AudioCaptureService.h"
 #include "Dictation/DictationCoordinator.h"
-#include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Signal.h"
-#include "Interface/QtAlertPresenter.h"
 #include "Interface/RecordingPill.h"
 #include "Interface/SetupWindow.h"
 #include "Interface/TrayMenu.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
-#include "Platform/Linux/Journal/JournalLogSink.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/LogindSleepMonitor.h"
-#include "Platform/Qt/QtExecutor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Platform/Qt/TaskBarPresence.h"
-#include "Product/InformationDictionary.h"
 #include "Shell/AppDelegate.h"
-#include "Shell/ApplicationFolders.h"
+#include "Shell/DeliveryServices.h"
 #include "Shell/DesktopServices.h"
+#include "Shell/Installation.h"
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/ModelServices.h"
+#include "Shell/ProcessServices.h"
+#include "Shell/SettingsReactions.h"
+#include "Shell/ShortcutWiring.h"
 #include "Shell/SpeechServices.h"
 #include "Shell/StorageServices.h"
-#include "Shortcut/HotkeyService.h"
 
-#include <expected>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace murmel {
 
-/// The desktop application: makes its services once, wires them, and keeps them until it ends. Main thread.
+/// The desktop application: made once, in the order of its members, from a desktop that is there. Main
+/// thread.
 class MRMPrototypeApp final : private ApplicationLaunchActions {
  public:
-  /// Needs a QApplication. The error is one sentence for the user.
-  static std::expected<std::unique_ptr<MRMPrototypeApp>, std::string> create(
-      const ApplicationFolders& folders, const InformationDictionary& info, LaunchSelfTest selfTest);
+  /// Needs a QApplication. The references and what the services refer to outlive this.
+  MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
+                  const DesktopServices& desktop, LaunchSelfTest selfTest);
 
   void applicationDidFinishLaunching() { delegate_.applicationDidFinishLaunching(); }
 
@@ -47,18 +44,13 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void perform(IntelCommand command) { commands_.post(command); }
 
  private:
-  MRMPrototypeApp(const ApplicationFolders& folders, const InformationDictionary& info,
-                  LaunchSelfTest selfTest);
-  std::expected<void, std::string> connect(const std::string& displayName);
-  void wireDictation();
-  void wireShortcut();
-  void wireCommands();
-  /// The chosen model is loaded while formatting is on, and none while it is off.
-  void keepRefinersWarm();
+  [[nodiscard]] DictationServices dictationServices();
+  [[nodiscard]] SetupActions setupActions();
+  void connectInterface();
+  void connectCommands();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
-  void tellAboutDownload(const std::string& sentence);
-  [[nodiscard]] std::vector<SetupCheck> setupChecks();
+  void tell(const std::string& sentence);
   Task<void> quit();
 
   void applyDockIconPreference() override;
@@ -68,30 +60,31 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] bool isMainWindowVisible() const override;
   void terminate(int exitStatus) override;
 
-  ApplicationFolders folders_;
-  std::string identifier_;
-  QtExecutor executor_;
-  SystemClock clock_;
-  JournalLogSink log_{JournalLogSink::Fallback::standardError};
+  ProcessServices process_;
+  const Installation& installation_;
+  DesktopServices desktop_;
+
   TaskBarPresence taskBar_;
-  LinuxProcessLauncher launcher_;
   ModelServices models_;
   StorageServices storage_;
   SpeechServices speech_;
-  std::unique_ptr<DesktopServices> desktop_;
+  DeliveryServices delivery_;
+  AudioCaptureService audio_;
   UpdateActivityRegister updates_;
+  HistoryUpkeep historyUpkeep_;
+  RefinerWarmth refinerWarmth_;
 
   IntelCommandTarget commands_;
   RecordingPill pill_;
   TrayMenu tray_;
-  SetupWindow setup_;
-  std::unique_ptr<DictationCoordinator> coordinator_;
+  DictationCoordinator coordinator_;
 
   Signal<> inputMonitoringPermissionDidChange_;
   Signal<> applicationDidBecomeActive_;
   QtLocalKeyMonitor localKeys_;
   LogindSleepMonitor sleep_;
-  std::unique_ptr<HotkeyService> hotkey_;
+  ShortcutWiring shortcut_;
+  SetupWindow setup_;
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   bool quitting_ = false;

@@ -3,10 +3,7 @@
 #include "Models/ModelCatalog.h"
 #include "Models/ModelStoreLayout.h"
 #include "Models/SpeechModels.h"
-#include "Product/MRMAppIdentity.h"
-#include "Shell/RuntimePolicy.h"
 
-#include <cstdlib>
 #include <string>
 
 namespace murmel {
@@ -19,13 +16,12 @@ class NoDownloads final : public ModelDownloadPriorityCoordinator {
 };
 
 /// The downloader gets an empty environment but for what leads it to the network.
-std::vector<std::string> proxies() {
-  std::vector<std::string> environment;
+std::vector<std::string> proxies(const Environment& environment) {
+  std::vector<std::string> variables;
   for (const char* name : {"https_proxy", "HTTPS_PROXY", "no_proxy", "NO_PROXY"}) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody writes the environment
-    if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
+    if (const auto value = environment.value(name)) variables.push_back(std::string(name) + "=" + *value);
   }
-  return environment;
+  return variables;
 }
 
 /// The catalogue has the recommended speech model first.
@@ -39,30 +35,30 @@ std::filesystem::path modelStore(const ApplicationFolders& folders) {
   return folders.data / modelStoreFolder;
 }
 
-std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const ApplicationFolders& folders,
-                                                                          const InformationDictionary& info) {
-  if (!MRMAppIdentity::downloaderServiceName(info)) return std::nullopt;
+std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const Installation& installation) {
+  if (!installation.downloaderServiceName) return std::nullopt;
   return ModelDownloadClient::Configuration{
-      .executable = folders.resources / "Workers" / ModelDownloadClient::workerName,
-      .store = modelStore(folders),
-      .environment = proxies(),
+      .executable = installation.folders.resources / "Workers" / ModelDownloadClient::workerName,
+      .store = modelStore(installation.folders),
+      .environment = proxies(installation.environment),
       .arguments = {},
-      .mayExecute = [policy = runtimePolicy(folders)](
+      .mayExecute = [policy = installation.policy](
                         const std::filesystem::path& executable) { return policy.mayExecute(executable); },
   };
 }
 
-ModelServices::ModelServices(Executor& executor, ProcessLauncher& launcher, const ApplicationFolders& folders,
-                             const InformationDictionary& info)
-    : speech(ModelManager::forStore(executor, modelStore(folders), folders.resources)),
-      smart(executor, modelStore(folders), folders.resources),
+ModelServices::ModelServices(const ProcessServices& process, const Installation& installation)
+    : speech(ModelManager::forStore(process.executor, modelStore(installation.folders),
+                                    installation.folders.resources)),
+      smart(process.executor, modelStore(installation.folders), installation.folders.resources),
       priority(std::make_unique<NoDownloads>()),
-      canRunParakeet_(canRunParakeet(folders.resources)) {
+      canRunParakeet_(canRunParakeet(installation.folders.resources)) {
   speech->validate();
   smart.validate();
-  auto configuration = downloaderConfiguration(folders, info);
+  auto configuration = downloaderConfiguration(installation);
   if (!configuration) return;
-  downloads = std::make_unique<ModelDownloadClient>(executor, launcher, *std::move(configuration));
+  downloads =
+      std::make_unique<ModelDownloadClient>(process.executor, process.launcher, *std::move(configuration));
   priority = std::make_unique<DownloadRuntimePriority>(*downloads);
   installed_ = downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
     if (status.state != ModelDownloadStatus::State::installed) return;

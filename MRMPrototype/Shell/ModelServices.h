@@ -1,14 +1,12 @@
 #pragma once
 
-#include "Foundation/Async/Executor.h"
 #include "LocalModels/SmartModelFiles.h"
 #include "Models/DownloadRuntimePriority.h"
 #include "Models/ModelDownloadClient.h"
 #include "Models/ModelManager.h"
 #include "Models/SmartModelManager.h"
-#include "Platform/ProcessLauncher.h"
-#include "Product/InformationDictionary.h"
-#include "Shell/ApplicationFolders.h"
+#include "Shell/Installation.h"
+#include "Shell/ProcessServices.h"
 
 #include <filesystem>
 #include <memory>
@@ -20,15 +18,13 @@ namespace murmel {
 std::filesystem::path modelStore(const ApplicationFolders& folders);
 
 /// How the downloader is started; nothing when this build has none that it may use.
-std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const ApplicationFolders& folders,
-                                                                          const InformationDictionary& info);
+std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const Installation& installation);
 
 /// The models on this machine, and the downloader of more. Main thread.
 class ModelServices final : public SmartModelFiles {
  public:
-  /// Looks at what is installed at once. Executor and launcher must outlive this.
-  ModelServices(Executor& executor, ProcessLauncher& launcher, const ApplicationFolders& folders,
-                const InformationDictionary& info);
+  /// Looks at what is installed at once.
+  ModelServices(const ProcessServices& process, const Installation& installation);
 
   [[nodiscard]] bool isReady(SmartLocalModel model) const;
   [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel model) const override;

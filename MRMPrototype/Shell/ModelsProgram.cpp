@@ -15,36 +15,34 @@
 
 namespace murmel {
 
-int runModels(int& argumentCount, char** arguments, const ApplicationFolders& folders,
-              const InformationDictionary& info, const ModelsRole& role) {
-  const QCoreApplication application(argumentCount, arguments);
+int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role) {
+  const QCoreApplication application(arguments.count, arguments.values);
   QtExecutor executor;
   LinuxProcessLauncher launcher;
   std::optional<ModelDownloadClient> client;
-  if (auto configuration = downloaderConfiguration(folders, info)) {
+  if (auto configuration = downloaderConfiguration(installation)) {
     client.emplace(executor, launcher, *std::move(configuration));
   }
   const auto print = [](std::string_view text) {
     fmt::print("{}", text);
     std::fflush(stdout);
   };
-  ModelsCommand command(executor, modelStore(folders), client ? &*client : nullptr,
+  ModelsCommand command(executor, modelStore(installation.folders), client ? &*client : nullptr,
                         {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0});
   executor.post([&] { command.start(role.arguments, [](int status) { QCoreApplication::exit(status); }); });
   return QCoreApplication::exec();
 }
 
-int runModelDownloadProbe(int& argumentCount, char** arguments, const ApplicationFolders& folders,
-                          const InformationDictionary& info) {
-  const QCoreApplication application(argumentCount, arguments);
-  auto configuration = downloaderConfiguration(folders, info);
+int runModelDownloadProbe(Arguments arguments, const Installation& installation) {
+  const QCoreApplication application(arguments.count, arguments.values);
+  auto configuration = downloaderConfiguration(installation);
   if (!configuration) {
     fmt::print(stderr, "murmel: This build names no model downloader.\n");
     return ModelDownloadProbe::failed;
   }
   QtExecutor executor;
   LinuxProcessLauncher launcher;
-  ModelDownloadProbe probe(executor, launcher, *std::move(configuration), folders.temporary);
+  ModelDownloadProbe probe(executor, launcher, *std::move(configuration), installation.folders.temporary);
   executor.post([&] {
     probe.run([](ModelDownloadProbe::Status status, const std::string& line) {
       fmt::print(stderr, "murmel: {}\n", line);

@@ -1,4 +1,3 @@
-#include "Product/MRMAppIdentity.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 
@@ -9,10 +8,9 @@
 
 namespace murmel {
 
-int runRemoteCommand(int& argumentCount, char** arguments, const InformationDictionary& info,
-                     IntelCommand command) {
-  const QCoreApplication application(argumentCount, arguments);
-  const auto sent = sendRemoteCommand(MRMAppIdentity::applicationIdentifier(info), command);
+int runRemoteCommand(Arguments arguments, const Installation& installation, IntelCommand command) {
+  const QCoreApplication application(arguments.count, arguments.values);
+  const auto sent = sendRemoteCommand(installation.identifier, command);
   if (sent) return 0;
   fmt::print(stderr, "murmel: {}\n", sent.error());
   return 1;

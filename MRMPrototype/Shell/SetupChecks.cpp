@@ -31,8 +31,8 @@ SetupCheck speechCheck(const ApplicationFolders& folders, const SpeechModelStore
   return {"Speech recognition", true, "The speech model is in " + folder.string() + "."};
 }
 
-SetupCheck microphoneCheck() {
-  const PulseAudioAuthorization authorization(PulseAudioAuthorization::Environment::current());
+SetupCheck microphoneCheck(const Environment& environment) {
+  const PulseAudioAuthorization authorization(PulseAudioAuthorization::Environment::from(environment));
   switch (authorization.phase()) {
     case MicrophonePermissionPhase::denied:
       return {"Microphone", false, "The sound server refuses this user."};
@@ -43,21 +43,23 @@ SetupCheck microphoneCheck() {
   }
 }
 
-std::string noticeFor(const ShortcutConfiguration& shortcut, Executor& executor, const Clock& clock) {
+std::string noticeFor(const ShortcutConfiguration& shortcut, const Environment& environment,
+                      Executor& executor, const Clock& clock) {
   if (shortcut.kind == ShortcutConfiguration::Kind::disabled) return {};
   InjectedKeyList injected(clock);
-  X11KeyEventTap tap(executor, injected, X11KeyEnvironment::fromProcess());
+  X11KeyEventTap tap(executor, injected, X11KeyEnvironment::from(environment));
   const auto access = tap.permission();
   if (!access.granted) return access.reason;
   const bool hasFunctionKey = (shortcut.modifierRawValue & keyModifier::function) != 0;
   return std::string(hasFunctionKey ? functionKeyNotice : "");
 }
 
-SetupCheck shortcutCheck(const ShortcutConfiguration& shortcut, Executor& executor, const Clock& clock) {
+SetupCheck shortcutCheck(const ShortcutConfiguration& shortcut, const Environment& environment,
+                         Executor& executor, const Clock& clock) {
   if (shortcut.kind == ShortcutConfiguration::Kind::disabled)
     return {"Global shortcut", true,
             "No shortcut is set. The tray icon and “murmel toggle” start dictation."};
-  auto notice = noticeFor(shortcut, executor, clock);
+  auto notice = noticeFor(shortcut, environment, executor, clock);
   if (!notice.empty()) return {"Global shortcut", false, std::move(notice)};
   return {"Global shortcut", true, "The keyboard can be heard while other applications are in front."};
 }
@@ -95,17 +97,21 @@ SetupCheck busCheck() {
 
 }  // namespace
 
-std::string shortcutNotice(const ShortcutConfiguration& shortcut) {
+std::string shortcutNotice(const ShortcutConfiguration& shortcut, const Environment& environment) {
   QtExecutor executor;
-  return noticeFor(shortcut, executor, SystemClock());
+  return noticeFor(shortcut, environment, executor, SystemClock());
 }
 
-std::vector<SetupCheck> setupChecks(const ApplicationFolders& folders, const SpeechModelStore& models,
+std::vector<SetupCheck> setupChecks(const Installation& installation, const SpeechModelStore& models,
                                     const ShortcutConfiguration& shortcut) {
   QtExecutor executor;
   const SystemClock clock;
-  return {speechCheck(folders, models), microphoneCheck(), shortcutCheck(shortcut, executor, clock),
-          pasteCheck(executor),         keyRingCheck(),    busCheck()};
+  return {speechCheck(installation.folders, models),
+          microphoneCheck(installation.environment),
+          shortcutCheck(shortcut, installation.environment, executor, clock),
+          pasteCheck(executor),
+          keyRingCheck(),
+          busCheck()};
 }
 
 }  // namespace murmel

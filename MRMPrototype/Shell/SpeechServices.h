@@ -2,16 +2,10 @@
 
 #include "Dictation/SettingsRefinementSource.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
-#include "Foundation/Async/Clock.h"
-#include "Foundation/Async/Executor.h"
-#include "Foundation/Log.h"
 #include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
-#include "Platform/ProcessLauncher.h"
-#include "Product/InformationDictionary.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Settings/DictationSettings.h"
-#include "Shell/ApplicationFolders.h"
 #include "Shell/FluidAudioRecognition.h"
 #include "Shell/ModelServices.h"
 
@@ -21,8 +15,7 @@ namespace murmel {
 class SpeechServices {
  public:
   /// The references must outlive this.
-  SpeechServices(Executor& executor, const Clock& clock, LogSink& log, ProcessLauncher& launcher,
-                 const ApplicationFolders& folders, const InformationDictionary& info, ModelServices& models,
+  SpeechServices(const ProcessServices& process, const Installation& installation, ModelServices& models,
                  const DictationSettings& settings);
 
  private:

@@ -4,28 +4,29 @@
 
 namespace murmel {
 
-StorageServices::StorageServices(const ApplicationFolders& folders, const std::string& applicationIdentifier,
+StorageServices::StorageServices(const Installation& installation,
                                  settingsMigration::ModelIsReady modelIsReady,
                                  ActivationPolicyControl* activationPolicy)
-    : vocabularyKeys_(secrets_, applicationIdentifier + std::string(vocabularyKeyServiceSuffix)),
-      historyKeys_(secrets_, applicationIdentifier + std::string(historyKeyServiceSuffix)),
-      defaults(files_, defaultsFile(folders.configuration)),
-      settings(parameters(*this, folders, std::move(modelIsReady), activationPolicy)),
-      history(historyFile(files_, historyKeys_, folders.data)) {}
+    : vocabularyKeys_(secrets_, installation.identifier + std::string(vocabularyKeyServiceSuffix)),
+      historyKeys_(secrets_, installation.identifier + std::string(historyKeyServiceSuffix)),
+      defaults(files_, defaultsFile(installation.folders.configuration)),
+      settings(parameters(*this, installation, std::move(modelIsReady), activationPolicy)),
+      history(historyFile(files_, historyKeys_, installation.folders.data)) {}
 
 SettingsRepositoryParameters StorageServices::parameters(StorageServices& services,
-                                                         const ApplicationFolders& folders,
+                                                         const Installation& installation,
                                                          settingsMigration::ModelIsReady modelIsReady,
                                                          ActivationPolicyControl* activationPolicy) {
-  settingsMigration::importLegacyPreferences(services.defaults, services.files_, LibplistReader(),
-                                             settingsMigration::legacyPropertyList(folders.configuration));
+  settingsMigration::importLegacyPreferences(
+      services.defaults, services.files_, LibplistReader(),
+      settingsMigration::legacyPropertyList(installation.folders.configuration));
   return {
       .defaults = services.defaults,
-      .vocabularyFile = vocabularyFile(services.files_, services.vocabularyKeys_, folders.data),
+      .vocabularyFile = vocabularyFile(services.files_, services.vocabularyKeys_, installation.folders.data),
       // Every edition offers the whole catalogue of language models here.
       .fullGemmaCatalog = true,
       .modelIsReady = std::move(modelIsReady),
-      .channel = MRMDistributionChannel::direct,
+      .channel = installation.channel,
       .activationPolicy = activationPolicy,
   };
 }

@@ -7,7 +7,7 @@
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Settings/SettingsRepository.h"
-#include "Shell/ApplicationFolders.h"
+#include "Shell/Installation.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 
 #include <string>
@@ -18,8 +18,8 @@ namespace murmel {
 class StorageServices {
  public:
   /// `activationPolicy` is absent without a desktop.
-  StorageServices(const ApplicationFolders& folders, const std::string& applicationIdentifier,
-                  settingsMigration::ModelIsReady modelIsReady, ActivationPolicyControl* activationPolicy);
+  StorageServices(const Installation& installation, settingsMigration::ModelIsReady modelIsReady,
+                  ActivationPolicyControl* activationPolicy);
 
  private:
   PosixFileSystem files_;
@@ -33,7 +33,7 @@ class StorageServices {
   HistoryRepository history;
 
  private:
-  static SettingsRepositoryParameters parameters(StorageServices& services, const ApplicationFolders& folders,
+  static SettingsRepositoryParameters parameters(StorageServices& services, const Installation& installation,
                                                  settingsMigration::ModelIsReady modelIsReady,
                                                  ActivationPolicyControl* activationPolicy);
 };

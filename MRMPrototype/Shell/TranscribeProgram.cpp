@@ -2,7 +2,6 @@
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
-#include "Product/MRMAppIdentity.h"
 #include "Shell/FileTranscription.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
@@ -48,21 +47,19 @@ void printLine(std::FILE* stream, const std::string& prefix, const std::string& 
 
 }  // namespace
 
-int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders& folders,
-                  const InformationDictionary& info, const TranscribeRole& role) {
-  const QCoreApplication application(argumentCount, arguments);
+int runTranscribe(Arguments arguments, const Installation& installation, const TranscribeRole& role) {
+  const QCoreApplication application(arguments.count, arguments.values);
   QtExecutor executor;
   SystemClock clock;
   JournalLogSink log(JournalLogSink::Fallback::none);
-  const auto identifier = MRMAppIdentity::applicationIdentifier(info);
-
   LinuxProcessLauncher launcher;
-  ModelServices models(executor, launcher, folders, info);
+  const ProcessServices process{executor, clock, log, launcher};
+  ModelServices models(process, installation);
   StorageServices storage(
-      folders, identifier, [&models](SmartLocalModel model) { return models.isReady(model); }, nullptr);
+      installation, [&models](SmartLocalModel model) { return models.isReady(model); }, nullptr);
   for (const auto& message : storage.defaults.messages()) printLine(stderr, "murmel: ", message);
   TranscriptionSettings settings(storage.settings, role);
-  SpeechServices speech(executor, clock, log, launcher, folders, info, models, settings);
+  SpeechServices speech(process, installation, models, settings);
   StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
 
   FileTranscriptionServices services{
@@ -77,8 +74,8 @@ int runTranscribe(int& argumentCount, char** arguments, const ApplicationFolders
       .cleanUp = speech.cleanUp,
       .sessions = speech.sessions,
       .log = log,
-      .applicationIdentifier = identifier,
-      .temporaryDirectory = folders.temporary,
+      .applicationIdentifier = installation.identifier,
+      .temporaryDirectory = installation.folders.temporary,
       .realTime = role.realTime,
       .complain = [](const std::string& sentence) { printLine(stderr, "murmel: ", sentence); },
   };

@@ -1,9 +1,6 @@
-#include "Product/MRMAppIdentity.h"
-#include "Product/MRMBuildIdentity.h"
-#include "Shell/ApplicationFolders.h"
+#include "Shell/Installation.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/Programs.h"
-#include "Shell/RemoteCommands.h"
 
 #include <csignal>
 #include <cstdio>
@@ -18,11 +15,6 @@ namespace {
 
 using namespace murmel;
 
-int complain(const std::string& sentence) {
-  fmt::print(stderr, "murmel: {}\n", sentence);
-  return 1;
-}
-
 /// What is spoken is in this process's memory: no core dump of it, and no other process of the user looks
 /// into it.
 void keepMemoryPrivate() {
@@ -34,31 +26,20 @@ void keepMemoryPrivate() {
 }
 
 struct Run {
-  int& argumentCount;
-  char** argumentValues;
-  const ApplicationFolders& folders;
-  const InformationDictionary& info;
+  Arguments arguments;
+  const Installation& installation;
 
-  int operator()(const MessageRole& role) const {
-    fmt::print(role.exitStatus == 0 ? stdout : stderr, "{}", role.text);
-    return role.exitStatus;
-  }
-  int operator()(const TranscribeRole& role) const {
-    return runTranscribe(argumentCount, argumentValues, folders, info, role);
-  }
+  int operator()(const MessageRole& /*shown already*/) const { return 0; }
+  int operator()(const TranscribeRole& role) const { return runTranscribe(arguments, installation, role); }
   int operator()(const RemoteCommandRole& role) const {
-    return runRemoteCommand(argumentCount, argumentValues, info, role.command);
+    return runRemoteCommand(arguments, installation, role.command);
   }
-  int operator()(const DoctorRole&) const { return runDoctor(argumentCount, argumentValues, folders, info); }
-  int operator()(const ModelsRole& role) const {
-    return runModels(argumentCount, argumentValues, folders, info, role);
-  }
+  int operator()(const DoctorRole&) const { return runDoctor(arguments, installation); }
+  int operator()(const ModelsRole& role) const { return runModels(arguments, installation, role); }
   int operator()(const ModelDownloadSmokeRole&) const {
-    return runModelDownloadProbe(argumentCount, argumentValues, folders, info);
+    return runModelDownloadProbe(arguments, installation);
   }
-  int operator()(const DesktopRole& role) const {
-    return runDesktop(argumentCount, argumentValues, folders, info, role.selfTest);
-  }
+  int operator()(const DesktopRole& role) const { return runDesktop(arguments, installation, role.selfTest); }
 };
 
 }  // namespace
@@ -67,15 +48,18 @@ int main(int argumentCount, char** argumentValues) {
   keepMemoryPrivate();
   // A worker or reader that goes away shows as an error of the write, not as the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
-  const auto folders = ApplicationFolders::locate();
-  if (!folders) return complain(folders.error());
-  const auto info = InformationDictionary::read(folders->resources / "Info.json");
-  if (!info) return complain("This installation is damaged. " + info.error());
-
-  const auto identity = MRMBuildIdentity::from(*info);
-  const auto version = fmt::format("{} {} ({}), {}", identity.displayName, identity.version,
-                                   identity.buildNumber, identity.editionName);
-  const auto role =
-      launchRole(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), version);
-  return std::visit(Run{argumentCount, argumentValues, *folders, *info}, role);
+  const auto build = MRMBuildIdentity::from(informationOfThisBuild().value_or(InformationDictionary()));
+  const auto role = launchRole(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount),
+                               versionLine(build));
+  // Help, the version and what was mistyped need neither a home folder nor an installation.
+  if (const auto* message = std::get_if<MessageRole>(&role)) {
+    fmt::print(message->exitStatus == 0 ? stdout : stderr, "{}", message->text);
+    return message->exitStatus;
+  }
+  const auto installation = Installation::read(Environment::ofThisProcess());
+  if (!installation) {
+    fmt::print(stderr, "murmel: {}\n", installation.error());
+    return 1;
+  }
+  return std::visit(Run{{argumentCount, argumentValues}, *installation}, role);
 }

@@ -10,15 +10,27 @@ constexpr Duration eventTapRetryInterval = std::chrono::milliseconds(500);
 /// Ten seconds in all: what is not there by then comes back with the next notification, if at all.
 constexpr int eventTapRetryLimit = 20;
 
+static_assert(static_cast<int>(ShortcutRequest::Kind::capsLock) ==
+              static_cast<int>(ShortcutConfiguration::Kind::capsLock));
+
+/// Not for the disabled one.
+ShortcutRequest requestFor(const ShortcutConfiguration& shortcut) {
+  return {static_cast<ShortcutRequest::Kind>(shortcut.kind), shortcut.keyCode, shortcut.modifierRawValue};
+}
+
 void callIfSet(const std::function<void()>& callback) {
   if (callback) callback();
 }
 
 }  // namespace
 
-HotkeyService::HotkeyService(Executor& executor, const Clock& clock, KeyEventTap& taps,
+HotkeyService::HotkeyService(Executor& executor, const Clock& clock, ShortcutSource& source,
                              LocalKeyMonitor& localKeys, HotkeyNotifications notifications)
-    : executor_(executor), clock_(clock), taps_(taps), localKeys_(localKeys), notifications_(notifications) {}
+    : executor_(executor),
+      clock_(clock),
+      source_(source),
+      localKeys_(localKeys),
+      notifications_(notifications) {}
 
 HotkeyService::~HotkeyService() = default;
 
@@ -38,6 +50,7 @@ void HotkeyService::start(std::function<ShortcutConfiguration()> shortcutProvide
   observe(notifications_.inputMonitoringPermissionDidChange,
           &HotkeyService::installGlobalEventTapIfAuthorized);
   observe(notifications_.applicationDidBecomeActive, &HotkeyService::installGlobalEventTapIfAuthorized);
+  observe(source_.permissionDidChange(), &HotkeyService::installGlobalEventTapIfAuthorized);
 }
 
 void HotkeyService::postIfAlive(std::move_only_function<void()> job) {
@@ -48,7 +61,12 @@ void HotkeyService::postIfAlive(std::move_only_function<void()> job) {
 
 // Everything hops through the event loop: a callback of the coordinator must not run inside the tap, which it
 // may cause to be removed.
-void HotkeyService::receive(const KeyEvent& event) {
+void HotkeyService::receive(const ShortcutEvent& heard) {
+  if (const auto* activity = std::get_if<ShortcutActivity>(&heard)) {
+    postIfAlive([this, activity = *activity] { handle(activity); });
+    return;
+  }
+  const auto& event = std::get<KeyEvent>(heard);
   if (event.type == KeyEventType::tapDisabledByTimeout ||
       event.type == KeyEventType::tapDisabledByUserInput) {
     postIfAlive([this] { enableGlobalEventTap(); });
@@ -76,12 +94,32 @@ void HotkeyService::handle(const MRMHotkeyEvent& event) {
   }
 }
 
+void HotkeyService::handle(ShortcutActivity activity) {
+  switch (activity) {
+    case ShortcutActivity::pressed:
+      callIfSet(onPress);
+      break;
+    case ShortcutActivity::released:
+      callIfSet(onRelease);
+      break;
+    case ShortcutActivity::toggled:
+      callIfSet(onToggle);
+      break;
+    case ShortcutActivity::lost:
+      enableGlobalEventTap();
+      break;
+  }
+}
+
 void HotkeyService::installGlobalEventTapIfAuthorized() {
-  if (shortcutProvider_().kind == ShortcutConfiguration::Kind::disabled) {
+  const auto shortcut = shortcutProvider_();
+  if (shortcut.kind == ShortcutConfiguration::Kind::disabled) {
     removeGlobalEventTap();
     return;
   }
-  if (!taps_.permission().granted) return;
+  // A compositor watches the shortcut that it was told of, and no other.
+  if (eventTap_ && !source_.hearsEveryKey() && installed_ != requestFor(shortcut)) removeGlobalEventTap();
+  if (!source_.permission(requestFor(shortcut)).granted) return;
   if (eventTap_) {
     enableGlobalEventTap();
   } else if (!createGlobalEventTap()) {
@@ -90,7 +128,8 @@ void HotkeyService::installGlobalEventTapIfAuthorized() {
 }
 
 bool HotkeyService::createGlobalEventTap() {
-  eventTap_ = taps_.create([this](const KeyEvent& event) { receive(event); });
+  installed_ = requestFor(shortcutProvider_());
+  eventTap_ = source_.install(installed_, [this](const ShortcutEvent& event) { receive(event); });
   if (!eventTap_) return false;
   eventTapRetry_.reset();
   return true;

@@ -4,8 +4,8 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/Signal.h"
 #include "Foundation/Registration.h"
-#include "Platform/KeyEventTap.h"
 #include "Platform/LocalKeyMonitor.h"
+#include "Platform/ShortcutSource.h"
 #include "Shortcut/HotkeyStateMachine.h"
 #include "Shortcut/ShortcutConfiguration.h"
 
@@ -28,7 +28,7 @@ struct HotkeyNotifications {
 /// must outlive it.
 class HotkeyService {
  public:
-  HotkeyService(Executor& executor, const Clock& clock, KeyEventTap& taps, LocalKeyMonitor& localKeys,
+  HotkeyService(Executor& executor, const Clock& clock, ShortcutSource& source, LocalKeyMonitor& localKeys,
                 HotkeyNotifications notifications);
   ~HotkeyService();
   HotkeyService(const HotkeyService&) = delete;
@@ -44,8 +44,9 @@ class HotkeyService {
   void start(std::function<ShortcutConfiguration()> shortcutProvider);
 
  private:
-  void receive(const KeyEvent& event);
+  void receive(const ShortcutEvent& event);
   void handle(const MRMHotkeyEvent& event);
+  void handle(ShortcutActivity activity);
   void installGlobalEventTapIfAuthorized();
   bool createGlobalEventTap();
   void removeGlobalEventTap();
@@ -57,7 +58,7 @@ class HotkeyService {
 
   Executor& executor_;
   const Clock& clock_;
-  KeyEventTap& taps_;
+  ShortcutSource& source_;
   LocalKeyMonitor& localKeys_;
   HotkeyNotifications notifications_;
 
@@ -66,7 +67,8 @@ class HotkeyService {
   int retryAttempts_ = 0;
   /// Gone with the service: what was posted and is still waiting then does nothing.
   std::shared_ptr<int> alive_ = std::make_shared<int>();
-  std::unique_ptr<InstalledKeyEventTap> eventTap_;
+  std::unique_ptr<InstalledShortcut> eventTap_;
+  ShortcutRequest installed_;  ///< what `eventTap_` was installed for
   Registration localMonitor_;
   std::vector<Registration> observers_;
   Registration eventTapRetry_;

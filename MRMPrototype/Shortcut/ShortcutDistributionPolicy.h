@@ -1,13 +1,11 @@
 #pragma once
 
+#include "Product/MRMBuildIdentity.h"
 #include "Shortcut/ShortcutConfiguration.h"
 
 #include <cstdint>
 
 namespace murmel {
-
-/// How the application reached the user.
-enum class MRMDistributionChannel { direct, appStore };
 
 /// Which shortcuts a distribution channel can serve.
 struct ShortcutDistributionPolicy {

@@ -84,10 +84,11 @@ class Shortcut {
   MarkedTap taps{x11Taps_};
 
  private:
+  KeyTapShortcutSource source_{taps};
   FakeLocalKeyMonitor localKeys_;
   Signal<> notifications_;
   HotkeyService service_{
-      executor, executor, taps, localKeys_, {notifications_, notifications_, notifications_}};
+      executor, executor, source_, localKeys_, {notifications_, notifications_, notifications_}};
 };
 
 bool run(const std::string& command) {

@@ -1,5 +1,5 @@
 #include "Platform/Linux/Process/SignedExecutableManifest.h"
-#include "Shell/RuntimePolicy.h"
+#include "Shell/Installation.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fstream>
@@ -10,16 +10,18 @@ using namespace murmel;
 
 namespace {
 
-class Installation : public ::testing::Test {
+class RuntimePolicy : public ::testing::Test {
  protected:
-  Installation() {
+  RuntimePolicy() {
     folders.executable = folder.path() / "murmel";
     folders.resources = folder.path() / "lib";
     std::filesystem::create_directory(folders.resources);
     for (const auto& file : {folders.executable, worker()}) std::ofstream(file) << "a program";
   }
   [[nodiscard]] std::filesystem::path worker() const { return folders.resources / "worker"; }
-  [[nodiscard]] bool startsWorker() const { return runtimePolicy(folders).mayExecute(worker()); }
+  [[nodiscard]] bool startsWorker() const {
+    return Installation::from({}, folders, {}).policy.mayExecute(worker());
+  }
 
   TemporaryFolder folder;
   ApplicationFolders folders;
@@ -27,13 +29,13 @@ class Installation : public ::testing::Test {
   const ed25519::SigningKey theirs = *ed25519::SigningKey::generate();
 };
 
-TEST_F(Installation, that_is_a_development_build_starts_any_worker_of_its_own) {
+TEST_F(RuntimePolicy, of_a_development_build_starts_any_worker_of_its_own) {
   EXPECT_TRUE(startsWorker());
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));
   EXPECT_TRUE(startsWorker());
 }
 
-TEST_F(Installation, that_is_signed_starts_only_what_the_same_team_signed) {
+TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
   ASSERT_TRUE(SignedExecutableManifest::sign(folders.executable, ours));
   EXPECT_FALSE(startsWorker()) << "unsigned";
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));

@@ -25,7 +25,7 @@ class HotkeyServiceTest : public ::testing::Test {
   HotkeyServiceTest() { make(); }
 
   void make() {
-    service.emplace(executor, executor, taps, localKeys,
+    service.emplace(executor, executor, source, localKeys,
                     HotkeyNotifications{shortcutDidChange, permissionDidChange, didBecomeActive});
     service->onPress = [this] { calls += "press "; };
     service->onRelease = [this] { calls += "release "; };
@@ -46,6 +46,7 @@ class HotkeyServiceTest : public ::testing::Test {
 
   ManualExecutor executor;
   FakeKeyEventTap taps;
+  KeyTapShortcutSource source{taps};
   FakeLocalKeyMonitor localKeys;
   Signal<> shortcutDidChange;
   Signal<> permissionDidChange;

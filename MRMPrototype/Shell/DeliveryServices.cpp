@@ -1,0 +1,49 @@
+#include "Shell/DeliveryServices.h"
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <unistd.h>
+
+namespace murmel {
+
+namespace {
+
+/// The user's own lines about which application pastes with which keys, if there are any.
+PasteChordTable pasteChords(const std::filesystem::path& configuration, const Logger& logger) {
+  PasteChordTable table;
+  std::ifstream file(configuration / "MRM" / "paste-keys.conf", std::ios::binary);
+  if (!file) return table;
+  const std::string lines{std::istreambuf_iterator<char>(file), {}};
+  for (const auto& line : table.addUserLines(lines)) {
+    logger.event(LogLevel::notice, "paste_keys_line_not_understood", {{"line", line.number}});
+  }
+  return table;
+}
+
+}  // namespace
+
+DeliveryServices::DeliveryServices(const ProcessServices& process, const Installation& installation,
+                                   const DesktopServices& desktop, bool restorePreviousClipboard)
+    : insertion(
+          TextInsertionDesktop{
+              .executor = process.executor,
+              .clock = process.clock,
+              .workspace = desktop.workspace,
+              .keyboard = desktop.keyboard,
+              .secureInput = desktop.secureInput,
+              .general = desktop.clipboard,
+              .primary = desktop.primarySelection,
+              .focusedField = &desktop.focusedField,
+          },
+          TextInsertionOptions{
+              .applicationIdentifier = installation.identifier,
+              .ownProcess = ::getpid(),
+              .shouldRestorePreviousClipboard = restorePreviousClipboard,
+              .pasteChords = pasteChords(installation.folders.configuration,
+                                         Logger(process.log, installation.identifier, "text-insertion")),
+          },
+          Logger(process.log, installation.identifier, "text-insertion")) {}
+
+}  // namespace murmel

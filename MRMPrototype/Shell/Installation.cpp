@@ -1,0 +1,46 @@
+#include "Shell/Installation.h"
+
+#include "Platform/Linux/Process/SignedExecutableManifest.h"
+#include "Product/MRMAppIdentity.h"
+
+#include <utility>
+
+#include <fmt/core.h>
+
+namespace murmel {
+
+Installation Installation::from(const InformationDictionary& info, ApplicationFolders folders,
+                                Environment environment) {
+  ExecutableRuntimePolicy policy(folders.resources, SignedExecutableManifest::teamOf(folders.executable),
+                                 &SignedExecutableManifest::teamOf);
+  return {
+      .build = MRMBuildIdentity::from(info),
+      .identifier = MRMAppIdentity::applicationIdentifier(info),
+      .edition = distributionEdition(info),
+      .channel = distributionChannel(info),
+      .downloaderServiceName = MRMAppIdentity::downloaderServiceName(info),
+      .environment = std::move(environment),
+      .folders = std::move(folders),
+      .policy = std::move(policy),
+  };
+}
+
+std::expected<Installation, std::string> Installation::read(Environment environment) {
+  auto folders = ApplicationFolders::locate(environment);
+  if (!folders) return std::unexpected(folders.error());
+  const auto info = informationOfThisBuild();
+  if (!info) return std::unexpected("This installation is damaged. " + info.error());
+  return from(*info, *std::move(folders), std::move(environment));
+}
+
+std::string versionLine(const MRMBuildIdentity& build) {
+  return fmt::format("{} {} ({}), {}", build.displayName, build.version, build.buildNumber,
+                     build.editionName);
+}
+
+std::expected<InformationDictionary, std::string> informationOfThisBuild() {
+  const auto resources = ApplicationFolders::resourcesOf(ApplicationFolders::thisExecutable());
+  return InformationDictionary::read(resources / "Info.json");
+}
+
+}  // namespace murmel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Foundation/Async/Signal.h"
+#include "Platform/LocalKeyMonitor.h"
+#include "Platform/ShortcutSource.h"
+#include "Shell/ProcessServices.h"
+#include "Shortcut/HotkeyService.h"
+
+#include <functional>
+
+namespace murmel {
+
+/// Listens for the shortcut of the settings as long as it lives, and makes up for what a suspend hid.
+class ShortcutWiring {
+ public:
+  struct Actions {
+    std::function<void()> press;
+    std::function<void()> release;
+    std::function<void()> toggle;
+  };
+
+  /// The references outlive this.
+  ShortcutWiring(const ProcessServices& process, ShortcutSource& source, LocalKeyMonitor& localKeys,
+                 HotkeyNotifications notifications, Signal<>& didWake, Actions actions,
+                 std::function<ShortcutConfiguration()> shortcut)
+      : hotkey_(process.executor, process.clock, source, localKeys, notifications),
+        wake_(didWake.subscribe([&source] { source.resync(); })) {
+    hotkey_.onPress = std::move(actions.press);
+    hotkey_.onRelease = std::move(actions.release);
+    hotkey_.onToggle = std::move(actions.toggle);
+    hotkey_.start(std::move(shortcut));
+  }
+
+ private:
+  HotkeyService hotkey_;
+  Registration wake_;
+};
+
+}  // namespace murmel

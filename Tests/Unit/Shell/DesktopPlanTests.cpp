@@ -1,0 +1,102 @@
+#include "Platform/DesktopProbe.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+
+TEST(DesktopPlan, ServesEachSessionByTheBestRoadThatItHas) {
+  const SessionFacts::X11 server{
+      .named = true, .reachable = true, .injectsKeys = true, .hearsKeys = true, .namesActiveWindow = true};
+  auto xwayland = server;
+  xwayland.rootless = true;
+  const auto wayland = [](std::set<std::string> interfaces) {
+    return SessionFacts::Wayland{true, true, std::move(interfaces)};
+  };
+  const std::set<std::string> wlrootsInterfaces{"zwp_virtual_keyboard_manager_v1",
+                                                "zwlr_data_control_manager_v1", "zwlr_layer_shell_v1",
+                                                "zwlr_foreign_toplevel_manager_v1"};
+  const std::set<std::string> plasma{"org_kde_plasma_shell", "zwlr_data_control_manager_v1"};
+  auto plasmaGranted = plasma;
+  plasmaGranted.insert({"org_kde_kwin_fake_input", "org_kde_plasma_window_management"});
+  const std::set<std::string> gnomeNames{desktopBusName::gnomeShell, desktopBusName::mutterRemoteDesktop};
+  struct Row {
+    std::string what;
+    SessionFacts facts;
+    DesktopPlan plan;
+  };
+  using enum SessionKind;
+  for (const auto& [what, facts, plan] : std::vector<Row>{
+           {"X11",
+            {.x11 = server},
+            {x11,
+             ShortcutRoad::keyTap,
+             PasteRoad::xTest,
+             ClipboardRoad::x11,
+             WindowRoad::x11,
+             IndicatorRoad::x11,
+             {}}},
+           {"a bare X server",
+            {.x11 = {.named = true, .reachable = true}},
+            {x11, {}, {}, ClipboardRoad::x11, {}, IndicatorRoad::x11, {}}},
+           {"sway with XWayland",
+            {.x11 = xwayland, .wayland = wayland(wlrootsInterfaces), .swaySocket = true},
+            {sway,
+             ShortcutRoad::swayBindings,
+             PasteRoad::virtualKeyboard,
+             ClipboardRoad::dataControl,
+             WindowRoad::swayTree,
+             IndicatorRoad::x11,
+             {}}},
+           {"another wlroots",
+            {.wayland = wayland(wlrootsInterfaces)},
+            {wlroots,
+             {},
+             PasteRoad::virtualKeyboard,
+             ClipboardRoad::dataControl,
+             WindowRoad::foreignToplevel,
+             IndicatorRoad::layerSurface,
+             {}}},
+           {"Plasma that has not granted us its own protocols",
+            {.x11 = xwayland,
+            .wayland = wayland(plasma),
+            .busNames = {desktopBusName::globalAccel},
+            .keyboardPortal = 1},
+            {kwin,
+             ShortcutRoad::globalAccel,
+             PasteRoad::portal,
+             ClipboardRoad::dataControl,
+             WindowRoad::accessibility,
+             IndicatorRoad::x11,
+             {}}},
+           {"Plasma that has",
+            {.x11 = xwayland, .wayland = wayland(plasmaGranted), .busNames = {desktopBusName::globalAccel}},
+            {kwin,
+             ShortcutRoad::globalAccel,
+             PasteRoad::fakeInput,
+             ClipboardRoad::dataControl,
+             WindowRoad::plasmaWindows,
+             IndicatorRoad::x11,
+             {}}},
+           {"GNOME",
+            {.x11 = xwayland, .wayland = wayland({}), .busNames = gnomeNames},
+            {gnome,
+             ShortcutRoad::gnomeKeyBinding,
+             PasteRoad::mutterRemoteDesktop,
+             ClipboardRoad::x11,
+             WindowRoad::accessibility,
+             IndicatorRoad::x11,
+             {}}},
+           {"an unknown compositor with portals",
+            {.wayland = wayland({}), .shortcutPortal = 1},
+            {otherWayland, ShortcutRoad::portal, {}, {}, WindowRoad::accessibility, {}, {}}},
+           {"nothing", {}, {.failure = "There is no display."}},
+           {"a display that is gone",
+            {.x11 = {.named = true}},
+            {.failure = "The X server that DISPLAY names cannot be reached."}},
+       }) {
+    EXPECT_EQ(planDesktop(facts), plan) << what;
+  }
+}

@@ -1,0 +1,193 @@
+#include "Foundation/Async/Scope.h"
+#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/FakeKeyEventTap.h"
+#include "Platform/Fake/FakeMicrophoneAuthorization.h"
+#include "Platform/Fake/FakeProcessLauncher.h"
+#include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/FakeSoundPlayer.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Shell/DeliveryServices.h"
+#include "Shell/SettingsReactions.h"
+#include "Shell/ShortcutWiring.h"
+#include "Shortcut/ShortcutChoice.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Support/Awaiting.h"
+#include "Support/DictationFakes.h"
+#include "Support/FileBytes.h"
+#include "Support/InMemoryDefaultsStore.h"
+#include "Support/TemporaryFolder.h"
+#include "Unit/Delivery/DeliveryHarness.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using namespace murmel::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A desktop of fakes with an editor in front, and the delivery that is made of it.
+class DeliveryWiring : public ::testing::Test {
+ protected:
+  DeliveryWiring() {
+    workspace.bringToFront(editor);
+    clipboard.writeByAnother(plainText("old"));
+    executor.advance(1s);
+    keyboard.onPosted([this](PasteChord) { clipboard.readBy(editor.client, "UTF8_STRING"); });
+  }
+  TextDeliveryResult deliver(bool restorePreviousClipboard) {
+    DeliveryServices delivery({executor, executor, log, launcher}, installation(), desktop,
+                              restorePreviousClipboard);
+    delivery.insertion.beginDictationSession();
+    Awaiting delivering(delivery.insertion.insertOrCopy(SpokenText("words"), false));
+    for (int step = 0; step < 1'000 && !delivering.done(); ++step) executor.advance(10ms);
+    executor.advance(10s);
+    return *delivering;
+  }
+  [[nodiscard]] Installation installation() const {
+    ApplicationFolders folders;
+    folders.configuration = folder.path();
+    return Installation::from(InformationDictionary(), folders, Environment());
+  }
+
+  TemporaryFolder folder;
+  ManualExecutor executor;
+  MemoryLogSink log;
+  FakeProcessLauncher launcher;
+  FakeAudioInput microphone{executor};
+  FakeMicrophoneAuthorization authorization;
+  FakeSoundPlayer sounds;
+  FakeKeyEventTap taps;
+  KeyTapShortcutSource shortcuts{taps};
+  FakeWorkspace workspace{executor};
+  FakeKeyboardPoster keyboard{executor, workspace};
+  FakeSecureInput secureInput;
+  FakeFocusedField field;
+  FakePasteboard clipboard{executor, executor};
+  DesktopServices desktop{microphone, authorization, sounds, shortcuts, workspace,
+                          keyboard,   secureInput,   field,  clipboard};
+  RunningApplication editor = application(100, "Editor");
+};
+
+TEST_F(DeliveryWiring, FollowsTheUsersChoiceAboutThePreviousClipboard) {
+  deliver(true);
+  EXPECT_EQ(clipboard.contents(), plainText("old"));
+  deliver(false);
+  EXPECT_NE(clipboard.contents(), plainText("old"));
+}
+
+TEST_F(DeliveryWiring, PastesNothingIntoAPasswordField) {
+  field.setHidesText(true);
+  EXPECT_EQ(deliver(true), TextDeliveryResult::copiedFallback);
+  EXPECT_TRUE(keyboard.posted().empty());
+}
+
+TEST_F(DeliveryWiring, PastesWithTheKeysThatTheUserHasWrittenDown) {
+  std::filesystem::create_directory(folder.path() / "MRM");
+  writeFile(folder.path() / "MRM" / "paste-keys.conf", "Editor = Shift+Insert");
+  deliver(true);
+  EXPECT_EQ(keyboard.posted(), std::vector{PasteChord::shiftInsert});
+}
+
+/// The settings, and what hangs on them.
+class SettingsWiring : public ::testing::Test {
+ protected:
+  ManualExecutor executor;
+  TemporaryFolder folder;
+  PosixFileSystem files;
+  FakeSecretStore secrets;
+  KeychainEncryptionKeyStore keys{secrets, "app.murmel.Test.vocabulary"};
+  InMemoryDefaultsStore defaults;
+  SettingsRepository settings{
+      {.defaults = defaults, .vocabularyFile = vocabularyFile(files, keys, folder.path())}};
+};
+
+TEST_F(SettingsWiring, PrunesTheHistoryAtTheStartAndWhenTheRetentionChanges) {
+  FakeDictationHistory history;
+  const HistoryUpkeep upkeep(settings, history, executor);
+  EXPECT_EQ(history.prunedWith, HistoryRetention::forever);
+  settings.setHistoryRetention(HistoryRetention::oneWeek);
+  EXPECT_EQ(history.prunedWith, HistoryRetention::oneWeek);
+}
+
+TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
+  FakeRefinementSource refinement;
+  int shutdowns = 0;
+  const RefinerWarmth warmth(settings, refinement, [&] { ++shutdowns; });
+  settings.setSmartFormatting(true);
+  EXPECT_EQ(refinement.warmUps, 1);
+  settings.setSmartFormatting(false);
+  EXPECT_EQ(shutdowns, 1);
+}
+
+/// A compositor that watches one shortcut.
+class FakeCompositor final : public ShortcutSource {
+ public:
+  struct Installed final : InstalledShortcut {
+    explicit Installed(FakeCompositor& owner) : compositor(owner) {}
+    ~Installed() override { compositor.handler = nullptr; }
+    bool enable() override { return false; }
+    FakeCompositor& compositor;
+  };
+  [[nodiscard]] ListenEventAccess permission(const ShortcutRequest& request) override {
+    return {request.kind == ShortcutRequest::Kind::key, "only keys"};
+  }
+  [[nodiscard]] std::unique_ptr<InstalledShortcut> install(const ShortcutRequest& request,
+                                                           Handler told) override {
+    requests.push_back(request.keyCode);
+    handler = std::move(told);
+    return std::make_unique<Installed>(*this);
+  }
+  [[nodiscard]] bool hearsEveryKey() const override { return false; }
+  [[nodiscard]] Signal<>& permissionDidChange() override { return changed; }
+  void resync() override { ++resyncs; }
+
+  std::vector<VirtualKeyCode> requests;
+  Handler handler;
+  Signal<> changed;
+  int resyncs = 0;
+};
+
+TEST(ShortcutWiring, TellsACompositorOfEachShortcutAndHearsWhatItSays) {
+  ManualExecutor executor;
+  MemoryLogSink log;
+  FakeProcessLauncher launcher;
+  FakeCompositor compositor;
+  FakeLocalKeyMonitor localKeys;
+  Signal<> shortcutDidChange, permissionDidChange, becameActive, woke;
+  auto shortcut = configuration(ShortcutChoice::optionSpace);
+  std::string calls;
+  const ShortcutWiring wiring(
+      {executor, executor, log, launcher}, compositor, localKeys,
+      {shortcutDidChange, permissionDidChange, becameActive}, woke,
+      {[&] { calls += "press "; }, [&] { calls += "release "; }, [&] { calls += "toggle "; }},
+      [&] { return shortcut; });
+  for (const auto activity :
+       {ShortcutActivity::pressed, ShortcutActivity::released, ShortcutActivity::toggled}) {
+    compositor.handler(activity);
+  }
+  executor.runUntilIdle();
+  EXPECT_EQ(calls, "press release toggle ");
+
+  shortcut = configuration(ShortcutChoice::commandShiftD);
+  shortcutDidChange.emit();
+  executor.runUntilIdle();
+  EXPECT_EQ(compositor.requests, (std::vector{virtualKey::space, virtualKey::d}));
+  compositor.handler(ShortcutActivity::lost);
+  executor.advance(1s);
+  EXPECT_EQ(compositor.requests.size(), 3U) << "asked for it once more";
+
+  shortcut = configuration(ShortcutChoice::optionKey);
+  shortcutDidChange.emit();
+  executor.runUntilIdle();
+  EXPECT_FALSE(compositor.handler) << "it cannot watch this one, and must not go on with the old one";
+  EXPECT_EQ(compositor.resyncs, 0);
+  woke.emit();
+  EXPECT_EQ(compositor.resyncs, 1);
+}
+
+}  // namespace
