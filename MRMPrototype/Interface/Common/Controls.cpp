@@ -1,0 +1,92 @@
+#include "Interface/Common/Controls.h"
+
+#include "Interface/Common/Style.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+#include <QWheelEvent>
+
+namespace murmel {
+
+namespace {
+
+constexpr QSize switchSize(44, 24);
+
+}  // namespace
+
+Switch::Switch(QWidget* parent) : QCheckBox(parent) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setCursor(Qt::PointingHandCursor);
+}
+
+QSize Switch::sizeHint() const {
+  return switchSize + QSize(4, 4);  // room for the ring of the focus
+}
+
+bool Switch::hitButton(const QPoint& position) const {
+  return rect().contains(position);
+}
+
+void Switch::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF track = QRectF(rect()).adjusted(2, 2, -2, -2);
+  const auto& colours = palette();
+  const auto radius = track.height() / 2;
+  const auto off = isEnabled() ? colours.color(QPalette::PlaceholderText) : colours.color(QPalette::Mid);
+  painter.setPen(isChecked() ? Qt::NoPen : QPen(off, 1.6));
+  painter.setBrush(isChecked() ? colours.color(QPalette::Highlight) : colours.color(QPalette::AlternateBase));
+  const auto inset = isChecked() ? 0.0 : 0.8;
+  painter.drawRoundedRect(track.adjusted(inset, inset, -inset, -inset), radius, radius);
+  const bool atRight = isChecked() != isRightToLeft();
+  const QPointF knob(atRight ? track.right() - radius : track.left() + radius, track.center().y());
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(isChecked() ? colours.color(QPalette::HighlightedText) : off);
+  painter.drawEllipse(knob, radius - 4, radius - 4);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  if (!hasFocus() || !option.state.testFlag(QStyle::State_KeyboardFocusChange)) return;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(colours.color(QPalette::WindowText), 2));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius + 2, radius + 2);
+}
+
+ChoiceBox::ChoiceBox(QWidget* parent) : QComboBox(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+  setSizeAdjustPolicy(QComboBox::AdjustToContents);
+}
+
+void ChoiceBox::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+QLabel* label(const QString& text, LabelRole role) {
+  auto* made = new QLabel(text);
+  made->setTextFormat(Qt::PlainText);
+  made->setWordWrap(true);
+  auto font = made->font();
+  const auto size = font.pointSizeF();
+  switch (role) {
+    case LabelRole::text:
+      break;
+    case LabelRole::second:
+      font.setPointSizeF(size * 0.93);
+      made->setForegroundRole(QPalette::PlaceholderText);
+      break;
+    case LabelRole::title:
+      font.setPointSizeF(size * 1.6);
+      font.setWeight(QFont::DemiBold);
+      break;
+    case LabelRole::heading:
+      font.setWeight(QFont::DemiBold);
+      break;
+  }
+  made->setFont(font);
+  return made;
+}
+
+QString literal(QString text) {
+  return text.replace(u'&', QStringLiteral("&&"));
+}
+
+}  // namespace murmel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+
+namespace murmel {
+
+/// Something that is on or off at once; a check box drawn as a switch.
+class Switch final : public QCheckBox {
+ public:
+  explicit Switch(QWidget* parent = nullptr);
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  [[nodiscard]] bool hitButton(const QPoint& position) const override;
+};
+
+/// A choice that the wheel does not change: whoever scrolls the page means the page.
+class ChoiceBox final : public QComboBox {
+ public:
+  explicit ChoiceBox(QWidget* parent = nullptr);
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+};
+
+/// A label whose text is plain, wraps, and is never taken for markup.
+enum class LabelRole { text, second, title, heading };
+QLabel* label(const QString& text, LabelRole role = LabelRole::text);
+
+/// The text of a button, menu entry or field label: an ampersand in it is an ampersand.
+QString literal(QString text);
+
+}  // namespace murmel

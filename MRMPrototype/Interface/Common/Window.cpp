@@ -1,0 +1,38 @@
+#include "Interface/Common/Window.h"
+
+#include "Interface/Common/Icons.h"
+
+#include <QKeyEvent>
+#include <QScreen>
+
+namespace murmel {
+
+namespace {
+
+/// What a panel and the frame of the window may take of the screen.
+constexpr QSize screenMargin(16, 56);
+
+}  // namespace
+
+Window::Window(const QString& title, QSize wanted) : wanted_(wanted) {
+  setWindowTitle(title);
+  setWindowIcon(applicationIcon());
+}
+
+void Window::present() {
+  if (!isVisible()) resize(wanted_.boundedTo(screen()->availableSize() - screenMargin));
+  if (isMinimized()) showNormal();
+  show();
+  raise();
+  activateWindow();
+}
+
+void Window::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Cancel) || event->matches(QKeySequence::Close)) {
+    close();
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}
+
+}  // namespace murmel
