@@ -1,0 +1,193 @@
+#include "Interface/Models/ModelsPage.h"
+
+#include "Interface/Common/Dialogs.h"
+#include "Interface/PlatformWords.h"
+
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QProgressBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace murmel {
+
+namespace {
+
+QString sizeWords(std::uint64_t bytes) {
+  return QLocale().formattedDataSize(static_cast<qint64>(bytes), bytes < 1'000'000'000 ? 0 : 1,
+                                     QLocale::DataSizeSIFormat);
+}
+
+QString fromCore(const std::string& text) {
+  return inPlatformWords(text);
+}
+
+}  // namespace
+
+/// One model: what it is, how it stands, and what can be done about it.
+class ModelsPage::Row final : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(ModelsPage)
+ public:
+  Row(ModelShelf& shelf, std::string name);
+  void show(const ModelShelfRow& row);
+
+ private:
+  void askToRemove();
+  [[nodiscard]] static QString stateWords(const ModelShelfRow& row);
+  [[nodiscard]] static QString progressWords(const ModelShelfRow& row);
+
+  ModelShelf& shelf_;
+  std::string name_;
+  QLabel* title_;
+  QLabel* about_;
+  QLabel* state_;
+  QProgressBar* progress_;
+  QPushButton* download_;
+  QPushButton* pause_;
+  QPushButton* verify_;
+  QPushButton* remove_;
+};
+
+ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
+    : shelf_(shelf),
+      name_(std::move(name)),
+      title_(label({})),
+      about_(label({}, LabelRole::second)),
+      state_(label({}, LabelRole::second)),
+      progress_(new QProgressBar),
+      download_(button(tr("Download"), [this] { shelf_.download(name_); })),
+      pause_(button(tr("Pause"), [this] { shelf_.pause(name_); })),
+      verify_(button(tr("Verify"), [this] { shelf_.verify(name_); })),
+      remove_(button(tr("Remove…"), [this] { askToRemove(); })) {
+  progress_->setTextVisible(false);
+  progress_->setFixedHeight(8);
+  progress_->setRange(0, 1000);
+  auto* lines = new QVBoxLayout(this);
+  lines->setContentsMargins(4 * grid::unit, grid::medium, 4 * grid::unit, grid::medium);
+  lines->setSpacing(3);
+  lines->addWidget(title_);
+  lines->addWidget(about_);
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(grid::small);
+  foot->addWidget(state_, 1);
+  for (auto* action : {download_, pause_, verify_, remove_}) foot->addWidget(action);
+  lines->addSpacing(grid::unit);
+  lines->addWidget(progress_);
+  lines->addLayout(foot);
+}
+
+void ModelsPage::Row::show(const ModelShelfRow& row) {
+  using enum ModelShelfRow::State;
+  const auto title = fromCore(row.title);
+  title_->setText(row.isInUse ? tr("%1 — in use").arg(title) : title);
+  setAccessibleName(title);
+  auto about = row.purpose.empty() ? QStringList() : QStringList(fromCore(row.purpose));
+  if (!row.licence.empty()) about += tr("License: %1.").arg(QString::fromStdString(row.licence));
+  about_->setText(about.join(u' '));
+  about_->setVisible(!about.isEmpty());
+  state_->setText(stateWords(row));
+
+  const bool isRunning = row.state == downloading || row.state == waiting;
+  const bool isThere = row.state == installed || row.state == unverified || row.state == damaged;
+  progress_->setVisible(isRunning || row.state == paused || row.state == verifying);
+  progress_->setRange(0, row.state == verifying || !row.size ? 0 : 1000);
+  if (row.size && *row.size > 0)
+    progress_->setValue(
+        static_cast<int>(1000.0 * static_cast<double>(row.received) / static_cast<double>(*row.size)));
+  progress_->setAccessibleName(tr("Download of %1").arg(title));
+  download_->setText(literal(row.state == paused   ? tr("Resume")
+                             : row.state == failed ? tr("Try Again")
+                                                   : tr("Download")));
+  download_->setVisible(!isRunning && !isThere && row.state != verifying);
+  download_->setEnabled(row.unusable.empty() && shelf_.downloadsUnavailable().empty());
+  pause_->setVisible(isRunning);
+  verify_->setVisible(isThere);
+  remove_->setVisible(isThere || row.state == paused || (row.state == failed && row.onDisk > 0));
+  for (auto* action : {download_, pause_, verify_, remove_})
+    action->setAccessibleName(QStringLiteral("%1: %2").arg(action->text(), title));
+}
+
+QString ModelsPage::Row::progressWords(const ModelShelfRow& row) {
+  QStringList parts{row.size ? tr("%1 of %2").arg(sizeWords(row.received), sizeWords(*row.size))
+                             : sizeWords(row.received)};
+  if (row.bytesPerSecond)
+    parts += tr("%1 per second").arg(sizeWords(static_cast<std::uint64_t>(*row.bytesPerSecond)));
+  if (row.remainingSeconds) {
+    const auto seconds = static_cast<int>(*row.remainingSeconds);
+    parts += seconds < 90 ? tr("%n second(s) left", nullptr, seconds)
+                          : tr("%n minute(s) left", nullptr, (seconds + 30) / 60);
+  }
+  return parts.join(QStringLiteral(" · "));
+}
+
+QString ModelsPage::Row::stateWords(const ModelShelfRow& row) {
+  switch (row.state) {
+    case ModelShelfRow::State::absent:
+      if (!row.unusable.empty()) return fromCore(row.unusable);
+      return row.size ? tr("Not installed · %1 to download").arg(sizeWords(*row.size)) : tr("Not installed");
+    case ModelShelfRow::State::waiting:
+      return tr("Waiting…");
+    case ModelShelfRow::State::downloading:
+      return progressWords(row);
+    case ModelShelfRow::State::paused:
+      return tr("Paused · %1").arg(progressWords(row));
+    case ModelShelfRow::State::verifying:
+      return tr("Verifying…");
+    case ModelShelfRow::State::unverified:
+      return tr("Installed, not verified yet · %1 on disk").arg(sizeWords(row.onDisk));
+    case ModelShelfRow::State::installed:
+      return tr("Installed and verified · %1 on disk").arg(sizeWords(row.onDisk));
+    case ModelShelfRow::State::damaged:
+      return tr("Damaged. Remove it and download it again.");
+    case ModelShelfRow::State::failed:
+      return fromCore(row.problem);
+  }
+  std::unreachable();
+}
+
+void ModelsPage::Row::askToRemove() {
+  confirmRemoval(window(), tr("Remove this model?"),
+                 tr("%1 is deleted from this computer. It can be downloaded again.").arg(accessibleName()),
+                 tr("Remove"), [this] { shelf_.remove(name_); });
+}
+
+ModelsPage::ModelsPage(ModelShelf& shelf)
+    : FormPage(tr("Speech Models"),
+               tr("Models run on this computer. Every file is compared with its known digest "
+                  "before it is used.")),
+      shelf_(shelf),
+      notice_(new NoticeBar(Severity::warning)),
+      total_(label({}, LabelRole::second)) {
+  addWidget(notice_);
+  auto* unavailable = new NoticeBar(Severity::information);
+  unavailable->setText(fromCore(shelf_.downloadsUnavailable()));
+  addWidget(unavailable);
+  speech_ = addCard(tr("Speech recognition"));
+  correction_ = addCard(tr("Punctuation and capitals"));
+  addWidget(total_);
+  changes_ = shelf_.changed().subscribe([this] { refresh(); });
+  refresh();
+}
+
+void ModelsPage::refresh() {
+  std::uint64_t total = 0;
+  const auto rows = shelf_.rows();
+  for (const auto& row : rows) {
+    total += row.onDisk;
+    auto& widget = rows_[row.name];
+    if (widget == nullptr) widget = add(row.isSpeech ? *speech_ : *correction_, row);
+    widget->show(row);
+  }
+  for (const auto& [name, widget] : rows_)
+    widget->setVisible(std::ranges::find(rows, name, &ModelShelfRow::name) != rows.end());
+  total_->setText(total == 0 ? tr("No model was downloaded yet.")
+                             : tr("Downloaded models occupy %1.").arg(sizeWords(total)));
+}
+
+ModelsPage::Row* ModelsPage::add(Card& card, const ModelShelfRow& row) {
+  auto* widget = new Row(shelf_, row.name);
+  card.addWidget(widget);
+  return widget;
+}
+
+}  // namespace murmel

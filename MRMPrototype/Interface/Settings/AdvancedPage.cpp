@@ -1,0 +1,58 @@
+#include "Interface/Common/Dialogs.h"
+#include "Interface/Settings/Pages.h"
+
+namespace murmel {
+
+namespace {
+
+constexpr qint64 maximumSettings = 1 << 16;  // bytes
+
+}  // namespace
+
+AdvancedPage::AdvancedPage(const SettingsServices& services)
+    : SettingsPage(tr("Advanced"), {}, services), outcome_(new NoticeBar(Severity::information)) {
+  auto& card = *addCard(tr("Recognition"));
+  addSwitch(card,
+            {tr("Recognize while I speak"), tr("Works on finished phrases during a dictation, so that the "
+                                               "end comes sooner. From the next dictation.")},
+            {.property = SettingsProperty::processWhileRecording,
+             .get = [this] { return settings().processWhileRecording(); },
+             .set = [this](bool on) { settings().setProcessWhileRecording(on); },
+             .standard = true});
+
+  auto& updates = *addCard(tr("Updates"));
+  updates.addRow(tr("Check for updates automatically"), {}, new Switch)
+      ->setUnavailable(
+          tr("New versions arrive with the packages of your system; Murmel does not look for them itself."));
+
+  auto& files = *addCard(tr("Settings file"));
+  auto* exportRow = files.addRow(tr("Export settings"), tr("As JSON, without vocabulary, history and keys."),
+                                 button(tr("Export…"), [this] { exportSettings(); }));
+  auto* importRow =
+      files.addRow(tr("Import settings"), tr("Settings that the file does not name stay as they are."),
+                   button(tr("Import…"), [this] { importSettings(); }));
+  if (!this->services().exportSettings) exportRow->hide();
+  if (!this->services().importSettings) importRow->hide();
+  addWidget(outcome_);
+  outcome_->setDismissal([this] { outcome_->setText({}); });
+}
+
+void AdvancedPage::exportSettings() {
+  saveTextFile(
+      window(), tr("Export Settings"), QStringLiteral("murmel-settings.json"),
+      QString::fromStdString(services().exportSettings()),
+      [this](const QString& path) { outcome_->setText(tr("The settings are in %1.").arg(path)); },
+      [this](const QString& problem) { outcome_->setText(problem); });
+}
+
+void AdvancedPage::importSettings() {
+  const auto take = [this](const QString& text) {
+    const auto taken = services().importSettings(text.toStdString());
+    outcome_->setText(taken ? tr("The settings of the file are in effect.")
+                            : QString::fromStdString(taken.error()));
+  };
+  openTextFile(window(), tr("Import Settings"), tr("Settings (*.json);;All files (*)"), maximumSettings, take,
+               [this](const QString& problem) { outcome_->setText(problem); });
+}
+
+}  // namespace murmel

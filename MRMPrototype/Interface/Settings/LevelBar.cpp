@@ -1,0 +1,57 @@
+#include "Interface/Settings/LevelBar.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+#include <algorithm>
+
+namespace murmel {
+
+namespace {
+
+constexpr double peakFall = 0.02;  ///< with each level, of about twenty a second
+
+}  // namespace
+
+LevelBar::LevelBar() {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setFixedHeight(sizeHint().height());
+  setAccessibleName(QCoreApplication::translate("AudioPage", "Microphone level"));
+}
+
+void LevelBar::show(double level) {
+  level_ = std::clamp(level, 0.0, 1.0);
+  peak_ = std::max(level_, peak_ - peakFall);
+  update();
+}
+
+void LevelBar::clear() {
+  level_ = 0;
+  peak_ = 0;
+  update();
+}
+
+void LevelBar::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const auto& colours = palette();
+  const QRectF groove = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+  const auto radius = groove.height() / 2;
+  painter.setPen(QPen(colours.color(QPalette::Mid), 1));
+  painter.setBrush(colours.color(QPalette::AlternateBase));
+  painter.drawRoundedRect(groove, radius, radius);
+  if (peak_ <= 0) return;
+  if (isRightToLeft()) {
+    painter.translate(width(), 0);
+    painter.scale(-1, 1);
+  }
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colours.color(QPalette::Highlight));
+  auto filled = groove;
+  filled.setWidth(std::max(groove.height(), groove.width() * level_));
+  painter.drawRoundedRect(filled, radius, radius);
+  const auto x = std::max(groove.height(), groove.width() * peak_);
+  painter.setPen(QPen(colours.color(QPalette::WindowText), 2));
+  painter.drawLine(QPointF(x - 1, groove.top() + 3), QPointF(x - 1, groove.bottom() - 3));
+}
+
+}  // namespace murmel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+namespace murmel {
+
+/// How loud the microphone hears right now, and how loud it was at most in the last second or so.
+class LevelBar final : public QWidget {
+ public:
+  LevelBar();
+
+  /// 0…1.
+  void show(double level);
+  void clear();
+  [[nodiscard]] QSize sizeHint() const override { return {220, 14}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  double level_ = 0;
+  double peak_ = 0;
+};
+
+}  // namespace murmel

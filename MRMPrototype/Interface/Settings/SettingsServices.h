@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Foundation/Async/Signal.h"
+#include "Foundation/Registration.h"
+#include "Recognition/DictationLanguage.h"
+#include "Refinement/SmartLocalModel.h"
+#include "Shortcut/ShortcutConfiguration.h"
+
+#include <QString>
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+
+class QWidget;
+
+namespace murmel {
+
+class HistoryRepository;
+class ModelShelf;
+class SettingsRepository;
+
+/// Whether the application is started with the session.
+class Autostart {
+ public:
+  virtual ~Autostart() = default;
+  [[nodiscard]] virtual bool isOn() const = 0;
+  /// The error is one sentence for the user.
+  virtual std::expected<void, std::string> set(bool on) = 0;
+};
+
+/// The microphone that a dictation would record from, for the user to try.
+class MicrophoneTrial {
+ public:
+  virtual ~MicrophoneTrial() = default;
+  /// Its name as the desktop shows it; empty when there is none.
+  [[nodiscard]] virtual std::string microphoneName() const = 0;
+  /// Calls `level`, from 0 to 1, about twenty times a second until the handle is destroyed. Nothing is kept.
+  /// The error is one sentence for the user.
+  virtual std::expected<Registration, std::string> listen(std::function<void(double level)> level) = 0;
+};
+
+/// What the settings window asks of the rest of the application. Everything outlives the window. An optional
+/// part that is absent is something that this installation does not have; the page says so.
+struct SettingsServices {
+  SettingsRepository& settings;
+  HistoryRepository& history;
+  ModelShelf& models;
+
+  Autostart* autostart = nullptr;
+  MicrophoneTrial* microphone = nullptr;
+
+  /// Why this desktop may not hear the shortcut; empty when it does.
+  std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};
+  /// Lets the user press the shortcut that is to be used.
+  std::function<void(QWidget* window)> recordShortcut{};
+  /// How far the language model is; nothing while nobody has asked for it.
+  std::function<std::optional<std::string>(SmartLocalModel)> preparationStatus{};
+  Signal<>* preparationChanged = nullptr;
+
+  /// What the speech engine in use knows of a language, in a few words.
+  std::function<std::string(DictationLanguage)> languageNote{};
+
+  /// Asks the desktop to unlock the key ring, then reads again what could not be read.
+  std::function<void()> unlockStorage{};
+  std::function<void()> openHistory{};
+  std::function<void()> openSetup{};
+  std::function<void()> openSoundSettings{};
+
+  /// All settings but secrets, as JSON, and back; the error is one sentence for the user.
+  std::function<std::string()> exportSettings{};
+  std::function<std::expected<void, std::string>(const std::string& json)> importSettings{};
+};
+
+}  // namespace murmel
