@@ -1,0 +1,126 @@
+#include "GalleryData.h"
+
+namespace murmel::test {
+
+namespace {
+
+/// A Tuesday afternoon.
+constexpr WallTime now{std::chrono::sys_days(std::chrono::year(2025) / 3 / 4) + std::chrono::hours(15)};
+
+}  // namespace
+
+class GalleryData::NoAutostart final : public Autostart {
+ public:
+  [[nodiscard]] bool isOn() const override { return isOn_; }
+  std::expected<void, std::string> set(bool on) override {
+    isOn_ = on;
+    return {};
+  }
+
+ private:
+  bool isOn_ = true;
+};
+
+std::vector<ModelShelfRow> ExampleShelf::rows() const {
+  using enum ModelShelfRow::State;
+  return {
+      {.name = "base",
+       .title = "Whisper base",
+       .purpose = "Comes with Murmel. Good for short, clear speech.",
+       .licence = "MIT",
+       .isSpeech = true,
+       .isInUse = true,
+       .onDisk = 148'000'000,
+       .state = installed},
+      {.name = "parakeet",
+       .title = "Parakeet TDT 0.6B v3 Q8 · Recommended",
+       .purpose = "The best recognition of 25 languages on this computer.",
+       .licence = "CC-BY-4.0",
+       .isSpeech = true,
+       .size = 671'000'000,
+       .state = downloading,
+       .received = 240'000'000,
+       .bytesPerSecond = 5.2e6,
+       .remainingSeconds = 83},
+      {.name = "gemma-4-e2b",
+       .title = "Gemma 4 E2B Q4 · Recommended",
+       .purpose = "Formats mixed languages.",
+       .licence = "Apache-2.0",
+       .isInUse = true,
+       .size = 2'900'000'000,
+       .onDisk = 2'900'000'000,
+       .state = installed},
+      {.name = "qwen-4b",
+       .title = "Qwen3 4B Q4 · Best quality",
+       .licence = "Apache-2.0",
+       .size = 2'500'000'000,
+       .state = absent,
+       .unusable = "Needs 6 GB of free memory; this computer has 4 GB."},
+      {.name = "sage",
+       .title = "SAGE 95M · Russian",
+       .purpose = "Corrects Russian.",
+       .licence = "MIT",
+       .size = 380'000'000,
+       .state = failed,
+       .problem = "The connection was lost."},
+  };
+}
+
+GalleryData::GalleryData()
+    : keys_(secrets_, "gallery"),
+      autostart_(std::make_unique<NoAutostart>()),
+      settings({defaults_, vocabularyFile(files_, keys_, folder_.path()), true,
+                [](SmartLocalModel) { return true; }}),
+      history(historyFile(files_, keys_, folder_.path())) {
+  settings.setPersonalVocabulary(
+      "postgresql = PostgreSQL\nkay dee ee = KDE\ngit hub = GitHub\n\nno sign here\n");
+  settings.setSmartFormatting(true);
+  settings.setHistoryEnabled(true);
+  const auto add = [this](double hoursAgo, const char* text, const char* language) {
+    history.add({Uuid::random(), historyDate(now) - hoursAgo * 3600, SpokenText(text), "base", language,
+                 std::nullopt});
+  };
+  add(75, "The minutes of the meeting go to everybody who was invited, not only to those who came.",
+      "English");
+  add(27, "Bitte schick mir die Rechnung noch vor dem Wochenende, dann geht sie am Montag raus.", "German");
+  add(26, "Не забудь купить хлеб и молоко по дороге домой.", "Russian");
+  add(2.5, "Yes.", "English");
+  add(0.5,
+      "The new shortcut works in every application that I have tried so far, the terminal included. What is "
+      "left is the "
+      "tablet: there the keys of the pen arrive under other names, and I would rather not guess which of "
+      "them somebody "
+      "holds while writing.",
+      "English");
+}
+
+HistoryServices GalleryData::historyServices() {
+  return {.history = history,
+          .settings = settings,
+          .now = [] { return now; },
+          .copy = [](const SpokenText&) {},
+          .pasteAgain = [](const SpokenText&) {},
+          .unlockStorage = [] {}};
+}
+
+SettingsServices GalleryData::services() {
+  SettingsServices services{settings, history, models};
+  services.autostart = autostart_.get();
+  services.shortcutNotice = [](const ShortcutConfiguration& shortcut) {
+    return std::string(shortcut.kind == ShortcutConfiguration::Kind::modifiersOnly
+                           ? "This keyboard does not tell the desktop about Fn. Choose another shortcut."
+                           : "");
+  };
+  services.recordShortcut = [](QWidget*) {};
+  services.preparationStatus = [](SmartLocalModel) {
+    return std::optional<std::string>("Ready · kept warm in memory");
+  };
+  for (auto* action :
+       {&services.unlockStorage, &services.openHistory, &services.openSetup, &services.openSoundSettings})
+    *action = [] {};
+  services.exportSettings = [] { return std::string("{}"); };
+  services.importSettings = [](const std::string&) { return std::expected<void, std::string>(); };
+  return services;
+}
+
+}  // namespace murmel::test

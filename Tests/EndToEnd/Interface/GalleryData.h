@@ -1,0 +1,60 @@
+#pragma once
+
+#include "History/HistoryRepository.h"
+#include "Interface/History/HistoryWindow.h"
+#include "Interface/Models/ModelShelf.h"
+#include "Interface/Settings/SettingsServices.h"
+#include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Settings/SettingsRepository.h"
+#include "Storage/KeychainEncryptionKeyStore.h"
+#include "Support/InMemoryDefaultsStore.h"
+#include "Support/TemporaryFolder.h"
+
+namespace murmel::test {
+
+/// Models in every state that a row can show.
+class ExampleShelf final : public ModelShelf {
+ public:
+  [[nodiscard]] std::vector<ModelShelfRow> rows() const override;
+  [[nodiscard]] Signal<>& changed() override { return changed_; }
+  [[nodiscard]] bool isInstalled(SmartLocalModel model) const override {
+    return model == SmartLocalModel::gemma4E2B;
+  }
+  [[nodiscard]] std::string downloadsUnavailable() const override { return {}; }
+  void download(const std::string& name) override { calls.push_back("download " + name); }
+  void pause(const std::string& name) override { calls.push_back("pause " + name); }
+  void verify(const std::string& name) override { calls.push_back("verify " + name); }
+  void remove(const std::string& name) override { calls.push_back("remove " + name); }
+
+  std::vector<std::string> calls;
+
+ private:
+  Signal<> changed_;
+};
+
+/// What the windows show when they are shown as an example: real repositories over files of their own.
+class GalleryData {
+ public:
+  GalleryData();
+
+  [[nodiscard]] SettingsServices services();
+  [[nodiscard]] HistoryServices historyServices();
+
+ private:
+  class NoAutostart;
+
+  TemporaryFolder folder_;
+  PosixFileSystem files_;
+  FakeSecretStore secrets_;
+  KeychainEncryptionKeyStore keys_;
+  InMemoryDefaultsStore defaults_;
+  std::unique_ptr<Autostart> autostart_;
+
+ public:
+  SettingsRepository settings;
+  HistoryRepository history;
+  ExampleShelf models;
+};
+
+}  // namespace murmel::test
