@@ -7,14 +7,12 @@
 
 namespace murmel {
 
-/// A text of the core as this platform says it. For everything that is shown but texts about shortcuts.
-QString inPlatformWords(std::string_view text);
+/// A text of the core as it stands on the screen: in the words of this desktop, in the user's language. One
+/// that the table of screen texts does not have stays as it is. `pasteKeys`: the keys that paste where the
+/// text is about to go, "Ctrl+V" when empty.
+QString inPlatformWords(std::string_view text, const QString& pasteKeys = {});
 
-/// A text about shortcuts, with the keys by the names that stand on keyboards here: Alt for Option, Super for
-/// Command, Ctrl for Control, and for their symbols.
-QString shortcutWords(std::string_view text);
-
-/// The shortcut's title by those names: "Ctrl+Shift+D".
+/// The shortcut by the names that stand on keyboards here: "Ctrl+Shift+D".
 QString shortcutTitle(const ShortcutConfiguration& shortcut);
 
 }  // namespace murmel

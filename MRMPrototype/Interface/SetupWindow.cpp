@@ -112,8 +112,8 @@ void SetupWindow::showShortcut() {
   if (found == choices.end()) shortcuts_->addItem(shortcutTitle(shortcut));
   shortcuts_->setCurrentIndex(static_cast<int>(found - choices.begin()));
 
-  help_->setText(shortcutWords(modeHelpText(shortcut.kind)));
-  const auto notice = shortcutWords(actions_.shortcutNotice(shortcut));
+  help_->setText(inPlatformWords(modeHelpText(shortcut.kind)));
+  const auto notice = inPlatformWords(actions_.shortcutNotice(shortcut));
   notice_->setText(QStringLiteral("<b>⚠</b> ") + escaped(notice));
   notice_->setVisible(!notice.isEmpty());
 }

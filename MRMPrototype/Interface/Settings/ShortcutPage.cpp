@@ -32,7 +32,7 @@ ShortcutPage::ShortcutPage(const SettingsServices& services)
   auto* row = card.addRow(tr("Another shortcut"), tr("Press the keys you want to use."), record);
   if (!this->services().recordShortcut) row->setUnavailable(tr("Keys cannot be recorded in this session."));
   if (this->services().openSetup) {
-    card.addRow(tr("Setup and permissions"), shortcutWords(inputMonitoringExplanation),
+    card.addRow(tr("Setup and permissions"), inPlatformWords(inputMonitoringExplanation),
                 button(tr("Check…"), this->services().openSetup));
   }
   follow(SettingsProperty::shortcut, [this] { show(); });
@@ -46,8 +46,8 @@ void ShortcutPage::show() {
   // One that was recorded stands below the ready-made ones.
   if (found == choices.end()) choice_->addItem(shortcutTitle(shortcut));
   choice_->setCurrentIndex(static_cast<int>(found - choices.begin()));
-  row_->setDescription(shortcutWords(modeHelpText(shortcut.kind)));
-  if (services().shortcutNotice) notice_->setText(shortcutWords(services().shortcutNotice(shortcut)));
+  row_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
+  if (services().shortcutNotice) notice_->setText(inPlatformWords(services().shortcutNotice(shortcut)));
 }
 
 }  // namespace murmel

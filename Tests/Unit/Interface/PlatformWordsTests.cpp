@@ -1,3 +1,4 @@
+#include "Interface/Common/ScreenTexts.h"
 #include "Interface/PlatformWords.h"
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutChoice.h"
@@ -46,27 +47,41 @@ TEST(ShortcutTitle, differs_for_every_choice) {
   EXPECT_EQ(titles.size(), allCases<ShortcutChoice>().size());
 }
 
-TEST(ShortcutWords, translates_names_and_symbols_of_keys_only) {
+TEST(PlatformWords, says_the_texts_of_the_core_in_the_words_of_this_desktop) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {std::string(modeHelpText(Kind::doubleTapModifier)),
        "Tap Alt twice to start, then twice again to stop."},
-      {std::string(modeHelpText(Kind::disabled)),
-       "Use the tray icon or floating recording control to start dictation."},
       {"⌘ was detected. Command and Shift cannot be used alone because normal Mac typing uses them "
-       "constantly.",
-       "Super was detected. Super and Shift cannot be used alone because normal typing uses them "
-       "constantly."},
+       "constantly. "
+       "Use Fn, Option, Control, or hold two modifiers together.",
+       "Super was detected. Super and Shift cannot be used alone because normal typing uses them constantly. "
+       "Use Fn, Alt, Ctrl, or hold two modifiers together."},
       {"⌃⌥Fn detected", "Ctrl+Alt+Fn detected"},
-      {"⌥⇧D", "Alt+Shift+D"},
-      {"Controls and options", "Controls and options"},
+      {"⇧Return detected", "Shift+Enter detected"},
+      {"Copied — press ⌘V", "Copied — press Ctrl+V"},
+      {"Part of the recording was not recognized. Audio configuration changed. Recording stopped; captured "
+       "audio processed. Insertion stopped. Remaining text copied — press ⌘V.",
+       "Part of the recording was not recognized. Audio configuration changed. Recording stopped; captured "
+       "audio processed. Insertion stopped. Remaining text copied — press Ctrl+V."},
+      // A detail that merely looks like one of the texts stays what it is.
+      {"Local transcription failed: Command ⌘V not found",
+       "Local transcription failed: Command ⌘V not found"},
+      {"Whatever ⌘V is.", "Whatever ⌘V is."},
   };
-  for (const auto& [text, words] : rows) EXPECT_EQ(shortcutWords(text).toStdString(), words);
+  for (const auto& [text, words] : rows) EXPECT_EQ(inPlatformWords(text).toStdString(), words);
+  EXPECT_EQ(inPlatformWords("Copied — press ⌘V", "Ctrl+Shift+V"), "Copied — press Ctrl+Shift+V");
 }
 
-TEST(PlatformWords, keeps_a_detail_that_merely_contains_a_key_name) {
-  EXPECT_EQ(inPlatformWords("Copied — press ⌘V").toStdString(), "Copied — press Ctrl+V");
-  EXPECT_EQ(inPlatformWords("Local transcription failed: Command not found").toStdString(),
-            "Local transcription failed: Command not found");
+TEST(ScreenTexts, name_each_text_once_and_never_the_keys_and_words_of_another_platform) {
+  std::set<std::string_view> seen;
+  for (const auto& row : screenTexts()) {
+    EXPECT_TRUE(seen.insert(row.core).second) << row.core;
+    const QString screen = row.screen;
+    for (const auto* word :
+         {"⌘", "⌥", "⌃", "Mac", "Option", "Command", "Control ", "menu bar", "Keychain", "Dock"})
+      EXPECT_FALSE(screen.contains(word)) << row.screen;
+    EXPECT_EQ(screen.contains("%1"), row.argument != ScreenText::Argument::none) << row.screen;
+  }
 }
 
 }  // namespace

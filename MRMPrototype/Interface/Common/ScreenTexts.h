@@ -1,0 +1,26 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace murmel {
+
+/// A text of the core and what this desktop's screens say for it. "%1" stands for what differs from time to
+/// time; "%paste" on the screen's side for the keys that paste.
+struct ScreenText {
+  enum class Argument {
+    none,
+    detail,    ///< shown as it is
+    text,      ///< itself a text of the table
+    shortcut,  ///< a title of keys in symbols
+  };
+
+  std::string_view core;
+  const char* screen;  ///< the translations' source
+  Argument argument = Argument::none;
+};
+
+/// Every text of the core that a person sees.
+std::span<const ScreenText> screenTexts();
+
+}  // namespace murmel
