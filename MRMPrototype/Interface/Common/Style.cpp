@@ -1,6 +1,6 @@
 #include "Interface/Common/Style.h"
 
-#include <QAbstractItemView>
+#include <QAbstractScrollArea>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOption>
@@ -193,6 +193,12 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         box(*painter, option->rect, option->palette.color(QPalette::Highlight), QColor(),
             grid::controlRadius);
       break;
+    case PE_Frame:
+      box(*painter, option->rect, option->palette.color(QPalette::Base), option->palette.color(QPalette::Mid),
+          grid::controlRadius);
+      if (option->state.testFlag(State_HasFocus))
+        focusRing(*painter, option->rect, option->palette, grid::controlRadius);
+      break;
     case PE_FrameDefaultButton:
       break;
     default:
@@ -250,6 +256,8 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     case CT_LineEdit:
     case CT_SpinBox:
       return {size.width(), std::max(size.height(), grid::controlHeight)};
+    case CT_ItemViewItem:
+      return {size.width(), size.height() + grid::small};
     default:
       return size;
   }
@@ -264,6 +272,11 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
       return 18;
+    case PM_DefaultFrameWidth:
+      // Rounded corners need room beside what a frame holds.
+      return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr
+                 ? 4
+                 : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
       return 0;

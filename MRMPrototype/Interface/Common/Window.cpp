@@ -3,6 +3,7 @@
 #include "Interface/Common/Icons.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 #include <QScreen>
 
 namespace murmel {
@@ -20,7 +21,12 @@ Window::Window(const QString& title, QSize wanted) : wanted_(wanted) {
 }
 
 void Window::present() {
-  if (!isVisible()) resize(wanted_.boundedTo(screen()->availableSize() - screenMargin));
+  if (!isVisible()) {
+    auto wanted = wanted_;
+    // A larger font makes the texts higher.
+    if (layout() != nullptr) wanted = wanted.expandedTo({0, layout()->totalHeightForWidth(wanted.width())});
+    resize(wanted.boundedTo(screen()->availableSize() - screenMargin));
+  }
   if (isMinimized()) showNormal();
   show();
   raise();

@@ -131,6 +131,7 @@ QWidget* HistoryWindow::buildHead() {
 QWidget* HistoryWindow::buildReader() {
   text_->setReadOnly(true);
   text_->setFrameShape(QFrame::NoFrame);
+  text_->document()->setDocumentMargin(0);
   text_->setTabChangesFocus(true);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setAccessibleName(tr("The whole dictation"));

@@ -70,6 +70,7 @@ void VocabularyEditor::build(const std::function<void()>& retry) {
   table_->verticalHeader()->hide();
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setShowGrid(false);
   table_->setTabKeyNavigation(false);
   table_->setAccessibleName(tr("Replacements"));
   text_->setAccessibleName(tr("Replacements as text"));

@@ -2,6 +2,8 @@
 // Shows every window with example data. With --save it writes a picture of each and ends; otherwise it stays,
 // for a program that reads what the windows tell assistive technology.
 #include "GalleryData.h"
+#include "Interface/About/AboutWindow.h"
+#include "Interface/About/CreditsWindow.h"
 #include "Interface/Common/Style.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Settings/SettingsWindow.h"
@@ -42,6 +44,10 @@ int main(int argc, char** argv) {
   settings.present();
   auto* history = new HistoryWindow(data.historyServices());
   history->present();
+  auto* about = new AboutWindow(data.aboutServices());
+  about->present();
+  auto* credits = new CreditsWindow(readCredits(MURMEL_RESOURCES_DIR));
+  credits->present();
   if (!options.isSet("save")) return QApplication::exec();
 
   const auto save = [&](QWidget& window, const char* name) {
@@ -59,6 +65,10 @@ int main(int argc, char** argv) {
     save(settings, name);
   }
   save(*history, "history");
-  history->close();
+  save(*about, "about");
+  save(*credits, "credits");
+  for (auto* window :
+       {static_cast<QWidget*>(history), static_cast<QWidget*>(about), static_cast<QWidget*>(credits)})
+    window->close();
   return 0;
 }

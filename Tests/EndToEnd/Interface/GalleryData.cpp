@@ -123,4 +123,13 @@ SettingsServices GalleryData::services() {
   return services;
 }
 
+AboutServices GalleryData::aboutServices() {
+  return {.build = {"Murmel", "1.4.0", "512", "Full edition"},
+          .edition = "Ready offline · Models included",
+          .diagnostics = [] { return std::string(); },
+          .copy = [](const std::string&) {},
+          .openCredits = [] {},
+          .tipJar = "https://example.org/tips"};
+}
+
 }  // namespace murmel::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "History/HistoryRepository.h"
+#include "Interface/About/AboutWindow.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Models/ModelShelf.h"
 #include "Interface/Settings/SettingsServices.h"
@@ -40,6 +41,7 @@ class GalleryData {
 
   [[nodiscard]] SettingsServices services();
   [[nodiscard]] HistoryServices historyServices();
+  [[nodiscard]] static AboutServices aboutServices();
 
  private:
   class NoAutostart;

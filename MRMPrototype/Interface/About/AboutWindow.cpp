@@ -1,0 +1,68 @@
+#include "Interface/About/AboutWindow.h"
+
+#include "Interface/Common/Form.h"
+#include "Interface/PlatformWords.h"
+
+#include <QVBoxLayout>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr QSize wantedSize(500, 520);
+constexpr int iconSize = 88;
+
+}  // namespace
+
+AboutWindow::AboutWindow(AboutServices services)
+    : Window(tr("About Murmel"), wantedSize), services_(std::move(services)) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  const auto& build = services_.build;
+  auto* icon = new QLabel;
+  icon->setPixmap(applicationIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+  auto* name = label(QString::fromStdString(build.displayName), LabelRole::title);
+  auto* purpose = label(tr("Private dictation. Your voice and your words stay on this computer."));
+  auto* version =
+      label(tr("Version %1 (build %2)")
+                .arg(QString::fromStdString(build.version), QString::fromStdString(build.buildNumber)),
+            LabelRole::second);
+  auto* edition =
+      label(inPlatformWords(build.editionName) + QStringLiteral(" · ") + inPlatformWords(services_.edition),
+            LabelRole::second);
+  version->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
+  auto* lines = new QVBoxLayout(this);
+  lines->setContentsMargins(grid::large, grid::large, grid::large, grid::large);
+  lines->setSpacing(grid::small);
+  lines->addWidget(icon, 0, Qt::AlignHCenter);
+  for (auto* line : {name, purpose, version, edition}) {
+    line->setAlignment(Qt::AlignHCenter);
+    lines->addWidget(line);
+  }
+  lines->addSpacing(grid::medium);
+  auto* card = new Card;
+  auto* copy = button(tr("Copy"), {});
+  auto* row = card->addRow(tr("Diagnostics"),
+                           tr("Version, desktop and checks for a report. No words of yours."), copy);
+  QObject::connect(copy, &QPushButton::clicked, this, [this, row] {
+    services_.copy(services_.diagnostics());
+    row->setDescription(tr("Copied. Paste it into your report."));
+  });
+  card->addRow(tr("Credits"), tr("The people whose work Murmel stands on, and their licenses."),
+               button(tr("Show…"), services_.openCredits));
+  if (!services_.tipJar.empty()) {
+    card->addRow(tr("Tip jar"),
+                 tr("Opens %1 in your browser. A tip is a thank-you: it unlocks nothing, and everything "
+                    "works without it.")
+                     .arg(QString::fromStdString(services_.tipJar)),
+                 button(tr("Leave a Tip…"), [this] { services_.openAddress(services_.tipJar); }));
+  }
+  lines->addWidget(card);
+  lines->addStretch(1);
+  auto* done = button(tr("Close"), [this] { close(); });
+  done->setDefault(true);
+  lines->addWidget(buttonRow({done}));
+}
+
+}  // namespace murmel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <filesystem>
+#include <vector>
+
+namespace murmel {
+
+/// Something that others have made and that Murmel stands on.
+struct Credit {
+  enum class Kind { library, engine, model };
+
+  Kind kind = Kind::library;
+  QString name;
+  QString license;  ///< SPDX expression
+  QString holder;
+  QString address;  ///< of its home page
+  /// The text of the license, where it is on this machine.
+  std::filesystem::path text;
+};
+
+/// From the list that is installed with the application; empty when it cannot be read. The list names, for
+/// each entry, the package whose copyright file has the full text.
+std::vector<Credit> readCredits(const std::filesystem::path& resources);
+
+}  // namespace murmel

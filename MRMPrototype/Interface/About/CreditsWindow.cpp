@@ -1,0 +1,112 @@
+#include "Interface/About/CreditsWindow.h"
+
+#include "Interface/Common/Form.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr QSize wantedSize(860, 600);
+constexpr int listWidth = 260;
+constexpr qint64 maximumText = 1 << 20;  // bytes
+
+}  // namespace
+
+CreditsWindow::CreditsWindow(std::vector<Credit> credits)
+    : Window(tr("Credits"), wantedSize),
+      credits_(std::move(credits)),
+      list_(new QListWidget),
+      name_(label({}, LabelRole::title)),
+      about_(label({}, LabelRole::second)),
+      text_(new QPlainTextEdit) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  list_->setFixedWidth(listWidth);
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setAccessibleName(tr("What Murmel is made of"));
+  text_->setReadOnly(true);
+  text_->setTabChangesFocus(true);
+  text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  text_->setAccessibleName(tr("License"));
+  about_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse);
+
+  auto* reader = new QVBoxLayout;
+  reader->setContentsMargins(grid::large, grid::large, grid::large, grid::large);
+  reader->setSpacing(grid::small);
+  reader->addWidget(name_);
+  reader->addWidget(about_);
+  reader->addSpacing(grid::small);
+  reader->addWidget(text_, 1);
+  auto* line = new QHBoxLayout(this);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(0);
+  line->addWidget(list_);
+  line->addLayout(reader, 1);
+
+  connect(list_, &QListWidget::currentRowChanged, this, [this](int row) { show(row); });
+  fill();
+}
+
+QString CreditsWindow::kindTitle(Credit::Kind kind) {
+  switch (kind) {
+    case Credit::Kind::library:
+      return tr("Libraries");
+    case Credit::Kind::engine:
+      return tr("Engines");
+    case Credit::Kind::model:
+      return tr("Models");
+  }
+  std::unreachable();
+}
+
+void CreditsWindow::fill() {
+  std::ranges::stable_sort(credits_, [](const Credit& a, const Credit& b) {
+    return std::pair(a.kind, a.name.toCaseFolded()) < std::pair(b.kind, b.name.toCaseFolded());
+  });
+  std::optional<Credit::Kind> kind;
+  for (std::size_t index = 0; index < credits_.size(); ++index) {
+    const auto& credit = credits_[index];
+    if (kind != credit.kind) {
+      auto* heading = new QListWidgetItem(kindTitle(credit.kind), list_);
+      auto font = heading->font();
+      font.setWeight(QFont::DemiBold);
+      heading->setFont(font);
+      heading->setFlags(Qt::ItemIsEnabled);
+      heading->setData(Qt::UserRole, -1);
+    }
+    kind = credit.kind;
+    auto* item = new QListWidgetItem(credit.name, list_);
+    item->setData(Qt::UserRole, static_cast<int>(index));
+  }
+  if (list_->count() > 1) list_->setCurrentRow(1);
+  if (credits_.empty()) name_->setText(tr("The list of credits is missing from this installation."));
+}
+
+void CreditsWindow::show(int row) {
+  const auto* const item = list_->item(row);
+  const int index = item != nullptr ? item->data(Qt::UserRole).toInt() : -1;
+  if (index < 0) return;
+  const auto& credit = credits_.at(static_cast<std::size_t>(index));
+  name_->setText(credit.name);
+  QStringList about{credit.license};
+  if (!credit.holder.isEmpty()) about += credit.holder;
+  if (!credit.address.isEmpty()) about += credit.address;
+  about_->setText(about.join(QStringLiteral(" · ")));
+  QFile file(QString::fromStdString(credit.text.string()));
+  const bool isThere = !credit.text.empty() && file.open(QIODevice::ReadOnly);
+  text_->setPlainText(isThere ? QString::fromUtf8(file.read(maximumText))
+                              : tr("The full text of the license is not on this computer; it is at %1.")
+                                    .arg(QStringLiteral("https://spdx.org/licenses/")));
+}
+
+}  // namespace murmel
