@@ -51,7 +51,13 @@ TrayMenu::TrayMenu(Actions actions) {
   toggle_ = menu_.addAction(QStringLiteral("Start Dictation"));
   copyLast_ = menu_.addAction(QStringLiteral("Copy Last Dictation"));
   menu_.addSeparator();
+  const auto add = [this](const QString& title, const std::function<void()>& run) {
+    QObject::connect(menu_.addAction(title), &QAction::triggered, [run] { run(); });
+  };
+  add(QStringLiteral("Settings…"), actions.openSettings);
+  add(QStringLiteral("History…"), actions.openHistory);
   auto* setup = menu_.addAction(QStringLiteral("Setup and Permissions…"));
+  add(QStringLiteral("About Murmel"), actions.openAbout);
   auto* quit = menu_.addAction(QStringLiteral("Quit Murmel"));
   QObject::connect(toggle_, &QAction::triggered, [run = actions.toggle] { run(); });
   QObject::connect(copyLast_, &QAction::triggered, [run = actions.copyLast] { run(); });

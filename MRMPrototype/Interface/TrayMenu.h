@@ -14,7 +14,10 @@ class TrayMenu {
   struct Actions {
     std::function<void()> toggle;
     std::function<void()> copyLast;
+    std::function<void()> openSettings;
+    std::function<void()> openHistory;
     std::function<void()> openSetup;
+    std::function<void()> openAbout;
     std::function<void()> quit;
   };
 

@@ -6,6 +6,7 @@
 #include "Platform/Qt/QtExecutor.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Settings/SettingsMigrations.h"
+#include "Shell/Appearance.h"
 #include "Shell/MRMPrototypeApp.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
@@ -67,6 +68,7 @@ int runDesktop(Arguments arguments, const Installation& installation, LaunchSelf
   TerminationSignals signals;
   QApplication application(arguments.count, arguments.values);
   application.setQuitOnLastWindowClosed(false);
+  const Appearance appearance(installation.folders.resources);
   application.setApplicationName(QString::fromStdString(installation.build.displayName));
   application.setDesktopFileName(QString::fromStdString(installation.identifier));
 

@@ -19,6 +19,7 @@ Installation Installation::from(const InformationDictionary& info, ApplicationFo
       .edition = distributionEdition(info),
       .channel = distributionChannel(info),
       .downloaderServiceName = MRMAppIdentity::downloaderServiceName(info),
+      .tipJar = info.string("MRMTipJarURL").value_or(""),
       .environment = std::move(environment),
       .folders = std::move(folders),
       .policy = std::move(policy),

@@ -21,6 +21,8 @@ struct Installation {
   MRMDistributionChannel channel = MRMDistributionChannel::direct;
   /// Nothing when this build may not download models.
   std::optional<std::string> downloaderServiceName;
+  /// Where a tip can be left; empty where nobody asks for one.
+  std::string tipJar;
   Environment environment;
   ApplicationFolders folders;
   ExecutableRuntimePolicy policy;  ///< which workers may be started

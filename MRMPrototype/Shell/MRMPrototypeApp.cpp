@@ -10,6 +10,8 @@ namespace murmel {
 
 namespace {
 
+/// In which the window manager brings another application to the front.
+constexpr auto pasteAgainDelay = std::chrono::milliseconds(250);
 constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
 
 RecordingPill::Edge edgeFor(OverlayPosition position) {
@@ -46,7 +48,10 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
           .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
+          .openSettings = [this] { perform(IntelCommand::openSettings); },
+          .openHistory = [this] { perform(IntelCommand::openHistory); },
           .openSetup = [this] { perform(IntelCommand::openSetup); },
+          .openAbout = [this] { perform(IntelCommand::openAbout); },
           .quit = [this] { perform(IntelCommand::quit); },
       }),
       coordinator_(dictationServices()),
@@ -61,6 +66,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 },
                 [this] { return storage_.settings.shortcut(); }),
       setup_(setupActions()),
+      windows_(windowParts()),
       delegate_(process.executor, *this, selfTest) {
   connectInterface();
   connectCommands();
@@ -105,8 +111,52 @@ SetupActions MRMPrototypeApp::setupActions() {
   };
 }
 
+MainWindows::Parts MRMPrototypeApp::windowParts() {
+  return {
+      .process = process_,
+      .installation = installation_,
+      .desktop = desktop_,
+      .models = models_,
+      .storage = storage_,
+      .speech = speech_,
+      .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
+      .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
+      .openSetup = [this] { openSetupWindow(); },
+      .unlockStorage = {},
+      .shortcutNotice =
+          [this](const ShortcutConfiguration& shortcut) {
+            return shortcutNotice(shortcut, installation_.environment);
+          },
+      .diagnostics =
+          [this] {
+            auto text = versionLine(installation_.build) + '\n';
+            for (const auto& check :
+                 setupChecks(installation_, *models_.speech, storage_.settings.shortcut()))
+              text += std::string(check.works ? "yes " : "no  ") + check.subject + '\n';
+            return text;
+          },
+  };
+}
+
+Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
+  if (coordinator_.state().isBusy()) co_return;
+  // Until the window that asked for it has gone and another application is in front.
+  auto waiting = sleepFor(process_.executor, pasteAgainDelay);
+  co_await waiting;
+  if (coordinator_.state().isBusy()) co_return;
+  delivery_.insertion.beginDictationSession();
+  auto inserting = delivery_.insertion.insertOrCopy(std::move(words), false);
+  const auto result = co_await inserting;
+  delivery_.insertion.endDictationSession();
+  if (result == TextDeliveryResult::copiedFallback)
+    tell(DictationState(DictationState::Case::copied).title());
+}
+
 void MRMPrototypeApp::connectInterface() {
-  coordinator_.onRequiredModelMissing([this] { openSetupWindow(); });
+  coordinator_.onRequiredModelMissing([this] {
+    windows_.openRequiredModel(
+        inPlatformWords("Download the required Parakeet speech model to use dictation"));
+  });
   observers_.push_back(
       coordinator_.onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
   observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(
@@ -137,10 +187,15 @@ void MRMPrototypeApp::connectCommands() {
     if (coordinator_.state().isRecording()) coordinator_.stopAndTranscribe();
   });
   on(IntelCommand::copyLastTranscript, [this] { coordinator_.copyLastTranscript(); });
-  // Until there are settings to show, the setup window is the one that there is.
+  on(IntelCommand::openSettings, [this] { windows_.openSettings(); });
+  on(IntelCommand::openHistory, [this] { windows_.openHistory(); });
+  on(IntelCommand::openAbout, [this] { windows_.openAbout(); });
+  on(IntelCommand::openCredits, [this] { windows_.openCredits(); });
+  on(IntelCommand::openMicrophoneSettings, [this] {
+    if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
+  });
   for (const auto command :
-       {IntelCommand::openSetup, IntelCommand::openSettings, IntelCommand::revealApplication,
-        IntelCommand::requestMicrophone, IntelCommand::openMicrophoneSettings,
+       {IntelCommand::openSetup, IntelCommand::revealApplication, IntelCommand::requestMicrophone,
         IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
     on(command, [this] { openSetupWindow(); });
   }
@@ -191,7 +246,7 @@ void MRMPrototypeApp::openSetupWindow() {
 }
 
 bool MRMPrototypeApp::isMainWindowVisible() const {
-  return setup_.isVisible() && !setup_.isMinimized();
+  return (setup_.isVisible() && !setup_.isMinimized()) || windows_.isAnyVisible();
 }
 
 void MRMPrototypeApp::terminate(int exitStatus) {

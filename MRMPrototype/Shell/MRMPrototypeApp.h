@@ -16,6 +16,7 @@
 #include "Shell/DesktopServices.h"
 #include "Shell/Installation.h"
 #include "Shell/IntelCommandTarget.h"
+#include "Shell/MainWindows.h"
 #include "Shell/ModelServices.h"
 #include "Shell/ProcessServices.h"
 #include "Shell/SettingsReactions.h"
@@ -46,6 +47,9 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
  private:
   [[nodiscard]] DictationServices dictationServices();
   [[nodiscard]] SetupActions setupActions();
+  [[nodiscard]] MainWindows::Parts windowParts();
+  /// Pastes words that were dictated before, once another application is in front.
+  Task<void> pasteAgain(SpokenText words);
   void connectInterface();
   void connectCommands();
   /// What the settings have to say about their file and about models that were replaced.
@@ -85,6 +89,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   LogindSleepMonitor sleep_;
   ShortcutWiring shortcut_;
   SetupWindow setup_;
+  MainWindows windows_;
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   bool quitting_ = false;

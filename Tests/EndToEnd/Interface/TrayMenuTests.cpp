@@ -51,25 +51,36 @@ class Tray : public ::testing::Test {
   TrayMenu tray{{
       .toggle = [this] { calls.emplace_back("toggle"); },
       .copyLast = [this] { calls.emplace_back("copy"); },
+      .openSettings = [this] { calls.emplace_back("settings"); },
+      .openHistory = [this] { calls.emplace_back("history"); },
       .openSetup = [this] { calls.emplace_back("setup"); },
+      .openAbout = [this] { calls.emplace_back("about"); },
       .quit = [this] { calls.emplace_back("quit"); },
   }};
 };
 
 TEST_F(Tray, offers_what_can_be_done_in_each_state) {
-  expectMenu("[Ready];Start Dictation;[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+  expectMenu(
+      "[Ready];Start Dictation;[Copy Last Dictation];Settings…;History…;Setup and Permissions…;About "
+      "Murmel;Quit Murmel");
   tray.update(Case::listening);
   expectMenu(
-      "[Listening… release shortcut];Stop Dictation;[Copy Last Dictation];Setup and Permissions…;Quit "
+      "[Listening… release shortcut];Stop Dictation;[Copy Last Dictation];Settings…;History…;Setup and "
+      "Permissions…;About Murmel;Quit "
       "Murmel");
   tray.update(Case::transcribing);
   expectMenu(
-      "[Transcribing locally…];[Start Dictation];[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+      "[Transcribing locally…];[Start Dictation];[Copy Last Dictation];Settings…;History…;Setup and "
+      "Permissions…;About Murmel;Quit Murmel");
   tray.update(Case::success);
   tray.setHasLastTranscript(true);
-  expectMenu("[Inserted];Start Dictation;Copy Last Dictation;Setup and Permissions…;Quit Murmel");
+  expectMenu(
+      "[Inserted];Start Dictation;Copy Last Dictation;Settings…;History…;Setup and Permissions…;About "
+      "Murmel;Quit Murmel");
   tray.setHasLastTranscript(false);
-  expectMenu("[Inserted];Start Dictation;[Copy Last Dictation];Setup and Permissions…;Quit Murmel");
+  expectMenu(
+      "[Inserted];Start Dictation;[Copy Last Dictation];Settings…;History…;Setup and Permissions…;About "
+      "Murmel;Quit Murmel");
 }
 
 TEST_F(Tray, does_what_is_chosen) {
@@ -77,7 +88,8 @@ TEST_F(Tray, does_what_is_chosen) {
   click("Start Dictation");
   tray.update(Case::listening);
   expectMenu(
-      "[Listening… release shortcut];Stop Dictation;Copy Last Dictation;Setup and Permissions…;Quit Murmel");
+      "[Listening… release shortcut];Stop Dictation;Copy Last Dictation;Settings…;History…;Setup and "
+      "Permissions…;About Murmel;Quit Murmel");
   click("Stop Dictation");
   click("Copy Last Dictation");
   click("Setup and Permissions…");

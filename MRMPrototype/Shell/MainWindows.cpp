@@ -1,0 +1,159 @@
+#include "Shell/MainWindows.h"
+
+#include "Interface/About/CreditsWindow.h"
+#include "Interface/PlatformWords.h"
+#include "Models/SpeechModels.h"
+
+#include <QDesktopServices>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// The sound settings of desktops, the most specific first.
+struct SoundSettings {
+  const char* program;
+  QStringList arguments;
+};
+
+const std::vector<SoundSettings>& soundSettings() {
+  static const std::vector<SoundSettings> programs{
+      {"gnome-control-center", {QStringLiteral("sound")}},
+      {"systemsettings", {QStringLiteral("kcm_pulseaudio")}},
+      {"pavucontrol-qt", {QStringLiteral("--tab"), QStringLiteral("4")}},
+      {"pavucontrol", {QStringLiteral("--tab=4")}},
+      {"mate-volume-control", {}},
+      {"cinnamon-settings", {QStringLiteral("sound")}},
+  };
+  return programs;
+}
+
+void openInBrowser(const std::string& address) {
+  const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
+  if (url.scheme() == QStringLiteral("https")) QDesktopServices::openUrl(url);
+}
+
+template <class T>
+void bringUp(QPointer<T>& window, const std::function<T*()>& make) {
+  if (!window) window = make();
+  window->present();
+}
+
+}  // namespace
+
+bool openSoundSettings() {
+  for (const auto& [program, arguments] : soundSettings()) {
+    const auto path = QStandardPaths::findExecutable(QString::fromLatin1(program));
+    if (!path.isEmpty() && QProcess::startDetached(path, arguments)) return true;
+  }
+  return false;
+}
+
+MainWindows::MainWindows(Parts parts)
+    : parts_(std::move(parts)),
+      shelf_(parts_.process.executor, parts_.process.clock, parts_.models,
+             modelStore(parts_.installation.folders),
+             [this](const CatalogModel& model) {
+               const bool isParakeet = model.name.starts_with("parakeet");
+               return isParakeet && !canRunParakeet(parts_.installation.folders.resources)
+                          ? std::string("This computer's processor cannot run it.")
+                          : std::string();
+             }),
+      trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
+      microphone_(parts_.process.executor, trialInput_, parts_.desktop.microphoneAuthorization,
+                  parts_.installation.folders.temporary,
+                  [] { return std::string("The microphone that the desktop has chosen."); }),
+      autostart_(parts_.installation.folders.configuration,
+                 {parts_.installation.identifier, parts_.installation.build.displayName,
+                  parts_.installation.folders.executable}) {}
+
+MainWindows::~MainWindows() {
+  delete settings_.data();
+  delete history_.data();
+  delete about_.data();
+  delete credits_.data();
+}
+
+SettingsServices MainWindows::settingsServices() {
+  SettingsServices services{parts_.storage.settings, parts_.storage.history, shelf_};
+  services.autostart = &autostart_;
+  services.microphone = &microphone_;
+  services.shortcutNotice = parts_.shortcutNotice;
+  services.preparationStatus = [this](SmartLocalModel model) -> std::optional<std::string> {
+    const auto status = parts_.speech.refiners.preparationStatus(model);
+    return status ? std::optional(std::string(*status)) : std::nullopt;
+  };
+  services.preparationChanged = &parts_.speech.refiners.onPreparationChange();
+  services.unlockStorage = parts_.unlockStorage;
+  services.openHistory = [this] { openHistory(); };
+  services.openSetup = parts_.openSetup;
+  services.openSoundSettings = [] { openSoundSettings(); };
+  return services;
+}
+
+HistoryServices MainWindows::historyServices() {
+  return {.history = parts_.storage.history,
+          .settings = parts_.storage.settings,
+          .now = [this] { return parts_.process.clock.wallNow(); },
+          .copy = parts_.copy,
+          .pasteAgain =
+              [this](const SpokenText& text) {
+                // Our window has to go first, or it would be what is pasted into.
+                const SpokenText words = text;
+                if (history_) history_->close();
+                parts_.pasteAgain(words);
+              },
+          .unlockStorage = parts_.unlockStorage};
+}
+
+AboutServices MainWindows::aboutServices() {
+  return {.build = parts_.installation.build,
+          .edition = std::string(editionTagline(parts_.installation.edition)),
+          .diagnostics = parts_.diagnostics,
+          .copy = [this](const std::string& text) { parts_.copy(SpokenText(text)); },
+          .openCredits = [this] { openCredits(); },
+          .tipJar = parts_.installation.tipJar,
+          .openAddress = &openInBrowser};
+}
+
+SettingsWindow& MainWindows::settings() {
+  if (!settings_) {
+    settings_ = new SettingsWindow(settingsServices());
+    settings_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  return *settings_;
+}
+
+void MainWindows::openSettings(SettingsWindow::Page page) {
+  settings().present(page);
+}
+
+void MainWindows::openRequiredModel(const QString& why) {
+  settings().presentRequiredModel(why);
+}
+
+void MainWindows::openHistory() {
+  bringUp<HistoryWindow>(history_, [this] { return new HistoryWindow(historyServices()); });
+}
+
+void MainWindows::openAbout() {
+  bringUp<AboutWindow>(about_, [this] { return new AboutWindow(aboutServices()); });
+}
+
+void MainWindows::openCredits() {
+  bringUp<CreditsWindow>(
+      credits_, [this] { return new CreditsWindow(readCredits(parts_.installation.folders.resources)); });
+}
+
+bool MainWindows::isAnyVisible() const {
+  const auto isSeen = [](const QWidget* window) {
+    return window != nullptr && window->isVisible() && !window->isMinimized();
+  };
+  return isSeen(settings_) || isSeen(history_);
+}
+
+}  // namespace murmel

@@ -1,0 +1,197 @@
+#include "Shell/ModelShelfServices.h"
+
+#include "MRMDownloadManifest/MRMDownloadManifest.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// Over which a rate is taken: long enough to be calm, short enough to follow a slow network.
+constexpr auto rateWindow = std::chrono::seconds(6);
+
+using State = ModelDownloadStatus::State;
+
+std::optional<std::uint64_t> sizeOf(const CatalogModel& model) {
+  std::uint64_t size = 0;
+  for (const auto& identifier : model.identifiers) {
+    const auto* const asset = MRMDownloadManifest::asset(identifier);
+    if (asset == nullptr || !asset->byteCount) return std::nullopt;
+    size += static_cast<std::uint64_t>(*asset->byteCount);
+  }
+  return size;
+}
+
+ModelShelfRow::State stateFor(InstalledModels::Finding finding) {
+  switch (finding) {
+    case InstalledModels::Finding::missing:
+      return ModelShelfRow::State::absent;
+    case InstalledModels::Finding::wrong:
+      return ModelShelfRow::State::damaged;
+    case InstalledModels::Finding::unknown:
+      return ModelShelfRow::State::unverified;
+    case InstalledModels::Finding::verified:
+      return ModelShelfRow::State::installed;
+  }
+  std::unreachable();
+}
+
+}  // namespace
+
+ModelShelfServices::ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
+                                       const std::filesystem::path& store,
+                                       std::function<std::string(const CatalogModel&)> unusable)
+    : executor_(executor),
+      clock_(clock),
+      models_(models),
+      installed_(std::make_shared<InstalledModels>(store)),
+      unusable_(std::move(unusable)),
+      queue_(executor, "model-shelf") {
+  observers_.push_back(models_.speech->onInventoryChange([this] { changed_.emit(); }));
+  observers_.push_back(models_.smart.onInventoryChange([this] { changed_.emit(); }));
+  if (!models_.downloads) return;
+  observers_.push_back(models_.downloads->onChange(
+      [this](const std::string& identifier, const ModelDownloadStatus&) { downloadChanged(identifier); }));
+}
+
+ModelShelfServices::~ModelShelfServices() {
+  stopping_ = true;
+}
+
+std::string ModelShelfServices::downloadsUnavailable() const {
+  return models_.downloads ? std::string() : "This build cannot download models.";
+}
+
+std::vector<ModelShelfRow> ModelShelfServices::rows() const {
+  std::vector<ModelShelfRow> rows;
+  for (const auto& model : modelCatalog()) rows.push_back(row(model));
+  return rows;
+}
+
+ModelShelfRow ModelShelfServices::row(const CatalogModel& model) const {
+  ModelShelfRow row{.name = std::string(model.name), .title = std::string(model.title)};
+  row.isSpeech = model.importance == MRMModelDownloadImportance::required;
+  row.size = sizeOf(model);
+  row.onDisk = installed_->bytes(model.identifiers);
+  row.unusable = unusable_(model);
+  row.state = working_.contains(model.name) ? ModelShelfRow::State::verifying
+                                            : stateFor(installed_->look(model.identifiers));
+  if (row.state == ModelShelfRow::State::absent || row.state == ModelShelfRow::State::damaged)
+    addDownload(model, row);
+  return row;
+}
+
+void ModelShelfServices::addDownload(const CatalogModel& model, ModelShelfRow& row) const {
+  if (!models_.downloads) return;
+  bool isRunning = false;
+  bool isWaiting = false;
+  bool isStopped = false;
+  std::int64_t total = 0;
+  bool isTotalKnown = true;
+  for (const auto& identifier : model.identifiers) {
+    const auto status = models_.downloads->status(identifier);
+    if (!status) return;
+    if (status->state == State::failed) row.problem = status->message;
+    isRunning |= status->state == State::downloading || status->state == State::checking ||
+                 status->state == State::retrying;
+    isWaiting |= status->state == State::waiting || status->state == State::suspended;
+    isStopped |= status->state == State::cancelled;
+    total += status->total.value_or(0);
+    isTotalKnown &= status->total.has_value() || status->state == State::installed;
+  }
+  row.received = static_cast<std::uint64_t>(received(model));
+  if (!row.size && isTotalKnown && total > 0) row.size = static_cast<std::uint64_t>(total);
+  if (!row.problem.empty())
+    row.state = ModelShelfRow::State::failed;
+  else if (isStopped)
+    row.state = ModelShelfRow::State::paused;
+  else if (isRunning)
+    row.state = ModelShelfRow::State::downloading;
+  else if (isWaiting)
+    row.state = ModelShelfRow::State::waiting;
+  if (row.state != ModelShelfRow::State::downloading) return;
+  const auto found = samples_.find(model.name);
+  if (found == samples_.end() || found->second.size() < 2) return;
+  const auto& samples = found->second;
+  const auto seconds = std::chrono::duration<double>(samples.back().at - samples.front().at).count();
+  if (seconds < 1) return;
+  const auto rate = static_cast<double>(samples.back().received - samples.front().received) / seconds;
+  if (rate <= 0) return;
+  row.bytesPerSecond = rate;
+  if (row.size && *row.size >= row.received)
+    row.remainingSeconds = static_cast<std::int64_t>(static_cast<double>(*row.size - row.received) / rate);
+}
+
+std::int64_t ModelShelfServices::received(const CatalogModel& model) const {
+  std::int64_t sum = 0;
+  for (const auto& identifier : model.identifiers) {
+    if (const auto status = models_.downloads->status(identifier)) sum += status->received;
+  }
+  return sum;
+}
+
+void ModelShelfServices::downloadChanged(const std::string& identifier) {
+  const auto model = std::ranges::find_if(modelCatalog(), [&](const CatalogModel& entry) {
+    return std::ranges::find(entry.identifiers, identifier) != entry.identifiers.end();
+  });
+  if (model == modelCatalog().end()) return;
+  auto& samples = samples_[model->name];
+  const auto now = clock_.now();
+  const auto sum = received(*model);
+  // A download that starts again, or goes on after a pause, has a rate of its own.
+  const bool isNew =
+      !samples.empty() && (sum < samples.back().received || now - samples.back().at > rateWindow);
+  if (isNew) samples.clear();
+  samples.push_back({now, sum});
+  while (samples.size() > 2 && now - samples[1].at > rateWindow) samples.pop_front();
+  changed_.emit();
+}
+
+void ModelShelfServices::download(const std::string& name) {
+  const auto* const model = catalogModel(name);
+  if (model == nullptr || !models_.downloads) return;
+  models_.downloads->download(model->identifiers, model->importance);
+  changed_.emit();
+}
+
+void ModelShelfServices::pause(const std::string& name) {
+  const auto* const model = catalogModel(name);
+  if (model == nullptr || !models_.downloads) return;
+  models_.downloads->cancel(model->identifiers);
+  changed_.emit();
+}
+
+void ModelShelfServices::verify(const std::string& name) {
+  if (const auto* const model = catalogModel(name)) run(*model, false);
+}
+
+void ModelShelfServices::remove(const std::string& name) {
+  const auto* const model = catalogModel(name);
+  if (model == nullptr) return;
+  if (models_.downloads) models_.downloads->discard(model->identifiers);
+  run(*model, true);
+}
+
+void ModelShelfServices::run(const CatalogModel& model, bool removing) {
+  if (!working_.insert(model.name).second) return;
+  changed_.emit();
+  const auto finished = [this, weak = std::weak_ptr(alive_), name = model.name] {
+    if (weak.expired()) return;
+    working_.erase(name);
+    models_.speech->validate();
+    models_.smart.validate();
+    changed_.emit();
+  };
+  queue_.enqueue([this, installed = installed_, &model, removing, finished] {
+    if (removing)
+      static_cast<void>(
+          installed->remove(model.identifiers));  // what stays is seen when it is looked at again
+    else
+      installed->verifyAgain(model.identifiers, stopping_);
+    executor_.post(finished);
+  });
+}
+
+}  // namespace murmel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Foundation/Async/SerialQueue.h"
+#include "Interface/Models/ModelShelf.h"
+#include "Models/InstalledModels.h"
+#include "Models/ModelCatalog.h"
+#include "Shell/ModelServices.h"
+
+#include <atomic>
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace murmel {
+
+/// The shelf of models that the windows show, over the models and the downloader of the application. Reading
+/// and removing files happens on a queue. Main thread.
+class ModelShelfServices final : public ModelShelf {
+ public:
+  /// The references outlive this. `usable`: why this computer cannot run a model; empty when it can.
+  ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
+                     const std::filesystem::path& store,
+                     std::function<std::string(const CatalogModel&)> unusable);
+  /// Ends a verification that runs.
+  ~ModelShelfServices() override;
+
+  [[nodiscard]] std::vector<ModelShelfRow> rows() const override;
+  [[nodiscard]] Signal<>& changed() override { return changed_; }
+  [[nodiscard]] bool isInstalled(SmartLocalModel model) const override { return models_.isReady(model); }
+  [[nodiscard]] std::string downloadsUnavailable() const override;
+
+  void download(const std::string& name) override;
+  void pause(const std::string& name) override;
+  void verify(const std::string& name) override;
+  void remove(const std::string& name) override;
+
+ private:
+  struct Sample {
+    Instant at;
+    std::int64_t received;
+  };
+  /// How much had arrived in the last seconds.
+  using Samples = std::deque<Sample>;
+
+  [[nodiscard]] ModelShelfRow row(const CatalogModel& model) const;
+  void addDownload(const CatalogModel& model, ModelShelfRow& row) const;
+  [[nodiscard]] std::int64_t received(const CatalogModel& model) const;
+  void downloadChanged(const std::string& identifier);
+  void run(const CatalogModel& model, bool removing);
+
+  Executor& executor_;
+  const Clock& clock_;
+  ModelServices& models_;
+  std::shared_ptr<InstalledModels> installed_;
+  std::function<std::string(const CatalogModel&)> unusable_;
+  std::map<std::string_view, Samples> samples_;
+  std::set<std::string_view> working_;  ///< being verified or removed
+  std::vector<Registration> observers_;
+  Signal<> changed_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< weakly held by what was posted
+  std::atomic<bool> stopping_ = false;
+  SerialQueue queue_;  ///< last: stopped before what its job uses goes
+};
+
+}  // namespace murmel
