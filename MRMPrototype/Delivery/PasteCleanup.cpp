@@ -4,22 +4,26 @@
 
 namespace murmel {
 
-PasteCleanup::PasteCleanup(Executor& executor, const Clock& clock) : executor_(executor), clock_(clock) {}
+using Otherwise = ClipboardTransaction::Otherwise;
+
+PasteCleanup::PasteCleanup(Executor& executor, const Clock& clock, ReplacedClipboard& replaced, Logger logger)
+    : executor_(executor), clock_(clock), replaced_(replaced), logger_(std::move(logger)) {}
 
 void PasteCleanup::schedule(SentPaste paste) {
   const auto postedAt = paste.postedAt;
   pending_ = std::make_shared<Pending>(
-      Pending{Uuid::random(), std::move(paste), PasteReceipts(postedAt), false, false, {}, {}, {}, {}});
+      Pending{Uuid::random(), std::move(paste), PasteReceipts(postedAt), false, {}, {}, {}, {}});
   for (const auto at : pending_->paste.reads->times()) pending_->receipts.noteRead(at);
   // Reads and changes may still be on their way here when the paste is settled and another one pending.
   const auto ifCurrent = [this, weak = std::weak_ptr(pending_)] {
     auto pending = weak.lock();
     return pending == pending_ ? pending : nullptr;
   };
-  pending_->paste.reads->notify([this, ifCurrent](Instant at) {
+  pending_->paste.reads->notify([this, ifCurrent] {
     const auto pending = ifCurrent();
     if (!pending) return;
-    pending->receipts.noteRead(at);
+    if (!pending->paste.reads->times().empty())
+      pending->receipts.noteRead(pending->paste.reads->times().back());
     evaluate();
   });
   auto& general = pending_->paste.transactions.front();
@@ -27,7 +31,7 @@ void PasteCleanup::schedule(SentPaste paste) {
       general.pasteboard().onForeignChange([this, ifCurrent](std::int64_t /*changeCount*/) {
         const auto pending = ifCurrent();
         if (!pending) return;
-        pending->generalChanged = true;
+        pending->paste.generalChanged = true;
         evaluate();
       }));
   evaluate();
@@ -36,49 +40,75 @@ void PasteCleanup::schedule(SentPaste paste) {
 void PasteCleanup::evaluate() {
   if (!pending_ || pending_->settling) return;
   if (pending_->receipts.wasRead()) answerArrival(true);
-  if (pending_->generalChanged) {
-    settle(pending_->receipts.wasRead());
+  if (pending_->paste.generalChanged) {
+    settle();
     return;
   }
   const auto now = clock_.now();
   const auto verdict = pending_->receipts.verdict(now);
-  switch (verdict.step) {
-    case PasteReceipts::Step::wait:
-      pending_->timer = executor_.after(verdict.until - now, [this] { evaluate(); });
-      return;
-    case PasteReceipts::Step::restore:
-      settle(true);
-      return;
-    case PasteReceipts::Step::neverRead:
-      settle(false);
-      return;
-  }
-}
-
-void PasteCleanup::settle(bool wasRead) {
-  pending_->settling = true;
-  const auto identifier = pending_->identifier;
-  if (!wasRead && !pending_->generalChanged) {
-    conclude(identifier, PasteSettlement::neverRead);
+  if (verdict.step == PasteReceipts::Step::wait) {
+    pending_->timer = executor_.after(verdict.until - now, [this] { evaluate(); });
   } else {
-    scope_.start(restore(identifier));
+    settle();
   }
 }
 
-Task<void> PasteCleanup::restore(Uuid identifier) {
-  const auto pending = pending_;
-  auto settlement = PasteSettlement::clipboardChanged;
-  for (std::size_t index = 0; index < pending->paste.transactions.size(); ++index) {
-    const bool isGeneral = index == 0;
-    if (isGeneral && !pending->paste.restoresPrevious) {
-      if (!pending->generalChanged) settlement = PasteSettlement::transcriptKept;
-      continue;
+void PasteCleanup::settle() {
+  pending_->settling = true;
+  scope_.start(cleanUp(pending_->identifier));
+}
+
+Task<PasteSettlement> PasteCleanup::cleanUpGeneral(std::shared_ptr<Pending> pending) {
+  auto& transaction = pending->paste.transactions.front();
+  const bool wasRead = pending->receipts.wasRead();
+  const auto whenChanged = wasRead ? PasteSettlement::clipboardChanged : PasteSettlement::replacedUnread;
+  if (pending->paste.generalChanged) co_return whenChanged;
+  if (wasRead && pending->paste.restoresPrevious) {
+    auto restoring = transaction.restorePrevious();
+    const auto restoration = co_await restoring;
+    switch (restoration) {
+      case ClipboardTransaction::Restoration::restored:
+        co_return PasteSettlement::clipboardRestored;
+      case ClipboardTransaction::Restoration::nothingKept:
+        co_return PasteSettlement::transcriptKept;
+      case ClipboardTransaction::Restoration::notOwned:
+        break;
     }
-    auto restoring = pending->paste.transactions[index].restorePrevious();
-    const bool restored = co_await restoring;
-    if (isGeneral && restored) settlement = PasteSettlement::clipboardRestored;
+    co_return whenChanged;
+  }
+  auto keeping = transaction.keepTranscript();
+  const bool kept = co_await keeping;
+  if (!kept) co_return whenChanged;
+  if (!wasRead && pending->paste.restoresPrevious) {
+    auto waiting = transaction.previous();
+    auto before = co_await waiting;
+    if (before) replaced_.offer(before->contents, transaction.ownership().changeCount);
+  }
+  co_return wasRead ? PasteSettlement::transcriptKept : PasteSettlement::neverRead;
+}
+
+Task<void> PasteCleanup::cleanUp(Uuid identifier) {
+  const auto pending = pending_;
+  auto cleaning = cleanUpGeneral(pending);
+  const auto settlement = co_await cleaning;
+  // The primary selection was only for this paste, whatever became of it.
+  for (std::size_t index = 1; index < pending->paste.transactions.size(); ++index) {
+    auto restoring = pending->paste.transactions[index].restorePrevious(Otherwise::clear);
+    co_await restoring;
   }
   conclude(identifier, settlement);
+}
+
+void PasteCleanup::log(const Pending& pending, PasteSettlement settlement) const {
+  const auto& reads = *pending.paste.reads;
+  const auto took =
+      std::chrono::duration_cast<std::chrono::milliseconds>(clock_.now() - pending.paste.postedAt);
+  logger_.event(LogLevel::info, "paste_settled",
+                {{"how", PublicText::declared(rawValue(settlement))},
+                 {"reads", static_cast<std::int64_t>(reads.times().size())},
+                 {"refused_readers", reads.refused()},
+                 {"clipboard_complete", pending.paste.transactions.front().previousIsComplete()},
+                 {"milliseconds", took.count()}});
 }
 
 void PasteCleanup::conclude(Uuid identifier, PasteSettlement settlement) {
@@ -86,6 +116,7 @@ void PasteCleanup::conclude(Uuid identifier, PasteSettlement settlement) {
   if (!pending_ || pending_->identifier != identifier) return;
   lastWasRead_ = pending_->receipts.wasRead();
   answerArrival(lastWasRead_);
+  log(*pending_, settlement);
   const auto concluded = std::exchange(pending_, nullptr);
   // Whoever waits goes on from the loop, not from inside this object.
   for (auto& finisher : concluded->finishers) {
@@ -111,9 +142,16 @@ Task<std::optional<TextDeliveryResult>> PasteCleanup::finish() {
   evaluate();
   const auto settlement = co_await receiver;
   if (!settlement) co_return std::nullopt;
-  const bool arrived = *settlement != PasteSettlement::neverRead;
-  if (!restoreWasPending && arrived) co_return std::nullopt;
+  if (!restoreWasPending && hasArrived(*settlement)) co_return std::nullopt;
   co_return deliveryResult(*settlement);
+}
+
+Task<void> PasteCleanup::idle() {
+  while (pending_) {
+    auto [sender, receiver] = makeOneShot<PasteSettlement>();
+    pending_->finishers.push_back(std::move(sender));
+    co_await receiver;
+  }
 }
 
 Task<bool> PasteCleanup::arrival() {

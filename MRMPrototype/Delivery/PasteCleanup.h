@@ -3,12 +3,14 @@
 #include "Delivery/ClipboardTransaction.h"
 #include "Delivery/PasteReceipts.h"
 #include "Delivery/PasteSettlement.h"
+#include "Delivery/ReplacedClipboard.h"
 #include "Delivery/TargetReads.h"
 #include "Delivery/TextDeliveryResult.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Signal.h"
+#include "Foundation/Log.h"
 #include "Foundation/Uuid.h"
 
 #include <functional>
@@ -25,13 +27,17 @@ struct SentPaste {
   Instant postedAt{};
   /// False: the transcript stays on the general pasteboard, and only its arrival is watched.
   bool restoresPrevious = true;
+  /// Somebody has written to the general pasteboard since.
+  bool generalChanged = false;
 };
 
 /// Brings the previous clipboard back after a paste, once the target has read the text. Holds at most one
 /// pending paste. Main thread; the pasteboards must outlive it.
 class PasteCleanup {
  public:
-  PasteCleanup(Executor& executor, const Clock& clock);
+  /// The log gets one line about each paste, without its words.
+  /// `replaced` is offered what a text that nobody took has replaced.
+  PasteCleanup(Executor& executor, const Clock& clock, ReplacedClipboard& replaced, Logger logger);
 
   /// Takes over from here; a paste that is still pending is forgotten.
   void schedule(SentPaste paste);
@@ -46,6 +52,9 @@ class PasteCleanup {
 
   [[nodiscard]] bool isPending() const { return pending_ != nullptr; }
 
+  /// Waits until no paste is pending.
+  Task<void> idle();
+
   /// Tells how each paste turned out.
   [[nodiscard]] Registration onSettled(std::function<void(PasteSettlement)> handler) {
     return settled_.subscribe(std::move(handler));
@@ -56,7 +65,6 @@ class PasteCleanup {
     Uuid identifier;
     SentPaste paste;
     PasteReceipts receipts;
-    bool generalChanged = false;
     bool settling = false;
     std::vector<Registration> changes;
     Registration timer;
@@ -65,13 +73,17 @@ class PasteCleanup {
   };
 
   void evaluate();
-  void settle(bool wasRead);
+  void settle();
   void answerArrival(bool arrived);
-  Task<void> restore(Uuid identifier);
+  Task<void> cleanUp(Uuid identifier);
+  [[nodiscard]] Task<PasteSettlement> cleanUpGeneral(std::shared_ptr<Pending> pending);
+  void log(const Pending& pending, PasteSettlement settlement) const;
   void conclude(Uuid identifier, PasteSettlement settlement);
 
   Executor& executor_;
   const Clock& clock_;
+  ReplacedClipboard& replaced_;
+  Logger logger_;
   std::shared_ptr<Pending> pending_;
   bool lastWasRead_ = false;
   Signal<PasteSettlement> settled_;

@@ -2,9 +2,28 @@
 
 #include "Foundation/Async/Clock.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace murmel {
+
+/// When the keys of a paste may be pressed after the text was put on the clipboard. Some applications look at
+/// every new clipboard and switch Paste off until they know what it is; others read the text at once and
+/// paste later, and that first read must not be taken for the paste. Times are values.
+struct PasteReadiness {
+  /// For an application that asks for nothing.
+  static constexpr Duration patience = std::chrono::milliseconds(30);
+  /// Between one question of the application and the next.
+  static constexpr Duration quietTime = std::chrono::milliseconds(8);
+  /// For an application that goes on asking.
+  static constexpr Duration longest = std::chrono::milliseconds(100);
+
+  /// When the keys may be pressed, as far as is known by now.
+  static Instant ready(Instant copiedAt, std::optional<Instant> lastAsked) {
+    if (!lastAsked) return copiedAt + patience;
+    return std::min(*lastAsked + quietTime, copiedAt + longest);
+  }
+};
 
 /// When the previous clipboard may come back after a paste, decided by what the target has read. A pure state
 /// machine; the times are values.

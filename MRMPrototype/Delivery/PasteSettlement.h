@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Delivery/TextDeliveryResult.h"
+#include "Foundation/RawValue.h"
 
 #include <optional>
 #include <string>
@@ -11,9 +12,20 @@ namespace murmel {
 enum class PasteSettlement {
   clipboardRestored,  ///< the target read the text, and the previous clipboard is back
   transcriptKept,     ///< the target read the text, which stays on the clipboard by the user's choice
-  clipboardChanged,   ///< somebody wrote to the clipboard, which is left alone
-  neverRead,          ///< the target did not read the text, which stays on the clipboard for a paste by hand
+  clipboardChanged,   ///< the target read the text, then somebody wrote to the clipboard, which is left alone
+  replacedUnread,  ///< somebody wrote to the clipboard before the target read the text, which is nowhere now
+  neverRead,       ///< the target did not read the text, which stays on the clipboard for a paste by hand
 };
+
+/// The raw values are the words of the diagnostic log.
+template <>
+inline constexpr auto rawValueTable<PasteSettlement> = std::to_array<RawValueRow<PasteSettlement>>({
+    {PasteSettlement::clipboardRestored, "clipboard_restored"},
+    {PasteSettlement::transcriptKept, "transcript_kept"},
+    {PasteSettlement::clipboardChanged, "clipboard_changed"},
+    {PasteSettlement::replacedUnread, "replaced_unread"},
+    {PasteSettlement::neverRead, "never_read"},
+});
 
 /// The delivery's final result.
 constexpr TextDeliveryResult deliveryResult(PasteSettlement settlement) {
@@ -23,6 +35,7 @@ constexpr TextDeliveryResult deliveryResult(PasteSettlement settlement) {
     case PasteSettlement::transcriptKept:
       return TextDeliveryResult::insertedAndTranscriptKept;
     case PasteSettlement::clipboardChanged:
+    case PasteSettlement::replacedUnread:
       return TextDeliveryResult::insertionSentClipboardChanged;
     case PasteSettlement::neverRead:
       break;
@@ -30,10 +43,24 @@ constexpr TextDeliveryResult deliveryResult(PasteSettlement settlement) {
   return TextDeliveryResult::copiedFallback;
 }
 
+/// Whether the target was given the text.
+constexpr bool hasArrived(PasteSettlement settlement) {
+  return settlement != PasteSettlement::neverRead && settlement != PasteSettlement::replacedUnread;
+}
+
 /// What the user must be told, if anything.
 inline std::optional<std::string> warning(PasteSettlement settlement) {
-  if (settlement != PasteSettlement::neverRead) return std::nullopt;
-  return "The application did not take the text. Copied — press ⌘V.";
+  switch (settlement) {
+    case PasteSettlement::neverRead:
+      return "The application did not take the text. Copied — press ⌘V.";
+    case PasteSettlement::replacedUnread:
+      return "Something else was copied before the application took the text. Choose Copy Last Dictation.";
+    case PasteSettlement::clipboardRestored:
+    case PasteSettlement::transcriptKept:
+    case PasteSettlement::clipboardChanged:
+      break;
+  }
+  return std::nullopt;
 }
 
 }  // namespace murmel

@@ -6,12 +6,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace murmel {
 
-/// Collects the target's reads of the text, from before the paste is sent, so that none is missed. Reads by
-/// anybody else (clipboard managers read too) prove nothing. Main thread.
+/// Collects what the target asks of the text, from before the paste is sent, so that nothing is missed. What
+/// others ask for (clipboard managers read too) proves nothing. Main thread.
 class TargetReads {
  public:
   explicit TargetReads(DesktopClient target) : target_(target) {}
@@ -22,15 +23,22 @@ class TargetReads {
   /// Counts reads of the contents with this change count.
   void follow(ClipboardPasteboard& pasteboard, std::int64_t changeCount);
 
-  /// Called at each read from now on.
-  void notify(std::function<void(Instant)> onRead) { onRead_ = std::move(onRead); }
+  /// Called whenever the target has asked for something.
+  void notify(std::function<void()> onAsked) { onAsked_ = std::move(onAsked); }
 
+  /// When the target was given the text.
   [[nodiscard]] const std::vector<Instant>& times() const { return times_; }
+  /// When it last asked for anything, the list of forms for instance.
+  [[nodiscard]] std::optional<Instant> lastAsked() const { return lastAsked_; }
+  /// How often somebody else asked for the text and did not get it.
+  [[nodiscard]] int refused() const { return refused_; }
 
  private:
   DesktopClient target_;
   std::vector<Instant> times_;
-  std::function<void(Instant)> onRead_;
+  std::optional<Instant> lastAsked_;
+  int refused_ = 0;
+  std::function<void()> onAsked_;
   std::vector<Registration> subscriptions_;
 };
 

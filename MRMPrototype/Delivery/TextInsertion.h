@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace murmel {
 
@@ -19,6 +20,9 @@ class TextInsertion {
 
   /// Remembers the application in front as the target and follows the user's switches from now on.
   virtual void beginDictationSession() = 0;
+  /// The user has ended the recording: when the target goes from now on, the text does not go to the window
+  /// that comes up behind it.
+  virtual void recordingEnded() {}
   /// Forgets the target. Does nothing without a session.
   virtual void endDictationSession() = 0;
 
@@ -29,8 +33,7 @@ class TextInsertion {
 
   /// Brings the target back to the front if needed and pastes; where that cannot be done, the text is put on
   /// the clipboard instead. Never loses the text: once begun it is carried out even when the task is
-  /// destroyed. With `liveOnly` the text is what live insertion left over: it is only copied when a phrase of
-  /// this session was refused.
+  /// destroyed. With `liveOnly` a text that cannot be pasted leaves the clipboard alone.
   virtual Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) = 0;
 
   /// Pastes one phrase while the recording goes on. False when it was not posted, or posted and not read by
@@ -43,11 +46,22 @@ class TextInsertion {
   /// How the last paste of this session ended, as far as is known by now.
   [[nodiscard]] virtual std::optional<TextDeliveryResult> lastResult() const = 0;
 
+  /// False when a paste of this session has replaced something on the clipboard that was not captured wholly.
+  [[nodiscard]] virtual bool clipboardWasKept() const { return true; }
+  /// The keys by which the last target pastes ("Ctrl+Shift+V"), for the user's own hands.
+  [[nodiscard]] virtual std::string_view pasteKeys() const { return "Ctrl+V"; }
+
   /// Puts the text on the clipboard, marked private, for a paste by hand.
   virtual void writePrivateText(const SpokenText& text) = 0;
 
   /// Tells how each paste that was sent turned out: after `insertionSent` this is what happened in the end.
   [[nodiscard]] virtual Registration onPasteSettled(std::function<void(PasteSettlement)> handler) = 0;
+
+  /// The way back to what the user had copied before a text was left on the clipboard for a paste by hand:
+  /// open for two minutes, as long as the text stands there.
+  [[nodiscard]] virtual bool canBringBackClipboard() const { return false; }
+  [[nodiscard]] virtual Registration onWayBackChange(std::function<void(bool)> /*handler*/) { return {}; }
+  virtual void bringBackClipboard() {}
 };
 
 }  // namespace murmel

@@ -1,6 +1,5 @@
 #include "Delivery/TextInsertionService.h"
 
-#include "Delivery/PrivateTranscript.h"
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Timers.h"
 
@@ -37,8 +36,11 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
     : desktop_(desktop),
       options_(std::move(options)),
       logger_(std::move(logger)),
-      ownershipType_(ClipboardTransaction::ownershipType(options_.applicationIdentifier)),
-      pasteCleanup_(desktop.executor, desktop.clock),
+      clipboards_(desktop.executor, desktop.general, desktop.primary,
+                  {ClipboardTransaction::ownershipType(options_.applicationIdentifier),
+                   options_.shouldRestorePreviousClipboard},
+                  logger_),
+      pasteCleanup_(desktop.executor, desktop.clock, clipboards_.replaced(), logger_),
       settlements_(pasteCleanup_.onSettled([this](PasteSettlement settlement) {
         if (lastResult_) lastResult_ = deliveryResult(settlement);
       })) {}
@@ -47,31 +49,55 @@ void TextInsertionService::beginDictationSession() {
   endDictationSession();
   lastBlock_.reset();
   lastResult_.reset();
+  clipboardWasKept_ = true;
   const auto front = desktop_.workspace.frontmostApplication();
-  if (front && InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess)) target_ = front;
+  if (front && InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess)) setTarget(*front);
   activations_ = desktop_.workspace.onActivation(
       [this](const RunningApplication& application) { activated(application); });
+  capturing_.start(beginCapture());
+  desktop_.keyboard.maskHeldModifiers();
+}
+
+Task<void> TextInsertionService::beginCapture() {
+  auto finishing = pasteCleanup_.finish();
+  co_await finishing;
+  clipboards_.begin();
+  capturesPrevious_ = true;
+  if (target_) setTarget(*target_);
 }
 
 void TextInsertionService::endDictationSession() {
   activations_.reset();
+  capturing_.cancelAll();
+  capturesPrevious_ = false;
+  clipboards_.end();
   target_.reset();
   targetIsFixed_ = false;
   userActivatedAnother_ = false;
+  recordingHasEnded_ = false;
+}
+
+void TextInsertionService::setTarget(const RunningApplication& application) {
+  target_ = application;
+  const auto method = methodFor(application);
+  lastChord_ = method.value_or(PasteMethod{}).chord;
+  if (capturesPrevious_ && method && method->usesPrimary) clipboards_.beginPrimary();
 }
 
 void TextInsertionService::activated(const RunningApplication& application) {
   if (!InsertionFocusPolicy::canBeTarget(application, options_.ownProcess)) return;
   if (targetIsFixed_) {
-    userActivatedAnother_ = !isSameApplication(application, *target_);
-  } else {
-    target_ = application;
+    userActivatedAnother_ = !isSameWindow(application, *target_);
+    return;
   }
+  // The desktop shows the next window when one has gone; that is not where the user wanted the text.
+  if (recordingHasEnded_ && target_ && desktop_.workspace.isTerminated(*target_)) return;
+  setTarget(application);
 }
 
 bool TextInsertionService::isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
                                                const RunningApplication& application) const {
-  return front && !isSameApplication(*front, application) &&
+  return front && !isSameWindow(*front, application) &&
          InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess);
 }
 
@@ -97,7 +123,7 @@ Task<void> TextInsertionService::restoreEditingApplicationIfNeeded(
   if (!application || workspace.isTerminated(*application)) co_return;
   const auto isInFront = [&workspace](const RunningApplication& wanted) {
     const auto front = workspace.frontmostApplication();
-    return front && isSameApplication(*front, wanted);
+    return front && isSameWindow(*front, wanted);
   };
   if (isInFront(*application)) co_return;
   workspace.activate(*application);
@@ -126,18 +152,12 @@ Task<bool> TextInsertionService::insertLiveSegment(SpokenText phrase) {
 Task<TextDeliveryResult> TextInsertionService::deliver(SpokenText text, bool liveOnly) {
   auto finishing = pasteCleanup_.finish();
   co_await finishing;
-  if (liveOnly && lastBlock_) {
-    auto writing = write(std::move(text));
-    co_await writing;
-    lastResult_ = TextDeliveryResult::copiedFallback;
-    co_return TextDeliveryResult::copiedFallback;
-  }
   auto following = followTheUser();
   co_await following;
   const auto target = target_;
   auto restoring = restoreEditingApplicationIfNeeded(target);
   co_await restoring;
-  auto dispatching = dispatchPasteOrCopy(std::move(text), target, false);
+  auto dispatching = dispatchPasteOrCopy(std::move(text), target, liveOnly);
   const auto result = co_await dispatching;
   co_return result;
 }
@@ -188,7 +208,7 @@ PasteObservations TextInsertionService::observe(const std::optional<RunningAppli
   const auto front = desktop_.workspace.frontmostApplication();
   seen.hasTarget = true;
   seen.targetTerminated = desktop_.workspace.isTerminated(*application);
-  seen.targetInFront = front && isSameApplication(*front, *application);
+  seen.targetInFront = front && isSameWindow(*front, *application);
   seen.userActivatedAnother = userActivatedAnother_ || isAnotherOfTheUsers(front, *application);
   seen.secureInput = fieldHidesText || desktop_.secureInput.isEnabled();
   seen.mayPost = desktop_.keyboard.mayPost();
@@ -213,7 +233,8 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   auto releasing = desktop_.keyboard.awaitReleasedModifiers();
   co_await releasing;
 
-  auto opening = openTransactions(text, method->usesPrimary);
+  auto reads = std::make_unique<TargetReads>(application->client);
+  auto opening = clipboards_.open(text, application->client, method->usesPrimary);
   auto transactions = co_await opening;
   if (transactions.empty()) {
     logger_.event(LogLevel::error, "clipboard_unavailable");
@@ -221,11 +242,13 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     const auto result = co_await refusing;
     co_return result;
   }
-  auto reads = std::make_unique<TargetReads>(application->client);
   for (const auto& transaction : transactions)
     reads->follow(transaction.pasteboard(), transaction.ownership().changeCount);
 
-  // The modifiers and the capture may have taken their time: look again.
+  auto preparing = awaitReadiness(*reads);
+  co_await preparing;
+
+  // All this may have taken its time: look again.
   auto block = firstPasteBlock(observe(application, method.has_value(), fieldHidesText));
   const auto postedAt = desktop_.clock.now();
   if (!block) {
@@ -253,19 +276,20 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   co_return result;
 }
 
-Task<std::vector<ClipboardTransaction>> TextInsertionService::openTransactions(SpokenText text,
-                                                                               bool usesPrimary) {
-  std::vector<ClipboardPasteboard*> pasteboards{&desktop_.general};
-  if (usesPrimary && desktop_.primary != nullptr) pasteboards.push_back(desktop_.primary);
-  std::vector<ClipboardTransaction> transactions;
-  for (auto* pasteboard : pasteboards) {
-    auto opening = ClipboardTransaction::open(*pasteboard, text, ownershipType_);
-    auto transaction = co_await opening;
-    if (!transaction) break;  // the general one must be taken; the primary one alone helps nobody
-    if (!transaction->previousIsComplete()) logger_.event(LogLevel::notice, "clipboard_capture_incomplete");
-    transactions.push_back(*std::move(transaction));
+Task<void> TextInsertionService::awaitReadiness(TargetReads& reads) {
+  const auto copiedAt = desktop_.clock.now();
+  while (true) {
+    const auto left = PasteReadiness::ready(copiedAt, reads.lastAsked()) - desktop_.clock.now();
+    if (left <= Duration{}) break;
+    auto [sender, receiver] = makeOneShot<bool>();
+    const auto wake = [this, waiting = std::make_shared<OneShotSender<bool>>(std::move(sender))] {
+      desktop_.executor.post([waiting] { waiting->send(true); });
+    };
+    reads.notify(wake);
+    const auto timer = desktop_.executor.after(left, wake);
+    co_await receiver;
   }
-  co_return transactions;
+  reads.notify({});
 }
 
 Task<TextDeliveryResult> TextInsertionService::settlePosted(std::vector<ClipboardTransaction> transactions,
@@ -273,20 +297,12 @@ Task<TextDeliveryResult> TextInsertionService::settlePosted(std::vector<Clipboar
                                                             Instant postedAt) {
   auto checking = transactions.front().stillOwnsTemporaryContents();
   const bool owned = co_await checking;
-  if (!owned) {
-    for (std::size_t index = 1; index < transactions.size(); ++index) {
-      auto restoring = transactions[index].restorePrevious();
-      co_await restoring;
-    }
-    lastResult_ = TextDeliveryResult::insertionSentClipboardChanged;
-    co_return TextDeliveryResult::insertionSentClipboardChanged;
-  }
   const bool restores = options_.shouldRestorePreviousClipboard;
-  SentPaste paste{std::move(transactions), std::move(reads), postedAt, restores};
-  const auto result =
-      restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
+  if (restores && !transactions.front().previousIsComplete()) clipboardWasKept_ = false;
+  auto result = restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
+  if (!owned) result = TextDeliveryResult::insertionSentClipboardChanged;
   lastResult_ = result;
-  pasteCleanup_.schedule(std::move(paste));
+  pasteCleanup_.schedule({std::move(transactions), std::move(reads), postedAt, restores, !owned});
   co_return result;
 }
 
@@ -297,19 +313,19 @@ Task<TextDeliveryResult> TextInsertionService::refuse(LiveInsertionBlock block, 
   logger_.event(LogLevel::info, "paste_refused",
                 {{"reason", PublicText::declared(rawValue(block))}, {"live", liveOnly}});
   if (!liveOnly) {
-    auto writing = write(std::move(text));
-    co_await writing;
+    auto copying = clipboards_.copy(std::move(text));
+    co_await copying;
   }
   co_return TextDeliveryResult::copiedFallback;
 }
 
-/// The paste was not sent after all: the pasteboards get their previous contents back, except that the
-/// general one keeps the text when it has to be pasted by hand.
+/// The paste was not sent after all: the pasteboards get their previous contents back, before the text is put
+/// on the general one again if it has to be pasted by hand.
 Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block,
                                                         std::vector<ClipboardTransaction> transactions,
                                                         SpokenText text, bool liveOnly) {
-  for (std::size_t index = liveOnly ? 0 : 1; index < transactions.size(); ++index) {
-    auto restoring = transactions[index].restorePrevious();
+  for (auto& transaction : transactions) {
+    auto restoring = transaction.restorePrevious(ClipboardTransaction::Otherwise::clear);
     co_await restoring;
   }
   auto refusing = refuse(block, std::move(text), liveOnly);
@@ -318,13 +334,20 @@ Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block
 }
 
 void TextInsertionService::writePrivateText(const SpokenText& text) {
-  scope_.start(write(text));
+  scope_.start(clipboards_.copy(text));
 }
 
-Task<void> TextInsertionService::write(SpokenText text) {
-  auto writing = desktop_.general.mrmReplace(privateTranscript(text, std::nullopt));
-  const auto written = co_await writing;
-  if (!written) logger_.event(LogLevel::error, "clipboard_unavailable");
+Registration TextInsertionService::onWayBackChange(std::function<void(bool)> handler) {
+  return clipboards_.replaced().onAvailabilityChange(std::move(handler));
+}
+
+void TextInsertionService::bringBackClipboard() {
+  scope_.start(bringBack());
+}
+
+Task<void> TextInsertionService::bringBack() {
+  auto bringing = clipboards_.replaced().bringBack();
+  co_await bringing;
 }
 
 }  // namespace murmel

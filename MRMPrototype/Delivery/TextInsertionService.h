@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Delivery/DeliveryClipboards.h"
 #include "Delivery/InsertionFocusPolicy.h"
 #include "Delivery/PasteChordTable.h"
 #include "Delivery/PasteCleanup.h"
@@ -15,6 +16,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -48,6 +50,7 @@ class TextInsertionService final : public TextInsertion {
   TextInsertionService(TextInsertionDesktop desktop, TextInsertionOptions options, Logger logger);
 
   void beginDictationSession() override;
+  void recordingEnded() override { recordingHasEnded_ = true; }
   void endDictationSession() override;
   Task<std::optional<TextDeliveryResult>> finishPasteCleanup() override;
   Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) override;
@@ -56,6 +59,11 @@ class TextInsertionService final : public TextInsertion {
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return lastResult_; }
   void writePrivateText(const SpokenText& text) override;
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
+  [[nodiscard]] bool clipboardWasKept() const override { return clipboardWasKept_; }
+  [[nodiscard]] std::string_view pasteKeys() const override { return rawValue(lastChord_); }
+  [[nodiscard]] bool canBringBackClipboard() const override { return clipboards_.replaced().isAvailable(); }
+  [[nodiscard]] Registration onWayBackChange(std::function<void(bool)> handler) override;
+  void bringBackClipboard() override;
 
   /// Brings `application` to the front when another one is there, and waits a bounded time for it. Does
   /// nothing without an application or when it has terminated.
@@ -71,6 +79,9 @@ class TextInsertionService final : public TextInsertion {
 
  private:
   void activated(const RunningApplication& application);
+  void setTarget(const RunningApplication& application);
+  /// Captures the clipboard once no text of ours stands on it any more.
+  Task<void> beginCapture();
   [[nodiscard]] bool isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
                                          const RunningApplication& application) const;
   Task<void> followTheUser();
@@ -82,24 +93,30 @@ class TextInsertionService final : public TextInsertion {
   Task<TextDeliveryResult> refuse(LiveInsertionBlock block, SpokenText text, bool liveOnly);
   Task<TextDeliveryResult> takeBack(LiveInsertionBlock block, std::vector<ClipboardTransaction> transactions,
                                     SpokenText text, bool liveOnly);
-  Task<void> write(SpokenText text);
-  Task<std::vector<ClipboardTransaction>> openTransactions(SpokenText text, bool usesPrimary);
+  Task<void> bringBack();
+  /// Lets the target look at the new clipboard before it is told to paste.
+  Task<void> awaitReadiness(TargetReads& reads);
   Task<TextDeliveryResult> settlePosted(std::vector<ClipboardTransaction> transactions,
                                         std::unique_ptr<TargetReads> reads, Instant postedAt);
 
   TextInsertionDesktop desktop_;
   TextInsertionOptions options_;
   Logger logger_;
-  std::string ownershipType_;
+  DeliveryClipboards clipboards_;
   std::optional<RunningApplication> target_;
   std::optional<LiveInsertionBlock> lastBlock_;
   std::optional<TextDeliveryResult> lastResult_;
   bool targetIsFixed_ = false;
   bool userActivatedAnother_ = false;
+  bool recordingHasEnded_ = false;
+  bool capturesPrevious_ = false;
+  bool clipboardWasKept_ = true;
+  PasteChord lastChord_ = PasteChord::controlV;
   Registration activations_;
   PasteCleanup pasteCleanup_;
   Registration settlements_;
-  Scope scope_;  // last: its tasks use everything above
+  Scope capturing_;
+  Scope scope_;  // last: the tasks of both use everything above
 };
 
 }  // namespace murmel

@@ -206,6 +206,7 @@ void DictationCoordinator::stopAndTranscribe() {
   }
   if (!captured->monoSamples.empty()) recording->session->append(*std::move(captured));
   if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::pop);
+  services_.insertion.recordingEnded();
   status_.show(DictationState::Case::transcribing);
   tasks_.start(deliver(std::move(recording)));
 }

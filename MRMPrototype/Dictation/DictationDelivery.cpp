@@ -98,6 +98,7 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
   }
   // The words are the recogniser's in any case; this says why they look like it.
   if (result.refinementFailure) warnings.push_back(result.refinementFailure->localizedDescription());
+  if (!services_.insertion.clipboardWasKept()) warnings.emplace_back("Your clipboard could not be kept.");
   return warnings;
 }
 

@@ -14,15 +14,24 @@
 namespace murmel {
 
 struct ClipboardCapture {
-  ClipboardSnapshot contents;
-  /// False when the owner offered more than it delivered in the time it was given.
+  /// Never null.
+  SharedSnapshot contents = shared({});
+  /// False when the owner offered more than it delivered, or the contents changed while they were read.
   bool complete = true;
+  /// The change count to which the contents belong.
+  std::int64_t changeCount = 0;
 };
 
-/// Somebody took one form of the contents that this application had put on the clipboard.
+/// Somebody asked for contents that this application had put on the clipboard.
 struct ClipboardRead {
-  std::int64_t changeCount = 0;  ///< of the contents that were read
-  bool isText = false;           ///< a form of the plain text, not a picture or the list of forms
+  enum class Kind {
+    text,         ///< was given a form of the plain text
+    otherForm,    ///< was given a picture, a marker or the like
+    listOfForms,  ///< was told which forms there are
+    refused,      ///< asked for the plain text, which is meant for another program
+  };
+  std::int64_t changeCount = 0;  ///< of the contents that were asked for
+  Kind kind = Kind::otherForm;
   DesktopClient reader;
   Instant at{};
 };
@@ -33,11 +42,11 @@ class ClipboardPasteboard {
  public:
   virtual ~ClipboardPasteboard() = default;
 
-  /// A number that is different after every change of the contents, whoever made it.
+  /// Goes up by one with every change of the contents, whoever made it.
   virtual Task<std::int64_t> changeCount() = 0;
 
-  /// Everything on the clipboard. Owners that are dead, slow or stall in the middle cost at most 1.5 s; what
-  /// they delivered by then is in the result.
+  /// Everything on the clipboard. Takes as long as the owner goes on delivering, at most 30 s, and holds up
+  /// nothing else; it ends early, with what is there by then, when the contents are replaced.
   virtual Task<ClipboardCapture> capture() = 0;
 
   /// One form of the contents; nothing when it is not offered or not delivered within 1.5 s.
@@ -47,12 +56,20 @@ class ClipboardPasteboard {
   /// change count right after, nothing when the clipboard could not be taken.
   virtual Task<std::optional<std::int64_t>> mrmReplace(ClipboardSnapshot contents) = 0;
 
-  /// The same, but only while the change count is still `expected`, in one step: contents that somebody else
-  /// writes in the meantime are never overwritten.
-  virtual Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(ClipboardSnapshot contents,
+  /// `mrmReplace`, but the plain text is given to `onlyReader` alone. Others see contents without text:
+  /// programs that collect what was copied find nothing to keep.
+  virtual Task<std::optional<std::int64_t>> mrmReplaceFor(DesktopClient onlyReader,
+                                                          ClipboardSnapshot contents) = 0;
+  /// From now on everybody is given the contents with this change count, if they still stand here. That is
+  /// no change, and nobody is told of it.
+  virtual Task<bool> serveEverybody(std::int64_t changeCount) = 0;
+
+  /// `mrmReplace`, but only while the change count is still `expected`, in one step: contents that somebody
+  /// else writes in the meantime are never overwritten.
+  virtual Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(SharedSnapshot contents,
                                                                   std::int64_t expected) = 0;
 
-  /// Every read of contents that this application has written.
+  /// Every read of contents that this application has written, and every refusal.
   [[nodiscard]] virtual Registration onRead(std::function<void(const ClipboardRead&)> handler) = 0;
   /// Every change that somebody else made, with the new change count.
   [[nodiscard]] virtual Registration onForeignChange(std::function<void(std::int64_t)> handler) = 0;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <string.h>  // explicit_bzero
 
 namespace murmel {
 
@@ -37,7 +41,28 @@ struct ClipboardSnapshot {
     return nullptr;
   }
 
+  [[nodiscard]] bool isEmpty() const {
+    for (const auto& item : items) {
+      if (!item.values.empty()) return false;
+    }
+    return true;
+  }
+
   friend bool operator==(const ClipboardSnapshot&, const ClipboardSnapshot&) = default;
 };
+
+/// Contents that several hold at once without copying them: a picture may have a hundred megabytes.
+using SharedSnapshot = std::shared_ptr<const ClipboardSnapshot>;
+
+/// What the user had copied may be a password: the bytes are overwritten when the last holder lets go.
+inline SharedSnapshot shared(ClipboardSnapshot contents) {
+  const auto wipe = [](ClipboardSnapshot* held) {
+    for (auto& item : held->items) {
+      for (auto& value : item.values) ::explicit_bzero(value.data.data(), value.data.size());
+    }
+    delete held;
+  };
+  return {new ClipboardSnapshot(std::move(contents)), wipe};
+}
 
 }  // namespace murmel

@@ -32,6 +32,10 @@ class KeyboardPoster {
   /// Whether every key of the chord exists on the keyboard as it is laid out now.
   [[nodiscard]] virtual bool canPost(PasteChord chord) = 0;
 
+  /// Presses a key that means nothing while the user holds a modifier: where a lone Alt or Super opens a menu
+  /// when it goes up, it is not alone any more. Does nothing when none is held.
+  virtual void maskHeldModifiers() = 0;
+
   /// Waits until the user holds no modifier that would spoil a chord, at most 400 ms.
   virtual Task<void> awaitReleasedModifiers() = 0;
 

@@ -24,6 +24,13 @@ inline bool isSameApplication(const RunningApplication& one, const RunningApplic
   return isSameProgram(one.client, other.client);
 }
 
+/// Text is meant for one window: another one of the same program is another place. A window that is not known
+/// is any of them.
+inline bool isSameWindow(const RunningApplication& one, const RunningApplication& other) {
+  const bool isKnown = one.window != 0 && other.window != 0;
+  return isSameApplication(one, other) && (!isKnown || one.window == other.window);
+}
+
 /// The applications of the desktop. Main thread.
 class Workspace {
  public:
@@ -36,10 +43,11 @@ class Workspace {
   /// too.
   [[nodiscard]] virtual Registration onActivation(std::function<void(const RunningApplication&)> handler) = 0;
 
+  /// Whether the process has ended or the window has been destroyed.
   [[nodiscard]] virtual bool isTerminated(const RunningApplication& application) = 0;
 
-  /// Asks for the application to be brought to the front. Whether and when that happens is for
-  /// `frontmostApplication` to say.
+  /// Asks for the application's window to be brought to the front, and for its workspace to be shown. Whether
+  /// and when that happens is for `frontmostApplication` to say.
   virtual void activate(const RunningApplication& application) = 0;
 };
 

@@ -13,11 +13,15 @@ Task<void> FakeKeyboardPoster::awaitReleasedModifiers() {
   held_ = {};
 }
 
+void FakeKeyboardPoster::maskHeldModifiers() {
+  if (held_ > Duration{}) ++masked_;
+}
+
 PostResult FakeKeyboardPoster::post(PasteChord chord, const RunningApplication& target) {
   if (beforePost_) beforePost_();
   if (!mayPost_ || !canPost(chord)) return PostResult::unavailable;
   const auto front = workspace_.frontmostApplication();
-  if (!front || !isSameApplication(*front, target)) return PostResult::targetNotInFront;
+  if (!front || !isSameWindow(*front, target)) return PostResult::targetNotInFront;
   held_ = {};
   posted_.push_back(chord);
   if (onPosted_) onPosted_(chord);

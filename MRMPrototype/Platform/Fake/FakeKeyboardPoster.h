@@ -19,6 +19,7 @@ class FakeKeyboardPoster final : public KeyboardPoster {
 
   [[nodiscard]] bool mayPost() override { return mayPost_; }
   [[nodiscard]] bool canPost(PasteChord chord) override { return chords_.contains(chord); }
+  void maskHeldModifiers() override;
   Task<void> awaitReleasedModifiers() override;
   PostResult post(PasteChord chord, const RunningApplication& target) override;
 
@@ -31,6 +32,8 @@ class FakeKeyboardPoster final : public KeyboardPoster {
   /// Runs when the chord was pressed.
   void onPosted(std::function<void(PasteChord)> handler) { onPosted_ = std::move(handler); }
 
+  /// How often a held modifier was masked.
+  [[nodiscard]] int masked() const { return masked_; }
   [[nodiscard]] const std::vector<PasteChord>& posted() const { return posted_; }
 
  private:
@@ -39,6 +42,7 @@ class FakeKeyboardPoster final : public KeyboardPoster {
   bool mayPost_ = true;
   std::set<PasteChord> chords_{PasteChord::controlV, PasteChord::controlShiftV, PasteChord::shiftInsert};
   Duration held_{};
+  int masked_ = 0;
   std::function<void()> beforePost_;
   std::function<void(PasteChord)> onPosted_;
   std::vector<PasteChord> posted_;

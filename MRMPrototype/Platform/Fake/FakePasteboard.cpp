@@ -34,11 +34,12 @@ struct FakePasteboard::State {
 
   Executor& executor;
   const Clock& clock;
-  ClipboardSnapshot contents;
+  SharedSnapshot contents = shared({});
   std::int64_t count = 1;
   bool ours = false;
+  std::optional<DesktopClient> onlyReader;
   Duration captureDelay{};
-  bool complete = true;
+  Signal<> replaced;
   bool refuses = false;
   bool managerPresent = false;
   Signal<const ClipboardRead&> reads;
@@ -62,13 +63,19 @@ struct FakePasteboard::State {
     });
   }
 
-  std::optional<std::int64_t> replace(ClipboardSnapshot with) {
-    if (refuses) return std::nullopt;
+  std::int64_t become(SharedSnapshot with, bool byUs, std::optional<DesktopClient> forReader) {
     contents = std::move(with);
-    ours = true;
-    complete = true;
+    ours = byUs;
+    onlyReader = forReader;
     captureDelay = {};
-    return ++count;
+    ++count;
+    replaced.emit();
+    return count;
+  }
+
+  std::optional<std::int64_t> replace(SharedSnapshot with, std::optional<DesktopClient> forReader) {
+    if (refuses) return std::nullopt;
+    return become(std::move(with), true, forReader);
   }
 };
 
@@ -96,16 +103,29 @@ Task<std::int64_t> FakePasteboard::changeCount() {
 }
 
 Task<ClipboardCapture> FakePasteboard::capture() {
-  auto receiver = perform(state_->captureDelay, [state = state_] {
-    return ClipboardCapture{state->contents, state->complete};
+  auto looking = perform({}, [state = state_] {
+    return std::pair(ClipboardCapture{state->contents, true, state->count}, state->captureDelay);
   });
-  auto captured = co_await receiver;
-  co_return *std::move(captured);
+  const auto found = co_await looking;
+  const auto& [captured, delay] = *found;
+  if (delay <= Duration{}) co_return found->first;
+  auto [sender, receiver] = makeOneShot<bool>();
+  const auto answer = std::make_shared<OneShotSender<bool>>(std::move(sender));
+  const auto delivery = executor_.after(delay, [answer] { answer->send(true); });
+  const auto end =
+      state_->replaced.subscribe([this, answer] { executor_.post([answer] { answer->send(false); }); });
+  const auto delivered = co_await receiver;
+  ClipboardCapture result = captured;
+  if (!delivered.value_or(false)) {
+    result.contents = shared({});
+    result.complete = false;
+  }
+  co_return result;
 }
 
 Task<std::optional<std::string>> FakePasteboard::data(std::string type) {
   auto receiver = perform({}, [state = state_, type = std::move(type)]() -> std::optional<std::string> {
-    const auto* value = state->contents.find(type);
+    const auto* value = state->contents->find(type);
     return value == nullptr ? std::nullopt : std::optional(value->data);
   });
   auto bytes = co_await receiver;
@@ -114,24 +134,43 @@ Task<std::optional<std::string>> FakePasteboard::data(std::string type) {
 
 Task<std::optional<std::int64_t>> FakePasteboard::mrmReplace(ClipboardSnapshot contents) {
   requireHoldable(contents);
-  auto receiver = perform({}, [state = state_, contents = std::move(contents)]() mutable {
-    return state->replace(std::move(contents));
+  auto receiver = perform({}, [state = state_, contents = shared(std::move(contents))] {
+    return state->replace(contents, std::nullopt);
   });
   const auto count = co_await receiver;
   co_return *count;
 }
 
-Task<std::optional<std::int64_t>> FakePasteboard::mrmReplaceIfUnchanged(ClipboardSnapshot contents,
-                                                                        std::int64_t expected) {
+Task<std::optional<std::int64_t>> FakePasteboard::mrmReplaceFor(DesktopClient onlyReader,
+                                                                ClipboardSnapshot contents) {
   requireHoldable(contents);
+  auto receiver = perform({}, [state = state_, contents = shared(std::move(contents)), onlyReader] {
+    return state->replace(contents, onlyReader);
+  });
+  const auto count = co_await receiver;
+  co_return *count;
+}
+
+Task<std::optional<std::int64_t>> FakePasteboard::mrmReplaceIfUnchanged(SharedSnapshot contents,
+                                                                        std::int64_t expected) {
+  requireHoldable(*contents);
   auto receiver = perform(
-      {},
-      [state = state_, contents = std::move(contents), expected]() mutable -> std::optional<std::int64_t> {
+      {}, [state = state_, contents = std::move(contents), expected]() -> std::optional<std::int64_t> {
         if (state->count != expected) return std::nullopt;
-        return state->replace(std::move(contents));
+        return state->replace(contents, std::nullopt);
       });
   const auto count = co_await receiver;
   co_return *count;
+}
+
+Task<bool> FakePasteboard::serveEverybody(std::int64_t changeCount) {
+  auto receiver = perform({}, [state = state_, changeCount] {
+    const bool stands = state->ours && state->count == changeCount;
+    if (stands) state->onlyReader.reset();
+    return stands;
+  });
+  const auto stands = co_await receiver;
+  co_return *stands;
 }
 
 Registration FakePasteboard::onRead(std::function<void(const ClipboardRead&)> handler) {
@@ -150,30 +189,36 @@ Task<bool> FakePasteboard::handOver() {
 
 void FakePasteboard::writeByAnother(ClipboardSnapshot contents) {
   requireHoldable(contents);
-  state_->contents = std::move(contents);
-  state_->ours = false;
-  state_->complete = true;
-  state_->captureDelay = {};
-  executor_.post([state = state_, count = ++state_->count] { state->changes.emit(count); });
+  const auto count = state_->become(shared(std::move(contents)), false, std::nullopt);
+  executor_.post([state = state_, count] { state->changes.emit(count); });
 }
 
 std::optional<std::string> FakePasteboard::readBy(const DesktopClient& reader, const std::string& type) {
-  const auto* value = state_->contents.find(type);
-  if (value == nullptr) return std::nullopt;
+  using Kind = ClipboardRead::Kind;
+  const bool isList = type == "TARGETS";
+  const auto* value = state_->contents->find(type);
+  if (value == nullptr && !isList) return std::nullopt;
+  const bool isText = textTypes.contains(type);
+  const auto& only = state_->onlyReader;
+  const bool isRefused = isText && only && !isSameProgram(reader, *only);
   if (state_->ours) {
-    const ClipboardRead read{state_->count, textTypes.contains(type), reader, state_->clock.now()};
+    const auto kind = isList      ? Kind::listOfForms
+                      : isRefused ? Kind::refused
+                      : isText    ? Kind::text
+                                  : Kind::otherForm;
+    const ClipboardRead read{state_->count, kind, reader, state_->clock.now()};
     executor_.post([state = state_, read] { state->reads.emit(read); });
   }
-  return value->data;
+  if (isRefused) return std::nullopt;
+  return isList ? std::string() : value->data;
 }
 
 const ClipboardSnapshot& FakePasteboard::contents() const {
-  return state_->contents;
+  return *state_->contents;
 }
 
 void FakePasteboard::makeOwnerSlow(Duration delay) {
   state_->captureDelay = delay;
-  state_->complete = false;
 }
 
 void FakePasteboard::refuseReplacing() {

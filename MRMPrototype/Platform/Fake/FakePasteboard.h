@@ -22,19 +22,23 @@ class FakePasteboard final : public ClipboardPasteboard {
   Task<ClipboardCapture> capture() override;
   Task<std::optional<std::string>> data(std::string type) override;
   Task<std::optional<std::int64_t>> mrmReplace(ClipboardSnapshot contents) override;
-  Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(ClipboardSnapshot contents,
+  Task<std::optional<std::int64_t>> mrmReplaceFor(DesktopClient onlyReader,
+                                                  ClipboardSnapshot contents) override;
+  Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(SharedSnapshot contents,
                                                           std::int64_t expected) override;
+  Task<bool> serveEverybody(std::int64_t changeCount) override;
   [[nodiscard]] Registration onRead(std::function<void(const ClipboardRead&)> handler) override;
   [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override;
   Task<bool> handOver() override;
 
   /// Another application writes.
   void writeByAnother(ClipboardSnapshot contents);
-  /// Another application reads one form; what it gets. The read is reported when the contents are ours.
+  /// Another application reads one form ("TARGETS" for the list of them); what it gets. The read is reported
+  /// when the contents are ours.
   std::optional<std::string> readBy(const DesktopClient& reader, const std::string& type);
   [[nodiscard]] const ClipboardSnapshot& contents() const;
 
-  /// From now on the present contents can only be captured after `delay`, and not wholly.
+  /// The present contents are delivered only after `delay`; those who capture them get nothing before.
   void makeOwnerSlow(Duration delay);
   /// From now on the clipboard cannot be taken.
   void refuseReplacing();

@@ -10,7 +10,8 @@ Registration FakeWorkspace::onActivation(std::function<void(const RunningApplica
 }
 
 bool FakeWorkspace::isTerminated(const RunningApplication& application) {
-  return terminated_.contains(application.client.processIdentifier);
+  return terminated_.contains(application.client.processIdentifier) ||
+         closedWindows_.contains(application.window);
 }
 
 void FakeWorkspace::activate(const RunningApplication& application) {
@@ -30,6 +31,11 @@ void FakeWorkspace::bringToFront(std::optional<RunningApplication> application) 
 void FakeWorkspace::terminate(const RunningApplication& application) {
   terminated_.insert(application.client.processIdentifier);
   if (front_ && isSameApplication(*front_, application)) bringToFront(std::nullopt);
+}
+
+void FakeWorkspace::closeWindow(const RunningApplication& application) {
+  closedWindows_.insert(application.window);
+  if (front_ && isSameWindow(*front_, application)) bringToFront(std::nullopt);
 }
 
 }  // namespace murmel

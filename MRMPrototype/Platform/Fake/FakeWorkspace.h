@@ -4,6 +4,7 @@
 #include "Foundation/Async/Signal.h"
 #include "Platform/Workspace.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
@@ -30,6 +31,8 @@ class FakeWorkspace final : public Workspace {
   /// The user, or the desktop, brings an application to the front; nothing for an empty desktop.
   void bringToFront(std::optional<RunningApplication> application);
   void terminate(const RunningApplication& application);
+  /// Its window goes, its process lives on.
+  void closeWindow(const RunningApplication& application);
   /// How long the desktop takes to follow `activate`; nothing: it never does.
   void setActivationTime(std::optional<Duration> time) { activationTime_ = time; }
 
@@ -39,6 +42,7 @@ class FakeWorkspace final : public Workspace {
   Executor& executor_;
   std::optional<RunningApplication> front_;
   std::set<pid_t> terminated_;
+  std::set<std::uint32_t> closedWindows_;
   std::optional<Duration> activationTime_ = Duration{};
   std::vector<RunningApplication> activated_;
   Signal<const RunningApplication&> activations_;

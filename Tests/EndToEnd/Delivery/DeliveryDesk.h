@@ -65,6 +65,22 @@ class DeliveryDesk : public X11TargetDesk {
     subscription = service->onPasteSettled([this](PasteSettlement how) { settled.push_back(how); });
   }
 
+  /// A dictation begins; it takes at least as long as what the user had copied takes to be captured.
+  void begin() {
+    const auto captures = [this] {
+      std::size_t count = 0;
+      for (auto at = log.lines.find("clipboard_captured"); at != std::string::npos;
+           at = log.lines.find("clipboard_captured", at + 1))
+        ++count;
+      return count;
+    };
+    const auto before = captures();
+    service->beginDictationSession();
+    const bool isXterm = service->target() && service->target()->bundleIdentifier == "XTerm";
+    const std::size_t expected = isXterm ? 2 : 1;
+    waitUntil(
+        [&] { return captures() >= before + expected || (usersClipboard && usersClipboard->isStuck()); });
+  }
   TextDeliveryResult deliver(const std::string& text) {
     return loop.await(service->insertOrCopy(SpokenText(text), false));
   }

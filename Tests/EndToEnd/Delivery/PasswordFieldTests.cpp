@@ -31,13 +31,13 @@ TEST(DeliveryToFields, APasswordFieldGetsNothingAndAnotherFieldDoes) {
     return desk.loop.await(desk.field.hidesText(*desk.workspace().frontmostApplication()));
   };
   ASSERT_TRUE(desk.waitUntil(hides));
-  desk.service->beginDictationSession();
+  desk.begin();
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
 
   const ApplicationProcess entry(dialogue("--entry"));
   ASSERT_TRUE(desk.waitUntil([&] { return isInFront(desk, entry) && !hides(); }));
-  desk.service->beginDictationSession();
+  desk.begin();
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
   ASSERT_TRUE(desk.waitUntilSettled());
   EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardRestored);

@@ -60,7 +60,7 @@ TEST(DeliveryToRealApplications, TheTextArrivesOnceAndTheClipboardIsAsBefore) {
       return isReady && front && front->bundleIdentifier == row.windowClass;
     }));
 
-    desk.service->beginDictationSession();
+    desk.begin();
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
     desk.service->endDictationSession();
     ASSERT_TRUE(desk.waitUntilSettled());

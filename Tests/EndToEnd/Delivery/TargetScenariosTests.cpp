@@ -1,6 +1,7 @@
 #include "DeliveryDesk.h"
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 
@@ -20,7 +21,7 @@ TEST(Delivery, TargetsThatReadLateGetTheTextAndNeverTheOldClipboard) {
     DeliveryDesk desk;
     const auto target = desk.launch(
         "Late", {"--read-after", std::to_string(delay.count()), "--reads", delay > 1s ? "1" : "2"});
-    desk.service->beginDictationSession();
+    desk.begin();
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
     desk.service->endDictationSession();
     ASSERT_TRUE(desk.waitUntilSettled());
@@ -38,10 +39,9 @@ TEST(Delivery, ATargetThatNeverReadsOrDiesLeavesTheTextOnTheClipboard) {
     SCOPED_TRACE(option);
     DeliveryDesk desk;
     const auto target = desk.launch("Deaf", {option});
-    desk.service->beginDictationSession();
+    desk.begin();
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-    // A clipboard manager reads at once, and proves nothing.
-    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+    EXPECT_EQ(DeliveryDesk::clipboardText(), "(nothing)") << "a clipboard manager has no business with it";
     ASSERT_TRUE(desk.waitUntilSettled());
     EXPECT_EQ(desk.settled.front(), PasteSettlement::neverRead);
     EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
@@ -52,25 +52,37 @@ TEST(Delivery, ATargetThatDiesBeforeThePasteIsMissedInTime) {
   DeliveryDesk desk;
   const auto bystander = desk.launch("Bystander");
   const auto target = desk.launch("Target");
-  desk.service->beginDictationSession();
-  // The desktop brings the bystander to the front and tells so a moment later: until then it is not the
-  // target.
+  desk.begin();
+  desk.service->recordingEnded();
   target->kill();
-  const auto result = desk.deliver(spoken);
-  const auto pasted = bystander->told("pasted");
-  if (result == TextDeliveryResult::copiedFallback) {
-    EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::noTarget);
-    EXPECT_TRUE(pasted.empty());
-    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
-  } else {
-    EXPECT_EQ(desk.service->target()->bundleIdentifier, "Bystander") << "the user's next application";
-  }
+  ASSERT_TRUE(desk.waitUntil([&] { return desk.isInFront(*bystander); }));
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::noTarget);
+  EXPECT_TRUE(bystander->told("press").empty());
+  EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+}
+
+TEST(Delivery, ATargetOnAnotherWorkspaceIsGoneToAndNotDraggedHere) {
+  DeliveryDesk desk;
+  const auto target = desk.launch("Editor");
+  desk.begin();
+  const auto window = desk.service->target()->window;
+  const auto desktopOf = [&] {
+    return "xprop -id " + std::to_string(window) + " _NET_WM_DESKTOP | grep -q '= 0'";
+  };
+  ASSERT_EQ(std::system("xdotool set_num_desktops 2 set_desktop 1"), 0);
+  ASSERT_TRUE(desk.waitUntil([&] { return !desk.isInFront(*target); }));
+  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_EQ(std::system(desktopOf().c_str()), 0);
+  EXPECT_EQ(std::system("xprop -root _NET_CURRENT_DESKTOP | grep -q '= 0'"), 0);
+  ASSERT_TRUE(desk.waitUntilSettled());
+  EXPECT_EQ(target->told("pasted"), Lines{spoken});
 }
 
 TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
   DeliveryDesk desk;
   const auto first = desk.launch("First");
-  desk.service->beginDictationSession();
+  desk.begin();
   const auto second = desk.launch("Second");
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
   ASSERT_TRUE(desk.waitUntilSettled());
@@ -81,7 +93,7 @@ TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
 TEST(Delivery, LivePhrasesStopWhenAnotherWindowIsInFront) {
   DeliveryDesk desk;
   const auto target = desk.launch("Editor");
-  desk.service->beginDictationSession();
+  desk.begin();
   EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText("hello"))));
   EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText(" world"))));
   const auto other = desk.launch("Other");
@@ -98,18 +110,18 @@ TEST(Delivery, WhatTheUserCopiesInBetweenStays) {
   DeliveryDesk desk;
   const auto other = desk.launch("Other");
   const auto target = desk.launch("Late", {"--read-after", "300"});
-  desk.service->beginDictationSession();
+  desk.begin();
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
   other->tell("own copied meanwhile");
   ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardChanged);
+  EXPECT_EQ(desk.settled.front(), PasteSettlement::replacedUnread);
   EXPECT_EQ(DeliveryDesk::clipboardText(), "copied meanwhile");
 }
 
 TEST(Delivery, TheNextDictationWaitsUntilALateTargetHasTheOneBefore) {
   DeliveryDesk desk;
   const auto target = desk.launch("Late", {"--read-after", "400"});
-  desk.service->beginDictationSession();
+  desk.begin();
   desk.deliver("one");
   desk.deliver("two");
   ASSERT_TRUE(desk.waitUntilSettled(2));
@@ -121,7 +133,7 @@ TEST(Delivery, APasswordPromptGetsNothing) {
   DeliveryDesk desk;
   const auto prompt = desk.launch("Pinentry", {"--grab"});
   ASSERT_TRUE(desk.waitUntil([&] { return !prompt->told("grabbed").empty(); }));
-  desk.service->beginDictationSession();
+  desk.begin();
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
   EXPECT_TRUE(prompt->told("press").empty());
@@ -134,7 +146,7 @@ TEST(Delivery, ModifiersThatTheUserStillHoldsSpoilNothingAndDoNotStick) {
   std::size_t pasted = 0;
   for (const auto key : std::to_array<std::uint8_t>({64, 133, 50, 37, 108})) {
     SCOPED_TRACE(static_cast<int>(key));
-    desk.service->beginDictationSession();
+    desk.begin();
     desk.user.press(key, true);
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
     ++pasted;
@@ -145,7 +157,7 @@ TEST(Delivery, ModifiersThatTheUserStillHoldsSpoilNothingAndDoNotStick) {
   }
 }
 
-TEST(Delivery, OwnersThatHangOrStallHoldUpADeliveryForABoundedTimeOnly) {
+TEST(Delivery, OwnersThatHangOrStallDoNotHoldUpADelivery) {
   OwnerBehaviour hangs;
   hangs.answers = false;
   OwnerBehaviour stalls;
@@ -153,15 +165,15 @@ TEST(Delivery, OwnersThatHangOrStallHoldUpADeliveryForABoundedTimeOnly) {
   for (const auto& behaviour : {hangs, stalls}) {
     DeliveryDesk desk(richClipboard(), behaviour);
     const auto target = desk.launch("Editor");
-    desk.service->beginDictationSession();
+    desk.begin();
     const auto start = desk.loop.clock.now();
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-    EXPECT_LT(desk.loop.clock.now() - start, 5s);
+    EXPECT_LT(desk.loop.clock.now() - start, 1s);
+    EXPECT_FALSE(desk.service->clipboardWasKept());
     ASSERT_TRUE(desk.waitUntilSettled());
     EXPECT_EQ(target->told("pasted"), Lines{spoken});
-    // What the owner did deliver is back.
-    EXPECT_EQ(DeliveryDesk::clipboardText(), behaviour.answers ? "old clipboard" : "(nothing)");
-    EXPECT_NE(desk.log.lines.find("clipboard_capture_incomplete"), std::string::npos);
+    // What the owner did deliver is back; where that is nothing, the words stay.
+    EXPECT_EQ(DeliveryDesk::clipboardText(), behaviour.answers ? "old clipboard" : spoken);
   }
 }
 
@@ -177,7 +189,7 @@ TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
     // What the user copies in between is captured anew each time.
     auto copied = std::make_unique<ClipboardOwner>("CLIPBOARD", DeliveryDesk::selection());
     desk.usersClipboard = std::move(copied);
-    desk.service->beginDictationSession();
+    desk.begin();
     ASSERT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
     // On a busy machine the clean-up may have been through by itself.
     desk.loop.await(desk.service->finishPasteCleanup());
@@ -195,7 +207,7 @@ TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
 TEST(Delivery, AnEmptyClipboardIsEmptyAgain) {
   DeliveryDesk desk(std::nullopt);
   const auto target = desk.launch("Editor");
-  desk.service->beginDictationSession();
+  desk.begin();
   desk.deliver(spoken);
   ASSERT_TRUE(desk.waitUntilSettled());
   EXPECT_EQ(target->told("pasted"), Lines{spoken});

@@ -92,6 +92,7 @@ class ClipboardOwner::Thread {
   }
 
   std::atomic<bool> lost = false;
+  std::atomic<bool> stuck = false;
 
  private:
   struct Transfer {
@@ -111,7 +112,10 @@ class ClipboardOwner::Thread {
           lost = true;
           break;
         case XCB_SELECTION_REQUEST:
-          if (behaviour_.answers) answer(reinterpret_cast<const xcb_selection_request_event_t&>(*event));
+          if (behaviour_.answers)
+            answer(reinterpret_cast<const xcb_selection_request_event_t&>(*event));
+          else
+            stuck = true;
           break;
         case XCB_PROPERTY_NOTIFY:
           proceed(reinterpret_cast<const xcb_property_notify_event_t&>(*event));
@@ -164,6 +168,7 @@ class ClipboardOwner::Thread {
     xcb_change_property(client_.connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                         client_.atom("INCR"), 32, 1, &size);
     transfers_.push_back({request.requestor, request.property, &value, 0, stalls});
+    if (stalls) stuck = true;
     return true;
   }
 
@@ -200,6 +205,10 @@ ClipboardOwner::ClipboardOwner(const std::string& selection, ClipboardSnapshot c
     : thread_(std::make_unique<Thread>(selection, std::move(contents), std::move(behaviour))) {}
 
 ClipboardOwner::~ClipboardOwner() = default;
+
+bool ClipboardOwner::isStuck() const {
+  return thread_->stuck;
+}
 
 bool ClipboardOwner::hasLost() const {
   return thread_->lost;

@@ -29,6 +29,8 @@ class ClipboardOwner {
 
   /// Whether another application has taken the selection since.
   [[nodiscard]] bool hasLost() const;
+  /// Whether somebody waits for something that it does not deliver.
+  [[nodiscard]] bool isStuck() const;
 
  private:
   class Thread;

@@ -1,3 +1,4 @@
+#include "Delivery/ClipboardArchive.h"
 #include "Delivery/ClipboardTransaction.h"
 #include "Delivery/PrivateTranscript.h"
 #include "DeliveryHarness.h"
@@ -5,6 +6,8 @@
 #include <gtest/gtest.h>
 
 namespace murmel::test {
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -18,11 +21,19 @@ class ClipboardTransactionTest : public ::testing::Test {
     return std::move(result).value();
   }
   ClipboardTransaction open(const std::string& text) {
-    return *await(ClipboardTransaction::open(desk.general, SpokenText(text), type));
+    return *await(ClipboardTransaction::open(desk.general, SpokenText(text), type, reader, previous));
+  }
+  /// What the user had copied is captured, as far as it is delivered by now.
+  void capture() {
+    previous.begin();
+    desk.executor.runUntilIdle();
   }
 
+  using Restoration = ClipboardTransaction::Restoration;
+  const DesktopClient reader{100, 1'600};
   const std::string type = ClipboardTransaction::ownershipType("app.murmel.Test");
   DeliveryHarness desk;
+  PreviousClipboard previous{desk.general, Logger(desk.log, "app.murmel.Test", "text-insertion")};
 };
 
 }  // namespace
@@ -47,36 +58,72 @@ TEST(PrivateTranscript, HasTheTextTheConventionsAndTheMarkerInThisOrder) {
   EXPECT_EQ(unmarked.find("STRING"), nullptr) << "there is no such letter in Latin-1";
 }
 
-TEST_F(ClipboardTransactionTest, WritesMarkedTextAndPutsEverythingBack) {
+TEST(ClipboardArchive, GivesBackEveryByteAndTakesNothingThatIsNotWhole) {
+  const auto bytes = archived(richClipboard());
+  EXPECT_EQ(unarchived(bytes), richClipboard());
+  EXPECT_EQ(unarchived(archived({})), ClipboardSnapshot{});
+  for (std::size_t size = 0; size < bytes.size(); ++size) EXPECT_FALSE(unarchived(bytes.substr(0, size)));
+  EXPECT_FALSE(unarchived(bytes + "more"));
+}
+
+TEST_F(ClipboardTransactionTest, WritesMarkedTextForOneReaderAndPutsEverythingBack) {
+  capture();
   auto transaction = open("words");
-  EXPECT_EQ(transaction.previous(), richClipboard());
   EXPECT_EQ(desk.clipboardText(), "words");
+  EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), std::nullopt);
+  EXPECT_EQ(desk.general.readBy(reader, "UTF8_STRING"), "words");
   EXPECT_EQ(desk.general.contents().find(type)->data, transaction.ownership().marker);
   EXPECT_TRUE(await(transaction.stillOwnsTemporaryContents()));
-  EXPECT_TRUE(await(transaction.restorePrevious()));
+  EXPECT_TRUE(transaction.previousIsComplete());
+  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::restored);
   EXPECT_EQ(desk.general.contents(), richClipboard());
+  // The next one needs no capture of what has just been put back.
+  auto next = open("more");
+  EXPECT_TRUE(next.previousIsComplete());
 }
 
 TEST_F(ClipboardTransactionTest, TheSameTextByAnotherIsAChange) {
+  capture();
   auto transaction = open("words");
   desk.general.writeByAnother(desk.general.contents());  // even with our marker in it
   EXPECT_FALSE(await(transaction.stillOwnsTemporaryContents()));
-  EXPECT_FALSE(await(transaction.restorePrevious()));
+  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::notOwned);
   EXPECT_EQ(desk.clipboardText(), "words");
 }
 
 TEST_F(ClipboardTransactionTest, TheSecondTransactionEndsTheFirst) {
+  capture();
   auto first = open("one");
   auto second = open("two");
   EXPECT_NE(first.ownership().marker, second.ownership().marker);
-  EXPECT_FALSE(await(first.restorePrevious()));
+  EXPECT_EQ(await(first.restorePrevious()), Restoration::notOwned);
   EXPECT_TRUE(await(second.stillOwnsTemporaryContents()));
+}
+
+TEST_F(ClipboardTransactionTest, WhatIsCopiedWhileTheUserSpeaksIsWhatComesBack) {
+  capture();
+  desk.general.makeOwnerSlow(2s);  // busy while the next one copies
+  desk.general.writeByAnother(plainText("newer"));
+  desk.executor.runUntilIdle();
+  auto transaction = open("words");
+  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::restored);
+  EXPECT_EQ(desk.clipboardText(), "newer");
+}
+
+TEST_F(ClipboardTransactionTest, WhatIsNotDeliveredInTimeIsNotWaitedForAndNotClaimed) {
+  desk.general.makeOwnerSlow(2s);
+  capture();
+  auto transaction = open("words");
+  EXPECT_FALSE(transaction.previousIsComplete());
+  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::nothingKept);
+  EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), "words") << "for everybody now";
 }
 
 TEST_F(ClipboardTransactionTest, AnEmptyClipboardIsEmptyAgain) {
   desk.general.writeByAnother({});
+  capture();
   auto transaction = open("words");
-  EXPECT_TRUE(await(transaction.restorePrevious()));
+  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::restored);
   EXPECT_TRUE(desk.general.contents().items.empty());
 }
 

@@ -23,6 +23,7 @@ inline RunningApplication application(pid_t process, std::string windowClass) {
   RunningApplication running;
   running.client = {process, static_cast<std::uint32_t>(process) * 16};
   running.bundleIdentifier = std::move(windowClass);
+  running.window = static_cast<std::uint32_t>(process) * 16 + 1;
   return running;
 }
 

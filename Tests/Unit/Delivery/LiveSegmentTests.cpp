@@ -30,14 +30,17 @@ TEST(LiveSegment, PhrasesArriveInOrderAndTheClipboardIsTheUsersInBetween) {
   EXPECT_NE(desk.log.lines.find("paste_dispatched=true"), std::string::npos);
 }
 
-TEST(LiveSegment, ASwitchOfApplicationEndsItAndIsNotUndone) {
-  for (const bool reported : {false, true}) {
+TEST(LiveSegment, ASwitchOfApplicationOrWindowEndsItAndIsNotUndone) {
+  for (const auto& [reported, sameProgram] : {std::pair{false, false}, {true, false}, {true, true}}) {
     DeliveryHarness desk;
     desk.readAfter(5ms);
     desk.service->beginDictationSession();
     ASSERT_TRUE(insert(desk, "hello"));
     desk.executor.advance(1s);
-    desk.workspace.bringToFront(application(200, "Chat"));
+    auto other = application(200, "Chat");
+    if (sameProgram) other = desk.editor;
+    other.window = 77;
+    desk.workspace.bringToFront(other);
     if (reported) desk.executor.advance(1s);
     EXPECT_FALSE(insert(desk, " world"));
     EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::appChanged);
@@ -53,21 +56,6 @@ TEST(LiveSegment, APhraseThatIsNotReadCountsAsNotInserted) {
   desk.service->beginDictationSession();
   EXPECT_FALSE(insert(desk, "hello"));
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::unknown);
-  EXPECT_EQ(desk.clipboardText(), "hello");
-}
-
-TEST(LiveSegment, WhatIsLeftOverIsOnlyCopied) {
-  DeliveryHarness desk;
-  desk.service->beginDictationSession();
-  desk.secureInput.setEnabled(true);
-  EXPECT_FALSE(insert(desk, "hello"));
-  desk.secureInput.setEnabled(false);
-  std::optional<TextDeliveryResult> result;
-  desk.start(desk.service->insertOrCopy(SpokenText("hello"), /*liveOnly=*/true), result);
-  desk.executor.advance(1s);
-  EXPECT_EQ(result, TextDeliveryResult::copiedFallback);
-  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
-  EXPECT_TRUE(desk.keyboard.posted().empty());
   EXPECT_EQ(desk.clipboardText(), "hello");
 }
 

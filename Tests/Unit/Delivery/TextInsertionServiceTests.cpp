@@ -132,6 +132,30 @@ TEST(TextInsertionService, FollowsASwitchThatTheDesktopHasNotReportedYet) {
   EXPECT_TRUE(desk.workspace.activated().empty()) << "the user is not pulled back";
 }
 
+TEST(TextInsertionService, NeverPastesIntoTheWindowBehindOneThatHasGone) {
+  for (const bool wholeProcess : {false, true}) {
+    DeliveryHarness desk;
+    auto behind = wholeProcess ? application(200, "Chat") : desk.editor;
+    behind.window = 5;
+    desk.service->beginDictationSession();
+    desk.service->recordingEnded();
+    wholeProcess ? desk.workspace.terminate(desk.editor) : desk.workspace.closeWindow(desk.editor);
+    desk.workspace.bringToFront(behind);
+    desk.executor.advance(1s);
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+    EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::noTarget);
+    EXPECT_TRUE(desk.keyboard.posted().empty());
+    EXPECT_EQ(desk.clipboardText(), spoken);
+  }
+}
+
+TEST(TextInsertionService, AShortcutThatIsHeldAloneOpensNoMenu) {
+  DeliveryHarness desk;
+  desk.keyboard.holdModifierFor(1s);
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.keyboard.masked(), 1);
+}
+
 TEST(TextInsertionService, BringsTheTargetBackWithinItsPolls) {
   struct Row {
     std::optional<Duration> arrival;
@@ -157,7 +181,7 @@ TEST(TextInsertionService, PastesOnlyAfterHeldModifiersAreReleased) {
   std::optional<Instant> posted;
   desk.keyboard.onPosted([&](PasteChord) { posted = desk.executor.now(); });
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-  EXPECT_EQ(*posted - started, 400ms);
+  EXPECT_EQ(*posted - started, 400ms + PasteReadiness::patience);
 }
 
 // MARK: receipts and the clipboard afterwards
@@ -181,7 +205,7 @@ TEST(TextInsertionService, SlowTargetsGetTheTextAndTheClipboardComesBackAfterwar
 TEST(TextInsertionService, KeepsTheTranscriptWhenTheTargetNeverReadsIt) {
   DeliveryHarness desk;
   desk.keyboard.onPosted([&](PasteChord) {
-    desk.general.readBy({999, 999}, "UTF8_STRING");      // a clipboard manager
+    EXPECT_FALSE(desk.general.readBy({999, 999}, "UTF8_STRING")) << "a clipboard manager";
     desk.general.readBy(desk.editor.client, "numbers");  // not there
     desk.general.readBy(desk.editor.client, "x-kde-passwordManagerHint");
   });
@@ -192,7 +216,10 @@ TEST(TextInsertionService, KeepsTheTranscriptWhenTheTargetNeverReadsIt) {
   desk.executor.advance(200ms);
   EXPECT_EQ(desk.settled, std::vector{PasteSettlement::neverRead});
   EXPECT_EQ(desk.clipboardText(), spoken);
+  EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), spoken) << "for a paste by hand";
   EXPECT_TRUE(warning(desk.settled.front()));
+  EXPECT_NE(desk.log.lines.find("paste_settled how=never_read reads=0 refused_readers=1"), std::string::npos)
+      << desk.log.lines;
   EXPECT_FALSE(warning(PasteSettlement::clipboardRestored));
 }
 
@@ -206,7 +233,8 @@ TEST(TextInsertionService, LeavesAloneWhatSomebodyElseWrites) {
     desk.general.writeByAnother(plainText(spoken));  // the very same words are a change too
     desk.executor.advance(3s);
     EXPECT_EQ(desk.general.contents(), plainText(spoken));
-    EXPECT_EQ(desk.settled, std::vector{PasteSettlement::clipboardChanged});
+    EXPECT_EQ(desk.settled, std::vector{afterTheRead ? PasteSettlement::clipboardChanged
+                                                     : PasteSettlement::replacedUnread});
   }
 }
 
@@ -217,6 +245,66 @@ TEST(TextInsertionService, SeesAChangeThatComesWithThePaste) {
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSentClipboardChanged);
   desk.executor.advance(3s);
   EXPECT_EQ(desk.clipboardText(), "copied");
+  EXPECT_EQ(desk.settled, std::vector{PasteSettlement::replacedUnread});
+  EXPECT_TRUE(warning(desk.settled.front())) << "the words are nowhere";
+}
+
+TEST(TextInsertionService, AReadBeforeTheKeysIsNotThePaste) {
+  // It reads every new clipboard at once, and pastes what it reads 700 ms after the keys.
+  DeliveryHarness desk;
+  desk.readAfter(700ms);
+  desk.service->beginDictationSession();
+  std::optional<TextDeliveryResult> result;
+  desk.start(desk.service->insertOrCopy(SpokenText(spoken), false), result);
+  while (desk.clipboardText() != spoken) desk.executor.advance(1ms);
+  ASSERT_TRUE(desk.keyboard.posted().empty());
+  desk.general.readBy(desk.editor.client, "TARGETS");
+  desk.executor.advance(5ms);
+  desk.general.readBy(desk.editor.client, "UTF8_STRING");
+  desk.executor.advance(7ms);
+  EXPECT_TRUE(desk.keyboard.posted().empty()) << "it may go on asking";
+  desk.executor.advance(1ms);
+  EXPECT_EQ(desk.keyboard.posted().size(), 1U) << "sooner than for one that asks for nothing";
+  desk.executor.advance(2s);
+  EXPECT_EQ(desk.read, std::vector{spoken});
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+}
+
+TEST(TextInsertionService, ThereIsAWayBackToWhatATextForAPasteByHandHasReplaced) {
+  struct Row {
+    const char* name;
+    bool isRead;
+    bool isRefused;
+    void (*meanwhile)(DeliveryHarness&);
+    bool isOpen;
+  };
+  const auto nothing = [](DeliveryHarness&) {};
+  const Row rows[] = {
+      {"copied instead of pasted", false, true, nothing, true},
+      {"pasted and not read", false, false, nothing, true},
+      {"pasted and read", true, false, nothing, false},
+      {"two minutes later", false, true, [](DeliveryHarness& desk) { desk.executor.advance(2min); }, false},
+      {"something else was copied", false, true,
+       [](DeliveryHarness& desk) { desk.general.writeByAnother(plainText("newer")); }, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    DeliveryHarness desk;
+    desk.secureInput.setEnabled(row.isRefused);
+    if (row.isRead) desk.readAfter(5ms);
+    desk.service->beginDictationSession();
+    desk.deliver(spoken);
+    desk.service->endDictationSession();
+    desk.executor.advance(3s);
+    row.meanwhile(desk);
+    desk.executor.runUntilIdle();
+    EXPECT_EQ(desk.service->canBringBackClipboard(), row.isOpen);
+    if (!row.isOpen) continue;
+    desk.service->bringBackClipboard();
+    desk.executor.runUntilIdle();
+    EXPECT_EQ(desk.general.contents(), richClipboard());
+    EXPECT_FALSE(desk.service->canBringBackClipboard());
+  }
 }
 
 TEST(TextInsertionService, KeepsTheTranscriptByTheUsersChoiceAndStillWatchesItArrive) {
@@ -287,6 +375,12 @@ TEST(TextInsertionService, TerminalsGetTheTextOnBothSelectionsAndGiveBothBack) {
   EXPECT_EQ(desk.read, std::vector{spoken});
   EXPECT_EQ(desk.general.contents(), richClipboard());
   EXPECT_EQ(desk.primary.contents(), plainText("selected"));
+  // Nor does it stay there when nobody takes it.
+  desk.keyboard.onPosted({});
+  desk.deliver(spoken);
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.settled.back(), PasteSettlement::neverRead);
+  EXPECT_EQ(desk.primary.contents(), plainText("selected"));
 }
 
 TEST(TextInsertionService, FallsBackToInsertOnAKeyboardWithoutV) {
@@ -309,15 +403,22 @@ TEST(TextInsertionService, CarriesOnWhenItsCallerIsGone) {
   EXPECT_EQ(desk.general.contents(), richClipboard());
 }
 
-TEST(TextInsertionService, ASlowOwnerOfTheClipboardDoesNotStopADelivery) {
-  DeliveryHarness desk;
-  desk.general.makeOwnerSlow(1'500ms);
-  desk.readAfter(10ms);
-  desk.service->beginDictationSession();
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-  desk.executor.advance(1s);
-  EXPECT_EQ(desk.read, std::vector{spoken});
-  EXPECT_NE(desk.log.lines.find("clipboard_capture_incomplete"), std::string::npos);
+TEST(TextInsertionService, TheWordsDoNotWaitForASlowClipboardAndItsLossIsTold) {
+  for (const bool longEnough : {false, true}) {
+    DeliveryHarness desk;
+    desk.general.makeOwnerSlow(1'500ms);
+    desk.readAfter(10ms);
+    desk.service->beginDictationSession();
+    if (longEnough) desk.executor.advance(2s);
+    const auto start = desk.executor.now();
+    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    EXPECT_LT(desk.executor.now() - start, 100ms);
+    desk.executor.advance(1s);
+    EXPECT_EQ(desk.read, std::vector{spoken});
+    EXPECT_EQ(desk.service->clipboardWasKept(), longEnough);
+    EXPECT_EQ(desk.settled,
+              std::vector{longEnough ? PasteSettlement::clipboardRestored : PasteSettlement::transcriptKept});
+  }
 }
 
 TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {

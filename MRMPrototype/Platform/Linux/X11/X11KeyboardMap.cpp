@@ -84,6 +84,16 @@ std::optional<xcb_keycode_t> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
   return elsewhere;
 }
 
+std::optional<xcb_keycode_t> X11KeyboardMap::keyWithoutSymbol() {
+  refresh();
+  if (keymap_ == nullptr) return std::nullopt;
+  // From the end: the numbers of real keys are low.
+  for (auto key = xkb_keymap_max_keycode(keymap_); key > xkb_keymap_min_keycode(keymap_); --key) {
+    if (xkb_keymap_num_layouts_for_key(keymap_, key) == 0) return static_cast<xcb_keycode_t>(key);
+  }
+  return std::nullopt;
+}
+
 /// Some modifier keys stand in no row of the modifier map: a right Alt that is AltGr acts through another key
 /// of the same symbol there.
 bool X11KeyboardMap::isNamedModifier(xkb_keycode_t key) const {

@@ -24,6 +24,9 @@ class X11KeyboardMap {
   /// one, because applications look for the letters of a shortcut in the other groups too.
   std::optional<xcb_keycode_t> keyFor(xkb_keysym_t symbol);
 
+  /// A key that gives no symbol in any layout, which no application has a use for.
+  std::optional<xcb_keycode_t> keyWithoutSymbol();
+
   /// Held keys that are modifiers, but not locks.
   std::vector<xcb_keycode_t> heldModifiers();
 

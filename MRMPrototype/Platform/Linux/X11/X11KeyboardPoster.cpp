@@ -103,18 +103,23 @@ Task<void> X11KeyboardPoster::awaitReleasedModifiers() {
   }
 }
 
-/// Whether `window` or a window around it belongs to the target: toolkits give the focus to inner windows,
-/// and embedded parts to windows of another process.
+/// Whether `window` is the target's or inside it: toolkits give the focus to inner windows, and embedded
+/// parts to windows of another process. Some keep a window of their own for the focus beside the one that is
+/// shown: then the active window decides.
 bool X11KeyboardPoster::isWithin(xcb_window_t window, const RunningApplication& target) {
   constexpr int deepestNesting = 32;
+  bool isOfTheProgram = false;
   for (int level = 0; level < deepestNesting && window != XCB_NONE && window != connection_->root();
        ++level) {
-    if (isSameProgram(connection_->clientOf(window), target.client)) return true;
+    if (target.window != XCB_NONE && window == target.window) return true;
+    isOfTheProgram = isOfTheProgram || isSameProgram(connection_->clientOf(window), target.client);
     const auto tree =
         x11Reply(connection_->get(), xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
     window = tree ? tree->parent : static_cast<xcb_window_t>(XCB_NONE);
   }
-  return false;
+  if (!isOfTheProgram || target.window == XCB_NONE) return isOfTheProgram;
+  const auto active = connection_->propertyWords(connection_->root(), "_NET_ACTIVE_WINDOW");
+  return !active.empty() && active.front() == target.window;
 }
 
 bool X11KeyboardPoster::hasKeyboard(const RunningApplication& target) {
@@ -140,6 +145,19 @@ void X11KeyboardPoster::send(xcb_keycode_t key, bool goesDown) {
   xcb_test_fake_input(connection_->get(), kind, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
 }
 
+void X11KeyboardPoster::pressNeutralKey() {
+  const auto neutral = map_->keyWithoutSymbol();
+  if (!neutral) return;
+  send(*neutral, true);
+  send(*neutral, false);
+}
+
+void X11KeyboardPoster::maskHeldModifiers() {
+  if (!mayPost() || map_->heldModifiers().empty()) return;
+  pressNeutralKey();
+  xcb_flush(connection_->get());
+}
+
 PostResult X11KeyboardPoster::post(PasteChord chord, const RunningApplication& target) {
   const auto keys = keysOf(chord);
   if (!keys || !mayPost()) return PostResult::unavailable;
@@ -148,7 +166,9 @@ PostResult X11KeyboardPoster::post(PasteChord chord, const RunningApplication& t
     if (!hasKeyboard(target)) return PostResult::targetNotInFront;
     // Whoever still holds a modifier has let go of it as far as the desktop is concerned: pressing it again
     // afterwards leaves it stuck on systems with more than one keyboard.
-    for (const auto held : map_->heldModifiers()) send(held, false);
+    const auto heldModifiers = map_->heldModifiers();
+    if (!heldModifiers.empty()) pressNeutralKey();
+    for (const auto held : heldModifiers) send(held, false);
     for (const auto modifier : keys->modifiers) send(modifier, true);
     send(keys->key, true);
     send(keys->key, false);

@@ -25,6 +25,7 @@ class X11KeyboardPoster final : public KeyboardPoster {
   [[nodiscard]] bool mayPost() override;
   [[nodiscard]] bool canPost(PasteChord chord) override;
   Task<void> awaitReleasedModifiers() override;
+  void maskHeldModifiers() override;
   PostResult post(PasteChord chord, const RunningApplication& target) override;
 
  private:
@@ -39,6 +40,7 @@ class X11KeyboardPoster final : public KeyboardPoster {
   [[nodiscard]] bool hasKeyboard(const RunningApplication& target);
   [[nodiscard]] bool isWithin(xcb_window_t window, const RunningApplication& target);
   void send(xcb_keycode_t key, bool goesDown);
+  void pressNeutralKey();
 
   Executor& executor_;
   InjectedKeys* injectedKeys_;

@@ -55,7 +55,6 @@ class X11Pasteboards::Worker {
         sender_(loop_.connection()),
         general_(loop_, sender_, clock, "CLIPBOARD", observerFor(executor, subscriptions[0])),
         primary_(loop_, sender_, clock, "PRIMARY", observerFor(executor, subscriptions[1])),
-        reader_(loop_),
         fixesEvent_(xcb_get_extension_data(loop_.connection().get(), &xcb_xfixes_id)->first_event) {
     loop_.start([this](const xcb_generic_event_t& event) { handle(event); },
                 [this] { sender_.dropAbandoned(loop_.now()); });
@@ -68,7 +67,6 @@ class X11Pasteboards::Worker {
   X11EventLoop& loop() { return loop_; }
   X11Selection& general() { return general_; }
   X11Selection& primary() { return primary_; }
-  X11SelectionReader& reader() { return reader_; }
 
  private:
   void handle(const xcb_generic_event_t& event) {
@@ -90,17 +88,13 @@ class X11Pasteboards::Worker {
         primary_.requested(request);
         break;
       }
-      case XCB_SELECTION_NOTIFY: {
-        const auto& answer = as(std::type_identity<xcb_selection_notify_event_t>{});
-        reader_.notified(answer);
-        general_.notified(answer);
+      case XCB_SELECTION_NOTIFY:
+        general_.notified(as(std::type_identity<xcb_selection_notify_event_t>{}));
         break;
-      }
       case XCB_PROPERTY_NOTIFY: {
         const auto& change = as(std::type_identity<xcb_property_notify_event_t>{});
         general_.propertyChanged(change);
         primary_.propertyChanged(change);
-        reader_.propertyChanged(change);
         sender_.propertyChanged(change, loop_.now());
         break;
       }
@@ -117,50 +111,66 @@ class X11Pasteboards::Worker {
   X11IncrementalSender sender_;
   X11Selection general_;
   X11Selection primary_;
-  X11SelectionReader reader_;
   std::uint8_t fixesEvent_;
 };
 
 /// The main thread's end of one selection.
 class X11Pasteboards::Pasteboard final : public ClipboardPasteboard {
  public:
-  Pasteboard(Executor& executor, std::shared_ptr<Subscriptions> subscriptions, Worker& worker,
-             X11Selection& selection)
+  Pasteboard(Executor& executor, std::shared_ptr<Subscriptions> subscriptions, X11EventLoop& loop,
+             X11Selection& selection, std::unique_ptr<X11SelectionReader> reader)
       : executor_(executor),
         subscriptions_(std::move(subscriptions)),
-        worker_(worker),
-        selection_(selection) {}
+        loop_(loop),
+        selection_(selection),
+        reader_(std::move(reader)) {}
 
   Task<std::int64_t> changeCount() override {
     auto* selection = &selection_;
-    return ask([selection] { return selection->changeCount(); });
+    return ask(loop_, [selection] { return selection->changeCount(); });
   }
 
   Task<ClipboardCapture> capture() override {
     auto* selection = &selection_;
-    auto* reader = &worker_.reader();
-    return ask([selection, reader] { return reader->capture(*selection); });
+    auto looking = ask(loop_, [selection] { return selection->standing(); });
+    const auto standing = co_await looking;
+    if (standing.ours) co_return ClipboardCapture{standing.ours, true, standing.changeCount};
+    auto* reader = reader_.get();
+    auto reading = ask(reader_->loop(), [reader, owner = standing.owner] { return reader->capture(owner); });
+    auto captured = co_await reading;
+    captured.changeCount = standing.changeCount;
+    co_return captured;
   }
 
   Task<std::optional<std::string>> data(std::string type) override {
     auto* selection = &selection_;
-    auto* reader = &worker_.reader();
-    return ask([selection, reader, type = std::move(type)] { return reader->data(*selection, type); });
+    auto looking = ask(loop_, [selection] { return selection->standing(); });
+    const auto standing = co_await looking;
+    if (standing.ours) {
+      const auto* value = standing.ours->find(type);
+      co_return value == nullptr ? std::nullopt : std::optional(value->data);
+    }
+    auto* reader = reader_.get();
+    auto reading = ask(reader_->loop(), [reader, type = std::move(type)] { return reader->data(type); });
+    auto bytes = co_await reading;
+    co_return bytes;
   }
 
   Task<std::optional<std::int64_t>> mrmReplace(ClipboardSnapshot contents) override {
-    auto* selection = &selection_;
-    return ask([selection, contents = std::move(contents)]() mutable {
-      return selection->replace(std::move(contents), std::nullopt);
-    });
+    return replace(shared(std::move(contents)), std::nullopt, std::nullopt);
+  }
+  Task<std::optional<std::int64_t>> mrmReplaceFor(DesktopClient onlyReader,
+                                                  ClipboardSnapshot contents) override {
+    return replace(shared(std::move(contents)), std::nullopt, onlyReader);
+  }
+  Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(SharedSnapshot contents,
+                                                          std::int64_t expected) override {
+    return replace(std::move(contents), expected, std::nullopt);
   }
 
-  Task<std::optional<std::int64_t>> mrmReplaceIfUnchanged(ClipboardSnapshot contents,
-                                                          std::int64_t expected) override {
+  Task<bool> serveEverybody(std::int64_t changeCount) override {
     auto* selection = &selection_;
-    return ask([selection, contents = std::move(contents), expected]() mutable {
-      return selection->replace(std::move(contents), expected);
-    });
+    return ask(loop_, [selection, changeCount] { return selection->serveEverybody(changeCount); });
   }
 
   [[nodiscard]] Registration onRead(std::function<void(const ClipboardRead&)> handler) override {
@@ -173,13 +183,21 @@ class X11Pasteboards::Pasteboard final : public ClipboardPasteboard {
 
   Task<bool> handOver() override {
     auto* selection = &selection_;
-    return ask([selection] { return selection->handOver(handOverPatience); });
+    return ask(loop_, [selection] { return selection->handOver(handOverPatience); });
   }
 
  private:
-  /// Runs `operation` on the thread and gives its result here.
+  Task<std::optional<std::int64_t>> replace(SharedSnapshot contents, std::optional<std::int64_t> expected,
+                                            std::optional<DesktopClient> onlyReader) {
+    auto* selection = &selection_;
+    return ask(loop_, [selection, contents = std::move(contents), expected, onlyReader]() mutable {
+      return selection->replace(std::move(contents), expected, onlyReader);
+    });
+  }
+
+  /// Runs `operation` on the loop's thread and gives its result here.
   template <class Operation>
-  Task<std::invoke_result_t<Operation&>> ask(Operation operation) {
+  Task<std::invoke_result_t<Operation&>> ask(X11EventLoop& loop, Operation operation) {
     using Result = std::invoke_result_t<Operation&>;
     auto [sender, receiver] = makeOneShot<Result>();
     Job job = [&executor = executor_, operation = std::move(operation),
@@ -187,7 +205,7 @@ class X11Pasteboards::Pasteboard final : public ClipboardPasteboard {
       executor.post(
           [result = operation(), sender = std::move(sender)]() mutable { sender.send(std::move(result)); });
     };
-    worker_.loop().enqueue(std::move(job));
+    loop.enqueue(std::move(job));
     auto result = co_await receiver;
     // Only a destroyed thread drops a job; nobody can answer then.
     if (!result) co_await std::suspend_always{};
@@ -196,8 +214,9 @@ class X11Pasteboards::Pasteboard final : public ClipboardPasteboard {
 
   Executor& executor_;
   std::shared_ptr<Subscriptions> subscriptions_;
-  Worker& worker_;
+  X11EventLoop& loop_;
   X11Selection& selection_;
+  std::unique_ptr<X11SelectionReader> reader_;
 };
 
 std::expected<std::unique_ptr<X11Pasteboards>, std::string> X11Pasteboards::open(Executor& executor,
@@ -215,10 +234,18 @@ std::expected<std::unique_ptr<X11Pasteboards>, std::string> X11Pasteboards::open
   const std::array subscriptions{std::make_shared<Subscriptions>(), std::make_shared<Subscriptions>()};
   auto worker = std::make_unique<Worker>(*std::move(connection), executor, clock, subscriptions);
   std::unique_ptr<X11Pasteboards> pasteboards(new X11Pasteboards());
-  pasteboards->general_ =
-      std::make_unique<Pasteboard>(executor, subscriptions[0], *worker, worker->general());
-  pasteboards->primary_ =
-      std::make_unique<Pasteboard>(executor, subscriptions[1], *worker, worker->primary());
+  const auto pasteboardOf = [&](X11Selection& selection, const char* name, std::size_t index,
+                                std::unique_ptr<Pasteboard>& made) {
+    auto forReading = X11Connection::open(display);
+    if (!forReading) return false;
+    auto reader = std::make_unique<X11SelectionReader>(*std::move(forReading), name);
+    made = std::make_unique<Pasteboard>(executor, subscriptions[index], worker->loop(), selection,
+                                        std::move(reader));
+    return true;
+  };
+  if (!pasteboardOf(worker->general(), "CLIPBOARD", 0, pasteboards->general_) ||
+      !pasteboardOf(worker->primary(), "PRIMARY", 1, pasteboards->primary_))
+    return std::unexpected(std::string("The X server cannot be reached."));
   pasteboards->worker_ = std::move(worker);
   return pasteboards;
 }

@@ -13,9 +13,10 @@ namespace murmel {
 /// The clipboards of an X desktop: CLIPBOARD, and PRIMARY with what is selected.
 ///
 /// All work is done on a thread of its own with a connection of its own, so that other applications, and this
-/// one's own windows, are served while the main thread is busy, and an owner that does not answer holds up
-/// nobody. Create and destroy on the main thread; coroutines that wait for an operation when this is
-/// destroyed are never resumed. Contents end with it unless they were handed over.
+/// one's own windows, are served while the main thread is busy; what others own is read on further threads,
+/// so that an owner that does not answer holds up nobody. Create and destroy on the main thread; coroutines
+/// that wait for an operation when this is destroyed are never resumed. Contents end with it unless they were
+/// handed over.
 class X11Pasteboards {
  public:
   /// `clock` stamps the reads; it and the executor outlive this. `display` empty: that of the environment.

@@ -10,16 +10,9 @@ namespace murmel {
 
 namespace {
 
-/// The server answers in well under a millisecond; this only bounds a server that does not answer at all.
-constexpr Duration serverPatience = std::chrono::seconds(1);
-
 /// Server time wraps every 49 days.
 bool isEarlier(xcb_timestamp_t one, xcb_timestamp_t other) {
   return static_cast<std::int32_t>(one - other) < 0;
-}
-
-bool isEmpty(const ClipboardSnapshot& contents) {
-  return std::ranges::all_of(contents.items, [](const auto& item) { return item.values.empty(); });
 }
 
 }  // namespace
@@ -33,29 +26,22 @@ X11Selection::X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, con
       name_(std::move(name)),
       observer_(std::move(observer)),
       atom_(connection_.atom(name_)),
-      window_(connection_.createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE)) {
+      window_(connection_.createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE)),
+      time_(loop, window_) {
   xcb_xfixes_select_selection_input(connection_.get(), window_, atom_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
-xcb_timestamp_t X11Selection::serverTime() {
-  observedTime_.reset();
-  // Appending nothing changes nothing, and the server tells when it did so.
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_, connection_.atom("MURMEL_TIME"),
-                      XCB_ATOM_INTEGER, 32, 0, nullptr);
-  loop_.pumpUntil([this] { return observedTime_.has_value(); }, serverPatience);
-  return observedTime_.value_or(XCB_CURRENT_TIME);
-}
-
 void X11Selection::propertyChanged(const xcb_property_notify_event_t& event) {
-  if (event.window == window_) observedTime_ = event.time;
+  time_.propertyChanged(event);
 }
 
-std::int64_t X11Selection::changeCount() {
-  serverTime();
-  return changeCount_;
+X11Selection::Standing X11Selection::standing() {
+  const auto owner = ownerNow();
+  time_.now();
+  return {changeCount_, contents_, owner.value_or(XCB_NONE)};
 }
 
 std::optional<xcb_window_t> X11Selection::ownerNow() {
@@ -71,27 +57,35 @@ bool X11Selection::take(xcb_timestamp_t time, bool clearing) {
   return ownerNow() == owner;
 }
 
-std::optional<std::int64_t> X11Selection::replace(ClipboardSnapshot contents,
-                                                  std::optional<std::int64_t> expected) {
+std::optional<std::int64_t> X11Selection::replace(SharedSnapshot contents,
+                                                  std::optional<std::int64_t> expected,
+                                                  std::optional<DesktopClient> onlyReader) {
   // The time is taken before the count is looked at: the server refuses us when somebody becomes the owner
   // after it, so nothing that is written in between is overwritten.
-  const auto time = serverTime();
+  const auto time = time_.now();
   if (time == XCB_CURRENT_TIME) return std::nullopt;
   if (expected && *expected != changeCount_) return std::nullopt;
-  const bool clearing = isEmpty(contents);
+  const bool clearing = contents->isEmpty();
   if (!take(time, clearing)) return std::nullopt;
 
   values_.clear();
   contents_ = nullptr;
+  onlyReader_ = onlyReader;
   ownedSince_ = time;
   if (!clearing) {
-    contents_ = std::make_shared<const ClipboardSnapshot>(std::move(contents));
+    contents_ = std::move(contents);
     for (const auto& item : contents_->items) {
       // The first value of a type wins where several items offer it: here is only one.
       for (const auto& value : item.values) values_.emplace(connection_.atom(value.type), &value);
     }
   }
   return ++changeCount_;
+}
+
+bool X11Selection::serveEverybody(std::int64_t changeCount) {
+  const bool stands = contents_ && changeCount_ == changeCount;
+  if (stands) onlyReader_.reset();
+  return stands;
 }
 
 void X11Selection::ownerChanged(const xcb_xfixes_selection_notify_event_t& event) {
@@ -117,10 +111,15 @@ void X11Selection::requested(const xcb_selection_request_event_t& event) {
   // Who asks for the time before we became the owner wants what stood here then: a slow reader of an earlier
   // paste gets nothing rather than the wrong thing.
   const bool isMeant = contents_ && (event.time == XCB_CURRENT_TIME || !isEarlier(event.time, ownedSince_));
-  const bool delivered =
-      isMeant && (event.target == connection_.atom("MULTIPLE")
-                      ? event.property != XCB_NONE && deliverSeveral(event.requestor, property)
-                      : deliver(event.requestor, event.target, property));
+  bool delivered = false;
+  if (isMeant) {
+    const Request request{event.requestor, connection_.clientOf(event.requestor)};
+    if (event.target != connection_.atom("MULTIPLE")) {
+      delivered = deliver(request, event.target, property);
+    } else if (event.property != XCB_NONE) {
+      delivered = deliverSeveral(request, property);
+    }
+  }
 
   xcb_selection_notify_event_t answer{};
   answer.response_type = XCB_SELECTION_NOTIFY;
@@ -137,88 +136,96 @@ void X11Selection::requested(const xcb_selection_request_event_t& event) {
   xcb_flush(connection_.get());
 }
 
-std::vector<xcb_atom_t> X11Selection::offeredAtoms() {
+std::vector<xcb_atom_t> X11Selection::offeredAtoms(bool withText) {
   std::vector<xcb_atom_t> atoms{connection_.atom("TIMESTAMP"), connection_.atom("TARGETS"),
                                 connection_.atom("MULTIPLE")};
   for (const auto& item : contents_->items) {
     for (const auto& value : item.values) {
       const auto atom = connection_.atom(value.type);
-      if (std::ranges::find(atoms, atom) == atoms.end()) atoms.push_back(atom);
+      const bool isOffered = withText || !X11SelectionTypes::isText(value.type);
+      if (isOffered && std::ranges::find(atoms, atom) == atoms.end()) atoms.push_back(atom);
     }
   }
   return atoms;
 }
 
-bool X11Selection::deliver(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property) {
+bool X11Selection::mayHaveText(const DesktopClient& reader) const {
+  return !onlyReader_ || isSameProgram(reader, *onlyReader_);
+}
+
+bool X11Selection::deliver(const Request& request, xcb_atom_t target, xcb_atom_t property) {
   auto* connection = connection_.get();
   if (target == connection_.atom("TARGETS")) {
-    const auto atoms = offeredAtoms();
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_ATOM, 32,
+    const auto atoms = offeredAtoms(mayHaveText(request.reader));
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, property, XCB_ATOM_ATOM, 32,
                         static_cast<std::uint32_t>(atoms.size()), atoms.data());
+    report(request.reader, ClipboardRead::Kind::listOfForms, changeCount_);
     return true;
   }
   if (target == connection_.atom("TIMESTAMP")) {
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_INTEGER, 32, 1,
-                        &ownedSince_);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, property, XCB_ATOM_INTEGER, 32,
+                        1, &ownedSince_);
     return true;
   }
-  const auto value = values_.find(target);
-  return value != values_.end() && deliverValue(requestor, *value->second, property);
+  const auto found = values_.find(target);
+  if (found == values_.end()) return false;
+  if (X11SelectionTypes::isText(found->second->type) && !mayHaveText(request.reader)) {
+    report(request.reader, ClipboardRead::Kind::refused, changeCount_);
+    return false;
+  }
+  return deliverValue(request, *found->second, property);
 }
 
-bool X11Selection::deliverValue(xcb_window_t requestor, const ClipboardSnapshot::Value& value,
+bool X11Selection::deliverValue(const Request& request, const ClipboardSnapshot::Value& value,
                                 xcb_atom_t property) {
   const auto type = connection_.atom(value.encoding.empty() ? value.type : value.encoding);
-  const auto count = changeCount_;
+  const auto kind =
+      X11SelectionTypes::isText(value.type) ? ClipboardRead::Kind::text : ClipboardRead::Kind::otherForm;
   if (value.data.size() > X11IncrementalSender::pieceSize) {
-    sender_.begin(requestor, property, type, contents_, value, loop_.now(),
-                  [this, requestor, name = value.type, count] { reportRead(requestor, name, count); });
+    sender_.begin(
+        request.requestor, property, type, contents_, value, loop_.now(),
+        [this, reader = request.reader, kind, count = changeCount_] { report(reader, kind, count); });
     return true;
   }
   const auto unit = static_cast<std::uint8_t>(value.unitBits);
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, requestor, property, type, unit,
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, request.requestor, property, type, unit,
                       static_cast<std::uint32_t>(value.data.size() / (unit / 8U)), value.data.data());
-  reportRead(requestor, value.type, count);
+  report(request.reader, kind, changeCount_);
   return true;
 }
 
-bool X11Selection::deliverSeveral(xcb_window_t requestor, xcb_atom_t property) {
-  auto pairs = connection_.propertyWords(requestor, connection_.atomName(property));
+bool X11Selection::deliverSeveral(const Request& request, xcb_atom_t property) {
+  auto pairs = connection_.propertyWords(request.requestor, connection_.atomName(property));
   for (std::size_t index = 0; index + 1 < pairs.size(); index += 2) {
     const auto target = pairs[index];
     auto& answer = pairs[index + 1];
     const bool isNested = target == connection_.atom("MULTIPLE");
-    if (answer == XCB_NONE || isNested || !deliver(requestor, target, answer)) answer = XCB_NONE;
+    if (answer == XCB_NONE || isNested || !deliver(request, target, answer)) answer = XCB_NONE;
   }
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, requestor, property,
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, request.requestor, property,
                       connection_.atom("ATOM_PAIR"), 32, static_cast<std::uint32_t>(pairs.size()),
                       pairs.data());
   return true;
 }
 
-void X11Selection::reportRead(xcb_window_t requestor, const std::string& type, std::int64_t changeCount) {
-  ClipboardRead read;
-  read.changeCount = changeCount;
-  read.isText = X11SelectionTypes::isText(type);
-  read.reader = connection_.clientOf(requestor);
-  read.at = clock_.now();
-  observer_.read(read);
+void X11Selection::report(const DesktopClient& reader, ClipboardRead::Kind kind, std::int64_t changeCount) {
+  observer_.read({changeCount, kind, reader, clock_.now()});
 }
 
 bool X11Selection::handOver(Duration limit) {
-  if (!contents_) return false;
+  if (!contents_ || onlyReader_) return false;
   const auto manager = connection_.atom("CLIPBOARD_MANAGER");
   const auto owner = x11Reply(connection_.get(), xcb_get_selection_owner_reply,
                               xcb_get_selection_owner(connection_.get(), manager));
   if (!owner || owner->owner == XCB_NONE) return false;
 
   const auto wanted = connection_.atom("MURMEL_SAVED_TARGETS");
-  const auto atoms = offeredAtoms();
+  const auto atoms = offeredAtoms(true);
   xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, wanted, XCB_ATOM_ATOM, 32,
                       static_cast<std::uint32_t>(atoms.size()), atoms.data());
   handOverAnswer_.reset();
   xcb_convert_selection(connection_.get(), window_, manager, connection_.atom("SAVE_TARGETS"), wanted,
-                        serverTime());
+                        time_.now());
   loop_.pumpUntil([this] { return handOverAnswer_.has_value(); }, limit);
   return handOverAnswer_.value_or(false);
 }

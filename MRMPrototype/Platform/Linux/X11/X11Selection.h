@@ -3,6 +3,7 @@
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
 
 #include <cstdint>
 #include <functional>
@@ -17,7 +18,7 @@
 namespace murmel {
 
 /// One selection (CLIPBOARD or PRIMARY): who owns it, how often that has changed, and its contents while we
-/// own it, which it serves to everybody who asks. On the event loop's thread.
+/// own it, which it serves to those for whom they are meant. On the event loop's thread.
 class X11Selection {
  public:
   struct Observer {
@@ -28,24 +29,23 @@ class X11Selection {
   X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock, std::string name,
                Observer observer);
 
-  [[nodiscard]] xcb_atom_t atom() const { return atom_; }
-  [[nodiscard]] bool isOurs() const { return contents_ != nullptr; }
-  /// What we serve; null when the selection is not ours.
-  [[nodiscard]] const std::shared_ptr<const ClipboardSnapshot>& contents() const { return contents_; }
+  /// What stands on the selection, after everything that the server has told so far and a round trip to it.
+  struct Standing {
+    std::int64_t changeCount = 0;
+    SharedSnapshot ours;  ///< null when the selection is not ours
+    xcb_window_t owner = XCB_NONE;
+  };
+  Standing standing();
+  std::int64_t changeCount() { return standing().changeCount; }
 
-  /// The count after everything that the server has told so far, and after a round trip to it.
-  std::int64_t changeCount();
-  /// The count without asking.
-  [[nodiscard]] std::int64_t knownChangeCount() const { return changeCount_; }
-
-  /// Takes the selection, or clears it when there is no value. With `expected` only while the count is that.
-  std::optional<std::int64_t> replace(ClipboardSnapshot contents, std::optional<std::int64_t> expected);
+  /// Takes the selection, or clears it when there is no value. With `expected` only while the count is that;
+  /// with `onlyReader` the plain text is for that program alone.
+  std::optional<std::int64_t> replace(SharedSnapshot contents, std::optional<std::int64_t> expected,
+                                      std::optional<DesktopClient> onlyReader = std::nullopt);
+  bool serveEverybody(std::int64_t changeCount);
 
   /// Offers our contents to the desktop's clipboard manager. True when it has taken them.
   bool handOver(Duration limit);
-
-  /// The server's time now, for requests that must not be confused with older ones.
-  xcb_timestamp_t serverTime();
 
   void requested(const xcb_selection_request_event_t& event);
   void ownerChanged(const xcb_xfixes_selection_notify_event_t& event);
@@ -55,11 +55,17 @@ class X11Selection {
  private:
   [[nodiscard]] std::optional<xcb_window_t> ownerNow();
   [[nodiscard]] bool take(xcb_timestamp_t time, bool clearing);
-  bool deliver(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
-  bool deliverSeveral(xcb_window_t requestor, xcb_atom_t property);
-  bool deliverValue(xcb_window_t requestor, const ClipboardSnapshot::Value& value, xcb_atom_t property);
-  [[nodiscard]] std::vector<xcb_atom_t> offeredAtoms();
-  void reportRead(xcb_window_t requestor, const std::string& type, std::int64_t changeCount);
+  /// Who asks, and where the answer goes.
+  struct Request {
+    xcb_window_t requestor = XCB_NONE;
+    DesktopClient reader;
+  };
+  [[nodiscard]] bool mayHaveText(const DesktopClient& reader) const;
+  bool deliver(const Request& request, xcb_atom_t target, xcb_atom_t property);
+  bool deliverSeveral(const Request& request, xcb_atom_t property);
+  bool deliverValue(const Request& request, const ClipboardSnapshot::Value& value, xcb_atom_t property);
+  [[nodiscard]] std::vector<xcb_atom_t> offeredAtoms(bool withText);
+  void report(const DesktopClient& reader, ClipboardRead::Kind kind, std::int64_t changeCount);
 
   X11EventLoop& loop_;
   X11Connection& connection_;
@@ -69,13 +75,14 @@ class X11Selection {
   Observer observer_;
   xcb_atom_t atom_;
   xcb_window_t window_;
+  X11ServerTime time_;
 
   std::int64_t changeCount_ = 1;
-  std::shared_ptr<const ClipboardSnapshot> contents_;
+  SharedSnapshot contents_;
+  std::optional<DesktopClient> onlyReader_;  ///< of the text; nothing: everybody
   std::map<xcb_atom_t, const ClipboardSnapshot::Value*> values_;
   xcb_timestamp_t ownedSince_ = 0;
   std::optional<xcb_timestamp_t> clearedAt_;
-  std::optional<xcb_timestamp_t> observedTime_;
   std::optional<bool> handOverAnswer_;
 };
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <fstream>
-#include <ranges>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -160,39 +159,40 @@ bool X11Workspace::isTerminated(const RunningApplication& application) {
   if (process != 0 && application.startTime != 0) {
     const auto facts = factsOf(process);
     const bool isSame = facts && facts->startTime == application.startTime;
-    return !isSame || facts->state == 'Z' || facts->state == 'X';
+    if (!isSame || facts->state == 'Z' || facts->state == 'X') return true;
   }
-  // A process that cannot be seen from here: all that is known of it is its window.
-  const bool isGone = !exists(application.window);
+  // The number of a window may have been given to another program since.
+  const bool isGone = !exists(application.window) ||
+                      !isSameProgram(connection_->clientOf(application.window), application.client);
   handleEvents();
   return isGone;
 }
 
-xcb_window_t X11Workspace::windowToActivate(const RunningApplication& application) {
-  if (exists(application.window)) return application.window;
-  const auto windows = connection_->propertyWords(connection_->root(), "_NET_CLIENT_LIST_STACKING");
-  for (const auto window : std::views::reverse(windows)) {
-    if (isSameProgram(connection_->clientOf(window), application.client)) return window;
-  }
-  return XCB_NONE;
+void X11Workspace::askWindowManager(xcb_window_t window, const char* what, std::uint32_t first,
+                                    std::uint32_t second) {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = connection_->atom(what);
+  message.data.data32[0] = first;
+  message.data.data32[1] = second;
+  xcb_send_event(connection_->get(), 0, connection_->root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&message));
 }
 
 void X11Workspace::activate(const RunningApplication& application) {
-  const auto window = windowToActivate(application);
-  if (window != XCB_NONE) {
-    // "By a pager": on the user's behalf. Window managers hold back requests of applications themselves.
-    constexpr std::uint32_t sourceIsPager = 2;
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = connection_->atom("_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = sourceIsPager;
-    message.data.data32[1] = XCB_CURRENT_TIME;
-    xcb_send_event(connection_->get(), 0, connection_->root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
-  }
+  const auto window = application.window;
+  // Some window managers bring a window of another workspace to the one that is shown: so go there first.
+  constexpr std::uint32_t everyWorkspace = 0xFFFF'FFFF;
+  const auto itsWorkspace = connection_->propertyWords(window, "_NET_WM_DESKTOP");
+  const auto shown = connection_->propertyWords(connection_->root(), "_NET_CURRENT_DESKTOP");
+  if (!itsWorkspace.empty() && itsWorkspace.front() != everyWorkspace && itsWorkspace != shown)
+    askWindowManager(connection_->root(), "_NET_CURRENT_DESKTOP", itsWorkspace.front(), XCB_CURRENT_TIME);
+  // "By a pager": on the user's behalf. Window managers hold back requests of applications themselves.
+  constexpr std::uint32_t sourceIsPager = 2;
+  askWindowManager(window, "_NET_ACTIVE_WINDOW", sourceIsPager, XCB_CURRENT_TIME);
   xcb_flush(connection_->get());
   handleEvents();
 }

@@ -34,7 +34,7 @@ class X11Workspace final : public Workspace {
   [[nodiscard]] xcb_window_t activeWindow();
   [[nodiscard]] bool exists(xcb_window_t window);
   [[nodiscard]] RunningApplication describe(xcb_window_t window);
-  [[nodiscard]] xcb_window_t windowToActivate(const RunningApplication& application);
+  void askWindowManager(xcb_window_t window, const char* what, std::uint32_t first, std::uint32_t second);
 
   Executor& executor_;
   std::unique_ptr<X11Connection> connection_;

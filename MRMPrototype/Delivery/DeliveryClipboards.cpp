@@ -1,0 +1,69 @@
+#include "Delivery/DeliveryClipboards.h"
+
+#include "Delivery/PrivateTranscript.h"
+
+#include <utility>
+
+namespace murmel {
+
+DeliveryClipboards::DeliveryClipboards(Executor& executor, ClipboardPasteboard& general,
+                                       ClipboardPasteboard* primary, Options options, Logger logger)
+    : general_(general),
+      primary_(primary),
+      options_(std::move(options)),
+      logger_(std::move(logger)),
+      previousGeneral_(general, logger_),
+      replaced_(executor, general) {
+  if (primary != nullptr) previousPrimary_.emplace(*primary, logger_);
+}
+
+void DeliveryClipboards::begin() {
+  if (options_.capturesPrevious) previousGeneral_.begin();
+}
+
+void DeliveryClipboards::beginPrimary() {
+  if (previousPrimary_) previousPrimary_->begin();
+}
+
+void DeliveryClipboards::end() {
+  previousGeneral_.end();
+  if (previousPrimary_) previousPrimary_->end();
+}
+
+Task<std::vector<ClipboardTransaction>> DeliveryClipboards::open(SpokenText text, DesktopClient reader,
+                                                                 bool usesPrimary) {
+  std::vector<ClipboardTransaction> transactions;
+  auto openingGeneral =
+      ClipboardTransaction::open(general_, text, options_.ownershipType, reader, previousGeneral_);
+  auto general = co_await openingGeneral;
+  if (!general) co_return transactions;
+  transactions.push_back(*std::move(general));
+  replaced_.withdraw();
+  if (usesPrimary && primary_ != nullptr) {
+    auto openingPrimary =
+        ClipboardTransaction::open(*primary_, text, options_.ownershipType, reader, *previousPrimary_);
+    auto primary = co_await openingPrimary;
+    if (primary) transactions.push_back(*std::move(primary));
+  }
+  co_return transactions;
+}
+
+Task<void> DeliveryClipboards::copy(SpokenText text) {
+  const auto previous = previousGeneral_.take();
+  auto writing = general_.mrmReplace(privateTranscript(text, std::nullopt));
+  const auto written = co_await writing;
+  if (!written) {
+    logger_.event(LogLevel::error, "clipboard_unavailable");
+    co_return;
+  }
+  previousGeneral_.changed(*written);
+  auto waiting = PreviousContents::result(previous, *written - 1);
+  const auto before = co_await waiting;
+  if (before) {
+    replaced_.offer(before->contents, *written);
+  } else {
+    replaced_.withdraw();
+  }
+}
+
+}  // namespace murmel

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Delivery/ClipboardTransaction.h"
+#include "Delivery/PreviousClipboard.h"
+#include "Delivery/ReplacedClipboard.h"
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Log.h"
+#include "Foundation/SpokenText.h"
+#include "Platform/ClipboardPasteboard.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace murmel {
+
+/// The clipboards as delivery uses them: what stood on them is captured while the user speaks, a text stands
+/// on them for a paste, or stays for a paste by hand. Main thread; the pasteboards outlive it.
+class DeliveryClipboards {
+ public:
+  struct Options {
+    std::string ownershipType;
+    bool capturesPrevious = true;  ///< false: nothing is ever put back
+  };
+
+  /// `primary` may be null.
+  DeliveryClipboards(Executor& executor, ClipboardPasteboard& general, ClipboardPasteboard* primary,
+                     Options options, Logger logger);
+
+  /// Begins to capture what the user has copied and, where a paste will need it, what is selected.
+  void begin();
+  void beginPrimary();
+  /// Forgets what no paste has taken.
+  void end();
+
+  /// Puts the text on the clipboards for `reader` alone; the general pasteboard's transaction is the first.
+  /// Empty when that could not be taken.
+  Task<std::vector<ClipboardTransaction>> open(SpokenText text, DesktopClient reader, bool usesPrimary);
+  /// Leaves the text on the general pasteboard, for everybody.
+  Task<void> copy(SpokenText text);
+
+  /// What the text has replaced that was left there last.
+  ReplacedClipboard& replaced() { return replaced_; }
+  [[nodiscard]] const ReplacedClipboard& replaced() const { return replaced_; }
+
+ private:
+  ClipboardPasteboard& general_;
+  ClipboardPasteboard* primary_;
+  Options options_;
+  Logger logger_;
+  PreviousClipboard previousGeneral_;
+  std::optional<PreviousClipboard> previousPrimary_;
+  ReplacedClipboard replaced_;
+};
+
+}  // namespace murmel

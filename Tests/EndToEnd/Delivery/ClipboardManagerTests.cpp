@@ -1,0 +1,113 @@
+// Clipboard managers write everything that is copied to disk. None of the words may be among it.
+
+#include "DeliveryDesk.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <gtest/gtest.h>
+
+namespace murmel::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+bool isInstalled(const std::string& program) {
+  return std::system(("command -v " + program + " >/dev/null").c_str()) == 0;
+}
+
+/// Whether `words` stand in `bytes` as they are or as UTF-16, which Qt keeps. The words are ASCII.
+bool contains(const std::string& bytes, const std::string& words) {
+  std::string wide;
+  for (const char character : words) wide.append({character, '\0'});
+  return bytes.find(words) != std::string::npos || bytes.find(wide) != std::string::npos;
+}
+
+std::vector<std::string> filesWith(const std::string& words, const std::string& folder) {
+  std::vector<std::string> found;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(
+           folder, std::filesystem::directory_options::skip_permission_denied)) {
+    if (!entry.is_regular_file()) continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    if (contains({std::istreambuf_iterator<char>(file), {}}, words)) found.push_back(entry.path());
+  }
+  return found;
+}
+
+/// Whether `words` stand anywhere in the memory of a process that may be written to.
+bool isInMemory(const std::string& words, pid_t process) {
+  std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+  std::ifstream memory("/proc/" + std::to_string(process) + "/mem", std::ios::binary);
+  for (std::string line; std::getline(maps, line);) {
+    unsigned long begin = 0;
+    unsigned long end = 0;
+    char access[5] = {};
+    if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, access) != 3 || access[1] != 'w') continue;
+    std::string bytes(end - begin, '\0');
+    memory.clear();
+    memory.seekg(static_cast<std::streamoff>(begin));
+    memory.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (contains(bytes, words)) return true;
+  }
+  return false;
+}
+
+struct Manager {
+  std::string program;
+  std::vector<std::string> command;
+};
+
+}  // namespace
+
+TEST(DeliveryBesideClipboardManagers, NoneOfThemFindsAWordOfWhatIsPasted) {
+  const Manager managers[] = {
+      {"copyq", {"copyq"}},
+      {"xfce4-clipman", {"xfce4-clipman"}},
+      {"parcellite", {"parcellite", "-n"}},
+      {"diodon", {"diodon"}},
+  };
+  const std::string home = std::getenv("HOME");
+  const std::string copied = "what the user had copied before";
+  int tried = 0;
+  for (const auto& manager : managers) {
+    if (!isInstalled(manager.program)) continue;
+    SCOPED_TRACE(manager.program);
+    ++tried;
+    DeliveryDesk desk(std::nullopt);
+    const ApplicationProcess process(manager.command);
+    const auto target = desk.launch("Editor");
+    const auto copy = [&](const std::string& text) {
+      desk.usersClipboard = std::make_unique<ClipboardOwner>(
+          "CLIPBOARD", ClipboardSnapshot{{{{{"UTF8_STRING", text, "", 8}}}}});
+    };
+    // The manager works: it keeps what the user copies. Until then it may still be starting.
+    int attempt = 0;
+    ASSERT_TRUE(desk.waitUntil([&] {
+      copy(copied + " " + std::to_string(++attempt));
+      desk.loop.runFor(300ms);
+      return isInMemory(copied, process.identifier());
+    }));
+
+    const std::string words = "twelve secret sentences dictated";
+    for (int dictation = 0; dictation < 10; ++dictation) {
+      desk.begin();
+      EXPECT_EQ(desk.deliver(words + " " + std::to_string(dictation)), TextDeliveryResult::insertionSent);
+      desk.service->endDictationSession();
+      ASSERT_TRUE(desk.waitUntilSettled(static_cast<std::size_t>(dictation) + 1));
+      EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
+    }
+    // What the user copies afterwards is kept as ever: by then the manager has dealt with all before it.
+    copy("copied afterwards");
+    ASSERT_TRUE(desk.waitUntil([&] { return isInMemory("copied afterwards", process.identifier()); }));
+    EXPECT_EQ(target->told("pasted").size(), 10U);
+    EXPECT_FALSE(isInMemory(words, process.identifier()));
+    EXPECT_EQ(filesWith("twelve secret", home), std::vector<std::string>{});
+  }
+  if (tried == 0) GTEST_SKIP() << "no clipboard manager is installed";
+}
+
+}  // namespace murmel::test
