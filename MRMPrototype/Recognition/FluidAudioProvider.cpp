@@ -1,11 +1,14 @@
 #include "Recognition/FluidAudioProvider.h"
 
 #include "Foundation/Async/SerialQueue.h"
+#include "WorkerProcess/KeepAlive.h"
 #include "WorkerProcess/WorkerCancellation.h"
 
 #include <atomic>
 #include <system_error>
 #include <utility>
+
+#include <malloc.h>
 
 namespace murmel {
 
@@ -54,13 +57,22 @@ struct FluidAudioProvider::State {
       : providerID(identifier),
         executor(services.executor),
         client(std::move(configuration), providerID, services.launcher, services.clock, cancellation),
+        keepAlive(services.executor, std::move(services.idleLimit), [this] { letGo(); }),
         queue(services.executor, applicationIdentifier + ".fluidaudio") {}
 
   const std::string providerID;
   Executor& executor;
   WorkerCancellation cancellation;
   SpeechWorkerClient client;  ///< on the queue only
+  KeepAlive keepAlive;
   SerialQueue queue;
+
+ private:
+  void letGo() {
+    queue.enqueue([this] { client.unload(); });
+    // What the dictations before needed in this process goes with it.
+    ::malloc_trim(0);
+  }
 };
 
 FluidAudioProvider::FluidAudioProvider(Services services, const std::string& applicationIdentifier,
@@ -100,6 +112,7 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::create(
 }
 
 void FluidAudioProvider::startWarmup(WarmupCompletion completion) {
+  state_->keepAlive.use().reset();  // the time counts from now
   auto job = [state = state_.get(),
               pending = PendingCompletion(state_->executor, std::move(completion))]() mutable {
     pending.finish(state->client.load().has_value());
@@ -111,6 +124,18 @@ const std::string& FluidAudioProvider::providerID() const {
   return state_->providerID;
 }
 
+Task<Result<void>> FluidAudioProvider::prepare() {
+  return prepareOn(state_);
+}
+
+Task<Result<void>> FluidAudioProvider::prepareOn(std::shared_ptr<State> state) {
+  const auto use = state->keepAlive.use();
+  auto work = [worker = state.get()]() -> Result<void> { return worker->client.load(); };
+  auto asked = state->queue.run(std::move(work));
+  auto result = co_await asked;
+  co_return result;
+}
+
 Task<Result<TranscriptionResult>> FluidAudioProvider::transcribe(CapturedAudio audio,
                                                                  std::optional<std::string> language) {
   return transcribeOn(state_, std::move(audio), std::move(language));
@@ -120,6 +145,7 @@ Task<Result<TranscriptionResult>> FluidAudioProvider::transcribeOn(std::shared_p
                                                                    CapturedAudio audio,
                                                                    std::optional<std::string> language) {
   const Interest interest;
+  const auto use = state->keepAlive.use();
   // The job holds a plain pointer: it runs only while the queue, and so the state, is there, and a shared one
   // could make the queue's thread destroy, and join, itself.
   auto work = [worker = state.get(), wanted = interest.flag(), audio = std::move(audio),

@@ -17,8 +17,9 @@
 
 namespace murmel {
 
-/// The application's speech recogniser: a worker process that is kept between dictations, and a thread of its
-/// own on which everything that waits for it happens. Main thread.
+/// The application's speech recogniser: a worker process that is kept between dictations and let go when
+/// there has been none for a while, and a thread of its own on which everything that waits for it happens.
+/// Main thread.
 ///
 /// Destroying it ends the worker at once; requests that still wait are answered with "worker exited
 /// unexpectedly".
@@ -36,6 +37,8 @@ class FluidAudioProvider final : public TranscriptionProvider {
     Executor& executor;
     const Clock& clock;
     ProcessLauncher& launcher;
+    /// How long the worker is kept without a request; zero is for ever. Ten minutes where there is none.
+    std::function<Duration()> idleLimit = nullptr;
   };
 
   /// Where the application's own files are, and what it is called.
@@ -63,11 +66,13 @@ class FluidAudioProvider final : public TranscriptionProvider {
   void startWarmup(WarmupCompletion completion = nullptr);
 
   [[nodiscard]] const std::string& providerID() const override;
+  Task<Result<void>> prepare() override;
   Task<Result<TranscriptionResult>> transcribe(CapturedAudio audio,
                                                std::optional<std::string> language) override;
 
  private:
   struct State;
+  static Task<Result<void>> prepareOn(std::shared_ptr<State> state);
   static Task<Result<TranscriptionResult>> transcribeOn(std::shared_ptr<State> state, CapturedAudio audio,
                                                         std::optional<std::string> language);
 

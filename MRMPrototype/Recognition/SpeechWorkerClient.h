@@ -5,9 +5,8 @@
 #include "Platform/ProcessLauncher.h"
 #include "Product/MRMError.h"
 #include "Recognition/TranscriptionProvider.h"
-#include "Recognition/WorkerLimits.h"
-#include "WorkerProcess/WorkerCancellation.h"
-#include "WorkerProcess/WorkerChannel.h"
+#include "WorkerProcess/KeptWorker.h"
+#include "WorkerProcess/WorkerLimits.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -37,33 +36,22 @@ class SpeechWorkerClient {
   /// `launcher`, `clock` and `cancellation` must outlive the client.
   SpeechWorkerClient(SpeechWorkerConfiguration configuration, std::string providerID,
                      ProcessLauncher& launcher, const Clock& clock, const WorkerCancellation& cancellation);
-  ~SpeechWorkerClient();
-  SpeechWorkerClient(const SpeechWorkerClient&) = delete;
-  SpeechWorkerClient& operator=(const SpeechWorkerClient&) = delete;
-
   /// Makes sure that a worker runs and has its model loaded.
   Result<void> load();
   Result<TranscriptionResult> transcribe(const CapturedAudio& audio,
                                          const std::optional<std::string>& language);
+  /// Lets the worker go, and the memory that its model takes.
+  void unload() { worker_.reset(); }
 
  private:
-  struct Worker {
-    std::unique_ptr<ChildProcess> process;
-    WorkerChannel channel;
-  };
-
-  Result<void> start();
-  Result<WorkerMessage> exchange(const std::string& request, std::size_t audioBytes);
+  [[nodiscard]] Result<ProcessRequest> prepareLaunch() const;
+  Result<WorkerMessage> exchange(const std::string& request, double audioSeconds);
   [[nodiscard]] Result<TranscriptionResult> interpret(WorkerMessage message,
                                                       const std::optional<std::string>& language) const;
-  void reset();
 
   SpeechWorkerConfiguration configuration_;
   std::string providerID_;
-  ProcessLauncher& launcher_;
-  const Clock& clock_;
-  const WorkerCancellation& cancellation_;
-  std::optional<Worker> worker_;
+  KeptWorker worker_;
   std::int64_t requestID_ = 0;  ///< the last request; kept when the worker is restarted
 };
 

@@ -22,7 +22,10 @@ class TranscriptionProvider {
  public:
   virtual ~TranscriptionProvider() = default;
   [[nodiscard]] virtual const std::string& providerID() const = 0;
-  /// `language` is a two-letter code that forces the language, if any.
+  /// Makes it ready to answer in whatever state it was left; cheap when it is ready. Tells whether it is.
+  virtual Task<Result<void>> prepare() { co_return Result<void>(); }
+  /// `language` is a two-letter code that forces the language, if any. Tried once: who holds the audio knows
+  /// whether another try is worth it.
   virtual Task<Result<TranscriptionResult>> transcribe(CapturedAudio audio,
                                                        std::optional<std::string> language) = 0;
 };

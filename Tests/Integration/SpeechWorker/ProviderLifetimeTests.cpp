@@ -137,6 +137,23 @@ TEST_F(ProviderWithWorker, ReplacesAWorkerThatEndedBetweenTwoRequests) {
   EXPECT_EQ(starts(), 2);
 }
 
+TEST_F(ProviderWithWorker, LetsAWorkerGoThatNobodyUsesAndHasANewOneReadyWhenAsked) {
+  idleLimit = 10min;
+  script("ready\nserve");
+  for (const std::size_t life : {1, 2}) {
+    const Awaiting<Result<void>> ready(provider().prepare());
+    ASSERT_TRUE(executor.waitUntil([&] { return ready.done(); }));
+    executor.advance(9min);
+    EXPECT_EQ(ask().substr(0, 4), "id=" + std::to_string(life)) << "which begins the time anew";
+    executor.advance(9min);
+    EXPECT_TRUE(hasChildren());
+    EXPECT_EQ(starts(), life);
+    executor.advance(2min);
+    ASSERT_TRUE(executor.waitUntil([&] { return !hasChildren(); }));
+  }
+  EXPECT_EQ(executor.pendingTimers(), 0U);
+}
+
 TEST_F(ProviderWithWorker, ChecksModelAndSignatureBeforeTheStartAndTheIdentityAfterIt) {
   script("ready\nserve");
   bool modelIsGood = false;

@@ -39,7 +39,7 @@ class ProviderWithWorker : public ::testing::Test {
 
   FluidAudioProvider& provider() {
     if (!provider_) {
-      const FluidAudioProvider::Services services{executor, clock, launcher};
+      const FluidAudioProvider::Services services{executor, clock, launcher, [this] { return idleLimit; }};
       provider_ = std::make_unique<FluidAudioProvider>(services, "test", configuration);
     }
     return *provider_;
@@ -79,6 +79,7 @@ class ProviderWithWorker : public ::testing::Test {
   ManualExecutor executor;
   SystemClock clock;
   LinuxProcessLauncher launcher;
+  Duration idleLimit{};
   SpeechWorkerConfiguration configuration{
       .workerURL = MURMEL_SCRIPTED_WORKER,
       .modelURL = model.path(),

@@ -3,7 +3,6 @@
 #include "Foundation/Async/Clock.h"
 
 #include <chrono>
-#include <cstddef>
 
 namespace murmel {
 
@@ -20,8 +19,8 @@ struct WorkerLimits {
   /// For the last words of a worker that has stopped listening.
   Duration lastWords = std::chrono::seconds(1);
 
-  /// `byteCount` bytes of 16-bit samples at the recognition rate.
-  [[nodiscard]] Duration response(std::size_t byteCount) const;
+  /// To a request with so much audio.
+  [[nodiscard]] Duration response(Duration audio) const;
 };
 
 }  // namespace murmel
