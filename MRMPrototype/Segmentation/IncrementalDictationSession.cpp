@@ -37,7 +37,9 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
       log_(std::move(services.log)),
       convert_(std::move(services.convert)),
       cutter_(configuration_.targetSegmentSeconds),
-      requests_(services.executor, services.clock, configuration_.transcription, configuration_.languageCode),
+      requests_(services.executor, services.clock,
+                {configuration_.transcription, configuration_.nextTranscription},
+                configuration_.languageCode),
       nextProgressSeconds_(firstProgressSeconds) {
   requests_.onRequest = [this] {
     if (!stopped_) ++diagnostics_.segmentsBeforeStop;
@@ -46,6 +48,13 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
     slowRequest_ = slow;
     updateBacklog();
   };
+  // Loading the model, where it is not, hides behind the speech.
+  scope_.start(warm(configuration_.transcription));
+}
+
+Task<void> IncrementalDictationSession::warm(std::shared_ptr<TranscriptionProvider> recogniser) {
+  auto preparation = recogniser->prepare();
+  co_await preparation;  // a failure shows with the first segment
 }
 
 void IncrementalDictationSession::append(PendingCapturedAudio audio) {
@@ -63,8 +72,10 @@ void IncrementalDictationSession::enqueue(CutSegment cut) {
   }
   Segment segment;
   segment.place = segments_++;
-  segment.seconds = cut.seconds;
+  segment.span = {cutSeconds_, cutSeconds_ + cut.seconds};
+  cutSeconds_ = segment.span.end;
   segment.evidence = cut.evidence;
+  if (segment.evidence == SpeechEvidence::clear) heardSpeech_ = true;
   // Nobody has to listen to silence, or to keep it.
   if (segment.evidence == SpeechEvidence::none) return;
   segment.audio = convert_(std::move(cut.audio));
@@ -85,12 +96,14 @@ Task<void> IncrementalDictationSession::recogniseQueue() {
       Segment segment = std::move(queue_.front());
       queue_.pop_front();
       updateBacklog();
+      recognisingSeconds_ = segment.seconds();
       auto recognition = recogniseSegment(std::move(segment));
       co_await recognition;
+      recognisingSeconds_ = 0;
     }
     if (!stopped_) break;
     if (carried_) giveUpEmpty(*std::exchange(carried_, std::nullopt));
-    auto lastChance = retryFailed();
+    auto lastChance = retryAside();
     co_await lastChance;
     break;
   }
@@ -106,11 +119,13 @@ Task<void> IncrementalDictationSession::recogniseSegment(Segment segment) {
     const bool salvaged = co_await together;
     if (salvaged) co_return;
   }
-  auto recognition = requests_.recognise(segment.audio);
+  // A text can be completed later; a phrase cannot be inserted after the one that follows it.
+  const bool othersMayGoFirst = !configuration_.onPhrase;
+  auto recognition = requests_.recognise(segment.audio, othersMayGoFirst, segment.tries);
   RecognitionOutcome outcome = co_await recognition;
   switch (outcome.kind) {
     case RecognitionOutcome::Kind::text: {
-      auto delivery = deliver(segment.place, std::move(outcome));
+      auto delivery = deliver(segment.place, segment.span, std::move(outcome));
       co_await delivery;
       break;
     }
@@ -119,27 +134,29 @@ Task<void> IncrementalDictationSession::recogniseSegment(Segment segment) {
       co_await retry;
       break;
     }
+    case RecognitionOutcome::Kind::aside:
+      if (!firstError_) firstError_ = outcome.error;
+      segment.tries = outcome.tries;
+      segment.tries.wasAside = true;
+      aside_.push_back(std::move(segment));
+      break;
     case RecognitionOutcome::Kind::failed:
       if (!firstError_) firstError_ = outcome.error;
-      // A phrase cannot be inserted late; a text can be completed at its end.
-      if (configuration_.onPhrase) {
-        giveUpFailed(segment);
-      } else {
-        failed_.push_back(std::move(segment));
-      }
+      giveUpFailed(segment);
       break;
   }
 }
 
 Task<bool> IncrementalDictationSession::recogniseWithCarried(Segment segment) {
   Segment first = *std::exchange(carried_, std::nullopt);
-  if (first.seconds + segment.seconds <= longestRequestSeconds) {
+  if (first.seconds() + segment.seconds() <= longestRequestSeconds) {
     ++diagnostics_.carried;
     auto recognition = requests_.recognise(joined(first.audio, segment.audio));
     RecognitionOutcome outcome = co_await recognition;
     if (outcome.kind == RecognitionOutcome::Kind::text) {
       ++diagnostics_.successorSalvaged;
-      auto delivery = deliver(segment.place, std::move(outcome));
+      const SpokenSpan both{first.span.begin, segment.span.end};
+      auto delivery = deliver(segment.place, both, std::move(outcome));
       co_await delivery;
       co_return true;
     }
@@ -152,13 +169,13 @@ Task<void> IncrementalDictationSession::retryEmpty(Segment segment) {
   ++diagnostics_.empty;
   const bool clear = segment.evidence == SpeechEvidence::clear;
   log_.event(LogLevel::info, "empty_recognition",
-             {{"duration_seconds", segment.seconds}, {"clear_speech", clear}});
+             {{"duration_seconds", segment.seconds()}, {"clear_speech", clear}});
   if (clear) {
     auto retry = requests_.recognise(retryAudio(segment.audio));
     RecognitionOutcome outcome = co_await retry;
     if (outcome.kind == RecognitionOutcome::Kind::text) {
       ++diagnostics_.recovered;
-      auto delivery = deliver(segment.place, std::move(outcome));
+      auto delivery = deliver(segment.place, segment.span, std::move(outcome));
       co_await delivery;
       co_return;
     }
@@ -170,25 +187,16 @@ Task<void> IncrementalDictationSession::retryEmpty(Segment segment) {
   giveUpEmpty(segment);
 }
 
-Task<void> IncrementalDictationSession::retryFailed() {
-  requests_.hopeAgain();
-  for (auto& segment : failed_) {
-    auto recognition = requests_.recognise(segment.audio);
-    RecognitionOutcome outcome = co_await recognition;
-    if (outcome.kind == RecognitionOutcome::Kind::text) {
-      auto delivery = deliver(segment.place, std::move(outcome));
-      co_await delivery;
-    } else if (outcome.kind == RecognitionOutcome::Kind::empty) {
-      auto retry = retryEmpty(std::move(segment));
-      co_await retry;
-    } else {
-      giveUpFailed(segment);
-    }
+Task<void> IncrementalDictationSession::retryAside() {
+  auto segments = std::exchange(aside_, {});
+  for (auto& segment : segments) {
+    auto recognition = recogniseSegment(std::move(segment));
+    co_await recognition;
   }
-  failed_.clear();
 }
 
-Task<void> IncrementalDictationSession::deliver(std::size_t place, RecognitionOutcome outcome) {
+Task<void> IncrementalDictationSession::deliver(std::size_t place, SpokenSpan span,
+                                                RecognitionOutcome outcome) {
   if (!stopped_) ++diagnostics_.completedBeforeStop;
   log_.event(LogLevel::info, "recognition_complete");
   providerID_ = outcome.providerID;
@@ -204,8 +212,11 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, RecognitionOu
     if (!refined && !refinementFailure_) refinementFailure_ = refined.error();
     log_.event(LogLevel::info, "refinement_complete");
   }
-  const auto after = std::ranges::upper_bound(pieces_, place, {}, &std::pair<std::size_t, SpokenText>::first);
-  pieces_.insert(after, {place, text});
+  const RecognisedPiece piece{span, text};
+  const auto after =
+      std::ranges::upper_bound(pieces_, place, {}, &std::pair<std::size_t, RecognisedPiece>::first);
+  pieces_.insert(after, {place, piece});
+  if (configuration_.onRecognised) configuration_.onRecognised(piece);
   if (!configuration_.onPhrase) co_return;
   auto delivery = configuration_.onPhrase(text);
   co_await delivery;
@@ -216,13 +227,13 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, RecognitionOu
 /// the user is told that a part is missing.
 void IncrementalDictationSession::giveUpEmpty(const Segment& segment) {
   ++diagnostics_.unresolved;
-  diagnostics_.abandonedSeconds += segment.seconds;
-  if (segment.evidence == SpeechEvidence::clear) ++failedPieces_;
+  diagnostics_.abandonedSeconds += segment.seconds();
+  if (segment.evidence == SpeechEvidence::clear) missing_.push_back(segment.span);
 }
 
 void IncrementalDictationSession::giveUpFailed(const Segment& segment) {
-  diagnostics_.abandonedSeconds += segment.seconds;
-  ++failedPieces_;
+  diagnostics_.abandonedSeconds += segment.seconds();
+  missing_.push_back(segment.span);
 }
 
 bool IncrementalDictationSession::successorMayCome() const {
@@ -246,20 +257,42 @@ Task<Result<DictationSessionResult>> IncrementalDictationSession::finish() {
 Result<DictationSessionResult> IncrementalDictationSession::result() const {
   if (pieces_.empty()) {
     if (firstError_) return std::unexpected(*firstError_);
-    return std::unexpected(failedPieces_ > 0 ? MRMError::Case::unrecognizedSpeech : MRMError::Case::noSpeech);
+    return std::unexpected(!missing_.empty() ? MRMError::Case::unrecognizedSpeech : MRMError::Case::noSpeech);
   }
   DictationSessionResult result;
   std::string text;
   for (const auto& [place, piece] : pieces_) {
     if (!text.empty()) text += ' ';
-    text += piece.reveal();
+    text += piece.text.reveal();
     result.pieces.push_back(piece);
   }
   result.text = SpokenText(std::move(text));
-  result.failedPieces = failedPieces_;
+  result.failedPieces = static_cast<int>(missing_.size());
+  result.missing = missing_;
+  std::ranges::sort(result.missing, {}, &SpokenSpan::begin);
   result.providerID = providerID_;
   result.refinementFailure = refinementFailure_;
   return result;
+}
+
+double IncrementalDictationSession::waitingSeconds() const {
+  return recognisingSeconds_ + queuedSeconds();
+}
+
+double IncrementalDictationSession::queuedSeconds() const {
+  double waiting = 0;
+  for (const auto& segment : queue_) waiting += segment.seconds();
+  return waiting;
+}
+
+std::vector<RecognisedPiece> IncrementalDictationSession::recognisedSoFar() const {
+  std::vector<RecognisedPiece> soFar;
+  for (const auto& [place, piece] : pieces_) soFar.push_back(piece);
+  return soFar;
+}
+
+bool IncrementalDictationSession::heardSpeech() const {
+  return heardSpeech_ || cutter_.heardSpeech();
 }
 
 DictationDiagnostics IncrementalDictationSession::diagnostics() const {
@@ -309,9 +342,7 @@ void IncrementalDictationSession::updateDeadMicrophone() {
 /// Counts what waits behind the segment that is being recognised: that one is late only when it is slow.
 void IncrementalDictationSession::updateBacklog() {
   if (std::isinf(configuration_.targetSegmentSeconds)) return;
-  double waiting = 0;
-  for (const auto& segment : queue_) waiting += segment.seconds;
-  if (backlog_.update(waiting, slowRequest_) && configuration_.onBacklog)
+  if (backlog_.update(queuedSeconds(), slowRequest_) && configuration_.onBacklog)
     configuration_.onBacklog(backlog_.behind(), backlog_.revision());
 }
 

@@ -28,8 +28,8 @@ struct IncrementalSessionServices {
 /// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
 /// stop. With an infinite target it recognises nothing before the stop.
 ///
-/// A segment is kept until its words are there: a worker that dies gets the same audio again, and a segment
-/// with clear speech of which the recogniser made nothing is tried louder, then together with the segment
+/// A segment is kept until its words are there, whatever happens to the recogniser meanwhile; a segment with
+/// clear speech of which the recogniser made nothing is tried louder, then together with the segment
 /// that follows. Only then is it given up, and counted. Silence is not sent to the recogniser at all. Beside
 /// the open segment, only audio that is not yet recognised is in memory.
 class IncrementalDictationSession final : public DictationSession {
@@ -39,28 +39,35 @@ class IncrementalDictationSession final : public DictationSession {
 
   void append(PendingCapturedAudio audio) override;
   Task<Result<DictationSessionResult>> finish() override;
+  [[nodiscard]] double waitingSeconds() const override;
+  [[nodiscard]] std::vector<RecognisedPiece> recognisedSoFar() const override;
+  [[nodiscard]] bool heardSpeech() const override;
   [[nodiscard]] DictationDiagnostics diagnostics() const override;
 
  private:
   struct Segment {
     std::size_t place = 0;  ///< its number in the recording
     CapturedAudio audio;
-    double seconds = 0;
+    SpokenSpan span;
+    RetryPolicy::Tries tries;
     SpeechEvidence evidence = SpeechEvidence::none;
+    [[nodiscard]] double seconds() const { return span.end - span.begin; }
   };
 
   void enqueue(CutSegment cut);
   void startRecognising();
+  static Task<void> warm(std::shared_ptr<TranscriptionProvider> recogniser);
   Task<void> recogniseQueue();
   Task<void> recogniseSegment(Segment segment);
   /// Whether the words of the carried segment and this one came out together.
   Task<bool> recogniseWithCarried(Segment segment);
   Task<void> retryEmpty(Segment segment);
-  Task<void> retryFailed();
-  Task<void> deliver(std::size_t place, RecognitionOutcome outcome);
+  Task<void> retryAside();
+  Task<void> deliver(std::size_t place, SpokenSpan span, RecognitionOutcome outcome);
   void giveUpEmpty(const Segment& segment);
   void giveUpFailed(const Segment& segment);
   [[nodiscard]] bool successorMayCome() const;
+  [[nodiscard]] double queuedSeconds() const;
 
   void reportProgress();
   void reportLevels();
@@ -75,10 +82,12 @@ class IncrementalDictationSession final : public DictationSession {
 
   SegmentCutter cutter_;
   std::size_t segments_ = 0;
+  double cutSeconds_ = 0;  ///< the end of the last segment
+  bool heardSpeech_ = false;
   std::deque<Segment> queue_;
   std::optional<MRMError> refinementFailure_;
   std::optional<Segment> carried_;  ///< empty, waiting for the one that follows
-  std::vector<Segment> failed_;     ///< waiting for the stop
+  std::vector<Segment> aside_;      ///< waiting for the stop
 
   RecognitionRequests requests_;
   bool recognising_ = false;
@@ -86,9 +95,10 @@ class IncrementalDictationSession final : public DictationSession {
   bool slowRequest_ = false;
   std::optional<OneShotSender<bool>> finished_;
 
-  std::vector<std::pair<std::size_t, SpokenText>> pieces_;  ///< with their places
+  std::vector<std::pair<std::size_t, RecognisedPiece>> pieces_;  ///< with their places
   std::string providerID_;
-  int failedPieces_ = 0;
+  std::vector<SpokenSpan> missing_;
+  double recognisingSeconds_ = 0;  ///< of the segment that the recogniser has
   std::optional<MRMError> firstError_;
 
   DictationDiagnostics diagnostics_;

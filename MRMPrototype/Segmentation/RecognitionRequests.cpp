@@ -4,39 +4,20 @@
 #include "Foundation/Text/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace murmel {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// The pauses before the second and the further tries of the same audio. One worker that died is no reason to
-/// wait; one that cannot start may need a moment.
-constexpr std::array<Duration, 4> pauses{0s, 500ms, 1s, 2s};
-/// How often audio is tried while the workers fail on everything.
-constexpr int attemptsInDoubt = 2;
-/// No further try after this much waiting for the same audio: a worker that hangs will hang again.
-constexpr Duration patience = 60s;
-/// So many failures in a row, with the user waiting, and the rest is not tried any more.
-constexpr int hopelessAfter = 2;
-
 /// A request is slow when it takes longer than its audio lasts, but short ones are given some time.
 constexpr double shortestSlowSeconds = 5;
 
-/// Only a worker that failed can be better the next time.
-bool worthAnotherTry(const MRMError& error) {
-  return error.which() == MRMError::Case::workerFailed;
-}
-
-RecognitionOutcome outcomeOf(Result<TranscriptionResult> answer) {
+/// Nothing when no recogniser has heard the audio to its end.
+std::optional<RecognitionOutcome> heard(const Result<TranscriptionResult>& answer) {
   RecognitionOutcome outcome;
   if (!answer) {
-    const bool heard = answer.error().which() == MRMError::Case::noSpeech;
-    outcome.kind = heard ? RecognitionOutcome::Kind::empty : RecognitionOutcome::Kind::failed;
-    if (!heard) outcome.error = answer.error();
+    if (answer.error().which() != MRMError::Case::noSpeech) return std::nullopt;
     return outcome;
   }
   const auto trimmed = text::trimmed(answer->text.reveal());
@@ -48,21 +29,12 @@ RecognitionOutcome outcomeOf(Result<TranscriptionResult> answer) {
 
 }  // namespace
 
-RecognitionRequests::RecognitionRequests(Executor& executor, const Clock& clock,
-                                         std::shared_ptr<TranscriptionProvider> provider,
+RecognitionRequests::RecognitionRequests(Executor& executor, const Clock& clock, RecognitionEngines engines,
                                          std::optional<std::string> language)
-    : executor_(executor), clock_(clock), provider_(std::move(provider)), language_(std::move(language)) {}
+    : executor_(executor), clock_(clock), engines_(std::move(engines)), language_(std::move(language)) {}
 
-int RecognitionRequests::attempts() const {
-  if (failuresInARow_ == 0) return static_cast<int>(pauses.size()) + 1;
-  return hurried_ && failuresInARow_ >= hopelessAfter ? 0 : attemptsInDoubt;
-}
-
-void RecognitionRequests::hopeAgain() {
-  failuresInARow_ = std::min(failuresInARow_, hopelessAfter - 1);
-}
-
-Task<RecognitionOutcome> RecognitionRequests::recogniseOnce(CapturedAudio audio) {
+Task<Result<TranscriptionResult>> RecognitionRequests::ask(std::shared_ptr<TranscriptionProvider> engine,
+                                                           CapturedAudio audio) {
   if (onRequest) onRequest();
   const auto slowAfter = secondsToDuration(std::max(shortestSlowSeconds, audio.duration()));
   bool slow = false;
@@ -70,33 +42,70 @@ Task<RecognitionOutcome> RecognitionRequests::recogniseOnce(CapturedAudio audio)
     slow = true;
     if (onSlow) onSlow(true);
   });
-  auto request = provider_->transcribe(std::move(audio), language_);
+  auto request = engine->transcribe(std::move(audio), language_);
   Result<TranscriptionResult> answer = co_await request;
   if (slow && onSlow) onSlow(false);
-  RecognitionOutcome outcome = outcomeOf(std::move(answer));
-  if (outcome.kind != RecognitionOutcome::Kind::failed) failuresInARow_ = 0;
-  co_return outcome;
+  co_return answer;
 }
 
-Task<RecognitionOutcome> RecognitionRequests::recognise(CapturedAudio audio) {
-  const auto begin = clock_.now();
-  RecognitionOutcome outcome;
-  outcome.kind = RecognitionOutcome::Kind::failed;
-  outcome.error = lastError_;
-  const int most = attempts();
-  for (int attempt = 0; attempt < most; ++attempt) {
-    if (attempt > 0) {
-      auto pause = sleepFor(executor_, pauses[static_cast<std::size_t>(attempt - 1)]);
-      co_await pause;
-    }
-    auto request = recogniseOnce(audio);
-    outcome = co_await request;
-    if (outcome.kind != RecognitionOutcome::Kind::failed) co_return outcome;
-    if (!worthAnotherTry(*outcome.error) || clock_.now() - begin >= patience) break;
+Task<RecognitionRequests::Attempt> RecognitionRequests::attempt(std::shared_ptr<TranscriptionProvider> engine,
+                                                                CapturedAudio audio, bool othersMayGoFirst,
+                                                                RetryPolicy::Tries* tries) {
+  Attempt attempt;
+  // Apart from the request, so that an engine that does not come up is told from audio that kills it.
+  auto preparation = engine->prepare();
+  const Result<void> ready = co_await preparation;
+  if (!ready) {
+    attempt.error = ready.error();
+    attempt.step = policy_.engineFailed(*tries, *attempt.error, clock_.now());
+    co_return attempt;
   }
-  ++failuresInARow_;
-  lastError_ = outcome.error;
-  co_return outcome;
+  const auto begin = clock_.now();
+  auto request = ask(std::move(engine), std::move(audio));
+  const Result<TranscriptionResult> answer = co_await request;
+  attempt.heard = heard(answer);
+  if (attempt.heard) {
+    if (!tries->onNextEngine) policy_.answered();
+    co_return attempt;
+  }
+  attempt.error = answer.error();
+  const auto now = clock_.now();
+  attempt.step = attempt.error->which() == MRMError::Case::workerFailed
+                     ? policy_.audioFailed(*tries, now - begin, othersMayGoFirst, now)
+                     : policy_.engineFailed(*tries, *attempt.error, now);
+  co_return attempt;
+}
+
+Task<RecognitionOutcome> RecognitionRequests::recognise(CapturedAudio audio, bool othersMayGoFirst,
+                                                        RetryPolicy::Tries tries) {
+  using Kind = RetryPolicy::Step::Kind;
+  auto engine = engines_.first;
+  while (true) {
+    RetryPolicy::Step step = RetryPolicy::lastResort(tries);
+    if (tries.onNextEngine || !policy_.isHopeless(clock_.now())) {
+      auto trying = attempt(engine, audio, othersMayGoFirst, &tries);
+      Attempt tried = co_await trying;
+      if (tried.heard) co_return *std::move(tried.heard);
+      lastError_ = tried.error;
+      step = tried.step;
+    }
+    if (step.kind == Kind::again) {
+      auto pause = sleepFor(executor_, step.pause);
+      co_await pause;
+      continue;
+    }
+    if (step.kind == Kind::nextEngine && engines_.next) engine = engines_.next();
+    if (step.kind == Kind::nextEngine && engines_.next && engine) {
+      tries.onNextEngine = true;
+      continue;
+    }
+    RecognitionOutcome outcome;
+    outcome.kind =
+        step.kind == Kind::setAside ? RecognitionOutcome::Kind::aside : RecognitionOutcome::Kind::failed;
+    outcome.error = lastError_;
+    outcome.tries = tries;
+    co_return outcome;
+  }
 }
 
 }  // namespace murmel

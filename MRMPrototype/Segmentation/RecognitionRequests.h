@@ -3,6 +3,7 @@
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Recognition/TranscriptionProvider.h"
+#include "Segmentation/RetryPolicy.h"
 
 #include <functional>
 #include <memory>
@@ -16,43 +17,56 @@ struct RecognitionOutcome {
   enum class Kind {
     text,
     empty,   ///< the recogniser heard it and made nothing of it
+    aside,   ///< it seems to kill the recogniser: to be tried again when nothing else is left
     failed,  ///< no recogniser has heard it to its end
   };
   Kind kind = Kind::empty;
   SpokenText text;
   std::string providerID;
   std::optional<MRMError> error;
+  RetryPolicy::Tries tries;
 };
 
-/// Gets audio recognised in spite of workers that die: the same audio goes to the next worker until one
-/// answers or there is no hope. One piece of audio at a time; main thread.
+/// The recogniser of a dictation, and the one that stands in for it.
+struct RecognitionEngines {
+  std::shared_ptr<TranscriptionProvider> first;
+  /// Asked for when audio is about to be given up; may be absent, or have none.
+  std::function<std::shared_ptr<TranscriptionProvider>()> next;
+};
+
+/// Gets audio recognised in spite of workers that die, as the retry policy says. One piece of audio at a
+/// time; main thread.
 class RecognitionRequests {
  public:
-  RecognitionRequests(Executor& executor, const Clock& clock, std::shared_ptr<TranscriptionProvider> provider,
+  RecognitionRequests(Executor& executor, const Clock& clock, RecognitionEngines engines,
                       std::optional<std::string> language);
 
   /// Called at the start of each request, and when one begins or ceases to be slower than speech.
   std::function<void()> onRequest;
   std::function<void(bool slow)> onSlow;
 
-  /// Somebody waits for the words now: a recogniser that keeps failing is given up soon.
-  void hurry() { hurried_ = true; }
+  /// Somebody waits for the words now.
+  void hurry() { policy_.hurry(clock_.now()); }
 
-  /// Whatever has failed before, the workers get one more chance.
-  void hopeAgain();
-
-  Task<RecognitionOutcome> recognise(CapturedAudio audio);
+  /// `tries` is what has been tried with this audio before.
+  Task<RecognitionOutcome> recognise(CapturedAudio audio, bool othersMayGoFirst = false,
+                                     RetryPolicy::Tries tries = {});
 
  private:
-  Task<RecognitionOutcome> recogniseOnce(CapturedAudio audio);
-  [[nodiscard]] int attempts() const;
+  struct Attempt {
+    std::optional<RecognitionOutcome> heard;
+    std::optional<MRMError> error;
+    RetryPolicy::Step step;
+  };
+  Task<Attempt> attempt(std::shared_ptr<TranscriptionProvider> engine, CapturedAudio audio,
+                        bool othersMayGoFirst, RetryPolicy::Tries* tries);
+  Task<Result<TranscriptionResult>> ask(std::shared_ptr<TranscriptionProvider> engine, CapturedAudio audio);
 
   Executor& executor_;
   const Clock& clock_;
-  std::shared_ptr<TranscriptionProvider> provider_;
+  RecognitionEngines engines_;
   std::optional<std::string> language_;
-  bool hurried_ = false;
-  int failuresInARow_ = 0;  ///< pieces of audio that no worker survived
+  RetryPolicy policy_;
   std::optional<MRMError> lastError_;
 };
 

@@ -46,6 +46,10 @@ class SegmentCutter {
   [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }
   /// Seconds of nothing but digital zeros up to now.
   [[nodiscard]] double zeroSeconds() const { return zeroFrames_ * FrameLevelMeter::frameSeconds; }
+  /// Whether something as long as a word stands out of the noise in the open segment.
+  [[nodiscard]] bool heardSpeech() const {
+    return !openFrames_.empty() && speechEvidence(openFrames_) == SpeechEvidence::clear;
+  }
   /// Whether any sample was not zero.
   [[nodiscard]] bool heardSignal() const { return heardSignal_; }
 

@@ -31,6 +31,14 @@ class ScriptedTranscriptionProvider final : public TranscriptionProvider {
 
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
 
+  /// Whether the engine does not come up.
+  std::function<bool()> down;
+
+  Task<Result<void>> prepare() override {
+    if (down && down()) co_return std::unexpected(MRMError::workerFailed("worker did not become ready"));
+    co_return Result<void>();
+  }
+
   Task<Result<TranscriptionResult>> transcribe(CapturedAudio audio,
                                                std::optional<std::string> language) override {
     EXPECT_FALSE(busy_) << "two requests at a time";

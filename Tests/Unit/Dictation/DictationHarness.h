@@ -41,7 +41,7 @@ class DictationHarness {
   /// Every session from now on ends with this text.
   void recognise(std::string text, int failedPieces = 0) {
     DictationSessionResult result;
-    result.pieces.emplace_back(text);
+    result.pieces.push_back({{}, SpokenText(text)});
     result.text = SpokenText(std::move(text));
     result.failedPieces = failedPieces;
     result.providerID = "fake-recogniser";

@@ -33,25 +33,33 @@ class Requests : public ::testing::Test {
   ScriptedTranscriptionProvider::Script script;
   std::shared_ptr<ScriptedTranscriptionProvider> provider = std::make_shared<ScriptedTranscriptionProvider>(
       executor, [this](const auto& request, std::size_t index) { return script(request, index); });
-  RecognitionRequests requests{executor, executor, provider, "ru"};
+  std::shared_ptr<TranscriptionProvider> next;
+  RecognitionRequests requests{executor, executor, {provider, [this] { return next; }}, "ru"};
 };
 
-TEST_F(Requests, TheSameAudioGoesToWorkerAfterWorker) {
-  for (std::size_t deaths = 0; deaths <= 5; ++deaths) {
-    provider->requests.clear();
-    script = [deaths](const auto&, std::size_t index) {
-      using Answer = ScriptedTranscriptionProvider::Answer;
-      return index < deaths ? Answer{std::unexpected(dead), 1s} : Answer{" words \n", 1s};
-    };
-    const auto outcome = ask(2);
-    EXPECT_EQ(outcome.kind, deaths < 5 ? Kind::text : Kind::failed) << deaths;
-    EXPECT_EQ(outcome.text.reveal(), deaths < 5 ? "words" : "");
-    EXPECT_EQ(provider->requests.size(), std::min<std::size_t>(deaths + 1, 5));
-    for (const auto& request : provider->requests) {
-      EXPECT_EQ(request.audio.duration(), 2);
-      EXPECT_EQ(request.language, "ru");
-    }
-  }
+TEST_F(Requests, TheAudioOutlivesAnEngineThatIsDownAndGoesToTheNextOneAtLast) {
+  using Answer = ScriptedTranscriptionProvider::Answer;
+  provider->down = [this] { return executor.now() < Instant{} + 30s; };
+  script = [](const auto&, std::size_t) { return Answer{" words \n", 1s}; };
+  EXPECT_EQ(ask(2).text.reveal(), "words");
+  EXPECT_EQ(provider->requests.size(), 1U) << "an engine that is not up is not given audio";
+  EXPECT_EQ(provider->requests.front().language, "ru");
+
+  script = [](const auto&, std::size_t) { return Answer{std::unexpected(dead), 1s}; };
+  auto outcome = ask(2);
+  EXPECT_EQ(outcome.kind, Kind::failed);
+  EXPECT_EQ(outcome.error, dead);
+  EXPECT_EQ(provider->requests.size(), 6U);
+
+  next = std::make_shared<ScriptedTranscriptionProvider>(
+      executor, [](const auto&, std::size_t) { return Answer{"other words"}; });
+  requests.hurry();
+  EXPECT_EQ(ask(2).text.reveal(), "other words") << "after a minute";
+  const auto begin = executor.now();
+  next = nullptr;
+  Awaiting<RecognitionOutcome> asking(requests.recognise(seconds(1)));
+  EXPECT_TRUE(asking.done()) << "nobody waits another minute";
+  EXPECT_EQ(executor.now(), begin);
 }
 
 TEST_F(Requests, OnlyADeadWorkerIsWorthAnotherTry) {
@@ -72,42 +80,6 @@ TEST_F(Requests, OnlyADeadWorkerIsWorthAnotherTry) {
       EXPECT_EQ(outcome.error, answer.error());
     }
   }
-}
-
-TEST_F(Requests, WorkersThatFailOnEverythingGetFewerTriesUntilOneAnswers) {
-  bool broken = true;
-  script = [&broken](const auto&, std::size_t) {
-    using Answer = ScriptedTranscriptionProvider::Answer;
-    return broken ? Answer{std::unexpected(dead)} : Answer{"words"};
-  };
-  auto tries = [&] {
-    const auto before = provider->requests.size();
-    const auto outcome = ask();
-    EXPECT_EQ(outcome.kind == Kind::failed, broken);
-    EXPECT_EQ(outcome.error, broken ? std::optional(dead) : std::nullopt);
-    return provider->requests.size() - before;
-  };
-  EXPECT_EQ(tries(), 5U);
-  EXPECT_EQ(tries(), 2U);
-  EXPECT_EQ(tries(), 2U);
-  requests.hurry();
-  EXPECT_EQ(tries(), 0U) << "hopeless, and somebody waits";
-  requests.hopeAgain();
-  EXPECT_EQ(tries(), 2U);
-  EXPECT_EQ(tries(), 0U) << "in vain";
-  requests.hopeAgain();
-  broken = false;
-  EXPECT_EQ(tries(), 1U);
-  broken = true;
-  EXPECT_EQ(tries(), 5U) << "a new failure";
-}
-
-TEST_F(Requests, AWorkerThatHangsIsNotWaitedForAgainAndAgain) {
-  script = [](const auto&, std::size_t) {
-    return ScriptedTranscriptionProvider::Answer{std::unexpected(MRMError::workerFailed("timed out")), 45s};
-  };
-  EXPECT_EQ(ask().kind, Kind::failed);
-  EXPECT_EQ(provider->requests.size(), 2U);
 }
 
 TEST_F(Requests, ARequestIsSlowWhenSpeechIsFaster) {
