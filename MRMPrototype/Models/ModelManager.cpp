@@ -9,7 +9,7 @@ namespace murmel {
 
 std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor, const std::filesystem::path& root,
                                                      const std::filesystem::path& resources) {
-  return std::make_unique<ModelManager>(executor, speechModels(root, canRunParakeet(resources)),
+  return std::make_unique<ModelManager>(executor, speechModels(root, resources),
                                         root / verificationMemoryName);
 }
 

@@ -20,9 +20,8 @@ namespace murmel {
 /// installed, and verifies every file by its SHA-256, once and again after a change.
 class ModelManager final : public SpeechModelStore {
  public:
-  /// The models of the store at `root`, and the packaged one as the fallback; those that cannot
-  /// run here (see canRunParakeet) do not count. What was verified is remembered
-  /// in the store.
+  /// The models of the store at `root` and the packaged ones, as far as they can run here (see speechModels).
+  /// What was verified is remembered in the store.
   static std::unique_ptr<ModelManager> forStore(Executor& executor, const std::filesystem::path& root,
                                                 const std::filesystem::path& resources);
 

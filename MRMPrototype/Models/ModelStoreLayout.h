@@ -13,7 +13,10 @@ inline constexpr std::string_view partialDownloadsFolder = ".downloads";
 /// Below the resources folder: the language-model server, in a folder that carries its build number.
 inline constexpr std::string_view llamaServerPath = "Runtime/llama-b10448/llama-server";
 
-/// Below the resources folder: the speech worker's engine for Parakeet models.
-inline constexpr std::string_view parakeetEnginePath = "Workers/mrm-parakeet-engine.so";
+/// Below the resources folder: the executables that the application starts.
+inline constexpr std::string_view workersFolder = "Workers";
+/// Below the resources folder: the speech model that comes with the application, in a folder of its engine's
+/// name.
+inline constexpr std::string_view packagedModelsFolder = "Models";
 
 }  // namespace murmel

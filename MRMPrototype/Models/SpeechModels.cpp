@@ -7,25 +7,40 @@
 
 namespace murmel {
 
-bool canRunParakeet(const std::filesystem::path& resources) {
-#if defined(__x86_64__)
-  // What the engine is built for.
-  __builtin_cpu_init();
-  if (__builtin_cpu_supports("x86-64-v3") == 0) return false;
-#endif
-  std::error_code error;
-  return std::filesystem::is_regular_file(resources / parakeetEnginePath, error);
-}
+namespace {
 
-std::vector<SpeechModel> speechModels(const std::filesystem::path& root, bool withParakeet) {
+/// What the downloader puts into the store at `root` for the engine.
+std::vector<SpeechModel> downloads(const SpeechEngineRow& engine, const std::filesystem::path& root) {
   std::vector<SpeechModel> models;
   for (const auto& entry : MRMDownloadManifest::parakeetGGML) {
-    if (!withParakeet) break;
+    if (!entry.relativePath->starts_with(engine.modelFile)) continue;
     const auto folder = root / entry.folder;
     auto model = std::ranges::find(models, folder, &SpeechModel::folder);
-    if (model == models.end()) model = models.insert(model, {folder, {}});
+    if (model == models.end()) model = models.insert(model, {folder, {}, &engine});
     model->files.push_back(
         {*entry.relativePath, static_cast<std::uint64_t>(entry.byteCount.value()), entry.sha256});
+  }
+  return models;
+}
+
+}  // namespace
+
+bool canRun(const SpeechEngineRow& engine, const std::filesystem::path& resources) {
+  return engine.loader.empty() ||
+         engineModuleLevel(resources / workersFolder) >= std::max(1, engine.processorLevel);
+}
+
+std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
+                                      const std::filesystem::path& resources) {
+  std::vector<SpeechModel> models;
+  for (const auto& engine : speechEngines) {
+    if (!canRun(engine, resources)) continue;
+    if (&engine == &speechEngine("whisper-base")) {
+      const auto files = packagedWhisperFiles();
+      models.push_back(
+          {resources / packagedModelsFolder / engine.identifier, {files.begin(), files.end()}, &engine});
+    }
+    std::ranges::move(downloads(engine, root), std::back_inserter(models));
   }
   models.push_back(packagedSpeechModel());
   return models;
@@ -33,7 +48,7 @@ std::vector<SpeechModel> speechModels(const std::filesystem::path& root, bool wi
 
 SpeechModel packagedSpeechModel() {
   const auto files = packagedSpeechModelFiles();
-  return {packagedSpeechModelFolder, {files.begin(), files.end()}};
+  return {packagedSpeechModelFolder, {files.begin(), files.end()}, &speechEngine("pocketsphinx")};
 }
 
 }  // namespace murmel

@@ -1,28 +1,30 @@
 #pragma once
 
+#include "Models/SpeechEngines.h"
 #include "Models/SpeechModelFiles.h"
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
 namespace murmel {
 
-/// One speech model that the engine of this platform can run, and where it belongs.
+/// One speech model and where it belongs.
 struct SpeechModel {
   std::filesystem::path folder;
   std::vector<SpeechModelFile> files;
+  const SpeechEngineRow* engine = &speechEngines.back();
 };
 
-/// Whether this build has the Parakeet engine (beside the worker in the resources folder) and this processor
-/// can run it. Where it is false, a downloaded Parakeet model is of no use.
-bool canRunParakeet(const std::filesystem::path& resources);
+/// Whether the engine is in this build (the workers lie in the folder of that name in the resources) and this
+/// processor can run it. Where it is not, its models are of no use.
+bool canRun(const SpeechEngineRow& engine, const std::filesystem::path& resources);
 
-/// The models that can be downloaded into the store at `root`, the recommended one first (none of them when
-/// `withParakeet` is false), then the model that comes as a package and serves until one of them is there.
-std::vector<SpeechModel> speechModels(const std::filesystem::path& root, bool withParakeet);
+/// The models that this machine can run, the best engine's first: what can be downloaded into the store at
+/// `root`, the recommended one first, and what comes with the application or the distribution.
+std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
+                                      const std::filesystem::path& resources);
 
-/// The packaged model alone.
+/// The distribution's model alone.
 SpeechModel packagedSpeechModel();
 
 }  // namespace murmel

@@ -52,7 +52,7 @@ ModelServices::ModelServices(const ProcessServices& process, const Installation&
                                     installation.folders.resources)),
       smart(process.executor, modelStore(installation.folders), installation.folders.resources),
       priority(std::make_unique<NoDownloads>()),
-      canRunParakeet_(canRunParakeet(installation.folders.resources)) {
+      canRunDownload_(canRun(speechEngine("parakeet"), installation.folders.resources)) {
   speech->validate();
   smart.validate();
   auto configuration = downloaderConfiguration(installation);
@@ -84,7 +84,7 @@ std::optional<std::filesystem::path> ModelServices::russianModelDirectory() cons
 }
 
 bool ModelServices::downloadSpeechModel() {
-  if (!downloads || !canRunParakeet_) return false;
+  if (!downloads || !canRunDownload_) return false;
   downloads->download(recommendedSpeechModel().identifiers, MRMModelDownloadImportance::required);
   return true;
 }

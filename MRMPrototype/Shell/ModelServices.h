@@ -41,7 +41,7 @@ class ModelServices final : public SmartModelFiles {
   std::unique_ptr<ModelDownloadPriorityCoordinator> priority;
 
  private:
-  bool canRunParakeet_;
+  bool canRunDownload_;  ///< the recommended speech model
   Registration installed_;
 };
 

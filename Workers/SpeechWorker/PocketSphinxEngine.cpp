@@ -13,9 +13,6 @@ namespace {
 constexpr const char* languageWeight = "5.5";
 constexpr const char* wordInsertionPenalty = "0.2";
 
-/// Below a tenth of a second there is no word, and the front end wants a few frames.
-constexpr std::size_t fewestSamples = 1'600;
-
 }  // namespace
 
 void PocketSphinxEngine::Deleter::operator()(ps_decoder_s* decoder) const {
@@ -39,21 +36,12 @@ std::expected<std::unique_ptr<PocketSphinxEngine>, std::string> PocketSphinxEngi
 }
 
 std::expected<std::string, std::string> PocketSphinxEngine::recognise(std::span<const std::int16_t> samples,
-                                                                      const std::optional<std::string>&) {
-  std::string text;
-  for (const auto piece : cutAtQuietPlaces(samples)) {
-    const auto words = recognisePiece(piece);
-    if (!words) return words;
-    if (words->empty()) continue;
-    if (!text.empty()) text += ' ';
-    text += *words;
-  }
-  return text;
+                                                                      const SpeechHints&) {
+  return inPieces(samples, {}, [&](auto piece) { return recognisePiece(piece); });
 }
 
 std::expected<std::string, std::string> PocketSphinxEngine::recognisePiece(
     std::span<const std::int16_t> samples) {
-  if (samples.size() < fewestSamples) return "";
   // The whole piece at once: the mean of its spectrum is subtracted before the search, not estimated on the
   // way.
   constexpr int noSearch = FALSE;

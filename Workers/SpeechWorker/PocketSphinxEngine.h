@@ -19,7 +19,7 @@ class PocketSphinxEngine final : public SpeechEngine {
       const std::filesystem::path& modelDirectory);
 
   std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
-                                                    const std::optional<std::string>& language) override;
+                                                    const SpeechHints& hints) override;
 
  private:
   struct Deleter {

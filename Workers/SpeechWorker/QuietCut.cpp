@@ -8,6 +8,9 @@ namespace murmel::worker {
 
 namespace {
 
+/// Below a tenth of a second there is no word, and the recognisers want a few frames.
+constexpr std::size_t fewestSamples = 1'600;
+
 constexpr double sampleRate = 16'000;
 constexpr std::size_t frameSize = 320;   // 20 ms
 constexpr std::size_t quietFrames = 10;  // 200 ms: shorter dips are inside words
@@ -59,6 +62,21 @@ std::vector<std::span<const std::int16_t>> cutAtQuietPlaces(std::span<const std:
   }
   pieces.push_back(samples);
   return pieces;
+}
+
+std::expected<std::string, std::string> inPieces(
+    std::span<const std::int16_t> samples, const QuietCutLimits& limits,
+    const std::function<std::expected<std::string, std::string>(std::span<const std::int16_t>)>& recognise) {
+  std::string text;
+  for (const auto piece : cutAtQuietPlaces(samples, limits)) {
+    if (piece.size() < fewestSamples) continue;
+    const auto words = recognise(piece);
+    if (!words) return words;
+    if (words->empty()) continue;
+    if (!text.empty()) text += ' ';
+    text += *words;
+  }
+  return text;
 }
 
 }  // namespace murmel::worker

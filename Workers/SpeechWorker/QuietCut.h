@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <expected>
+#include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace murmel::worker {
@@ -16,5 +19,11 @@ struct QuietCutLimits {
 /// The pieces of `samples` (16 kHz, mono), in order and without gaps, cut where it is quietest.
 std::vector<std::span<const std::int16_t>> cutAtQuietPlaces(std::span<const std::int16_t> samples,
                                                             const QuietCutLimits& limits = {});
+
+/// The texts of these pieces, joined by blanks; what is too short for a word is left out. The first error
+/// ends it.
+std::expected<std::string, std::string> inPieces(
+    std::span<const std::int16_t> samples, const QuietCutLimits& limits,
+    const std::function<std::expected<std::string, std::string>(std::span<const std::int16_t>)>& recognise);
 
 }  // namespace murmel::worker

@@ -14,7 +14,7 @@ bool answer(LineReader& requests, ReplyWriter& replies, SpeechEngine& engine) {
   requests.release();
   if (!request) return replies.error(request.error().id, request.error().reason);
   try {
-    const auto text = engine.recognise(request->samples, request->language);
+    const auto text = engine.recognise(request->samples, request->hints);
     return text ? replies.result(request->id, *text) : replies.error(request->id, text.error());
   } catch (const std::bad_alloc&) {
     return replies.error(request->id, "not enough memory");

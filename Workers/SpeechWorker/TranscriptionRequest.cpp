@@ -62,10 +62,17 @@ std::expected<TranscriptionRequest, RequestRefusal> TranscriptionRequest::decode
   const auto refused = [&id](const char* reason) { return std::unexpected(RequestRefusal{id, reason}); };
   if (!id) return refused("request without id");
   if (integer(object, "sample_rate") != acceptedSampleRate) return refused("unsupported sample rate");
-  TranscriptionRequest request{.id = *id, .samples = {}, .language = std::nullopt};
+  TranscriptionRequest request{.id = *id, .samples = {}, .hints = {}};
   if (const auto language = object.find("language"); language != object.end()) {
     if (!language->is_string()) return refused("malformed language");
-    request.language = language->get<std::string>();
+    request.hints.language = language->get<std::string>();
+  }
+  if (const auto words = object.find("vocabulary"); words != object.end()) {
+    if (!words->is_array()) return refused("malformed vocabulary");
+    for (const auto& word : *words) {
+      if (!word.is_string()) return refused("malformed vocabulary");
+      request.hints.words.push_back(word.get<std::string>());
+    }
   }
   const auto audio = object.find(audioKey);
   if (audio == object.end() || !audio->is_string()) return refused("request without audio");

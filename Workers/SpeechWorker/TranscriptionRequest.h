@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Workers/SpeechWorker/SpeechEngine.h"
+
 #include <cstdint>
 #include <expected>
 #include <optional>
@@ -18,8 +20,8 @@ struct RequestRefusal {
 /// One transcription that is asked for.
 struct TranscriptionRequest {
   std::int64_t id = 0;
-  std::vector<std::int16_t> samples;    ///< mono, 16 kHz
-  std::optional<std::string> language;  ///< a hint, two letters
+  std::vector<std::int16_t> samples;  ///< mono, 16 kHz
+  SpeechHints hints;
 
   /// Decodes one line without its line feed. Unknown keys are ignored.
   static std::expected<TranscriptionRequest, RequestRefusal> decode(std::string_view line);

@@ -1,6 +1,6 @@
 #include "Workers/Common/Isolation.h"
 #include "Workers/Common/WorkerOutput.h"
-#include "Workers/SpeechWorker/ParakeetModule.h"
+#include "Workers/SpeechWorker/EngineModule.h"
 #include "Workers/SpeechWorker/PocketSphinxEngine.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 #include "Workers/SpeechWorker/WorkerArguments.h"
@@ -21,18 +21,16 @@ using namespace murmel::worker;
 std::expected<std::unique_ptr<SpeechEngine>, std::string> prepare(std::span<char* const> arguments) {
   const auto parsed = WorkerArguments::parse(arguments);
   if (!parsed) return std::unexpected(parsed.error());
-  // What lies in the folder says which engine it is for.
-  const auto parakeetFile = ParakeetModule::modelFileIn(parsed->modelDirectory);
-  std::optional<ParakeetModule> parakeet;
-  if (parakeetFile) {
-    auto opened = ParakeetModule::open();
+  const auto model = modelIn(parsed->modelDirectory);
+  std::optional<EngineModule> module;
+  if (!model.engine->loader.empty()) {
+    auto opened = EngineModule::open(*model.engine);
     if (!opened) return std::unexpected(opened.error());
-    parakeet = *opened;
+    module = *opened;
   }
   // Before the model is read: a model that attacks its reader finds the doors closed.
   if (auto isolated = isolate(parsed->modelDirectory); !isolated) return std::unexpected(isolated.error());
-  LoadedEngine engine =
-      parakeet ? parakeet->load(*parakeetFile) : PocketSphinxEngine::load(parsed->modelDirectory);
+  LoadedEngine engine = module ? module->load(model.file) : PocketSphinxEngine::load(parsed->modelDirectory);
   if (!engine) return std::unexpected(engine.error());
   if (auto closed = closeDoors(); !closed) return std::unexpected(closed.error());
   return *std::move(engine);

@@ -1,0 +1,171 @@
+#include "Workers/SpeechWorker/WhisperEngine.h"
+
+#include "Workers/SpeechWorker/EngineModule.h"
+#include "Workers/SpeechWorker/ModelReader.h"
+#include "Workers/SpeechWorker/QuietCut.h"
+#include "Workers/SpeechWorker/WhisperRules.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <whisper.h>
+
+namespace murmel::worker {
+
+namespace {
+
+/// The model hears 30 s; what begins in the last second of them is easily lost.
+constexpr QuietCutLimits pieces{.longest = 29, .earliest = 15, .shortestLast = 5};
+
+constexpr float fullScale = 32'768;
+
+/// The first 5 s are enough to know the language.
+constexpr int languageWindow = 256;
+/// Below that a language that the application does not offer is not believed: noise sounds like Welsh.
+constexpr float clearMajority = 0.5F;
+
+/// More names do not help more, and each token of the prompt costs time.
+constexpr std::size_t mostHints = 10;
+constexpr std::string_view hintsTitle = "Glossary: ";
+
+/// What the application offers to choose from.
+bool isOffered(const char* code) {
+  using namespace std::string_view_literals;
+  return knowsLanguage(speechEngine("parakeet"), code) || ("be bs sr "sv.contains(std::string(code) + " "));
+}
+
+std::string promptFrom(const std::vector<std::string>& words) {
+  std::string prompt;
+  for (std::size_t i = 0; i < std::min(words.size(), mostHints); ++i)
+    prompt += (i == 0 ? std::string(hintsTitle) : std::string(", ")) + words[i];
+  if (!prompt.empty()) prompt += '.';
+  return prompt;
+}
+
+whisper_full_params settingsFor(int threads, int window, const char* language) {
+  auto settings = whisper_full_default_params(WHISPER_SAMPLING_GREEDY);
+  settings.n_threads = threads;
+  settings.no_context = true;
+  settings.no_timestamps = true;
+  settings.single_segment = true;
+  settings.suppress_blank = true;
+  settings.suppress_nst =
+      false;  // its marks for sounds are what is left out afterwards; without them come words
+  settings.greedy.best_of = 1;
+  settings.temperature = 0;
+  settings.temperature_inc = 0;  // no second guesses: they are slow, and invent endings
+  settings.print_special = settings.print_progress = false;
+  settings.print_realtime = settings.print_timestamps = false;
+  settings.audio_ctx = window;
+  settings.language = language;
+  return settings;
+}
+
+}  // namespace
+
+struct WhisperEngine::Attempt {
+  int window;
+  int tokenLimit;  ///< 0: as many as there is room for
+  const std::string& language;
+  const std::string& prompt;
+};
+
+struct WhisperEngine::Heard {
+  std::string text;
+  int tokens = 0;
+};
+
+void WhisperEngine::Deleter::operator()(whisper_context* context) const {
+  whisper_free(context);
+}
+
+std::expected<std::unique_ptr<WhisperEngine>, std::string> WhisperEngine::load(
+    const std::filesystem::path& modelFile, int threads) {
+  // Its log quotes what was recognised.
+  whisper_log_set([](auto, const char*, void*) {}, nullptr);
+  auto settings = whisper_context_default_params();
+  settings.use_gpu = false;
+  settings.flash_attn = false;  // with it, a shortened window sees what the recording before has left there
+  ModelReader reader(modelFile);
+  if (!reader.isOpen()) return std::unexpected("speech model could not be loaded");
+  auto loader = reader.loader<whisper_model_loader>();
+  whisper_context* const context = whisper_init_with_params(&loader, settings);
+  if (context == nullptr) return std::unexpected("speech model could not be loaded");
+  std::unique_ptr<WhisperEngine> engine(new WhisperEngine(context, threads));
+  if (!reader.sawWholeFile()) return std::unexpected("speech model could not be loaded");
+  return engine;
+}
+
+std::expected<std::string, std::string> WhisperEngine::recognise(std::span<const std::int16_t> samples,
+                                                                 const SpeechHints& hints) {
+  return inPieces(samples, pieces, [&](auto piece) { return recognisePiece(piece, hints); });
+}
+
+std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<const std::int16_t> samples,
+                                                                      const SpeechHints& hints) {
+  // In digital silence it hears "you".
+  if (std::ranges::all_of(samples, [&](auto sample) { return sample == samples.front(); })) return "";
+  std::vector<float> scaled(samples.size());
+  std::ranges::transform(samples, scaled.begin(),
+                         [](auto sample) { return static_cast<float>(sample) / fullScale; });
+
+  const bool isForced = hints.language && whisper_lang_id(hints.language->c_str()) >= 0;
+  const auto language = isForced ? *hints.language : languageOf(scaled);
+  const auto prompt = promptFrom(hints.words);
+  const int limit = whisperTokenLimit(samples.size());
+  auto heard = listen(scaled, {whisperWindow(samples.size()), limit, language, prompt});
+  if (!heard) return std::unexpected(heard.error());
+  const bool isEcho = !prompt.empty() && heard->text.contains(hintsTitle);
+  if (isEcho || heard->tokens > limit || repetitionIn(heard->text) != std::string::npos) {
+    // It has lost its way. The whole window finds it nearly always.
+    heard = listen(scaled, {0, 0, language, {}});
+    if (!heard) return std::unexpected(heard.error());
+    if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
+      heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
+  }
+  return withoutSoundDescriptions(heard->text);
+}
+
+std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span<const float> samples,
+                                                                       const Attempt& attempt) {
+  auto settings = settingsFor(threads_, attempt.window, attempt.language.c_str());
+  settings.max_tokens = attempt.tokenLimit;
+  if (!attempt.prompt.empty()) settings.initial_prompt = attempt.prompt.c_str();
+  if (whisper_full(context_.get(), settings, samples.data(), static_cast<int>(samples.size())) != 0)
+    return std::unexpected("speech recogniser failed");
+  Heard heard;
+  for (int i = 0; i < whisper_full_n_segments(context_.get()); ++i) {
+    heard.text += whisper_full_get_segment_text(context_.get(), i);
+    heard.tokens += whisper_full_n_tokens(context_.get(), i);
+  }
+  return heard;
+}
+
+std::string WhisperEngine::languageOf(std::span<const float> samples) {
+  const std::string fallback = "en";
+  // The library listens with the window of the call before: this one sets it, and the spectrum, and stops.
+  auto settings = settingsFor(threads_, languageWindow, fallback.c_str());
+  settings.encoder_begin_callback = [](whisper_context*, whisper_state*, void*) { return false; };
+  if (whisper_full(context_.get(), settings, samples.data(), static_cast<int>(samples.size())) != 0)
+    return fallback;
+  std::vector<float> shares(static_cast<std::size_t>(whisper_lang_max_id()) + 1);
+  if (whisper_lang_auto_detect(context_.get(), 0, threads_, shares.data()) < 0) return fallback;
+  const auto likeliest = std::ranges::max_element(shares);
+  int best = static_cast<int>(likeliest - shares.begin());
+  if (*likeliest < clearMajority && !isOffered(whisper_lang_str(best))) {
+    for (int id = 0; id <= whisper_lang_max_id(); ++id) {
+      const auto share = [&](int language) { return shares[static_cast<std::size_t>(language)]; };
+      const bool isBetter = !isOffered(whisper_lang_str(best)) || share(id) > share(best);
+      if (isOffered(whisper_lang_str(id)) && isBetter) best = id;
+    }
+  }
+  return whisper_lang_str(best);
+}
+
+}  // namespace murmel::worker
+
+/// What the worker looks up in this module.
+extern "C" __attribute__((visibility("default"))) murmel::worker::LoadedEngine mrmLoadWhisper(
+    const std::filesystem::path& modelFile, int threads) {
+  return murmel::worker::WhisperEngine::load(modelFile, threads);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Workers/SpeechWorker/SpeechEngine.h"
+
+#include <filesystem>
+#include <memory>
+
+struct whisper_context;
+
+namespace murmel::worker {
+
+/// OpenAI's Whisper through whisper.cpp: a hundred languages, with punctuation and case. Where no language is
+/// forced, it listens which one it is, to every recording anew. Nothing is carried from one recording to the
+/// next.
+class WhisperEngine final : public SpeechEngine {
+ public:
+  /// The error is a short reason.
+  static std::expected<std::unique_ptr<WhisperEngine>, std::string> load(
+      const std::filesystem::path& modelFile, int threads);
+
+  std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
+                                                    const SpeechHints& hints) override;
+
+ private:
+  struct Deleter {
+    void operator()(whisper_context* context) const;
+  };
+  struct Attempt;
+  struct Heard;
+
+  WhisperEngine(whisper_context* context, int threads) : context_(context), threads_(threads) {}
+  std::expected<std::string, std::string> recognisePiece(std::span<const std::int16_t> samples,
+                                                         const SpeechHints& hints);
+  std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);
+  /// The code of the language that is spoken.
+  std::string languageOf(std::span<const float> samples);
+
+  std::unique_ptr<whisper_context, Deleter> context_;
+  int threads_;
+};
+
+}  // namespace murmel::worker

@@ -1,0 +1,109 @@
+#include "Workers/SpeechWorker/WhisperRules.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace murmel::worker {
+
+namespace {
+
+constexpr double sampleRate = 16'000;
+
+constexpr int stepsPerSecond = 50;
+constexpr int wholeWindow = 1'500;  // steps: 30 s
+constexpr int leastWindow = 384;    // below it short pieces come out as loops
+constexpr int windowMargin = 64;    // steps beyond the end of the speech
+constexpr int windowUnit = 8;       // what the library computes in
+
+constexpr int mostTokens = 220;
+constexpr int tokensPerSecond = 10;  // English has up to 5, Russian up to 7, a scrap of speech up to 8
+constexpr int tokenAllowance = 16;
+
+constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
+constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
+
+struct Word {
+  std::size_t begin;
+  std::string text;  ///< ASCII in lower case, without punctuation around it
+};
+
+std::vector<Word> wordsOf(std::string_view text) {
+  constexpr std::string_view blanks = " \t\n";
+  constexpr std::string_view punctuation = ".,;:!?\"'()-";
+  std::vector<Word> words;
+  for (auto begin = text.find_first_not_of(blanks); begin != std::string_view::npos;) {
+    const auto end = std::min(text.find_first_of(blanks, begin), text.size());
+    auto word = text.substr(begin, end - begin);
+    const auto first = word.find_first_not_of(punctuation);
+    if (first != std::string_view::npos) {
+      word = word.substr(first, word.find_last_not_of(punctuation) - first + 1);
+      std::string lower(word);
+      std::ranges::transform(lower, lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+      });
+      words.push_back({begin, std::move(lower)});
+    }
+    begin = text.find_first_not_of(blanks, end);
+  }
+  return words;
+}
+
+/// Whether the `length` words at `first` stand there `times` times in a row.
+bool standsThere(const std::vector<Word>& words, std::size_t first, std::size_t length, std::size_t times) {
+  if (first + length * times > words.size()) return false;
+  for (std::size_t i = 0; i < length * (times - 1); ++i) {
+    if (words[first + i].text != words[first + length + i].text) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int whisperWindow(std::size_t samples) {
+  const auto speech = static_cast<int>(std::ceil(static_cast<double>(samples) / sampleRate * stepsPerSecond));
+  const int window = std::max(leastWindow, speech + windowMargin);
+  const int rounded = (window + windowUnit - 1) / windowUnit * windowUnit;
+  return rounded < wholeWindow ? rounded : 0;
+}
+
+int whisperTokenLimit(std::size_t samples) {
+  const double seconds = static_cast<double>(samples) / sampleRate;
+  return std::min(mostTokens, tokenAllowance + static_cast<int>(seconds * tokensPerSecond));
+}
+
+std::size_t repetitionIn(std::string_view text) {
+  const auto words = wordsOf(text);
+  for (std::size_t first = 0; first < words.size(); ++first) {
+    for (std::size_t length = 1; first + 2 * length <= words.size(); ++length) {
+      if (standsThere(words, first, length, length < phraseWords ? wordRepeats : 2))
+        return words[first + length].begin;
+    }
+  }
+  return std::string_view::npos;
+}
+
+std::string withoutSoundDescriptions(std::string_view text) {
+  constexpr std::string_view blanks = " \t\n";
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  const auto trimmed = text.substr(first, text.find_last_not_of(blanks) - first + 1);
+
+  auto rest = trimmed;
+  while (!rest.empty()) {
+    constexpr std::string_view note = "\u266a";
+    if (rest.starts_with(note)) {
+      rest.remove_prefix(note.size());
+    } else if (blanks.contains(rest.front()) || rest.front() == '.') {
+      rest.remove_prefix(1);
+    } else {
+      const auto kind = std::string_view("[(*").find(rest.front());
+      if (kind == std::string_view::npos) return std::string(trimmed);
+      const auto end = rest.find(std::string_view("])*")[kind], 1);
+      rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+  }
+  return {};
+}
+
+}  // namespace murmel::worker
