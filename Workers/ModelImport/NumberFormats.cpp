@@ -48,6 +48,7 @@ std::uint16_t toHalf(float value) {
   const auto sign = static_cast<std::uint16_t>(std::signbit(value) ? 0x8000U : 0U);
   const float size = std::fabs(value);
   if (std::isnan(value)) return sign | 0x7E00U;
+  if (size == 0) return sign;
   int exponent = 0;
   std::frexp(size, &exponent);  // size = f · 2^exponent with f from one half to one
   // In units of the last place, which below the smallest normal number stays the same.

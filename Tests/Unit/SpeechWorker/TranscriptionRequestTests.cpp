@@ -20,7 +20,7 @@ TEST(TranscriptionRequest, ReadsTheAudioHoweverTheLineIsWritten) {
     ASSERT_TRUE(request.has_value()) << line << ": " << request.error().reason;
     EXPECT_EQ(request->id, 4);
     EXPECT_EQ(request->samples, (std::vector<std::int16_t>{0, 32'767, -32'768, -5, -2})) << line;
-    EXPECT_EQ(request->language, "de");
+    EXPECT_EQ(request->hints.language, "de");
   }
 }
 
@@ -28,7 +28,7 @@ TEST(TranscriptionRequest, TakesNoAudioForNoSamples) {
   const auto request = TranscriptionRequest::decode(R"({"id":1,"pcm_s16le_base64":"","sample_rate":16000})");
   ASSERT_TRUE(request.has_value());
   EXPECT_TRUE(request->samples.empty());
-  EXPECT_EQ(request->language, std::nullopt);
+  EXPECT_EQ(request->hints.language, std::nullopt);
 }
 
 TEST(TranscriptionRequest, RefusesALineThatEndsInsideTheAudio) {

@@ -1,0 +1,41 @@
+#include "Workers/SpeechWorker/WhisperRules.h"
+
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel::worker;
+
+TEST(WhisperRules, FindTheLoopOfAModelThatHasLostItsWay) {
+  const std::vector<std::pair<std::string_view, std::string_view>> firstSayingAndRest{
+      {"We went home. ", "we went home we went home"},
+      {"Now: press the star key, ", "press the star key, and wait"},
+      {"no, ", "No, no! no."},
+      {"thank you. ", "Thank you. Thank you. Thank you."},
+      {"Привет, мой друг. ", "Привет, мой друг."},
+  };
+  for (const auto& [first, rest] : firstSayingAndRest)
+    EXPECT_EQ(repetitionIn(std::string(first) + std::string(rest)), first.size()) << first;
+  for (const auto* natural : {"", "no, no, no", "it was very, very, very cold", "bye bye, bye bye",
+                              "one two one two", "the end of the day is the end of the week", "- - - - -"})
+    EXPECT_EQ(repetitionIn(natural), std::string_view::npos) << natural;
+}
+
+TEST(WhisperRules, LeaveOutDescriptionsOfSoundsButNotWhatIsSaidBesideThem) {
+  for (const auto* sound :
+       {" [BLANK_AUDIO]", "(wind blowing) [Music].", "*coughs*", "\u266a\u266a", " ", "", "[", "(unfinished"})
+    EXPECT_EQ(withoutSoundDescriptions(sound), "") << sound;
+  for (const auto* speech : {"Hello (again).", "[laughs] Hello", "(one) two", "Yes."})
+    EXPECT_EQ(withoutSoundDescriptions(std::string(" ") + speech + "\n"), speech);
+}
+
+TEST(WhisperRules, GiveEveryLengthOfSpeechAWindowThatHoldsIt) {
+  for (std::size_t samples = 0; samples <= 29 * 16'000; samples += 997) {
+    const int window = whisperWindow(samples);
+    EXPECT_TRUE(window == 0 || window * 320 >= static_cast<int>(samples) + 16'000) << samples;
+    EXPECT_TRUE(window % 8 == 0 && window < 1'500 && (window == 0 || window >= 384)) << samples;
+  }
+  EXPECT_EQ(whisperTokenLimit(16'000), 26);
+  EXPECT_EQ(whisperTokenLimit(29 * 16'000), 220);
+}
