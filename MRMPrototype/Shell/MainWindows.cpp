@@ -59,7 +59,7 @@ MainWindows::MainWindows(Parts parts)
              modelStore(parts_.installation.folders),
              [this](const CatalogModel& model) {
                const bool isParakeet = model.name.starts_with("parakeet");
-               return isParakeet && !canRunParakeet(parts_.installation.folders.resources)
+               return isParakeet && !canRun(speechEngine("parakeet"), parts_.installation.folders.resources)
                           ? std::string("This computer's processor cannot run it.")
                           : std::string();
              }),
