@@ -253,8 +253,8 @@ TEST_F(ParakeetWorker, SaysThatAModelIsCutOrForeignWhereverItEnds) {
   ASSERT_NE(weights, std::string::npos);
   const auto firstTensor = weights - 5 * sizeof(std::int32_t);
   for (const auto size : {std::size_t{0}, std::size_t{3}, std::size_t{4}, std::size_t{60}, std::size_t{1'000},
-                          firstTensor - 1, firstTensor + 2, firstTensor + 4, weights,
-                          weights + 29, weights + 30, whole.size() / 2, whole.size() - 4, whole.size() - 1}) {
+                          firstTensor - 1, firstTensor + 2, firstTensor + 4, weights, weights + 29,
+                          weights + 30, whole.size() / 2, whole.size() - 4, whole.size() - 1}) {
     EXPECT_EQ(beginning(whole.substr(0, size)), refusal) << "cut to " << size << " of " << whole.size();
   }
   EXPECT_EQ(beginning(std::string(whole.size(), '\0')), refusal);
