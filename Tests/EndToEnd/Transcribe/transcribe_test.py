@@ -99,7 +99,7 @@ class TranscribeTest(unittest.TestCase):
         (self.folder / "cut.wav").write_bytes(whole[: len(whole) * 2 // 3 + 1])
         result = run("transcribe", self.folder / "cut.wav")
         self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertIn("eight of spades", result.stdout)
+        self.assertRegex(result.stdout, "(8|eight) of spades")
 
     def test_nothing_is_invented_where_nobody_speaks(self):
         hum = [int(2000 * math.sin(2 * math.pi * 50 * n / 16000)) for n in range(16000 * 3)]
@@ -111,7 +111,7 @@ class TranscribeTest(unittest.TestCase):
     def test_formats_of_other_programs_say_the_same(self):
         source = DATA / "cards" / "005.wav"
         expected = run("transcribe", source).stdout
-        self.assertIn("seven of hearts", expected)
+        self.assertRegex(expected, "(7|seven) of hearts")
         variants = {"float.wav": ["-e", "floating-point", "-b", "32"], "deep.wav": ["-b", "24"],
                     "stereo48.wav": ["-r", "48000", "-c", "2"], "cd.wav": ["-r", "44100"], "wide.wav": ["-r", "96000"]}
         for name, options in variants.items():
