@@ -1,112 +1,129 @@
 #include "History/HistoryRepository.h"
 
-#include "History/HistoryCodec.h"
-
 #include <algorithm>
-#include <set>
+#include <future>
 #include <utility>
 
 namespace murmel {
 
-HistoryRepository::HistoryRepository(SecureLocalFile storage) : storage_(std::move(storage)) {
-  storage_.hardenExisting();
-  std::vector<HistoryEntry> stored;
-  loadedSuccessfully_ = load(stored) == Loaded::yes;
-  if (loadedSuccessfully_) {
-    entries_ = std::move(stored);
-  } else {
-    storageStatus_ = SecureStorageStatus::unavailable;
-  }
+HistoryRepository::HistoryRepository(Executor& executor, SerialQueue& queue, SecureLocalFile storage)
+    : executor_(executor), queue_(queue), file_(std::make_shared<HistoryFile>(std::move(storage))) {
+  enqueue({});
 }
 
-HistoryRepository::Loaded HistoryRepository::load(std::vector<HistoryEntry>& stored) {
-  const auto plaintext = storage_.read();
-  if (!plaintext) return plaintext.error().isDamage() ? Loaded::damaged : Loaded::notNow;
-  if (!*plaintext) return Loaded::yes;
-  auto decoded = decodeHistory((*plaintext)->reveal());
-  if (!decoded) return Loaded::damaged;
-  stored = std::move(*decoded);
-  return Loaded::yes;
+HistoryRepository::~HistoryRepository() {
+  alive_.reset();
+  (void)finish();
 }
 
 void HistoryRepository::add(HistoryEntry entry) {
-  willChange_.emit();
-  entries_.insert(entries_.begin(), std::move(entry));
-  didChange_.emit();
-  persist();
+  HistoryChanges changes;
+  changes.added.push_back(std::move(entry));
+  change(std::move(changes));
 }
 
 void HistoryRepository::remove(const Uuid& id) {
-  const auto hasIdentifier = [&](const auto& entry) { return entry.id == id; };
-  if (std::ranges::none_of(entries_, hasIdentifier)) return;
-  willChange_.emit();
-  std::erase_if(entries_, hasIdentifier);
-  didChange_.emit();
-  persist();
+  if (std::ranges::find(entries_, id, &HistoryEntry::id) == entries_.end()) return;
+  HistoryChanges changes;
+  changes.removed.insert(id);
+  change(std::move(changes));
 }
 
 void HistoryRepository::prune(HistoryRetention retention, WallTime now) {
   const auto age = maximumAge(retention);
   if (!age) return;
-  const double cutoff = historyDate(now) - *age;
-  const auto expired = [&](const auto& entry) { return entry.createdAt < cutoff; };
-  if (std::ranges::none_of(entries_, expired)) return;
-  willChange_.emit();
-  std::erase_if(entries_, expired);
-  didChange_.emit();
-  persist();
+  HistoryChanges changes;
+  changes.cutoff = historyDate(now) - *age;
+  const auto expired = [&](const auto& entry) { return entry.createdAt < *changes.cutoff; };
+  if (std::ranges::any_of(entries_, expired)) return change(std::move(changes));
+  // What is in the file is not known before it has been read.
+  if (!loadedSuccessfully_) cutoffAfterLoad_ = changes.cutoff;
 }
 
 void HistoryRepository::deleteAll() {
-  publish({});
-  const auto erased = storage_.deleteCryptographically();
-  if (erased) loadedSuccessfully_ = true;  // nothing is left that a later write could lose
-  setStatus(erased ? SecureStorageStatus::available : SecureStorageStatus::unavailable);
+  HistoryChanges changes;
+  changes.clears = true;
+  change(std::move(changes));
 }
 
-bool HistoryRepository::mergeStored() {
-  std::vector<HistoryEntry> stored;
-  const auto loaded = load(stored);
-  if (loaded == Loaded::notNow) return false;
-  if (loaded == Loaded::damaged && !storage_.setAside()) return false;
-  std::set<Uuid> known;
-  for (const auto& entry : entries_) known.insert(entry.id);
-  auto merged = entries_;
-  for (auto& entry : stored) {
-    if (!known.contains(entry.id)) merged.push_back(std::move(entry));
-  }
-  std::ranges::stable_sort(merged, std::ranges::greater(), &HistoryEntry::createdAt);
-  publish(std::move(merged));
-  loadedSuccessfully_ = true;
-  return true;
+void HistoryRepository::change(HistoryChanges changes) {
+  publish(applied(entries_, changes), trouble_);
+  unstored_.append(std::move(changes));
+  store();
 }
 
-void HistoryRepository::persist() {
-  if (!loadedSuccessfully_ && !mergeStored()) {
-    setStatus(SecureStorageStatus::unavailable);
+void HistoryRepository::reload() {
+  wantsReload_ = true;
+  store();
+}
+
+void HistoryRepository::store() {
+  if (isStoring_) return;  // follows when the present one is done
+  wantsReload_ = false;
+  enqueue(std::exchange(unstored_, {}));
+}
+
+/// Reads when there is nothing to change.
+void HistoryRepository::enqueue(HistoryChanges changes) {
+  isStoring_ = true;
+  retry_.reset();
+  // After a load that failed the list in memory and the one in the file come together in an order of neither.
+  changes.sorts = changes.sorts || (trouble_ && !loadedSuccessfully_);
+  inFlight_ = std::move(changes);
+  queue_.enqueue([this, file = file_, changes = inFlight_, job = ++lastJob_, &executor = executor_,
+                  alive = std::weak_ptr(alive_)] {
+    auto result = changes.empty() ? file->load() : file->change(changes);
+    executor.post([this, job, alive, result = std::move(result)]() mutable {
+      if (!alive.expired()) take(job, std::move(result));
+    });
+  });
+}
+
+void HistoryRepository::take(std::uint64_t job, SecureResult<std::vector<HistoryEntry>> result) {
+  if (job != lastJob_) return;
+  isStoring_ = false;
+  auto changes = std::exchange(inFlight_, {});
+  if (!result) {
+    const bool hasNews = wantsReload_ || !unstored_.empty();
+    changes.append(std::exchange(unstored_, {}));
+    unstored_ = std::move(changes);
+    publish(entries_, result.error());
+    if (hasNews) return store();
+    // A damaged file is not better for being read again.
+    if (!result.error().isDamage()) retry_ = executor_.after(retryInterval, [this] { reload(); });
     return;
   }
-  const auto bytes = encodeHistory(entries_);
-  const auto written = storage_.write(bytes.reveal());
-  setStatus(written ? SecureStorageStatus::available : SecureStorageStatus::unavailable);
+  loadedSuccessfully_ = true;
+  if (const auto cutoff = std::exchange(cutoffAfterLoad_, std::nullopt)) {
+    const auto expired = [&](const auto& entry) { return entry.createdAt < *cutoff; };
+    if (std::ranges::any_of(*result, expired)) unstored_.cutoff = cutoff;
+  }
+  publish(applied(*std::move(result), unstored_), std::nullopt);
+  if (!unstored_.empty() || wantsReload_) store();
 }
 
-void HistoryRepository::publish(std::vector<HistoryEntry> entries) {
+bool HistoryRepository::finish() {
+  auto changes = std::exchange(inFlight_, {});
+  changes.append(std::exchange(unstored_, {}));
+  ++lastJob_;  // what is being stored is stored again, which changes nothing when it has succeeded
+  isStoring_ = false;
+  std::promise<bool> stored;
+  auto answer = stored.get_future();
+  queue_.enqueue([file = file_, changes, stored = std::move(stored)]() mutable {
+    stored.set_value(changes.empty() || file->change(changes).has_value());
+  });
+  const bool isStored = answer.get();
+  if (!isStored) unstored_ = std::move(changes);
+  return isStored;
+}
+
+void HistoryRepository::publish(std::vector<HistoryEntry> entries,
+                                std::optional<SecureLocalStorageError> trouble) {
+  if (entries == entries_ && trouble == trouble_) return;
   willChange_.emit();
   entries_ = std::move(entries);
+  trouble_ = trouble;
   didChange_.emit();
-}
-
-void HistoryRepository::setStatus(SecureStorageStatus status) {
-  if (status == storageStatus_) return;
-  willChange_.emit();
-  storageStatus_ = status;
-  didChange_.emit();
-}
-
-SecureLocalFile historyFile(FileSystem& files, LocalEncryptionKeyStore& keyStore,
-                            const std::filesystem::path& dataFolder) {
-  return {files, keyStore, dataFolder / "history.sealed", {dataFolder / "history.json"}};
 }
 
 }  // namespace murmel

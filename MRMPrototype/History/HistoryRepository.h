@@ -1,27 +1,44 @@
 #pragma once
 
+#include "Foundation/Async/Executor.h"
+#include "Foundation/Async/SerialQueue.h"
 #include "Foundation/Async/Signal.h"
 #include "History/DictationHistory.h"
-#include "Storage/SecureLocalFile.h"
+#include "History/HistoryFile.h"
 #include "Storage/SecureStorageStatus.h"
 
-#include <filesystem>
+#include <chrono>
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace murmel {
 
-/// The optional history of finished dictations, newest first, in one sealed file. What cannot be stored stays
-/// in memory and shows as the status. Main thread.
-class HistoryRepository final : public DictationHistory {
+/// The optional history of finished dictations, newest first, in one sealed file that other processes may use
+/// too. What cannot be stored stays in memory and shows as the status. Main thread; the file and its key are
+/// waited for on the queue.
+class HistoryRepository : public DictationHistory {
  public:
-  /// Loads. `storage` is `historyFile(...)`, or any other sealed file.
-  explicit HistoryRepository(SecureLocalFile storage);
+  /// How often a file that could not be reached is tried again.
+  static constexpr Duration retryInterval = std::chrono::minutes(1);
 
+  /// Begins to load. Executor and queue must outlive this.
+  HistoryRepository(Executor& executor, SerialQueue& queue, SecureLocalFile storage);
+  /// Waits for what is still to be stored.
+  ~HistoryRepository() override;
+
+  /// With what has not been stored yet.
   [[nodiscard]] const std::vector<HistoryEntry>& entries() const { return entries_; }
-  [[nodiscard]] SecureStorageStatus storageStatus() const { return storageStatus_; }
+  [[nodiscard]] SecureStorageStatus storageStatus() const {
+    return trouble_ ? SecureStorageStatus::unavailable : SecureStorageStatus::available;
+  }
+  /// Why the status is `unavailable`.
+  [[nodiscard]] const std::optional<SecureLocalStorageError>& trouble() const { return trouble_; }
   /// Emitted before, and after, the entries or the status change.
   [[nodiscard]] Signal<>& willChange() { return willChange_; }
   [[nodiscard]] Signal<>& didChange() { return didChange_; }
+  /// Nothing is being read or written, nothing waits to be.
+  [[nodiscard]] bool isSettled() const { return !isStoring_; }
 
   void add(HistoryEntry entry) override;
   void prune(HistoryRetention retention, WallTime now) override;
@@ -29,31 +46,35 @@ class HistoryRepository final : public DictationHistory {
   void remove(const Uuid& id);
   /// Removes every entry and makes every copy of the file unreadable.
   void deleteAll();
-  /// Stores the list. After a failed load the entries of the file are merged in first; a file that cannot be
-  /// decrypted is set aside, and one that cannot be read just now stays as it is, with the list in memory.
-  void persist();
+  /// Reads the file again, and stores what could not be stored before: another process has changed it, or the
+  /// key ring has become available.
+  void reload();
+  /// Blocks until everything is stored or has failed; true when nothing is left in memory alone.
+  bool finish();
 
  private:
-  enum class Loaded { yes, damaged, notNow };
+  void change(HistoryChanges changes);
+  void store();
+  void enqueue(HistoryChanges changes);
+  void take(std::uint64_t job, SecureResult<std::vector<HistoryEntry>> result);
+  void publish(std::vector<HistoryEntry> entries, std::optional<SecureLocalStorageError> trouble);
 
-  Loaded load(std::vector<HistoryEntry>& stored);
-  bool mergeStored();
-  void publish(std::vector<HistoryEntry> entries);
-  void setStatus(SecureStorageStatus status);
-
-  SecureLocalFile storage_;
+  Executor& executor_;
+  SerialQueue& queue_;
+  std::shared_ptr<HistoryFile> file_;
   std::vector<HistoryEntry> entries_;
-  SecureStorageStatus storageStatus_ = SecureStorageStatus::available;
+  HistoryChanges unstored_;  ///< not handed to the queue yet
+  HistoryChanges inFlight_;  ///< being stored
+  std::optional<SecureLocalStorageError> trouble_;
   bool loadedSuccessfully_ = false;
+  std::optional<double> cutoffAfterLoad_;
+  bool isStoring_ = false;  ///< or loading
+  bool wantsReload_ = false;
+  std::uint64_t lastJob_ = 0;  ///< answers to earlier ones are out of date
+  Registration retry_;
   Signal<> willChange_;
   Signal<> didChange_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< weakly held by what was posted
 };
-
-/// The history's place in the application's data folder: "history.sealed", migrated from "history.json".
-SecureLocalFile historyFile(FileSystem& files, LocalEncryptionKeyStore& keyStore,
-                            const std::filesystem::path& dataFolder);
-
-/// Follows the application identifier in the service of the history's key store.
-inline constexpr std::string_view historyKeyServiceSuffix = ".local-storage.history";
 
 }  // namespace murmel

@@ -40,9 +40,9 @@ class FileSystem {
 
   /// Replaces what is at `to`.
   virtual FileResult<void> rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
-  /// Swaps two files in one step; ENOTSUP where the file system cannot.
-  virtual FileResult<void> exchange(const std::filesystem::path& one, const std::filesystem::path& other) = 0;
   virtual FileResult<void> remove(const std::filesystem::path& file) = 0;
+  /// Where a chain of links ends; the path itself when it is no link, or one that leads nowhere it can.
+  virtual std::filesystem::path target(const std::filesystem::path& path) = 0;
   /// Whether anything is there, a dangling link included.
   virtual FileResult<bool> exists(const std::filesystem::path& path) = 0;
   /// Names in a folder; none when there is no folder.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <expected>
 #include <string>
+#include <string_view>
 
 namespace murmel {
 
@@ -26,17 +27,39 @@ inline constexpr SecretStatus userCanceled = -128;
 inline constexpr SecretStatus serviceUnavailable = -25291;
 inline constexpr SecretStatus duplicateItem = -25299;
 inline constexpr SecretStatus itemNotFound = -25300;
+/// The store has no collection that new secrets go to.
+inline constexpr SecretStatus noDefaultCollection = -25307;
 /// The store is locked, or would have to ask the user.
 inline constexpr SecretStatus interactionNotAllowed = -25308;
 
 }  // namespace secretStatus
 
+/// One sentence for the user.
+constexpr std::string_view describe(SecretStatus status) {
+  switch (status) {
+    case secretStatus::success:
+      return "The key ring works.";
+    case secretStatus::interactionNotAllowed:
+      return "The key ring is locked.";
+    case secretStatus::noDefaultCollection:
+      return "The key ring has no default collection yet: its own program (in KDE, the wallet manager) makes "
+             "one.";
+    case secretStatus::serviceUnavailable:
+      return "No key ring (Secret Service) answers on this desktop.";
+    case secretStatus::userCanceled:
+      return "The key ring stayed locked.";
+    case secretStatus::noRandomBytes:
+      return "The system has no random bytes.";
+    default:
+      return "The key ring answered with an error.";
+  }
+}
+
 /// The user's key ring: small secrets named by a service and an account, readable while the user is logged
 /// in.
 ///
-/// `add`, `find` and `remove` never ask the user anything and answer within two seconds; once the store has
-/// not answered in time, they fail at once until it has been seen to answer again. So they may be called from
-/// the main thread. Thread-safe.
+/// `add`, `find` and `remove` never ask the user for a password and answer within two seconds; once the store
+/// has not answered in time, they fail soon until it has been seen to answer again. Thread-safe.
 class SecretStore {
  public:
   virtual ~SecretStore() = default;

@@ -8,6 +8,7 @@
 #include <set>
 #include <vector>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace murmel {
@@ -81,16 +82,43 @@ class StrictReader {
     if (depth > deepestNesting) good = false;
     if (event == Json::parse_event_t::object_start) keys_.emplace_back();
     if (event == Json::parse_event_t::object_end) keys_.pop_back();
-    if (event == Json::parse_event_t::key && !keys_.back().insert(value.get<std::string>()).second)
+    if (event == Json::parse_event_t::key && !keys_.back().insert(value.get<std::string>()).second) {
+      repeated = value.get<std::string>();
       good = false;
+    }
     return good;
   }
 
   bool good = true;
+  std::string repeated;
 
  private:
   std::vector<std::set<std::string>> keys_;
 };
+
+/// What is wrong at the reader's stop, `byte` counted from 1. Quotes nothing: a value is nobody's business.
+std::string complaint(std::string_view text, std::size_t byte) {
+  auto at = std::min(byte == 0 ? 0 : byte - 1, text.size());
+  std::string_view what = "the text is not JSON here";
+  const auto before = text.substr(0, at).find_last_not_of(" \t\r\n");
+  const char stop = at < text.size() ? text[at] : '\0';
+  if (at == text.size()) {
+    what = "the text ends too early: a bracket or a quotation mark is missing";
+  } else if (stop == '/' || stop == '#' || (before != std::string_view::npos && text[before] == '/')) {
+    what = "comments are not allowed";
+    if (stop != '/' && stop != '#') at = before;
+  } else if ((stop == '}' || stop == ']') && before != std::string_view::npos && text[before] == ',') {
+    what = "there is a comma too many";
+    at = before;
+  } else if (stop == '"') {
+    what = "a comma or a colon is missing before this";
+    if (const auto quote = at > 0 ? text.rfind('"', at - 1) : 0; quote != std::string_view::npos) at = quote;
+  }
+  const auto head = text.substr(0, at);
+  const auto line = std::ranges::count(head, '\n') + 1;
+  const auto column = head.size() - (head.rfind('\n') + 1) + 1;  // npos + 1 is 0
+  return fmt::format("line {}, column {}: {}", line, column, what);
+}
 
 }  // namespace
 
@@ -103,13 +131,18 @@ DefaultsDocument::~DefaultsDocument() = default;
 DefaultsDocument::DefaultsDocument(DefaultsDocument&&) noexcept = default;
 DefaultsDocument& DefaultsDocument::operator=(DefaultsDocument&&) noexcept = default;
 
-std::optional<DefaultsDocument> DefaultsDocument::parse(std::string_view text) {
+std::expected<DefaultsDocument, std::string> DefaultsDocument::parse(std::string_view text) {
   StrictReader reader;
-  auto json = Json::parse(text, std::ref(reader), /*allow_exceptions=*/false);
-  if (!reader.good || !json.is_object()) return std::nullopt;
-  DefaultsDocument document;
-  document.members_->object = std::move(json);
-  return document;
+  try {
+    auto json = Json::parse(text, std::ref(reader));
+    if (!reader.repeated.empty()) return std::unexpected("it names \"" + reader.repeated + "\" twice");
+    if (!reader.good || !json.is_object()) return std::unexpected("it is not one object in braces");
+    DefaultsDocument document;
+    document.members_->object = std::move(json);
+    return document;
+  } catch (const Json::parse_error& error) {
+    return std::unexpected(complaint(text, error.byte));
+  }
 }
 
 std::string DefaultsDocument::text() const {

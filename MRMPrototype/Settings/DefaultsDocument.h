@@ -2,6 +2,7 @@
 
 #include "Platform/DefaultsValue.h"
 
+#include <expected>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,8 +20,9 @@ class DefaultsDocument {
   DefaultsDocument(DefaultsDocument&&) noexcept;
   DefaultsDocument& operator=(DefaultsDocument&&) noexcept;
 
-  /// Nothing when `text` is not a JSON object, nests deeper than 64 levels, or names a key twice.
-  static std::optional<DefaultsDocument> parse(std::string_view text);
+  /// The error says, for a person, what is wrong and in which line and column: `text` is not a JSON object,
+  /// nests deeper than 64 levels, or names a key twice.
+  static std::expected<DefaultsDocument, std::string> parse(std::string_view text);
   /// With line breaks, so that a person can read it.
   [[nodiscard]] std::string text() const;
 

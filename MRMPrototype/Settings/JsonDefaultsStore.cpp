@@ -3,6 +3,7 @@
 #include "Storage/FileAccess.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <system_error>
 #include <utility>
@@ -19,6 +20,12 @@ constexpr std::uint64_t largestFile = 16 << 20;
 // Another writer holds the lock for some milliseconds; whoever holds it longer is stopped.
 constexpr Duration lockLimit = 500ms;
 
+std::filesystem::path goodCopy(const std::filesystem::path& file) {
+  auto copy = file;
+  copy += ".good";
+  return copy;
+}
+
 std::string reason(int errorNumber) {
   return std::generic_category().message(errorNumber);
 }
@@ -26,16 +33,27 @@ std::string reason(int errorNumber) {
 }  // namespace
 
 JsonDefaultsStore::JsonDefaultsStore(FileSystem& files, std::filesystem::path file)
-    : files_(files), file_(std::move(file)) {
-  if (readFile() != Read::damaged) return;
-  // Out of the way at once, and not only at the next change: until then everything would look as never set.
-  const auto lock = files_.lock(lockPath(file_), lockLimit);
-  if (!lock) {
-    report(fmt::format("The settings file {} is damaged and cannot be replaced ({}).", file_.string(),
-                       reason(lock.error())));
-  } else if (readFile() == Read::damaged) {
-    (void)store();
-  }
+    : files_(files), given_(std::move(file)), file_(files_.target(given_)) {
+  const auto read = readFile();
+  if (read == Read::document) keepAsGood();
+  if (read != Read::damaged) return;
+  auto good = lastGood();
+  if (good) document_ = *std::move(good);
+}
+
+bool JsonDefaultsStore::reload() {
+  const auto before = document_.text();
+  file_ = files_.target(given_);
+  const auto read = readFile();
+  if (read == Read::document) keepAsGood();
+  if (read == Read::absent) document_ = {};
+  applyUnstored();
+  return document_.text() != before;
+}
+
+std::vector<std::filesystem::path> JsonDefaultsStore::watchedFiles() const {
+  if (file_ == given_) return {given_};
+  return {given_, file_};
 }
 
 std::optional<DefaultsValue> JsonDefaultsStore::value(std::string_view key) const {
@@ -62,27 +80,47 @@ JsonDefaultsStore::Read JsonDefaultsStore::readFile() {
         file_.string(), reason(bytes.error())));
     return Read::failed;
   }
+  damage_.clear();
   if (!*bytes) return Read::absent;
   auto parsed = DefaultsDocument::parse({reinterpret_cast<const char*>((*bytes)->data()), (*bytes)->size()});
-  if (!parsed) return Read::damaged;
+  if (!parsed) {
+    damage_ = parsed.error();
+    report(fmt::format("The settings file {} cannot be understood: {}. The last good settings are in force.",
+                       given_.string(), damage_));
+    return Read::damaged;
+  }
   document_ = std::move(*parsed);
   return Read::document;
+}
+
+std::optional<DefaultsDocument> JsonDefaultsStore::lastGood() {
+  const auto bytes = readWholeFile(files_, goodCopy(given_), largestFile);
+  if (!bytes || !*bytes) return std::nullopt;
+  auto parsed = DefaultsDocument::parse({reinterpret_cast<const char*>((*bytes)->data()), (*bytes)->size()});
+  if (!parsed) return std::nullopt;
+  return *std::move(parsed);
+}
+
+/// A copy for the day when somebody forgets a comma. Nothing depends on it before, so a failure is none.
+void JsonDefaultsStore::keepAsGood() {
+  const auto text = document_.text();
+  const auto good = lastGood();
+  if (good && good->text() == text) return;
+  const auto lock = files_.lock(lockPath(goodCopy(given_)), Duration::zero());
+  if (!lock) return;
+  const std::span bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+  (void)replaceFile(files_, goodCopy(given_), bytes, {}, Durability::process);
+  (void)removeIfPresent(files_, lockPath(goodCopy(given_)));
 }
 
 void JsonDefaultsStore::change(std::string_view key, std::optional<DefaultsValue> value) {
   unstored_.insert_or_assign(std::string(key), std::move(value));
   applyUnstored();
-  if (const auto made = files_.makeFolders(file_.parent_path()); !made) {
-    report(fmt::format("The folder of the settings {} cannot be made ({}).", file_.parent_path().string(),
-                       reason(made.error())));
-    return;
-  }
+  if (const auto made = files_.makeFolders(file_.parent_path()); !made)
+    return reportUnwritable("cannot be made", made.error());
   const auto lock = files_.lock(lockPath(file_), lockLimit);
-  if (!lock) {
-    report(fmt::format("The settings file {} is in use ({}). Changes are kept in memory.", file_.string(),
-                       reason(lock.error())));
-    return;
-  }
+  if (!lock)
+    return reportUnwritable(lock.error() == EWOULDBLOCK ? "is in use" : "cannot be written", lock.error());
   (void)store();
 }
 
@@ -90,27 +128,36 @@ void JsonDefaultsStore::change(std::string_view key, std::optional<DefaultsValue
 bool JsonDefaultsStore::store() {
   const auto read = readFile();
   if (read == Read::failed) return false;
+  if (read == Read::absent) document_ = {};
   if (read == Read::damaged) {
     const auto aside = setFileAside(files_, file_);
     if (!aside) {
-      report(fmt::format(
-          "The settings file {} is damaged and cannot be set aside ({}). Changes are kept in memory.",
-          file_.string(), reason(aside.error())));
+      reportUnwritable("cannot be set aside", aside.error());
       return false;
     }
-    report(fmt::format("The settings file was damaged. It was set aside as {}.", aside->string()));
+    report(
+        fmt::format("The settings file was damaged ({}). It was set aside as {}.", damage_, aside->string()));
   }
   applyUnstored();
   const auto text = document_.text();
   const auto written =
       replaceFile(files_, file_, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
   if (!written) {
-    report(fmt::format("The settings file {} cannot be written ({}). Changes are kept in memory.",
-                       file_.string(), reason(written.error())));
+    reportUnwritable("cannot be written", written.error());
     return false;
   }
   unstored_.clear();
+  keepAsGood();
   return true;
+}
+
+void JsonDefaultsStore::reportUnwritable(std::string_view doing, int error) {
+  if (error == EROFS || error == EACCES || error == EPERM) {
+    report(fmt::format("The settings file {} is read-only. Changes are kept in memory.", file_.string()));
+    return;
+  }
+  report(fmt::format("The settings file {} {} ({}). Changes are kept in memory.", file_.string(), doing,
+                     reason(error)));
 }
 
 void JsonDefaultsStore::applyUnstored() {

@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::uint64_t largestPropertyList = 16 << 20;
 
-std::optional<SmartLocalModel> storedModel(const DefaultsStore& defaults, std::string_view key) {
-  const auto raw = defaults.get<std::string>(key);
-  return raw ? smartLocalModelFromStored(*raw) : std::nullopt;
-}
-
 void storeModel(DefaultsStore& defaults, std::string_view key, SmartLocalModel model) {
   defaults.set(key, std::string(rawValue(model)));
 }
@@ -30,6 +25,11 @@ std::optional<ShortcutConfiguration> storedShortcut(const DefaultsStore& default
 }
 
 }  // namespace
+
+std::optional<SmartLocalModel> storedModel(const DefaultsStore& defaults, std::string_view key) {
+  const auto raw = defaults.get<std::string>(key);
+  return raw ? smartLocalModelFromStored(*raw) : std::nullopt;
+}
 
 void importLegacyPreferences(DefaultsStore& defaults, FileSystem& files, const PropertyListReader& reader,
                              const std::filesystem::path& propertyList) {
@@ -69,7 +69,8 @@ SmartLocalModel smartLocalModel(DefaultsStore& defaults, bool fullGemmaCatalog,
     stored = SmartLocalModel::qwen17;  // what formatting ran with before the choice was stored
   }
   if (!stored) return standard;
-  if (!fullGemmaCatalog || *stored == standard || modelIsReady(*stored) || !modelIsReady(standard))
+  if (!fullGemmaCatalog || *stored == standard || modelIsReady(*stored) != false ||
+      modelIsReady(standard) != true)
     return *stored;
   storeModel(defaults, settingsKey::modelMigrationPreviousSelection, *stored);
   storeModel(defaults, settingsKey::smartLocalModel, standard);
@@ -92,7 +93,7 @@ bool smartFormatting(DefaultsStore& defaults, SmartLocalModel model, const Model
     defaults.set(settingsKey::smartLocalQwenMigration, true);
     return false;
   }
-  return defaults.boolean(settingsKey::smartFormatting, false) && modelIsReady(model);
+  return defaults.boolean(settingsKey::smartFormatting, false) && modelIsReady(model) != false;
 }
 
 }  // namespace murmel::settingsMigration

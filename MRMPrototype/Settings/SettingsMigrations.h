@@ -15,7 +15,8 @@
 /// and knows by itself whether there is anything to do.
 namespace murmel::settingsMigration {
 
-using ModelIsReady = std::function<bool(SmartLocalModel)>;
+/// Whether a model's file is installed and verified; nothing while that is not known yet.
+using ModelIsReady = std::function<std::optional<bool>(SmartLocalModel)>;
 
 /// Takes over the preferences of the earlier application identity, without touching keys that are set. Runs
 /// once, before the repository is made.
@@ -30,15 +31,18 @@ inline std::filesystem::path legacyPropertyList(const std::filesystem::path& con
 /// The shortcut as stored, else the one that the older single choice means, as the channel can serve it.
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel);
 
-/// The model as stored; with the full catalogue one that is not installed gives way to one that is.
+std::optional<SmartLocalModel> storedModel(const DefaultsStore& defaults, std::string_view key);
+
+/// The model as stored; with the full catalogue one that is not installed gives way to one that is. What is
+/// not known yet changes nothing.
 SmartLocalModel smartLocalModel(DefaultsStore& defaults, bool fullGemmaCatalog,
                                 const ModelIsReady& modelIsReady);
 
 /// What to tell the user about a model that gave way.
 std::optional<std::string> modelMigrationNotice(const DefaultsStore& defaults);
 
-/// Off once for everybody who comes from a version before the present models; later as stored, if `model` is
-/// ready.
+/// Off once for everybody who comes from a version before the present models; later as stored, unless `model`
+/// is known not to be ready.
 bool smartFormatting(DefaultsStore& defaults, SmartLocalModel model, const ModelIsReady& modelIsReady);
 
 }  // namespace murmel::settingsMigration

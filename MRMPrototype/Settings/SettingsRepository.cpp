@@ -36,42 +36,96 @@ std::string titles(const std::vector<DictationLanguage>& languages) {
 
 SettingsRepository::SettingsRepository(SettingsRepositoryParameters parameters)
     : defaults_(parameters.defaults),
-      vocabulary_(std::move(parameters.vocabularyFile)),
+      fullGemmaCatalog_(parameters.fullGemmaCatalog),
+      modelIsReady_(std::move(parameters.modelIsReady)),
       channel_(parameters.channel),
-      activationPolicy_(parameters.activationPolicy) {
-  const auto ready = [&](SmartLocalModel model) {
-    return parameters.modelIsReady && parameters.modelIsReady(model);
-  };
-  shortcut_ = settingsMigration::shortcut(defaults_, channel_);
-  loadLanguages();
-  playFeedbackSound_ = defaults_.boolean(settingsKey::feedbackSound, true);
-  showInDock_ = defaults_.boolean(settingsKey::showInDock, true);
-  smartLocalModel_ = settingsMigration::smartLocalModel(defaults_, parameters.fullGemmaCatalog, ready);
-  modelMigrationNotice_ = settingsMigration::modelMigrationNotice(defaults_);
-  smartRefinementRouting_ = storedCase(defaults_, settingsKey::smartRefinementRouting,
-                                       SmartRefinementRoutingMode::automaticByLanguage);
-  smartFormatting_ = settingsMigration::smartFormatting(defaults_, smartLocalModel_, ready);
-  historyEnabled_ = defaults_.boolean(settingsKey::historyEnabled, false);
-  historyRetention_ = storedCase(defaults_, settingsKey::historyRetention, HistoryRetention::forever);
-  removeFillerWords_ = defaults_.boolean(settingsKey::removeFillerWords, false);
-  processWhileRecording_ = defaults_.boolean(settingsKey::processWhileRecording, true);
-  insertWhileRecording_ = defaults_.boolean(settingsKey::insertWhileRecording, false);
-  restorePreviousClipboard_ = defaults_.boolean(settingsKey::restorePreviousClipboard, true);
-  personalVocabulary_ = vocabulary_.load(defaults_);
-  vocabularyStorageStatus_ = vocabulary_.status();
-  overlayPosition_ = storedCase(defaults_, settingsKey::overlayAnchor, OverlayPosition::right);
+      activationPolicy_(parameters.activationPolicy),
+      shortcut_(settingsMigration::shortcut(defaults_, channel_)),
+      vocabulary_(parameters.executor, parameters.queue, std::move(parameters.vocabularyFile), [this] {
+        publish(SettingsProperty::personalVocabulary, personalVocabulary_, vocabulary_.text());
+        publish(SettingsProperty::vocabularyStorageStatus, vocabularyStorageStatus_,
+                vocabulary_.trouble() ? SecureStorageStatus::unavailable : SecureStorageStatus::available);
+      }) {
+  if (!modelIsReady_) modelIsReady_ = [](SmartLocalModel) { return false; };
+  readModels();
+  read();
+  vocabulary_.load(defaults_);
 }
 
-void SettingsRepository::loadLanguages() {
+void SettingsRepository::readModels() {
+  const auto model = settingsMigration::smartLocalModel(defaults_, fullGemmaCatalog_, modelIsReady_);
+  publish(SettingsProperty::smartLocalModel, smartLocalModel_, model);
+  publish(SettingsProperty::modelMigrationNotice, modelMigrationNotice_,
+          settingsMigration::modelMigrationNotice(defaults_));
+  publish(SettingsProperty::smartFormatting, smartFormatting_,
+          settingsMigration::smartFormatting(defaults_, model, modelIsReady_));
+  isModelUndecided_ = !modelIsReady_(model) || !modelIsReady_(SmartLocalModel::gemma4E2B);
+}
+
+void SettingsRepository::modelInventoryChanged() {
+  if (isModelUndecided_) readModels();
+}
+
+void SettingsRepository::reload() {
+  const auto shortcut = settingsMigration::shortcut(defaults_, channel_);
+  if (shortcut != shortcut_) {
+    publish(SettingsProperty::shortcut, shortcut_, shortcut);
+    shortcutDidChange_.emit();
+  }
+  // What somebody has chosen is not replaced behind their back: that is for the start.
+  publish(SettingsProperty::smartLocalModel, smartLocalModel_,
+          settingsMigration::storedModel(defaults_, settingsKey::smartLocalModel).value_or(smartLocalModel_));
+  publish(SettingsProperty::smartFormatting, smartFormatting_,
+          defaults_.boolean(settingsKey::smartFormatting, false) && modelIsReady_(smartLocalModel_) != false);
+  publish(SettingsProperty::modelMigrationNotice, modelMigrationNotice_,
+          settingsMigration::modelMigrationNotice(defaults_));
+  const bool wasInDock = showInDock_;
+  read();
+  if (wasInDock != showInDock_) showWhereItBelongs();
+}
+
+void SettingsRepository::read() {
+  using P = SettingsProperty;
+  readLanguages();
+  const auto boolean = [this](P property, bool& member, std::string_view key, bool fallback) {
+    publish(property, member, defaults_.boolean(key, fallback));
+  };
+  boolean(P::playFeedbackSound, playFeedbackSound_, settingsKey::feedbackSound, true);
+  boolean(P::showInDock, showInDock_, settingsKey::showInDock, true);
+  publish(P::smartRefinementRouting, smartRefinementRouting_,
+          storedCase(defaults_, settingsKey::smartRefinementRouting,
+                     SmartRefinementRoutingMode::automaticByLanguage));
+  boolean(P::historyEnabled, historyEnabled_, settingsKey::historyEnabled, false);
+  publish(P::historyRetention, historyRetention_,
+          storedCase(defaults_, settingsKey::historyRetention, HistoryRetention::forever));
+  boolean(P::removeFillerWords, removeFillerWords_, settingsKey::removeFillerWords, false);
+  boolean(P::processWhileRecording, processWhileRecording_, settingsKey::processWhileRecording, true);
+  boolean(P::insertWhileRecording, insertWhileRecording_, settingsKey::insertWhileRecording, false);
+  boolean(P::restorePreviousClipboard, restorePreviousClipboard_, settingsKey::restorePreviousClipboard,
+          true);
+  publish(P::overlayPosition, overlayPosition_,
+          storedCase(defaults_, settingsKey::overlayAnchor, OverlayPosition::right));
+}
+
+void SettingsRepository::readLanguages() {
   const auto primary = storedCase(defaults_, settingsKey::primaryLanguage, DictationLanguage::english);
   const auto secondary = storedCase(defaults_, settingsKey::secondaryLanguage, DictationLanguage::russian);
-  singleLanguage_ = storedCase(defaults_, settingsKey::singleLanguage, primary);
+  publish(SettingsProperty::singleLanguage, singleLanguage_,
+          storedCase(defaults_, settingsKey::singleLanguage, primary));
+  std::vector<DictationLanguage> selected;
   const auto stored = defaults_.get<std::vector<std::string>>(settingsKey::selectedLanguages);
   for (const auto& code : stored.value_or(std::vector<std::string>{})) {
-    if (const auto language = fromRawValue<DictationLanguage>(code)) selectedLanguages_.push_back(*language);
+    if (const auto language = fromRawValue<DictationLanguage>(code)) selected.push_back(*language);
   }
-  if (selectedLanguages_.empty()) selectedLanguages_ = {primary, secondary};
-  languageMode_ = storedCase(defaults_, settingsKey::languageMode, DictationLanguageMode::automaticAll);
+  if (selected.empty()) selected = {primary, secondary};
+  publish(SettingsProperty::selectedLanguages, selectedLanguages_, std::move(selected));
+  publish(SettingsProperty::languageMode, languageMode_,
+          storedCase(defaults_, settingsKey::languageMode, DictationLanguageMode::automaticAll));
+}
+
+void SettingsRepository::showWhereItBelongs() {
+  const auto policy = showInDock_ ? ActivationPolicy::regular : ActivationPolicy::accessory;
+  if (activationPolicy_ != nullptr && activationPolicy_->current() != policy) activationPolicy_->set(policy);
 }
 
 template <class T>
@@ -136,8 +190,7 @@ void SettingsRepository::setPlayFeedbackSound(bool on) {
 
 void SettingsRepository::setShowInDock(bool on) {
   assignBoolean(SettingsProperty::showInDock, showInDock_, on, settingsKey::showInDock);
-  const auto policy = on ? ActivationPolicy::regular : ActivationPolicy::accessory;
-  if (activationPolicy_ != nullptr && activationPolicy_->current() != policy) activationPolicy_->set(policy);
+  showWhereItBelongs();
 }
 
 void SettingsRepository::setSmartLocalModel(SmartLocalModel model) {
@@ -187,15 +240,8 @@ void SettingsRepository::setOverlayPosition(OverlayPosition position) {
 }
 
 void SettingsRepository::setPersonalVocabulary(std::string text) {
-  publish(SettingsProperty::personalVocabulary, personalVocabulary_, SpokenText(std::move(text)));
-  vocabulary_.store(personalVocabulary_);
-  publish(SettingsProperty::vocabularyStorageStatus, vocabularyStorageStatus_, vocabulary_.status());
-}
-
-void SettingsRepository::retryPersonalVocabulary() {
-  if (vocabulary_.loadedSuccessfully() || !personalVocabulary_.empty()) return;
-  publish(SettingsProperty::personalVocabulary, personalVocabulary_, vocabulary_.load(defaults_));
-  publish(SettingsProperty::vocabularyStorageStatus, vocabularyStorageStatus_, vocabulary_.status());
+  vocabulary_.store(SpokenText(std::move(text)));
+  publish(SettingsProperty::personalVocabulary, personalVocabulary_, vocabulary_.text());
 }
 
 void SettingsRepository::dismissModelMigrationNotice() {

@@ -44,6 +44,8 @@ enum class SettingsProperty {
 /// What the settings are made of. The references must outlive the repository.
 struct SettingsRepositoryParameters {
   DefaultsStore& defaults;
+  Executor& executor;
+  SerialQueue& queue;              ///< on which the vocabulary's file is waited for
   SecureLocalFile vocabularyFile;  ///< `vocabularyFile(...)`
   /// The edition offers the full catalogue of language models.
   bool fullGemmaCatalog = false;
@@ -54,9 +56,10 @@ struct SettingsRepositoryParameters {
   ActivationPolicyControl* activationPolicy = nullptr;
 };
 
-/// The one owner of the user's settings. Reads them once, brings those of earlier versions up to date, and
-/// keeps each change right away: in the preference store, the vocabulary in its sealed file. Main thread.
-class SettingsRepository final : public DictationSettings {
+/// The one owner of the user's settings. Brings those of earlier versions up to date, and keeps each change
+/// right away: in the preference store, the vocabulary in its sealed file. The vocabulary is empty until it
+/// has been read. Main thread.
+class SettingsRepository : public DictationSettings {
  public:
   explicit SettingsRepository(SettingsRepositoryParameters parameters);
 
@@ -86,6 +89,10 @@ class SettingsRepository final : public DictationSettings {
   [[nodiscard]] OverlayPosition overlayPosition() const { return overlayPosition_; }
   [[nodiscard]] std::string personalVocabulary() const override { return personalVocabulary_.reveal(); }
   [[nodiscard]] SecureStorageStatus vocabularyStorageStatus() const { return vocabularyStorageStatus_; }
+  /// Why that status is `unavailable`.
+  [[nodiscard]] const std::optional<SecureLocalStorageError>& vocabularyTrouble() const {
+    return vocabulary_.trouble();
+  }
   /// What to tell the user about a model that was replaced; again at every start until it is dismissed.
   [[nodiscard]] const std::optional<std::string>& modelMigrationNotice() const {
     return modelMigrationNotice_;
@@ -112,9 +119,15 @@ class SettingsRepository final : public DictationSettings {
   void setOverlayPosition(OverlayPosition position);
   /// Kept in memory alone while the sealed file could not be read.
   void setPersonalVocabulary(std::string text);
-  /// Reads the sealed vocabulary again after it could not be read, unless the user has written one since. For
-  /// the moment when the secret store has become available.
-  void retryPersonalVocabulary();
+  /// Reads the sealed vocabulary again: another process has changed it, or the key ring has become available.
+  void reloadPersonalVocabulary() { vocabulary_.load(defaults_); }
+  /// Blocks until the vocabulary has been read or stored, or could not be.
+  void waitForPersonalVocabulary() { vocabulary_.wait(); }
+  /// Takes over what the preference store says now, because somebody else has changed it.
+  void reload();
+  /// Looks again at the choice of the model and at the formatting, where what is installed was not known at
+  /// the start. For every change of the inventory; does something once.
+  void modelInventoryChanged();
   void dismissModelMigrationNotice();
 
   /// Present in mode `single` only.
@@ -135,10 +148,15 @@ class SettingsRepository final : public DictationSettings {
   void assignBoolean(SettingsProperty property, bool& member, bool value, std::string_view key);
   template <class T>
   void publish(SettingsProperty property, T& member, T value);
-  void loadLanguages();
+  void read();
+  void readModels();
+  void readLanguages();
+  void showWhereItBelongs();
 
   DefaultsStore& defaults_;
-  VocabularyStorage vocabulary_;
+  bool fullGemmaCatalog_;
+  settingsMigration::ModelIsReady modelIsReady_;
+  bool isModelUndecided_ = false;
   MRMDistributionChannel channel_;
   ActivationPolicyControl* activationPolicy_;
 
@@ -165,6 +183,7 @@ class SettingsRepository final : public DictationSettings {
   Signal<SettingsProperty> willChange_;
   Signal<SettingsProperty> didChange_;
   Signal<> shortcutDidChange_;
+  VocabularyStorage vocabulary_;  ///< last: it tells of changes
 };
 
 }  // namespace murmel

@@ -43,6 +43,8 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
   transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
   transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
+  transcribeCommand->add_flag("--history", transcribe.history,
+                              "Keep the text in the history too, when it is switched on");
   transcribeCommand->add_flag("--live", transcribe.live, "Print phrases as they come");
   transcribeCommand->add_flag("--refine", transcribe.refine,
                               "Punctuation and capitals by the local language model");
@@ -58,9 +60,20 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
       "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
   modelsCommand->add_option("ARGUMENT", models.arguments,
                             "list | download NAME | verify [NAME] | remove NAME");
+  const std::pair<KeptDataRole::Data, CLI::App*> keptData[] = {
+      {KeptDataRole::Data::history,
+       app.add_subcommand("history", "What you dictated: list, show, copy, delete, clear")},
+      {KeptDataRole::Data::vocabulary,
+       app.add_subcommand("vocabulary", "Your own words: list, add, remove, import, export, retry")},
+  };
+  for (const auto& [data, command] : keptData) command->prefix_command();
   for (const auto& row : intelCommandActions) {
     app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
   }
+  auto* settingsCommand = app.get_subcommand(std::string(actionName(IntelCommand::openSettings)));
+  settingsCommand->prefix_command();
+  settingsCommand->description(settingsCommand->get_description() +
+                               "; or on the file: list, get NAME, set NAME VALUE, reset NAME");
 
   try {
     app.parse(reversed(arguments));
@@ -73,6 +86,12 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   if (transcribeCommand->parsed()) return transcribe;
   if (doctorCommand->parsed()) return DoctorRole{};
   if (modelsCommand->parsed()) return models;
+  // "settings" alone opens the window; with something behind it, it is about the file.
+  if (settingsCommand->parsed() && settingsCommand->remaining_size() > 0)
+    return KeptDataRole{KeptDataRole::Data::settings, settingsCommand->remaining()};
+  for (const auto& [data, command] : keptData) {
+    if (command->parsed()) return KeptDataRole{data, command->remaining()};
+  }
   for (const auto* command : app.get_subcommands()) {
     if (const auto found = commandForAction(command->get_name())) return RemoteCommandRole{*found};
   }

@@ -22,6 +22,7 @@ struct TranscribeRole {
   std::vector<std::filesystem::path> files;
   bool realTime = false;                ///< play the recordings as fast as they were spoken
   bool live = false;                    ///< print phrases as they come
+  bool history = false;                 ///< keep the text in the history, when that is switched on
   bool refine = false;                  ///< format with the local models, whatever the settings say
   std::optional<std::string> language;  ///< two letters; forces the language of recognition
 };
@@ -32,6 +33,11 @@ struct DoctorRole {};
 struct ModelsRole {
   std::vector<std::string> arguments;  ///< after "models"
 };
+struct KeptDataRole {
+  enum class Data { history, vocabulary, settings };
+  Data data = Data::history;
+  std::vector<std::string> arguments;  ///< after "history", "vocabulary" or "settings"
+};
 /// Help, version or a mistake: print and leave.
 struct MessageRole {
   int exitStatus = 0;
@@ -39,7 +45,7 @@ struct MessageRole {
 };
 
 using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
-                                DoctorRole, ModelsRole, MessageRole>;
+                                DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

@@ -37,12 +37,12 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       desktop_(desktop),
       models_(process, installation),
       storage_(
-          installation, [this](SmartLocalModel model) { return models_.isReady(model); }, &taskBar_),
+          process.executor, installation, [this](SmartLocalModel model) { return models_.readiness(model); },
+          &taskBar_),
       speech_(process, installation, models_, storage_.settings),
       delivery_(process, installation, desktop, storage_.settings.restorePreviousClipboard()),
       audio_(process.executor, desktop.microphone, desktop.microphoneAuthorization,
              installation.folders.temporary),
-      historyUpkeep_(storage_.settings, storage_.history, process.clock),
       refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       tray_({
@@ -68,6 +68,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       setup_(setupActions()),
       windows_(windowParts()),
       delegate_(process.executor, *this, selfTest) {
+  connectStorage();
   connectInterface();
   connectCommands();
   tray_.show();
@@ -122,7 +123,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
       .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
       .openSetup = [this] { openSetupWindow(); },
-      .unlockStorage = {},
+      .unlockStorage = [this] { storage_.health.unlock(); },
       .shortcutNotice =
           [this](const ShortcutConfiguration& shortcut) {
             return shortcutNotice(shortcut, installation_.environment);
@@ -150,6 +151,13 @@ Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
   delivery_.insertion.endDictationSession();
   if (result == TextDeliveryResult::copiedFallback)
     tell(DictationState(DictationState::Case::copied).title());
+}
+
+void MRMPrototypeApp::connectStorage() {
+  storage_.follow(process_.executor, process_.clock);
+  observers_.push_back(sleep_.didWake().subscribe([this] { storage_.expire(); }));
+  observers_.push_back(
+      models_.smart.onInventoryChange([this] { storage_.settings.modelInventoryChanged(); }));
 }
 
 void MRMPrototypeApp::connectInterface() {

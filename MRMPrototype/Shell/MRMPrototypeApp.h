@@ -50,6 +50,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] MainWindows::Parts windowParts();
   /// Pastes words that were dictated before, once another application is in front.
   Task<void> pasteAgain(SpokenText words);
+  void connectStorage();
   void connectInterface();
   void connectCommands();
   /// What the settings have to say about their file and about models that were replaced.
@@ -75,7 +76,6 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   DeliveryServices delivery_;
   AudioCaptureService audio_;
   UpdateActivityRegister updates_;
-  HistoryUpkeep historyUpkeep_;
   RefinerWarmth refinerWarmth_;
 
   IntelCommandTarget commands_;

@@ -67,8 +67,11 @@ ModelServices::ModelServices(const ProcessServices& process, const Installation&
   });
 }
 
-bool ModelServices::isReady(SmartLocalModel model) const {
-  return modelFile(model).has_value();
+std::optional<bool> ModelServices::readiness(SmartLocalModel model) const {
+  if (modelFile(model)) return true;
+  const auto description = describe(model);
+  const auto state = smart.state(smart.identifierFor(description.repository, description.file));
+  return state == ModelFileState::verifying ? std::nullopt : std::optional(false);
 }
 
 std::optional<std::filesystem::path> ModelServices::modelFile(SmartLocalModel model) const {

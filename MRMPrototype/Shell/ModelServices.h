@@ -26,7 +26,8 @@ class ModelServices final : public SmartModelFiles {
   /// Looks at what is installed at once.
   ModelServices(const ProcessServices& process, const Installation& installation);
 
-  [[nodiscard]] bool isReady(SmartLocalModel model) const;
+  /// Nothing while it is not known yet.
+  [[nodiscard]] std::optional<bool> readiness(SmartLocalModel model) const;
   [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel model) const override;
   [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override;
 

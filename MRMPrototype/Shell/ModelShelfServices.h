@@ -28,7 +28,9 @@ class ModelShelfServices final : public ModelShelf {
 
   [[nodiscard]] std::vector<ModelShelfRow> rows() const override;
   [[nodiscard]] Signal<>& changed() override { return changed_; }
-  [[nodiscard]] bool isInstalled(SmartLocalModel model) const override { return models_.isReady(model); }
+  [[nodiscard]] bool isInstalled(SmartLocalModel model) const override {
+    return models_.readiness(model) == true;
+  }
   [[nodiscard]] std::string downloadsUnavailable() const override;
 
   void download(const std::string& name) override;

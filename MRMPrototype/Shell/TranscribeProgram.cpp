@@ -56,7 +56,8 @@ int runTranscribe(Arguments arguments, const Installation& installation, const T
   const ProcessServices process{executor, clock, log, launcher};
   ModelServices models(process, installation);
   StorageServices storage(
-      installation, [&models](SmartLocalModel model) { return models.isReady(model); }, nullptr);
+      executor, installation, [&models](SmartLocalModel model) { return models.readiness(model); }, nullptr);
+  storage.settings.waitForPersonalVocabulary();
   for (const auto& message : storage.defaults.messages()) printLine(stderr, "murmel: ", message);
   TranscriptionSettings settings(storage.settings, role);
   SpeechServices speech(process, installation, models, settings);
@@ -87,7 +88,10 @@ int runTranscribe(Arguments arguments, const Installation& installation, const T
                     : transcribeFiles(services, role.files);
     scope.start(exitWith(std::move(work)));
   });
-  return QCoreApplication::exec();
+  const int status = QCoreApplication::exec();
+  if (storage.history.finish()) return status;
+  printLine(stderr, "murmel: ", "The text could not be kept in the history.");
+  return 1;
 }
 
 }  // namespace murmel

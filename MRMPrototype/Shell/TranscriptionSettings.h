@@ -21,7 +21,7 @@ class TranscriptionSettings final : public DictationSettings {
     return user_.smartRefinementRouting();
   }
   [[nodiscard]] SmartLocalModel smartLocalModel() const override { return user_.smartLocalModel(); }
-  [[nodiscard]] bool historyEnabled() const override { return user_.historyEnabled(); }
+  [[nodiscard]] bool historyEnabled() const override { return role_.history && user_.historyEnabled(); }
   [[nodiscard]] HistoryRetention historyRetention() const override { return user_.historyRetention(); }
   [[nodiscard]] std::string personalVocabulary() const override { return user_.personalVocabulary(); }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override {

@@ -36,6 +36,7 @@ struct Run {
   }
   int operator()(const DoctorRole&) const { return runDoctor(arguments, installation); }
   int operator()(const ModelsRole& role) const { return runModels(arguments, installation, role); }
+  int operator()(const KeptDataRole& role) const { return runKeptData(installation, role); }
   int operator()(const ModelDownloadSmokeRole&) const {
     return runModelDownloadProbe(arguments, installation);
   }

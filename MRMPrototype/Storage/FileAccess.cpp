@@ -52,25 +52,6 @@ FileResult<void> writeCopy(FileSystem& files, const std::filesystem::path& copy,
   return durability == Durability::machine ? files.synchronize(descriptor->get()) : FileResult<void>();
 }
 
-enum class SwapIn {
-  created,    ///< there was no file before
-  exchanged,  ///< the old file is now where the copy was
-  replaced,   ///< the old file is gone: the file system cannot exchange
-};
-
-FileResult<SwapIn> swapIn(FileSystem& files, const std::filesystem::path& copy,
-                          const std::filesystem::path& file) {
-  const auto present = files.exists(file);
-  if (!present) return std::unexpected(present.error());
-  if (*present) {
-    const auto exchanged = files.exchange(copy, file);
-    if (exchanged) return SwapIn::exchanged;
-    if (exchanged.error() != ENOTSUP) return std::unexpected(exchanged.error());
-  }
-  if (const auto renamed = files.rename(copy, file); !renamed) return std::unexpected(renamed.error());
-  return *present ? SwapIn::replaced : SwapIn::created;
-}
-
 }  // namespace
 
 FileResult<std::optional<std::vector<std::uint8_t>>> readWholeFile(FileSystem& files,
@@ -103,24 +84,11 @@ FileResult<void> replaceFile(FileSystem& files, const std::filesystem::path& fil
     (void)removeIfPresent(files, copy);  // what stays is removed before the next write
     return written;
   }
-  if (durability == Durability::process) {
-    const auto renamed = files.rename(copy, file);
-    if (!renamed) (void)removeIfPresent(files, copy);
+  if (const auto renamed = files.rename(copy, file); !renamed) {
+    (void)removeIfPresent(files, copy);
     return renamed;
   }
-  const auto swapped = swapIn(files, copy, file);
-  if (!swapped) {
-    (void)removeIfPresent(files, copy);
-    return std::unexpected(swapped.error());
-  }
-  const auto synchronized = files.synchronizeFolder(file.parent_path());
-  if (!synchronized) {
-    // Nobody knows which name the disk holds. The caller is told of a failure, so the step is taken back.
-    if (*swapped == SwapIn::created) (void)files.remove(file);
-    if (*swapped == SwapIn::exchanged && !files.exchange(copy, file)) return synchronized;
-  }
-  if (*swapped == SwapIn::exchanged) (void)removeIfPresent(files, copy);
-  return synchronized;
+  return durability == Durability::machine ? files.synchronizeFolder(file.parent_path()) : FileResult<void>();
 }
 
 std::filesystem::path temporaryPath(const std::filesystem::path& file) {

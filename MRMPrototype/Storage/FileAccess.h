@@ -24,7 +24,8 @@ enum class Durability {
 };
 
 /// Puts `bytes` in the place of `file` in one step: whenever the process or the machine stops, the file is
-/// the old one or the new one. After an error it is the old one, unless the disk refused that too.
+/// the old one or the new one. After an error it is the old one, unless the last step failed: then it is the
+/// new one, and nobody knows which of them a power failure would leave.
 ///
 /// The copy is made beside the file, under a name of its own (`temporaryPath`); only one writer at a time may
 /// be at work, so the caller holds a lock.

@@ -4,6 +4,7 @@
 #include "Storage/LocalEncryptionKeyStore.h"
 
 #include <string>
+#include <vector>
 
 namespace murmel {
 
@@ -11,8 +12,11 @@ namespace murmel {
 /// account.
 class KeychainEncryptionKeyStore final : public LocalEncryptionKeyStore {
  public:
-  /// `service` is the application identifier with a suffix for the data. The secret store must outlive this.
-  KeychainEncryptionKeyStore(SecretStore& secrets, std::string service);
+  /// `service` is the application identifier with a suffix for the data. `otherServices`: those under which
+  /// other editions of the application keep the keys of the same files; a key of theirs opens a file too, and
+  /// goes with it. The secret store must outlive this.
+  KeychainEncryptionKeyStore(SecretStore& secrets, std::string service,
+                             std::vector<std::string> otherServices = {});
 
   SecureResult<NamedKey> createKey(const Announce& announce) override;
   SecureResult<std::optional<SecretBytes>> key(const std::string& identifier) override;
@@ -21,6 +25,7 @@ class KeychainEncryptionKeyStore final : public LocalEncryptionKeyStore {
  private:
   SecretStore& secrets_;
   std::string service_;
+  std::vector<std::string> services_;  ///< our own first
 };
 
 }  // namespace murmel

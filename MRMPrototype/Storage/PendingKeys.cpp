@@ -2,6 +2,9 @@
 
 #include "Storage/FileAccess.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <ranges>
 #include <string_view>
 
 namespace murmel {
@@ -9,7 +12,7 @@ namespace murmel {
 namespace {
 
 constexpr std::string_view eraseLine = "erase";
-constexpr std::uint64_t largestFile = 1 << 20;
+constexpr std::uint64_t largestFile = 64 << 10;
 
 }  // namespace
 
@@ -26,8 +29,9 @@ FileResult<bool> PendingKeys::exists() const {
 
 FileResult<PendingKeys::Contents> PendingKeys::load() const {
   const auto bytes = readWholeFile(files_, path_, largestFile);
-  if (!bytes) return std::unexpected(bytes.error());
   Contents contents;
+  if (!bytes && bytes.error() == EFBIG) return contents;
+  if (!bytes) return std::unexpected(bytes.error());
   if (!*bytes) return contents;
   std::string_view rest(reinterpret_cast<const char*>((*bytes)->data()), (*bytes)->size());
   // A last line without its end was never finished, so its key was never made.
@@ -46,7 +50,9 @@ FileResult<PendingKeys::Contents> PendingKeys::load() const {
 FileResult<void> PendingKeys::save(const Contents& contents) const {
   std::string text;
   if (contents.erasing) text.append(eraseLine).append("\n");
-  for (const auto& identifier : contents.identifiers) text.append(identifier).append("\n");
+  const auto excess = std::max(contents.identifiers.size(), mostIdentifiers) - mostIdentifiers;
+  for (const auto& identifier : contents.identifiers | std::views::drop(excess))
+    text.append(identifier).append("\n");
   const std::span bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
   return replaceFile(files_, path_, bytes, {}, Durability::process);
 }

@@ -15,16 +15,12 @@ namespace murmel {
 
 namespace {
 
-/// A base64 string as it stands in the text. Some writers escape the slash, the only character of the
-/// alphabet that may be.
-std::optional<std::vector<std::uint8_t>> decodeBox(std::string_view raw, bool escaped) {
-  if (!escaped) return base64::decoded(raw);
+/// A base64 string as it stands in `text`, between its quotes. Any character of it may be escaped.
+std::optional<std::vector<std::uint8_t>> decodeBox(std::string_view text, const JsonCursor::RawString& box) {
+  if (!box.escaped) return base64::decoded(text.substr(box.offset, box.size));
   std::string plain;
-  plain.reserve(raw.size());
-  for (std::size_t index = 0; index < raw.size(); ++index) {
-    if (raw[index] == '\\' && raw.substr(index, 2) == "\\/") ++index;
-    plain += raw[index];
-  }
+  JsonCursor quoted(text.substr(box.offset - 1, box.size + 2));
+  if (!quoted.string(plain)) return std::nullopt;
   return base64::decoded(plain);
 }
 
@@ -54,7 +50,7 @@ SecureResult<SecureLocalEnvelope> SecureLocalEnvelope::decode(std::span<const st
     return cursor.skip();
   });
   if (!read || !cursor.atEnd() || !hasVersion || !hasKey || !hasBox) return invalid;
-  auto sealedData = decodeBox(text.substr(box.offset, box.size), box.escaped);
+  auto sealedData = decodeBox(text, box);
   if (!sealedData) return invalid;
   envelope.sealedData = std::move(*sealedData);
   return envelope;

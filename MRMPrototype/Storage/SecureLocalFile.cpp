@@ -23,7 +23,7 @@ constexpr std::uint64_t largestFile = std::uint64_t{512} << 20;
 constexpr std::uint64_t largestEnvelopeOverhead = 1024;
 // Longer than any writer that is alive takes.
 constexpr Duration lockLimit = 2s;
-// How often a reader follows another process that exchanges file and key.
+// How often a reader follows another process that changes file and key.
 constexpr int readAttempts = 4;
 
 std::unexpected<Error> fileError(int errorNumber) {
@@ -103,7 +103,16 @@ SecureResult<std::optional<SecretBytes>> SecureLocalFile::read() {
   finishInterruptedIfAny();
   auto sealed = readSealed();
   if (!sealed || *sealed) return sealed;
-  return readLegacy();
+  const auto old = legacy();
+  if (!old) return std::unexpected(old.error());
+  if (!*old) return std::nullopt;
+  std::optional<SecretBytes> plaintext;
+  const auto migrated = update([&plaintext](const std::optional<SecretBytes>& content) {
+    if (content) plaintext = content->copy();
+    return SecureResult<std::optional<SecretBytes>>(std::nullopt);
+  });
+  if (!migrated) return std::unexpected(migrated.error());
+  return plaintext;
 }
 
 SecureResult<std::optional<SecretBytes>> SecureLocalFile::readSealed() {
@@ -125,16 +134,14 @@ SecureResult<std::optional<SecretBytes>> SecureLocalFile::readSealed() {
   }
 }
 
-SecureResult<std::optional<SecretBytes>> SecureLocalFile::readLegacy() {
-  for (const auto& legacy : legacyFileURLs_) {
-    auto bytes = readWholeFile(files_, legacy, largestFile);
+SecureResult<std::optional<SecureLocalFile::Legacy>> SecureLocalFile::legacy() {
+  for (const auto& file : legacyFileURLs_) {
+    auto bytes = readWholeFile(files_, file, largestFile);
     if (!bytes) return fileError(bytes.error());
     if (!*bytes) continue;
-    SecretBytes plaintext{std::span<const std::uint8_t>(**bytes)};
+    Legacy found{file, SecretBytes{std::span<const std::uint8_t>(**bytes)}};
     wipe(std::span(**bytes));
-    if (const auto written = write(plaintext.reveal()); !written) return std::unexpected(written.error());
-    if (const auto removed = files_.remove(legacy); !removed) return fileError(removed.error());
-    return plaintext;
+    return found;
   }
   return std::nullopt;
 }
@@ -152,20 +159,58 @@ void SecureLocalFile::removeMigratedLegacyFiles(const SecretBytes& plaintext) {
 }
 
 SecureResult<void> SecureLocalFile::write(std::span<const std::uint8_t> plaintext) {
-  if (base64::encodedSize(plaintext.size()) + largestEnvelopeOverhead > largestFile) return fileError(EFBIG);
   if (const auto made = files_.makeFolders(fileURL_.parent_path()); !made) return fileError(made.error());
   const auto lock = this->lock();
   if (!lock) return std::unexpected(lock.error());
   auto obsolete = finishInterrupted();
   if (!obsolete) return std::unexpected(obsolete.error());
+  return replace(plaintext, *std::move(obsolete));
+}
+
+SecureResult<void> SecureLocalFile::update(const Change& change, OnDamage onDamage) {
+  if (const auto made = files_.makeFolders(fileURL_.parent_path()); !made) return fileError(made.error());
+  const auto lock = this->lock();
+  if (!lock) return std::unexpected(lock.error());
+  auto obsolete = finishInterrupted();
+  if (!obsolete) return std::unexpected(obsolete.error());
+
+  auto content = readSealed();
+  std::optional<Legacy> old;
+  if (content && !*content) {
+    auto found = legacy();
+    if (!found) return std::unexpected(found.error());
+    old = *std::move(found);
+    if (old) *content = old->plaintext.copy();
+  }
+  auto changed = content ? change(*content) : std::unexpected(content.error());
+  if (!changed && changed.error().isDamage() && onDamage == OnDamage::setAside) {
+    const auto aside = setFileAside(files_, old ? old->file : fileURL_);
+    if (!aside) return fileError(aside.error());
+    old.reset();
+    changed = change(std::nullopt);
+  }
+  if (!changed) return std::unexpected(changed.error());
+
+  if (*changed && (*changed)->empty()) return erase();
+  if (!*changed && !old) return {};
+  const auto& plaintext = *changed ? **changed : old->plaintext;
+  if (const auto written = replace(plaintext.reveal(), *std::move(obsolete)); !written) return written;
+  if (!old) return {};
+  if (const auto removed = removeIfPresent(files_, old->file); !removed) return fileError(removed.error());
+  return {};
+}
+
+SecureResult<void> SecureLocalFile::replace(std::span<const std::uint8_t> plaintext,
+                                            std::vector<std::string> obsolete) {
+  if (base64::encodedSize(plaintext.size()) + largestEnvelopeOverhead > largestFile) return fileError(EFBIG);
   const auto previous = keyIDOf(fileURL_);
   if (!previous) return std::unexpected(previous.error());
 
   std::string fresh;
   const auto announce = [&](const std::string& identifier) -> SecureResult<void> {
-    auto identifiers = *obsolete;
-    identifiers.push_back(identifier);
+    auto identifiers = obsolete;
     if (*previous) identifiers.push_back(**previous);
+    identifiers.push_back(identifier);
     if (const auto saved = pending_.save({std::move(identifiers)}); !saved) return fileError(saved.error());
     fresh = identifier;
     return {};
@@ -178,16 +223,16 @@ SecureResult<void> SecureLocalFile::write(std::span<const std::uint8_t> plaintex
     result = std::unexpected(key.error());
   }
 
-  auto current = result ? std::optional(key->identifier) : *previous;
   if (!result) {
-    // Normally the old file; the new one when the disk let it in and then failed.
+    if (fresh.empty()) return result;  // no key was made
     const auto found = keyIDOf(fileURL_);
-    if (!found) return result;  // both keys stay until the file can be read again
-    current = *found;
+    // Both keys stay until it is known which file the disk holds: the next operation looks again.
+    if (!found || *found == fresh) return result;
+    obsolete.push_back(fresh);
+  } else if (*previous && *previous != fresh) {
+    obsolete.push_back(**previous);
   }
-  if (!fresh.empty() && fresh != current) obsolete->push_back(fresh);
-  if (*previous && *previous != current) obsolete->push_back(**previous);
-  deleteKeys(*obsolete);
+  deleteKeys(obsolete);
   return result;
 }
 
@@ -233,6 +278,9 @@ SecureResult<std::vector<std::string>> SecureLocalFile::finishInterrupted() {
   }
   const auto current = keyIDOf(fileURL_);
   if (!current) return std::unexpected(current.error());
+  // A file that came into its place by a write that failed at its end may not be on the disk yet.
+  if (const auto settled = files_.synchronizeFolder(fileURL_.parent_path()); !settled)
+    return fileError(settled.error());
   auto obsolete = pending->identifiers;
   if (*current) std::erase(obsolete, **current);
   deleteKeys(obsolete);
@@ -320,14 +368,6 @@ void SecureLocalFile::hardenExisting() {
   const auto present = files_.exists(fileURL_);
   // A refusal shows when the file is read or written.
   if (present && *present) (void)setFilePermissions_(fileURL_);
-}
-
-SecureResult<void> SecureLocalFile::setAside() {
-  const auto lock = this->lock();
-  if (!lock) return std::unexpected(lock.error());
-  const auto aside = setFileAside(files_, fileURL_);
-  if (!aside) return fileError(aside.error());
-  return {};
 }
 
 }  // namespace murmel

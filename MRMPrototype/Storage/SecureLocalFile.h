@@ -20,8 +20,9 @@ namespace murmel {
 /// fresh key and deletes the one before, so deleting the present key makes every copy of the file unreadable.
 ///
 /// A write that fails or is cut short leaves the old file with its key, or the new file with its key; what
-/// else it left is removed by the next operation. Two processes may use the same file. One thread at a time;
-/// every call blocks for the disk and the key store.
+/// else it left is removed by the next operation. Several processes may use the same file; what they make of
+/// its content goes through `update`, so that none loses the work of another. One thread at a time; every
+/// call blocks for the disk and the key store.
 class SecureLocalFile {
  public:
   using SetFilePermissions = std::function<FileResult<void>(const std::filesystem::path& file)>;
@@ -42,14 +43,23 @@ class SecureLocalFile {
   /// The plaintext; nothing when there is neither the sealed file nor a legacy one.
   SecureResult<std::optional<SecretBytes>> read();
   SecureResult<void> write(std::span<const std::uint8_t> plaintext);
+
+  /// What becomes of the content: new content, an empty one to delete file and key, or nothing to leave it.
+  /// Gets what is in the file, nothing when there is none. An error that is damage says that the content is
+  /// not what it should be.
+  using Change =
+      std::function<SecureResult<std::optional<SecretBytes>>(const std::optional<SecretBytes>& content)>;
+  enum class OnDamage {
+    refuse,    ///< a file that cannot be opened or understood stays, and the update fails
+    setAside,  ///< it is renamed, and the change is applied to nothing
+  };
+  /// Reads, changes and writes under the lock of all writers. `change` may be called twice.
+  SecureResult<void> update(const Change& change, OnDamage onDamage = OnDamage::refuse);
   /// Deletes the key, the file, its copies that were set aside, and the legacy files. Where one of them
   /// resists, the others go all the same and the first error is given.
   SecureResult<void> deleteCryptographically();
   /// Applies the permissions to an existing file again.
   void hardenExisting();
-  /// Renames a file that cannot be decrypted, so that a new one can be written without losing it. Its key
-  /// stays.
-  SecureResult<void> setAside();
 
  private:
   struct Decrypted {
@@ -62,7 +72,13 @@ class SecureLocalFile {
   SecureResult<std::optional<std::string>> keyIDOf(const std::filesystem::path& file);
   Decrypted decrypt(std::span<const std::uint8_t> bytes);
   SecureResult<std::optional<SecretBytes>> readSealed();
-  SecureResult<std::optional<SecretBytes>> readLegacy();
+  struct Legacy {
+    std::filesystem::path file;
+    SecretBytes plaintext;
+  };
+  SecureResult<std::optional<Legacy>> legacy();
+  /// `obsolete`: keys that still wait to be deleted. With the lock held.
+  SecureResult<void> replace(std::span<const std::uint8_t> plaintext, std::vector<std::string> obsolete);
   void removeMigratedLegacyFiles(const SecretBytes& plaintext);
   SecureResult<void> seal(const LocalEncryptionKeyStore::NamedKey& key,
                           std::span<const std::uint8_t> plaintext);

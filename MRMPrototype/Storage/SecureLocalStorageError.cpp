@@ -9,13 +9,15 @@ namespace murmel {
 std::string SecureLocalStorageError::description() const {
   switch (case_) {
     case Case::keychain:
-      return fmt::format("The secret store answered with status {}", code_);
+      return std::string(describe(SecretStatus{code_}));
     case Case::invalidEnvelope:
       return "The file is not a sealed file";
     case Case::keyUnavailable:
       return "The key of the sealed file is not available";
     case Case::authenticationFailed:
       return "The sealed file was changed since it was written";
+    case Case::unreadableContent:
+      return "The sealed file holds something else than it should";
     case Case::file:
       break;
   }

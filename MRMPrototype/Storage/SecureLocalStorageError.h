@@ -16,6 +16,7 @@ class SecureLocalStorageError {
     invalidEnvelope,       ///< the file is not an envelope, or sealing gave none
     keyUnavailable,        ///< another version, or the key that the envelope names is not in the store
     authenticationFailed,  ///< the contents were changed since they were sealed
+    unreadableContent,     ///< opened, but the content is not what its owner keeps there
     file,                  ///< a file operation failed; `code` is its errno
   };
 

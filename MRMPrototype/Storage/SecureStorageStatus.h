@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Storage/SecureLocalStorageError.h"
+
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace murmel {
@@ -14,5 +18,18 @@ constexpr std::string_view message(SecureStorageStatus status) {
                                                     "memory for this session and may not survive "
                                                     "relaunch.";
 }
+
+/// What to show while private data cannot be kept.
+struct SecureStorageNotice {
+  std::string_view sentence = message(SecureStorageStatus::unavailable);
+  std::string reason;      ///< one more sentence: why
+  bool canUnlock = false;  ///< the user can cure it by unlocking the key ring
+
+  explicit SecureStorageNotice(const SecureLocalStorageError& error)
+      : reason(error.description()),
+        canUnlock(error == SecureLocalStorageError::keychain(secretStatus::interactionNotAllowed) ||
+                  error == SecureLocalStorageError::keychain(secretStatus::noDefaultCollection)) {}
+  friend bool operator==(const SecureStorageNotice&, const SecureStorageNotice&) = default;
+};
 
 }  // namespace murmel

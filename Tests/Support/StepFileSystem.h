@@ -60,9 +60,6 @@ class StepFileSystem final : public PosixFileSystem {
   FileResult<void> rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return step("rename", [&] { return PosixFileSystem::rename(from, to); });
   }
-  FileResult<void> exchange(const std::filesystem::path& one, const std::filesystem::path& other) override {
-    return step("exchange", [&] { return PosixFileSystem::exchange(one, other); });
-  }
   FileResult<void> remove(const std::filesystem::path& file) override {
     return step("remove", [&] { return PosixFileSystem::remove(file); });
   }

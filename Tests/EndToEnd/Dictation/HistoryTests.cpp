@@ -1,5 +1,5 @@
 #include "DictationDesk.h"
-#include "History/HistoryRepository.h"
+#include "History/HistoryFile.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
@@ -31,11 +31,12 @@ TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
   SecretServiceStore secrets;
   KeychainEncryptionKeyStore keys(secrets,
                                   "app.murmel.Murmel.Development" + std::string(historyKeyServiceSuffix));
-  const HistoryRepository history(historyFile(files, keys, data()));
-  ASSERT_EQ(history.entries().size(), 2U);
+  const auto entries = HistoryFile(historyFile(files, keys, data())).load();
+  ASSERT_TRUE(entries);
+  ASSERT_EQ(entries->size(), 2U);
   // The newest first.
-  expectOnceEach(history.entries()[0].text.reveal(), {sevenOfClubs});
-  expectOnceEach(history.entries()[1].text.reveal(), {tenOfClubs});
+  expectOnceEach(entries->at(0).text.reveal(), {sevenOfClubs});
+  expectOnceEach(entries->at(1).text.reveal(), {tenOfClubs});
 }
 
 }  // namespace murmel::test

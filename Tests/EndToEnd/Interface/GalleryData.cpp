@@ -69,9 +69,9 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
 GalleryData::GalleryData()
     : keys_(secrets_, "gallery"),
       autostart_(std::make_unique<NoAutostart>()),
-      settings({defaults_, vocabularyFile(files_, keys_, folder_.path()), true,
+      settings({defaults_, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
-      history(historyFile(files_, keys_, folder_.path())) {
+      history(executor_, queue_, historyFile(files_, keys_, folder_.path())) {
   settings.setPersonalVocabulary(
       "postgresql = PostgreSQL\nkay dee ee = KDE\ngit hub = GitHub\n\nno sign here\n");
   settings.setSmartFormatting(true);

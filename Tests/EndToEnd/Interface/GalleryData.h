@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Foundation/Async/SerialQueue.h"
 #include "History/HistoryRepository.h"
 #include "Interface/About/AboutWindow.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Models/ModelShelf.h"
 #include "Interface/Settings/SettingsServices.h"
 #include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/SettingsRepository.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
@@ -51,6 +53,8 @@ class GalleryData {
   FakeSecretStore secrets_;
   KeychainEncryptionKeyStore keys_;
   InMemoryDefaultsStore defaults_;
+  ManualExecutor executor_;
+  SerialQueue queue_{executor_, "gallery"};
   std::unique_ptr<Autostart> autostart_;
 
  public:

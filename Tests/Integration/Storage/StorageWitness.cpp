@@ -4,7 +4,9 @@
 // stage
 // ("kept", "deleted") until it gets a line, so that its memory can be searched. Then it leaves a core dump.
 
+#include "Foundation/Async/SerialQueue.h"
 #include "History/HistoryRepository.h"
+#include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Sentinel.h"
@@ -54,12 +56,19 @@ int main(int argumentCount, char** arguments) {
   KeychainEncryptionKeyStore historyKeys(secrets, "app.murmel.Test.traces.history");
   KeychainEncryptionKeyStore vocabularyKeys(secrets, "app.murmel.Test.traces.vocabulary");
   JsonDefaultsStore defaults(files, defaultsFile(folder));
+  ManualExecutor executor;
+  SerialQueue queue(executor, "private-storage");
   const auto openHistory = [&] {
-    return std::make_unique<HistoryRepository>(historyFile(files, historyKeys, folder));
+    auto history =
+        std::make_unique<HistoryRepository>(executor, queue, historyFile(files, historyKeys, folder));
+    executor.waitUntil([&] { return history->isSettled(); });
+    return history;
   };
   const auto openSettings = [&] {
-    return std::make_unique<SettingsRepository>(
-        SettingsRepositoryParameters{defaults, vocabularyFile(files, vocabularyKeys, folder)});
+    auto settings = std::make_unique<SettingsRepository>(SettingsRepositoryParameters{
+        defaults, executor, queue, vocabularyFile(files, vocabularyKeys, folder)});
+    settings->waitForPersonalVocabulary();
+    return settings;
   };
   {
     auto history = openHistory();
@@ -76,6 +85,8 @@ int main(int argumentCount, char** arguments) {
 
   history->deleteAll();
   settings->setPersonalVocabulary({});
+  settings->waitForPersonalVocabulary();
+  executor.waitUntil([&] { return history->isSettled(); });
   if (history->storageStatus() != SecureStorageStatus::available) return 1;
   stage("deleted");
 

@@ -1,5 +1,7 @@
-#include "History/HistoryRepository.h"
+#include "Foundation/Async/SerialQueue.h"
+#include "History/HistoryExpiry.h"
 #include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/ManualExecutor.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
@@ -23,6 +25,41 @@ namespace {
 const std::string service = "app.murmel.Test.local-storage.history";
 constexpr auto now = std::chrono::sys_days(std::chrono::year(2026) / 5 / 17) + std::chrono::hours(12);
 
+/// Waits for the file after everything, as time does.
+class SettledHistory final : public HistoryRepository {
+ public:
+  SettledHistory(ManualExecutor& executor, SerialQueue& queue, SecureLocalFile storage)
+      : HistoryRepository(executor, queue, std::move(storage)), executor_(executor) {
+    settle();
+  }
+  void add(HistoryEntry entry) override {
+    HistoryRepository::add(std::move(entry));
+    settle();
+  }
+  void prune(HistoryRetention retention, WallTime moment) override {
+    HistoryRepository::prune(retention, moment);
+    settle();
+  }
+  void remove(const Uuid& id) {
+    HistoryRepository::remove(id);
+    settle();
+  }
+  void deleteAll() {
+    HistoryRepository::deleteAll();
+    settle();
+  }
+  void reload() {
+    HistoryRepository::reload();
+    settle();
+  }
+
+ private:
+  void settle() {
+    EXPECT_TRUE(executor_.waitUntil([this] { return isSettled(); }));
+  }
+  ManualExecutor& executor_;
+};
+
 class HistoryRepositoryTest : public ::testing::Test {
  protected:
   TemporaryFolder folder;
@@ -32,7 +69,10 @@ class HistoryRepositoryTest : public ::testing::Test {
   FakeSecretStore secrets;
   KeychainEncryptionKeyStore keys{secrets, service};
 
-  HistoryRepository open() { return HistoryRepository(historyFile(files, keys, data)); }
+  ManualExecutor executor;
+  SerialQueue queue{executor, "history"};
+
+  SettledHistory open() { return {executor, queue, historyFile(files, keys, data)}; }
 
   static HistoryEntry entry(const std::string& text, double secondsBeforeNow = 0) {
     HistoryEntry made;
@@ -119,7 +159,7 @@ TEST_F(HistoryRepositoryTest, MergesAStoredEntryOnceAndKeepsTheOrderOfTies) {
   history.add(first.entries().back());
   history.add(entry("new"));
   secrets.setLocked(false);
-  history.persist();
+  history.reload();
   EXPECT_THAT(texts(history), ElementsAre("new", "stored a", "stored b"));
 }
 
@@ -156,7 +196,6 @@ TEST_F(HistoryRepositoryTest, EveryFailingStepKeepsTheEntriesInMemoryAndTheFileA
     std::filesystem::remove_all(data);
     open().add(entry("old"));
     auto history = open();
-    const auto before = contentsOf(path);
     files.before([&](int index, std::string_view) -> std::optional<int> {
       if (index == failing) return ENOSPC;
       return std::nullopt;
@@ -165,10 +204,7 @@ TEST_F(HistoryRepositoryTest, EveryFailingStepKeepsTheEntriesInMemoryAndTheFileA
     files.failNever();
     SCOPED_TRACE(failing);
     EXPECT_THAT(texts(history), ElementsAre("new", "old"));
-    if (history.storageStatus() == SecureStorageStatus::unavailable) {
-      EXPECT_EQ(contentsOf(path), before);
-    }
-    history.persist();
+    history.reload();
     EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
     EXPECT_THAT(texts(open()), ElementsAre("new", "old"));
   }
@@ -183,8 +219,9 @@ TEST_F(HistoryRepositoryTest, DeletesEverythingForGood) {
   EXPECT_THAT(history.entries(), IsEmpty());
   EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
   secrets.setLocked(false);
-  history.deleteAll();
-  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
+  executor.advance(HistoryRepository::retryInterval);
+  ASSERT_TRUE(executor.waitUntil([&] { return history.isSettled(); }));
+  EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available) << "done as soon as it can be";
   EXPECT_FALSE(std::filesystem::exists(path));
   writeFile(path, copy);
   EXPECT_EQ(open().storageStatus(), SecureStorageStatus::unavailable);
@@ -212,6 +249,52 @@ TEST_F(HistoryRepositoryTest, TellsObserversBeforeAndAfter) {
   EXPECT_THAT(seen, ElementsAre("will, with 0", "did, with 1"));
   secrets.setLocked(true);
   seen.clear();
-  history.persist();
+  history.reload();
   EXPECT_EQ(seen.size(), 2U) << "the status changed";
+}
+
+TEST_F(HistoryRepositoryTest, TwoOfThemLoseNothingOfEachOther) {
+  auto one = open();
+  auto other = open();
+  one.add(entry("of one", 30));
+  other.add(entry("of the other", 20));
+  one.add(entry("of one again", 10));
+  EXPECT_THAT(texts(one), ElementsAre("of one again", "of the other", "of one"));
+  other.reload();
+  other.remove(other.entries().back().id);
+  one.add(entry("last"));
+  EXPECT_THAT(texts(open()), ElementsAre("last", "of one again", "of the other"))
+      << "what is deleted stays so";
+}
+
+TEST_F(HistoryRepositoryTest, WhatIsAddedBeforeTheLoadEndsOrTheApplicationDoesIsKept) {
+  open().add(entry("stored", 400));
+  {
+    HistoryRepository history(executor, queue, historyFile(files, keys, data));
+    EXPECT_THAT(history.entries(), IsEmpty()) << "nothing has been waited for";
+    history.prune(HistoryRetention::fiveMinutes, now);
+    history.add(entry("early"));
+    ASSERT_TRUE(executor.waitUntil([&] { return history.isSettled(); }));
+    EXPECT_EQ(history.entries().size(), 1U) << "the stored one was too old";
+    history.add(entry("at the end"));
+  }
+  EXPECT_THAT(texts(open()), ElementsAre("at the end", "early"));
+}
+
+TEST_F(HistoryRepositoryTest, EntriesGoAtTheSecondTheyAreDueWhileNothingElseHappens) {
+  auto history = open();
+  const auto made = [&](const std::string& text, Duration age) {
+    auto each = entry(text);
+    each.createdAt = historyDate(executor.wallNow() - std::chrono::duration_cast<WallTime::duration>(age));
+    return each;
+  };
+  HistoryExpiry expiry(executor, executor, history, [] { return HistoryRetention::fiveMinutes; });
+  history.add(made("older", std::chrono::minutes(2)));
+  history.add(made("newer", std::chrono::minutes(1)));
+  executor.advance(std::chrono::seconds(179));
+  EXPECT_THAT(texts(history), ElementsAre("newer", "older"));
+  executor.advance(std::chrono::seconds(2));
+  EXPECT_THAT(texts(history), ElementsAre("newer"));
+  ASSERT_TRUE(executor.waitUntil([&] { return history.isSettled(); }));
+  EXPECT_THAT(texts(open()), ElementsAre("newer"));
 }

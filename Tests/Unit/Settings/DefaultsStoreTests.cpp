@@ -55,7 +55,8 @@ TEST_F(DefaultsStoreTest, GivesBackEveryTypeAsItWasSet) {
   }
   EXPECT_FALSE(reader.value("absent"));
   EXPECT_FALSE(reader.get<bool>("int"));
-  EXPECT_THAT(namesIn(file.parent_path()), UnorderedElementsAre("defaults.json", "defaults.json.lock"));
+  EXPECT_THAT(namesIn(file.parent_path()),
+              UnorderedElementsAre("defaults.json", "defaults.json.good", "defaults.json.lock"));
 }
 
 TEST_F(DefaultsStoreTest, KeepsWhatItDoesNotKnow) {
@@ -76,27 +77,55 @@ TEST_F(DefaultsStoreTest, KeepsWhatItDoesNotKnow) {
             R"("none":null,"odddata":{"$data":"notbase64"},"settings.b":false})");
 }
 
-TEST_F(DefaultsStoreTest, SetsADamagedFileAsideAndSaysSo) {
-  const std::string damaged[] = {"",
-                                 "{",
-                                 "[]",
-                                 "{\"a\":1",
-                                 "{\"a\":1,\"a\":2}",
-                                 "\x89PNG",
-                                 "{\"a\":1e999}",
-                                 "{\"a\":" + std::string(100'000, '[')};
+TEST_F(DefaultsStoreTest, AMistakeInTheFileCostsOneMessageAndNoSetting) {
+  const std::pair<std::string, std::string> mistakes[] = {
+      {"{\n  \"a\": 1,\n}", "line 2, column 9: there is a comma too many"},
+      {"{\n  // later\n  \"a\": 1}", "line 2, column 3: comments are not allowed"},
+      {"{\"a\": 1 \"b\": 2}", "line 1, column 9: a comma or a colon is missing"},
+      {"{\"a\":1", "the text ends too early"},
+      {"", "the text ends too early"},
+      {"[]", "one object"},
+      {"{\"a\":1,\"a\":2}", "names \"a\" twice"},
+      {"\x89PNG", "line 1, column 1"},
+      {"{\"a\":" + std::string(100'000, '['), "ends too early"},
+  };
+  JsonDefaultsStore(files, file).set("history", false);
   int number = 0;
-  for (const auto& contents : damaged) {
+  for (const auto& [contents, complaint] : mistakes) {
+    SCOPED_TRACE(contents.substr(0, 40));
+    JsonDefaultsStore running(files, file);
     given(contents);
     JsonDefaultsStore store(files, file);
-    SCOPED_TRACE(contents.substr(0, 40));
-    const auto aside = file.string() + ".damaged" + (++number == 1 ? "" : "-" + std::to_string(number));
-    EXPECT_EQ(contentsOf(aside), contents);
-    ASSERT_THAT(store.messages(), SizeIs(1));
-    EXPECT_THAT(store.messages().front(), HasSubstr(aside));
+    for (auto* each : {&running, &store}) {
+      each->reload();
+      EXPECT_EQ(each->get<bool>("history"), false) << "the last good value";
+      ASSERT_THAT(each->messages(), SizeIs(1));
+      EXPECT_THAT(each->messages().front(), HasSubstr(complaint));
+    }
+    EXPECT_EQ(contentsOf(file), contents) << "somebody is editing it";
     store.set("a", std::int64_t{2});
+    EXPECT_EQ(contentsOf(file.string() + ".damaged" + (++number == 1 ? "" : "-" + std::to_string(number))),
+              contents);
     EXPECT_EQ(JsonDefaultsStore(files, file).get<std::int64_t>("a"), 2);
   }
+}
+
+TEST_F(DefaultsStoreTest, ALinkStaysALinkAndAReadOnlyFileIsCalledSo) {
+  const auto real = folder.path() / "dotfiles" / "murmel.json";
+  std::filesystem::create_directories(file.parent_path());
+  std::filesystem::create_directories(real.parent_path());
+  std::filesystem::create_symlink(std::filesystem::relative(real, file.parent_path()), file);
+  JsonDefaultsStore store(files, file);
+  store.set("a", true);
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  EXPECT_THAT(contentsOf(real), HasSubstr("\"a\""));
+  EXPECT_THAT(store.watchedFiles(), SizeIs(2));
+  writeFile(real, "{\"a\": false}");
+  EXPECT_TRUE(store.reload());
+  EXPECT_EQ(store.get<bool>("a"), false);
+  files.failAlways("lock", EROFS);
+  store.set("a", true);
+  EXPECT_THAT(store.messages().back(), HasSubstr("is read-only"));
 }
 
 TEST_F(DefaultsStoreTest, LeavesAFileAloneThatItCannotReadAndKeepsChangesForLater) {

@@ -1,4 +1,6 @@
+#include "Foundation/Async/SerialQueue.h"
 #include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/ManualExecutor.h"
 #include "Settings/SettingsKeys.h"
 #include "Settings/SettingsRepository.h"
 #include "Shortcut/ShortcutChoice.h"
@@ -48,6 +50,23 @@ class FixedPropertyList final : public PropertyListReader {
   std::map<std::string, DefaultsValue> members;
 };
 
+/// Waits for the vocabulary after everything, as time does.
+class WaitingSettings final : public SettingsRepository {
+ public:
+  explicit WaitingSettings(SettingsRepositoryParameters parameters)
+      : SettingsRepository(std::move(parameters)) {
+    waitForPersonalVocabulary();
+  }
+  void setPersonalVocabulary(std::string text) {
+    SettingsRepository::setPersonalVocabulary(std::move(text));
+    waitForPersonalVocabulary();
+  }
+  void reloadPersonalVocabulary() {
+    SettingsRepository::reloadPersonalVocabulary();
+    waitForPersonalVocabulary();
+  }
+};
+
 class SettingsRepositoryTest : public ::testing::Test {
  protected:
   TemporaryFolder folder;
@@ -61,10 +80,17 @@ class SettingsRepositoryTest : public ::testing::Test {
   bool fullGemmaCatalog = false;
   MRMDistributionChannel channel = MRMDistributionChannel::direct;
 
-  SettingsRepository open() {
-    return SettingsRepository({defaults, vocabularyFile(files, keys, folder.path()), fullGemmaCatalog,
-                               [this](SmartLocalModel model) { return readyModels.contains(model); }, channel,
-                               &dock});
+  ManualExecutor executor;
+  SerialQueue queue{executor, "vocabulary"};
+  bool isInventoryKnown = true;
+
+  WaitingSettings open() {
+    return WaitingSettings(
+        {defaults, executor, queue, vocabularyFile(files, keys, folder.path()), fullGemmaCatalog,
+         [this](SmartLocalModel model) {
+           return isInventoryKnown ? std::optional(readyModels.contains(model)) : std::nullopt;
+         },
+         channel, &dock});
   }
   /// A store of a version after the one-time reset of formatting.
   void givenMigrated() { defaults.values["settings.smartLocalQwenMigration"] = true; }
@@ -354,6 +380,41 @@ TEST_F(SettingsRepositoryTest, FormattingIsResetOnceAndThenNeedsItsModel) {
   EXPECT_EQ(defaults.get<bool>("settings.smartFormatting"), true) << "kept for when the model is back";
 }
 
+TEST_F(SettingsRepositoryTest, AnInventoryThatIsNotKnownYetChangesNothingAndIsLookedAtOnceItIs) {
+  givenMigrated();
+  fullGemmaCatalog = true;
+  isInventoryKnown = false;
+  defaults.values["settings.smartFormatting"] = true;
+  for (const bool isInstalled : {true, false}) {
+    defaults.values["settings.smartLocalModel"] = std::string("qwen4");
+    readyModels = isInstalled ? std::set{SmartLocalModel::qwen4, SmartLocalModel::gemma4E2B}
+                              : std::set{SmartLocalModel::gemma4E2B};
+    auto settings = open();
+    EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::qwen4);
+    EXPECT_TRUE(settings.smartFormatting());
+    isInventoryKnown = true;
+    settings.modelInventoryChanged();
+    EXPECT_EQ(settings.smartLocalModel(), isInstalled ? SmartLocalModel::qwen4 : SmartLocalModel::gemma4E2B);
+    EXPECT_TRUE(settings.smartFormatting());
+    readyModels.clear();
+    settings.modelInventoryChanged();
+    EXPECT_TRUE(settings.smartFormatting()) << "once";
+    isInventoryKnown = false;
+  }
+}
+
+TEST_F(SettingsRepositoryTest, AnEditOfTheStoreIsTakenOverAndTold) {
+  auto settings = open();
+  std::vector<SettingsProperty> told;
+  const auto observer = settings.didChange().subscribe([&](SettingsProperty each) { told.push_back(each); });
+  defaults.values["settings.historyEnabled"] = true;
+  defaults.values["settings.showInDock"] = false;
+  settings.reload();
+  EXPECT_TRUE(settings.historyEnabled());
+  EXPECT_EQ(dock.policy, ActivationPolicy::accessory);
+  EXPECT_THAT(told, ElementsAre(SettingsProperty::showInDock, SettingsProperty::historyEnabled));
+}
+
 TEST_F(SettingsRepositoryTest, TheDockFollowsItsSwitchOnlyWhenItDiffers) {
   auto settings = open();
   settings.setShowInDock(true);
@@ -410,17 +471,13 @@ TEST_F(SettingsRepositoryTest, AnUnreadableVocabularyIsNeverWrittenOver) {
   EXPECT_EQ(settings.personalVocabulary(), "");
   EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
   secrets.setLocked(false);
-  settings.setPersonalVocabulary("");
-  settings.setPersonalVocabulary("typed");
-  EXPECT_EQ(settings.personalVocabulary(), "typed");
+  settings.setPersonalVocabulary("typed = Typed");
+  EXPECT_EQ(settings.personalVocabulary(), "typed = Typed");
   EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::unavailable);
   EXPECT_EQ(contentsOf(sealed), stored);
-  settings.retryPersonalVocabulary();
-  EXPECT_EQ(settings.personalVocabulary(), "typed")
-      << "what the user sees is not exchanged under their hands";
-  settings.setPersonalVocabulary("");
-  settings.retryPersonalVocabulary();
-  EXPECT_EQ(settings.personalVocabulary(), "precious = Precious");
+  settings.reloadPersonalVocabulary();
+  EXPECT_EQ(settings.personalVocabulary(), "precious = Precious\ntyped = Typed");
+  EXPECT_EQ(open().personalVocabulary(), "precious = Precious\ntyped = Typed");
   EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
 
   ASSERT_TRUE(vocabularyFile(files, keys, folder.path()).write(bytesOf("\xff\xfe")));
@@ -437,13 +494,6 @@ TEST_F(SettingsRepositoryTest, AVocabularyThatCannotBeStoredStaysInMemory) {
   settings.setPersonalVocabulary("kept = Kept");
   EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
   EXPECT_EQ(open().personalVocabulary(), "kept = Kept");
-}
-
-TEST_F(SettingsRepositoryTest, OnlyTheStandardPlaceHasALegacyVocabulary) {
-  writeFile(folder.path() / "personal-vocabulary.txt", "legacy");
-  const auto elsewhere = folder.path() / "elsewhere.sealed";
-  EXPECT_FALSE(*vocabularyFile(files, keys, folder.path(), elsewhere).read());
-  EXPECT_TRUE(*vocabularyFile(files, keys, folder.path(), sealed).read());
 }
 
 TEST_F(SettingsRepositoryTest, ImportsTheEarlierPreferencesOnceAndOverwritesNothing) {

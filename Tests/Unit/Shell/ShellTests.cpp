@@ -45,6 +45,9 @@ std::string roleOf(const std::vector<std::string>& arguments) {
       for (const auto& argument : models.arguments) text += " " + argument;
       return text;
     }
+    std::string operator()(const KeptDataRole& kept) const {
+      return kept.data == KeptDataRole::Data::settings ? "settings file " + kept.arguments.front() : "kept";
+    }
     std::string operator()(const DoctorRole&) const { return "doctor"; }
     std::string operator()(const MessageRole& message) const {
       return "exit " + std::to_string(message.exitStatus);
@@ -119,6 +122,8 @@ TEST(LaunchRole, FollowsTheArguments) {
       {{"quit"}, "MRM.Intel.Quit"},
       {{"doctor"}, "doctor"},
       {{"models", "download", "parakeet"}, "models download parakeet"},
+      {{"settings", "list", "--json"}, "settings file list"},
+      {{"history", "show", "1", "--json"}, "kept"},
       {{"--version"}, "exit 0"},
       {{"--help"}, "exit 0"},
       {{"--typo"}, "exit 2"},

@@ -102,17 +102,12 @@ class SettingsWiring : public ::testing::Test {
   FakeSecretStore secrets;
   KeychainEncryptionKeyStore keys{secrets, "app.murmel.Test.vocabulary"};
   InMemoryDefaultsStore defaults;
-  SettingsRepository settings{
-      {.defaults = defaults, .vocabularyFile = vocabularyFile(files, keys, folder.path())}};
+  SerialQueue queue{executor, "vocabulary"};
+  SettingsRepository settings{{.defaults = defaults,
+                               .executor = executor,
+                               .queue = queue,
+                               .vocabularyFile = vocabularyFile(files, keys, folder.path())}};
 };
-
-TEST_F(SettingsWiring, PrunesTheHistoryAtTheStartAndWhenTheRetentionChanges) {
-  FakeDictationHistory history;
-  const HistoryUpkeep upkeep(settings, history, executor);
-  EXPECT_EQ(history.prunedWith, HistoryRetention::forever);
-  settings.setHistoryRetention(HistoryRetention::oneWeek);
-  EXPECT_EQ(history.prunedWith, HistoryRetention::oneWeek);
-}
 
 TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
   FakeRefinementSource refinement;

@@ -92,17 +92,20 @@ FileResult<void> PosixFileSystem::rename(const std::filesystem::path& from, cons
   return withoutValue(checked([&] { return ::rename(from.c_str(), to.c_str()); }));
 }
 
-FileResult<void> PosixFileSystem::exchange(const std::filesystem::path& one,
-                                           const std::filesystem::path& other) {
-  const auto result =
-      checked([&] { return ::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE); });
-  // What kernels and file systems without it answer.
-  if (!result && (result.error() == EINVAL || result.error() == ENOSYS)) return std::unexpected(ENOTSUP);
-  return withoutValue(result);
-}
-
 FileResult<void> PosixFileSystem::remove(const std::filesystem::path& file) {
   return withoutValue(checked([&] { return ::unlink(file.c_str()); }));
+}
+
+std::filesystem::path PosixFileSystem::target(const std::filesystem::path& path) {
+  constexpr int mostLinks = 40;  // what the kernel follows
+  auto end = path;
+  for (int link = 0; link < mostLinks; ++link) {
+    std::error_code error;
+    const auto next = std::filesystem::read_symlink(end, error);
+    if (error) return end;
+    end = end.parent_path() / next;
+  }
+  return path;
 }
 
 FileResult<bool> PosixFileSystem::exists(const std::filesystem::path& path) {

@@ -15,8 +15,8 @@ class PosixFileSystem : public FileSystem {
   FileResult<void> synchronize(int descriptor) override;
   FileResult<void> synchronizeFolder(const std::filesystem::path& folder) override;
   FileResult<void> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
-  FileResult<void> exchange(const std::filesystem::path& one, const std::filesystem::path& other) override;
   FileResult<void> remove(const std::filesystem::path& file) override;
+  std::filesystem::path target(const std::filesystem::path& path) override;
   FileResult<bool> exists(const std::filesystem::path& path) override;
   FileResult<std::vector<std::string>> names(const std::filesystem::path& folder) override;
   FileResult<void> makeFolders(const std::filesystem::path& folder) override;

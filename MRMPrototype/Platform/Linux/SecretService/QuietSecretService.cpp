@@ -6,7 +6,12 @@ namespace {
 
 constexpr const char* refusal = "the key ring would have to ask the user";
 
-GVariant* promptSync(SecretService*, SecretPrompt*, GCancellable*, const GVariantType*, GError** error) {
+constexpr const char* followsKey = "murmel-follows-prompts";
+
+GVariant* promptSync(SecretService* self, SecretPrompt* prompt, GCancellable* cancellable,
+                     const GVariantType* type, GError** error) {
+  if (g_object_get_data(G_OBJECT(self), followsKey) != nullptr)
+    return secret_prompt_perform_sync(prompt, nullptr, cancellable, type, error);
   g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, refusal);
   return nullptr;
 }
@@ -39,6 +44,14 @@ GType quietSecretServiceType() {
                                          initializeClass, parent.instance_size, nullptr, GTypeFlags{});
   }();
   return type;
+}
+
+FollowPrompts::FollowPrompts(SecretService* service) : service_(service) {
+  g_object_set_data(G_OBJECT(service_), followsKey, service_);
+}
+
+FollowPrompts::~FollowPrompts() {
+  g_object_set_data(G_OBJECT(service_), followsKey, nullptr);
 }
 
 }  // namespace murmel

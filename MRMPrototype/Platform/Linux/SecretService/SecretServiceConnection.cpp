@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* schemaName = "app.murmel.LocalStorageKey";
 constexpr const char* itemLabel = "Murmel local storage key";
+constexpr const char* newCollectionLabel = "Default";
 constexpr const char* contentType = "application/octet-stream";
 
 using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
@@ -28,10 +29,10 @@ std::unexpected<SecretStatus> failed(const GlibError& error) {
   return std::unexpected(statusOf(error));
 }
 
-/// The two statuses that say nothing about the connection.
+/// The statuses that say nothing about the connection.
 bool isAnswer(SecretStatus status) {
   return status == secretStatus::itemNotFound || status == secretStatus::interactionNotAllowed ||
-         status == secretStatus::duplicateItem;
+         status == secretStatus::duplicateItem || status == secretStatus::noDefaultCollection;
 }
 
 GlibPointer<GDBusConnection> sessionBus(GCancellable* cancellable, GlibError& error) {
@@ -110,9 +111,9 @@ std::expected<GlibPointer<SecretCollection>, SecretStatus> SecretServiceConnecti
       service_.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable, error.fill()));
   if (error) return failed(error);
   // To make one, or to open it, the user would have to choose or to type a password.
-  if (!collection || secret_collection_get_locked(collection.get())) {
+  if (!collection) return std::unexpected(secretStatus::noDefaultCollection);
+  if (secret_collection_get_locked(collection.get()))
     return std::unexpected(secretStatus::interactionNotAllowed);
-  }
   return collection;
 }
 
@@ -138,6 +139,7 @@ std::expected<void, SecretStatus> SecretServiceConnection::add(const std::string
                          contentType),
         [](SecretValue* held) { secret_value_unref(held); });
     GlibError error;
+    const FollowPrompts following(service_.get());
     const GlibPointer<SecretItem> item(
         secret_item_create_sync(collection->get(), schema_, attributes.get(), itemLabel, value.get(),
                                 SECRET_ITEM_CREATE_NONE, cancellable, error.fill()));
@@ -176,6 +178,7 @@ std::expected<void, SecretStatus> SecretServiceConnection::remove(const std::str
     for (const auto& item : items->list) {
       if (secret_item_get_locked(item.get())) return std::unexpected(secretStatus::interactionNotAllowed);
       GlibError error;
+      const FollowPrompts following(service_.get());
       if (!secret_item_delete_sync(item.get(), cancellable, error.fill())) return failed(error);
     }
     return {};
@@ -201,7 +204,14 @@ std::expected<void, SecretStatus> SecretServiceConnection::unlock() {
   const GlibPointer<SecretCollection> collection(secret_collection_for_alias_sync(
       asking.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, nullptr, error.fill()));
   if (error) return failed(error);
-  if (!collection) return std::unexpected(secretStatus::interactionNotAllowed);
+  if (!collection) {
+    // The service asks for the password of the new one.
+    const GlibPointer<SecretCollection> made(
+        secret_collection_create_sync(asking.get(), newCollectionLabel, SECRET_COLLECTION_DEFAULT,
+                                      SECRET_COLLECTION_CREATE_NONE, nullptr, error.fill()));
+    if (!made) return std::unexpected(error ? statusOf(error) : secretStatus::userCanceled);
+    return {};
+  }
   if (!secret_collection_get_locked(collection.get())) return {};
   GList* const objects = g_list_append(nullptr, collection.get());
   GList* unlocked = nullptr;

@@ -15,6 +15,9 @@ namespace murmel {
 
 namespace {
 
+/// A service that has come back answers a probe in some milliseconds.
+constexpr Duration recoveryLimit = std::chrono::milliseconds(50);
+
 /// One call under way. It is shared, because whoever waits may give up before it has ended.
 struct Job {
   std::move_only_function<void(SecretServiceConnection&, GCancellable*)> work;
@@ -62,6 +65,7 @@ struct SecretServiceStore::Worker {
       const std::lock_guard lock(mutex);
       probing = false;
       answering = answered;
+      changed.notify_all();
     };
     jobs.push_back(std::move(job));
     changed.notify_all();
@@ -72,13 +76,6 @@ SecretServiceStore::SecretServiceStore(Duration limit) : limit_(limit), worker_(
   std::thread thread([worker = worker_] { worker->run(); });
   ::pthread_setname_np(thread.native_handle(), "secret-service");
   thread.detach();
-  auto connecting = std::make_shared<Job>();
-  connecting->work = [](SecretServiceConnection& connection, GCancellable* cancellable) {
-    (void)connection.probe(cancellable);  // the first real call tells what came of it
-  };
-  const std::lock_guard lock(worker_->mutex);
-  worker_->jobs.push_back(std::move(connecting));
-  worker_->changed.notify_all();
 }
 
 SecretServiceStore::~SecretServiceStore() {
@@ -104,8 +101,11 @@ std::expected<T, SecretStatus> SecretServiceStore::call(
   };
   std::unique_lock lock(worker_->mutex);
   if (!worker_->answering) {
+    const bool isFrozen = worker_->probing;
     worker_->probe();
-    return std::unexpected(secretStatus::serviceUnavailable);
+    const auto isAnswered = [this] { return !worker_->probing; };
+    if (isFrozen || !worker_->changed.wait_for(lock, recoveryLimit, isAnswered) || !worker_->answering)
+      return std::unexpected(secretStatus::serviceUnavailable);
   }
   worker_->jobs.push_back(job);
   worker_->changed.notify_all();

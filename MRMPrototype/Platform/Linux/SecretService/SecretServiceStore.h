@@ -14,13 +14,13 @@ class SecretServiceConnection;
 /// The key ring of the desktop.
 ///
 /// The calls run on a thread of their own, and whoever calls waits for at most `limit`. A service that has
-/// not answered by then is taken for dead: every call fails at once, while that thread alone waits until the
-/// service answers again. So a frozen service costs the main thread one wait, not one for every call.
+/// not answered by then is taken for dead: every call fails soon, while that thread alone waits until the
+/// service answers again. So a frozen service costs one wait, not one for every call. Nothing is connected
+/// to before the first call.
 class SecretServiceStore final : public SecretStore {
  public:
   static constexpr Duration standardLimit = std::chrono::seconds(2);
 
-  /// Begins to connect; nothing is waited for.
   explicit SecretServiceStore(Duration limit = standardLimit);
   /// Waits for a call that is under way for at most `limit`.
   ~SecretServiceStore() override;

@@ -1,0 +1,84 @@
+#include "Settings/SettingsCommand.h"
+
+#include "Settings/SettingsKeys.h"
+#include "Settings/SettingsTable.h"
+
+#include <utility>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+namespace {
+
+std::string valueOf(const JsonDefaultsStore& store, const SettingRow& row) {
+  const auto value = store.value(row.key);
+  return value ? settingText(row, *value) : std::string(row.fallback);
+}
+
+std::string_view nameOf(const SettingRow& row) {
+  return row.key.substr(settingsKey::prefix.size());
+}
+
+}  // namespace
+
+SettingsCommand::SettingsCommand(JsonDefaultsStore& store, CommandStreams streams)
+    : store_(store), streams_(std::move(streams)) {}
+
+int SettingsCommand::run(std::vector<std::string> arguments) {
+  const bool asJson = std::erase(arguments, "--json") > 0;
+  const auto verb = arguments.empty() ? std::string("list") : arguments[0];
+  const std::size_t operands = verb == "set" ? 2 : verb == "get" || verb == "reset" ? 1 : 0;
+  if ((operands == 0 && verb != "list") ||
+      (verb == "list" ? arguments.size() > 1 : arguments.size() != operands + 1)) {
+    streams_.complain(usage);
+    return commandMisused;
+  }
+  if (verb == "list") return list(asJson);
+  const auto* const row = settingRow(arguments[1]);
+  if (row == nullptr) {
+    streams_.complain(fmt::format(
+        "There is no setting \"{}\"; \"murmel settings list\" shows those there are.", arguments[1]));
+    return commandMisused;
+  }
+  if (verb == "get") {
+    streams_.print(valueOf(store_, *row) + "\n");
+    return finish();
+  }
+  if (verb == "reset") {
+    store_.remove(row->key);
+    return finish();
+  }
+  auto value = settingFromText(*row, arguments[2]);
+  if (!value) {
+    streams_.complain(fmt::format("{}: {}", nameOf(*row), value.error()));
+    return commandMisused;
+  }
+  // Otherwise the reset of a version long ago would undo it at the first start.
+  if (row->key == settingsKey::smartFormatting) store_.set(settingsKey::smartLocalQwenMigration, true);
+  store_.set(row->key, *std::move(value));
+  return finish();
+}
+
+int SettingsCommand::list(bool asJson) {
+  auto json = nlohmann::json::object();
+  for (const auto& row : settingsTable()) {
+    const auto text = valueOf(store_, row);
+    if (asJson) {
+      json[std::string(nameOf(row))] =
+          row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
+    } else {
+      streams_.print(fmt::format("{:<26}{:<24}{}\n", nameOf(row), text, row.meaning));
+    }
+  }
+  if (asJson) streams_.print(json.dump(2) + "\n");
+  return finish();
+}
+
+int SettingsCommand::finish() {
+  for (const auto& message : store_.messages()) streams_.complain(message);
+  return store_.isStored() ? commandDone : commandFailed;
+}
+
+}  // namespace murmel

@@ -1,0 +1,71 @@
+#include "Foundation/Async/Scope.h"
+#include "History/HistoryCommand.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Settings/JsonDefaultsStore.h"
+#include "Settings/SettingsCommand.h"
+#include "Settings/VocabularyCommand.h"
+#include "Settings/VocabularyStorage.h"
+#include "Shell/EditionKeys.h"
+#include "Shell/Programs.h"
+
+#include <cstdio>
+#include <iostream>
+
+#include <fmt/core.h>
+
+namespace murmel {
+
+namespace {
+
+CommandStreams standardStreams() {
+  return {
+      .print = [](std::string_view text) { fmt::print("{}", text); },
+      .complain =
+          [](std::string_view text) {
+            fmt::print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
+          },
+      .input = std::cin,
+  };
+}
+
+int runHistory(const Installation& installation, const KeptDataRole& role) {
+  PosixFileSystem files;
+  SecretServiceStore secrets;
+  auto keys = editionKeys(secrets, installation.identifier, historyKeyServiceSuffix);
+  HistoryCommand command(HistoryFile(historyFile(files, keys, installation.folders.data)), standardStreams(),
+                         [](const SpokenText&) -> std::expected<void, std::string> {
+                           return std::unexpected("Only the running Murmel can put a text on the clipboard.");
+                         });
+  return command.run(role.arguments);
+}
+
+int runVocabulary(const Installation& installation, const KeptDataRole& role) {
+  PosixFileSystem files;
+  SecretServiceStore secrets;
+  auto keys = editionKeys(secrets, installation.identifier, vocabularyKeyServiceSuffix);
+  VocabularyCommand command(vocabularyFile(files, keys, installation.folders.data), standardStreams(),
+                            [&secrets] { return secrets.unlock(); });
+  return command.run(role.arguments);
+}
+
+int runSettings(const Installation& installation, const KeptDataRole& role) {
+  PosixFileSystem files;
+  JsonDefaultsStore store(files, defaultsFile(installation.folders.configuration));
+  return SettingsCommand(store, standardStreams()).run(role.arguments);
+}
+
+}  // namespace
+
+int runKeptData(const Installation& installation, const KeptDataRole& role) {
+  const auto run = role.data == KeptDataRole::Data::history      ? &runHistory
+                   : role.data == KeptDataRole::Data::vocabulary ? &runVocabulary
+                                                                 : &runSettings;
+  const int status = run(installation, role);
+  // What did not get out was not shown.
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  fmt::print(stderr, "murmel: The output could not be written.\n");
+  return commandFailed;
+}
+
+}  // namespace murmel
