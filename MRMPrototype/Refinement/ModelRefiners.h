@@ -21,12 +21,4 @@ class ModelRefiners {
   [[nodiscard]] virtual std::shared_ptr<RefinementProvider> russianRefiner() = 0;
 };
 
-/// Stands in where no model can be run.
-class MissingModelRefiners final : public ModelRefiners {
- public:
-  [[nodiscard]] std::unique_ptr<RefinementProvider> makeLanguageModelRefiner(SmartLocalModel model,
-                                                                             bool prewarmed) override;
-  [[nodiscard]] std::shared_ptr<RefinementProvider> russianRefiner() override { return nullptr; }
-};
-
 }  // namespace murmel

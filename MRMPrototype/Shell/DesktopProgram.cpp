@@ -11,12 +11,14 @@
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
+#include "Shell/RunningInstance.h"
 #include "Shell/SetupChecks.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 
 #include <fmt/core.h>
 #include <sys/signalfd.h>
@@ -50,6 +52,30 @@ class TerminationSignals {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
+/// A self-test has settings of its own, and leaves those of the user alone.
+class SelfTestFolders {
+ public:
+  explicit SelfTestFolders(const Installation& installation)
+      : root_(installation.folders.temporary / ("murmel-self-test-" + std::to_string(::getpid()))),
+        installation_(installation) {
+    std::filesystem::create_directory(root_);
+    installation_.folders.configuration = root_ / "config";
+    installation_.folders.data = root_ / "data";
+  }
+  ~SelfTestFolders() {
+    std::error_code ignored;  // a rest in the runtime folder goes with the session
+    std::filesystem::remove_all(root_, ignored);
+  }
+  SelfTestFolders(const SelfTestFolders&) = delete;
+  SelfTestFolders& operator=(const SelfTestFolders&) = delete;
+
+  [[nodiscard]] const Installation& installation() const { return installation_; }
+
+ private:
+  std::filesystem::path root_;
+  Installation installation_;
+};
+
 int complain(const std::string& sentence) {
   fmt::print(stderr, "murmel: {}\n", sentence);
   return 1;
@@ -57,7 +83,10 @@ int complain(const std::string& sentence) {
 
 }  // namespace
 
-int runDesktop(Arguments arguments, const Installation& installation, LaunchSelfTest selfTest) {
+int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest selfTest) {
+  std::optional<SelfTestFolders> ownFolders;
+  if (selfTest != LaunchSelfTest::none) ownFolders.emplace(users);
+  const auto& installation = ownFolders ? ownFolders->installation() : users;
   // Before Qt, which ends the process when it finds no display.
   const auto plan = planDesktop(probeSession(installation.environment));
   if (!plan.failure.empty()) return complain(plan.failure + " “murmel transcribe FILE” works without one.");
@@ -72,24 +101,12 @@ int runDesktop(Arguments arguments, const Installation& installation, LaunchSelf
   application.setApplicationName(QString::fromStdString(installation.build.displayName));
   application.setDesktopFileName(QString::fromStdString(installation.identifier));
 
-  MRMPrototypeApp* app = nullptr;
-  RemoteCommandService remote(installation.identifier);
-  // A self-test looks at this build, not at an instance that happens to run.
+  // A self-test looks at this build, not at an instance that happens to run, and leaves nothing behind.
+  SecondStart instance;
   if (selfTest == LaunchSelfTest::none) {
-    const auto claim = remote.claim({
-        .activate =
-            [&app] {
-              if (app != nullptr) app->reopen();
-            },
-        .command =
-            [&app](IntelCommand command) {
-              if (app != nullptr) app->perform(command);
-            },
-    });
-    if (claim == RemoteCommandService::Claim::alreadyTaken) {
-      const auto shown = activateRunningInstance(installation.identifier);
-      return shown ? 0 : complain(shown.error());
-    }
+    instance = becomeTheInstance(installation);
+    if (!instance.complaint.empty()) return complain(instance.complaint);
+    if (!instance.lock) return instance.exitStatus;
   }
   QtExecutor executor;
   SystemClock clock;
@@ -101,16 +118,26 @@ int runDesktop(Arguments arguments, const Installation& installation, LaunchSelf
                                                .displayName = installation.build.displayName});
   if (!desktop) return complain(desktop.error());
 
-  MRMPrototypeApp running(process, installation, (*desktop)->services(), selfTest);
-  app = &running;
-  signals.onSignal([&running] { running.perform(IntelCommand::quit); });
-  running.applicationDidFinishLaunching();
+  MRMPrototypeApp app(process, installation, (*desktop)->services(), selfTest);
+  std::optional<RemoteCommandService> door;
+  if (selfTest == LaunchSelfTest::none) {
+    door.emplace(installation.identifier,
+                 RemoteCommandService::Handlers{
+                     .command = [&app](IntelCommand command,
+                                       CommandReply reply) { app.perform(command, std::move(reply)); },
+                     .status = [&app] { return app.status().report(); },
+                 });
+  }
+  const auto announcing = app.status().didChange().subscribe([&door] {
+    if (door) door->announceStatus();
+  });
+  signals.onSignal([&app] { app.perform(IntelCommand::quit); });
+  app.applicationDidFinishLaunching();
   const int status = QApplication::exec();
-  app = nullptr;
   return status;
 }
 
-int runDoctor(Arguments arguments, const Installation& installation) {
+int runDoctor(Arguments arguments, const Installation& installation, const DoctorRole& /*role*/) {
   const QCoreApplication application(arguments.count, arguments.values);
   QtExecutor executor;
   const auto models =

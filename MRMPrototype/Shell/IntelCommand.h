@@ -60,8 +60,8 @@ struct IntelCommandAction {
 
 inline constexpr auto intelCommandActions = std::to_array<IntelCommandAction>({
     {IntelCommand::toggleDictation, "toggle", "Start dictating, or stop and deliver"},
-    {IntelCommand::startDictation, "start", "Start dictating; does nothing while a dictation is under way"},
-    {IntelCommand::stopDictation, "stop", "Stop and deliver; does nothing when nothing is recorded"},
+    {IntelCommand::startDictation, "start", "Start dictating"},
+    {IntelCommand::stopDictation, "stop", "Stop and deliver"},
     {IntelCommand::copyLastTranscript, "copy-last", "Copy the last dictation to the clipboard"},
     {IntelCommand::openSettings, "settings", "Open the settings"},
     {IntelCommand::openHistory, "open-history", "Open the history"},

@@ -55,6 +55,11 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
       ->check(CLI::IsMember(languages));
   auto* doctorCommand =
       app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
+  DoctorRole doctor;
+  doctorCommand->add_flag("--json", doctor.json, "For programs");
+  auto* statusCommand = app.add_subcommand("status", "Tell what the running Murmel is doing");
+  StatusRole status;
+  statusCommand->add_flag("--json", status.json, "For programs");
   ModelsRole models;
   auto* modelsCommand = app.add_subcommand(
       "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
@@ -84,7 +89,8 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
     return MessageRole{status == 0 ? 0 : usageError, output.str()};
   }
   if (transcribeCommand->parsed()) return transcribe;
-  if (doctorCommand->parsed()) return DoctorRole{};
+  if (doctorCommand->parsed()) return doctor;
+  if (statusCommand->parsed()) return status;
   if (modelsCommand->parsed()) return models;
   // "settings" alone opens the window; with something behind it, it is about the file.
   if (settingsCommand->parsed() && settingsCommand->remaining_size() > 0)

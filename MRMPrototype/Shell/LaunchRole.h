@@ -29,7 +29,12 @@ struct TranscribeRole {
 struct RemoteCommandRole {
   IntelCommand command;
 };
-struct DoctorRole {};
+struct StatusRole {
+  bool json = false;
+};
+struct DoctorRole {
+  bool json = false;
+};
 struct ModelsRole {
   std::vector<std::string> arguments;  ///< after "models"
 };
@@ -45,7 +50,7 @@ struct MessageRole {
 };
 
 using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
-                                DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
+                                StatusRole, DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

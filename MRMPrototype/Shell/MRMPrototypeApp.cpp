@@ -4,6 +4,7 @@
 #include "Shell/SetupChecks.h"
 
 #include <QGuiApplication>
+#include <QWindow>
 #include <utility>
 
 namespace murmel {
@@ -13,6 +14,7 @@ namespace {
 /// In which the window manager brings another application to the front.
 constexpr auto pasteAgainDelay = std::chrono::milliseconds(250);
 constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
+constexpr const char* stillTranscribing = "The last dictation is still being transcribed.";
 
 RecordingPill::Edge edgeFor(OverlayPosition position) {
   switch (position) {
@@ -45,6 +47,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
              installation.folders.temporary),
       refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
+      status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
           .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
@@ -55,6 +58,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
           .quit = [this] { perform(IntelCommand::quit); },
       }),
       coordinator_(dictationServices()),
+      startReplies_(process.executor, coordinator_.onStateChange()),
       shortcut_(process, desktop.shortcuts, localKeys_,
                 {storage_.settings.shortcutDidChange(), inputMonitoringPermissionDidChange_,
                  applicationDidBecomeActive_},
@@ -62,7 +66,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 {
                     .press = [this] { coordinator_.shortcutPressed(); },
                     .release = [this] { coordinator_.shortcutReleased(); },
-                    .toggle = [this] { coordinator_.toggle(); },
+                    .toggle = [this] { perform(IntelCommand::toggleDictation); },
                 },
                 [this] { return storage_.settings.shortcut(); }),
       setup_(setupActions()),
@@ -90,7 +94,7 @@ DictationServices MRMPrototypeApp::dictationServices() {
       .sessions = speech_.sessions,
       .updates = updates_,
       .downloads = *models_.priority,
-      .overlay = pill_,
+      .overlay = status_,
       .sounds = desktop_.sounds,
       .diagnostic = Logger(process_.log, installation_.identifier, "dictation-summary"),
       .stages = Logger(process_.log, installation_.identifier, "incremental-stages"),
@@ -184,33 +188,61 @@ void MRMPrototypeApp::connectInterface() {
 }
 
 void MRMPrototypeApp::connectCommands() {
-  const auto on = [this](IntelCommand command, std::function<void()> run) {
-    observers_.push_back(commands_.observe(command, std::move(run)));
+  const auto on = [this](IntelCommand command, IntelCommandTarget::Handler run) {
+    observers_.push_back(commands_.answer(command, std::move(run)));
   };
-  on(IntelCommand::toggleDictation, [this] { coordinator_.toggle(); });
-  on(IntelCommand::startDictation, [this] {
-    if (!coordinator_.state().isBusy()) coordinator_.toggle();
+  on(IntelCommand::toggleDictation, [this]() -> CommandOutcome {
+    if (isTranscribing()) return std::unexpected(stillTranscribing);
+    coordinator_.toggle();
+    return {};
   });
-  on(IntelCommand::stopDictation, [this] {
-    if (coordinator_.state().isRecording()) coordinator_.stopAndTranscribe();
+  on(IntelCommand::startDictation, [this]() -> CommandOutcome {
+    if (isTranscribing()) return std::unexpected(stillTranscribing);
+    if (coordinator_.state().isRecording()) return std::unexpected("Murmel is listening already.");
+    coordinator_.toggle();
+    return {};
   });
-  on(IntelCommand::copyLastTranscript, [this] { coordinator_.copyLastTranscript(); });
-  on(IntelCommand::openSettings, [this] { windows_.openSettings(); });
-  on(IntelCommand::openHistory, [this] { windows_.openHistory(); });
-  on(IntelCommand::openAbout, [this] { windows_.openAbout(); });
-  on(IntelCommand::openCredits, [this] { windows_.openCredits(); });
-  on(IntelCommand::openMicrophoneSettings, [this] {
+  on(IntelCommand::stopDictation, [this]() -> CommandOutcome {
+    if (!coordinator_.state().isRecording()) return std::unexpected("Nothing is being recorded.");
+    coordinator_.stopAndTranscribe();
+    return {};
+  });
+  on(IntelCommand::copyLastTranscript, [this]() -> CommandOutcome {
+    if (!coordinator_.hasLastTranscript()) return std::unexpected("There is no dictation to copy.");
+    coordinator_.copyLastTranscript();
+    return {};
+  });
+  on(IntelCommand::revealApplication, [this]() -> CommandOutcome {
+    reopen();
+    return {};
+  });
+  const auto show = [&on](IntelCommand command, std::function<void()> run) {
+    on(command, [run = std::move(run)]() -> CommandOutcome {
+      run();
+      return {};
+    });
+  };
+  show(IntelCommand::openSettings, [this] { windows_.openSettings(); });
+  show(IntelCommand::openHistory, [this] { windows_.openHistory(); });
+  show(IntelCommand::openAbout, [this] { windows_.openAbout(); });
+  show(IntelCommand::openCredits, [this] { windows_.openCredits(); });
+  show(IntelCommand::openMicrophoneSettings, [this] {
     if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
   });
-  for (const auto command :
-       {IntelCommand::openSetup, IntelCommand::revealApplication, IntelCommand::requestMicrophone,
-        IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
-    on(command, [this] { openSetupWindow(); });
+  for (const auto command : {IntelCommand::openSetup, IntelCommand::requestMicrophone,
+                             IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
+    show(command, [this] { openSetupWindow(); });
   }
-  on(IntelCommand::downloadSpeechModel, [this] {
-    if (!models_.downloadSpeechModel()) tell("There is no other speech model for this computer.");
+  on(IntelCommand::downloadSpeechModel, [this]() -> CommandOutcome {
+    if (models_.downloadSpeechModel()) return {};
+    const std::string reason = "There is no other speech model for this computer.";
+    tell(reason);
+    return std::unexpected(reason);
   });
-  on(IntelCommand::cancelSpeechModelDownload, [this] { models_.cancelSpeechModelDownload(); });
+  on(IntelCommand::cancelSpeechModelDownload, [this]() -> CommandOutcome {
+    models_.cancelSpeechModelDownload();
+    return {};
+  });
   if (models_.downloads) {
     observers_.push_back(
         models_.downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
@@ -218,7 +250,29 @@ void MRMPrototypeApp::connectCommands() {
           if (status.state == ModelDownloadStatus::State::installed) tell("The model is installed.");
         }));
   }
-  on(IntelCommand::quit, [this] { tasks_.start(quit()); });
+  on(IntelCommand::quit, [this]() -> CommandOutcome {
+    tasks_.start(quit());
+    return {};
+  });
+}
+
+void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {
+  if (quitting_ && command != IntelCommand::quit) {
+    reply(std::unexpected("Murmel is ending."));
+    return;
+  }
+  const bool isStart = command == IntelCommand::startDictation || command == IntelCommand::toggleDictation;
+  if (!isStart || coordinator_.state().isBusy()) {
+    reply(commands_.post(command));
+    return;
+  }
+  // Whether a dictation begins shows a little later.
+  startReplies_.await(std::move(reply));
+  commands_.post(command);
+}
+
+bool MRMPrototypeApp::isTranscribing() const {
+  return coordinator_.state().which() == DictationState::Case::transcribing;
 }
 
 void MRMPrototypeApp::reopen() {
@@ -254,7 +308,9 @@ void MRMPrototypeApp::openSetupWindow() {
 }
 
 bool MRMPrototypeApp::isMainWindowVisible() const {
-  return (setup_.isVisible() && !setup_.isMinimized()) || windows_.isAnyVisible();
+  const auto* window = setup_.windowHandle();
+  const bool isSetupVisible = window != nullptr && window->isExposed() && !setup_.isMinimized();
+  return isSetupVisible || windows_.isAnyVisible();
 }
 
 void MRMPrototypeApp::terminate(int exitStatus) {

@@ -22,6 +22,8 @@
 #include "Shell/SettingsReactions.h"
 #include "Shell/ShortcutWiring.h"
 #include "Shell/SpeechServices.h"
+#include "Shell/StartReplies.h"
+#include "Shell/StatusPublisher.h"
 #include "Shell/StorageServices.h"
 
 #include <string>
@@ -42,7 +44,12 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   /// The application was started once more.
   void reopen() override;
   /// A command of the menu or of another program.
-  void perform(IntelCommand command) { commands_.post(command); }
+  void perform(IntelCommand command) {
+    perform(command, [](const CommandOutcome&) {});
+  }
+  /// The same; `reply` is told once what became of it.
+  void perform(IntelCommand command, CommandReply reply);
+  [[nodiscard]] StatusPublisher& status() { return status_; }
 
  private:
   [[nodiscard]] DictationServices dictationServices();
@@ -56,6 +63,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
   void tell(const std::string& sentence);
+  [[nodiscard]] bool isTranscribing() const;
   Task<void> quit();
 
   void applyDockIconPreference() override;
@@ -80,8 +88,10 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
 
   IntelCommandTarget commands_;
   RecordingPill pill_;
+  StatusPublisher status_;
   TrayMenu tray_;
   DictationCoordinator coordinator_;
+  StartReplies startReplies_;
 
   Signal<> inputMonitoringPermissionDidChange_;
   Signal<> applicationDidBecomeActive_;

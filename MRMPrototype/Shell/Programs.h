@@ -19,10 +19,12 @@ struct Arguments {
 int runDesktop(Arguments arguments, const Installation& installation, LaunchSelfTest selfTest);
 /// Audio files to text, without a desktop.
 int runTranscribe(Arguments arguments, const Installation& installation, const TranscribeRole& role);
-/// One command to the running instance; 1 when there is none.
+/// One command to the running instance: `commandStatus`.
 int runRemoteCommand(Arguments arguments, const Installation& installation, IntelCommand command);
+/// What the running instance is doing.
+int runStatus(Arguments arguments, const Installation& installation, const StatusRole& role);
 /// What works on this desktop; 1 when dictation cannot work.
-int runDoctor(Arguments arguments, const Installation& installation);
+int runDoctor(Arguments arguments, const Installation& installation, const DoctorRole& role);
 /// Lists, downloads, verifies and removes models.
 int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role);
 /// The history, the vocabulary or the settings, on their files.

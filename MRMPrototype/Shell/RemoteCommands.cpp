@@ -1,113 +1,144 @@
 #include "Shell/RemoteCommands.h"
 
+#include "Shell/RemoteInterface.h"
+
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QObject>
-#include <QString>
-#include <QVariantList>
-#include <QVariantMap>
-#include <algorithm>
 #include <utility>
 
 namespace murmel {
 
 namespace {
 
-const auto interfaceName = QStringLiteral("org.freedesktop.Application");
-/// A running instance answers in well under a millisecond; one that does not in this time hangs.
-constexpr int replyTimeoutMilliseconds = 2'000;
-
-/// The object path that the interface prescribes: the identifier with slashes for dots, and "_" for "-".
-QString objectPath(const std::string& identifier) {
-  auto path = "/" + identifier;
-  std::ranges::replace(path, '.', '/');
-  std::ranges::replace(path, '-', '_');
-  return QString::fromStdString(path);
-}
-
-std::expected<void, std::string> call(const std::string& identifier, const QString& method,
-                                      const QVariantList& arguments) {
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected())
-    return std::unexpected("There is no session bus, so a running Murmel cannot be reached.");
-  const auto service = QString::fromStdString(identifier);
-  if (!bus.interface()->isServiceRegistered(service)) return std::unexpected("Murmel is not running.");
-  auto message = QDBusMessage::createMethodCall(service, objectPath(identifier), interfaceName, method);
-  message.setAutoStartService(false);
-  message.setArguments(arguments);
-  const auto reply = bus.call(message, QDBus::Block, replyTimeoutMilliseconds);
-  if (reply.type() != QDBusMessage::ErrorMessage) return {};
-  return std::unexpected("Murmel refused: " + reply.errorMessage().toStdString());
+void refuse(const QDBusMessage& request, const QString& reason) {
+  QDBusConnection::sessionBus().send(request.createErrorReply(QDBusError::InvalidArgs, reason));
 }
 
 }  // namespace
 
+/// What desktops call; nobody waits for what becomes of it.
 class ApplicationAdaptor final : public QDBusAbstractAdaptor {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
  public:
-  ApplicationAdaptor(QObject* parent, RemoteCommandService::Handlers handlers)
-      : QDBusAbstractAdaptor(parent), handlers_(std::move(handlers)) {}
+  ApplicationAdaptor(QObject* parent, const RemoteCommandService::Handlers& handlers)
+      : QDBusAbstractAdaptor(parent), handlers_(handlers) {}
 
  public Q_SLOTS:
   // The names and signatures are those of the interface.
-  void Activate(const QVariantMap& /*platformData*/) { handlers_.activate(); }
-  void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { handlers_.activate(); }
+  void Activate(const QVariantMap& /*platformData*/) { perform(IntelCommand::revealApplication); }
+  void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) {
+    perform(IntelCommand::revealApplication);
+  }
   void ActivateAction(const QString& action, const QVariantList& /*parameter*/,
                       const QVariantMap& /*platformData*/, const QDBusMessage& request) {
     if (const auto command = commandForAction(action.toStdString())) {
-      handlers_.command(*command);
+      perform(*command);
       return;
     }
     request.setDelayedReply(true);
-    QDBusConnection::sessionBus().send(
-        request.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("there is no such action")));
+    refuse(request, QStringLiteral("there is no such action"));
   }
 
  private:
-  RemoteCommandService::Handlers handlers_;
+  void perform(IntelCommand command) const {
+    handlers_.command(command, [](const CommandOutcome&) {});
+  }
+
+  const RemoteCommandService::Handlers& handlers_;
+};
+
+/// What `murmel <command>` and panels call.
+class DictationAdaptor final : public QDBusAbstractAdaptor {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "app.murmel.Dictation1")
+  Q_PROPERTY(QString State READ state)
+  Q_PROPERTY(QString Message READ message)
+  Q_PROPERTY(QString Engine READ engine)
+  Q_PROPERTY(double Level READ level)
+  Q_PROPERTY(double Elapsed READ elapsed)
+
+ public:
+  DictationAdaptor(QObject* parent, const RemoteCommandService::Handlers& handlers)
+      : QDBusAbstractAdaptor(parent), handlers_(handlers) {}
+
+  [[nodiscard]] QString state() const { return QString::fromStdString(handlers_.status().state); }
+  [[nodiscard]] QString message() const { return QString::fromStdString(handlers_.status().message); }
+  [[nodiscard]] QString engine() const { return QString::fromStdString(handlers_.status().engine); }
+  [[nodiscard]] double level() const { return handlers_.status().level; }
+  [[nodiscard]] double elapsed() const { return handlers_.status().elapsed; }
+
+ public Q_SLOTS:
+  /// The answer is whether it was done, and if not, why. `deadline` is on the clock that counts from the
+  /// start of the computer, in microseconds: nobody waits any more after it, so nothing is done.
+  bool Perform(const QString& action, qulonglong deadline, const QDBusMessage& request, QString& reason) {
+    reason.clear();
+    request.setDelayedReply(true);
+    const auto command = commandForAction(action.toStdString());
+    if (!command) {
+      refuse(request, QStringLiteral("there is no such action"));
+    } else if (remote::sharedClock() > deadline) {
+      refuse(request, QStringLiteral("too late"));
+    } else {
+      handlers_.command(*command, [request](const CommandOutcome& outcome) {
+        const auto why = QString::fromStdString(outcome ? "" : outcome.error());
+        QDBusConnection::sessionBus().send(request.createReply({outcome.has_value(), why}));
+      });
+    }
+    return false;
+  }
+
+ private:
+  const RemoteCommandService::Handlers& handlers_;
 };
 
 class RemoteCommandService::Object final : public QObject {
  public:
-  explicit Object(Handlers handlers) { new ApplicationAdaptor(this, std::move(handlers)); }
+  explicit Object(Handlers handlers) : handlers_(std::move(handlers)) {
+    new ApplicationAdaptor(this, handlers_);
+    new DictationAdaptor(this, handlers_);
+  }
+  [[nodiscard]] StatusReport status() const { return handlers_.status(); }
+
+ private:
+  Handlers handlers_;
 };
 
-RemoteCommandService::RemoteCommandService(std::string applicationIdentifier)
-    : applicationIdentifier_(std::move(applicationIdentifier)) {}
+RemoteCommandService::RemoteCommandService(std::string applicationIdentifier, Handlers handlers)
+    : applicationIdentifier_(std::move(applicationIdentifier)) {
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  object_ = std::make_unique<Object>(std::move(handlers));
+  // The object first: whoever sees the name may call at once.
+  bus.registerObject(remote::objectPath(applicationIdentifier_), object_.get(),
+                     QDBusConnection::ExportAdaptors);
+  bus.registerService(QString::fromStdString(applicationIdentifier_));
+}
 
 RemoteCommandService::~RemoteCommandService() {
   if (!object_) return;
   auto bus = QDBusConnection::sessionBus();
   bus.unregisterService(QString::fromStdString(applicationIdentifier_));
-  bus.unregisterObject(objectPath(applicationIdentifier_));
+  bus.unregisterObject(remote::objectPath(applicationIdentifier_));
 }
 
-RemoteCommandService::Claim RemoteCommandService::claim(Handlers handlers) {
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return Claim::noBus;
-  object_ = std::make_unique<Object>(std::move(handlers));
-  // The object first: whoever sees the name may call at once.
-  bus.registerObject(objectPath(applicationIdentifier_), object_.get(), QDBusConnection::ExportAdaptors);
-  if (bus.registerService(QString::fromStdString(applicationIdentifier_))) return Claim::owned;
-  bus.unregisterObject(objectPath(applicationIdentifier_));
-  object_.reset();
-  return Claim::alreadyTaken;
-}
-
-std::expected<void, std::string> sendRemoteCommand(const std::string& applicationIdentifier,
-                                                   IntelCommand command) {
-  const auto name = actionName(command);
-  return call(
-      applicationIdentifier, QStringLiteral("ActivateAction"),
-      {QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())), QVariantList{}, QVariantMap{}});
-}
-
-std::expected<void, std::string> activateRunningInstance(const std::string& applicationIdentifier) {
-  return call(applicationIdentifier, QStringLiteral("Activate"), {QVariantMap{}});
+void RemoteCommandService::announceStatus() {
+  if (!object_) return;
+  const auto status = object_->status();
+  const QVariantMap changed{
+      {QStringLiteral("State"), QString::fromStdString(status.state)},
+      {QStringLiteral("Message"), QString::fromStdString(status.message)},
+      {QStringLiteral("Engine"), QString::fromStdString(status.engine)},
+      {QStringLiteral("Level"), status.level},
+      {QStringLiteral("Elapsed"), status.elapsed},
+  };
+  auto signal = QDBusMessage::createSignal(remote::objectPath(applicationIdentifier_),
+                                           remote::propertiesInterface, QStringLiteral("PropertiesChanged"));
+  signal.setArguments({remote::dictationInterface, changed, QStringList()});
+  QDBusConnection::sessionBus().send(signal);
 }
 
 }  // namespace murmel

@@ -1,19 +1,76 @@
+#include "Interface/PlatformWords.h"
 #include "Shell/Programs.h"
-#include "Shell/RemoteCommands.h"
+#include "Shell/RunningInstance.h"
 
 #include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <cstdio>
 
 #include <fmt/core.h>
 
 namespace murmel {
 
+namespace {
+
+int complain(int status, const std::string& sentence) {
+  fmt::print(stderr, "murmel: {}\n", inPlatformWords(sentence).toStdString());
+  return status;
+}
+
+/// An instance that has no door on the bus is running nevertheless.
+int complain(const RemoteFailure& failure, const Installation& installation) {
+  const bool isRunning = InstanceLock::isHeld(InstanceLock::fileOf(installation));
+  if (!isRunning) return complain(commandStatus::notRunning, "Murmel is not running.");
+  if (failure.kind != RemoteFailure::Kind::nobodyThere)
+    return complain(commandStatus::refused, failure.message);
+  return complain(commandStatus::refused, "Murmel is starting or ending, and cannot be reached.");
+}
+
+std::string inWords(const StatusReport& status) {
+  auto line = inPlatformWords(status.message).toStdString();
+  if (status.elapsed > 0) {
+    constexpr double percent = 100;
+    line += fmt::format(" · {:.1f} s · level {:.0f} %", status.elapsed, status.level * percent);
+  }
+  if (!status.engine.empty()) line += " · " + status.engine;
+  return line;
+}
+
+std::string inJson(const StatusReport& status) {
+  const QJsonObject object{
+      {QStringLiteral("running"), true},
+      {QStringLiteral("state"), QString::fromStdString(status.state)},
+      {QStringLiteral("message"), inPlatformWords(status.message)},
+      {QStringLiteral("engine"), QString::fromStdString(status.engine)},
+      {QStringLiteral("level"), status.level},
+      {QStringLiteral("elapsed"), status.elapsed},
+  };
+  return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+}
+
+}  // namespace
+
 int runRemoteCommand(Arguments arguments, const Installation& installation, IntelCommand command) {
   const QCoreApplication application(arguments.count, arguments.values);
-  const auto sent = sendRemoteCommand(installation.identifier, command);
-  if (sent) return 0;
-  fmt::print(stderr, "murmel: {}\n", sent.error());
-  return 1;
+  const auto answer = sendRemoteCommand(installation.identifier, command);
+  if (!answer) return complain(answer.error(), installation);
+  if (!*answer) return complain(commandStatus::refused, answer->error());
+  if (command == IntelCommand::quit && !awaitEndOfInstance(installation))
+    return complain(commandStatus::refused, "Murmel has not ended yet.");
+  return commandStatus::done;
+}
+
+int runStatus(Arguments arguments, const Installation& installation, const StatusRole& role) {
+  const QCoreApplication application(arguments.count, arguments.values);
+  const auto status = remoteStatus(installation.identifier);
+  if (!status) {
+    const bool isRunning = InstanceLock::isHeld(InstanceLock::fileOf(installation));
+    if (role.json && !isRunning) fmt::print("{{\"running\":false}}\n");
+    return complain(status.error(), installation);
+  }
+  fmt::print("{}\n", role.json ? inJson(*status) : inWords(*status));
+  return commandStatus::done;
 }
 
 }  // namespace murmel

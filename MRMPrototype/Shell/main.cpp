@@ -34,7 +34,8 @@ struct Run {
   int operator()(const RemoteCommandRole& role) const {
     return runRemoteCommand(arguments, installation, role.command);
   }
-  int operator()(const DoctorRole&) const { return runDoctor(arguments, installation); }
+  int operator()(const StatusRole& role) const { return runStatus(arguments, installation, role); }
+  int operator()(const DoctorRole& role) const { return runDoctor(arguments, installation, role); }
   int operator()(const ModelsRole& role) const { return runModels(arguments, installation, role); }
   int operator()(const KeptDataRole& role) const { return runKeptData(installation, role); }
   int operator()(const ModelDownloadSmokeRole&) const {

@@ -105,8 +105,8 @@ class DictationDesk : public ::testing::Test {
   /// Starts Murmel and waits until it can dictate.
   void start() {
     murmel.emplace(std::vector<std::string>{}, file("murmel.log"));
-    const std::string anyCommand = std::string(MURMEL_EXECUTABLE) + " stop";
-    ASSERT_TRUE(waitUntilCommand(anyCommand)) << murmel->log();
+    const std::string status = std::string(MURMEL_EXECUTABLE) + " status";
+    ASSERT_TRUE(waitUntilCommand(status)) << murmel->log();
     // While the model is being verified the indicator says so.
     ASSERT_TRUE(waitUntilCommand(std::string("! ") + pillIsVisible)) << murmel->log();
   }

@@ -180,15 +180,3 @@ TEST(RefinementProviderFactory, ComposesByTheSettings) {
   const auto withRussian = factory.makeRefinementProvider({.smartFormatting = true});
   EXPECT_EQ(refined(*withRussian, "привет"), Refined("[привет]"));
 }
-
-TEST(RefinementProviderFactory, SaysThatTheModelIsMissingOnlyWhereItWasChosen) {
-  using enum SmartRefinementRoutingMode;
-  const FakeLanguageRecognizer recognizer;
-  MissingModelRefiners models;
-  const RefinementProviderFactory factory(models, recognizer);
-  const auto selected =
-      factory.makeRefinementProvider({true, selectedMultilingualModel, SmartLocalModel::qwen06});
-  EXPECT_EQ(refined(*selected, "hello"), Refined(std::unexpect, MRMError::Case::smartModelMissing));
-  const auto automatic = factory.makeRefinementProvider({true, automaticByLanguage, SmartLocalModel::qwen06});
-  EXPECT_EQ(refined(*automatic, "hello"), Refined("hello"));
-}

@@ -3,6 +3,7 @@
 #include "Shell/AutomaticPasteRelaunch.h"
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/LaunchRole.h"
+#include "Shell/StartReplies.h"
 
 #include <optional>
 #include <set>
@@ -48,7 +49,12 @@ std::string roleOf(const std::vector<std::string>& arguments) {
     std::string operator()(const KeptDataRole& kept) const {
       return kept.data == KeptDataRole::Data::settings ? "settings file " + kept.arguments.front() : "kept";
     }
-    std::string operator()(const DoctorRole&) const { return "doctor"; }
+    std::string operator()(const StatusRole& status) const {
+      return status.json ? "status as JSON" : "status";
+    }
+    std::string operator()(const DoctorRole& doctor) const {
+      return doctor.json ? "doctor as JSON" : "doctor";
+    }
     std::string operator()(const MessageRole& message) const {
       return "exit " + std::to_string(message.exitStatus);
     }
@@ -120,7 +126,8 @@ TEST(LaunchRole, FollowsTheArguments) {
       {{"settings"}, "MRM.Intel.OpenSettings"},
       {{"setup"}, "MRM.Intel.OpenSetup"},
       {{"quit"}, "MRM.Intel.Quit"},
-      {{"doctor"}, "doctor"},
+      {{"doctor", "--json"}, "doctor as JSON"},
+      {{"status"}, "status"},
       {{"models", "download", "parakeet"}, "models download parakeet"},
       {{"settings", "list", "--json"}, "settings file list"},
       {{"history", "show", "1", "--json"}, "kept"},
@@ -137,7 +144,7 @@ TEST(LaunchRole, FollowsTheArguments) {
               HasSubstr("Murmel 1.2 (3)"));
 }
 
-TEST(IntelCommands, EveryCommandHasOneActionAndReachesItsObservers) {
+TEST(IntelCommands, EveryCommandHasOneActionAndReachesWhoAnswersIt) {
   std::set<std::string_view> actions;
   for (const auto command : allCases<IntelCommand>()) {
     EXPECT_EQ(commandForAction(actionName(command)), command);
@@ -147,14 +154,36 @@ TEST(IntelCommands, EveryCommandHasOneActionAndReachesItsObservers) {
 
   IntelCommandTarget target;
   int toggled = 0;
-  EXPECT_FALSE(target.post(IntelCommand::toggleDictation)) << "nobody is there to do it";
   {
-    const auto observer = target.observe(IntelCommand::toggleDictation, [&] { ++toggled; });
-    EXPECT_TRUE(target.post(IntelCommand::toggleDictation));
-    EXPECT_FALSE(target.post(IntelCommand::openSettings));
+    const auto observer = target.answer(IntelCommand::toggleDictation, [&]() -> CommandOutcome {
+      ++toggled;
+      return std::unexpected("not now");
+    });
+    EXPECT_EQ(target.post(IntelCommand::toggleDictation).error(), "not now");
+    EXPECT_FALSE(target.post(IntelCommand::openSettings)) << "nobody is there to do it";
   }
   EXPECT_FALSE(target.post(IntelCommand::toggleDictation));
   EXPECT_EQ(toggled, 1);
+}
+
+TEST(StartReplies, ComeWhenTheMicrophoneIsOpenOrTheStartHasFailed) {
+  ManualExecutor executor;
+  Signal<const DictationState&> states;
+  StartReplies replies(executor, states);
+  std::vector<std::string> answers;
+  const auto keep = [&](const CommandOutcome& outcome) {
+    answers.push_back(outcome ? "done" : outcome.error());
+  };
+  replies.await(keep);
+  states.emit(DictationState::Case::ready);
+  EXPECT_THAT(answers, IsEmpty());
+  states.emit(DictationState::Case::listening);
+  replies.await(keep);
+  states.emit(DictationState::error("no microphone"));
+  replies.await(keep);
+  executor.advance(StartReplies::limit);
+  states.emit(DictationState::error("later"));
+  EXPECT_THAT(answers, ElementsAre("done", "no microphone", "done"));
 }
 
 TEST(AppDelegate, LaunchStepsComeInTheirOrder) {

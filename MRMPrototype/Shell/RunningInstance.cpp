@@ -1,0 +1,45 @@
+#include "Shell/RunningInstance.h"
+
+#include <chrono>
+#include <thread>
+
+namespace murmel {
+
+namespace {
+
+/// An instance that quits delivers first what was spoken, which it may take ten seconds for.
+constexpr auto endLimit = std::chrono::seconds(15);
+constexpr auto pollInterval = std::chrono::milliseconds(30);
+
+}  // namespace
+
+SecondStart becomeTheInstance(const Installation& installation) {
+  const auto file = InstanceLock::fileOf(installation);
+  const auto limit = std::chrono::steady_clock::now() + endLimit;
+  while (true) {
+    auto lock = InstanceLock::take(file);
+    if (!lock) return {{}, commandStatus::refused, lock.error()};
+    if (*lock) return {*std::move(lock), 0, {}};
+    const auto shown = sendRemoteCommand(installation.identifier, IntelCommand::revealApplication);
+    if (shown && *shown) return {{}, commandStatus::done, {}};
+    if (!shown && shown.error().kind != RemoteFailure::Kind::nobodyThere) {
+      return {{}, commandStatus::refused, "Murmel is running already. " + shown.error().message};
+    }
+    // It is about to end, or has not yet opened its door.
+    if (std::chrono::steady_clock::now() > limit)
+      return {{}, commandStatus::refused, "Murmel is running already, and neither ends nor answers."};
+    std::this_thread::sleep_for(pollInterval);
+  }
+}
+
+bool awaitEndOfInstance(const Installation& installation) {
+  const auto file = InstanceLock::fileOf(installation);
+  const auto limit = std::chrono::steady_clock::now() + endLimit;
+  while (InstanceLock::isHeld(file)) {
+    if (std::chrono::steady_clock::now() > limit) return false;
+    std::this_thread::sleep_for(pollInterval);
+  }
+  return true;
+}
+
+}  // namespace murmel
