@@ -39,6 +39,8 @@ class SetupWindow final : public QWidget {
 
   /// Looks again and comes to the front.
   void present();
+  /// What `look` gives has changed.
+  void showChecks() { refresh(); }
   /// The shortcut has changed: shows the one of now.
   void showShortcut();
 

@@ -14,6 +14,7 @@ struct SessionFacts {
     bool injectsKeys = false;
     bool hearsKeys = false;
     bool namesActiveWindow = false;  ///< its window manager does
+    bool ownsTray = false;           ///< some program shows the icons of X programs
   };
   struct Wayland {
     bool named = false;
@@ -25,6 +26,7 @@ struct SessionFacts {
   Wayland wayland{};
   bool swaySocket = false;           ///< sway's own interface answers
   std::set<std::string> busNames{};  ///< on the session bus, those that `desktopBusNames` lists
+  bool tray = false;                 ///< somebody shows tray icons
   unsigned shortcutPortal = 0;       ///< version of the portal for global shortcuts; 0: there is none
   unsigned keyboardPortal = 0;       ///< of the portal for remote desktops, which may press keys
 };
@@ -34,6 +36,7 @@ namespace desktopBusName {
 inline constexpr const char* globalAccel = "org.kde.kglobalaccel";
 inline constexpr const char* gnomeShell = "org.gnome.Shell";
 inline constexpr const char* mutterRemoteDesktop = "org.gnome.Mutter.RemoteDesktop";
+inline constexpr const char* trayWatcher = "org.kde.StatusNotifierWatcher";
 inline constexpr const char* portal = "org.freedesktop.portal.Desktop";
 }  // namespace desktopBusName
 

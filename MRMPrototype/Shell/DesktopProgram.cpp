@@ -1,18 +1,12 @@
-#include "Models/ModelManager.h"
-#include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 #include "Platform/Qt/QtExecutor.h"
-#include "Settings/JsonDefaultsStore.h"
-#include "Settings/SettingsMigrations.h"
 #include "Shell/Appearance.h"
 #include "Shell/MRMPrototypeApp.h"
-#include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/RunningInstance.h"
-#include "Shell/SetupChecks.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -88,7 +82,8 @@ int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest se
   if (selfTest != LaunchSelfTest::none) ownFolders.emplace(users);
   const auto& installation = ownFolders ? ownFolders->installation() : users;
   // Before Qt, which ends the process when it finds no display.
-  const auto plan = planDesktop(probeSession(installation.environment));
+  const auto facts = probeSession(installation.environment);
+  const auto plan = planDesktop(facts);
   if (!plan.failure.empty()) return complain(plan.failure + " “murmel transcribe FILE” works without one.");
   // Indicator and tray need a server that lets a window stay without the keyboard.
   const bool choosesPlatform = !installation.environment.value("QT_QPA_PLATFORM").has_value();
@@ -118,7 +113,7 @@ int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest se
                                                .displayName = installation.build.displayName});
   if (!desktop) return complain(desktop.error());
 
-  MRMPrototypeApp app(process, installation, (*desktop)->services(), selfTest);
+  MRMPrototypeApp app(process, installation, facts, (*desktop)->services(), selfTest);
   std::optional<RemoteCommandService> door;
   if (selfTest == LaunchSelfTest::none) {
     door.emplace(installation.identifier,
@@ -135,23 +130,6 @@ int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest se
   app.applicationDidFinishLaunching();
   const int status = QApplication::exec();
   return status;
-}
-
-int runDoctor(Arguments arguments, const Installation& installation, const DoctorRole& /*role*/) {
-  const QCoreApplication application(arguments.count, arguments.values);
-  QtExecutor executor;
-  const auto models =
-      ModelManager::forStore(executor, modelStore(installation.folders), installation.folders.resources);
-  models->validate();
-  bool worksWithoutDesktop = true;
-  PosixFileSystem files;
-  JsonDefaultsStore defaults(files, defaultsFile(installation.folders.configuration));
-  const auto shortcut = settingsMigration::shortcut(defaults, installation.channel);
-  for (const auto& check : setupChecks(installation, *models, shortcut)) {
-    fmt::print("{} {}: {}\n", check.works ? "yes" : "no ", check.subject, check.detail);
-    if (check.subject == "Speech recognition") worksWithoutDesktop = check.works;
-  }
-  return worksWithoutDesktop ? 0 : 1;
 }
 
 }  // namespace murmel

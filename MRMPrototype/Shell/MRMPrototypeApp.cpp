@@ -1,7 +1,6 @@
 #include "Shell/MRMPrototypeApp.h"
 
 #include "Interface/PlatformWords.h"
-#include "Shell/SetupChecks.h"
 
 #include <QGuiApplication>
 #include <QWindow>
@@ -33,7 +32,8 @@ RecordingPill::Edge edgeFor(OverlayPosition position) {
 }  // namespace
 
 MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
-                                 const DesktopServices& desktop, LaunchSelfTest selfTest)
+                                 const SessionFacts& session, const DesktopServices& desktop,
+                                 LaunchSelfTest selfTest)
     : process_(process),
       installation_(installation),
       desktop_(desktop),
@@ -69,6 +69,8 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                     .toggle = [this] { perform(IntelCommand::toggleDictation); },
                 },
                 [this] { return storage_.settings.shortcut(); }),
+      checkQueue_(process.executor, "murmel-checks"),
+      checks_(process.executor, desktopChecks(checkedServices(session))),
       setup_(setupActions()),
       windows_(windowParts()),
       delegate_(process.executor, *this, selfTest) {
@@ -101,17 +103,50 @@ DictationServices MRMPrototypeApp::dictationServices() {
   };
 }
 
+CheckedServices MRMPrototypeApp::checkedServices(const SessionFacts& session) {
+  return {
+      .executor = process_.executor,
+      .queue = checkQueue_,
+      .installation = installation_,
+      .facts = session,
+      .desktop = &desktop_,
+      .microphone = desktop_.microphone,
+      .microphoneAuthorization = desktop_.microphoneAuthorization,
+      .isRecording = [this] { return coordinator_.state().isBusy(); },
+      .models = *models_.speech,
+      .recognition = speech_.recognition,
+      .smartModels = models_.smart,
+      .secrets = storage_.secrets,
+      .shortcut = [this] { return storage_.settings.shortcut(); },
+      .smartFormatting = [this] { return storage_.settings.smartFormatting(); },
+      .perform = [this](IntelCommand command) { perform(command); },
+  };
+}
+
 SetupActions MRMPrototypeApp::setupActions() {
   return {
-      .look = [this] { return setupChecks(installation_, *models_.speech, storage_.settings.shortcut()); },
+      .look =
+          [this] {
+            std::vector<SetupCheck> shown;
+            for (const auto& report : checks_.reports()) {
+              const bool isPending = report.state == CheckState::pending;
+              shown.push_back({report.name, isPending || report.state == CheckState::works,
+                               isPending ? "Being tried…" : report.sentence});
+            }
+            return shown;
+          },
       .shortcut = [this] { return storage_.settings.shortcut(); },
       .chooseShortcut =
           [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
       .shortcutNotice =
           [this](const ShortcutConfiguration& shortcut) {
-            return shortcutNotice(shortcut, installation_.environment);
+            return shortcutNotice(desktop_.shortcuts, shortcut);
           },
-      .checkAgain = [this] { inputMonitoringPermissionDidChange_.emit(); },
+      .checkAgain =
+          [this] {
+            inputMonitoringPermissionDidChange_.emit();
+            checks_.run();
+          },
       .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
   };
 }
@@ -181,6 +216,7 @@ void MRMPrototypeApp::connectInterface() {
       pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
+  observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));
   QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &setup_,
                    [this](Qt::ApplicationState state) {
                      if (state == Qt::ApplicationActive) applicationDidBecomeActive_.emit();
@@ -304,6 +340,7 @@ bool MRMPrototypeApp::requiresSetupWindow() const {
 }
 
 void MRMPrototypeApp::openSetupWindow() {
+  checks_.run();
   setup_.present();
 }
 

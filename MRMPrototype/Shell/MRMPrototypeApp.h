@@ -12,6 +12,7 @@
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Platform/Qt/TaskBarPresence.h"
 #include "Shell/AppDelegate.h"
+#include "Shell/Checks/Checks.h"
 #include "Shell/DeliveryServices.h"
 #include "Shell/DesktopServices.h"
 #include "Shell/Installation.h"
@@ -37,7 +38,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
  public:
   /// Needs a QApplication. The references and what the services refer to outlive this.
   MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
-                  const DesktopServices& desktop, LaunchSelfTest selfTest);
+                  const SessionFacts& session, const DesktopServices& desktop, LaunchSelfTest selfTest);
 
   void applicationDidFinishLaunching() { delegate_.applicationDidFinishLaunching(); }
 
@@ -53,6 +54,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
 
  private:
   [[nodiscard]] DictationServices dictationServices();
+  [[nodiscard]] CheckedServices checkedServices(const SessionFacts& session);
   [[nodiscard]] SetupActions setupActions();
   [[nodiscard]] MainWindows::Parts windowParts();
   /// Pastes words that were dictated before, once another application is in front.
@@ -98,6 +100,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   QtLocalKeyMonitor localKeys_;
   LogindSleepMonitor sleep_;
   ShortcutWiring shortcut_;
+  SerialQueue checkQueue_;
+  CheckRunner checks_;
   SetupWindow setup_;
   MainWindows windows_;
   AppDelegate delegate_;

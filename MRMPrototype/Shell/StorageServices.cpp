@@ -9,8 +9,8 @@ namespace murmel {
 StorageServices::StorageServices(Executor& executor, const Installation& installation,
                                  settingsMigration::ModelIsReady modelIsReady,
                                  ActivationPolicyControl* activationPolicy)
-    : vocabularyKeys_(editionKeys(secrets_, installation.identifier, vocabularyKeyServiceSuffix)),
-      historyKeys_(editionKeys(secrets_, installation.identifier, historyKeyServiceSuffix)),
+    : vocabularyKeys_(editionKeys(secrets, installation.identifier, vocabularyKeyServiceSuffix)),
+      historyKeys_(editionKeys(secrets, installation.identifier, historyKeyServiceSuffix)),
       queue_(executor, "private-storage"),
       defaults(files_, defaultsFile(installation.folders.configuration)),
       settings(parameters(*this, executor, installation, std::move(modelIsReady), activationPolicy)),

@@ -30,9 +30,10 @@ class StorageServices {
   StorageServices(Executor& executor, const Installation& installation,
                   settingsMigration::ModelIsReady modelIsReady, ActivationPolicyControl* activationPolicy);
 
+  SecretServiceStore secrets;
+
  private:
   PosixFileSystem files_;
-  SecretServiceStore secrets_;
   KeychainEncryptionKeyStore vocabularyKeys_;
   KeychainEncryptionKeyStore historyKeys_;
   SerialQueue queue_;  ///< waits for the sealed files and their keys

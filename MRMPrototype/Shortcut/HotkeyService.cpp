@@ -13,16 +13,15 @@ constexpr int eventTapRetryLimit = 20;
 static_assert(static_cast<int>(ShortcutRequest::Kind::capsLock) ==
               static_cast<int>(ShortcutConfiguration::Kind::capsLock));
 
-/// Not for the disabled one.
-ShortcutRequest requestFor(const ShortcutConfiguration& shortcut) {
-  return {static_cast<ShortcutRequest::Kind>(shortcut.kind), shortcut.keyCode, shortcut.modifierRawValue};
-}
-
 void callIfSet(const std::function<void()>& callback) {
   if (callback) callback();
 }
 
 }  // namespace
+
+ShortcutRequest shortcutRequest(const ShortcutConfiguration& shortcut) {
+  return {static_cast<ShortcutRequest::Kind>(shortcut.kind), shortcut.keyCode, shortcut.modifierRawValue};
+}
 
 HotkeyService::HotkeyService(Executor& executor, const Clock& clock, ShortcutSource& source,
                              LocalKeyMonitor& localKeys, HotkeyNotifications notifications)
@@ -118,8 +117,9 @@ void HotkeyService::installGlobalEventTapIfAuthorized() {
     return;
   }
   // A compositor watches the shortcut that it was told of, and no other.
-  if (eventTap_ && !source_.hearsEveryKey() && installed_ != requestFor(shortcut)) removeGlobalEventTap();
-  if (!source_.permission(requestFor(shortcut)).granted) return;
+  if (eventTap_ && !source_.hearsEveryKey() && installed_ != shortcutRequest(shortcut))
+    removeGlobalEventTap();
+  if (!source_.permission(shortcutRequest(shortcut)).granted) return;
   if (eventTap_) {
     enableGlobalEventTap();
   } else if (!createGlobalEventTap()) {
@@ -128,7 +128,7 @@ void HotkeyService::installGlobalEventTapIfAuthorized() {
 }
 
 bool HotkeyService::createGlobalEventTap() {
-  installed_ = requestFor(shortcutProvider_());
+  installed_ = shortcutRequest(shortcutProvider_());
   eventTap_ = source_.install(installed_, [this](const ShortcutEvent& event) { receive(event); });
   if (!eventTap_) return false;
   eventTapRetry_.reset();

@@ -15,6 +15,9 @@
 
 namespace murmel {
 
+/// For a desktop that watches the shortcut itself. Not for the disabled one.
+ShortcutRequest shortcutRequest(const ShortcutConfiguration& shortcut);
+
 /// What makes the service look at its tap again.
 struct HotkeyNotifications {
   Signal<>& shortcutDidChange;                   ///< "MRM.ShortcutDidChange"

@@ -1,6 +1,8 @@
+#include "Foundation/Async/Timers.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Shell/AppDelegate.h"
 #include "Shell/AutomaticPasteRelaunch.h"
+#include "Shell/Checks/CheckRunner.h"
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/StartReplies.h"
@@ -104,6 +106,15 @@ class FakeRelauncher final : public ApplicationRelauncher {
   int terminated = 0;
 };
 
+Task<CheckResult> works() {
+  co_return CheckResult{CheckState::works, "fine"};
+}
+Task<CheckResult> never(Executor& executor) {
+  auto waiting = sleepFor(executor, 24h);
+  co_await waiting;
+  co_return CheckResult{};
+}
+
 }  // namespace
 
 TEST(LaunchRole, FollowsTheArguments) {
@@ -164,6 +175,31 @@ TEST(IntelCommands, EveryCommandHasOneActionAndReachesWhoAnswersIt) {
   }
   EXPECT_FALSE(target.post(IntelCommand::toggleDictation));
   EXPECT_EQ(toggled, 1);
+}
+
+TEST(CheckRunner, TriesEachForABoundedTimeAndLeadsToTheCure) {
+  ManualExecutor executor;
+  int cured = 0;
+  CheckRunner checks(executor, {
+                                   {"good", "Good", &works},
+                                   {.identifier = "stuck",
+                                    .name = "Stuck",
+                                    .attempt = [&executor] { return never(executor); },
+                                    .cureTitle = "Pull",
+                                    .cure = [&cured] { ++cured; },
+                                    .hanging = CheckState::broken},
+                               });
+  checks.run();
+  EXPECT_EQ(checks.reports()[0].state, CheckState::works);
+  EXPECT_EQ(checks.reports()[1].state, CheckState::pending);
+  executor.advance(CheckRunner::limit);
+  EXPECT_FALSE(checks.isRunning());
+  EXPECT_EQ(checks.reports()[1].state, CheckState::broken);
+  EXPECT_EQ(checks.reports()[1].cure, "Pull");
+  checks.cure("stuck");
+  EXPECT_EQ(cured, 1);
+  checks.run();
+  EXPECT_EQ(checks.reports()[1].state, CheckState::pending) << "again";
 }
 
 TEST(StartReplies, ComeWhenTheMicrophoneIsOpenOrTheStartHasFailed) {

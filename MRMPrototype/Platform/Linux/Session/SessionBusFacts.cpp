@@ -45,6 +45,8 @@ void probeSessionBus(SessionFacts& facts) {
                            desktopBusName::mutterRemoteDesktop, desktopBusName::portal}) {
     if (isOwned(bus.get(), name)) facts.busNames.insert(name);
   }
+  if (isOwned(bus.get(), desktopBusName::trayWatcher)) facts.tray = true;
+  if (!facts.wayland.reachable) return;
   // Asking starts the portals, which every desktop that has them does anyway.
   facts.shortcutPortal = portalVersion(bus.get(), "org.freedesktop.portal.GlobalShortcuts");
   facts.keyboardPortal = portalVersion(bus.get(), "org.freedesktop.portal.RemoteDesktop");

@@ -29,7 +29,8 @@ SessionFacts probeSession(const Environment& environment) {
   facts.x11 = probeX11(environment);
   facts.wayland = probeWayland(environment);
   if (const auto socket = environment.value("SWAYSOCK")) facts.swaySocket = answersAt(*socket);
-  if (facts.wayland.reachable) probeSessionBus(facts);
+  facts.tray = facts.x11.ownsTray;
+  probeSessionBus(facts);
   return facts;
 }
 

@@ -37,6 +37,10 @@ SessionFacts::X11 probeX11(const Environment& environment) {
   facts.injectsKeys = hasExtension(connection, "XTEST");
   facts.hearsKeys = hasExtension(connection, "XInputExtension");
   facts.namesActiveWindow = windowManagerNamesActiveWindow(connection);
+  const auto tray =
+      x11Reply(connection.get(), xcb_get_selection_owner_reply,
+               xcb_get_selection_owner(connection.get(), connection.atom("_NET_SYSTEM_TRAY_S0")));
+  facts.ownsTray = tray && tray->owner != XCB_NONE;
   return facts;
 }
 

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Foundation/Async/SerialQueue.h"
+#include "Models/SmartModelManager.h"
+#include "Models/SpeechModelStore.h"
+#include "Platform/AudioInput.h"
+#include "Platform/DesktopProbe.h"
+#include "Platform/MicrophoneAuthorization.h"
+#include "Platform/SecretStore.h"
+#include "Recognition/TranscriptionProviderFactory.h"
+#include "Shell/Checks/CheckRunner.h"
+#include "Shell/DesktopServices.h"
+#include "Shell/Installation.h"
+#include "Shortcut/ShortcutConfiguration.h"
+
+#include <functional>
+#include <vector>
+
+namespace murmel {
+
+/// What the checks try. Everything outlives them.
+struct CheckedServices {
+  Executor& executor;
+  SerialQueue& queue;  ///< for what blocks
+  const Installation& installation;
+  const SessionFacts& facts;
+  const DesktopServices* desktop = nullptr;  ///< nothing where no desktop could be connected to
+  std::string desktopFailure{};              ///< why not
+  AudioInput& microphone;
+  MicrophoneAuthorization& microphoneAuthorization;
+  /// Whether a dictation has the microphone at this moment.
+  std::function<bool()> isRecording;
+  SpeechModelStore& models;
+  TranscriptionProviderFactory& recognition;
+  SmartModelManager& smartModels;
+  SecretStore& secrets;
+  std::function<ShortcutConfiguration()> shortcut;
+  std::function<bool()> smartFormatting;
+  /// Carries out the command that leads to a cure; empty where nobody can.
+  std::function<void(IntelCommand)> perform{};
+};
+
+/// Every check, in the order in which they are shown. What they try leaves nothing behind.
+std::vector<CheckDefinition> desktopChecks(const CheckedServices& services);
+
+/// Why this desktop may not hear the shortcut, in words for the user; empty when it does, and for the
+/// disabled one.
+std::string shortcutNotice(ShortcutSource& source, const ShortcutConfiguration& shortcut);
+
+/// The single ones, in files of their own.
+Task<CheckResult> checkSpeechModel(CheckedServices services);
+Task<CheckResult> checkSpeechRecognition(CheckedServices services);
+Task<CheckResult> checkMicrophone(CheckedServices services);
+Task<CheckResult> checkKeyRing(CheckedServices services);
+Task<CheckResult> checkFolders(CheckedServices services);
+Task<CheckResult> checkRefiners(CheckedServices services);
+
+}  // namespace murmel

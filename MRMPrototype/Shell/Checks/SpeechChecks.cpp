@@ -1,0 +1,59 @@
+#include "Foundation/Async/Timers.h"
+#include "Recognition/FluidAudioProvider.h"
+#include "Shell/Checks/Checks.h"
+#include "Shell/Checks/SyntheticSpeech.h"
+
+#include <filesystem>
+
+namespace murmel {
+
+Task<CheckResult> checkSpeechModel(CheckedServices services) {
+  const auto folder = services.models.activeModelURL();
+  if (!services.models.requiredItemsPresent(folder)) {
+    co_return CheckResult{CheckState::broken, "There is no speech model in " + folder.string() +
+                                                  ". Download one, or install pocketsphinx-en-us."};
+  }
+  constexpr Duration interval = std::chrono::milliseconds(50);
+  while (services.models.state() == SpeechModelState::verifying) {
+    auto waiting = sleepFor(services.executor, interval);
+    co_await waiting;
+  }
+  if (services.models.state() == SpeechModelState::missing) {
+    co_return CheckResult{CheckState::broken,
+                          "The speech model in " + folder.string() + " is damaged. Download it again."};
+  }
+  co_return CheckResult{CheckState::works, folder.string() + "."};
+}
+
+/// Has the worker recognise a second of something like speech. Whether it finds a word in it does not matter;
+/// that it answers does.
+Task<CheckResult> checkSpeechRecognition(CheckedServices services) {
+  const auto worker = services.installation.folders.resources / "Workers" / FluidAudioProvider::workerName;
+  if (!std::filesystem::exists(worker))
+    co_return CheckResult{CheckState::broken, "The worker is missing: " + worker.string()};
+  if (!services.installation.policy.mayExecute(worker))
+    co_return CheckResult{CheckState::broken, "The worker is not signed by the makers of this Murmel."};
+  auto recogniser = services.recognition.make({});
+  if (!recogniser) co_return CheckResult{CheckState::broken, recogniser.error().localizedDescription() + "."};
+  auto recognising = (*recogniser)->transcribe(syntheticSpeech(), std::nullopt);
+  const auto answer = co_await recognising;
+  const bool answered = answer || answer.error().which() == MRMError::Case::noSpeech ||
+                        answer.error().which() == MRMError::Case::unrecognizedSpeech;
+  if (!answered) co_return CheckResult{CheckState::broken, answer.error().localizedDescription() + "."};
+  co_return CheckResult{CheckState::works, "The worker has recognised a second of sound."};
+}
+
+Task<CheckResult> checkRefiners(CheckedServices services) {
+  const bool wanted = services.smartFormatting();
+  const auto runtime = services.smartModels.runtimeExecutable();
+  if (services.smartModels.isRuntimeInstalled()) {
+    co_return CheckResult{CheckState::works, "The language-model server is installed; formatting is " +
+                                                 std::string(wanted ? "on." : "off.")};
+  }
+  if (!wanted)
+    co_return CheckResult{CheckState::works, "Formatting is off, and its server is not installed."};
+  co_return CheckResult{CheckState::limited, "The language-model server is not installed (" +
+                                                 runtime.string() + "): text stays as it was recognised."};
+}
+
+}  // namespace murmel
