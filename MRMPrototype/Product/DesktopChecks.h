@@ -3,6 +3,8 @@
 #include "Foundation/Async/Signal.h"
 
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace murmel {
@@ -13,6 +15,20 @@ enum class CheckState {
   limited,  ///< dictation works without it, less well
   broken,   ///< dictation cannot work
 };
+
+constexpr std::string_view checkStateName(CheckState state) {
+  switch (state) {
+    case CheckState::pending:
+      return "pending";
+    case CheckState::works:
+      return "works";
+    case CheckState::limited:
+      return "limited";
+    case CheckState::broken:
+      return "broken";
+  }
+  std::unreachable();
+}
 
 /// One thing that dictation needs of this computer, and what trying it has shown.
 struct CheckReport {

@@ -77,7 +77,8 @@ int complain(const std::string& sentence) {
 
 }  // namespace
 
-int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest selfTest) {
+int runDesktop(Arguments arguments, const Installation& users, const DesktopRole& role) {
+  const auto selfTest = role.selfTest;
   std::optional<SelfTestFolders> ownFolders;
   if (selfTest != LaunchSelfTest::none) ownFolders.emplace(users);
   const auto& installation = ownFolders ? ownFolders->installation() : users;
@@ -99,7 +100,7 @@ int runDesktop(Arguments arguments, const Installation& users, LaunchSelfTest se
   // A self-test looks at this build, not at an instance that happens to run, and leaves nothing behind.
   SecondStart instance;
   if (selfTest == LaunchSelfTest::none) {
-    instance = becomeTheInstance(installation);
+    instance = becomeTheInstance(installation, role.replaces);
     if (!instance.complaint.empty()) return complain(instance.complaint);
     if (!instance.lock) return instance.exitStatus;
   }

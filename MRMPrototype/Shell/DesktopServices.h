@@ -31,6 +31,8 @@ struct DesktopServices {
   FocusedField& focusedField;
   ClipboardPasteboard& clipboard;
   ClipboardPasteboard* primarySelection = nullptr;  ///< where the desktop has one
+  /// The desktop lets a process press keys only when it did so from its start.
+  bool pasteNeedsFreshProcess = false;
 };
 
 /// Holds the adapters of one desktop. Main thread.

@@ -51,24 +51,10 @@ class SettingsToLookAt final : public DefaultsStore {
   DefaultsDocument document_;
 };
 
-std::string_view nameOf(CheckState state) {
-  switch (state) {
-    case CheckState::pending:
-      return "pending";
-    case CheckState::works:
-      return "works";
-    case CheckState::limited:
-      return "limited";
-    case CheckState::broken:
-      return "broken";
-  }
-  std::unreachable();
-}
-
 void printJson(const std::vector<CheckReport>& reports, bool works) {
   QJsonArray checks;
   for (const auto& report : reports) {
-    const auto state = nameOf(report.state);
+    const auto state = checkStateName(report.state);
     checks.append(QJsonObject{
         {QStringLiteral("identifier"), QString::fromStdString(report.identifier)},
         {QStringLiteral("name"), QString::fromStdString(report.name)},
@@ -163,7 +149,7 @@ int runDoctor(Arguments arguments, const Installation& installation, const Docto
     printJson(reports, works);
   } else {
     for (const auto& report : reports) {
-      fmt::print("{:8}{}: {}\n", nameOf(report.state), report.name,
+      fmt::print("{:8}{}: {}\n", checkStateName(report.state), report.name,
                  inPlatformWords(report.sentence).toStdString());
     }
   }

@@ -39,6 +39,9 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   app.set_version_flag("--version", version);
   app.require_subcommand(0, 1);
 
+  DesktopRole desktop;
+  app.add_flag(replaceFlag, desktop.replaces, "Start when the running Murmel has ended");
+
   TranscribeRole transcribe;
   auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
   transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
@@ -101,7 +104,7 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   for (const auto* command : app.get_subcommands()) {
     if (const auto found = commandForAction(command->get_name())) return RemoteCommandRole{*found};
   }
-  return DesktopRole{};
+  return desktop;
 }
 
 }  // namespace murmel

@@ -10,12 +10,16 @@
 
 namespace murmel {
 
+/// Asks for `DesktopRole::replaces`.
+inline constexpr const char* replaceFlag = "--replace";
+
 /// The launch-time self-tests of the desktop application.
 enum class LaunchSelfTest { none, releaseLaunch, dockReopen };
 
 /// What this process is going to be, as its arguments say.
 struct DesktopRole {
   LaunchSelfTest selfTest = LaunchSelfTest::none;
+  bool replaces = false;  ///< wait for the running instance to end instead of showing it
 };
 struct ModelDownloadSmokeRole {};
 struct TranscribeRole {

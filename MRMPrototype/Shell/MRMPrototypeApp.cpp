@@ -59,8 +59,11 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       }),
       coordinator_(dictationServices()),
       startReplies_(process.executor, coordinator_.onStateChange()),
+      permissions_(desktop, [this] { return storage_.settings.shortcut(); }),
+      relauncher_(installation.folders.executable, [this] { perform(IntelCommand::quit); }),
+      pasteRelaunch_(alerts_, relauncher_, installation.build.displayName),
       shortcut_(process, desktop.shortcuts, localKeys_,
-                {storage_.settings.shortcutDidChange(), inputMonitoringPermissionDidChange_,
+                {storage_.settings.shortcutDidChange(), permissions_.inputMonitoringDidChange(),
                  applicationDidBecomeActive_},
                 sleep_.didWake(),
                 {
@@ -76,6 +79,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       delegate_(process.executor, *this, selfTest) {
   connectStorage();
   connectInterface();
+  connectPermissions();
   connectCommands();
   tray_.show();
   tellAboutSettings();
@@ -144,7 +148,7 @@ SetupActions MRMPrototypeApp::setupActions() {
           },
       .checkAgain =
           [this] {
-            inputMonitoringPermissionDidChange_.emit();
+            permissions_.refresh();
             checks_.run();
           },
       .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
@@ -165,14 +169,16 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .unlockStorage = [this] { storage_.health.unlock(); },
       .shortcutNotice =
           [this](const ShortcutConfiguration& shortcut) {
-            return shortcutNotice(shortcut, installation_.environment);
+            return shortcutNotice(desktop_.shortcuts, shortcut);
           },
       .diagnostics =
           [this] {
             auto text = versionLine(installation_.build) + '\n';
-            for (const auto& check :
-                 setupChecks(installation_, *models_.speech, storage_.settings.shortcut()))
-              text += std::string(check.works ? "yes " : "no  ") + check.subject + '\n';
+            for (const auto& report : checks_.reports()) {
+              const bool wasTried = report.state != CheckState::pending;
+              text += report.name + ": " +
+                      (wasTried ? std::string(checkStateName(report.state)) : "not tried") + '\n';
+            }
             return text;
           },
   };
@@ -217,10 +223,20 @@ void MRMPrototypeApp::connectInterface() {
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
   observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));
+}
+
+void MRMPrototypeApp::connectPermissions() {
   QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &setup_,
                    [this](Qt::ApplicationState state) {
-                     if (state == Qt::ApplicationActive) applicationDidBecomeActive_.emit();
+                     if (state != Qt::ApplicationActive) return;
+                     permissions_.refresh();
+                     applicationDidBecomeActive_.emit();
                    });
+  observers_.push_back(
+      permissions_.didChange().subscribe([this](const Permissions& before, const Permissions& now) {
+        const bool pasteWasGranted = now.automaticPaste && !before.automaticPaste;
+        if (pasteWasGranted && desktop_.pasteNeedsFreshProcess) pasteRelaunch_.offerAutomaticPasteRelaunch();
+      }));
 }
 
 void MRMPrototypeApp::connectCommands() {
@@ -265,10 +281,20 @@ void MRMPrototypeApp::connectCommands() {
   show(IntelCommand::openMicrophoneSettings, [this] {
     if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
   });
-  for (const auto command : {IntelCommand::openSetup, IntelCommand::requestMicrophone,
-                             IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
-    show(command, [this] { openSetupWindow(); });
+  // Nobody can be asked for a permission here: what is missing, and what to do about it, stands in the setup.
+  for (const auto command :
+       {IntelCommand::openSetup, IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
+    show(command, [this] {
+      permissions_.refresh();
+      openSetupWindow();
+    });
   }
+  on(IntelCommand::requestMicrophone, [this] {
+    permissions_.refresh();
+    // A sound server that refuses does so for good; its settings are where that is changed.
+    const bool mayRecord = permissions_.current().mayRecord();
+    return commands_.post(mayRecord ? IntelCommand::openSetup : IntelCommand::openMicrophoneSettings);
+  });
   on(IntelCommand::downloadSpeechModel, [this]() -> CommandOutcome {
     if (models_.downloadSpeechModel()) return {};
     const std::string reason = "There is no other speech model for this computer.";
@@ -312,7 +338,7 @@ bool MRMPrototypeApp::isTranscribing() const {
 }
 
 void MRMPrototypeApp::reopen() {
-  openSetupWindow();
+  commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
 }
 
 void MRMPrototypeApp::tellAboutSettings() {
@@ -331,12 +357,13 @@ void MRMPrototypeApp::applyDockIconPreference() {
 }
 
 void MRMPrototypeApp::refreshServices() {
+  permissions_.refresh();
   models_.speech->validate();
   models_.smart.validate();
 }
 
 bool MRMPrototypeApp::requiresSetupWindow() const {
-  return !storage_.defaults.boolean(onboardingCompletedKey, false);
+  return !storage_.defaults.boolean(onboardingCompletedKey, false) || !permissions_.current().mayRecord();
 }
 
 void MRMPrototypeApp::openSetupWindow() {

@@ -4,6 +4,7 @@
 #include "Dictation/DictationCoordinator.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Signal.h"
+#include "Interface/QtAlertPresenter.h"
 #include "Interface/RecordingPill.h"
 #include "Interface/SetupWindow.h"
 #include "Interface/TrayMenu.h"
@@ -12,6 +13,7 @@
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Platform/Qt/TaskBarPresence.h"
 #include "Shell/AppDelegate.h"
+#include "Shell/AutomaticPasteRelaunch.h"
 #include "Shell/Checks/Checks.h"
 #include "Shell/DeliveryServices.h"
 #include "Shell/DesktopServices.h"
@@ -19,6 +21,8 @@
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/MainWindows.h"
 #include "Shell/ModelServices.h"
+#include "Shell/PermissionService.h"
+#include "Shell/ProcessRelauncher.h"
 #include "Shell/ProcessServices.h"
 #include "Shell/SettingsReactions.h"
 #include "Shell/ShortcutWiring.h"
@@ -61,6 +65,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   Task<void> pasteAgain(SpokenText words);
   void connectStorage();
   void connectInterface();
+  void connectPermissions();
   void connectCommands();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
@@ -95,8 +100,11 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   DictationCoordinator coordinator_;
   StartReplies startReplies_;
 
-  Signal<> inputMonitoringPermissionDidChange_;
   Signal<> applicationDidBecomeActive_;
+  PermissionService permissions_;
+  QtAlertPresenter alerts_;
+  ProcessRelauncher relauncher_;
+  AutomaticPasteRelaunch pasteRelaunch_;
   QtLocalKeyMonitor localKeys_;
   LogindSleepMonitor sleep_;
   ShortcutWiring shortcut_;

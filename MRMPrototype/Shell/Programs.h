@@ -16,7 +16,7 @@ struct Arguments {
 /// runs, and gives the exit status.
 
 /// The desktop application.
-int runDesktop(Arguments arguments, const Installation& installation, LaunchSelfTest selfTest);
+int runDesktop(Arguments arguments, const Installation& installation, const DesktopRole& role);
 /// Audio files to text, without a desktop.
 int runTranscribe(Arguments arguments, const Installation& installation, const TranscribeRole& role);
 /// One command to the running instance: `commandStatus`.

@@ -13,17 +13,19 @@ constexpr auto pollInterval = std::chrono::milliseconds(30);
 
 }  // namespace
 
-SecondStart becomeTheInstance(const Installation& installation) {
+SecondStart becomeTheInstance(const Installation& installation, bool replaces) {
   const auto file = InstanceLock::fileOf(installation);
   const auto limit = std::chrono::steady_clock::now() + endLimit;
   while (true) {
     auto lock = InstanceLock::take(file);
     if (!lock) return {{}, commandStatus::refused, lock.error()};
     if (*lock) return {*std::move(lock), 0, {}};
-    const auto shown = sendRemoteCommand(installation.identifier, IntelCommand::revealApplication);
-    if (shown && *shown) return {{}, commandStatus::done, {}};
-    if (!shown && shown.error().kind != RemoteFailure::Kind::nobodyThere) {
-      return {{}, commandStatus::refused, "Murmel is running already. " + shown.error().message};
+    if (!replaces) {
+      const auto shown = sendRemoteCommand(installation.identifier, IntelCommand::revealApplication);
+      if (shown && *shown) return {{}, commandStatus::done, {}};
+      if (!shown && shown.error().kind != RemoteFailure::Kind::nobodyThere) {
+        return {{}, commandStatus::refused, "Murmel is running already. " + shown.error().message};
+      }
     }
     // It is about to end, or has not yet opened its door.
     if (std::chrono::steady_clock::now() > limit)

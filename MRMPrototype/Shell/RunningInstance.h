@@ -17,7 +17,8 @@ struct SecondStart {
 };
 
 /// Becomes the instance, waiting for one that is about to end, or has the running one show itself.
-SecondStart becomeTheInstance(const Installation& installation);
+/// `replaces`: the running one is about to end, and is not asked.
+SecondStart becomeTheInstance(const Installation& installation, bool replaces);
 
 /// Waits until no instance is left, as long as a delivery may take. False when one still is.
 bool awaitEndOfInstance(const Installation& installation);

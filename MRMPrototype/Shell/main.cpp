@@ -41,7 +41,7 @@ struct Run {
   int operator()(const ModelDownloadSmokeRole&) const {
     return runModelDownloadProbe(arguments, installation);
   }
-  int operator()(const DesktopRole& role) const { return runDesktop(arguments, installation, role.selfTest); }
+  int operator()(const DesktopRole& role) const { return runDesktop(arguments, installation, role); }
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Shell/DeliveryServices.h"
+#include "Shell/PermissionService.h"
 #include "Shell/SettingsReactions.h"
 #include "Shell/ShortcutWiring.h"
 #include "Shortcut/ShortcutChoice.h"
@@ -91,6 +92,26 @@ TEST_F(DeliveryWiring, PastesWithTheKeysThatTheUserHasWrittenDown) {
   writeFile(folder.path() / "MRM" / "paste-keys.conf", "Editor = Shift+Insert");
   deliver(true);
   EXPECT_EQ(keyboard.posted(), std::vector{PasteChord::shiftInsert});
+}
+
+TEST_F(DeliveryWiring, PermissionsTellWhenOneOfThemHasChanged) {
+  PermissionService permissions(desktop, [] { return configuration(ShortcutChoice::optionKey); });
+  EXPECT_EQ(permissions.current(), (Permissions{MicrophonePermissionPhase::authorized, true, true}));
+  int changes = 0;
+  int ofTheShortcut = 0;
+  const auto any =
+      permissions.didChange().subscribe([&](const Permissions&, const Permissions&) { ++changes; });
+  const auto shortcut = permissions.inputMonitoringDidChange().subscribe([&] { ++ofTheShortcut; });
+  keyboard.forbid();
+  permissions.refresh();
+  permissions.refresh();
+  EXPECT_FALSE(permissions.current().automaticPaste);
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(ofTheShortcut, 0);
+  taps.setPermission(false);
+  shortcuts.permissionDidChange().emit();
+  EXPECT_FALSE(permissions.current().shortcut);
+  EXPECT_EQ(ofTheShortcut, 1);
 }
 
 /// The settings, and what hangs on them.
