@@ -87,9 +87,9 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
     app.parse(reversed(arguments));
   } catch (const CLI::ParseError& error) {
     std::ostringstream output;
-    const int status = app.exit(error, output, output);
+    const int ended = app.exit(error, output, output);
     constexpr int usageError = 2;
-    return MessageRole{status == 0 ? 0 : usageError, output.str()};
+    return MessageRole{ended == 0 ? 0 : usageError, output.str()};
   }
   if (transcribeCommand->parsed()) return transcribe;
   if (doctorCommand->parsed()) return doctor;

@@ -11,6 +11,7 @@
 #include "Shell/Checks/CheckRunner.h"
 #include "Shell/DesktopServices.h"
 #include "Shell/Installation.h"
+#include "Shell/IntelCommand.h"
 #include "Shortcut/ShortcutConfiguration.h"
 
 #include <functional>

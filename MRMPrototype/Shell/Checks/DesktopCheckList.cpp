@@ -52,8 +52,7 @@ Task<CheckResult> checkShortcut(CheckedServices services) {
     co_return CheckResult{CheckState::limited, "There is no desktop to hear it on."};
   auto notice = shortcutNotice(services.desktop->shortcuts, shortcut);
   if (!notice.empty()) co_return CheckResult{CheckState::limited, std::move(notice)};
-  co_return CheckResult{CheckState::works,
-                        shortcut.title() + " is heard while other applications are in front."};
+  co_return CheckResult{CheckState::works, "The shortcut is heard while other applications are in front."};
 }
 
 Task<CheckResult> checkPaste(CheckedServices services) {
