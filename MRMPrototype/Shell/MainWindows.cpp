@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
+#include <QWindow>
 #include <utility>
 
 namespace murmel {
@@ -150,8 +151,10 @@ void MainWindows::openCredits() {
 }
 
 bool MainWindows::isAnyVisible() const {
+  // What the window system shows, not what was asked of it.
   const auto isSeen = [](const QWidget* window) {
-    return window != nullptr && window->isVisible() && !window->isMinimized();
+    return window != nullptr && window->windowHandle() != nullptr && window->windowHandle()->isExposed() &&
+           !window->isMinimized();
   };
   return isSeen(settings_) || isSeen(history_);
 }

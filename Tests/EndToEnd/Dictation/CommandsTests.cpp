@@ -56,9 +56,9 @@ TEST_F(DictationDesk, NoWordGoesOverTheBusOrStandsInAnArgument) {
 
 TEST_F(DictationDesk, ASecondStartShowsTheFirstAlsoWhereThereIsNoBus) {
   start();
-  EXPECT_FALSE(succeeds(setupIsVisible)) << "the setup is done";
+  EXPECT_FALSE(succeeds(settingsAreVisible));
   EXPECT_TRUE(succeeds(MURMEL_EXECUTABLE));
-  EXPECT_TRUE(waitUntilCommand(setupIsVisible));
+  EXPECT_TRUE(waitUntilCommand(settingsAreVisible)) << "the setup is done";
   const auto withoutBus = std::string("DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere ") + MURMEL_EXECUTABLE;
   EXPECT_FALSE(succeeds("timeout 20 " + withoutBus)) << "both would type";
   EXPECT_FALSE(murmel->exitStatus());

@@ -92,6 +92,7 @@ class DictationDesk : public ::testing::Test {
   }
 
   static constexpr const char* pillIsVisible = "xdotool search --onlyvisible --name '^Murmel$'";
+  static constexpr const char* settingsAreVisible = "xdotool search --onlyvisible --name '^Murmel Settings$'";
   static constexpr const char* setupIsVisible = "xdotool search --onlyvisible --name '^Murmel Setup$'";
   // One stream is the session's own, which keeps the microphone awake.
   static constexpr const char* isRecording = "pactl list short source-outputs | sed 1d | grep -q .";
