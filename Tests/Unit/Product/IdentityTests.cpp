@@ -1,7 +1,10 @@
 #include "Product/InformationDictionary.h"
 #include "Product/MRMAppIdentity.h"
 #include "Product/MRMBuildIdentity.h"
+#include "Support/BuildPaths.h"
+#include "Support/TemporaryFolder.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -120,4 +123,33 @@ TEST(InformationDictionary, ReadsStringsOfAJsonObject) {
   }
   std::filesystem::remove(file);
   EXPECT_FALSE(InformationDictionary::read(file));
+}
+
+TEST(Editions, AreWhatTheBuildWritesAboutThem) {
+  struct Row {
+    std::string edition, channel, identifier, tagline;
+    bool downloads;
+  };
+  const TemporaryFolder folder;
+  const auto file = (folder.path() / "Info.json").string();
+  for (const auto& row : std::vector<Row>{
+           {"complete", "developer-id", "app.murmel.Murmel", "Ready offline · Models included", true},
+           {"complete", "app-store", "app.murmel.Murmel", "Ready offline · Models included", false},
+           {"lite", "app-store", "app.murmel.Murmel.Lite", "Lite · Models on demand", true},
+           {"development", "developer-id", "app.murmel.Murmel.Development", "Local development", true},
+       }) {
+    const auto source = sourceFolder();
+    const auto build = "cmake -D SOURCE=" + source + " -D TEMPLATE=" + source +
+                       "/MRMPrototype/Shell/Info.json.in -D OUTPUT=" + file +
+                       " -D VERSION=1.2 -D BUILD_NUMBER=34 " + "-D EDITION=" + row.edition +
+                       " -D CHANNEL=" + row.channel + " -P " + source + "/cmake/MurmelInformation.cmake";
+    ASSERT_EQ(std::system(build.c_str()), 0);  // NOLINT(concurrency-mt-unsafe): one thread
+    const auto info = InformationDictionary::read(file);
+    ASSERT_TRUE(info) << info.error();
+    EXPECT_EQ(MRMBuildIdentity::from(*info).buildNumber, "34");
+    EXPECT_EQ(MRMAppIdentity::applicationIdentifier(*info), row.identifier);
+    EXPECT_EQ(editionTagline(distributionEdition(*info)), row.tagline);
+    EXPECT_EQ(distributionChannel(*info) == MRMDistributionChannel::appStore, row.channel == "app-store");
+    EXPECT_EQ(MRMAppIdentity::downloaderServiceName(*info).has_value(), row.downloads) << row.edition;
+  }
 }

@@ -1,6 +1,10 @@
 #include "Platform/Linux/Session/SessionProbe.h"
 
+#include <chrono>
 #include <cstring>
+#include <future>
+#include <memory>
+#include <thread>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -22,11 +26,24 @@ bool answersAt(const std::string& path) {
   return connected;
 }
 
+/// A server that hangs blocks whoever connects to it: the thread is left to it then, and the server counts as
+/// gone.
+SessionFacts::X11 probeX11InTime(const Environment& environment) {
+  constexpr auto limit = std::chrono::seconds(3);
+  auto answer = std::make_shared<std::promise<SessionFacts::X11>>();
+  auto facts = answer->get_future();
+  std::thread([answer, environment] { answer->set_value(probeX11(environment)); }).detach();
+  if (facts.wait_for(limit) == std::future_status::ready) return facts.get();
+  SessionFacts::X11 hanging;
+  hanging.named = true;
+  return hanging;
+}
+
 }  // namespace
 
 SessionFacts probeSession(const Environment& environment) {
   SessionFacts facts;
-  facts.x11 = probeX11(environment);
+  facts.x11 = probeX11InTime(environment);
   facts.wayland = probeWayland(environment);
   if (const auto socket = environment.value("SWAYSOCK")) facts.swaySocket = answersAt(*socket);
   facts.tray = facts.x11.ownsTray;
