@@ -27,6 +27,8 @@ class DeliveryClipboards {
   DeliveryClipboards(Executor& executor, ClipboardPasteboard& general, ClipboardPasteboard* primary,
                      Options options, Logger logger);
 
+  void setCapturesPrevious(bool captures) { options_.capturesPrevious = captures; }
+
   /// Begins to capture what the user has copied and, where a paste will need it, what is selected.
   void begin();
   void beginPrimary();

@@ -36,6 +36,7 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
     : desktop_(desktop),
       options_(std::move(options)),
       logger_(std::move(logger)),
+      restoresFromNextSession_(options_.shouldRestorePreviousClipboard),
       clipboards_(desktop.executor, desktop.general, desktop.primary,
                   {ClipboardTransaction::ownershipType(options_.applicationIdentifier),
                    options_.shouldRestorePreviousClipboard},
@@ -47,6 +48,8 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
 
 void TextInsertionService::beginDictationSession() {
   endDictationSession();
+  options_.shouldRestorePreviousClipboard = restoresFromNextSession_;
+  clipboards_.setCapturesPrevious(restoresFromNextSession_);
   lastBlock_.reset();
   lastResult_.reset();
   clipboardWasKept_ = true;

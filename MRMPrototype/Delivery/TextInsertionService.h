@@ -49,6 +49,9 @@ class TextInsertionService final : public TextInsertion {
   /// Category of the log lines: "text-insertion".
   TextInsertionService(TextInsertionDesktop desktop, TextInsertionOptions options, Logger logger);
 
+  /// The user's choice; from the next dictation on.
+  void setRestoresPreviousClipboard(bool restores) { restoresFromNextSession_ = restores; }
+
   void beginDictationSession() override;
   void recordingEnded() override { recordingHasEnded_ = true; }
   void endDictationSession() override;
@@ -102,6 +105,7 @@ class TextInsertionService final : public TextInsertion {
   TextInsertionDesktop desktop_;
   TextInsertionOptions options_;
   Logger logger_;
+  bool restoresFromNextSession_;
   DeliveryClipboards clipboards_;
   std::optional<RunningApplication> target_;
   std::optional<LiveInsertionBlock> lastBlock_;

@@ -25,7 +25,7 @@ PasteChordTable pasteChords(const std::filesystem::path& configuration, const Lo
 }  // namespace
 
 DeliveryServices::DeliveryServices(const ProcessServices& process, const Installation& installation,
-                                   const DesktopServices& desktop, bool restorePreviousClipboard)
+                                   const DesktopServices& desktop, SettingsRepository& settings)
     : insertion(
           TextInsertionDesktop{
               .executor = process.executor,
@@ -40,10 +40,14 @@ DeliveryServices::DeliveryServices(const ProcessServices& process, const Install
           TextInsertionOptions{
               .applicationIdentifier = installation.identifier,
               .ownProcess = ::getpid(),
-              .shouldRestorePreviousClipboard = restorePreviousClipboard,
+              .shouldRestorePreviousClipboard = settings.restorePreviousClipboard(),
               .pasteChords = pasteChords(installation.folders.configuration,
                                          Logger(process.log, installation.identifier, "text-insertion")),
           },
-          Logger(process.log, installation.identifier, "text-insertion")) {}
+          Logger(process.log, installation.identifier, "text-insertion")),
+      observer_(settings.didChange().subscribe([this, &settings](SettingsProperty property) {
+        if (property == SettingsProperty::restorePreviousClipboard)
+          insertion.setRestoresPreviousClipboard(settings.restorePreviousClipboard());
+      })) {}
 
 }  // namespace murmel

@@ -42,7 +42,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
           process.executor, installation, [this](SmartLocalModel model) { return models_.readiness(model); },
           &taskBar_),
       speech_(process, installation, models_, storage_.settings),
-      delivery_(process, installation, desktop, storage_.settings.restorePreviousClipboard()),
+      delivery_(process, installation, desktop, storage_.settings),
       audio_(process.executor, desktop.microphone, desktop.microphoneAuthorization,
              installation.folders.temporary),
       refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),

@@ -31,8 +31,24 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// The settings, and what hangs on them.
+class SettingsWiring : public ::testing::Test {
+ protected:
+  ManualExecutor executor;
+  TemporaryFolder folder;
+  PosixFileSystem files;
+  FakeSecretStore secrets;
+  KeychainEncryptionKeyStore keys{secrets, "app.murmel.Test.vocabulary"};
+  InMemoryDefaultsStore defaults;
+  SerialQueue queue{executor, "vocabulary"};
+  SettingsRepository settings{{.defaults = defaults,
+                               .executor = executor,
+                               .queue = queue,
+                               .vocabularyFile = vocabularyFile(files, keys, folder.path())}};
+};
+
 /// A desktop of fakes with an editor in front, and the delivery that is made of it.
-class DeliveryWiring : public ::testing::Test {
+class DeliveryWiring : public SettingsWiring {
  protected:
   DeliveryWiring() {
     workspace.bringToFront(editor);
@@ -40,23 +56,20 @@ class DeliveryWiring : public ::testing::Test {
     executor.advance(1s);
     keyboard.onPosted([this](PasteChord) { clipboard.readBy(editor.client, "UTF8_STRING"); });
   }
-  TextDeliveryResult deliver(bool restorePreviousClipboard) {
-    DeliveryServices delivery({executor, executor, log, launcher}, installation(), desktop,
-                              restorePreviousClipboard);
-    delivery.insertion.beginDictationSession();
-    Awaiting delivering(delivery.insertion.insertOrCopy(SpokenText("words"), false));
+  TextDeliveryResult deliver() {
+    if (!delivery) {
+      ApplicationFolders folders;
+      folders.configuration = folder.path();
+      const auto installation = Installation::from(InformationDictionary(), folders, Environment());
+      delivery.emplace(ProcessServices{executor, executor, log, launcher}, installation, desktop, settings);
+    }
+    delivery->insertion.beginDictationSession();
+    Awaiting delivering(delivery->insertion.insertOrCopy(SpokenText("words"), false));
     for (int step = 0; step < 1'000 && !delivering.done(); ++step) executor.advance(10ms);
     executor.advance(10s);
     return *delivering;
   }
-  [[nodiscard]] Installation installation() const {
-    ApplicationFolders folders;
-    folders.configuration = folder.path();
-    return Installation::from(InformationDictionary(), folders, Environment());
-  }
 
-  TemporaryFolder folder;
-  ManualExecutor executor;
   MemoryLogSink log;
   FakeProcessLauncher launcher;
   FakeAudioInput microphone{executor};
@@ -72,25 +85,27 @@ class DeliveryWiring : public ::testing::Test {
   DesktopServices desktop{microphone, authorization, sounds, shortcuts, workspace,
                           keyboard,   secureInput,   field,  clipboard};
   RunningApplication editor = application(100, "Editor");
+  std::optional<DeliveryServices> delivery;
 };
 
 TEST_F(DeliveryWiring, FollowsTheUsersChoiceAboutThePreviousClipboard) {
-  deliver(true);
+  deliver();
   EXPECT_EQ(clipboard.contents(), plainText("old"));
-  deliver(false);
+  settings.setRestorePreviousClipboard(false);
+  deliver();
   EXPECT_NE(clipboard.contents(), plainText("old"));
 }
 
 TEST_F(DeliveryWiring, PastesNothingIntoAPasswordField) {
   field.setHidesText(true);
-  EXPECT_EQ(deliver(true), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(deliver(), TextDeliveryResult::copiedFallback);
   EXPECT_TRUE(keyboard.posted().empty());
 }
 
 TEST_F(DeliveryWiring, PastesWithTheKeysThatTheUserHasWrittenDown) {
   std::filesystem::create_directory(folder.path() / "MRM");
   writeFile(folder.path() / "MRM" / "paste-keys.conf", "Editor = Shift+Insert");
-  deliver(true);
+  deliver();
   EXPECT_EQ(keyboard.posted(), std::vector{PasteChord::shiftInsert});
 }
 
@@ -113,22 +128,6 @@ TEST_F(DeliveryWiring, PermissionsTellWhenOneOfThemHasChanged) {
   EXPECT_FALSE(permissions.current().shortcut);
   EXPECT_EQ(ofTheShortcut, 1);
 }
-
-/// The settings, and what hangs on them.
-class SettingsWiring : public ::testing::Test {
- protected:
-  ManualExecutor executor;
-  TemporaryFolder folder;
-  PosixFileSystem files;
-  FakeSecretStore secrets;
-  KeychainEncryptionKeyStore keys{secrets, "app.murmel.Test.vocabulary"};
-  InMemoryDefaultsStore defaults;
-  SerialQueue queue{executor, "vocabulary"};
-  SettingsRepository settings{{.defaults = defaults,
-                               .executor = executor,
-                               .queue = queue,
-                               .vocabularyFile = vocabularyFile(files, keys, folder.path())}};
-};
 
 TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
   FakeRefinementSource refinement;
