@@ -1,6 +1,8 @@
 #include "DictationDesk.h"
+#include "Foundation/Registration.h"
 
 #include <future>
+#include <semaphore>
 
 namespace murmel::test {
 
@@ -14,7 +16,7 @@ TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
   // A server of its own: a file that no other row uses says which.
   const auto onServer = [this](const std::string& options, const std::string& name) {
     const auto number = file(name).string();
-    return "Xvfb -displayfd 3 " + options + " 3>" + number + " 2>/dev/null & until [ -s " + number +
+    return "Xvfb -noreset -displayfd 3 " + options + " 3>" + number + " 2>/dev/null & until [ -s " + number +
            " ]; do sleep 0.05; done; export DISPLAY=:$(cat " + number + "); $DOCTOR; s=$?; kill $!; exit $s";
   };
   struct Row {
@@ -52,7 +54,11 @@ TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
        0,
        {"limited Key ring: It is locked."}},
   };
-  const auto examine = [this](std::size_t number, const std::string& script) {
+  // Side by side, but not so many that the key ring has no time for each.
+  std::counting_semaphore<> places(3);
+  const auto examine = [this, &places](std::size_t number, const std::string& script) {
+    places.acquire();
+    const Registration leaving([&places] { places.release(); });
     const auto scriptFile = file("script-" + std::to_string(number));
     writeFile(scriptFile, script);
     return outputOf("DOCTOR='" + std::string(MURMEL_EXECUTABLE) + " doctor' sh " + scriptFile.string() +
