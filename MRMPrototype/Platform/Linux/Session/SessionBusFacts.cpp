@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include <systemd/sd-bus.h>
 
@@ -15,13 +16,15 @@ struct CloseBus {
   void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
 
-bool isOwned(sd_bus* bus, const char* name) {
+/// Nothing when the bus does not answer.
+std::optional<bool> isOwned(sd_bus* bus, const char* name) {
   sd_bus_message* reply = nullptr;
   int owned = 0;
   const int status = sd_bus_call_method(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                                         "org.freedesktop.DBus", "NameHasOwner", nullptr, &reply, "s", name);
   if (status >= 0) sd_bus_message_read(reply, "b", &owned);
   sd_bus_message_unref(reply);
+  if (status < 0) return std::nullopt;
   return owned != 0;
 }
 
@@ -41,11 +44,13 @@ void probeSessionBus(SessionFacts& facts) {
   if (sd_bus_open_user(&opened) < 0) return;
   const std::unique_ptr<sd_bus, CloseBus> bus(opened);
   sd_bus_set_method_call_timeout(bus.get(), answerLimitMicroseconds);
-  for (const char* name : {desktopBusName::globalAccel, desktopBusName::gnomeShell,
-                           desktopBusName::mutterRemoteDesktop, desktopBusName::portal}) {
-    if (isOwned(bus.get(), name)) facts.busNames.insert(name);
+  for (const char* name : {desktopBusName::trayWatcher, desktopBusName::globalAccel,
+                           desktopBusName::gnomeShell, desktopBusName::mutterRemoteDesktop}) {
+    const auto owned = isOwned(bus.get(), name);
+    if (!owned) return;  // asking on would take a second each
+    if (*owned) facts.busNames.insert(name);
   }
-  if (isOwned(bus.get(), desktopBusName::trayWatcher)) facts.tray = true;
+  if (facts.busNames.contains(desktopBusName::trayWatcher)) facts.tray = true;
   if (!facts.wayland.reachable) return;
   // Asking starts the portals, which every desktop that has them does anyway.
   facts.shortcutPortal = portalVersion(bus.get(), "org.freedesktop.portal.GlobalShortcuts");
