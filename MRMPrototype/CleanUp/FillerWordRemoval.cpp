@@ -39,18 +39,9 @@ void replaceAll(std::string& text, std::string_view what, std::string_view repla
     text.replace(at, what.size(), replacement);
 }
 
-/// Longest first, so that a filler is never cut short by another that it begins with.
 RegularExpression fillerPattern() {
-  std::vector<std::string_view> ordered(fillers.begin(), fillers.end());
-  std::ranges::stable_sort(ordered, std::ranges::greater{}, text::characterCount);
-  std::string alternatives;
-  for (const auto filler : ordered) {
-    auto escaped = RegularExpression::escaped(filler);
-    replaceAll(escaped, "\\ ", "\\s+");
-    if (!alternatives.empty()) alternatives += '|';
-    alternatives += escaped;
-  }
-  return compiled(R"((?i)(?<![\p{L}\p{N}_])(?:)" + alternatives + R"()(?![\p{L}\p{N}_]))");
+  return compiled(R"((?i)(?<![\p{L}\p{N}_])(?:)" + FillerWordRemoval::alternatives() +
+                  R"()(?![\p{L}\p{N}_]))");
 }
 
 /// Compiled once; immutable afterwards.
@@ -68,6 +59,19 @@ const Patterns& patterns() {
 }
 
 }  // namespace
+
+std::string FillerWordRemoval::alternatives() {
+  std::vector<std::string_view> ordered(fillers.begin(), fillers.end());
+  std::ranges::stable_sort(ordered, std::ranges::greater{}, text::characterCount);
+  std::string alternatives;
+  for (const auto filler : ordered) {
+    auto escaped = RegularExpression::escaped(filler);
+    replaceAll(escaped, "\\ ", "\\s+");
+    if (!alternatives.empty()) alternatives += '|';
+    alternatives += escaped;
+  }
+  return alternatives;
+}
 
 std::string FillerWordRemoval::apply(std::string_view text) {
   const auto& use = patterns();

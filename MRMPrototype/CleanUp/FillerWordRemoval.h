@@ -10,6 +10,10 @@ namespace murmel {
 struct FillerWordRemoval {
   /// The text on one line, trimmed. In time proportional to the text.
   static std::string apply(std::string_view text);
+
+  /// The fillers as alternatives of a regular expression, longest first, so that none is cut short by another
+  /// that it begins with.
+  static std::string alternatives();
 };
 
 }  // namespace murmel

@@ -75,6 +75,15 @@ std::optional<std::string_view> firstLetter(std::string_view word) {
   return std::nullopt;
 }
 
+/// What two words are compared by. The two apostrophes are one: recognisers write ', language models ’.
+std::string keyOf(std::string_view core) {
+  constexpr std::string_view typographic = "’";
+  auto key = text::caseFolded(core);
+  for (auto at = key.find(typographic); at != std::string::npos; at = key.find(typographic, at + 1))
+    key.replace(at, typographic.size(), "'");
+  return key;
+}
+
 /// Whether `projected` reads as exactly these words. A mark or joiner at the edge of a word can melt into the
 /// punctuation or the space that was put beside it.
 bool readsAs(std::string_view projected, const std::vector<std::string>& cores) {
@@ -89,7 +98,7 @@ bool readsAs(std::string_view projected, const std::vector<std::string>& cores) 
 ConservativeFormattingProjection::Token::Token(std::string_view piece) : core(piece) {
   // Most words stand alone; no mark can make punctuation of a letter.
   if (!piece.empty() && isAsciiLetterOrDigit(piece.front()) && isAsciiLetterOrDigit(piece.back())) {
-    key = text::caseFolded(core);
+    key = keyOf(core);
     return;
   }
   const auto characters = text::characters(piece);
@@ -103,7 +112,7 @@ ConservativeFormattingProjection::Token::Token(std::string_view piece) : core(pi
   leading = piece.substr(0, leadingSize);
   core = piece.substr(leadingSize, coreSize);
   trailing = piece.substr(leadingSize + coreSize);
-  key = text::caseFolded(core);
+  key = keyOf(core);
 }
 
 std::vector<std::optional<std::size_t>> ConservativeFormattingProjection::alignment(
@@ -167,6 +176,7 @@ std::string ConservativeFormattingProjection::capitalizedLikeCandidate(std::stri
 
 std::optional<std::string> ConservativeFormattingProjection::project(std::string_view original,
                                                                      std::string_view candidate) {
+  if (candidate.size() > longestCandidate) return std::nullopt;
   const auto originals = tokens(original);
   const auto candidates = tokens(candidate);
   if (originals.empty() || candidates.empty()) return std::nullopt;

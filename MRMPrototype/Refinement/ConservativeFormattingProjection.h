@@ -16,8 +16,12 @@ class ConservativeFormattingProjection {
  public:
   /// The recognised text with the candidate's formatting, on one line. Nothing when there is nothing to go by
   /// (one of the texts has no words), when fewer than half of the words of the shorter text can be matched,
-  /// or when the texts are too large to compare (`maximumTableCells`).
+  /// when the candidate is over `longestCandidate` (it is not looked at), or when the texts are too large to
+  /// compare (`maximumTableCells`). Words that differ only in the kind of apostrophe are the same word.
   static std::optional<std::string> project(std::string_view original, std::string_view candidate);
+
+  /// In bytes: twenty minutes of speech. What answers a dictation with more is not formatting it.
+  static constexpr std::size_t longestCandidate = std::size_t{16} << 10;
 
   /// Product of the two word counts up to which texts are compared: some 4,000 words against 4,000, half an
   /// hour of speech. The table takes a byte a cell while it is needed.
@@ -30,7 +34,8 @@ class ConservativeFormattingProjection {
     std::string_view leading;
     std::string_view core;
     std::string_view trailing;
-    std::string key;  ///< the core with case folded: cores with equal keys are the same word
+    std::string
+        key;  ///< the core with case folded: see `project` about apostrophes; equal keys are the same word
   };
 
   /// For each original the index of the candidate that stands in its place, if any: a shortest edit by words,

@@ -26,7 +26,7 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
                   {installation.folders.resources, installation.identifier}, *models.speech,
                   installation.policy),
       refinement(settings, refiners, languages_),
-      cleanUp(settings),
+      cleanUp(settings, languages_),
       sessions({process.executor, process.clock,
                 Logger(process.log, installation.identifier, "incremental-stages"),
                 &AudioCaptureService::convertForRecognition}) {}

@@ -7,6 +7,7 @@
 #include "Dictation/DictationCoordinator.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
+#include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeSecureInput.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
@@ -76,7 +77,7 @@ class DictationRig {
         primary_(executor, clock),
         insertion_({executor, clock, workspace_, keyboard_, secureInput_, general, &primary_}, options(),
                    Logger(log_, "test", "text-insertion")),
-        cleanUp_(settings),
+        cleanUp_(settings, languages_),
         sessions_({executor, clock, Logger(log_, "test", "incremental-stages"),
                    &AudioCaptureService::convertForRecognition}),
         coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
@@ -159,6 +160,7 @@ class DictationRig {
   FakeDictationHistory history_;
   FakeSpeechModelStore models_;
   FakeRefinementSource refinement_;
+  FakeLanguageRecognizer languages_;
   SettingsTranscriptCleanUp cleanUp_;
   IncrementalDictationSessionFactory sessions_;
   FakeUpdateAdmissionGate updates_;

@@ -7,6 +7,7 @@
 #include <unicode/casemap.h>
 #include <unicode/normalizer2.h>
 #include <unicode/stringpiece.h>
+#include <unicode/uchar.h>
 
 namespace murmel::text {
 
@@ -51,6 +52,21 @@ bool isPlainlyNormalized(std::string_view text) {
   return true;
 }
 
+/// The length of the beginning of `text` that is normalised at once. Normalisation sorts the marks that
+/// follow a letter, in time that is quadratic in their number; no writing system needs thirty (the bound of
+/// the Stream-Safe Text Format of UAX #15), so that is where a longer run is cut.
+std::size_t normalizedAtOnce(std::string_view text) {
+  constexpr int longestRunOfMarks = 30;
+  int marks = 0;
+  for (std::size_t position = 0; position < text.size();) {
+    const auto start = position;
+    const auto scalar = nextScalar(text, position);
+    marks = u_getCombiningClass(static_cast<UChar32>(scalar)) == 0 ? 0 : marks + 1;
+    if (marks > longestRunOfMarks) return start;
+  }
+  return text.size();
+}
+
 std::string folded(std::string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   std::string result;
@@ -89,8 +105,12 @@ std::string normalized(std::string_view text) {
   require(status, "no normalizer");
   std::string result;
   icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
-  normalizer->normalizeUTF8(0, piece(text), sink, nullptr, status);
-  require(status, "cannot normalize");
+  while (!text.empty()) {
+    const auto size = normalizedAtOnce(text);
+    normalizer->normalizeUTF8(0, piece(text.substr(0, size)), sink, nullptr, status);
+    require(status, "cannot normalize");
+    text.remove_prefix(size);
+  }
   return result;
 }
 

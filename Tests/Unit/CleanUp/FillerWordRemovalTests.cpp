@@ -1,7 +1,10 @@
+#include "CleanUp/FillerCleanUp.h"
 #include "CleanUp/FillerWordRemoval.h"
+#include "Platform/Fake/FakeLanguageRecognizer.h"
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -40,5 +43,20 @@ TEST(FillerWordRemoval, StaysLinear) {
     std::string text;
     while (text.size() < 200'000) text += unit;
     EXPECT_LE(FillerWordRemoval::apply(text).size(), text.size()) << unit;
+  }
+}
+
+TEST(FillerCleanUp, LeavesNoRuins) {
+  for (const auto& [text, cleaned] : std::vector<std::pair<std::string, std::string>>{
+           {"(um) yes", "yes"},
+           {"Um? What", "What"},
+           {"It is, you know. Good", "It is. Good"},
+           {"Yes. Um, uh. No, kind of!", "Yes. No!"},
+           {"I like it (well, um, a little)", "I like it (well, a little)"},
+           {"Wait... um, what?", "Wait... what?"},
+           {"Ну. Да, в общем.", "Да."},
+           {"umbrella (umbrella). Um_x?", "umbrella (umbrella). Um_x?"},
+       }) {
+    EXPECT_EQ(FillerCleanUp::apply(text, "en", FakeLanguageRecognizer()), cleaned);
   }
 }

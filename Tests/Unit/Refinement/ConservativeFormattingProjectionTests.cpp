@@ -29,7 +29,8 @@ std::string repeated(std::string_view text, int count) {
 TEST(ConservativeFormattingProjection, CarriesPunctuationAndCapitalsOnly) {
   struct Row {
     const char* what;
-    std::string_view original, candidate;
+    std::string_view original;
+    std::string candidate;
     std::optional<std::string> projected;
   };
   for (const auto& row : std::vector<Row>{
@@ -42,6 +43,8 @@ TEST(ConservativeFormattingProjection, CarriesPunctuationAndCapitalsOnly) {
            {"nothing in common", "one two three", "uno dos tres", std::nullopt},
            {"half of the shorter text is enough", "a b c d", "A b x y.", "A b c d."},
            {"less than half is not", "a b c d e", "A b x y z.", std::nullopt},
+           {"apostrophes of either kind", "c'est l'homme", "C’est l’homme.", "C'est l'homme."},
+           {"an answer over 16 KiB", "hello", "Hello." + std::string(16'384, ' '), std::nullopt},
            {"an empty candidate", "hello", "", std::nullopt},
            {"a candidate of white space", "hello", " \n\u00A0", std::nullopt},
            {"nothing recognised", " ", "Hello", std::nullopt},
