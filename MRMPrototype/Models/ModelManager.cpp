@@ -3,6 +3,7 @@
 #include "Models/ModelStoreLayout.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace murmel {
@@ -61,15 +62,31 @@ void ModelManager::validate() {
   choose();
 }
 
+void ModelManager::setLanguage(std::optional<std::string> language) {
+  if (language == language_) return;
+  language_ = std::move(language);
+  if (validation_ > 0) validate();
+}
+
+std::vector<std::size_t> ModelManager::order() const {
+  std::vector<std::size_t> places(models_.size());
+  std::iota(places.begin(), places.end(), std::size_t{0});
+  std::ranges::stable_partition(places, [this](std::size_t place) {
+    return !language_ || knowsLanguage(*models_[place].engine, *language_);
+  });
+  return places;
+}
+
 void ModelManager::choose() {
-  for (std::size_t i = 0; i < models_.size(); ++i) {
+  const auto places = order();
+  for (const auto i : places) {
     const auto finding = look(models_[i], models_[i].folder);
     if (finding == Finding::verified) return set(i, SpeechModelState::ready);
     if (finding != Finding::unknown) continue;
     set(i, SpeechModelState::verifying);
     return verifyInBackground(i);
   }
-  set(0, SpeechModelState::missing);
+  set(places.front(), SpeechModelState::missing);
 }
 
 void ModelManager::verifyInBackground(std::size_t model) {

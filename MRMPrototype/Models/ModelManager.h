@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace murmel {
@@ -36,8 +38,13 @@ class ModelManager final : public SpeechModelStore {
   [[nodiscard]] SpeechModelState state() const override { return state_; }
   /// Of the model that is ready or being verified; of the preferred one when there is none.
   [[nodiscard]] std::filesystem::path activeModelURL() const override { return models_[active_].folder; }
+  /// Of the same model.
+  [[nodiscard]] const SpeechEngineRow& activeEngine() const { return *models_[active_].engine; }
   [[nodiscard]] bool requiredItemsPresent(const std::filesystem::path& folder) const override;
   [[nodiscard]] bool verifyArtifacts(const std::filesystem::path& folder) const override;
+  /// The language that is forced, if any: a model whose engine knows it goes before one whose engine does
+  /// not.
+  void setLanguage(std::optional<std::string> language);
   /// What can be seen without reading (a file that is missing, of another size, or as it was when it was
   /// verified) shows in `state` at once; the rest follows.
   void validate() override;
@@ -49,6 +56,8 @@ class ModelManager final : public SpeechModelStore {
   /// The models whose files `folder` may hold: the one that lives there, or any.
   [[nodiscard]] std::vector<const SpeechModel*> candidatesFor(const std::filesystem::path& folder) const;
   [[nodiscard]] Finding look(const SpeechModel& model, const std::filesystem::path& folder) const;
+  /// The models' places, the preferred one first.
+  [[nodiscard]] std::vector<std::size_t> order() const;
   void choose();
   void verifyInBackground(std::size_t model);
   void set(std::size_t active, SpeechModelState state);
@@ -56,6 +65,7 @@ class ModelManager final : public SpeechModelStore {
   Executor& executor_;
   const std::vector<SpeechModel> models_;
   mutable ArtifactVerifier verifier_;
+  std::optional<std::string> language_;
   std::size_t active_ = 0;
   SpeechModelState state_ = SpeechModelState::missing;
   std::uint64_t validation_ = 0;  ///< counts calls, so that an overtaken verification says nothing

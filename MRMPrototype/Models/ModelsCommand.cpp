@@ -57,12 +57,13 @@ std::string bar(const Progress& progress) {
 
 ModelsCommand::ModelsCommand(Executor& executor, const std::filesystem::path& root,
                              ModelDownloadClient* client, Output output,
-                             const std::vector<CatalogModel>& catalog)
+                             const std::vector<CatalogModel>& catalog, std::vector<SpeechModel> packaged)
     : executor_(executor),
       installed_(std::make_shared<InstalledModels>(root)),
       client_(client),
       output_(std::move(output)),
       catalog_(catalog),
+      packaged_(std::move(packaged)),
       queue_(executor, "models-command") {}
 
 ModelsCommand::~ModelsCommand() {
@@ -107,6 +108,19 @@ void ModelsCommand::list() {
     const auto size =
         finding == Finding::missing ? std::string() : megabytes(installed_->bytes(model.identifiers));
     print(fmt::format("{:<15} {:<40} {:>8}  {}\n", model.name, model.title, size, wordFor(finding)));
+  }
+  for (const auto& model : packaged_) {
+    std::error_code error;
+    std::uint64_t size = 0;
+    bool isThere = true;
+    for (const auto& file : model.files) {
+      isThere = isThere && std::filesystem::file_size(model.folder / file.path, error) == file.size;
+      size += file.size;
+    }
+    print(fmt::format("{:<15} {:<40} {:>8}  {}\n", model.engine->identifier,
+                      fmt::format("{} · Packaged", model.engine->title),
+                      isThere ? megabytes(size) : std::string(),
+                      wordFor(isThere ? Finding::verified : Finding::missing)));
   }
   finish(0);
 }

@@ -5,6 +5,7 @@
 #include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Models/ModelDownloadClient.h"
+#include "Models/SpeechModels.h"
 
 #include <atomic>
 #include <functional>
@@ -27,9 +28,10 @@ class ModelsCommand {
   };
 
   /// `root`: of the model store. `client` may be nullptr, then nothing can be downloaded. All must outlive
-  /// this.
+  /// this. `packaged`: models that come with the application, which are only listed.
   ModelsCommand(Executor& executor, const std::filesystem::path& root, ModelDownloadClient* client,
-                Output output, const std::vector<CatalogModel>& catalog = modelCatalog());
+                Output output, const std::vector<CatalogModel>& catalog = modelCatalog(),
+                std::vector<SpeechModel> packaged = {});
   ~ModelsCommand();
 
   /// `arguments` after "models". `done` gets the exit status once: 0; 1 when it failed; 2 for a wrong
@@ -55,6 +57,7 @@ class ModelsCommand {
   ModelDownloadClient* client_;
   Output output_;
   const std::vector<CatalogModel>& catalog_;
+  const std::vector<SpeechModel> packaged_;
   std::function<void(int)> done_;
   Registration changes_;
   std::map<std::string, ModelDownloadStatus> statuses_;  ///< as told, so that nothing is skipped

@@ -46,6 +46,12 @@ std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
   return models;
 }
 
+std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources) {
+  auto models = speechModels({}, resources);
+  std::erase_if(models, [](const SpeechModel& model) { return !model.engine->isPackaged; });
+  return models;
+}
+
 SpeechModel packagedSpeechModel() {
   const auto files = packagedSpeechModelFiles();
   return {packagedSpeechModelFolder, {files.begin(), files.end()}, &speechEngine("pocketsphinx")};

@@ -24,6 +24,9 @@ bool canRun(const SpeechEngineRow& engine, const std::filesystem::path& resource
 std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
                                       const std::filesystem::path& resources);
 
+/// Of these, the ones that come with the application or the distribution.
+std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources);
+
 /// The distribution's model alone.
 SpeechModel packagedSpeechModel();
 

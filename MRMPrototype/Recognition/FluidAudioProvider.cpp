@@ -107,6 +107,7 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::create(
   };
   auto provider =
       std::make_unique<FluidAudioProvider>(services, bundle.applicationIdentifier, std::move(configuration));
+  provider->vocabulary_ = bundle.vocabulary;
   provider->startWarmup(std::move(warmupCompletion));
   return provider;
 }
@@ -138,21 +139,24 @@ Task<Result<void>> FluidAudioProvider::prepareOn(std::shared_ptr<State> state) {
 
 Task<Result<TranscriptionResult>> FluidAudioProvider::transcribe(CapturedAudio audio,
                                                                  std::optional<std::string> language) {
-  return transcribeOn(state_, std::move(audio), std::move(language));
+  return transcribeOn(state_, std::move(audio), std::move(language),
+                      vocabulary_ ? vocabulary_() : std::vector<std::string>());
 }
 
 Task<Result<TranscriptionResult>> FluidAudioProvider::transcribeOn(std::shared_ptr<State> state,
                                                                    CapturedAudio audio,
-                                                                   std::optional<std::string> language) {
+                                                                   std::optional<std::string> language,
+                                                                   std::vector<std::string> vocabulary) {
   const Interest interest;
   const auto use = state->keepAlive.use();
   // The job holds a plain pointer: it runs only while the queue, and so the state, is there, and a shared one
   // could make the queue's thread destroy, and join, itself.
   auto work = [worker = state.get(), wanted = interest.flag(), audio = std::move(audio),
-               language = std::move(language)]() -> Result<TranscriptionResult> {
+               language = std::move(language),
+               vocabulary = std::move(vocabulary)]() -> Result<TranscriptionResult> {
     // Given up before its turn: the worker's time is for those who wait.
     if (!*wanted) return std::unexpected(MRMError::workerFailed("worker exited unexpectedly"));
-    return worker->client.transcribe(audio, language);
+    return worker->client.transcribe(audio, language, vocabulary);
   };
   auto asked = state->queue.run(std::move(work));
   auto result = co_await asked;

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace murmel {
 
@@ -45,6 +46,8 @@ class FluidAudioProvider final : public TranscriptionProvider {
   struct Bundle {
     std::filesystem::path resourcesDirectory;
     std::string applicationIdentifier;
+    /// Names that may be said; asked at each request. Nothing for an engine that takes none.
+    std::function<std::vector<std::string>()> vocabulary = nullptr;
   };
 
   /// Stores its arguments; nothing is started.
@@ -74,9 +77,11 @@ class FluidAudioProvider final : public TranscriptionProvider {
   struct State;
   static Task<Result<void>> prepareOn(std::shared_ptr<State> state);
   static Task<Result<TranscriptionResult>> transcribeOn(std::shared_ptr<State> state, CapturedAudio audio,
-                                                        std::optional<std::string> language);
+                                                        std::optional<std::string> language,
+                                                        std::vector<std::string> vocabulary);
 
   std::shared_ptr<State> state_;
+  std::function<std::vector<std::string>()> vocabulary_;
 };
 
 }  // namespace murmel

@@ -48,10 +48,11 @@ Result<ProcessRequest> SpeechWorkerClient::prepareLaunch() const {
 }
 
 Result<TranscriptionResult> SpeechWorkerClient::transcribe(const CapturedAudio& audio,
-                                                           const std::optional<std::string>& language) {
+                                                           const std::optional<std::string>& language,
+                                                           const std::vector<std::string>& vocabulary) {
   if (auto loaded = load(); !loaded) return std::unexpected(std::move(loaded.error()));
   ++requestID_;
-  const auto request = encodeWorkerRequest(requestID_, audio, language);
+  const auto request = encodeWorkerRequest(requestID_, audio, language, vocabulary);
   if (!request) {
     worker_.reset();
     return failed(request.error());

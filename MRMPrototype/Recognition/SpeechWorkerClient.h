@@ -38,8 +38,10 @@ class SpeechWorkerClient {
                      ProcessLauncher& launcher, const Clock& clock, const WorkerCancellation& cancellation);
   /// Makes sure that a worker runs and has its model loaded.
   Result<void> load();
+  /// `vocabulary`: names that may be said, for an engine that takes them.
   Result<TranscriptionResult> transcribe(const CapturedAudio& audio,
-                                         const std::optional<std::string>& language);
+                                         const std::optional<std::string>& language,
+                                         const std::vector<std::string>& vocabulary);
   /// Lets the worker go, and the memory that its model takes.
   void unload() { worker_.reset(); }
 

@@ -9,9 +9,11 @@
 namespace murmel {
 
 std::expected<std::string, std::string> encodeWorkerRequest(std::int64_t id, const CapturedAudio& audio,
-                                                            const std::optional<std::string>& language) {
+                                                            const std::optional<std::string>& language,
+                                                            const std::vector<std::string>& vocabulary) {
   nlohmann::json object = {{"id", id}, {"sample_rate", recognitionSampleRate}};
   if (language) object["language"] = *language;
+  if (!vocabulary.empty()) object["vocabulary"] = vocabulary;
   std::string line;
   try {
     line = object.dump();

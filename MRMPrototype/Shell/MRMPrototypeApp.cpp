@@ -46,6 +46,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       audio_(process.executor, desktop.microphone, desktop.microphoneAuthorization,
              installation.folders.temporary),
       refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
+      engineForLanguage_(storage_.settings, *models_.speech),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
       tray_({

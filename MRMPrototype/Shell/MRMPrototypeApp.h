@@ -92,6 +92,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   AudioCaptureService audio_;
   UpdateActivityRegister updates_;
   RefinerWarmth refinerWarmth_;
+  EngineForLanguage engineForLanguage_;
 
   IntelCommandTarget commands_;
   RecordingPill pill_;

@@ -28,7 +28,8 @@ int runModels(Arguments arguments, const Installation& installation, const Model
     std::fflush(stdout);
   };
   ModelsCommand command(executor, modelStore(installation.folders), client ? &*client : nullptr,
-                        {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0});
+                        {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0}, modelCatalog(),
+                        packagedSpeechModels(installation.folders.resources));
   executor.post([&] { command.start(role.arguments, [](int status) { QCoreApplication::exit(status); }); });
   return QCoreApplication::exec();
 }

@@ -1,6 +1,7 @@
 #include "Shell/SpeechServices.h"
 
 #include "Audio/AudioCaptureService.h"
+#include "CleanUp/VocabularyHints.h"
 
 namespace murmel {
 
@@ -23,12 +24,19 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
     : refiners({process.executor, process.clock, process.launcher, models}, installation.identifier,
                refinerLocations(installation), installation.policy),
       recognition({process.executor, process.clock, process.launcher},
-                  {installation.folders.resources, installation.identifier}, *models.speech,
-                  installation.policy),
+                  {installation.folders.resources, installation.identifier,
+                   [&models, &settings] {
+                     return models.speech->activeEngine().takesHints
+                                ? vocabularyHints(settings.personalVocabulary())
+                                : std::vector<std::string>();
+                   }},
+                  *models.speech, installation.policy),
       refinement(settings, refiners, languages_),
       cleanUp(settings, languages_),
       sessions({process.executor, process.clock,
                 Logger(process.log, installation.identifier, "incremental-stages"),
-                &AudioCaptureService::convertForRecognition}) {}
+                &AudioCaptureService::convertForRecognition}) {
+  models.speech->setLanguage(settings.workerLanguageCode());
+}
 
 }  // namespace murmel

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Foundation/Async/SerialQueue.h"
+#include "Models/ModelManager.h"
 #include "Models/SmartModelManager.h"
-#include "Models/SpeechModelStore.h"
 #include "Platform/AudioInput.h"
 #include "Platform/DesktopProbe.h"
 #include "Platform/MicrophoneAuthorization.h"
@@ -31,7 +31,7 @@ struct CheckedServices {
   MicrophoneAuthorization& microphoneAuthorization;
   /// Whether a dictation has the microphone at this moment.
   std::function<bool()> isRecording;
-  SpeechModelStore& models;
+  ModelManager& models;
   TranscriptionProviderFactory& recognition;
   SmartModelManager& smartModels;
   SecretStore& secrets;

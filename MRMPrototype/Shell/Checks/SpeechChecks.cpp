@@ -4,6 +4,9 @@
 #include "Shell/Checks/SyntheticSpeech.h"
 
 #include <filesystem>
+#include <utility>
+
+#include <fmt/format.h>
 
 namespace murmel {
 
@@ -22,7 +25,10 @@ Task<CheckResult> checkSpeechModel(CheckedServices services) {
     co_return CheckResult{CheckState::broken,
                           "The speech model in " + folder.string() + " is damaged. Download it again."};
   }
-  co_return CheckResult{CheckState::works, folder.string() + "."};
+  const auto& engine = services.models.activeEngine();
+  auto found = fmt::format("{} ({}), in {}.", engine.title, engine.quality, folder.string());
+  if (&engine == &speechEngines.back()) found += " “murmel models download” fetches a better one.";
+  co_return CheckResult{CheckState::works, std::move(found)};
 }
 
 /// Has the worker recognise a second of something like speech. Whether it finds a word in it does not matter;

@@ -1,4 +1,5 @@
 #include "CleanUp/PersonalVocabulary.h"
+#include "CleanUp/VocabularyHints.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
 
@@ -142,4 +143,13 @@ TEST(PersonalVocabulary, FollowsAChangedVocabulary) {
   EXPECT_EQ(vocabulary.apply("a = b", "A"), "b");
   EXPECT_EQ(vocabulary.apply("a = c", "a"), "c");
   EXPECT_EQ(vocabulary.apply("", "a"), "a");
+}
+
+TEST(VocabularyHints, AreTheFirstShortNames) {
+  EXPECT_EQ(vocabularyHints(
+                "cubernetes = Kubernetes\r\nno line\nbtw = by the way\nk8s=Kubernetes \nx = \xff\nё = Ёлкин"),
+            (std::vector<std::string>{"Kubernetes", "Ёлкин"}));
+  std::string many = "x = " + std::string(100, 'N') + "\n";
+  for (int i = 0; i < 50; ++i) many += "a = Name" + std::to_string(i) + "\n";
+  EXPECT_EQ(vocabularyHints(many).size(), 10U);
 }

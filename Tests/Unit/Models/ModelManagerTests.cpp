@@ -197,6 +197,22 @@ TEST_F(SeveralModels, TheBestThatIsWholeIsActive) {
   EXPECT_GT(told, 0);
 }
 
+TEST_F(SeveralModels, AModelWhoseEngineKnowsTheForcedLanguageGoesFirst) {
+  auto all = models();
+  all[0].engine = &speechEngine("parakeet");
+  all[1].engine = &speechEngine("whisper-base");
+  ModelManager manager(executor, all);
+  EXPECT_EQ(active(manager), "best");
+  for (const auto& [language, model] :
+       {std::pair("be", "fallback"), {"de", "best"}, {"xx", "best"}, {"b", "best"}}) {
+    manager.setLanguage(language);
+    EXPECT_EQ(active(manager), model) << language;
+  }
+  write("fallback", "");
+  manager.setLanguage("be");
+  EXPECT_EQ(active(manager), "best") << "better the wrong engine than none";
+}
+
 TEST_F(SeveralModels, ReadsNothingAgainAfterARestart) {
   const auto memory = folder.path() / "memory.json";
   {

@@ -79,6 +79,8 @@ TEST(WorkerRequest, HasNoLanguageWhenNoneIsForced) {
 TEST(WorkerRequest, EscapesOrRefusesAnOddLanguage) {
   EXPECT_EQ(Json::parse(*encodeWorkerRequest(1, {}, "\"},{\n"))["language"], "\"},{\n");
   EXPECT_FALSE(encodeWorkerRequest(1, {}, "\xff").has_value());
+  EXPECT_EQ(Json::parse(*encodeWorkerRequest(1, {}, {}, {"Grey, \"Gray\""}))["vocabulary"],
+            Json::array({"Grey, \"Gray\""}));
 }
 
 TEST(WorkerLimits, ResponseFollowsTheLengthOfTheAudio) {
