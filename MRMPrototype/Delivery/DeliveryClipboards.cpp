@@ -7,10 +7,10 @@
 namespace murmel {
 
 DeliveryClipboards::DeliveryClipboards(Executor& executor, ClipboardPasteboard& general,
-                                       ClipboardPasteboard* primary, Options options, Logger logger)
+                                       ClipboardPasteboard* primary, std::string ownershipType, Logger logger)
     : general_(general),
       primary_(primary),
-      options_(std::move(options)),
+      ownershipType_(std::move(ownershipType)),
       logger_(std::move(logger)),
       previousGeneral_(general, logger_),
       replaced_(executor, general) {
@@ -18,7 +18,7 @@ DeliveryClipboards::DeliveryClipboards(Executor& executor, ClipboardPasteboard& 
 }
 
 void DeliveryClipboards::begin() {
-  if (options_.capturesPrevious) previousGeneral_.begin();
+  previousGeneral_.begin();
 }
 
 void DeliveryClipboards::beginPrimary() {
@@ -33,15 +33,14 @@ void DeliveryClipboards::end() {
 Task<std::vector<ClipboardTransaction>> DeliveryClipboards::open(SpokenText text, DesktopClient reader,
                                                                  bool usesPrimary) {
   std::vector<ClipboardTransaction> transactions;
-  auto openingGeneral =
-      ClipboardTransaction::open(general_, text, options_.ownershipType, reader, previousGeneral_);
+  auto openingGeneral = ClipboardTransaction::open(general_, text, ownershipType_, reader, previousGeneral_);
   auto general = co_await openingGeneral;
   if (!general) co_return transactions;
   transactions.push_back(*std::move(general));
   replaced_.withdraw();
   if (usesPrimary && primary_ != nullptr) {
     auto openingPrimary =
-        ClipboardTransaction::open(*primary_, text, options_.ownershipType, reader, *previousPrimary_);
+        ClipboardTransaction::open(*primary_, text, ownershipType_, reader, *previousPrimary_);
     auto primary = co_await openingPrimary;
     if (primary) transactions.push_back(*std::move(primary));
   }

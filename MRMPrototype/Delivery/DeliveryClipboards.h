@@ -18,16 +18,9 @@ namespace murmel {
 /// on them for a paste, or stays for a paste by hand. Main thread; the pasteboards outlive it.
 class DeliveryClipboards {
  public:
-  struct Options {
-    std::string ownershipType;
-    bool capturesPrevious = true;  ///< false: nothing is ever put back
-  };
-
   /// `primary` may be null.
   DeliveryClipboards(Executor& executor, ClipboardPasteboard& general, ClipboardPasteboard* primary,
-                     Options options, Logger logger);
-
-  void setCapturesPrevious(bool captures) { options_.capturesPrevious = captures; }
+                     std::string ownershipType, Logger logger);
 
   /// Begins to capture what the user has copied and, where a paste will need it, what is selected.
   void begin();
@@ -48,7 +41,7 @@ class DeliveryClipboards {
  private:
   ClipboardPasteboard& general_;
   ClipboardPasteboard* primary_;
-  Options options_;
+  std::string ownershipType_;
   Logger logger_;
   PreviousClipboard previousGeneral_;
   std::optional<PreviousClipboard> previousPrimary_;

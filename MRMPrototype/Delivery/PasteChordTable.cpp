@@ -11,6 +11,7 @@ namespace murmel {
 namespace {
 
 constexpr PasteMethod terminal{PasteChord::controlShiftV, false};
+constexpr PasteMethod lookingTerminal{PasteChord::controlShiftV, false, true};
 constexpr PasteMethod classicTerminal{PasteChord::shiftInsert, true};
 
 struct KnownClass {
@@ -20,13 +21,17 @@ struct KnownClass {
 
 /// Ctrl+V types a control character into a terminal. Those of the first group follow the convention of
 /// desktop terminals; those of the second paste the primary selection with Shift+Insert and know no key for
-/// the clipboard; editors of the third give Ctrl+V another meaning.
+/// the clipboard; editors of the third give Ctrl+V another meaning, or have a terminal inside that
+/// takes the selection where the editor takes the clipboard.
 constexpr KnownClass knownClasses[] = {
     {"Alacritty", terminal},
+    {"Com.mitchellh.ghostty", terminal},
+    {"Cool-retro-term", terminal},
     {"Deepin-terminal", terminal},
-    {"Gnome-terminal", terminal},
-    {"Gnome-terminal-server", terminal},
+    {"Gnome-terminal", lookingTerminal},
+    {"Gnome-terminal-server", lookingTerminal},
     {"Guake", terminal},
+    {"Hyper", terminal},
     {"Kgx", terminal},
     {"Konsole", terminal},
     {"Lxterminal", terminal},
@@ -38,19 +43,29 @@ constexpr KnownClass knownClasses[] = {
     {"Roxterm", terminal},
     {"Sakura", terminal},
     {"St-256color", terminal},
+    {"Tabby", terminal},
     {"Terminator", terminal},
+    {"Terminology", terminal},
     {"Tilda", terminal},
     {"Tilix", terminal},
     {"Xfce4-terminal", terminal},
     {"Yakuake", terminal},
+    {"Zutty", terminal},
+    {"foot", terminal},
     {"kitty", terminal},
     {"Mlterm", classicTerminal},
+    {"Pterm", classicTerminal},
+    {"Putty", classicTerminal},
     {"Rxvt", classicTerminal},
     {"URxvt", classicTerminal},
     {"UXTerm", classicTerminal},
     {"XTerm", classicTerminal},
     {"Emacs", {PasteChord::shiftInsert, false}},
     {"Gvim", classicTerminal},
+    {"Code", classicTerminal},
+    {"Code - OSS", classicTerminal},
+    {"Cursor", classicTerminal},
+    {"VSCodium", classicTerminal},
 };
 
 char asciiLower(char character) {

@@ -14,6 +14,8 @@ struct PasteMethod {
   PasteChord chord = PasteChord::controlV;
   /// The chord pastes the primary selection there, so the text has to stand on it as well.
   bool usesPrimary = false;
+  /// It asks what is on every new clipboard, and pastes nothing before it has been told.
+  bool looksFirst = false;
 
   friend bool operator==(const PasteMethod&, const PasteMethod&) = default;
 };

@@ -39,7 +39,7 @@ void PasteCleanup::schedule(SentPaste paste) {
 
 void PasteCleanup::evaluate() {
   if (!pending_ || pending_->settling) return;
-  if (pending_->receipts.wasRead()) answerArrival(true);
+  if (hasArrived()) answerArrival(true);
   if (pending_->paste.generalChanged) {
     settle();
     return;
@@ -53,6 +53,10 @@ void PasteCleanup::evaluate() {
   }
 }
 
+bool PasteCleanup::hasArrived() const {
+  return pending_->receipts.wasRead() && pending_->paste.hasField;
+}
+
 void PasteCleanup::settle() {
   pending_->settling = true;
   scope_.start(cleanUp(pending_->identifier));
@@ -63,7 +67,8 @@ Task<PasteSettlement> PasteCleanup::cleanUpGeneral(std::shared_ptr<Pending> pend
   const bool wasRead = pending->receipts.wasRead();
   const auto whenChanged = wasRead ? PasteSettlement::clipboardChanged : PasteSettlement::replacedUnread;
   if (pending->paste.generalChanged) co_return whenChanged;
-  if (wasRead && pending->paste.restoresPrevious) {
+  const bool arrived = wasRead && pending->paste.hasField;
+  if (arrived && pending->paste.restoresPrevious) {
     auto restoring = transaction.restorePrevious();
     const auto restoration = co_await restoring;
     switch (restoration) {
@@ -79,12 +84,13 @@ Task<PasteSettlement> PasteCleanup::cleanUpGeneral(std::shared_ptr<Pending> pend
   auto keeping = transaction.keepTranscript();
   const bool kept = co_await keeping;
   if (!kept) co_return whenChanged;
-  if (!wasRead && pending->paste.restoresPrevious) {
+  if (!arrived && pending->paste.restoresPrevious) {
     auto waiting = transaction.previous();
     auto before = co_await waiting;
     if (before) replaced_.offer(before->contents, transaction.ownership().changeCount);
   }
-  co_return wasRead ? PasteSettlement::transcriptKept : PasteSettlement::neverRead;
+  if (arrived) co_return PasteSettlement::transcriptKept;
+  co_return wasRead ? PasteSettlement::noField : PasteSettlement::neverRead;
 }
 
 Task<void> PasteCleanup::cleanUp(Uuid identifier) {
@@ -114,7 +120,7 @@ void PasteCleanup::log(const Pending& pending, PasteSettlement settlement) const
 void PasteCleanup::conclude(Uuid identifier, PasteSettlement settlement) {
   // A newer paste may have taken the place of the one that was restored.
   if (!pending_ || pending_->identifier != identifier) return;
-  lastWasRead_ = pending_->receipts.wasRead();
+  lastWasRead_ = murmel::hasArrived(settlement);
   answerArrival(lastWasRead_);
   log(*pending_, settlement);
   const auto concluded = std::exchange(pending_, nullptr);
@@ -142,7 +148,7 @@ Task<std::optional<TextDeliveryResult>> PasteCleanup::finish() {
   evaluate();
   const auto settlement = co_await receiver;
   if (!settlement) co_return std::nullopt;
-  if (!restoreWasPending && hasArrived(*settlement)) co_return std::nullopt;
+  if (!restoreWasPending && murmel::hasArrived(*settlement)) co_return std::nullopt;
   co_return deliveryResult(*settlement);
 }
 
@@ -156,7 +162,7 @@ Task<void> PasteCleanup::idle() {
 
 Task<bool> PasteCleanup::arrival() {
   if (!pending_) co_return lastWasRead_;
-  if (pending_->receipts.wasRead()) co_return true;
+  if (hasArrived()) co_return true;
   auto [sender, receiver] = makeOneShot<bool>();
   pending_->arrivalWaiters.push_back(std::move(sender));
   const auto arrived = co_await receiver;

@@ -29,6 +29,8 @@ struct SentPaste {
   bool restoresPrevious = true;
   /// Somebody has written to the general pasteboard since.
   bool generalChanged = false;
+  /// False: the target told that nothing that takes text had the keyboard. Then its read proves nothing.
+  bool hasField = true;
 };
 
 /// Brings the previous clipboard back after a paste, once the target has read the text. Holds at most one
@@ -74,6 +76,7 @@ class PasteCleanup {
 
   void evaluate();
   void settle();
+  [[nodiscard]] bool hasArrived() const;
   void answerArrival(bool arrived);
   Task<void> cleanUp(Uuid identifier);
   [[nodiscard]] Task<PasteSettlement> cleanUpGeneral(std::shared_ptr<Pending> pending);

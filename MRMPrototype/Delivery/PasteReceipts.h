@@ -13,15 +13,18 @@ namespace murmel {
 struct PasteReadiness {
   /// For an application that asks for nothing.
   static constexpr Duration patience = std::chrono::milliseconds(30);
+  /// For one that is known to look: it may be busy.
+  static constexpr Duration patienceWithLookers = std::chrono::milliseconds(500);
   /// Between one question of the application and the next.
   static constexpr Duration quietTime = std::chrono::milliseconds(8);
-  /// For an application that goes on asking.
+  /// For an application that goes on asking, after its first question at the latest.
   static constexpr Duration longest = std::chrono::milliseconds(100);
 
   /// When the keys may be pressed, as far as is known by now.
-  static Instant ready(Instant copiedAt, std::optional<Instant> lastAsked) {
-    if (!lastAsked) return copiedAt + patience;
-    return std::min(*lastAsked + quietTime, copiedAt + longest);
+  static Instant ready(Instant copiedAt, std::optional<Instant> lastAsked, bool looksFirst) {
+    const auto first = looksFirst ? patienceWithLookers : patience;
+    if (!lastAsked) return copiedAt + first;
+    return std::min(*lastAsked + quietTime, copiedAt + first + longest);
   }
 };
 

@@ -38,9 +38,7 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
       logger_(std::move(logger)),
       restoresFromNextSession_(options_.shouldRestorePreviousClipboard),
       clipboards_(desktop.executor, desktop.general, desktop.primary,
-                  {ClipboardTransaction::ownershipType(options_.applicationIdentifier),
-                   options_.shouldRestorePreviousClipboard},
-                  logger_),
+                  ClipboardTransaction::ownershipType(options_.applicationIdentifier), logger_),
       pasteCleanup_(desktop.executor, desktop.clock, clipboards_.replaced(), logger_),
       settlements_(pasteCleanup_.onSettled([this](PasteSettlement settlement) {
         if (lastResult_) lastResult_ = deliveryResult(settlement);
@@ -49,7 +47,6 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
 void TextInsertionService::beginDictationSession() {
   endDictationSession();
   options_.shouldRestorePreviousClipboard = restoresFromNextSession_;
-  clipboards_.setCapturesPrevious(restoresFromNextSession_);
   lastBlock_.reset();
   lastResult_.reset();
   clipboardWasKept_ = true;
@@ -64,7 +61,7 @@ void TextInsertionService::beginDictationSession() {
 Task<void> TextInsertionService::beginCapture() {
   auto finishing = pasteCleanup_.finish();
   co_await finishing;
-  clipboards_.begin();
+  if (options_.shouldRestorePreviousClipboard) clipboards_.begin();
   capturesPrevious_ = true;
   if (target_) setTarget(*target_);
 }
@@ -85,6 +82,7 @@ void TextInsertionService::setTarget(const RunningApplication& application) {
   const auto method = methodFor(application);
   lastChord_ = method.value_or(PasteMethod{}).chord;
   if (capturesPrevious_ && method && method->usesPrimary) clipboards_.beginPrimary();
+  if (desktop_.focusedField != nullptr) desktop_.focusedField->prepare(application);
 }
 
 void TextInsertionService::activated(const RunningApplication& application) {
@@ -205,7 +203,7 @@ std::optional<PasteMethod> TextInsertionService::methodFor(const RunningApplicat
 }
 
 PasteObservations TextInsertionService::observe(const std::optional<RunningApplication>& application,
-                                                bool eventsAvailable, bool fieldHidesText) {
+                                                bool eventsAvailable, FocusedFieldKind field) {
   PasteObservations seen;
   if (!application) return seen;
   const auto front = desktop_.workspace.frontmostApplication();
@@ -213,7 +211,8 @@ PasteObservations TextInsertionService::observe(const std::optional<RunningAppli
   seen.targetTerminated = desktop_.workspace.isTerminated(*application);
   seen.targetInFront = front && isSameWindow(*front, *application);
   seen.userActivatedAnother = userActivatedAnother_ || isAnotherOfTheUsers(front, *application);
-  seen.secureInput = fieldHidesText || desktop_.secureInput.isEnabled();
+  const bool mayHide = field == FocusedFieldKind::hidden || field == FocusedFieldKind::unanswered;
+  seen.secureInput = mayHide || desktop_.secureInput.isEnabled();
   seen.mayPost = desktop_.keyboard.mayPost();
   seen.eventsAvailable = eventsAvailable;
   return seen;
@@ -223,12 +222,12 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     SpokenText text, std::optional<RunningApplication> application, bool liveOnly) {
   lastBlock_.reset();
   const auto method = application ? methodFor(*application) : std::nullopt;
-  bool fieldHidesText = false;
+  auto field = FocusedFieldKind::notTold;
   if (application && desktop_.focusedField != nullptr) {
-    auto asking = desktop_.focusedField->hidesText(*application);
-    fieldHidesText = co_await asking;
+    auto asking = desktop_.focusedField->kind(*application);
+    field = co_await asking;
   }
-  if (const auto block = firstPasteBlock(observe(application, method.has_value(), fieldHidesText))) {
+  if (const auto block = firstPasteBlock(observe(application, method.has_value(), field))) {
     auto refusing = refuse(*block, std::move(text), liveOnly);
     const auto result = co_await refusing;
     co_return result;
@@ -248,18 +247,20 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   for (const auto& transaction : transactions)
     reads->follow(transaction.pasteboard(), transaction.ownership().changeCount);
 
-  auto preparing = awaitReadiness(*reads);
+  const bool looksFirst = method->looksFirst || lookers_.contains(application->bundleIdentifier);
+  auto preparing = awaitReadiness(*reads, looksFirst);
   co_await preparing;
+  if (reads->lastAsked()) lookers_.insert(application->bundleIdentifier);
 
   // All this may have taken its time: look again.
-  auto block = firstPasteBlock(observe(application, method.has_value(), fieldHidesText));
+  auto block = firstPasteBlock(observe(application, method.has_value(), field));
   const auto postedAt = desktop_.clock.now();
   if (!block) {
     switch (desktop_.keyboard.post(method->chord, *application)) {
       case PostResult::posted:
         break;
       case PostResult::targetNotInFront: {
-        const auto seen = observe(application, true, fieldHidesText);
+        const auto seen = observe(application, true, field);
         block =
             seen.userActivatedAnother ? LiveInsertionBlock::appChanged : LiveInsertionBlock::targetNotActive;
         break;
@@ -274,15 +275,17 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     const auto result = co_await takingBack;
     co_return result;
   }
-  auto settling = settlePosted(std::move(transactions), std::move(reads), postedAt);
+  SentPaste paste{std::move(transactions), std::move(reads), postedAt};
+  paste.hasField = field != FocusedFieldKind::none;
+  auto settling = settlePosted(std::move(paste));
   const auto result = co_await settling;
   co_return result;
 }
 
-Task<void> TextInsertionService::awaitReadiness(TargetReads& reads) {
+Task<void> TextInsertionService::awaitReadiness(TargetReads& reads, bool looksFirst) {
   const auto copiedAt = desktop_.clock.now();
   while (true) {
-    const auto left = PasteReadiness::ready(copiedAt, reads.lastAsked()) - desktop_.clock.now();
+    const auto left = PasteReadiness::ready(copiedAt, reads.lastAsked(), looksFirst) - desktop_.clock.now();
     if (left <= Duration{}) break;
     auto [sender, receiver] = makeOneShot<bool>();
     const auto wake = [this, waiting = std::make_shared<OneShotSender<bool>>(std::move(sender))] {
@@ -295,17 +298,17 @@ Task<void> TextInsertionService::awaitReadiness(TargetReads& reads) {
   reads.notify({});
 }
 
-Task<TextDeliveryResult> TextInsertionService::settlePosted(std::vector<ClipboardTransaction> transactions,
-                                                            std::unique_ptr<TargetReads> reads,
-                                                            Instant postedAt) {
-  auto checking = transactions.front().stillOwnsTemporaryContents();
+Task<TextDeliveryResult> TextInsertionService::settlePosted(SentPaste paste) {
+  auto checking = paste.transactions.front().stillOwnsTemporaryContents();
   const bool owned = co_await checking;
   const bool restores = options_.shouldRestorePreviousClipboard;
-  if (restores && !transactions.front().previousIsComplete()) clipboardWasKept_ = false;
+  if (restores && !paste.transactions.front().previousIsComplete()) clipboardWasKept_ = false;
   auto result = restores ? TextDeliveryResult::insertionSent : TextDeliveryResult::insertedAndTranscriptKept;
   if (!owned) result = TextDeliveryResult::insertionSentClipboardChanged;
   lastResult_ = result;
-  pasteCleanup_.schedule({std::move(transactions), std::move(reads), postedAt, restores, !owned});
+  paste.restoresPrevious = restores;
+  paste.generalChanged = !owned;
+  pasteCleanup_.schedule(std::move(paste));
   co_return result;
 }
 

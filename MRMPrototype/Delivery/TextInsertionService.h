@@ -15,6 +15,7 @@
 #include "Platform/Workspace.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,15 +93,14 @@ class TextInsertionService final : public TextInsertion {
   Task<bool> deliverLiveSegment(SpokenText phrase);
   [[nodiscard]] std::optional<PasteMethod> methodFor(const RunningApplication& application);
   [[nodiscard]] PasteObservations observe(const std::optional<RunningApplication>& application,
-                                          bool eventsAvailable, bool fieldHidesText);
+                                          bool eventsAvailable, FocusedFieldKind field);
   Task<TextDeliveryResult> refuse(LiveInsertionBlock block, SpokenText text, bool liveOnly);
   Task<TextDeliveryResult> takeBack(LiveInsertionBlock block, std::vector<ClipboardTransaction> transactions,
                                     SpokenText text, bool liveOnly);
   Task<void> bringBack();
   /// Lets the target look at the new clipboard before it is told to paste.
-  Task<void> awaitReadiness(TargetReads& reads);
-  Task<TextDeliveryResult> settlePosted(std::vector<ClipboardTransaction> transactions,
-                                        std::unique_ptr<TargetReads> reads, Instant postedAt);
+  Task<void> awaitReadiness(TargetReads& reads, bool looksFirst);
+  Task<TextDeliveryResult> settlePosted(SentPaste paste);
 
   TextInsertionDesktop desktop_;
   TextInsertionOptions options_;
@@ -115,6 +115,7 @@ class TextInsertionService final : public TextInsertion {
   bool recordingHasEnded_ = false;
   bool capturesPrevious_ = false;
   bool clipboardWasKept_ = true;
+  std::set<std::string> lookers_;  ///< classes of applications that have looked at a new clipboard
   PasteChord lastChord_ = PasteChord::controlV;
   Registration activations_;
   PasteCleanup pasteCleanup_;

@@ -5,14 +5,28 @@
 
 namespace murmel {
 
+/// What has the keyboard in an application, by its own word.
+enum class FocusedFieldKind {
+  notTold,     ///< the application does not tell of its fields
+  text,        ///< a place that may take text
+  hidden,      ///< a field that hides what is typed, as those for passwords do
+  none,        ///< a button, a link or the like: nothing that takes text
+  unanswered,  ///< the application does tell of its fields, but did not this time
+};
+
 /// What applications tell of the field that has the keyboard. Main thread.
 class FocusedField {
  public:
   virtual ~FocusedField() = default;
 
-  /// Whether the field that has the keyboard in `application` hides what is typed, as password fields do.
-  /// False when the application does not tell, which many do not, or not within 50 ms.
-  virtual Task<bool> hidesText(RunningApplication application) = 0;
+  /// Whether applications can tell of their fields at all.
+  [[nodiscard]] virtual bool canTell() = 0;
+
+  /// Text will be meant for `application` soon: finds out by then what has the keyboard in it.
+  virtual void prepare(const RunningApplication& application) = 0;
+
+  /// What has the keyboard in `application` now. An application that does not answer costs at most 250 ms.
+  virtual Task<FocusedFieldKind> kind(RunningApplication application) = 0;
 };
 
 }  // namespace murmel

@@ -36,10 +36,7 @@ class Connection final : public DesktopConnection {
         taps_(parameters.process.executor, *opened_.injectedKeys,
               X11KeyEnvironment::from(parameters.environment)),
         shortcuts_(taps_, [this] { taps_.resync(); }),
-        focusedField_(parameters.process.executor) {
-    // From now on, because what has the focus already cannot be asked for later.
-    focusedField_.connect();
-  }
+        focusedField_(parameters.process.executor) {}
 
   [[nodiscard]] DesktopServices services() override {
     return {

@@ -4,14 +4,18 @@
 
 namespace murmel {
 
-/// A field of which a test says whether it hides what is typed.
+/// A field of which a test says what it is.
 class FakeFocusedField final : public FocusedField {
  public:
-  Task<bool> hidesText(RunningApplication /*application*/) override { co_return hides_; }
-  void setHidesText(bool hides) { hides_ = hides; }
+  [[nodiscard]] bool canTell() override { return true; }
+  void prepare(const RunningApplication& /*application*/) override { ++prepared_; }
+  Task<FocusedFieldKind> kind(RunningApplication /*application*/) override { co_return kind_; }
+  void setKind(FocusedFieldKind kind) { kind_ = kind; }
+  [[nodiscard]] int prepared() const { return prepared_; }
 
  private:
-  bool hides_ = false;
+  FocusedFieldKind kind_ = FocusedFieldKind::notTold;
+  int prepared_ = 0;
 };
 
 }  // namespace murmel

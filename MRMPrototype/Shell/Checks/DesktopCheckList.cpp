@@ -83,6 +83,18 @@ Task<CheckResult> checkPaste(CheckedServices services) {
   co_return CheckResult{CheckState::works, "Text is pasted into the application in front."};
 }
 
+Task<CheckResult> checkPasswordFields(CheckedServices services) {
+  if (services.desktop == nullptr)
+    co_return CheckResult{CheckState::limited, "There is no desktop with applications that tell of them."};
+  if (services.desktop->focusedField.canTell()) {
+    co_return CheckResult{CheckState::works,
+                          "Applications can tell of them; nothing is pasted into those that do."};
+  }
+  co_return CheckResult{CheckState::limited,
+                        "They look like other fields: the accessibility bus (at-spi2-core) does not run. "
+                        "Prompts that take the keyboard for themselves are seen all the same."};
+}
+
 }  // namespace
 
 std::string shortcutNotice(ShortcutSource& source, const ShortcutConfiguration& shortcut) {
@@ -130,6 +142,7 @@ std::vector<CheckDefinition> desktopChecks(const CheckedServices& services) {
        .attempt = with(&checkPaste),
        .cureTitle = "Allow",
        .cure = leadTo(IntelCommand::requestAutomaticPaste)},
+      {"password-fields", "Password fields", with(&checkPasswordFields)},
       {"key-ring", "Key ring", with(&checkKeyRing)},
       {"folders", "Files", with(&checkFolders)},
       {"refiners", "Formatting", with(&checkRefiners)},

@@ -49,6 +49,24 @@ TEST(X11KeyboardPoster, ModifiersThatAreStillHeldAreReleasedAndNothingStaysStuck
   setLayout("us");
 }
 
+TEST(X11KeyboardPoster, AKeyWithoutMeaningKeepsALoneModifierFromOpeningAMenu) {
+  X11KeyboardDesk desk;
+  const auto application = desk.launch("Careful");
+  desk.poster().maskHeldModifiers();
+  desk.user.press(64, true);
+  desk.poster().maskHeldModifiers();
+  desk.user.press(64, false);
+  ASSERT_TRUE(desk.waitUntil([&] { return application->told("release").size() == 2; }));
+  const auto presses = application->told("press");
+  ASSERT_EQ(presses.size(), 2U) << "none while no modifier is held";
+  EXPECT_TRUE(presses[0].starts_with("64 "));
+  EXPECT_EQ(std::system(
+                ("xmodmap -pke | grep -qx 'keycode *" + presses[1].substr(0, presses[1].find(' ')) + " = *'")
+                    .c_str()),
+            0)
+      << presses[1];
+}
+
 TEST(X11KeyboardPoster, LocksAreNoHeldModifiers) {
   X11KeyboardDesk desk;
   const auto application = desk.launch("Careful");

@@ -76,8 +76,10 @@ class DeliveryDesk : public X11TargetDesk {
     };
     const auto before = captures();
     service->beginDictationSession();
-    const bool isXterm = service->target() && service->target()->bundleIdentifier == "XTerm";
-    const std::size_t expected = isXterm ? 2 : 1;
+    const auto& target = service->target();
+    const bool usesPrimary =
+        target && PasteChordTable().method(target->bundleIdentifier, target->instanceName).usesPrimary;
+    const std::size_t expected = usesPrimary ? 2 : 1;
     waitUntil(
         [&] { return captures() >= before + expected || (usersClipboard && usersClipboard->isStuck()); });
   }

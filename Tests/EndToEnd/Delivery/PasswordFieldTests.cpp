@@ -1,4 +1,7 @@
 #include "DeliveryDesk.h"
+#include "Support/BuildPaths.h"
+
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
@@ -6,41 +9,70 @@ namespace murmel::test {
 
 namespace {
 
-/// A dialogue with one field, by a toolkit that tells of its fields.
-std::vector<std::string> dialogue(const std::string& kind) {
-  return {"env", "-u", "NO_AT_BRIDGE", "zenity", kind, "--title=dialogue"};
-}
+/// A window with one part, by a toolkit that tells of its parts. The first of the desktop that does so starts
+/// the bus on which that is done.
+class WindowWithField {
+ public:
+  WindowWithField(const std::string& toolkit, const std::string& kind)
+      : process_({"env", "-u", "NO_AT_BRIDGE", "/usr/bin/python3",
+                  sourceFolder() + "/Tests/EndToEnd/Delivery/field.py", toolkit, kind}) {}
+  bool isInFront(DeliveryDesk& desk) const {
+    const auto front = desk.workspace().frontmostApplication();
+    return front && front->client.processIdentifier == process_.identifier();
+  }
 
-bool isInFront(DeliveryDesk& desk, const ApplicationProcess& application) {
-  const auto front = desk.workspace().frontmostApplication();
-  return front && front->client.processIdentifier == application.identifier();
-}
+  static bool isInstalled(const std::string& toolkit) {
+    const auto imports = "import gi; gi.require_version(\"Gtk\", \"" + toolkit.substr(3) +
+                         ".0\"); from gi.repository import Gtk";
+    return std::system(("/usr/bin/python3 -c '" + imports + "' 2>/dev/null").c_str()) == 0;
+  }
+
+ private:
+  ApplicationProcess process_;
+};
 
 }  // namespace
 
-TEST(DeliveryToFields, APasswordFieldGetsNothingAndAnotherFieldDoes) {
-  DeliveryDesk desk;
-  const std::string spoken = "dictated";
-  // The first application of the desktop that tells of its fields starts the bus on which it does so.
-  const ApplicationProcess first(dialogue("--entry"));
-  ASSERT_TRUE(desk.waitUntil([&] { return isInFront(desk, first) && desk.field.connect(); }));
+TEST(DeliveryToFields, APasswordFieldGetsNothingWheneverItGotTheFocus) {
+  int tried = 0;
+  for (const std::string toolkit : {"gtk3", "gtk4"}) {
+    if (!WindowWithField::isInstalled(toolkit)) continue;
+    SCOPED_TRACE(toolkit);
+    ++tried;
+    const WindowWithField before(toolkit, "password");
+    // Murmel comes when the field has had the focus for a while, and the bus runs.
+    DeliveryDesk desk;
+    ASSERT_TRUE(desk.waitUntil([&] { return before.isInFront(desk) && desk.field.canTell(); }));
+    const auto kind = [&] {
+      return desk.loop.await(desk.field.kind(*desk.workspace().frontmostApplication()));
+    };
+    ASSERT_TRUE(desk.waitUntil([&] { return kind() == FocusedFieldKind::hidden; }));
+    for (const auto* dictation : {"first", "second"}) {
+      SCOPED_TRACE(dictation);
+      desk.begin();
+      EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::copiedFallback);
+      EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
+      desk.service->endDictationSession();
+    }
 
-  const ApplicationProcess password(dialogue("--password"));
-  ASSERT_TRUE(desk.waitUntil([&] { return isInFront(desk, password) && desk.field.knowsFocus(); }));
-  const auto hides = [&] {
-    return desk.loop.await(desk.field.hidesText(*desk.workspace().frontmostApplication()));
-  };
-  ASSERT_TRUE(desk.waitUntil(hides));
-  desk.begin();
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
-  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
+    const WindowWithField entry(toolkit, "entry");
+    ASSERT_TRUE(desk.waitUntil([&] { return entry.isInFront(desk) && kind() == FocusedFieldKind::text; }));
+    desk.begin();
+    EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
+    desk.service->endDictationSession();
+    ASSERT_TRUE(desk.waitUntilSettled());
+    EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
 
-  const ApplicationProcess entry(dialogue("--entry"));
-  ASSERT_TRUE(desk.waitUntil([&] { return isInFront(desk, entry) && !hides(); }));
-  desk.begin();
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-  ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardRestored);
+    const WindowWithField after(toolkit, "password");
+    ASSERT_TRUE(desk.waitUntil([&] { return after.isInFront(desk) && kind() == FocusedFieldKind::hidden; }));
+    desk.begin();
+    EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::copiedFallback);
+    desk.service->endDictationSession();
+
+    const WindowWithField button(toolkit, "button");
+    EXPECT_TRUE(desk.waitUntil([&] { return button.isInFront(desk) && kind() == FocusedFieldKind::none; }));
+  }
+  if (tried == 0) GTEST_SKIP() << "no toolkit is installed";
 }
 
 }  // namespace murmel::test

@@ -62,7 +62,9 @@ TEST(TextInsertionService, CopiesWhereItMayNotPaste) {
          desk.workspace.bringToFront(application(ownProcess, "Murmel"));
        }},
       {"the focus is in a password field", LiveInsertionBlock::secureInput, nothing,
-       [](DeliveryHarness& desk) { desk.field.setHidesText(true); }},
+       [](DeliveryHarness& desk) { desk.field.setKind(FocusedFieldKind::hidden); }},
+      {"the application does not say whether it is in one", LiveInsertionBlock::secureInput, nothing,
+       [](DeliveryHarness& desk) { desk.field.setKind(FocusedFieldKind::unanswered); }},
       {"a password is being typed", LiveInsertionBlock::secureInput, nothing,
        [](DeliveryHarness& desk) { desk.secureInput.setEnabled(true); }},
       {"keys may not be posted", LiveInsertionBlock::noPermission, nothing,
@@ -268,6 +270,19 @@ TEST(TextInsertionService, AReadBeforeTheKeysIsNotThePaste) {
   desk.executor.advance(2s);
   EXPECT_EQ(desk.read, std::vector{spoken});
   EXPECT_EQ(desk.general.contents(), richClipboard());
+}
+
+TEST(TextInsertionService, AReadWhereNoFieldHasTheKeyboardIsNoSuccess) {
+  DeliveryHarness desk;
+  desk.field.setKind(FocusedFieldKind::none);
+  desk.readAfter(10ms);
+  desk.service->beginDictationSession();
+  EXPECT_GE(desk.field.prepared(), 1);
+  desk.deliver(spoken);
+  desk.executor.advance(3s);
+  EXPECT_EQ(desk.settled, std::vector{PasteSettlement::noField});
+  EXPECT_TRUE(warning(desk.settled.front()));
+  EXPECT_EQ(desk.clipboardText(), spoken);
 }
 
 TEST(TextInsertionService, ThereIsAWayBackToWhatATextForAPasteByHandHasReplaced) {

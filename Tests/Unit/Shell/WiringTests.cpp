@@ -97,7 +97,7 @@ TEST_F(DeliveryWiring, FollowsTheUsersChoiceAboutThePreviousClipboard) {
 }
 
 TEST_F(DeliveryWiring, PastesNothingIntoAPasswordField) {
-  field.setHidesText(true);
+  field.setKind(FocusedFieldKind::hidden);
   EXPECT_EQ(deliver(), TextDeliveryResult::copiedFallback);
   EXPECT_TRUE(keyboard.posted().empty());
 }

@@ -1,180 +1,204 @@
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 
-#include <cerrno>
+#include <algorithm>
+#include <array>
+#include <deque>
 #include <utility>
-
-#include <systemd/sd-bus.h>
 
 namespace murmel {
 
 namespace {
 
-/// Answers come within a few milliseconds; an application that hangs must not hold up a delivery.
-constexpr Duration patience = std::chrono::milliseconds(50);
-constexpr std::uint64_t patienceMicroseconds =
-    std::chrono::duration_cast<std::chrono::microseconds>(patience).count();
+// Numbers of the AT-SPI protocol.
+constexpr std::uint32_t rolePasswordText = 40;
+constexpr int stateActive = 1;
+constexpr int stateEditable = 7;
+constexpr int stateFocused = 12;
+constexpr int stateShowing = 25;
+constexpr int stateManagesDescendants = 31;
 
-/// ATSPI_ROLE_PASSWORD_TEXT.
-constexpr std::uint32_t passwordText = 40;
+/// Check box, icon, image, label, list item, menu, menu bar, menu item, page tab, push button, radio button,
+/// radio menu item, scroll bar, slider, toggle button, link. What is not listed may well take text: cells,
+/// canvases, documents, whatever a toolkit calls unknown.
+constexpr std::array<std::uint32_t, 16> rolesWithoutText = {7,  26, 27, 29, 32, 33, 34, 35,
+                                                            37, 43, 44, 45, 48, 51, 62, 88};
 
-/// Where the accessibility bus listens; nothing when it does not run. It is not started for us.
-std::optional<std::string> addressOfTheBus() {
-  sd_bus* opened = nullptr;
-  if (sd_bus_open_user(&opened) < 0) return std::nullopt;
-  const std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)> session(opened,
-                                                                             &sd_bus_flush_close_unref);
-  sd_bus_message* call = nullptr;
-  std::optional<std::string> address;
-  if (sd_bus_message_new_method_call(session.get(), &call, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus",
-                                     "GetAddress") >= 0) {
-    sd_bus_message_set_auto_start(call, 0);
-    sd_bus_message* reply = nullptr;
-    const char* text = nullptr;
-    if (sd_bus_call(session.get(), call, patienceMicroseconds, nullptr, &reply) >= 0 &&
-        sd_bus_message_read(reply, "s", &text) >= 0)
-      address = text;
-    sd_bus_message_unref(reply);
-  }
-  sd_bus_message_unref(call);
-  return address;
+constexpr Duration patience = std::chrono::milliseconds(250);
+
+/// An interface of more parts than this is not searched to its end.
+constexpr int mostParts = 3'000;
+
+bool has(std::uint64_t states, int state) {
+  return (states >> state & 1) != 0;
 }
 
 }  // namespace
 
-void AccessibleFocusedField::BusDeleter::operator()(sd_bus* bus) const {
-  sd_bus_close_unref(bus);
-}
+AccessibleFocusedField::AccessibleFocusedField(Executor& executor)
+    : executor_(executor), bus_(executor, [this](const AccessibleObject& object, bool isFocused) {
+        focusChanged(object, isFocused);
+      }) {}
 
-void AccessibleFocusedField::SlotDeleter::operator()(sd_bus_slot* slot) const {
-  sd_bus_slot_unref(slot);
-}
+AccessibleFocusedField::~AccessibleFocusedField() = default;
 
-void AccessibleFocusedField::MessageDeleter::operator()(sd_bus_message* message) const {
-  sd_bus_message_unref(message);
-}
-
-AccessibleFocusedField::AccessibleFocusedField(Executor& executor) : executor_(executor) {}
-
-AccessibleFocusedField::~AccessibleFocusedField() {
-  disconnect();
-}
-
-void AccessibleFocusedField::disconnect() {
-  watch_.reset();
-  focusChanges_.reset();
-  bus_.reset();
-  focused_.reset();
-}
-
-bool AccessibleFocusedField::connect() {
-  if (bus_ && sd_bus_is_open(bus_.get()) > 0) return true;
-  disconnect();
-  const auto address = addressOfTheBus();
-  sd_bus* created = nullptr;
-  if (!address || sd_bus_new(&created) < 0) return false;
-  bus_.reset(created);
-  sd_bus_slot* slot = nullptr;
-  const auto handler = [](sd_bus_message* message, void* self, sd_bus_error* error) {
-    return focusChanged(message, self, error);
-  };
-  const bool listens =
-      sd_bus_set_address(created, address->c_str()) >= 0 && sd_bus_set_bus_client(created, 1) >= 0 &&
-      sd_bus_start(created) >= 0 &&
-      sd_bus_add_match_async(created, &slot,
-                             "type='signal',interface='org.a11y.atspi.Event.Object',member='StateChanged',"
-                             "arg0='focused'",
-                             handler, nullptr, this) >= 0;
-  focusChanges_.reset(slot);
-  if (!listens) {
-    disconnect();
-    return false;
+void AccessibleFocusedField::focusChanged(const AccessibleObject& object, bool isFocused) {
+  forgetOldConnection();
+  const auto known = focus_.find(object.application);
+  if (isFocused) {
+    focus_[object.application] = {object, std::nullopt};
+  } else if (known != focus_.end() && known->second.object == object) {
+    focus_.erase(known);
   }
-  // Applications tell only of what somebody has asked for.
-  sd_bus_call_method_async(created, nullptr, "org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
-                           "org.a11y.atspi.Registry", "RegisterEvent", nullptr, nullptr, "sass",
-                           "object:state-changed:focused", 0, "");
-  watch_ = executor_.watchReadable(sd_bus_get_fd(created), [this] { process(); });
-  process();
-  return true;
 }
 
-void AccessibleFocusedField::process() {
-  int progress = 1;
-  while (progress > 0) progress = sd_bus_process(bus_.get(), nullptr);
-  // The bus has gone: another one may be there at the next question.
-  if (progress < 0) disconnect();
+void AccessibleFocusedField::forgetOldConnection() {
+  if (std::exchange(knownConnection_, bus_.connectionNumber()) == bus_.connectionNumber()) return;
+  focus_.clear();
+  processes_.clear();
 }
 
-int AccessibleFocusedField::focusChanged(sd_bus_message* message, void* self, void* /*error*/) {
-  auto& field = *static_cast<AccessibleFocusedField*>(self);
-  const char* state = nullptr;
-  std::int32_t isFocused = 0;
-  if (sd_bus_message_read(message, "si", &state, &isFocused) < 0) return 0;
-  const std::string application = sd_bus_message_get_sender(message);
-  const std::string object = sd_bus_message_get_path(message);
-  if (isFocused != 0) {
-    field.focused_ = Focus{application, object};
-  } else if (field.focused_ && field.focused_->application == application &&
-             field.focused_->object == object) {
-    field.focused_.reset();
+void AccessibleFocusedField::prepare(const RunningApplication& application) {
+  if (bus_.connect()) scope_.start(look(application));
+}
+
+Task<void> AccessibleFocusedField::look(RunningApplication application) {
+  // What was not found before may be there by now.
+  std::erase_if(focus_, [](const auto& known) { return !known.second.object; });
+  auto finding = find(application.client.processIdentifier, Purpose::preparation);
+  co_await finding;
+}
+
+Task<std::vector<AccessibleObject>> AccessibleFocusedField::rootsOf(pid_t process) {
+  std::vector<AccessibleObject> roots;
+  auto listing = bus_.children(AccessibilityBus::desktop());
+  const auto applications = co_await listing;
+  if (!applications) co_return roots;
+  for (const auto& application : *applications) {
+    if (!processes_.contains(application.application)) {
+      auto asking = bus_.processOf(application.application);
+      const auto owner = co_await asking;
+      if (owner) processes_[application.application] = *owner;
+    }
+    const auto known = processes_.find(application.application);
+    if (known != processes_.end() && known->second == process) roots.push_back(application);
   }
-  return 0;
+  co_return roots;
 }
 
-AccessibleFocusedField::Message AccessibleFocusedField::newCall(const std::string& destination,
-                                                                const std::string& object,
-                                                                const char* interface, const char* member) {
-  sd_bus_message* call = nullptr;
-  sd_bus_message_new_method_call(bus_.get(), &call, destination.c_str(), object.c_str(), interface, member);
-  return Message(call);
+Task<std::optional<AccessibleObject>> AccessibleFocusedField::searchBelow(AccessibleObject root) {
+  auto listing = bus_.children(root);
+  const auto windows = co_await listing;
+  std::deque<AccessibleObject> waiting;
+  if (windows) waiting.assign(windows->begin(), windows->end());
+  std::size_t windowsLeft = waiting.size();
+  std::optional<AccessibleObject> focusedWindow;
+  for (int part = 0; part < mostParts && !waiting.empty(); ++part) {
+    const auto object = waiting.front();
+    waiting.pop_front();
+    const bool isWindow = windowsLeft > 0;
+    if (isWindow) --windowsLeft;
+    auto asking = bus_.states(object);
+    const auto states = co_await asking;
+    if (!states) continue;
+    if (has(*states, stateFocused) && !isWindow) co_return object;
+    if (has(*states, stateFocused)) focusedWindow = object;
+    // What is not in the active window, or not to be seen, does not get the keys.
+    if (!has(*states, isWindow ? stateActive : stateShowing)) continue;
+    // A table of a million cells tells which of them has the focus; it is not asked for them all.
+    if (has(*states, stateManagesDescendants)) continue;
+    auto descending = bus_.children(object);
+    const auto parts = co_await descending;
+    if (parts) waiting.insert(isWindow ? waiting.end() : waiting.begin(), parts->begin(), parts->end());
+  }
+  co_return focusedWindow;
 }
 
-Task<std::optional<std::uint32_t>> AccessibleFocusedField::ask(Message call) {
-  struct Question {
-    Executor& executor;
-    std::optional<OneShotSender<std::uint32_t>> sender;
-  };
-  if (!call) co_return std::nullopt;
-  auto [sender, receiver] = makeOneShot<std::uint32_t>();
-  const auto question = std::make_shared<Question>(Question{executor_, std::nullopt});
-  question->sender.emplace(std::move(sender));
-  const auto answered = [](sd_bus_message* reply, void* asked, sd_bus_error* /*error*/) {
-    auto& open = *static_cast<Question*>(asked);
-    std::uint32_t value = 0;
-    auto waiting = std::exchange(open.sender, std::nullopt);
-    const bool isValue =
-        sd_bus_message_is_method_error(reply, nullptr) == 0 && sd_bus_message_read(reply, "u", &value) >= 0;
-    if (!waiting) return 0;
-    // Whoever waits goes on from the loop: the bus is not to be used from inside its own callback.
-    open.executor.post([answer = *std::move(waiting), isValue, value]() mutable {
-      if (isValue) answer.send(value);
-    });
-    return 0;
-  };
-  sd_bus_slot* slot = nullptr;
-  if (sd_bus_call_async(bus_.get(), &slot, call.get(), answered, question.get(), 0) < 0)
-    co_return std::nullopt;
-  const std::unique_ptr<sd_bus_slot, SlotDeleter> pending(slot);
-  const auto limit = executor_.after(patience, [question] { question->sender.reset(); });
-  const auto answer = co_await receiver;
-  co_return answer;
+/// Whether the part, or the field whose inside it is, hides what is typed.
+Task<bool> AccessibleFocusedField::hides(AccessibleObject object) {
+  constexpr int levels = 3;
+  for (int level = 0; level < levels; ++level) {
+    auto asking = bus_.role(object);
+    const auto role = co_await asking;
+    if (role == rolePasswordText) co_return true;
+    auto ascending = bus_.parent(object);
+    const auto parent = co_await ascending;
+    if (!role || !parent) break;
+    object = *parent;
+  }
+  co_return false;
 }
 
-Task<bool> AccessibleFocusedField::hidesText(RunningApplication application) {
-  if (!connect()) co_return false;
-  process();
-  if (!focused_ || !bus_) co_return false;
-  const auto focus = *focused_;
-  auto processCall = newCall("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                             "GetConnectionUnixProcessID");
-  if (!processCall || sd_bus_message_append(processCall.get(), "s", focus.application.c_str()) < 0)
-    co_return false;
-  auto askingProcess = ask(std::move(processCall));
-  const auto owner = co_await askingProcess;
-  if (!owner || static_cast<pid_t>(*owner) != application.client.processIdentifier || !bus_) co_return false;
-  auto askingRole = ask(newCall(focus.application, focus.object, "org.a11y.atspi.Accessible", "GetRole"));
-  const auto role = co_await askingRole;
-  co_return role == passwordText;
+Task<FocusedFieldKind> AccessibleFocusedField::kindOf(AccessibleObject object) {
+  auto asking = bus_.role(object);
+  const auto role = co_await asking;
+  if (!role) co_return FocusedFieldKind::unanswered;
+  auto hiding = hides(object);
+  const bool isHidden = co_await hiding;
+  if (isHidden) co_return FocusedFieldKind::hidden;
+  auto askingStates = bus_.states(object);
+  const auto states = co_await askingStates;
+  const bool isEditable = states && has(*states, stateEditable);
+  const bool takesNoText = std::ranges::find(rolesWithoutText, *role) != rolesWithoutText.end();
+  co_return takesNoText && !isEditable ? FocusedFieldKind::none : FocusedFieldKind::text;
+}
+
+Task<FocusedFieldKind> AccessibleFocusedField::findBelow(AccessibleObject root, Purpose purpose) {
+  if (const auto known = focus_.find(root.application); known != focus_.end()) {
+    const auto focus = known->second;
+    if (!focus.object) co_return FocusedFieldKind::notTold;
+    auto asking = bus_.states(*focus.object);
+    const auto states = co_await asking;
+    // An application that is busy has nothing else to say than before.
+    if (!states) co_return focus.kind.value_or(FocusedFieldKind::unanswered);
+    if (has(*states, stateFocused)) {
+      auto classifying = kindOf(*focus.object);
+      const auto kind = co_await classifying;
+      focus_[root.application] = {focus.object, kind};
+      co_return kind;
+    }
+  }
+  auto searching = searchBelow(root);
+  const auto found = co_await searching;
+  // Some tell of their windows only; they have nothing to say about fields.
+  Focus focus{found, FocusedFieldKind::notTold};
+  if (found) {
+    auto classifying = kindOf(*found);
+    focus.kind = co_await classifying;
+  }
+  // That nothing was found is remembered only from a search that had its time, for the paste that comes.
+  if (found || purpose == Purpose::preparation) focus_[root.application] = focus;
+  co_return *focus.kind;
+}
+
+Task<FocusedFieldKind> AccessibleFocusedField::find(pid_t process, Purpose purpose) {
+  auto naming = rootsOf(process);
+  const auto roots = co_await naming;
+  auto kind = FocusedFieldKind::notTold;
+  for (const auto& root : roots) {
+    auto finding = findBelow(root, purpose);
+    kind = co_await finding;
+    if (kind != FocusedFieldKind::notTold) break;
+  }
+  co_return kind;
+}
+
+Task<void> AccessibleFocusedField::answer(RunningApplication application,
+                                          std::shared_ptr<OneShotSender<FocusedFieldKind>> to) {
+  auto finding = find(application.client.processIdentifier, Purpose::answer);
+  const auto kind = co_await finding;
+  executor_.post([to, kind] { to->send(kind); });
+}
+
+Task<FocusedFieldKind> AccessibleFocusedField::kind(RunningApplication application) {
+  if (!bus_.connect()) co_return FocusedFieldKind::notTold;
+  bus_.process();
+  forgetOldConnection();
+  auto [sender, receiver] = makeOneShot<FocusedFieldKind>();
+  const auto to = std::make_shared<OneShotSender<FocusedFieldKind>>(std::move(sender));
+  scope_.start(answer(application, to));
+  const auto limit = executor_.after(patience, [to] { to->send(FocusedFieldKind::unanswered); });
+  const auto kind = co_await receiver;
+  co_return kind.value_or(FocusedFieldKind::notTold);
 }
 
 }  // namespace murmel

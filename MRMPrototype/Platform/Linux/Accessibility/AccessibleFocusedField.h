@@ -2,66 +2,60 @@
 
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Scope.h"
 #include "Platform/FocusedField.h"
+#include "Platform/Linux/Accessibility/AccessibilityBus.h"
 
-#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-struct sd_bus;
-struct sd_bus_message;
-struct sd_bus_slot;
+#include <sys/types.h>
 
 namespace murmel {
 
-/// Follows the focus on the desktop's accessibility bus, where that runs: applications tell there which of
-/// their parts gets the keyboard. It only listens; nothing is started or switched on for it, and no
-/// application is searched. What had the focus before the bus was reached is not known. Main thread.
+/// Follows the focus on the desktop's accessibility bus, where that runs, and looks for it where it was
+/// before the bus was reached. Main thread.
 class AccessibleFocusedField final : public FocusedField {
  public:
   /// The executor outlives this.
   explicit AccessibleFocusedField(Executor& executor);
   ~AccessibleFocusedField() override;
-  AccessibleFocusedField(const AccessibleFocusedField&) = delete;
-  AccessibleFocusedField& operator=(const AccessibleFocusedField&) = delete;
 
-  Task<bool> hidesText(RunningApplication application) override;
-
-  /// Reaches the bus if that has not been done; false where there is none. Cheap when connected. Call it when
-  /// the focus should be followed from now on; `hidesText` does so by itself.
-  bool connect();
-  /// Whether any application has told of its focus yet.
-  [[nodiscard]] bool knowsFocus() const { return focused_.has_value(); }
+  [[nodiscard]] bool canTell() override { return bus_.connect(); }
+  void prepare(const RunningApplication& application) override;
+  Task<FocusedFieldKind> kind(RunningApplication application) override;
 
  private:
-  struct BusDeleter {
-    void operator()(sd_bus* bus) const;
-  };
-  struct SlotDeleter {
-    void operator()(sd_bus_slot* slot) const;
-  };
-  struct MessageDeleter {
-    void operator()(sd_bus_message* message) const;
-  };
-  using Message = std::unique_ptr<sd_bus_message, MessageDeleter>;
+  /// What had the focus in an application last, and what that is if it has been asked for.
   struct Focus {
-    std::string application;  ///< its name on the bus, which is never given twice
-    std::string object;
+    std::optional<AccessibleObject> object;  ///< nothing: looked for and not found
+    std::optional<FocusedFieldKind> kind;
   };
 
-  static int focusChanged(sd_bus_message* message, void* self, void* error);
-  void process();
-  void disconnect();
-  Message newCall(const std::string& destination, const std::string& object, const char* interface,
-                  const char* member);
-  Task<std::optional<std::uint32_t>> ask(Message call);
+  enum class Purpose { preparation, answer };
+
+  void focusChanged(const AccessibleObject& object, bool isFocused);
+  void forgetOldConnection();
+  Task<void> look(RunningApplication application);
+  Task<void> answer(RunningApplication application, std::shared_ptr<OneShotSender<FocusedFieldKind>> to);
+  Task<FocusedFieldKind> find(pid_t process, Purpose purpose);
+  Task<FocusedFieldKind> findBelow(AccessibleObject root, Purpose purpose);
+  /// The parts of the desktop that are the process's.
+  Task<std::vector<AccessibleObject>> rootsOf(pid_t process);
+  /// What has the focus below `root`, looked for where no word of it has come.
+  Task<std::optional<AccessibleObject>> searchBelow(AccessibleObject root);
+  Task<FocusedFieldKind> kindOf(AccessibleObject object);
+  Task<bool> hides(AccessibleObject object);
 
   Executor& executor_;
-  std::unique_ptr<sd_bus, BusDeleter> bus_;
-  std::unique_ptr<sd_bus_slot, SlotDeleter> focusChanges_;
-  std::optional<Focus> focused_;
-  Registration watch_;
+  AccessibilityBus bus_;
+  int knownConnection_ = 0;
+  std::map<std::string, Focus> focus_;  ///< by the application's name on the bus
+  std::map<std::string, pid_t> processes_;
+  Scope scope_;  // last: its tasks use everything above
 };
 
 }  // namespace murmel
