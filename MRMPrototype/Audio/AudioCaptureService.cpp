@@ -75,6 +75,8 @@ Task<Result<void>> AudioCaptureService::start() {
   }
   guard.succeed();
   recording_ = true;
+  healthHasBegun_ = levelIsStale_ = false;
+  hearsSpeakers_ = format->hearsSpeakers;
   configurationMonitor_.arm([this] {
     if (onConfigurationChange_) onConfigurationChange_();
   });
@@ -107,7 +109,22 @@ void AudioCaptureService::discardCapturedAudio() {
 }
 
 double AudioCaptureService::normalizedLevel() const {
-  return recording_ ? static_cast<double>(tap_->level()) : 0;
+  return recording_ && !levelIsStale_ ? static_cast<double>(tap_->level()) : 0;
+}
+
+CaptureCondition AudioCaptureService::health(Instant now) {
+  if (!recording_) return CaptureCondition::fine;
+  if (!std::exchange(healthHasBegun_, true)) health_.begin(now, hearsSpeakers_);
+  const auto condition = health_.observe(tap_->takeFigures(), now);
+  levelIsStale_ = health_.levelIsStale(now);
+  return condition;
+}
+
+Task<Result<void>> AudioCaptureService::restart() {
+  endRecording();
+  auto starting = start();
+  auto started = co_await starting;
+  co_return started;
 }
 
 Task<bool> AudioCaptureService::requestPermission() {

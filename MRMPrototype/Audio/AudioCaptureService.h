@@ -50,8 +50,15 @@ class AudioCaptureService {
 
   [[nodiscard]] bool recording() const { return recording_; }
 
-  /// Level of the latest fragment in 0…1; 0 unless recording.
+  /// Level of the latest fragment in 0…1; 0 unless recording, and when no fragment comes any more.
   [[nodiscard]] double normalizedLevel() const;
+
+  /// How the recording fares; to be asked several times a second. Fine unless recording.
+  CaptureCondition health(Instant now);
+
+  /// Goes on with the device that has taken over, under the same recording; what the device before it has
+  /// delivered is to be taken first. A failure ends the recording.
+  [[nodiscard]] Task<Result<void>> restart();
 
   /// Whether the microphone may be used; asks the user where nobody has answered yet.
   [[nodiscard]] Task<bool> requestPermission();
@@ -90,6 +97,10 @@ class AudioCaptureService {
   std::function<void()> onConfigurationChange_;
   StartGuard* startUnderWay_ = nullptr;
   bool recording_ = false;
+  CaptureHealth health_;
+  bool healthHasBegun_ = false;
+  bool levelIsStale_ = false;
+  bool hearsSpeakers_ = false;
 };
 
 }  // namespace murmel

@@ -15,6 +15,8 @@ constexpr double secondsReservedAfterHandOver = 2;
 // The rate of a recording is known with its first fragment. Room for the usual one is made before that, on
 // the main thread; pages that are never written cost nothing.
 constexpr double usualSampleRate = 48'000;
+// Converters reach it from below: -0.01 dBFS.
+constexpr float fullScale = 0.999F;
 // Spreads the levels of speech over the meter.
 constexpr double levelGain = 2.2;
 
@@ -30,6 +32,7 @@ void AudioTap::reset() {
   captureState_.capturedSamples.reserve(samplesIn(secondsReservedAtStart, usualSampleRate));
   captureState_.sampleRate = 0;
   captureState_.currentLevel = 0;
+  captureState_.figures = {};
 }
 
 bool AudioTap::append(std::span<const float> interleaved, AudioFormat format) {
@@ -47,6 +50,7 @@ bool AudioTap::append(std::span<const float> interleaved, AudioFormat format) {
   }
   const auto divisor = static_cast<float>(channels);
   double sumOfSquares = 0;
+  CaptureFigures figures{.frames = frames, .sampleRate = format.sampleRate};
   const float* next = interleaved.data();
   for (std::size_t done = 0; done < frames;) {
     const auto chunk = std::min(frames - done, scratchFrames);
@@ -56,6 +60,10 @@ bool AudioTap::append(std::span<const float> interleaved, AudioFormat format) {
       const float mixed = sum / divisor;
       const float mono = std::isfinite(mixed) ? mixed : 0.0F;
       monoScratch_[frame] = mono;
+      const float magnitude = std::abs(mono);
+      figures.peak = std::max(figures.peak, magnitude);
+      figures.clippedFrames += static_cast<std::uint64_t>(magnitude >= fullScale);
+      figures.trailingZeros = magnitude > 0 ? 0 : figures.trailingZeros + 1;
       sumOfSquares += static_cast<double>(mono) * static_cast<double>(mono);
     }
     {
@@ -69,7 +77,18 @@ bool AudioTap::append(std::span<const float> interleaved, AudioFormat format) {
   const double level = std::sqrt(std::sqrt(sumOfSquares / static_cast<double>(frames))) * levelGain;
   const std::lock_guard guard(lock_);
   captureState_.currentLevel = static_cast<float>(std::clamp(level, 0.0, 1.0));
+  auto& sum = captureState_.figures;
+  figures.trailingZeros += figures.trailingZeros == frames ? sum.trailingZeros : 0;
+  figures.frames += sum.frames;
+  figures.clippedFrames += sum.clippedFrames;
+  figures.peak = std::max(figures.peak, sum.peak);
+  sum = figures;
   return true;
+}
+
+CaptureFigures AudioTap::takeFigures() {
+  const std::lock_guard guard(lock_);
+  return std::exchange(captureState_.figures, {});
 }
 
 std::optional<PendingCapturedAudio> AudioTap::takePending() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/CaptureHealth.h"
 #include "Audio/CapturedAudio.h"
 #include "Platform/AudioInput.h"
 
@@ -35,6 +36,9 @@ class AudioTap {
   /// Throws the captured samples away and keeps their storage.
   void discard();
 
+  /// What has arrived since the last call.
+  [[nodiscard]] CaptureFigures takeFigures();
+
   /// Input level in 0…1.
   [[nodiscard]] float level() const;
 
@@ -43,6 +47,7 @@ class AudioTap {
     std::vector<float> capturedSamples;  // mono, at the device's rate
     double sampleRate = 0;               // Hz; 0 means that no recording has been configured
     float currentLevel = 0;
+    CaptureFigures figures;
   };
   static constexpr std::size_t scratchFrames = 2'048;
 

@@ -12,6 +12,8 @@ constexpr Duration transcriptRetention = std::chrono::seconds(120);
 constexpr Duration capturePumpInterval = std::chrono::seconds(1);
 /// Twenty-five pictures a second: smooth to the eye.
 constexpr Duration meterInterval = std::chrono::milliseconds(40);
+/// A headset that wakes up takes over within this time.
+constexpr Duration headsetTakesOver = std::chrono::seconds(1);
 constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
 
 /// A phrase is worth inserting after this much speech; a segment recognised while recording is long enough to
@@ -126,6 +128,7 @@ Task<void> DictationCoordinator::start(bool requireHeld) {
   }
 
   recording_ = std::move(recording);
+  recording_->begun = services_.clock.now();
   if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::tink);
   status_.show(DictationState::Case::listening);
   startTimers();
@@ -156,7 +159,7 @@ void DictationCoordinator::prepareSession(Recording& recording) {
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);
-  configuration.onDeadMicrophone = [this](bool dead) { services_.overlay.showSilentMicrophone(dead); };
+  configuration.onRecognised = [this](const RecognisedPiece& piece) { onRecognised_.emit(piece); };
   configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
     updateBacklog(behind, revision, operation);
   };
@@ -176,6 +179,7 @@ void DictationCoordinator::prepareSession(Recording& recording) {
 
 void DictationCoordinator::startTimers() {
   const auto showLevel = [this] {
+    showCaptureCondition(services_.audio.health(services_.clock.now()));
     services_.overlay.setLevel(std::min(services_.audio.normalizedLevel(), 1.0));
   };
   meterTimer_.emplace(services_.executor, meterInterval, showLevel);
@@ -187,11 +191,34 @@ void DictationCoordinator::startTimers() {
 
 void DictationCoordinator::audioConfigurationChanged() {
   if (!recording_) return;
+  // Nobody has spoken into the device that went: nothing is lost when the other one goes on.
+  if (services_.clock.now() - recording_->begun <= headsetTakesOver) {
+    if (auto pending = services_.audio.takePendingAudio()) recording_->session->append(*std::move(pending));
+    if (!recording_->session->heardSpeech()) {
+      tasks_.start(goOnWithNewDevice(recording_->operation));
+      return;
+    }
+  }
   recording_->deviceChanged = true;
   stopAndTranscribe();
 }
 
+Task<void> DictationCoordinator::goOnWithNewDevice(OperationIdentifier operation) {
+  auto restarting = services_.audio.restart();
+  const Result<void> restarted = co_await restarting;
+  if (restarted || !recording_ || !operationTracker_.isCurrent(operation)) co_return;
+  recording_->deviceChanged = true;
+  stopAndTranscribe();
+}
+
+void DictationCoordinator::showCaptureCondition(CaptureCondition condition) {
+  if (std::exchange(captureCondition_, condition) == condition) return;
+  services_.overlay.showCaptureCondition(condition);
+  onCaptureCondition_.emit(condition);
+}
+
 void DictationCoordinator::stopAndTranscribe() {
+  showCaptureCondition(CaptureCondition::fine);
   meterTimer_.reset();
   capturePump_.reset();
   auto recording = std::move(recording_);

@@ -82,6 +82,13 @@ class DictationCoordinator {
   [[nodiscard]] bool hasLastTranscript() const { return hasLastTranscript_; }
   [[nodiscard]] Signal<bool>& onLastTranscriptChange() { return onLastTranscriptChange_; }
 
+  /// The words of the running dictation, piece by piece as they are recognised. For the windows of this
+  /// process: they are never told to another.
+  [[nodiscard]] Signal<const RecognisedPiece&>& onRecognised() { return onRecognised_; }
+  /// How the running recording fares; fine at rest.
+  [[nodiscard]] CaptureCondition captureCondition() const { return captureCondition_; }
+  [[nodiscard]] Signal<CaptureCondition>& onCaptureCondition() { return onCaptureCondition_; }
+
   /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one,
   /// and operations that are not current, are ignored.
   void updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation);
@@ -98,6 +105,8 @@ class DictationCoordinator {
   void prepareSession(Recording& recording);
   void startTimers();
   void audioConfigurationChanged();
+  Task<void> goOnWithNewDevice(OperationIdentifier operation);
+  void showCaptureCondition(CaptureCondition condition);
 
   Task<void> deliver(std::unique_ptr<Recording> recording);
   [[nodiscard]] SpokenText finalText(const Recording& recording, const DictationSessionResult& result) const;
@@ -124,6 +133,9 @@ class DictationCoordinator {
   LastTranscriptBuffer lastTranscript_;
   bool hasLastTranscript_ = false;
   Signal<bool> onLastTranscriptChange_;
+  Signal<const RecognisedPiece&> onRecognised_;
+  CaptureCondition captureCondition_ = CaptureCondition::fine;
+  Signal<CaptureCondition> onCaptureCondition_;
   RuntimePriority runtimePriority_;
   RecogniserPreparation preparation_;
   Registration modelInventoryObserver_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/CaptureHealth.h"
 #include "Dictation/DictationState.h"
 
 namespace murmel {
@@ -11,9 +12,8 @@ class OverlayController {
   virtual void update(const DictationState& state) = 0;
   /// The level of the microphone, 0…1, from the frames that really arrive.
   virtual void setLevel(double level) = 0;
-  /// The microphone delivers nothing but digital silence, as a dead or muted one does; false when that is
-  /// over.
-  virtual void showSilentMicrophone(bool silent) = 0;
+  /// How the recording fares, when that changes.
+  virtual void showCaptureCondition(CaptureCondition condition) = 0;
 };
 
 }  // namespace murmel

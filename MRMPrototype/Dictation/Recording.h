@@ -19,6 +19,7 @@ struct Recording {
   /// Present in live mode. Declared before the session, whose phrases it takes.
   std::unique_ptr<LiveDictationDelivery> live;
   std::unique_ptr<DictationSession> session;
+  Instant begun{};
   bool deviceChanged = false;
 };
 

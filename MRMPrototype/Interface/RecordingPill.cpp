@@ -27,8 +27,28 @@ const QColor background(28, 28, 32, 235);
 const QColor foreground(245, 245, 245);
 const QColor recordingDot(235, 70, 70);
 
-QString shown(const DictationState& state, bool microphoneSilent) {
-  if (state.isRecording() && microphoneSilent) return QStringLiteral("The microphone is silent");
+QString words(CaptureCondition condition) {
+  switch (condition) {
+    case CaptureCondition::fine:
+      break;
+    case CaptureCondition::stalled:
+      return QStringLiteral("The microphone has stopped");
+    case CaptureCondition::silent:
+      return QStringLiteral("The microphone is silent");
+    case CaptureCondition::lagging:
+      return QStringLiteral("Sound from the microphone is being lost");
+    case CaptureCondition::clipping:
+      return QStringLiteral("The microphone is too loud");
+    case CaptureCondition::speakers:
+      return QStringLiteral("No microphone: listening to the speakers");
+    case CaptureCondition::tooQuiet:
+      return QStringLiteral("The microphone is very quiet");
+  }
+  return {};
+}
+
+QString shown(const DictationState& state, CaptureCondition condition) {
+  if (state.isRecording() && condition != CaptureCondition::fine) return words(condition);
   return inPlatformWords(state.title());
 }
 
@@ -64,7 +84,7 @@ void RecordingPill::setEdge(Edge edge) {
 void RecordingPill::update(const DictationState& state) {
   state_ = state;
   if (!state.isRecording()) {
-    microphoneSilent_ = false;
+    condition_ = CaptureCondition::fine;
     meter_->clear();
   }
   meter_->setVisible(state.isRecording());
@@ -77,13 +97,13 @@ void RecordingPill::setLevel(double level) {
   meter_->push(level);
 }
 
-void RecordingPill::showSilentMicrophone(bool silent) {
-  microphoneSilent_ = silent;
+void RecordingPill::showCaptureCondition(CaptureCondition condition) {
+  condition_ = condition;
   showText();
 }
 
 void RecordingPill::showText() {
-  const auto words = shown(state_, microphoneSilent_);
+  const auto words = shown(state_, condition_);
   text_->setText(words);
   // A label that may wrap asks for less width than its text has.
   text_->setMinimumWidth(std::min(longestText, text_->fontMetrics().horizontalAdvance(words) + 1));

@@ -25,7 +25,7 @@ class RecordingPill final : public QWidget, public OverlayController {
 
   void update(const DictationState& state) override;
   void setLevel(double level) override;
-  void showSilentMicrophone(bool silent) override;
+  void showCaptureCondition(CaptureCondition condition) override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -41,7 +41,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   std::function<void()> onClick_;
   Edge edge_ = Edge::right;
   DictationState state_;
-  bool microphoneSilent_ = false;
+  CaptureCondition condition_ = CaptureCondition::fine;
   QLabel* text_;
   LevelMeter* meter_;
 };

@@ -13,6 +13,8 @@ namespace murmel {
 struct AudioFormat {
   double sampleRate = 0;  ///< Hz, the device's own rate; 0 when there is no usable device.
   unsigned channelCount = 0;
+  /// There is no microphone, and the default source is what the speakers play.
+  bool hearsSpeakers = false;
 
   friend bool operator==(const AudioFormat&, const AudioFormat&) = default;
 };

@@ -48,6 +48,8 @@ struct DictationSessionConfiguration {
   std::function<std::shared_ptr<TranscriptionProvider>()> nextTranscription;
   std::shared_ptr<RefinementProvider> refinement;
   std::optional<std::string> languageCode;
+  /// Somebody waits for the words from the beginning, as for those of a file.
+  bool somebodyWaits = false;
   double targetSegmentSeconds = 0;  ///< infinite: one segment for the whole recording
   /// Called with each recognised and refined phrase, in order, and awaited; absent without live insertion.
   std::function<Task<void>(SpokenText)> onPhrase;
@@ -56,9 +58,6 @@ struct DictationSessionConfiguration {
   std::function<void(const RecognisedPiece&)> onRecognised;
   /// Whether recognition is behind the speech, and a revision that grows with every change.
   std::function<void(bool behind, std::int64_t revision)> onBacklog;
-  /// Called with true when the microphone has delivered nothing but digital zeros for a while (a second at
-  /// the start of a recording), as a dead or muted one does, and with false when it delivers sound again.
-  std::function<void(bool dead)> onDeadMicrophone;
 };
 
 /// Cuts the audio of one dictation into segments and has them recognised and refined in order. It owns the
@@ -76,6 +75,8 @@ class DictationSession {
   [[nodiscard]] virtual double waitingSeconds() const { return 0; }
   /// The words so far, in order.
   [[nodiscard]] virtual std::vector<RecognisedPiece> recognisedSoFar() const { return {}; }
+  /// Seconds without speech up to now.
+  [[nodiscard]] virtual double quietSeconds() const { return 0; }
   /// Whether somebody has clearly spoken.
   [[nodiscard]] virtual bool heardSpeech() const { return true; }
   /// The figures so far; whole once `finish` has answered, with a result or an error.

@@ -18,11 +18,6 @@ constexpr double firstProgressSeconds = 5;
 /// The reports of a long recording come this much apart, those of its beginning closer.
 constexpr double progressSeconds = 60;
 
-/// A device that opens and then is silent is dead or muted. Once there has been sound, zeros may as well be a
-/// noise gate that closes between the phrases.
-constexpr double deadAtStartSeconds = 1;
-constexpr double deadLaterSeconds = 5;
-
 CapturedAudio joined(CapturedAudio first, const CapturedAudio& second) {
   first.pcm16LE.insert(first.pcm16LE.end(), second.pcm16LE.begin(), second.pcm16LE.end());
   return first;
@@ -48,6 +43,7 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
     slowRequest_ = slow;
     updateBacklog();
   };
+  if (configuration_.somebodyWaits) requests_.hurry();
   // Loading the model, where it is not, hides behind the speech.
   scope_.start(warm(configuration_.transcription));
 }
@@ -61,7 +57,6 @@ void IncrementalDictationSession::append(PendingCapturedAudio audio) {
   auto cuts = cutter_.append(std::move(audio));
   reportLevels();
   reportProgress();
-  updateDeadMicrophone();
   for (auto& cut : cuts) enqueue(std::move(cut));
 }
 
@@ -329,14 +324,6 @@ void IncrementalDictationSession::reportLevels() {
                   {"minimum_window_db", cutter_.minimumWindowDB()}});
     }
   }
-}
-
-void IncrementalDictationSession::updateDeadMicrophone() {
-  const double limit = cutter_.heardSignal() ? deadLaterSeconds : deadAtStartSeconds;
-  const bool dead = cutter_.zeroSeconds() >= limit;
-  if (dead == deadMicrophone_) return;
-  deadMicrophone_ = dead;
-  if (configuration_.onDeadMicrophone) configuration_.onDeadMicrophone(dead);
 }
 
 /// Counts what waits behind the segment that is being recognised: that one is late only when it is slow.

@@ -41,6 +41,7 @@ class IncrementalDictationSession final : public DictationSession {
   Task<Result<DictationSessionResult>> finish() override;
   [[nodiscard]] double waitingSeconds() const override;
   [[nodiscard]] std::vector<RecognisedPiece> recognisedSoFar() const override;
+  [[nodiscard]] double quietSeconds() const override { return cutter_.quietSeconds(); }
   [[nodiscard]] bool heardSpeech() const override;
   [[nodiscard]] DictationDiagnostics diagnostics() const override;
 
@@ -71,7 +72,6 @@ class IncrementalDictationSession final : public DictationSession {
 
   void reportProgress();
   void reportLevels();
-  void updateDeadMicrophone();
   void updateBacklog();
   [[nodiscard]] Result<DictationSessionResult> result() const;
 
@@ -106,7 +106,6 @@ class IncrementalDictationSession final : public DictationSession {
   double nextProgressSeconds_;
   bool calibrationReported_ = false;
   bool lowLevelReported_ = false;
-  bool deadMicrophone_ = false;
 
   /// The running recognition. Last, so that it ends before anything that it uses.
   Scope scope_;

@@ -48,6 +48,10 @@ class PhrasePauseDetector {
   [[nodiscard]] std::optional<double> floorDB() const { return floorDB_; }
   /// dBFS; the level that a tenth of the recent speech exceeds. None without speech.
   [[nodiscard]] std::optional<double> speechDB() const;
+  /// Seconds since the last speech, or since the beginning.
+  [[nodiscard]] double quietSeconds() const {
+    return static_cast<double>(frame_ - speechEnd_) * FrameLevelMeter::frameSeconds;
+  }
   /// dBFS of the quietest frame so far, unfiltered; infinite before the first frame, negative infinity for
   /// digital silence.
   [[nodiscard]] double minimumWindowDB() const { return minimumWindowDB_; }

@@ -65,7 +65,7 @@ std::vector<CutSegment> SegmentCutter::append(PendingCapturedAudio audio) {
 void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>& segments) {
   open_.insert(open_.end(), slice.begin(), slice.end());
   const auto pauses = detector_->append(slice);
-  for (const auto& frame : detector_->lastFrames()) follow(frame);
+  openFrames_.insert(openFrames_.end(), detector_->lastFrames().begin(), detector_->lastFrames().end());
   if (!leadingLowLevelEnded_) {
     leadingLowLevelSeconds_ = detector_->leadingLowLevelSeconds();
     leadingLowLevelEnded_ = detector_->leadingLowLevelEnded();
@@ -78,16 +78,6 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
   }
   if (const auto silence = silentFrames()) segments.push_back(cutAfterFrames(*silence));
   if (const auto place = placeWithoutPause()) segments.push_back(cutAfterFrames(*place));
-}
-
-void SegmentCutter::follow(const FrameLevel& frame) {
-  openFrames_.push_back(frame);
-  if (frame.digitalZero) {
-    ++zeroFrames_;
-  } else {
-    zeroFrames_ = 0;
-    heardSignal_ = true;
-  }
 }
 
 bool SegmentCutter::accepts(const PhrasePause& pause) const {

@@ -44,14 +44,12 @@ class SegmentCutter {
 
   /// Seconds appended so far.
   [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }
-  /// Seconds of nothing but digital zeros up to now.
-  [[nodiscard]] double zeroSeconds() const { return zeroFrames_ * FrameLevelMeter::frameSeconds; }
+  /// Seconds without speech up to now.
+  [[nodiscard]] double quietSeconds() const { return detector_ ? detector_->quietSeconds() : 0; }
   /// Whether something as long as a word stands out of the noise in the open segment.
   [[nodiscard]] bool heardSpeech() const {
     return !openFrames_.empty() && speechEvidence(openFrames_) == SpeechEvidence::clear;
   }
-  /// Whether any sample was not zero.
-  [[nodiscard]] bool heardSignal() const { return heardSignal_; }
 
   [[nodiscard]] bool calibrated() const { return detector_ && detector_->calibrated(); }
   [[nodiscard]] std::optional<double> floorDB() const {
@@ -65,7 +63,6 @@ class SegmentCutter {
  private:
   void beginStream(double sampleRate);
   void append(std::span<const float> slice, std::vector<CutSegment>& segments);
-  void follow(const FrameLevel& frame);
   [[nodiscard]] bool accepts(const PhrasePause& pause) const;
   [[nodiscard]] double openSeconds() const;
   [[nodiscard]] std::optional<std::size_t> silentFrames();
@@ -85,8 +82,6 @@ class SegmentCutter {
   bool silent_ = true;          ///< whether the open segment may have begun with silence
 
   double capturedSeconds_ = 0;
-  int zeroFrames_ = 0;
-  bool heardSignal_ = false;
   int earlierCalibrationBatches_ = 0;
   double earlierMinimumWindowDB_ = std::numeric_limits<double>::infinity();
   double leadingLowLevelSeconds_ = 0;

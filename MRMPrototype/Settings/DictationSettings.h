@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Async/Clock.h"
 #include "History/HistoryRetention.h"
 #include "Refinement/SmartLocalModel.h"
 #include "Refinement/SmartRefinementRoutingMode.h"
@@ -27,6 +28,8 @@ class DictationSettings {
   [[nodiscard]] virtual std::string personalVocabulary() const = 0;
   /// The two-letter code that recognition is forced to, if any.
   [[nodiscard]] virtual std::optional<std::string> workerLanguageCode() const = 0;
+  /// How long the recogniser stays loaded without a dictation; zero is for ever.
+  [[nodiscard]] virtual Duration recogniserIdleLimit() const { return std::chrono::minutes(10); }
   /// The language as a history entry shows it.
   [[nodiscard]] virtual std::string historyLanguageLabel() const = 0;
 };

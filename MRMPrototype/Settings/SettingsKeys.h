@@ -23,6 +23,8 @@ inline constexpr std::string_view removeFillerWords = "settings.removeFillerWord
 inline constexpr std::string_view restorePreviousClipboard = "settings.restorePreviousClipboard";
 inline constexpr std::string_view historyEnabled = "settings.historyEnabled";
 inline constexpr std::string_view historyRetention = "settings.historyRetention";
+/// Minutes; 0 keeps the recogniser loaded for ever.
+inline constexpr std::string_view recogniserIdleMinutes = "settings.recogniserIdleMinutes";
 inline constexpr std::string_view overlayAnchor = "settings.overlayAnchor";
 inline constexpr std::string_view modelMigrationPreviousSelection =
     "settings.modelMigrationPreviousSelection";

@@ -249,6 +249,13 @@ void SettingsRepository::dismissModelMigrationNotice() {
   publish(SettingsProperty::modelMigrationNotice, modelMigrationNotice_, std::optional<std::string>());
 }
 
+Duration SettingsRepository::recogniserIdleLimit() const {
+  constexpr std::int64_t longest = 24 * 60;
+  const auto minutes = defaults_.get<std::int64_t>(settingsKey::recogniserIdleMinutes);
+  if (!minutes) return DictationSettings::recogniserIdleLimit();
+  return std::chrono::minutes(std::clamp<std::int64_t>(*minutes, 0, longest));
+}
+
 std::optional<std::string> SettingsRepository::workerLanguageCode() const {
   if (languageMode_ != DictationLanguageMode::single) return std::nullopt;
   return std::string(rawValue(singleLanguage_));

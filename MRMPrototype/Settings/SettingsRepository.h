@@ -131,6 +131,7 @@ class SettingsRepository : public DictationSettings {
   void dismissModelMigrationNotice();
 
   /// Present in mode `single` only.
+  [[nodiscard]] Duration recogniserIdleLimit() const override;
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override;
   /// "German"; "English, Russian"; "Automatic".
   [[nodiscard]] std::string historyLanguageLabel() const override;

@@ -18,7 +18,7 @@ class NoOverlay final : public OverlayController {
  public:
   void update(const DictationState&) override {}
   void setLevel(double) override {}
-  void showSilentMicrophone(bool) override {}
+  void showCaptureCondition(CaptureCondition) override {}
 };
 
 class NoSound final : public SoundPlayer {

@@ -23,7 +23,8 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
                                ModelServices& models, const DictationSettings& settings)
     : refiners({process.executor, process.clock, process.launcher, models}, installation.identifier,
                refinerLocations(installation), installation.policy),
-      recognition({process.executor, process.clock, process.launcher},
+      recognition({process.executor, process.clock, process.launcher,
+                   [&settings] { return settings.recogniserIdleLimit(); }},
                   {installation.folders.resources, installation.identifier,
                    [&models, &settings] {
                      return models.speech->activeEngine().takesHints

@@ -196,8 +196,10 @@ class FakeDictationSession final : public DictationSession {
   }
 
   [[nodiscard]] DictationDiagnostics diagnostics() const override { return {}; }
+  [[nodiscard]] bool heardSpeech() const override { return speaks; }
 
   DictationSessionConfiguration configuration;
+  bool speaks = true;
 
  private:
   Suspension<Result<DictationSessionResult>>& finishing_;
@@ -259,10 +261,10 @@ class FakeOverlay final : public OverlayController {
   void update(const DictationState& state) override { titles.push_back(state.title()); }
   void setLevel(double level) override { lastLevel = level; }
 
-  void showSilentMicrophone(bool silent) override { microphoneSilent = silent; }
+  void showCaptureCondition(CaptureCondition shown) override { condition = shown; }
 
   std::vector<std::string> titles;
-  bool microphoneSilent = false;
+  CaptureCondition condition = CaptureCondition::fine;
   double lastLevel = 0;
 };
 

@@ -132,7 +132,7 @@ class DictationRig {
   class NoOverlay final : public OverlayController {
     void update(const DictationState&) override {}
     void setLevel(double) override {}
-    void showSilentMicrophone(bool) override {}
+    void showCaptureCondition(CaptureCondition) override {}
   };
 
   Executor& executor_;

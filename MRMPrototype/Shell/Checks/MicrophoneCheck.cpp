@@ -57,6 +57,9 @@ Task<CheckResult> checkMicrophone(CheckedServices services) {
   constexpr Duration length = std::chrono::milliseconds(200);
   auto listening = sleepFor(services.executor, length);
   co_await listening;
+  if (started->hearsSpeakers)
+    co_return CheckResult{CheckState::limited,
+                          "There is no microphone: only what the speakers play is heard."};
   if (!heard->load()) {
     co_return CheckResult{CheckState::limited,
                           "The microphone delivers digital silence. It may be muted or switched off."};

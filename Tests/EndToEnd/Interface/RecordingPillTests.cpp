@@ -89,7 +89,7 @@ TEST_F(Pill, says_what_the_dictation_does_and_is_gone_at_rest) {
 
 TEST_F(Pill, tells_of_a_silent_microphone_only_while_it_records) {
   show(Case::listening);
-  pill.showSilentMicrophone(true);
+  pill.showCaptureCondition(CaptureCondition::silent);
   EXPECT_EQ(text(), "The microphone is silent");
   pill.update(Case::transcribing);
   EXPECT_EQ(text(), "Transcribing locally…");

@@ -516,15 +516,41 @@ TEST_F(DictationCoordinatorTest, SoundsFollowTheirSetting) {
   EXPECT_THAT(sounds.played(), IsEmpty());
 }
 
-TEST_F(DictationCoordinatorTest, ASilentMicrophoneIsShownAtOnce) {
+TEST_F(DictationCoordinatorTest, AStalledMicrophoneIsShownUntilItDeliversAgain) {
   begin();
   startByToggle();
-  sessions.last->configuration.onDeadMicrophone(true);
-  EXPECT_TRUE(overlay.microphoneSilent);
-  sessions.last->configuration.onDeadMicrophone(false);
-  EXPECT_FALSE(overlay.microphoneSilent);
+  speak();
+  executor.advance(100ms);
+  EXPECT_GT(overlay.lastLevel, 0);
+  executor.advance(3s);
+  EXPECT_EQ(overlay.condition, CaptureCondition::stalled);
+  EXPECT_EQ(overlay.lastLevel, 0);
+  speak();
+  executor.advance(100ms);
+  EXPECT_EQ(overlay.condition, CaptureCondition::fine);
+  executor.advance(3s);
   coordinator->toggle();
+  EXPECT_EQ(overlay.condition, CaptureCondition::fine) << "it is no state of the rest";
   executor.runUntilIdle();
+}
+
+TEST_F(DictationCoordinatorTest, AHeadsetThatTakesOverBeforeAnySpeechIsListenedTo) {
+  begin();
+  startByToggle();
+  sessions.last->speaks = false;
+  speak(100);
+  input.changeConfiguration();
+  executor.runUntilIdle();
+  EXPECT_EQ(state(), Case::listening);
+  EXPECT_EQ(sessions.samples, 100U) << "what the device before it heard";
+  EXPECT_EQ(input.startCount(), 2);
+  speak(50);
+  executor.advance(1s);
+  EXPECT_GE(sessions.samples, 150U);
+  input.changeConfiguration();
+  executor.runUntilIdle();
+  EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; captured audio processed.")
+      << "too late";
 }
 
 TEST_F(DictationCoordinatorTest, QuittingInTheMiddleGivesEverythingBack) {

@@ -349,24 +349,6 @@ TEST(IncrementalSession, ARecogniserThatKeepsUpIsNeverBehind) {
   EXPECT_FALSE(bench.session->diagnostics().everBehind);
 }
 
-TEST(IncrementalSession, NoticesADeadMicrophone) {
-  SessionBench bench;
-  bench.answer({});
-  std::vector<std::string> reports;
-  bench.configuration.onDeadMicrophone = [&](bool isDead) {
-    reports.emplace_back(isDead ? "dead" : "alive");
-  };
-  bench.start();
-  bench.record(SoundTape().zeros(0.9).noise(2).speech(2).zeros(4).speech(1).audio());
-  EXPECT_TRUE(reports.empty()) << "a slow start, and a noise gate";
-  bench.record(SoundTape().zeros(6).speech(1).audio());
-  EXPECT_EQ(reports, (Texts{"dead", "alive"}));
-  reports.clear();
-  bench.start();
-  bench.record(SoundTape().zeros(1).audio());
-  EXPECT_EQ(reports, (Texts{"dead"}));
-}
-
 TEST(IncrementalSession, TheLogTellsTheStagesAndNoWords) {
   SessionBench bench;
   bench.answer({"secret", "words"});

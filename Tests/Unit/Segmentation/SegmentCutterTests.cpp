@@ -140,14 +140,4 @@ TEST(SegmentCutter, TakesWhatDevicesDeliver) {
   EXPECT_EQ(segments[1].audio.sampleRate, 48'000);
 }
 
-TEST(SegmentCutter, KnowsADeadMicrophone) {
-  SegmentCutter cutter(3);
-  (void)cutter.append(SoundTape().zeros(1).audio());
-  EXPECT_FALSE(cutter.heardSignal());
-  EXPECT_NEAR(cutter.zeroSeconds(), 1, 1e-6);
-  (void)cutter.append(SoundTape().noise(0.02, -90).audio());
-  EXPECT_TRUE(cutter.heardSignal());
-  EXPECT_EQ(cutter.zeroSeconds(), 0);
-}
-
 }  // namespace

@@ -99,7 +99,17 @@ void PulseRecording::sourceIs(const pa_source_info& source) {
       source.monitor_of_sink_name != nullptr && std::strcmp(source.monitor_of_sink_name, madeUpSink) == 0;
   const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, source.sample_spec.rate, source.sample_spec.channels};
   if (madeUp || pa_sample_spec_valid(&spec) == 0) return lost(AudioInputError::noDevice);
-  format_ = {static_cast<double>(spec.rate), spec.channels};
+  // A monitor without a sound card is a virtual cable that somebody has laid on purpose.
+  const bool isMonitor = source.monitor_of_sink != PA_INVALID_INDEX && source.card != PA_INVALID_INDEX;
+  format_ = {static_cast<double>(spec.rate), spec.channels, isMonitor};
+  // Somebody may want to record what he hears; it is worth a word only where there is nothing else.
+  if (format_.hearsSpeakers) {
+    const auto onSource = [](pa_context*, const pa_source_info* other, int end, void* self) {
+      if (end == 0 && other->monitor_of_sink == PA_INVALID_INDEX)
+        recordingOf(self)->format_.hearsSpeakers = false;
+    };
+    PulseConnection::release(pa_context_get_source_info_list(connection_->context(), onSource, this));
+  }
   stream_.reset(pa_stream_new(connection_->context(), "Dictation", &spec, &source.channel_map));
   if (!stream_) return lost(AudioInputError::notStarted);
   pa_stream_set_state_callback(
