@@ -1,5 +1,6 @@
 #include "Platform/Qt/QtExecutor.h"
 #include "Support/DictationRig.h"
+#include "Support/FileAudioInput.h"
 #include "Support/WaveBytes.h"
 
 #include <QCoreApplication>

@@ -33,7 +33,8 @@ void CaptureHealth::begin(Instant now, bool hearsSpeakers) {
 
 CaptureCondition CaptureHealth::observe(const CaptureFigures& arrived, Instant now) {
   if (arrived.frames > 0 && arrived.sampleRate > 0) follow(arrived, now);
-  if (now - stretch_.begin >= stretchLength) closeStretch(now);
+  // A gap may be a stall; what it is shows when it is over.
+  if (now - stretch_.begin >= stretchLength && !levelIsStale(now)) closeStretch(now);
   return condition_ = judged(now);
 }
 

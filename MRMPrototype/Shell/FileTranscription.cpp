@@ -1,146 +1,136 @@
 #include "Shell/FileTranscription.h"
 
-#include "Audio/AudioCaptureService.h"
-#include "Audio/FileAudioAuthorization.h"
-#include "Audio/FileAudioInput.h"
-#include "Dictation/DictationCoordinator.h"
-#include "Foundation/Async/OneShot.h"
+#include "Foundation/Async/Timers.h"
+#include "Foundation/Text/Text.h"
 
-#include <memory>
-#include <optional>
+#include <algorithm>
 #include <utility>
+
+#include <fmt/core.h>
 
 namespace murmel {
 
 namespace {
 
-class NoOverlay final : public OverlayController {
- public:
-  void update(const DictationState&) override {}
-  void setLevel(double) override {}
-  void showCaptureCondition(CaptureCondition) override {}
-};
+constexpr double fragmentSeconds = 0.25;
+/// So much audio may wait for the recogniser before the reading waits for it, too: enough that it is never
+/// idle.
+constexpr double mostWaitingSeconds = 60;
+constexpr Duration waitingInterval = std::chrono::milliseconds(20);
 
-class NoSound final : public SoundPlayer {
- public:
-  void play(SystemSound) override {}
-};
-
-class NoDownloads final : public ModelDownloadPriorityCoordinator {
- public:
-  void notifyOptionalControls(bool) override {}
-};
-
-/// One file, dictated.
-class FileDictation {
- public:
-  FileDictation(FileTranscriptionServices& services, std::string name, std::unique_ptr<FileAudioInput> input)
-      : services_(services),
-        name_(std::move(name)),
-        input_(std::move(input)),
-        audio_(services.executor, *input_, authorization_, services.temporaryDirectory),
-        coordinator_(DictationServices{
-            .executor = services.executor,
-            .clock = services.clock,
-            .audio = audio_,
-            .insertion = services.delivery,
-            .settings = services.settings,
-            .history = services.history,
-            .models = services.models,
-            .recognition = services.recognition,
-            .refinement = services.refinement,
-            .cleanUp = services.cleanUp,
-            .sessions = services.sessions,
-            .updates = updates_,
-            .downloads = downloads_,
-            .overlay = overlay_,
-            .sounds = sounds_,
-            .diagnostic = Logger(services.log, services.applicationIdentifier, "dictation-summary"),
-            .stages = Logger(services.log, services.applicationIdentifier, "incremental-stages"),
-        }) {
-    input_->setOnEnd([this](std::expected<void, std::string> end) {
-      if (!end) inputFailure_ = end.error();
-      coordinator_.stopAndTranscribe();
-    });
+std::vector<float> mixedDown(std::span<const float> interleaved, unsigned channels) {
+  std::vector<float> mono(interleaved.size() / channels);
+  for (std::size_t frame = 0; frame < mono.size(); ++frame) {
+    float sum = 0;
+    for (unsigned channel = 0; channel < channels; ++channel) sum += interleaved[frame * channels + channel];
+    mono[frame] = sum / static_cast<float>(channels);
   }
-
-  /// What went wrong, in one sentence that names the file, or nothing.
-  Task<std::optional<std::string>> run() {
-    auto preparing = until([this] { return !isVerifying(); });
-    co_await preparing;
-    if (coordinator_.state().which() == DictationState::Case::error)
-      co_return named(coordinator_.state().title());
-
-    coordinator_.toggle();
-    auto dictating = until([this] { return hasEnded(); });
-    co_await dictating;
-    if (inputFailure_) co_return inputFailure_;
-    if (coordinator_.state().which() == DictationState::Case::error)
-      co_return named(coordinator_.state().title());
-    if (coordinator_.state().which() == DictationState::Case::warning)
-      services_.complain(named(coordinator_.state().title()));
-    co_return std::nullopt;
-  }
-
- private:
-  [[nodiscard]] std::string named(const std::string& message) const { return name_ + ": " + message; }
-  [[nodiscard]] bool isVerifying() const { return services_.models.state() == SpeechModelState::verifying; }
-
-  [[nodiscard]] bool hasEnded() const {
-    const auto& state = coordinator_.state();
-    return !state.isBusy() && (transcribing_ || state.which() == DictationState::Case::error);
-  }
-
-  /// Completes once `condition` holds. It is asked after every change of the state, and never from inside the
-  /// coordinator, which may be destroyed by whoever waits.
-  Task<void> until(std::function<bool()> condition) {
-    auto [sender, receiver] = makeOneShot<std::monostate>();
-    auto waiting = std::make_shared<OneShotSender<std::monostate>>(std::move(sender));
-    const auto look = [this, condition, waiting] {
-      transcribing_ = transcribing_ || coordinator_.state().which() == DictationState::Case::transcribing;
-      if (!condition()) return;
-      services_.executor.post([waiting] { waiting->send({}); });
-    };
-    const auto observer = coordinator_.onStateChange().subscribe([look](const DictationState&) { look(); });
-    look();
-    co_await receiver;
-  }
-
-  FileTranscriptionServices& services_;
-  std::string name_;
-  std::unique_ptr<FileAudioInput> input_;
-  FileAudioAuthorization authorization_;
-  AudioCaptureService audio_;
-  NoOverlay overlay_;
-  NoSound sounds_;
-  NoDownloads downloads_;
-  UpdateActivityRegister updates_;
-  DictationCoordinator coordinator_;
-  std::optional<std::string> inputFailure_;
-  bool transcribing_ = false;
-};
+  return mono;
+}
 
 }  // namespace
 
-Task<int> transcribeFiles(FileTranscriptionServices services, std::vector<std::filesystem::path> files) {
-  int status = 0;
-  const auto pace = services.realTime ? FileAudioInput::Pace::realTime : FileAudioInput::Pace::asFastAsItCan;
-  for (const auto& file : files) {
-    auto input = FileAudioInput::open(services.executor, services.clock, file, pace);
-    std::optional<std::string> failure;
-    if (input) {
-      FileDictation dictation(services, file.string(), *std::move(input));
-      auto running = dictation.run();
-      failure = co_await running;
-    } else {
-      failure = input.error();
-    }
-    if (failure) {
-      services.complain(*failure);
-      status = 1;
-    }
+DictationSessionConfiguration TranscriptionServices::configuration(double targetSegmentSeconds) const {
+  DictationSessionConfiguration configuration;
+  configuration.transcription = recogniser;
+  configuration.refinement = refinement.makeRefinementProvider();
+  configuration.languageCode = settings.workerLanguageCode();
+  configuration.targetSegmentSeconds = targetSegmentSeconds;
+  return configuration;
+}
+
+SpokenText TranscriptionServices::cleaned(const SpokenText& text) const {
+  return SpokenText(std::string(text::trimmed(cleanUp.clean(text.reveal()))));
+}
+
+Transcript TranscriptionServices::transcript(std::string name, std::vector<RecognisedPiece> pieces) const {
+  Transcript transcript;
+  transcript.name = std::move(name);
+  std::string whole;
+  for (auto& piece : pieces) {
+    whole += (whole.empty() ? "" : " ") + piece.text.reveal();
+    piece.text = cleaned(piece.text);
+    if (!piece.text.empty()) transcript.pieces.push_back(std::move(piece));
   }
-  co_return status;
+  transcript.text = cleaned(SpokenText(std::move(whole)));
+  return transcript;
+}
+
+FileTranscription::FileTranscription(const TranscriptionServices& services, std::string name,
+                                     AudioFileReader reader, Options options)
+    : services_(services), name_(std::move(name)), reader_(std::move(reader)), options_(std::move(options)) {
+  auto configuration = services_.configuration(options_.targetSegmentSeconds);
+  configuration.somebodyWaits = true;
+  if (options_.onPhrase) {
+    configuration.onRecognised = [this](const RecognisedPiece& piece) { phrase_ = piece.span; };
+    configuration.onPhrase = [this](SpokenText text) { return showPhrase(std::move(text)); };
+  }
+  session_ = services_.sessions.make(std::move(configuration));
+}
+
+Task<FileTranscription::Outcome> FileTranscription::run() {
+  auto reading = readAll();
+  co_await reading;
+  auto finishing = session_->finish();
+  const Result<DictationSessionResult> result = co_await finishing;
+  Outcome outcome{soFar(), problem_};
+  if (result) {
+    outcome.transcript.missing = result->missing;
+    if (!result->missing.empty())
+      outcome.problem = fmt::format("{}: not recognized: {}", name_, described(result->missing));
+  } else if (result.error().which() != MRMError::Case::noSpeech) {
+    outcome.transcript.missing = {{0, readSeconds_}};
+    outcome.problem = fmt::format("{}: not recognized: {}. {}", name_, described(outcome.transcript.missing),
+                                  result.error().localizedDescription());
+  }
+  co_return outcome;
+}
+
+Task<void> FileTranscription::readAll() {
+  const double rate = reader_.sampleRate();
+  const unsigned channels = reader_.channelCount();
+  std::vector<float> fragment(std::max<std::size_t>(static_cast<std::size_t>(rate * fragmentSeconds), 1) *
+                              channels);
+  const auto begin = services_.clock.now();
+  while (true) {
+    const auto frames = reader_.read(fragment);
+    if (!frames) problem_ = frames.error();
+    if (!frames || *frames == 0) break;
+    readSeconds_ += static_cast<double>(*frames) / rate;
+    session_->append({mixedDown(std::span(fragment).first(*frames * channels), channels), rate});
+    reportProgress();
+    // Always a turn of the loop: others have to do, too, and an interruption may come.
+    Duration wait{};
+    if (options_.realTime)
+      wait = std::max(begin + secondsToDuration(readSeconds_) - services_.clock.now(), Duration{});
+    do {
+      auto turn = sleepFor(services_.executor, wait);
+      co_await turn;
+      wait = waitingInterval;
+      reportProgress();
+    } while (session_->waitingSeconds() > mostWaitingSeconds);
+  }
+}
+
+Task<void> FileTranscription::showPhrase(SpokenText text) {
+  reportProgress();
+  auto phrase = services_.cleaned(text);
+  if (!phrase.empty()) options_.onPhrase({phrase_, std::move(phrase)});
+  co_return;
+}
+
+void FileTranscription::reportProgress() {
+  if (options_.onProgress) options_.onProgress(std::max(readSeconds_ - session_->waitingSeconds(), 0.0));
+}
+
+Transcript FileTranscription::soFar() const {
+  auto transcript = services_.transcript(name_, session_->recognisedSoFar());
+  transcript.seconds = readSeconds_;
+  return transcript;
+}
+
+double FileTranscription::expectedSeconds() const {
+  return static_cast<double>(reader_.expectedFrames()) / reader_.sampleRate();
 }
 
 }  // namespace murmel

@@ -25,6 +25,30 @@ std::vector<std::string> reversed(std::vector<std::string> arguments) {
   return arguments;
 }
 
+constexpr int usageError = 2;
+
+void addForms(CLI::App& command, TranscriptForm& form, const std::vector<std::string>& names) {
+  static const std::map<std::string, std::pair<TranscriptForm, const char*>> forms{
+      {"json", {TranscriptForm::json, "Objects on lines, with the times"}},
+      {"srt", {TranscriptForm::srt, "Subtitles (SubRip)"}},
+      {"vtt", {TranscriptForm::vtt, "Subtitles (WebVTT)"}},
+  };
+  for (const auto& name : names) {
+    const auto& [value, help] = forms.at(name);
+    command.add_flag_callback(
+        "--" + name, [&form, value = value] { form = value; }, help);
+  }
+}
+
+void addSpeechOptions(CLI::App& command, SpeechOptions& options) {
+  command.add_flag("--history", options.history, "Keep the text in the history too, when it is switched on");
+  command.add_flag("--refine", options.refine, "Punctuation and capitals by the local language model");
+  std::vector<std::string> languages;
+  for (const auto language : allCases<DictationLanguage>()) languages.emplace_back(rawValue(language));
+  command.add_option("--language", options.language, "Two-letter code of the language that is spoken")
+      ->check(CLI::IsMember(languages));
+}
+
 }  // namespace
 
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version) {
@@ -44,18 +68,20 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
 
   TranscribeRole transcribe;
   auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
-  transcribeCommand->add_option("FILE", transcribe.files, "WAV files")->required();
-  transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
-  transcribeCommand->add_flag("--history", transcribe.history,
-                              "Keep the text in the history too, when it is switched on");
-  transcribeCommand->add_flag("--live", transcribe.live, "Print phrases as they come");
-  transcribeCommand->add_flag("--refine", transcribe.refine,
-                              "Punctuation and capitals by the local language model");
-  std::vector<std::string> languages;
-  for (const auto language : allCases<DictationLanguage>()) languages.emplace_back(rawValue(language));
   transcribeCommand
-      ->add_option("--language", transcribe.language, "Two-letter code of the language that is spoken")
-      ->check(CLI::IsMember(languages));
+      ->add_option("FILE", transcribe.files, "WAV, FLAC, Ogg, Opus, MP3 …; - is the standard input")
+      ->required();
+  transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
+  transcribeCommand->add_flag("--live", transcribe.live, "Print phrases as they come");
+  addForms(*transcribeCommand, transcribe.form, {"json", "srt", "vtt"});
+  addSpeechOptions(*transcribeCommand, transcribe.speech);
+  ListenRole listen;
+  auto* listenCommand = app.add_subcommand("listen", "Print what is said into the microphone");
+  addForms(*listenCommand, listen.form, {"json"});
+  listenCommand
+      ->add_option("--until-silence", listen.untilSilence, "End after so long a silence, as in 2s or 800ms")
+      ->transform(CLI::AsNumberWithUnit(std::map<std::string, double>{{"s", 1}, {"ms", 0.001}}));
+  addSpeechOptions(*listenCommand, listen.speech);
   auto* doctorCommand =
       app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
   DoctorRole doctor;
@@ -88,10 +114,15 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   } catch (const CLI::ParseError& error) {
     std::ostringstream output;
     const int ended = app.exit(error, output, output);
-    constexpr int usageError = 2;
     return MessageRole{ended == 0 ? 0 : usageError, output.str()};
   }
-  if (transcribeCommand->parsed()) return transcribe;
+  if (transcribeCommand->parsed()) {
+    const bool subtitles = transcribe.form == TranscriptForm::srt || transcribe.form == TranscriptForm::vtt;
+    if (subtitles && (transcribe.files.size() > 1 || transcribe.live))
+      return MessageRole{usageError, "Subtitles are made of one whole file at a time.\n"};
+    return transcribe;
+  }
+  if (listenCommand->parsed()) return listen;
   if (doctorCommand->parsed()) return doctor;
   if (statusCommand->parsed()) return status;
   if (modelsCommand->parsed()) return models;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Shell/IntelCommand.h"
+#include "Shell/TranscriptForms.h"
 
 #include <filesystem>
 #include <optional>
@@ -22,13 +23,23 @@ struct DesktopRole {
   bool replaces = false;  ///< wait for the running instance to end instead of showing it
 };
 struct ModelDownloadSmokeRole {};
+/// What a program on the command line says in place of the settings.
+struct SpeechOptions {
+  bool refine = false;                  ///< format with the local models
+  bool history = false;                 ///< keep the text in the history, when that is switched on
+  std::optional<std::string> language;  ///< two letters; forces the language of recognition
+};
 struct TranscribeRole {
   std::vector<std::filesystem::path> files;
-  bool realTime = false;                ///< play the recordings as fast as they were spoken
-  bool live = false;                    ///< print phrases as they come
-  bool history = false;                 ///< keep the text in the history, when that is switched on
-  bool refine = false;                  ///< format with the local models, whatever the settings say
-  std::optional<std::string> language;  ///< two letters; forces the language of recognition
+  TranscriptForm form = TranscriptForm::text;
+  bool realTime = false;  ///< play the recordings as fast as they were spoken
+  bool live = false;      ///< print phrases as they come
+  SpeechOptions speech;
+};
+struct ListenRole {
+  TranscriptForm form = TranscriptForm::text;
+  std::optional<double> untilSilence;  ///< seconds
+  SpeechOptions speech;
 };
 struct RemoteCommandRole {
   IntelCommand command;
@@ -53,8 +64,9 @@ struct MessageRole {
   std::string text;
 };
 
-using LaunchRole = std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, RemoteCommandRole,
-                                StatusRole, DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
+using LaunchRole =
+    std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, ListenRole, RemoteCommandRole,
+                 StatusRole, DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

@@ -19,6 +19,8 @@ struct Arguments {
 int runDesktop(Arguments arguments, const Installation& installation, const DesktopRole& role);
 /// Audio files to text, without a desktop.
 int runTranscribe(Arguments arguments, const Installation& installation, const TranscribeRole& role);
+/// From the microphone to the standard output, without a desktop.
+int runListen(Arguments arguments, const Installation& installation, const ListenRole& role);
 /// One command to the running instance: `commandStatus`.
 int runRemoteCommand(Arguments arguments, const Installation& installation, IntelCommand command);
 /// What the running instance is doing.

@@ -32,7 +32,7 @@ class StatusPublisher final : public OverlayController {
 
   void update(const DictationState& state) override;
   void setLevel(double level) override;
-  void showSilentMicrophone(bool silent) override { shown_.showSilentMicrophone(silent); }
+  void showCaptureCondition(CaptureCondition condition) override { shown_.showCaptureCondition(condition); }
 
   [[nodiscard]] StatusReport report() const;
   [[nodiscard]] Signal<>& didChange() { return didChange_; }

@@ -1,17 +1,10 @@
-#include "Foundation/Async/Scope.h"
-#include "Platform/Linux/Journal/JournalLogSink.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "Platform/Qt/QtExecutor.h"
-#include "Shell/FileTranscription.h"
-#include "Shell/ModelServices.h"
-#include "Shell/Programs.h"
-#include "Shell/SpeechServices.h"
-#include "Shell/StandardOutputDelivery.h"
-#include "Shell/StorageServices.h"
-#include "Shell/TranscriptionSettings.h"
+// Audio files to text, without a desktop.
 
-#include <QCoreApplication>
-#include <cstdio>
+#include "Shell/CommandLineSpeech.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
 
 #include <fmt/core.h>
 
@@ -19,79 +12,99 @@ namespace murmel {
 
 namespace {
 
-Task<void> exitWith(Task<int> work) {
-  const int status = co_await work;
-  QCoreApplication::exit(status);
-}
+/// Long segments are recognised best; subtitles and phrases for somebody who watches are short.
+constexpr double textSeconds = 15;
+constexpr double subtitleSeconds = 5;
+constexpr double phraseSeconds = 3;
+/// What a shell makes of an interruption.
+constexpr int interruptedStatus = 130;
 
-/// Whoever asks for formatting on the command line waits for the models; dictation does not.
-Task<int> refineAndTranscribe(FileTranscriptionServices services, LocalModelRefiners& refiners,
-                              SmartLocalModel model, std::vector<std::filesystem::path> files) {
-  auto preparingModel = refiners.prepared(model);
-  const bool modelReady = co_await preparingModel;
-  auto preparingRussian = refiners.russianPrepared();
-  const bool russianReady = co_await preparingRussian;
-  if (!modelReady && !russianReady) {
-    services.complain(MRMError(MRMError::Case::smartModelMissing).localizedDescription() +
-                      "; the text stays as it was recognized");
+class TranscribeProgram {
+ public:
+  TranscribeProgram(CommandLineSpeech& speech, const TranscribeRole& role) : speech_(speech), role_(role) {
+    speech_.interrupt.setHandler([this] { interrupted(); });
   }
-  auto transcribing = transcribeFiles(services, files);
-  const int status = co_await transcribing;
-  co_return status;
-}
 
-void printLine(std::FILE* stream, const std::string& prefix, const std::string& text) {
-  fmt::print(stream, "{}{}\n", prefix, text);
-  std::fflush(stream);
-}
+  Task<int> run() {
+    auto preparing = speech_.prepare();
+    const std::expected<void, std::string> prepared = co_await preparing;
+    if (!prepared) {
+      speech_.output.complain(prepared.error());
+      co_return 1;
+    }
+    bool complete = true;
+    for (const auto& file : role_.files) {
+      auto transcribing = transcribe(file.string());
+      const bool whole = co_await transcribing;
+      complete = complete && whole;
+      if (speech_.output.failed()) break;
+    }
+    co_return complete && !speech_.output.failed() ? 0 : 1;
+  }
+
+ private:
+  Task<bool> transcribe(std::string name) {
+    auto reader = AudioFileReader::open(name);
+    if (!reader) {
+      speech_.output.complain(reader.error());
+      co_return false;
+    }
+    current_.emplace(speech_.services, name, *std::move(reader), options(name));
+    auto running = current_->run();
+    const FileTranscription::Outcome outcome = co_await running;
+    if (!role_.live) write(outcome.transcript);
+    if (outcome.problem) speech_.output.complain(*outcome.problem);
+    speech_.keep(outcome.transcript);
+    current_.reset();
+    co_return !outcome.problem;
+  }
+
+  FileTranscription::Options options(const std::string& name) {
+    FileTranscription::Options options;
+    const bool subtitles = role_.form != TranscriptForm::text;
+    options.targetSegmentSeconds = role_.live ? phraseSeconds : subtitles ? subtitleSeconds : textSeconds;
+    options.realTime = role_.realTime;
+    if (role_.live) {
+      options.onPhrase = [this](const RecognisedPiece& phrase) {
+        speech_.output.write(formattedPhrase(phrase, role_.form));
+      };
+    }
+    options.onProgress = [this, name](double done) {
+      const double all = std::max(current_ ? current_->expectedSeconds() : 0, done);
+      if (std::exchange(shownSeconds_, static_cast<long>(done)) == static_cast<long>(done)) return;
+      speech_.output.progress(fmt::format("{}: {:.0f} % ({} of {})", name, all > 0 ? 100 * done / all : 0,
+                                          clockTime(done), clockTime(all)));
+    };
+    return options;
+  }
+
+  void write(const Transcript& transcript) {
+    speech_.output.write(formatted(transcript, role_.form, role_.files.size() > 1));
+  }
+
+  /// What is there is worth having; the rest is not waited for.
+  void interrupted() {
+    if (current_) {
+      auto transcript = current_->soFar();
+      transcript.interrupted = true;
+      if (!role_.live) write(transcript);
+      speech_.output.complain(transcript.name + ": interrupted; the text ends before the recording does");
+    }
+    speech_.leave(interruptedStatus);
+  }
+
+  CommandLineSpeech& speech_;
+  TranscribeRole role_;
+  std::optional<FileTranscription> current_;
+  long shownSeconds_ = -1;
+};
 
 }  // namespace
 
 int runTranscribe(Arguments arguments, const Installation& installation, const TranscribeRole& role) {
-  const QCoreApplication application(arguments.count, arguments.values);
-  QtExecutor executor;
-  SystemClock clock;
-  JournalLogSink log(JournalLogSink::Fallback::none);
-  LinuxProcessLauncher launcher;
-  const ProcessServices process{executor, clock, log, launcher};
-  ModelServices models(process, installation);
-  StorageServices storage(
-      executor, installation, [&models](SmartLocalModel model) { return models.readiness(model); }, nullptr);
-  storage.settings.waitForPersonalVocabulary();
-  for (const auto& message : storage.defaults.messages()) printLine(stderr, "murmel: ", message);
-  TranscriptionSettings settings(storage.settings, role);
-  SpeechServices speech(process, installation, models, settings);
-  StandardOutputDelivery delivery([](const std::string& text) { printLine(stdout, "", text); });
-
-  FileTranscriptionServices services{
-      .executor = executor,
-      .clock = clock,
-      .delivery = delivery,
-      .settings = settings,
-      .history = storage.history,
-      .models = *models.speech,
-      .recognition = speech.recognition,
-      .refinement = speech.refinement,
-      .cleanUp = speech.cleanUp,
-      .sessions = speech.sessions,
-      .log = log,
-      .applicationIdentifier = installation.identifier,
-      .temporaryDirectory = installation.folders.temporary,
-      .realTime = role.realTime,
-      .complain = [](const std::string& sentence) { printLine(stderr, "murmel: ", sentence); },
-  };
-  Scope scope;
-  // From inside the loop: an exit before it runs would be lost.
-  executor.post([&] {
-    auto work = role.refine
-                    ? refineAndTranscribe(services, speech.refiners, settings.smartLocalModel(), role.files)
-                    : transcribeFiles(services, role.files);
-    scope.start(exitWith(std::move(work)));
-  });
-  const int status = QCoreApplication::exec();
-  if (storage.history.finish()) return status;
-  printLine(stderr, "murmel: ", "The text could not be kept in the history.");
-  return 1;
+  CommandLineSpeech speech(arguments, installation, role.speech);
+  TranscribeProgram program(speech, role);
+  return speech.run(program.run());
 }
 
 }  // namespace murmel

@@ -8,30 +8,31 @@ namespace murmel {
 /// The user's settings, with what the command line says in their place. The settings must outlive it.
 class TranscriptionSettings final : public DictationSettings {
  public:
-  TranscriptionSettings(const DictationSettings& user, const TranscribeRole& role)
-      : user_(user), role_(role) {}
+  TranscriptionSettings(const DictationSettings& user, const SpeechOptions& options)
+      : user_(user), options_(options) {}
 
   [[nodiscard]] bool playFeedbackSound() const override { return false; }
   [[nodiscard]] bool processWhileRecording() const override { return user_.processWhileRecording(); }
-  /// Only on request: phrases are for somebody who watches.
-  [[nodiscard]] bool insertWhileRecording() const override { return role_.live; }
+  /// There is nothing to insert into.
+  [[nodiscard]] bool insertWhileRecording() const override { return false; }
   [[nodiscard]] bool removeFillerWords() const override { return user_.removeFillerWords(); }
-  [[nodiscard]] bool smartFormatting() const override { return role_.refine || user_.smartFormatting(); }
+  [[nodiscard]] bool smartFormatting() const override { return options_.refine || user_.smartFormatting(); }
   [[nodiscard]] SmartRefinementRoutingMode smartRefinementRouting() const override {
     return user_.smartRefinementRouting();
   }
   [[nodiscard]] SmartLocalModel smartLocalModel() const override { return user_.smartLocalModel(); }
-  [[nodiscard]] bool historyEnabled() const override { return role_.history && user_.historyEnabled(); }
+  [[nodiscard]] bool historyEnabled() const override { return options_.history && user_.historyEnabled(); }
   [[nodiscard]] HistoryRetention historyRetention() const override { return user_.historyRetention(); }
   [[nodiscard]] std::string personalVocabulary() const override { return user_.personalVocabulary(); }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override {
-    return role_.language ? role_.language : user_.workerLanguageCode();
+    return options_.language ? options_.language : user_.workerLanguageCode();
   }
+  [[nodiscard]] Duration recogniserIdleLimit() const override { return user_.recogniserIdleLimit(); }
   [[nodiscard]] std::string historyLanguageLabel() const override { return user_.historyLanguageLabel(); }
 
  private:
   const DictationSettings& user_;
-  TranscribeRole role_;
+  SpeechOptions options_;
 };
 
 }  // namespace murmel

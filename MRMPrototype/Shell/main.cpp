@@ -31,6 +31,7 @@ struct Run {
 
   int operator()(const MessageRole& /*shown already*/) const { return 0; }
   int operator()(const TranscribeRole& role) const { return runTranscribe(arguments, installation, role); }
+  int operator()(const ListenRole& role) const { return runListen(arguments, installation, role); }
   int operator()(const RemoteCommandRole& role) const {
     return runRemoteCommand(arguments, installation, role.command);
   }

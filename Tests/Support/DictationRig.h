@@ -1,8 +1,6 @@
 #pragma once
 
 #include "Audio/AudioCaptureService.h"
-#include "Audio/FileAudioAuthorization.h"
-#include "Audio/FileAudioInput.h"
 #include "Delivery/TextInsertionService.h"
 #include "Dictation/DictationCoordinator.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
@@ -16,6 +14,7 @@
 #include "Recognition/FluidAudioProvider.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/DictationFakes.h"
+#include "Support/FileAudioInput.h"
 #include "Support/TemporaryFolder.h"
 
 #include <filesystem>

@@ -1,10 +1,10 @@
 // What every audio input promises: the microphone of a sound server, a file, and the fake.
 
-#include "Audio/FileAudioInput.h"
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Support/Awaiting.h"
+#include "Support/FileAudioInput.h"
 #include "Support/Listening.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/WaveBytes.h"

@@ -4,9 +4,11 @@
 usage: transcribe_test.py MURMEL
 """
 
+import json
 import math
 import pathlib
 import re
+import signal
 import struct
 import subprocess
 import sys
@@ -64,8 +66,10 @@ class TranscribeTest(unittest.TestCase):
         self.assertGreaterEqual(len(pairs), 10)
         result = run("transcribe", *(path for path, _ in pairs))
         self.assertEqual(result.returncode, 0, result.stderr)
-        lines = result.stdout.splitlines()
-        self.assertEqual(len(lines), len(pairs), result.stdout)
+        lines = []
+        for (path, _), line in zip(pairs, result.stdout.splitlines(), strict=True):
+            self.assertTrue(line.startswith(f"{path}: "), line)
+            lines.append(line.removeprefix(f"{path}: "))
 
         for name, texts in (("ref", [text for _, text in pairs]), ("hyp", map(words_of, lines))):
             (self.folder / name).write_text("".join(f"{text} (s_{n})\n" for n, text in enumerate(texts)))
@@ -110,16 +114,65 @@ class TranscribeTest(unittest.TestCase):
 
     def test_formats_of_other_programs_say_the_same(self):
         source = DATA / "cards" / "005.wav"
-        expected = run("transcribe", source).stdout
-        self.assertRegex(expected, "(7|seven) of hearts")
-        variants = {"float.wav": ["-e", "floating-point", "-b", "32"], "deep.wav": ["-b", "24"],
-                    "stereo48.wav": ["-r", "48000", "-c", "2"], "cd.wav": ["-r", "44100"], "wide.wav": ["-r", "96000"]}
+        self.assertRegex(run("transcribe", source).stdout, "(7|seven) of hearts")
+        variants = {"float.wav": ["-c:a", "pcm_f32le"], "deep.wav": ["-c:a", "pcm_s24le"], "cd.wav": ["-ar", "44100"],
+                    "stereo48.wav": ["-ar", "48000", "-ac", "2"], "big.rf64.wav": ["-rf64", "always"], "a.flac": [],
+                    "a.ogg": ["-c:a", "libvorbis"], "a.opus": [], "a.mp3": []}
         for name, options in variants.items():
-            subprocess.run(["sox", source, *options, self.folder / name], check=True, capture_output=True)
+            subprocess.run(["ffmpeg", "-loglevel", "error", "-i", source, *options, self.folder / name], check=True)
         result = run("transcribe", *(self.folder / name for name in variants))
         self.assertEqual(result.returncode, 0, result.stderr)
         for name, line in zip(variants, result.stdout.splitlines(), strict=True):
             self.assertIn("of hearts", line, name)
+        for name in ("a.opus", "cd.wav"):
+            with (self.folder / name).open("rb") as file:
+                piped = run("transcribe", "-", stdin=file)
+            self.assertIn("of hearts", piped.stdout, piped.stderr)
+        with subprocess.Popen(["cat", self.folder / "a.flac"], stdout=subprocess.PIPE) as through:
+            self.assertIn("of hearts", run("transcribe", "-", stdin=through.stdout).stdout)
+
+    def test_other_forms_have_the_times(self):
+        source = DATA / "librivox" / "sense_and_sensibility_01_austen_64kb-0880.wav"
+        spoken = json.loads(run("transcribe", "--json", source).stdout)
+        self.assertTrue(spoken["complete"])
+        ends = [0] + [end for segment in spoken["segments"] for end in (segment["start"], segment["end"])]
+        self.assertEqual(ends, sorted(ends))
+        self.assertLessEqual(ends[-1], spoken["seconds"] + 0.001)
+        self.assertEqual(words_of(" ".join(segment["text"] for segment in spoken["segments"])), words_of(spoken["text"]))
+        for form, first in (("--srt", "1\n00:00:0"), ("--vtt", "WEBVTT\n\n1\n00:00:0")):
+            self.assertTrue(run("transcribe", form, source).stdout.startswith(first))
+        self.assertEqual(run("transcribe", "--srt", source, source).returncode, 2)
+
+    def test_text_that_cannot_be_written_and_hostile_files_end_with_a_reason(self):
+        with open("/dev/full", "w") as full:
+            result = subprocess.run([MURMEL, "transcribe", DATA / "cards" / "001.wav"], stdout=full,
+                                    stderr=subprocess.PIPE, text=True, timeout=120)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("cannot be written", result.stderr)
+        whole = (DATA / "cards" / "001.wav").read_bytes()
+        hostile = {"rate.wav": struct.pack("<I", 0x7FFFFFFF), "slow.wav": struct.pack("<I", 1)}
+        for name, rate in hostile.items():
+            (self.folder / name).write_bytes(whole[:24] + rate + whole[28:])
+        (self.folder / "channels.wav").write_bytes(whole[:22] + b"\xff\xff" + whole[24:])
+        (self.folder / "song.m4a").write_bytes(b"\0\0\0\x20ftypM4A " + bytes(64))
+        (self.folder / "endless.wav").write_bytes(whole[:40] + b"\xff\xff\xff\xff" + whole[44:])
+        names = [*hostile, "channels.wav", "song.m4a", "endless.wav"]
+        result = run("transcribe", *(self.folder / name for name in names))
+        self.assertEqual(result.returncode, 1)
+        for name in names[:-1]:
+            self.assertIn(f"{self.folder / name}: ", result.stderr)
+        self.assertIn(f"ffmpeg -i '{self.folder}/song.m4a'", result.stderr)
+        self.assertIn("endless.wav: ", result.stdout, "the header's length is not believed")
+
+    def test_an_interruption_prints_what_is_there(self):
+        source = DATA / "cards" / "005.wav"
+        murmel = subprocess.Popen([MURMEL, "transcribe", "--json", "--real-time", source, source],
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        first = murmel.stdout.readline()
+        murmel.send_signal(signal.SIGINT)
+        rest, complaints = murmel.communicate(timeout=60)
+        self.assertEqual(murmel.returncode, 130, complaints)
+        self.assertEqual([json.loads(line)["complete"] for line in (first, rest)], [True, False])
 
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")

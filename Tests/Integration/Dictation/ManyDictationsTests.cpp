@@ -1,5 +1,6 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/DictationRig.h"
+#include "Support/FileAudioInput.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessTraces.h"
 

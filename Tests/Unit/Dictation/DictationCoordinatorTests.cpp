@@ -47,9 +47,10 @@ TEST_F(DictationCoordinatorTest, AHeldShortcutDictates) {
   coordinator->shortcutPressed();
   EXPECT_EQ(state(), Case::listening) << "a second press while recording is ignored";
   speak(480);
-  executor.advance(1s);
-  EXPECT_EQ(sessions.samples, 960U) << "captured audio goes to the session once a second";
+  executor.advance(100ms);
   EXPECT_GT(overlay.lastLevel, 0);
+  executor.advance(900ms);
+  EXPECT_EQ(sessions.samples, 960U) << "captured audio goes to the session once a second";
 
   insertion.insertion.holdBack();
   coordinator->shortcutReleased();
@@ -542,11 +543,11 @@ TEST_F(DictationCoordinatorTest, AHeadsetThatTakesOverBeforeAnySpeechIsListenedT
   input.changeConfiguration();
   executor.runUntilIdle();
   EXPECT_EQ(state(), Case::listening);
-  EXPECT_EQ(sessions.samples, 100U) << "what the device before it heard";
+  EXPECT_EQ(sessions.samples, 580U) << "what the device before it heard";
   EXPECT_EQ(input.startCount(), 2);
   speak(50);
-  executor.advance(1s);
-  EXPECT_GE(sessions.samples, 150U);
+  executor.advance(1100ms);
+  EXPECT_GE(sessions.samples, 630U);
   input.changeConfiguration();
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; captured audio processed.")

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,9 +36,14 @@ std::string roleOf(const std::vector<std::string>& arguments) {
     std::string operator()(const TranscribeRole& transcribe) const {
       std::string text = transcribe.realTime ? "transcribe slowly" : "transcribe";
       if (transcribe.live) text += " live";
-      if (transcribe.refine) text += " refined";
-      if (transcribe.language) text += " in " + *transcribe.language;
+      if (transcribe.speech.refine) text += " refined";
+      if (transcribe.speech.language) text += " in " + *transcribe.speech.language;
       for (const auto& file : transcribe.files) text += " " + file.string();
+      return text;
+    }
+    std::string operator()(const ListenRole& listen) const {
+      std::string text = listen.form == TranscriptForm::json ? "listen json" : "listen";
+      if (listen.untilSilence) text += fmt::format(" until {}", *listen.untilSilence);
       return text;
     }
     std::string operator()(const RemoteCommandRole& remote) const {
@@ -130,6 +136,10 @@ TEST(LaunchRole, FollowsTheArguments) {
        "transcribe live refined in de a.wav"},
       {{"transcribe", "--language", "xx", "a.wav"}, "exit 2"},
       {{"transcribe"}, "exit 2"},
+      {{"transcribe", "--srt", "a.wav", "b.wav"}, "exit 2"},
+      {{"listen"}, "listen"},
+      {{"listen", "--json", "--until-silence", "800ms"}, "listen json until 0.8"},
+      {{"listen", "--until-silence", "soon"}, "exit 2"},
       {{"toggle"}, "MRM.Intel.ToggleDictation"},
       {{"start"}, "MRM.Intel.StartDictation"},
       {{"stop"}, "MRM.Intel.StopDictation"},

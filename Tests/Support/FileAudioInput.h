@@ -1,10 +1,11 @@
 #pragma once
 
-#include "Audio/WaveFileReader.h"
+#include "Audio/AudioFileReader.h"
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/OneShot.h"
 #include "Platform/AudioInput.h"
+#include "Platform/MicrophoneAuthorization.h"
 
 #include <expected>
 #include <filesystem>
@@ -31,7 +32,7 @@ class FileAudioInput final : public AudioInput {
   /// when the file could not be read to its end. A file that cannot be read at all fails the start instead.
   using EndHandler = std::move_only_function<void(std::expected<void, std::string>)>;
 
-  /// The error is one line for a user and names the file (WaveFileReader::open says what is an error). The
+  /// The error is one line for a user and names the file (AudioFileReader::open says what is an error). The
   /// executor and the clock must outlive the input.
   static std::expected<std::unique_ptr<FileAudioInput>, std::string> open(Executor& executor, Clock& clock,
                                                                           const std::filesystem::path& path,
@@ -51,7 +52,7 @@ class FileAudioInput final : public AudioInput {
  private:
   struct Recording;
 
-  FileAudioInput(Executor& executor, Clock& clock, WaveFileReader reader, Pace pace);
+  FileAudioInput(Executor& executor, Clock& clock, AudioFileReader reader, Pace pace);
 
   class StartGuard;
 
@@ -63,13 +64,23 @@ class FileAudioInput final : public AudioInput {
 
   Executor& executor_;
   Clock& clock_;
-  WaveFileReader reader_;
+  AudioFileReader reader_;
   Pace pace_;
+  std::uint64_t sampleRate_;
   std::uint64_t framesPerFragment_;
   std::vector<float> fragment_;
   // Shared with the call that runs it, in which the owner may let go of this input.
   std::shared_ptr<EndHandler> onEnd_;
   std::shared_ptr<Recording> recording_;
+};
+
+/// Goes with it: a file that could be opened may be listened to.
+class FileAudioAuthorization final : public MicrophoneAuthorization {
+ public:
+  [[nodiscard]] MicrophonePermissionPhase phase() const override {
+    return MicrophonePermissionPhase::authorized;
+  }
+  Task<bool> requestAccess() override { co_return true; }
 };
 
 }  // namespace murmel

@@ -1,4 +1,4 @@
-#include "Audio/FileAudioInput.h"
+#include "Support/FileAudioInput.h"
 
 #include <algorithm>
 #include <optional>
@@ -54,19 +54,20 @@ class FileAudioInput::StartGuard {
   std::shared_ptr<Recording> recording_;
 };
 
-FileAudioInput::FileAudioInput(Executor& executor, Clock& clock, WaveFileReader reader, Pace pace)
+FileAudioInput::FileAudioInput(Executor& executor, Clock& clock, AudioFileReader reader, Pace pace)
     : executor_(executor),
       clock_(clock),
       reader_(std::move(reader)),
       pace_(pace),
-      framesPerFragment_(std::max<std::uint64_t>(reader_.format().sampleRate / fragmentsPerSecond, 1)),
-      fragment_(framesPerFragment_ * reader_.format().channelCount) {}
+      sampleRate_(static_cast<std::uint64_t>(reader_.sampleRate())),
+      framesPerFragment_(std::max<std::uint64_t>(sampleRate_ / fragmentsPerSecond, 1)),
+      fragment_(framesPerFragment_ * reader_.channelCount()) {}
 
 FileAudioInput::~FileAudioInput() = default;
 
 std::expected<std::unique_ptr<FileAudioInput>, std::string> FileAudioInput::open(
     Executor& executor, Clock& clock, const std::filesystem::path& path, Pace pace) {
-  auto reader = WaveFileReader::open(path);
+  auto reader = AudioFileReader::open(path);
   if (!reader) return std::unexpected(std::move(reader.error()));
   return std::unique_ptr<FileAudioInput>(new FileAudioInput(executor, clock, *std::move(reader), pace));
 }
@@ -76,11 +77,11 @@ void FileAudioInput::setOnEnd(EndHandler onEnd) {
 }
 
 AudioFormat FileAudioInput::format() const {
-  return {static_cast<double>(reader_.format().sampleRate), reader_.format().channelCount};
+  return {static_cast<double>(sampleRate_), reader_.channelCount()};
 }
 
 Duration FileAudioInput::duration() const {
-  return timeOfFrames(reader_.frameCount(), reader_.format().sampleRate);
+  return timeOfFrames(reader_.expectedFrames(), sampleRate_);
 }
 
 Task<std::expected<AudioFormat, AudioInputError>> FileAudioInput::start(
@@ -104,16 +105,16 @@ void FileAudioInput::stop() {
   if (pace_ != Pace::realTime) return;
   // What cannot be read any more is lost here as with a microphone; the end handler is for a played file.
   if (!deliverDue(*recording)) return;
-  const auto heard = std::min(framesHeard(*recording), reader_.frameCount());
+  const auto heard = std::min(framesHeard(*recording), reader_.expectedFrames());
   if (heard > recording->delivered) static_cast<void>(deliver(*recording, heard - recording->delivered));
 }
 
 void FileAudioInput::scheduleNext() {
   Duration delay{0};
   if (pace_ == Pace::realTime) {
-    const auto next = std::min(recording_->delivered + framesPerFragment_, reader_.frameCount());
+    const auto next = std::min(recording_->delivered + framesPerFragment_, reader_.expectedFrames());
     const auto elapsed = clock_.now() - recording_->startedAt;
-    delay = std::max(timeOfFrames(next, reader_.format().sampleRate) - elapsed, Duration{0});
+    delay = std::max(timeOfFrames(next, sampleRate_) - elapsed, Duration{0});
   }
   recording_->turn = executor_.after(delay, [this] { takeTurn(); });
 }
@@ -122,7 +123,7 @@ void FileAudioInput::takeTurn() {
   const auto recording = recording_;
   auto result = deliverDue(*recording);
   const bool begun = recording->delivered > 0;
-  if (!result || recording->delivered == reader_.frameCount()) {
+  if (!result || recording->delivered == reader_.expectedFrames()) {
     recording->turn = executor_.after(Duration{0}, [onEnd = onEnd_, result = std::move(result)] {
       if (onEnd && *onEnd) (*onEnd)(result);
     });
@@ -134,7 +135,7 @@ void FileAudioInput::takeTurn() {
 }
 
 std::expected<void, std::string> FileAudioInput::deliverDue(Recording& recording) {
-  const auto total = reader_.frameCount();
+  const auto total = reader_.expectedFrames();
   const auto heard = pace_ == Pace::realTime ? framesHeard(recording)
                                              : recording.delivered + fragmentsPerTurn * framesPerFragment_;
   while (recording.delivered < total) {
@@ -146,7 +147,7 @@ std::expected<void, std::string> FileAudioInput::deliverDue(Recording& recording
 }
 
 std::expected<void, std::string> FileAudioInput::deliver(Recording& recording, std::uint64_t frames) {
-  const auto fragment = std::span(fragment_).first(frames * reader_.format().channelCount);
+  const auto fragment = std::span(fragment_).first(frames * reader_.channelCount());
   const auto read = reader_.read(fragment);
   if (!read) return std::unexpected(read.error());
   recording.delivered += *read;
@@ -155,7 +156,7 @@ std::expected<void, std::string> FileAudioInput::deliver(Recording& recording, s
 }
 
 std::uint64_t FileAudioInput::framesHeard(const Recording& recording) const {
-  return framesAfter(clock_.now() - recording.startedAt, reader_.format().sampleRate);
+  return framesAfter(clock_.now() - recording.startedAt, sampleRate_);
 }
 
 }  // namespace murmel

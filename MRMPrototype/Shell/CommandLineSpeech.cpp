@@ -1,0 +1,88 @@
+#include "Shell/CommandLineSpeech.h"
+
+#include "Foundation/Async/Timers.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr Duration verificationInterval = std::chrono::milliseconds(20);
+
+Task<void> exitWith(Task<int> work) {
+  const int status = co_await work;
+  QCoreApplication::exit(status);
+}
+
+}  // namespace
+
+CommandLineSpeech::CommandLineSpeech(Arguments arguments, const Installation& givenInstallation,
+                                     const SpeechOptions& options)
+    : application_(arguments.count, arguments.values),
+      models_({executor, clock, log_, launcher_}, givenInstallation),
+      storage_(
+          executor, givenInstallation, [this](SmartLocalModel model) { return models_.readiness(model); },
+          nullptr),
+      settings_(storage_.settings, options),
+      speech_({executor, clock, log_, launcher_}, givenInstallation, models_, settings_),
+      installation(givenInstallation),
+      services{executor, clock, settings_, speech_.refinement, speech_.cleanUp, speech_.sessions},
+      options_(options) {
+  storage_.settings.waitForPersonalVocabulary();
+  for (const auto& message : storage_.defaults.messages()) output.complain(message);
+}
+
+int CommandLineSpeech::run(Task<int> work) {
+  // From inside the loop: an exit before it runs would be lost.
+  executor.post([this, work = std::move(work)]() mutable { scope_.start(exitWith(std::move(work))); });
+  const int status = QCoreApplication::exec();
+  // Whoever is interrupted goes before what it uses.
+  scope_.cancelAll();
+  if (storage_.history.finish()) return status;
+  output.complain("the text could not be kept in the history");
+  return status == 0 ? 1 : status;
+}
+
+void CommandLineSpeech::leave(int status) {
+  QCoreApplication::exit(status);
+}
+
+Task<std::expected<void, std::string>> CommandLineSpeech::prepare() {
+  while (models_.speech->state() == SpeechModelState::verifying) {
+    auto pause = sleepFor(executor, verificationInterval);
+    co_await pause;
+  }
+  if (models_.speech->state() == SpeechModelState::missing)
+    co_return std::unexpected("Required Parakeet speech model is not installed");
+  auto made = speech_.recognition.make(nullptr);
+  if (!made) co_return std::unexpected(made.error().localizedDescription());
+  services.recogniser = *std::move(made);
+  if (!options_.refine) co_return std::expected<void, std::string>();
+  // Whoever asks for formatting on the command line waits for the models; dictation does not.
+  auto preparingModel = speech_.refiners.prepared(settings_.smartLocalModel());
+  const bool modelReady = co_await preparingModel;
+  auto preparingRussian = speech_.refiners.russianPrepared();
+  const bool russianReady = co_await preparingRussian;
+  if (!modelReady && !russianReady) {
+    output.complain(MRMError(MRMError::Case::smartModelMissing).localizedDescription() +
+                    "; the text stays as it was recognized");
+  }
+  co_return std::expected<void, std::string>();
+}
+
+void CommandLineSpeech::keep(const Transcript& transcript) {
+  if (!settings_.historyEnabled() || transcript.text.empty()) return;
+  const auto now = clock.wallNow();
+  HistoryEntry entry;
+  entry.id = Uuid::random();
+  entry.createdAt = historyDate(now);
+  entry.text = transcript.text;
+  entry.providerID = services.recogniser->providerID();
+  entry.language = settings_.historyLanguageLabel();
+  entry.unrecognizedParts = static_cast<int>(transcript.missing.size());
+  storage_.history.add(std::move(entry));
+  storage_.history.prune(settings_.historyRetention(), now);
+}
+
+}  // namespace murmel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Foundation/Async/Executor.h"
+#include "Foundation/UniqueDescriptor.h"
+
+#include <functional>
+
+namespace murmel {
+
+/// Ctrl+C and the friendly request to end, on the main thread: the first one is told, from then on they end
+/// the process as they always do. Made before any other thread.
+class InterruptSignal {
+ public:
+  explicit InterruptSignal(Executor& executor);
+  ~InterruptSignal();
+  InterruptSignal(const InterruptSignal&) = delete;
+  InterruptSignal& operator=(const InterruptSignal&) = delete;
+
+  void setHandler(std::function<void()> handler) { handler_ = std::move(handler); }
+
+ private:
+  void arrived();
+
+  UniqueDescriptor descriptor_;
+  std::function<void()> handler_;
+  Registration watch_;
+};
+
+}  // namespace murmel

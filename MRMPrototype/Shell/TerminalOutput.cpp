@@ -1,0 +1,45 @@
+#include "Shell/TerminalOutput.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include <fmt/core.h>
+#include <unistd.h>
+
+namespace murmel {
+
+TerminalOutput::~TerminalOutput() {
+  clearProgress();
+}
+
+void TerminalOutput::write(std::string_view text) {
+  if (failed_ || text.empty()) return;
+  clearProgress();
+  // Flushed each time: phrases are for somebody who watches, and a full disk shows while there is time to
+  // say.
+  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+  failed_ = true;
+  complain("the text cannot be written: " + std::generic_category().message(errno));
+}
+
+void TerminalOutput::complain(const std::string& sentence) {
+  clearProgress();
+  fmt::print(stderr, "murmel: {}\n", sentence);
+}
+
+void TerminalOutput::progress(const std::string& line) {
+  if (::isatty(STDERR_FILENO) == 0) return;
+  fmt::print(stderr, "\r\033[K{}", line);
+  std::fflush(stderr);
+  showsProgress_ = true;
+}
+
+void TerminalOutput::clearProgress() {
+  if (!showsProgress_) return;
+  fmt::print(stderr, "\r\033[K");
+  std::fflush(stderr);
+  showsProgress_ = false;
+}
+
+}  // namespace murmel
