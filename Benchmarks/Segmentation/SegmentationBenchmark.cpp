@@ -70,10 +70,10 @@ void hourOfDictation(benchmark::State& state) {
     DictationSessionConfiguration configuration;
     configuration.transcription = std::make_shared<InstantProvider>();
     configuration.targetSegmentSeconds = static_cast<double>(state.range(0));
-    const auto session = IncrementalDictationSessionFactory({executor, executor,
-                                                             Logger(log, "benchmark", "incremental-stages"),
-                                                             &AudioCaptureService::convertForRecognition})
-                             .make(configuration);
+    const auto session =
+        IncrementalDictationSessionFactory(
+            {executor, executor, Logger(log, "benchmark", "incremental-stages"), &convertForRecognition})
+            .make(configuration);
     double before = 0;
     for (int minute = 0; minute < 60; ++minute) {
       const auto& samples = tape.samples();

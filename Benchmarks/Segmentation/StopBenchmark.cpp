@@ -77,8 +77,8 @@ void waitAfterTheStop(benchmark::State& state) {
     configuration.transcription = provider;
     configuration.targetSegmentSeconds = static_cast<double>(state.range(1));
     const auto session =
-        IncrementalDictationSessionFactory({executor, clock, Logger(log, "benchmark", "incremental-stages"),
-                                            &AudioCaptureService::convertForRecognition})
+        IncrementalDictationSessionFactory(
+            {executor, clock, Logger(log, "benchmark", "incremental-stages"), &convertForRecognition})
             .make(configuration);
     std::size_t spoken = 0;
     const RepeatingTimer pump(executor, std::chrono::seconds(1), [&] {

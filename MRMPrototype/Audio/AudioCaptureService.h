@@ -77,9 +77,6 @@ class AudioCaptureService {
   /// Throws std::invalid_argument when a sample is not finite: captured samples always are.
   [[nodiscard]] static std::vector<std::uint8_t> encodePCM16LE(std::span<const float> samples);
 
-  /// What a recogniser is given, made of what was captured.
-  [[nodiscard]] static CapturedAudio convertForRecognition(PendingCapturedAudio pending);
-
   /// Removes the entries of `directory` that are called "mrm-….wav". What cannot be listed or removed stays.
   static void cleanupTemporaryAudio(const std::filesystem::path& directory);
 

@@ -78,8 +78,10 @@ std::vector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const flo
   return bytes;
 }
 
-CapturedAudio AudioCaptureService::convertForRecognition(PendingCapturedAudio pending) {
-  return {encodePCM16LE(resample(std::move(pending.monoSamples), pending.sampleRate, recognitionSampleRate))};
+CapturedAudio convertForRecognition(PendingCapturedAudio pending) {
+  using Service = AudioCaptureService;
+  return {Service::encodePCM16LE(
+      Service::resample(std::move(pending.monoSamples), pending.sampleRate, recognitionSampleRate))};
 }
 
 }  // namespace murmel

@@ -30,4 +30,7 @@ struct PendingCapturedAudio {
   friend std::ostream& operator<<(std::ostream&, const PendingCapturedAudio&) = delete;
 };
 
+/// What a recogniser is given, made of what was captured. Any thread; the samples are finite.
+[[nodiscard]] CapturedAudio convertForRecognition(PendingCapturedAudio pending);
+
 }  // namespace murmel

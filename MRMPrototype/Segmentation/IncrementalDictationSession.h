@@ -3,7 +3,6 @@
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Log.h"
-#include "Segmentation/AudioConversion.h"
 #include "Segmentation/DictationBacklog.h"
 #include "Segmentation/DictationSession.h"
 #include "Segmentation/RecognitionRequests.h"
@@ -11,6 +10,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,8 +21,8 @@ namespace murmel {
 struct IncrementalSessionServices {
   Executor& executor;
   const Clock& clock;
-  Logger log;  ///< of the category "incremental-stages"
-  AudioConversion convert;
+  Logger log;                                                  ///< of the category "incremental-stages"
+  std::function<CapturedAudio(PendingCapturedAudio)> convert;  ///< `convertForRecognition`
 };
 
 /// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
@@ -78,7 +78,7 @@ class IncrementalDictationSession final : public DictationSession {
   DictationSessionConfiguration configuration_;
   Executor& executor_;
   Logger log_;
-  AudioConversion convert_;
+  std::function<CapturedAudio(PendingCapturedAudio)> convert_;
 
   SegmentCutter cutter_;
   std::size_t segments_ = 0;

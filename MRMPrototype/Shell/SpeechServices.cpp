@@ -35,8 +35,7 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
       refinement(settings, refiners, languages_),
       cleanUp(settings, languages_),
       sessions({process.executor, process.clock,
-                Logger(process.log, installation.identifier, "incremental-stages"),
-                &AudioCaptureService::convertForRecognition}) {
+                Logger(process.log, installation.identifier, "incremental-stages"), &convertForRecognition}) {
   models.speech->setLanguage(settings.workerLanguageCode());
 }
 

@@ -77,8 +77,7 @@ class DictationRig {
         insertion_({executor, clock, workspace_, keyboard_, secureInput_, general, &primary_}, options(),
                    Logger(log_, "test", "text-insertion")),
         cleanUp_(settings, languages_),
-        sessions_({executor, clock, Logger(log_, "test", "incremental-stages"),
-                   &AudioCaptureService::convertForRecognition}),
+        sessions_({executor, clock, Logger(log_, "test", "incremental-stages"), &convertForRecognition}),
         coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
                      refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_,
                      Logger(log_, "test", "dictation-summary"), Logger(log_, "test", "incremental-stages")}) {

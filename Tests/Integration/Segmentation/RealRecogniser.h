@@ -76,8 +76,8 @@ class RealRecogniser : public ::testing::Test {
     configuration.transcription = provider;
     configuration.targetSegmentSeconds = target;
     const auto session =
-        IncrementalDictationSessionFactory({executor, clock, Logger(log, "test", "incremental-stages"),
-                                            &AudioCaptureService::convertForRecognition})
+        IncrementalDictationSessionFactory(
+            {executor, clock, Logger(log, "test", "incremental-stages"), &convertForRecognition})
             .make(configuration);
     session->append({audio.monoSamples, audio.sampleRate});
     Awaiting<Result<DictationSessionResult>> finishing(session->finish());

@@ -77,25 +77,6 @@ TEST_F(ProviderWithWorker, EndsAWorkerThatDoesNotReadAtOnceWhenItIsReleased) {
   EXPECT_FALSE(hasChildren());
 }
 
-TEST_F(ProviderWithWorker, WarmsUpTheWorkerThatTheFirstRequestUses) {
-  script("ready\nserve");
-  std::optional<bool> ready;
-  provider().startWarmup([&](bool value) { ready = value; });
-  EXPECT_FALSE(ready.has_value()) << "the completion comes later";
-  ASSERT_TRUE(executor.waitUntil([&] { return ready.has_value(); }));
-  EXPECT_TRUE(*ready);
-  EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
-  EXPECT_EQ(starts(), 1);
-}
-
-TEST_F(ProviderWithWorker, TellsThatTheWarmUpFailed) {
-  script("exit 1");
-  std::vector<bool> told;
-  provider().startWarmup([&](bool value) { told.push_back(value); });
-  ASSERT_TRUE(executor.waitUntil([&] { return !told.empty(); }));
-  EXPECT_EQ(told, std::vector{false});
-}
-
 TEST_F(ProviderWithWorker, TellsThatTheWarmUpFailedWhenItIsReleasedMeanwhile) {
   waitForever(configuration.limits);
   script("stall");
@@ -152,32 +133,6 @@ TEST_F(ProviderWithWorker, LetsAWorkerGoThatNobodyUsesAndHasANewOneReadyWhenAske
     ASSERT_TRUE(executor.waitUntil([&] { return !hasChildren(); }));
   }
   EXPECT_EQ(executor.pendingTimers(), 0U);
-}
-
-TEST_F(ProviderWithWorker, ChecksModelAndSignatureBeforeTheStartAndTheIdentityAfterIt) {
-  script("ready\nserve");
-  bool modelIsGood = false;
-  bool signatureIsGood = false;
-  bool identityIsGood = false;
-  configuration.modelIntegrityCheck = [&](const auto& folder) {
-    return folder == model.path() && modelIsGood;
-  };
-  configuration.mayExecute = [&](const auto& worker) {
-    return worker == MURMEL_SCRIPTED_WORKER && signatureIsGood;
-  };
-  configuration.runningProcessIntegrityCheck = [&](const ChildProcess& process, const auto&) {
-    return process.runningIdentity() == process.launchedIdentity() && identityIsGood;
-  };
-  EXPECT_EQ(ask(), "<model integrity verification failed>");
-  modelIsGood = true;
-  EXPECT_EQ(ask(), "<speech worker signature validation failed>");
-  EXPECT_FALSE(hasChildren());
-  EXPECT_EQ(starts(), 0);
-  signatureIsGood = true;
-  EXPECT_EQ(ask(), "<running speech worker identity validation failed>");
-  EXPECT_FALSE(hasChildren());
-  identityIsGood = true;
-  EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
 }
 
 TEST_F(ProviderWithWorker, PassesTheReasonOfAFailedLaunchOn) {

@@ -289,16 +289,6 @@ TEST_F(AudioCaptureServiceTest, LateNoticesAreForNobody) {
   EXPECT_EQ(told, 1) << "the early notice has not used it up";
 }
 
-TEST_F(AudioCaptureServiceTest, TheOwnerMayStopAndStartAgainWhenToldOfAChange) {
-  std::optional<PendingCapturedAudio> captured;
-  service.setOnConfigurationChange([&] { captured = service.stop(); });
-  record({0.5F, 0.5F});
-  input.changeConfiguration();
-  executor.runUntilIdle();
-  ASSERT_TRUE(captured);
-  EXPECT_THAT(captured->monoSamples, ElementsAre(0.5F));
-}
-
 TEST_F(AudioCaptureServiceTest, AFragmentAtAnotherRateIsReportedAndNotMixedIn) {
   int told = 0;
   service.setOnConfigurationChange([&] { ++told; });

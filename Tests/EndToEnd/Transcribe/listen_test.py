@@ -1,0 +1,51 @@
+#!/usr/bin/env python3
+"""`murmel listen` on a sound server of its own: phrases, the silence that ends it, and the last words after Ctrl+C.
+
+usage: listen_test.py MURMEL
+"""
+
+import json
+import pathlib
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+MURMEL = sys.argv.pop(1)
+CARDS = pathlib.Path("/usr/share/pocketsphinx/test/data/cards")
+
+
+def say(name):
+    subprocess.run(["paplay", "-d", "mic", CARDS / name], check=True)
+
+
+def listen(*arguments):
+    process = subprocess.Popen([MURMEL, "listen", *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE, text=True)
+    for _ in range(200):
+        if "Dictation" in subprocess.run(["pactl", "list", "source-outputs"], capture_output=True, text=True).stdout:
+            return process
+        time.sleep(0.05)
+    raise AssertionError("it does not listen")
+
+
+class ListenTest(unittest.TestCase):
+    def test_silence_after_speech_ends_it(self):
+        process = listen("--until-silence", "2s")
+        say("005.wav")
+        output, complaints = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0, complaints)
+        self.assertIn("hearts", output)
+
+    def test_the_last_words_arrive_after_ctrl_c(self):
+        process = listen("--json")
+        say("001.wav")
+        process.send_signal(signal.SIGINT)
+        output, complaints = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0, complaints)
+        self.assertIn("clubs", json.loads(output)["text"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
