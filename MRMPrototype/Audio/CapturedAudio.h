@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <ostream>
 #include <vector>
 
@@ -32,5 +33,6 @@ struct PendingCapturedAudio {
 
 /// What a recogniser is given, made of what was captured. Any thread; the samples are finite.
 [[nodiscard]] CapturedAudio convertForRecognition(PendingCapturedAudio pending);
+using AudioConversion = std::function<CapturedAudio(PendingCapturedAudio)>;
 
 }  // namespace murmel

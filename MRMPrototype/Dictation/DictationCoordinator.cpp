@@ -156,6 +156,9 @@ Registration DictationCoordinator::beginInsertionSession(OperationIdentifier ope
 void DictationCoordinator::prepareSession(Recording& recording) {
   DictationSessionConfiguration configuration;
   configuration.transcription = preparation_.provider();
+  configuration.nextTranscription = [this] {
+    return services_.recognition.makeNext(services_.settings.workerLanguageCode());
+  };
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);

@@ -86,7 +86,15 @@ FluidAudioProvider::~FluidAudioProvider() {
 Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::create(
     Services services, const Bundle& bundle, const SpeechModelStore& store, ExecutableRuntimePolicy policy,
     WarmupCompletion warmupCompletion, WorkerLimits limits) {
-  auto model = store.activeModelURL();
+  auto provider =
+      createFor(store.activeModelURL(), std::move(services), bundle, store, std::move(policy), limits);
+  if (provider) (*provider)->startWarmup(std::move(warmupCompletion));
+  return provider;
+}
+
+Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::createFor(
+    std::filesystem::path model, Services services, const Bundle& bundle, const SpeechModelStore& store,
+    ExecutableRuntimePolicy policy, WorkerLimits limits) {
   if (!store.requiredItemsPresent(model)) return std::unexpected(MRMError::modelMissing(model.string()));
   auto worker = bundle.resourcesDirectory / "Workers" / workerName;
   std::error_code failure;
@@ -105,10 +113,9 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::create(
           },
       .limits = limits,
   };
-  auto provider =
-      std::make_unique<FluidAudioProvider>(services, bundle.applicationIdentifier, std::move(configuration));
+  auto provider = std::make_unique<FluidAudioProvider>(std::move(services), bundle.applicationIdentifier,
+                                                       std::move(configuration));
   provider->vocabulary_ = bundle.vocabulary;
-  provider->startWarmup(std::move(warmupCompletion));
   return provider;
 }
 

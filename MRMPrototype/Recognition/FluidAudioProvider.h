@@ -63,6 +63,12 @@ class FluidAudioProvider final : public TranscriptionProvider {
                                                             ExecutableRuntimePolicy policy,
                                                             WarmupCompletion warmupCompletion = nullptr,
                                                             WorkerLimits limits = {});
+  /// The same with a model that is not the active one, and without a warm-up.
+  static Result<std::unique_ptr<FluidAudioProvider>> createFor(std::filesystem::path model, Services services,
+                                                               const Bundle& bundle,
+                                                               const SpeechModelStore& store,
+                                                               ExecutableRuntimePolicy policy,
+                                                               WorkerLimits limits = {});
 
   /// Starts the worker and lets it load its model. `completion` gets false on any error, and when the
   /// provider goes before it has begun.

@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,8 +20,8 @@ namespace murmel {
 struct IncrementalSessionServices {
   Executor& executor;
   const Clock& clock;
-  Logger log;                                                  ///< of the category "incremental-stages"
-  std::function<CapturedAudio(PendingCapturedAudio)> convert;  ///< `convertForRecognition`
+  Logger log;               ///< of the category "incremental-stages"
+  AudioConversion convert;  ///< `convertForRecognition`
 };
 
 /// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
@@ -78,7 +77,7 @@ class IncrementalDictationSession final : public DictationSession {
   DictationSessionConfiguration configuration_;
   Executor& executor_;
   Logger log_;
-  std::function<CapturedAudio(PendingCapturedAudio)> convert_;
+  AudioConversion convert_;
 
   SegmentCutter cutter_;
   std::size_t segments_ = 0;

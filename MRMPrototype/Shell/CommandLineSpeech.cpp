@@ -27,7 +27,8 @@ CommandLineSpeech::CommandLineSpeech(Arguments arguments, const Installation& gi
       settings_(storage_.settings, options),
       speech_({executor, clock, log_, launcher_}, givenInstallation, models_, settings_),
       installation(givenInstallation),
-      services{executor, clock, settings_, speech_.refinement, speech_.cleanUp, speech_.sessions},
+      services{executor,           clock,           settings_,       speech_.recognition,
+               speech_.refinement, speech_.cleanUp, speech_.sessions},
       options_(options) {
   storage_.settings.waitForPersonalVocabulary();
   for (const auto& message : storage_.defaults.messages()) output.complain(message);
@@ -55,9 +56,15 @@ Task<std::expected<void, std::string>> CommandLineSpeech::prepare() {
   }
   if (models_.speech->state() == SpeechModelState::missing)
     co_return std::unexpected("Required Parakeet speech model is not installed");
-  auto made = speech_.recognition.make(nullptr);
-  if (!made) co_return std::unexpected(made.error().localizedDescription());
-  services.recogniser = *std::move(made);
+  if (options_.language) {
+    auto made = speech_.recognition.makeFor(*options_.language);
+    if (!made) co_return std::unexpected(made.error());
+    services.recogniser = *std::move(made);
+  } else {
+    auto made = speech_.recognition.make(nullptr);
+    if (!made) co_return std::unexpected(made.error().localizedDescription());
+    services.recogniser = *std::move(made);
+  }
   if (!options_.refine) co_return std::expected<void, std::string>();
   // Whoever asks for formatting on the command line waits for the models; dictation does not.
   auto preparingModel = speech_.refiners.prepared(settings_.smartLocalModel());

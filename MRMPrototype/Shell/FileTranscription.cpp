@@ -33,6 +33,7 @@ std::vector<float> mixedDown(std::span<const float> interleaved, unsigned channe
 DictationSessionConfiguration TranscriptionServices::configuration(double targetSegmentSeconds) const {
   DictationSessionConfiguration configuration;
   configuration.transcription = recogniser;
+  configuration.nextTranscription = [this] { return recognition.makeNext(settings.workerLanguageCode()); };
   configuration.refinement = refinement.makeRefinementProvider();
   configuration.languageCode = settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds;

@@ -6,7 +6,7 @@
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/Task.h"
-#include "Recognition/TranscriptionProvider.h"
+#include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
 #include "Settings/DictationSettings.h"
 #include "Shell/TranscriptForms.h"
@@ -23,6 +23,7 @@ struct TranscriptionServices {
   Executor& executor;
   const Clock& clock;
   const DictationSettings& settings;
+  TranscriptionProviderFactory& recognition;
   RefinementSource& refinement;
   TranscriptCleanUp& cleanUp;
   DictationSessionFactory& sessions;

@@ -1,7 +1,5 @@
 #include "Shell/LaunchRole.h"
 
-#include "Recognition/DictationLanguage.h"
-
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -43,10 +41,7 @@ void addForms(CLI::App& command, TranscriptForm& form, const std::vector<std::st
 void addSpeechOptions(CLI::App& command, SpeechOptions& options) {
   command.add_flag("--history", options.history, "Keep the text in the history too, when it is switched on");
   command.add_flag("--refine", options.refine, "Punctuation and capitals by the local language model");
-  std::vector<std::string> languages;
-  for (const auto language : allCases<DictationLanguage>()) languages.emplace_back(rawValue(language));
-  command.add_option("--language", options.language, "Two-letter code of the language that is spoken")
-      ->check(CLI::IsMember(languages));
+  command.add_option("--language", options.language, "Code of the language that is spoken, as in de");
 }
 
 }  // namespace

@@ -61,6 +61,11 @@ class Listening {
     auto finishing = session_->finish();
     const Result<DictationSessionResult> result = co_await finishing;
     if (!result && result.error().which() != MRMError::Case::noSpeech) co_return failed(result.error());
+    if (result) {
+      auto transcript = speech_.services.transcript({}, result->pieces);
+      transcript.missing = result->missing;
+      speech_.keep(transcript);
+    }
     if (result && !result->missing.empty()) {
       speech_.output.complain("Part of the recording was not recognized: " + described(result->missing));
       co_return 1;

@@ -31,7 +31,8 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
                                 ? vocabularyHints(settings.personalVocabulary())
                                 : std::vector<std::string>();
                    }},
-                  *models.speech, installation.policy),
+                  *models.speech, installation.policy,
+                  speechModels(modelStore(installation.folders), installation.folders.resources)),
       refinement(settings, refiners, languages_),
       cleanUp(settings, languages_),
       sessions({process.executor, process.clock,

@@ -20,7 +20,7 @@ void TerminalOutput::write(std::string_view text) {
   // say.
   if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
   failed_ = true;
-  complain("the text cannot be written: " + std::generic_category().message(errno));
+  complain("the text could not be written: " + std::generic_category().message(errno));
 }
 
 void TerminalOutput::complain(const std::string& sentence) {

@@ -148,7 +148,7 @@ class TranscribeTest(unittest.TestCase):
             result = subprocess.run([MURMEL, "transcribe", DATA / "cards" / "001.wav"], stdout=full,
                                     stderr=subprocess.PIPE, text=True, timeout=120)
         self.assertEqual(result.returncode, 1)
-        self.assertIn("cannot be written", result.stderr)
+        self.assertIn("could not be written", result.stderr)
         whole = (DATA / "cards" / "001.wav").read_bytes()
         hostile = {"rate.wav": struct.pack("<I", 0x7FFFFFFF), "slow.wav": struct.pack("<I", 1)}
         for name, rate in hostile.items():
@@ -173,6 +173,11 @@ class TranscribeTest(unittest.TestCase):
         rest, complaints = murmel.communicate(timeout=60)
         self.assertEqual(murmel.returncode, 130, complaints)
         self.assertEqual([json.loads(line)["complete"] for line in (first, rest)], [True, False])
+
+    def test_an_unknown_language_is_refused_with_those_that_are_known(self):
+        result = run("transcribe", "--language", "xx", DATA / "cards" / "001.wav")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertRegex(result.stderr, r"“xx” is not known here\. Known are: .*\ben\b")
 
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
