@@ -39,7 +39,7 @@ RetryPolicy::Step RetryPolicy::engineFailed(const Tries& tries, const MRMError& 
 }
 
 RetryPolicy::Step RetryPolicy::audioFailed(Tries& tries, Duration took, bool othersMayGoFirst, Instant now) {
-  if (!downSince_) downSince_ = now - took;
+  if (!downSince_) downSince_ = now;
   ++tries.failures;
   tries.spent += took;
   ++audioFailures_;

@@ -80,6 +80,12 @@ TEST(RetryPolicy, TellsAnEngineThatIsDownFromAudioThatKillsIt) {
        }) {
     EXPECT_EQ(steps(row.events, row.othersMayGoFirst, row.took), row.steps) << row.what;
   }
+  // What a hanging engine has taken is not the time that it was waited for.
+  RetryPolicy hung;
+  hung.hurry(Instant{});
+  RetryPolicy::Tries tries;
+  EXPECT_EQ(hung.audioFailed(tries, 99s, true, Instant{} + 99s).kind, Step::Kind::setAside);
+  EXPECT_FALSE(hung.isHopeless(Instant{} + 99s));
   RetryPolicy policy;
   EXPECT_EQ(policy.engineFailed({}, MRMError::modelMissing("/nowhere"), Instant{}).kind,
             Step::Kind::nextEngine)
