@@ -29,6 +29,10 @@ struct ApprovedModelDownload {
   std::optional<std::int64_t> byteCount;
   /// The model's folder inside the store.
   std::string_view folder;
+  /// Bytes beyond which a body cannot be the file, where its size is not known.
+  std::int64_t largest = std::int64_t{4} << 30;
+  /// Somebody has seen the file at its address.
+  bool isHostConfirmed = true;
 
   /// The address of the file on `host`, which ends in "/".
   [[nodiscard]] std::string url(std::string_view host = modelHostBaseURL) const {

@@ -58,8 +58,12 @@ constexpr ApprovedModelDownload refinementFile(std::string_view identifier, std:
 /// A file of the Russian corrector; all of them lie in one folder. The digests bind; the repository's name
 /// has not been confirmed against the host.
 constexpr ApprovedModelDownload sageFile(std::string_view identifier, std::string_view sha256) {
-  return refinementFile(identifier, "ai-forever/sage-95m-onnx", "d1081d00b11c11f57fa9853ce914f2d6d4086d50",
-                        identifier.substr(std::string_view("sage:").size()), sha256, "Refinement/sage");
+  auto file =
+      refinementFile(identifier, "ai-forever/sage-95m-onnx", "d1081d00b11c11f57fa9853ce914f2d6d4086d50",
+                     identifier.substr(std::string_view("sage:").size()), sha256, "Refinement/sage");
+  file.largest = std::int64_t{1} << 30;
+  file.isHostConfirmed = false;
+  return file;
 }
 
 // clang-format off: one entry, one digest, one line each.

@@ -23,17 +23,19 @@ ModelDownloadProbe::ModelDownloadProbe(Executor& executor, ProcessLauncher& laun
                                        const std::filesystem::path& temporary)
     : executor_(executor),
       store_(temporary / ("mrm-download-probe-" + Uuid::random().text())),
-      client_(executor, launcher, withStore(std::move(configuration), store_)) {}
+      client_(std::in_place, executor, launcher, withStore(std::move(configuration), store_)) {}
 
 ModelDownloadProbe::~ModelDownloadProbe() {
+  changes_.reset();
+  client_.reset();
   std::error_code error;
   std::filesystem::remove_all(store_, error);
 }
 
 void ModelDownloadProbe::run(std::function<void(Status, std::string)> done) {
   done_ = std::move(done);
-  changes_ = client_.onChange([this](const auto&, const auto& status) { changed(status); });
-  client_.download({std::string(identifier)}, MRMModelDownloadImportance::required);
+  changes_ = client_->onChange([this](const auto&, const auto& status) { changed(status); });
+  client_->download({std::string(identifier)}, MRMModelDownloadImportance::required);
 }
 
 void ModelDownloadProbe::changed(const ModelDownloadStatus& status) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace murmel {
@@ -39,7 +40,7 @@ class ModelDownloadProbe {
 
   Executor& executor_;
   std::filesystem::path store_;
-  ModelDownloadClient client_;
+  std::optional<ModelDownloadClient> client_;  ///< ended before the folder goes
   Registration changes_;
   std::function<void(Status, std::string)> done_;
 };

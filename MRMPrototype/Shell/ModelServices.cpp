@@ -18,7 +18,7 @@ class NoDownloads final : public ModelDownloadPriorityCoordinator {
 /// The downloader gets an empty environment but for what leads it to the network.
 std::vector<std::string> proxies(const Environment& environment) {
   std::vector<std::string> variables;
-  for (const char* name : {"https_proxy", "HTTPS_PROXY", "no_proxy", "NO_PROXY"}) {
+  for (const char* name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
     if (const auto value = environment.value(name)) variables.push_back(std::string(name) + "=" + *value);
   }
   return variables;

@@ -133,6 +133,11 @@ void DownloadQueue::take(DownloadJob& job, Instant now) {
       job.machine->resumed(now);
       return;
     }
+    // A body that does not say how long it is must not take the last byte either.
+    if (!job.machine->total() && store_.freeBytes() < reservedBytes) {
+      (void)hasSpaceFor(job);
+      return;
+    }
     const auto late = job.machine->overdue(now);
     if (!late) return;
     transport_.stop(*std::exchange(job.transfer, std::nullopt));
@@ -184,6 +189,8 @@ void DownloadQueue::finish(DownloadJob& job) {
 
 void DownloadQueue::fail(DownloadJob& job, const DownloadFailure& failure) {
   stop(job);
+  // Whoever fills the disk gives it back.
+  if (failure.reason == "disk_full" && job.partial) job.partial->discard();
   for (const auto* asset : job.assets)
     report_(FailedReport{std::string(asset->identifier), failure.reason, failure.message});
   job.isOver = true;
@@ -243,11 +250,12 @@ void DownloadQueue::start(DownloadJob& job, Instant now) {
       if (const auto read = job.partial->catchUp(); !read) return fail(job, storageFailure(read.error()));
     }
     const auto byteCount = job.assets.front()->byteCount;
-    if (byteCount && job.partial->size() > *byteCount) {
+    if (job.partial->size() > byteCount.value_or(job.assets.front()->largest)) {
       if (const auto emptied = job.partial->truncate(); !emptied)
         return fail(job, storageFailure(emptied.error()));
     }
-    job.machine.emplace(byteCount, job.partial->size(), job.partial->entityTag(), settings_.limits);
+    job.machine.emplace(byteCount, job.partial->size(), job.partial->entityTag(), settings_.limits,
+                        job.assets.front()->largest);
   }
   if (!hasSpaceFor(job)) return;
   const auto begun = job.machine->begin(now);

@@ -1,12 +1,11 @@
 #include "Workers/ModelDownloader/PartialFile.h"
 
+#include <array>
 #include <cerrno>
-#include <fstream>
 #include <system_error>
 #include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,46 +33,48 @@ bool isPartialFileName(std::string_view name) {
          name.substr(0, 64).find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
-std::filesystem::path PartialFile::pathIn(const std::filesystem::path& folder, std::string_view sha256) {
-  return folder / std::string(sha256).append(bytesSuffix);
+std::string PartialFile::nameOf(std::string_view sha256) {
+  return std::string(sha256).append(bytesSuffix);
 }
 
-void PartialFile::discard(const std::filesystem::path& folder, std::string_view sha256) {
-  ::unlink(pathIn(folder, sha256).c_str());
-  ::unlink((folder / std::string(sha256).append(tagSuffix)).c_str());
+void PartialFile::discard(const OwnFolder& folder, std::string_view sha256) {
+  folder.remove(nameOf(sha256));
+  folder.remove(std::string(sha256).append(tagSuffix));
 }
 
-std::expected<PartialFile, FileError> PartialFile::open(const std::filesystem::path& folder,
-                                                        std::string_view sha256) {
-  auto path = pathIn(folder, sha256);
-  UniqueDescriptor descriptor(
-      ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+std::expected<PartialFile, FileError> PartialFile::open(OwnFolder folder, std::string_view sha256) {
+  auto descriptor = folder.write(nameOf(sha256));
   struct stat status {};
   if (!descriptor || ::fstat(descriptor.get(), &status) != 0)
     return std::unexpected(FileError::from("create the model's temporary file", errno));
-  if (!S_ISREG(status.st_mode))
-    return std::unexpected(FileError{false, "The model's temporary file is not a file."});
-  return PartialFile(std::move(path), std::move(descriptor), status.st_size);
+  return PartialFile(std::move(folder), sha256, std::move(descriptor), status.st_size);
 }
 
-PartialFile::PartialFile(std::filesystem::path path, UniqueDescriptor descriptor, std::int64_t size)
-    : path_(std::move(path)), tagPath_(path_), descriptor_(std::move(descriptor)), size_(size) {
-  tagPath_.replace_extension(tagSuffix);
-}
+PartialFile::PartialFile(OwnFolder folder, std::string_view sha256, UniqueDescriptor descriptor,
+                         std::int64_t size)
+    : folder_(std::move(folder)),
+      name_(nameOf(sha256)),
+      tagName_(std::string(sha256).append(tagSuffix)),
+      descriptor_(std::move(descriptor)),
+      size_(size) {}
 
 std::string PartialFile::entityTag() const {
-  std::ifstream file(tagPath_);
-  std::string tag;
-  std::getline(file, tag);
-  return tag.size() <= longestTag ? tag : std::string();
+  const auto file = folder_.read(tagName_);
+  std::array<char, longestTag + 1> bytes{};
+  const auto count = file ? ::read(file.get(), bytes.data(), bytes.size()) : 0;
+  if (count <= 0) return {};
+  const std::string_view text(bytes.data(), static_cast<std::size_t>(count));
+  const auto end = text.find('\n');
+  return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end));
 }
 
 void PartialFile::rememberEntityTag(std::string_view tag) const {
-  if (tag.empty() || tag.size() > longestTag) {
+  discardTag();
+  if (tag.empty() || tag.size() >= longestTag) return;
+  const auto file = folder_.create(tagName_);
+  const auto line = std::string(tag) + "\n";
+  if (file && ::write(file.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size()))
     discardTag();
-    return;
-  }
-  std::ofstream(tagPath_, std::ios::trunc) << tag << '\n';
 }
 
 std::expected<void, FileError> PartialFile::append(std::span<const std::uint8_t> bytes) {
@@ -127,12 +128,12 @@ std::expected<void, FileError> PartialFile::sync() const {
 }
 
 void PartialFile::discard() const {
-  ::unlink(path_.c_str());
+  folder_.remove(name_);
   discardTag();
 }
 
 void PartialFile::discardTag() const {
-  ::unlink(tagPath_.c_str());
+  folder_.remove(tagName_);
 }
 
 }  // namespace murmel::downloader

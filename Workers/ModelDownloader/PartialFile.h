@@ -3,10 +3,10 @@
 #include "Foundation/Crypto/Crypto.h"
 #include "Foundation/UniqueDescriptor.h"
 #include "Workers/ModelDownloader/FileError.h"
+#include "Workers/ModelDownloader/OwnFolder.h"
 
 #include <cstdint>
 #include <expected>
-#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,12 +18,11 @@ namespace murmel::downloader {
 class PartialFile {
  public:
   /// Opens or creates it in `folder`. Nothing is read yet.
-  static std::expected<PartialFile, FileError> open(const std::filesystem::path& folder,
-                                                    std::string_view sha256);
+  static std::expected<PartialFile, FileError> open(OwnFolder folder, std::string_view sha256);
 
-  static std::filesystem::path pathIn(const std::filesystem::path& folder, std::string_view sha256);
+  static std::string nameOf(std::string_view sha256);
   /// Removes the partial file of a content and its tag, if they are there.
-  static void discard(const std::filesystem::path& folder, std::string_view sha256);
+  static void discard(const OwnFolder& folder, std::string_view sha256);
 
   [[nodiscard]] std::int64_t size() const { return size_; }
   /// The server's tag of the bytes that are there; empty where none is known.
@@ -46,13 +45,15 @@ class PartialFile {
   /// Brings the running digest up to what is on the disk. May read all of it.
   std::expected<void, FileError> catchUp();
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const OwnFolder& folder() const { return folder_; }
+  [[nodiscard]] const std::string& name() const { return name_; }
 
  private:
-  PartialFile(std::filesystem::path path, UniqueDescriptor descriptor, std::int64_t size);
+  PartialFile(OwnFolder folder, std::string_view sha256, UniqueDescriptor descriptor, std::int64_t size);
 
-  std::filesystem::path path_;
-  std::filesystem::path tagPath_;
+  OwnFolder folder_;
+  std::string name_;
+  std::string tagName_;
   UniqueDescriptor descriptor_;
   std::int64_t size_;
   crypto::Sha256 hash_;

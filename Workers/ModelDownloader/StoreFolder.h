@@ -46,14 +46,12 @@ class StoreFolder {
   void tidy() const;
 
  private:
-  StoreFolder(std::filesystem::path root, UniqueDescriptor lock)
-      : root_(std::move(root)), lock_(std::move(lock)) {}
-  [[nodiscard]] std::filesystem::path partialFolder() const;
-  std::expected<void, FileError> copyTo(const std::filesystem::path& from, const std::string& place) const;
-  std::expected<void, FileError> move(const std::filesystem::path& from, const std::string& place) const;
+  explicit StoreFolder(OwnFolder root) : root_(std::move(root)) {}
+  [[nodiscard]] std::expected<OwnFolder, FileError> partialFolder() const;
+  std::expected<void, FileError> copyTo(const UniqueDescriptor& from, const std::string& place) const;
+  [[nodiscard]] UniqueDescriptor read(const std::string& place) const;
 
-  std::filesystem::path root_;
-  UniqueDescriptor lock_;  ///< an open, locked root folder
+  OwnFolder root_;  ///< locked
 };
 
 }  // namespace murmel::downloader

@@ -97,14 +97,17 @@ DownloadFailure failureFor(const MRMTransferError& error) {
       return {"offline", "The model host could not be found. Is this computer online?", error};
     case urlErrorCannotConnectToHost:
       return {"offline", "The model host could not be reached.", error};
+    case urlErrorHTTPTooManyRedirects:
+      return {"redirect_loop", "The model host sends from one address to the next without end.", error};
     default:
       return {"network", "The connection to the model host was lost.", error};
   }
 }
 
 TransferMachine::TransferMachine(std::optional<std::int64_t> byteCount, std::int64_t partialBytes,
-                                 std::string entityTag, TransferLimits limits)
+                                 std::string entityTag, TransferLimits limits, std::int64_t largest)
     : byteCount_(byteCount),
+      largest_(byteCount.value_or(largest)),
       total_(byteCount),
       received_(partialBytes),
       entityTag_(std::move(entityTag)),
@@ -133,6 +136,7 @@ TransferMachine::HeadVerdict TransferMachine::head(const ResponseHead& head, Ins
 TransferMachine::HeadVerdict TransferMachine::acceptWhole(const ResponseHead& head) {
   if (head.contentLength && byteCount_ && *head.contentLength != *byteCount_)
     return refuse(wrongLength(*byteCount_, *head.contentLength));
+  if (head.contentLength.value_or(0) > largest_) return refuse(wrongLength(largest_, *head.contentLength));
   if (!total_) total_ = head.contentLength;
   entityTag_ = head.entityTag;
   received_ = 0;
@@ -147,6 +151,7 @@ TransferMachine::HeadVerdict TransferMachine::acceptRange(const ResponseHead& he
     return refuse(httpFailure(httpError(head.status, /*worthRetrying=*/true)), /*discardsPartial=*/true);
   if (range->total && byteCount_ && *range->total != *byteCount_)
     return refuse(wrongLength(*byteCount_, *range->total));
+  if (range->total.value_or(0) > largest_) return refuse(wrongLength(largest_, *range->total), true);
   if (!total_) total_ = range->total;
   resumedPartial_ = true;
   return HeadVerdict::append;
@@ -173,7 +178,7 @@ TransferMachine::HeadVerdict TransferMachine::refuse(DownloadFailure failure, bo
 bool TransferMachine::data(std::size_t size, Instant now) {
   lastData_ = now;
   const auto more = static_cast<std::int64_t>(size);
-  if (total_ && received_ + more > *total_) {
+  if (received_ + more > total_.value_or(largest_)) {
     refuse(integrityFailure("wrong_length", "The model host sent more than the file has."),
            /*discardsPartial=*/true);
     return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
+#include "MRMDownloadManifest/ApprovedModelDownload.h"
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 
 #include <cstddef>
@@ -80,10 +81,11 @@ class TransferMachine {
     refuse,   ///< no bytes are wanted; `end` says what follows
   };
 
-  /// `byteCount`: the file's exact size where it is known. `partialBytes` and `entityTag`: what an earlier
+  /// `byteCount`: the file's exact size where it is known. `largest`: what it cannot be larger than.
+  /// `partialBytes` and `entityTag`: what an earlier
   /// attempt left.
   TransferMachine(std::optional<std::int64_t> byteCount, std::int64_t partialBytes, std::string entityTag,
-                  TransferLimits limits);
+                  TransferLimits limits, std::int64_t largest = ApprovedModelDownload().largest);
 
   /// Starts an attempt.
   std::variant<Ask, Verify> begin(Instant now);
@@ -113,6 +115,7 @@ class TransferMachine {
   void forget();
 
   std::optional<std::int64_t> byteCount_;
+  std::int64_t largest_;
   std::optional<std::int64_t> total_;  ///< as the manifest or the server says
   std::int64_t received_;
   std::string entityTag_;

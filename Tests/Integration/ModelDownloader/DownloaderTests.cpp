@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace murmel::test {
 namespace {
@@ -65,7 +66,7 @@ TEST_F(Downloader, EveryMisbehaviourLeavesTheRightFileOrNone) {
   const Row rows[] = {
       {"ok", "", 100'000},
       {"redirect,ok", "", 100'000},
-      {"redirect", "network", 0},
+      {"redirect", "redirect_loop", 0},
       {"http", "insecure", 0},
       {"cut@0,ok", "", 100'000},
       {"cut@1,ok", "", 100'000},
@@ -191,6 +192,67 @@ TEST_F(Downloader, RepairsWhatLiesInTheFilesPlace) {
   const auto events = downloader.untilIdle();
   ASSERT_THAT(summary(events), ElementsAre("failed small storage", "idle"));
   EXPECT_THAT(events[0].message, HasSubstr("A folder is where the model file belongs"));
+}
+
+TEST_F(Downloader, ABodyWithoutEndIsCutOffAndLeavesNothing) {
+  auto downloader = start("unsized@30000000");
+  downloader.download({"unsized"});
+  EXPECT_THAT(summary(downloader.untilIdle()), ElementsAre("failed unsized wrong_length", "idle"));
+  EXPECT_LT(host->statistics(name(), "unsized@30000000", unsized).bytes, 30'000'000);
+  EXPECT_FALSE(hasTemporaryFiles());
+  EXPECT_FALSE(fs::exists(store() / unsized.place()));
+}
+
+TEST_F(Downloader, NothingInTheStoreLeadsItOutOrHoldsItUp) {
+  const auto outside = folder.path() / "outside";
+  const auto part = store() / ".downloads" / (small.sha256 + ".part");
+  const auto tag = store() / ".downloads" / (small.sha256 + ".etag");
+  const auto foreign = outside / "foreign";
+  const std::pair<const char*, std::function<void()>> traps[] = {
+      {"the folder of downloads is a link",
+       [&] {
+         fs::remove(store() / ".downloads");
+         fs::create_directory_symlink(outside, store() / ".downloads");
+       }},
+      {"the part is a link", [&] { fs::create_symlink(foreign, part); }},
+      {"the part is a second name", [&] { fs::create_hard_link(foreign, part); }},
+      {"the part is a pipe", [&] { ::mkfifo(part.c_str(), 0600); }},
+      {"the tag is a link", [&] { fs::create_symlink(foreign, tag); }},
+      {"the tag is a second name", [&] { fs::create_hard_link(foreign, tag); }},
+      {"the tag is a pipe",
+       [&] {
+         std::ofstream(part) << host->content(small).substr(0, 10);
+         ::mkfifo(tag.c_str(), 0600);
+       }},
+      {"the place is a pipe",
+       [&] {
+         fs::create_directories((store() / small.place()).parent_path());
+         ::mkfifo((store() / small.place()).c_str(), 0600);
+       }},
+  };
+  for (const auto& [what, set] : traps) {
+    SCOPED_TRACE(what);
+    fs::remove_all(store());
+    fs::remove_all(outside);
+    fs::create_directories(outside);
+    fs::create_directories(part.parent_path());
+    std::ofstream(foreign) << "not ours";
+    set();
+    auto downloader = start("ok");
+    downloader.download({"small"});
+    EXPECT_THAT(summary(downloader.untilIdle()), ElementsAre("installed small", "idle"));
+    EXPECT_TRUE(isInstalled(small));
+    EXPECT_EQ(readFile(foreign), "not ours");
+    EXPECT_EQ(std::distance(fs::directory_iterator(outside), {}), 1);
+  }
+  // A model's folder that leads elsewhere is not replaced, and not followed either.
+  fs::remove_all(store());
+  fs::create_directories(store());
+  fs::create_directory_symlink(outside, store() / small.folder);
+  auto downloader = start("ok");
+  downloader.download({"small"});
+  EXPECT_THAT(summary(downloader.untilIdle()), ElementsAre("failed small storage", "idle"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(outside), {}), 1);
 }
 
 TEST_F(Downloader, RefusesEverythingThatIsNotAnIdentifier) {

@@ -16,6 +16,7 @@ int main(int count, char** arguments) {
   };
   std::list<Row> rows;
   std::vector<ApprovedModelDownload> manifest;
+  constexpr std::int64_t largest = 100'000;
   std::ifstream list(arguments[2]);
   for (Row row; list >> row.identifier >> row.sha256 >> row.bytes >> row.folder >> row.file;) {
     const auto& kept = rows.emplace_back(row);
@@ -26,7 +27,8 @@ int main(int count, char** arguments) {
                         .sha256 = kept.sha256,
                         .relativePath = std::nullopt,
                         .byteCount = kept.bytes == "-" ? std::nullopt : std::optional(std::stoll(kept.bytes)),
-                        .folder = kept.folder});
+                        .folder = kept.folder,
+                        .largest = largest});
   }
   const auto options = downloader::Options::parse({arguments + 3, arguments + count});
   if (!options) return 2;
