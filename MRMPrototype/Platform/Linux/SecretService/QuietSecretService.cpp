@@ -16,8 +16,14 @@ GVariant* promptSync(SecretService* self, SecretPrompt* prompt, GCancellable* ca
   return nullptr;
 }
 
-void promptAsync(SecretService* self, SecretPrompt*, const GVariantType*, GCancellable* cancellable,
-                 GAsyncReadyCallback callback, gpointer userData) {
+/// Also what the library's blocking calls come to.
+void promptAsync(SecretService* self, SecretPrompt* prompt, const GVariantType* type,
+                 GCancellable* cancellable, GAsyncReadyCallback callback, gpointer userData) {
+  if (g_object_get_data(G_OBJECT(self), followsKey) != nullptr) {
+    auto* const usual = static_cast<SecretServiceClass*>(g_type_class_peek(SECRET_TYPE_SERVICE));
+    usual->prompt_async(self, prompt, type, cancellable, callback, userData);
+    return;
+  }
   GTask* const task = g_task_new(self, cancellable, callback, userData);
   g_task_return_new_error(task, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, "%s", refusal);
   g_object_unref(task);
