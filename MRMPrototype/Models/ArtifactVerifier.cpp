@@ -4,12 +4,15 @@
 #include "Foundation/UniqueDescriptor.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fstream>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 namespace murmel {
@@ -17,6 +20,9 @@ namespace murmel {
 namespace {
 
 constexpr std::size_t readSize = 1 << 20;
+/// Whoever writes holds the lock for some milliseconds.
+constexpr auto lockLimit = std::chrono::seconds(2);
+constexpr auto lockRetryInterval = std::chrono::milliseconds(2);
 
 std::int64_t nanoseconds(const timespec& time) {
   return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
@@ -61,37 +67,64 @@ class ArtifactVerifier::OpenedFile {
   UniqueDescriptor descriptor_;
 };
 
-ArtifactVerifier::ArtifactVerifier(std::filesystem::path memory)
-    : memoryFile_(std::move(memory)), known_(read(memoryFile_)) {}
+ArtifactVerifier::ArtifactVerifier(std::filesystem::path memory) : memoryFile_(std::move(memory)) {
+  refresh();
+}
+
+/// Takes over what other processes have found out since. With the mutex held, or before anybody has it.
+void ArtifactVerifier::refresh() const {
+  if (memoryFile_.empty()) return;
+  const auto identity = OpenedFile(memoryFile_).identity();
+  if (identity == memoryRead_) return;
+  memoryRead_ = identity;
+  auto fresh = read(memoryFile_);
+  for (auto& [path, known] : fresh) known_.insert_or_assign(path, std::move(known));
+}
 
 ArtifactVerifier::Finding ArtifactVerifier::look(const ModelArtifact& artifact) const {
   const auto identity = OpenedFile(artifact.path).identity();
   if (!identity) return Finding::missing;
   if (artifact.size && *artifact.size != identity->size) return Finding::wrong;
   const std::lock_guard lock(mutex_);
-  const auto found = known_.find(artifact.path.native());
-  if (found == known_.end() || found->second.identity != *identity) return Finding::unknown;
+  const auto find = [&] {
+    const auto found = known_.find(artifact.path.native());
+    return found != known_.end() && found->second.identity == *identity ? found : known_.end();
+  };
+  auto found = find();
+  if (found == known_.end()) {
+    refresh();
+    found = find();
+  }
+  if (found == known_.end()) return Finding::unknown;
   return found->second.sha256 == artifact.sha256 ? Finding::verified : Finding::wrong;
 }
 
 bool ArtifactVerifier::verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping) {
   const auto finding = look(artifact);
   if (finding != Finding::unknown) return finding == Finding::verified;
+  return verifyAgain(artifact, stopping);
+}
+
+bool ArtifactVerifier::verifyAgain(const ModelArtifact& artifact, const std::atomic<bool>& stopping) {
   const OpenedFile opened(artifact.path);
   const auto before = opened.identity();
-  if (!before) return false;
+  if (!before || (artifact.size && *artifact.size != before->size)) return false;
   const auto digest = opened.sha256(stopping);
   // Written to while it was read: what was hashed may never have been there as a whole.
   if (!digest || opened.identity() != before) return false;
-  const bool matches = *digest == artifact.sha256;
-  remember(artifact.path.native(), {*before, *digest}, matches);
-  return matches;
+  remember(artifact.path.native(), {*before, *digest});
+  return *digest == artifact.sha256;
 }
 
-void ArtifactVerifier::remember(const std::string& path, Known known, bool matches) {
+void ArtifactVerifier::remember(const std::string& path, Known known) {
   const std::lock_guard lock(mutex_);
   known_.insert_or_assign(path, std::move(known));
-  if (matches && !memoryFile_.empty()) write();
+  write();
+}
+
+void ArtifactVerifier::forgetMissing() {
+  const std::lock_guard lock(mutex_);
+  write();
 }
 
 ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& file) {
@@ -114,7 +147,17 @@ ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& fil
 }
 
 void ArtifactVerifier::write() {
-  // Another process of ours may have verified other files meanwhile. Files that are gone are forgotten.
+  if (memoryFile_.empty()) return;
+  std::error_code error;
+  if (known_.empty() && !std::filesystem::exists(memoryFile_, error)) return;
+  // Another process of ours may be at the same: without the lock one would forget what the other has found.
+  const UniqueDescriptor lock(::open((memoryFile_.native() + ".lock").c_str(),
+                                     O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+  const auto deadline = std::chrono::steady_clock::now() + lockLimit;
+  while (!lock || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (!lock || std::chrono::steady_clock::now() >= deadline) return;
+    std::this_thread::sleep_for(lockRetryInterval);
+  }
   auto merged = read(memoryFile_);
   for (const auto& [path, known] : known_) merged.insert_or_assign(path, known);
   nlohmann::json object = nlohmann::json::object();
@@ -124,8 +167,12 @@ void ArtifactVerifier::write() {
                     {"size", known.identity.size},       {"modified", known.identity.modified},
                     {"changed", known.identity.changed}, {"sha256", known.sha256}};
   }
+  if (object.empty()) {  // a store that holds nothing is left empty
+    std::filesystem::remove(memoryFile_, error);
+    std::filesystem::remove(memoryFile_.native() + ".lock", error);
+    return;
+  }
   const auto temporary = memoryFile_.native() + ".new";
-  std::error_code error;
   constexpr int indentation = 1;
   {
     std::ofstream stream(temporary, std::ios::trunc);

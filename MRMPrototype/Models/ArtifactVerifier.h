@@ -41,14 +41,18 @@ class ArtifactVerifier {
     verified,  ///< it was read, and has not changed since
   };
 
-  /// `memory`: a file in which the verified files are remembered beyond this process; empty for none. A
-  /// memory that is damaged or cannot be written only makes files be read again.
+  /// `memory`: a file in which what was read is remembered beyond this process, shared with other processes;
+  /// empty for none. A memory that is damaged or cannot be written only makes files be read again.
   explicit ArtifactVerifier(std::filesystem::path memory = {});
 
   /// Without reading the contents.
   [[nodiscard]] Finding look(const ModelArtifact& artifact) const;
   /// Reads what is not known. Ends early, with false, when `stopping` becomes true.
   bool verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping);
+  /// Reads it, known or not.
+  bool verifyAgain(const ModelArtifact& artifact, const std::atomic<bool>& stopping);
+  /// Forgets files that are gone, in the memory too, so that other processes notice.
+  void forgetMissing();
 
  private:
   struct Known {
@@ -62,11 +66,13 @@ class ArtifactVerifier {
   class OpenedFile;
   static Memory read(const std::filesystem::path& file);
   void write();
-  void remember(const std::string& path, Known known, bool matches);
+  void refresh() const;
+  void remember(const std::string& path, Known known);
 
   const std::filesystem::path memoryFile_;
   mutable std::mutex mutex_;
-  Memory known_;  ///< what every file that was read contains; guarded
+  mutable Memory known_;                            ///< what every file that was read contains; guarded
+  mutable std::optional<FileIdentity> memoryRead_;  ///< the state of the memory file that is in `known_`
 };
 
 }  // namespace murmel

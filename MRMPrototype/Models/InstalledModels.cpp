@@ -40,16 +40,15 @@ bool InstalledModels::verify(const std::vector<std::string>& identifiers, const 
 
 bool InstalledModels::verifyAgain(const std::vector<std::string>& identifiers,
                                   const std::atomic<bool>& stopping) {
-  // Nothing is known to a verifier that has just begun; what it finds replaces what is remembered.
-  ArtifactVerifier fresh;
-  const bool isRight = std::ranges::all_of(identifiers, [&](const auto& identifier) {
+  bool areRight = true;
+  for (const auto& identifier : identifiers) {
     const auto* asset = lookup_(identifier);
-    return asset != nullptr && fresh.verify(artifact(root_, *asset), stopping);
-  });
-  return isRight;
+    areRight = asset != nullptr && verifier_.verifyAgain(artifact(root_, *asset), stopping) && areRight;
+  }
+  return areRight;
 }
 
-bool InstalledModels::remove(const std::vector<std::string>& identifiers) const {
+bool InstalledModels::remove(const std::vector<std::string>& identifiers) {
   bool allGone = true;
   const auto partials = root_ / partialDownloadsFolder;
   for (const auto& identifier : identifiers) {
@@ -67,6 +66,7 @@ bool InstalledModels::remove(const std::vector<std::string>& identifiers) const 
   }
   std::error_code error;
   std::filesystem::remove(partials, error);
+  verifier_.forgetMissing();
   return allGone;
 }
 

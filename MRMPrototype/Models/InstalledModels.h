@@ -31,7 +31,7 @@ class InstalledModels {
   bool verifyAgain(const std::vector<std::string>& identifiers, const std::atomic<bool>& stopping);
   /// Removes the files, folders that become empty, and what an unfinished download left. False when a file
   /// stays.
-  [[nodiscard]] bool remove(const std::vector<std::string>& identifiers) const;
+  [[nodiscard]] bool remove(const std::vector<std::string>& identifiers);
   /// Bytes that these files occupy now.
   [[nodiscard]] std::uint64_t bytes(const std::vector<std::string>& identifiers) const;
 

@@ -2,6 +2,8 @@
 
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,7 +17,28 @@ struct CatalogModel {
   std::string_view title;  ///< as people read it
   std::vector<std::string> identifiers;
   MRMModelDownloadImportance importance;
+  std::string_view purpose{};  ///< what it is good for, in a sentence
+  std::string_view licence{};
+  std::uint64_t about = 0;   ///< bytes to download, where the list of files does not say it
+  std::uint64_t memory = 0;  ///< bytes that it needs while it works
 };
+
+/// What a model can need of a machine.
+struct ModelMachine {
+  std::uint64_t memory = 0;         ///< bytes, of the machine
+  bool runsSpeech = false;          ///< the engine of the downloadable speech models is there and can run
+  bool runsLanguageModels = false;  ///< their server is there
+  bool runsRussian = false;         ///< the corrector's runtime is there
+
+  static ModelMachine ofThisMachine(const std::filesystem::path& resources, bool runsSpeech);
+};
+
+/// Why a model would be of no use there, in a sentence; empty when it can run.
+std::string whyUnusable(const CatalogModel& model, const ModelMachine& machine);
+/// Bytes to download.
+std::uint64_t downloadSize(const CatalogModel& model);
+/// Why it cannot be downloaded at all, in a sentence; empty when it can.
+std::string whyNotDownloadable(const CatalogModel& model);
 
 /// Every model that can be of use on this platform, speech models first, the recommended one before all.
 const std::vector<CatalogModel>& modelCatalog();

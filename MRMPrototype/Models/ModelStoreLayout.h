@@ -12,11 +12,13 @@ inline constexpr std::string_view verificationMemoryName = ".verified.json";
 inline constexpr std::string_view partialDownloadsFolder = ".downloads";
 /// Below the resources folder: the language-model server, in a folder that carries its build number.
 inline constexpr std::string_view llamaServerPath = "Runtime/llama-b10448/llama-server";
+/// Below the resources folder: the corrector for Russian.
+inline constexpr std::string_view russianWorkerPath = "Workers/mrm-sage-worker";
 
 /// Below the resources folder: the executables that the application starts.
 inline constexpr std::string_view workersFolder = "Workers";
-/// Below the resources folder: the speech model that comes with the application, in a folder of its engine's
-/// name.
+/// Below the resources folder: the models that come with the application, the speech model in a folder of its
+/// engine's name, others as in the store.
 inline constexpr std::string_view packagedModelsFolder = "Models";
 
 }  // namespace murmel

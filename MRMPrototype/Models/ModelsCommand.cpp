@@ -13,7 +13,7 @@ using Finding = InstalledModels::Finding;
 using State = ModelDownloadStatus::State;
 
 constexpr std::string_view usage =
-    "usage: murmel models list              what is installed\n"
+    "usage: murmel models [list]            what there is, and what is installed\n"
     "       murmel models download [NAME]   fetch a model (the recommended speech model without a name)\n"
     "       murmel models verify [NAME]     read installed models and compare them with what they must be\n"
     "       murmel models remove NAME       remove a model\n";
@@ -42,26 +42,38 @@ struct Progress {
   std::int64_t total = 0;
   bool isTotalKnown = true;
   std::string state;
+  std::optional<double> rate;             ///< bytes a second
+  std::optional<std::int64_t> remaining;  ///< seconds
 };
+
+std::string speed(const Progress& progress) {
+  if (!progress.rate) return {};
+  auto text = fmt::format("{:.1f} MB/s ", *progress.rate / 1e6);
+  if (progress.remaining)
+    text += fmt::format("{}:{:02} left ", *progress.remaining / 60, *progress.remaining % 60);
+  return text;
+}
 
 std::string bar(const Progress& progress) {
   constexpr int width = 30;
   if (!progress.isTotalKnown || progress.total == 0)
-    return fmt::format("{:>6} {}", megabytes(static_cast<std::uint64_t>(progress.received)), progress.state);
+    return fmt::format("{:>6} {}{}", megabytes(static_cast<std::uint64_t>(progress.received)),
+                       speed(progress), progress.state);
   const auto filled = static_cast<std::size_t>(progress.received * width / progress.total);
-  return fmt::format("[{:<{}}] {:3}% {}", std::string(filled, '#'), width,
-                     progress.received * 100 / progress.total, progress.state);
+  return fmt::format("[{:<{}}] {:3}% {}{}", std::string(filled, '#'), width,
+                     progress.received * 100 / progress.total, speed(progress), progress.state);
 }
 
 }  // namespace
 
 ModelsCommand::ModelsCommand(Executor& executor, const std::filesystem::path& root,
-                             ModelDownloadClient* client, Output output,
+                             ModelDownloadClient* client, Output output, ModelMachine machine,
                              const std::vector<CatalogModel>& catalog, std::vector<SpeechModel> packaged)
     : executor_(executor),
       installed_(std::make_shared<InstalledModels>(root)),
       client_(client),
       output_(std::move(output)),
+      machine_(machine),
       catalog_(catalog),
       packaged_(std::move(packaged)),
       queue_(executor, "models-command") {}
@@ -72,9 +84,9 @@ ModelsCommand::~ModelsCommand() {
 
 void ModelsCommand::start(const std::vector<std::string>& arguments, std::function<void(int)> done) {
   done_ = std::move(done);
-  const auto verb = arguments.empty() ? std::string() : arguments[0];
+  const auto verb = arguments.empty() ? std::string("list") : arguments[0];
   if (arguments.size() > 2) return showUsage();
-  if (verb == "list" && arguments.size() == 1) return list();
+  if (verb == "list" && arguments.size() < 2) return list();
 
   const CatalogModel* model = nullptr;
   if (arguments.size() == 2) {
@@ -105,9 +117,14 @@ void ModelsCommand::showUsage() {
 void ModelsCommand::list() {
   for (const auto& model : catalog_) {
     const auto finding = installed_->look(model.identifiers);
-    const auto size =
-        finding == Finding::missing ? std::string() : megabytes(installed_->bytes(model.identifiers));
-    print(fmt::format("{:<15} {:<40} {:>8}  {}\n", model.name, model.title, size, wordFor(finding)));
+    const bool isThere = finding != Finding::missing;
+    const auto size = isThere ? installed_->bytes(model.identifiers) : downloadSize(model);
+    print(fmt::format("{:<15} {:<38} {:>8}  {:<11} {}\n", model.name, model.title, megabytes(size),
+                      model.licence, wordFor(finding)));
+    if (!model.purpose.empty()) print(fmt::format("{:<15} {}\n", "", model.purpose));
+    auto obstacle = whyUnusable(model, machine_);
+    if (obstacle.empty() && !isThere) obstacle = whyNotDownloadable(model);
+    if (!obstacle.empty()) print(fmt::format("{:<15} {}\n", "", obstacle));
   }
   for (const auto& model : packaged_) {
     std::error_code error;
@@ -130,7 +147,12 @@ void ModelsCommand::download(const CatalogModel& model) {
     print("This build cannot download models.\n");
     return finish(1);
   }
-  print(fmt::format("{}\n", model.title));
+  if (const auto obstacle = whyNotDownloadable(model); !obstacle.empty()) {
+    print(obstacle + "\n");
+    return finish(1);
+  }
+  print(fmt::format("{}, {}, {}\n", model.title, megabytes(downloadSize(model)), model.licence));
+  if (const auto obstacle = whyUnusable(model, machine_); !obstacle.empty()) print(obstacle + "\n");
   changes_ = client_->onChange([this, &model](const auto& identifier, const auto& status) {
     downloadChanged(model, identifier, status);
   });
@@ -151,13 +173,23 @@ void ModelsCommand::downloadChanged(const CatalogModel& model, const std::string
   if (!isOver) return;
   changes_.reset();
   if (output_.isTerminal) print("\n");
-  if (!failure) {
-    print("Installed.\n");
-    return finish(0);
-  }
-  print(failure->state == State::cancelled ? "Stopped. What has arrived is kept for the next time.\n"
+  if (!failure) return rememberAndFinish(model);
+  print(failure->state == State::cancelled ? "Stopped. The same command continues where it was.\n"
                                            : failure->message + "\n");
   finish(1);
+}
+
+/// The downloader has verified it; read once more here, so that nobody has to wait for that later, and so
+/// that a running instance learns of it.
+void ModelsCommand::rememberAndFinish(const CatalogModel& model) {
+  queue_.enqueue([this, &model, installed = installed_, alive = std::weak_ptr(alive_)] {
+    const bool isRight = installed->verify(model.identifiers, stopping_);
+    executor_.post([this, isRight, alive] {
+      if (alive.expired()) return;
+      print(isRight ? "Installed.\n" : "The file changed right after it was installed.\n");
+      finish(isRight ? 0 : 1);
+    });
+  });
 }
 
 void ModelsCommand::showProgress(const CatalogModel& model, const ModelDownloadStatus& changed) {
@@ -169,6 +201,9 @@ void ModelsCommand::showProgress(const CatalogModel& model, const ModelDownloadS
     progress.received += found->second.received;
     progress.total += found->second.total.value_or(0);
   }
+  rate_.add(output_.now(), progress.received);
+  progress.rate = rate_.bytesPerSecond();
+  if (progress.isTotalKnown) progress.remaining = rate_.remaining(progress.total - progress.received);
   if (changed.state == State::retrying) progress.state = changed.message + " Trying again.";
   if (changed.state == State::checking) progress.state = "checking what is there";
   const auto shown = bar(progress);

@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/SerialQueue.h"
+#include "Models/DownloadRate.h"
 #include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Models/ModelDownloadClient.h"
@@ -25,12 +26,15 @@ class ModelsCommand {
     std::function<void(std::string_view)> print;
     /// Whether a line may be written over again with a carriage return.
     bool isTerminal = false;
+    /// For the rate of a download.
+    std::function<Instant()> now = [] { return Instant(); };
   };
 
   /// `root`: of the model store. `client` may be nullptr, then nothing can be downloaded. All must outlive
   /// this. `packaged`: models that come with the application, which are only listed.
   ModelsCommand(Executor& executor, const std::filesystem::path& root, ModelDownloadClient* client,
-                Output output, const std::vector<CatalogModel>& catalog = modelCatalog(),
+                Output output, ModelMachine machine,
+                const std::vector<CatalogModel>& catalog = modelCatalog(),
                 std::vector<SpeechModel> packaged = {});
   ~ModelsCommand();
 
@@ -47,6 +51,7 @@ class ModelsCommand {
   void remove(const CatalogModel& model);
   void downloadChanged(const CatalogModel& model, const std::string& identifier,
                        const ModelDownloadStatus& changed);
+  void rememberAndFinish(const CatalogModel& model);
   void showProgress(const CatalogModel& model, const ModelDownloadStatus& changed);
   void showUsage();
   void finish(int status);
@@ -56,6 +61,8 @@ class ModelsCommand {
   std::shared_ptr<InstalledModels> installed_;
   ModelDownloadClient* client_;
   Output output_;
+  ModelMachine machine_;
+  DownloadRate rate_;
   const std::vector<CatalogModel>& catalog_;
   const std::vector<SpeechModel> packaged_;
   std::function<void(int)> done_;

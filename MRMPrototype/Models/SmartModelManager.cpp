@@ -34,8 +34,16 @@ const ApprovedModelDownload* SmartModelManager::find(std::string_view identifier
   return found == files_.end() ? nullptr : &*found;
 }
 
+std::filesystem::path SmartModelManager::place(const ApprovedModelDownload& file) const {
+  std::error_code error;
+  auto own = root_ / file.storePath();
+  auto packaged = resources_ / packagedModelsFolder / file.storePath();
+  const bool isPackaged = !std::filesystem::exists(own, error) && std::filesystem::exists(packaged, error);
+  return isPackaged ? packaged : own;
+}
+
 ModelArtifact SmartModelManager::artifact(const ApprovedModelDownload& file) const {
-  return {root_ / file.storePath(),
+  return {place(file),
           file.byteCount ? std::optional(static_cast<std::uint64_t>(*file.byteCount)) : std::nullopt,
           file.sha256};
 }
@@ -58,7 +66,7 @@ bool SmartModelManager::isReady(std::string_view identifier) const {
 
 std::filesystem::path SmartModelManager::file(std::string_view identifier) const {
   const auto* entry = find(identifier);
-  return entry == nullptr ? std::filesystem::path() : root_ / entry->storePath();
+  return entry == nullptr ? std::filesystem::path() : place(*entry);
 }
 
 bool SmartModelManager::verifyBeforeLoad(std::string_view identifier) const {
@@ -69,7 +77,7 @@ bool SmartModelManager::verifyBeforeLoad(std::string_view identifier) const {
 std::filesystem::path SmartModelManager::sageFolder() const {
   const auto first = std::ranges::find_if(
       files_, [](const auto& entry) { return entry.identifier.starts_with(sagePrefix); });
-  return first == files_.end() ? std::filesystem::path() : root_ / first->folder;
+  return first == files_.end() ? std::filesystem::path() : place(*first).parent_path();
 }
 
 bool SmartModelManager::isSageReady() const {

@@ -63,6 +63,9 @@ class SmartModelManager {
 
  private:
   [[nodiscard]] const ApprovedModelDownload* find(std::string_view identifier) const;
+  /// Where a file lies: in the user's store, else where the package brought it. In the store when it is
+  /// nowhere.
+  [[nodiscard]] std::filesystem::path place(const ApprovedModelDownload& file) const;
   [[nodiscard]] ModelArtifact artifact(const ApprovedModelDownload& file) const;
   void set(std::string_view identifier, ModelFileState state);
 

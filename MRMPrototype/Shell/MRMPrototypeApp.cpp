@@ -201,6 +201,7 @@ Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
 
 void MRMPrototypeApp::connectStorage() {
   storage_.follow(process_.executor, process_.clock);
+  models_.follow(process_.executor);
   observers_.push_back(sleep_.didWake().subscribe([this] { storage_.expire(); }));
   observers_.push_back(
       models_.smart.onInventoryChange([this] { storage_.settings.modelInventoryChanged(); }));

@@ -58,12 +58,10 @@ MainWindows::MainWindows(Parts parts)
     : parts_(std::move(parts)),
       shelf_(parts_.process.executor, parts_.process.clock, parts_.models,
              modelStore(parts_.installation.folders),
-             [this](const CatalogModel& model) {
-               const bool isParakeet = model.name.starts_with("parakeet");
-               return isParakeet && !canRun(speechEngine("parakeet"), parts_.installation.folders.resources)
-                          ? std::string("This computer's processor cannot run it.")
-                          : std::string();
-             }),
+             [machine = ModelMachine::ofThisMachine(
+                  parts_.installation.folders.resources,
+                  canRun(speechEngine("parakeet"), parts_.installation.folders.resources))](
+                 const CatalogModel& model) { return whyUnusable(model, machine); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
       microphone_(parts_.process.executor, trialInput_, parts_.desktop.microphoneAuthorization,
                   parts_.installation.folders.temporary,

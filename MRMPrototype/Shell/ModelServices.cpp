@@ -3,6 +3,7 @@
 #include "Models/ModelCatalog.h"
 #include "Models/ModelStoreLayout.h"
 #include "Models/SpeechModels.h"
+#include "Platform/Linux/Files/PosixFileSystem.h"
 
 #include <string>
 
@@ -53,6 +54,7 @@ ModelServices::ModelServices(const ProcessServices& process, const Installation&
       smart(process.executor, modelStore(installation.folders), installation.folders.resources),
       priority(std::make_unique<NoDownloads>()),
       canRunDownload_(canRun(speechEngine("parakeet"), installation.folders.resources)) {
+  store_ = modelStore(installation.folders);
   speech->validate();
   smart.validate();
   auto configuration = downloaderConfiguration(installation);
@@ -62,6 +64,15 @@ ModelServices::ModelServices(const ProcessServices& process, const Installation&
   priority = std::make_unique<DownloadRuntimePriority>(*downloads);
   installed_ = downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
     if (status.state != ModelDownloadStatus::State::installed) return;
+    speech->validate();
+    smart.validate();
+  });
+}
+
+void ModelServices::follow(Executor& executor) {
+  // A folder that is not there cannot be watched.
+  (void)PosixFileSystem().makeFolders(store_);
+  watch_.emplace(executor, std::vector{store_ / verificationMemoryName}, [this] {
     speech->validate();
     smart.validate();
   });

@@ -5,6 +5,7 @@
 #include "Models/ModelDownloadClient.h"
 #include "Models/ModelManager.h"
 #include "Models/SmartModelManager.h"
+#include "Platform/Linux/Files/FileWatch.h"
 #include "Shell/Installation.h"
 #include "Shell/ProcessServices.h"
 
@@ -31,6 +32,9 @@ class ModelServices final : public SmartModelFiles {
   [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel model) const override;
   [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override;
 
+  /// For an application that stays: notices what other processes install, verify and remove.
+  void follow(Executor& executor);
+
   /// The speech model that is recommended for this machine. False when there is none to download here.
   bool downloadSpeechModel();
   void cancelSpeechModelDownload();
@@ -44,6 +48,8 @@ class ModelServices final : public SmartModelFiles {
  private:
   bool canRunDownload_;  ///< the recommended speech model
   Registration installed_;
+  std::filesystem::path store_;
+  std::optional<FileWatch> watch_;
 };
 
 }  // namespace murmel

@@ -1,7 +1,5 @@
 #include "Shell/ModelShelfServices.h"
 
-#include "MRMDownloadManifest/MRMDownloadManifest.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -9,20 +7,7 @@ namespace murmel {
 
 namespace {
 
-/// Over which a rate is taken: long enough to be calm, short enough to follow a slow network.
-constexpr auto rateWindow = std::chrono::seconds(6);
-
 using State = ModelDownloadStatus::State;
-
-std::optional<std::uint64_t> sizeOf(const CatalogModel& model) {
-  std::uint64_t size = 0;
-  for (const auto& identifier : model.identifiers) {
-    const auto* const asset = MRMDownloadManifest::asset(identifier);
-    if (asset == nullptr || !asset->byteCount) return std::nullopt;
-    size += static_cast<std::uint64_t>(*asset->byteCount);
-  }
-  return size;
-}
 
 ModelShelfRow::State stateFor(InstalledModels::Finding finding) {
   switch (finding) {
@@ -73,9 +58,12 @@ std::vector<ModelShelfRow> ModelShelfServices::rows() const {
 ModelShelfRow ModelShelfServices::row(const CatalogModel& model) const {
   ModelShelfRow row{.name = std::string(model.name), .title = std::string(model.title)};
   row.isSpeech = model.importance == MRMModelDownloadImportance::required;
-  row.size = sizeOf(model);
+  row.purpose = model.purpose;
+  row.licence = model.licence;
+  row.size = downloadSize(model);
   row.onDisk = installed_->bytes(model.identifiers);
   row.unusable = unusable_(model);
+  if (row.unusable.empty() && row.onDisk == 0) row.unusable = whyNotDownloadable(model);
   row.state = working_.contains(model.name) ? ModelShelfRow::State::verifying
                                             : stateFor(installed_->look(model.identifiers));
   if (row.state == ModelShelfRow::State::absent || row.state == ModelShelfRow::State::damaged)
@@ -112,16 +100,11 @@ void ModelShelfServices::addDownload(const CatalogModel& model, ModelShelfRow& r
   else if (isWaiting)
     row.state = ModelShelfRow::State::waiting;
   if (row.state != ModelShelfRow::State::downloading) return;
-  const auto found = samples_.find(model.name);
-  if (found == samples_.end() || found->second.size() < 2) return;
-  const auto& samples = found->second;
-  const auto seconds = std::chrono::duration<double>(samples.back().at - samples.front().at).count();
-  if (seconds < 1) return;
-  const auto rate = static_cast<double>(samples.back().received - samples.front().received) / seconds;
-  if (rate <= 0) return;
-  row.bytesPerSecond = rate;
-  if (row.size && *row.size >= row.received)
-    row.remainingSeconds = static_cast<std::int64_t>(static_cast<double>(*row.size - row.received) / rate);
+  const auto found = rates_.find(model.name);
+  if (found == rates_.end()) return;
+  row.bytesPerSecond = found->second.bytesPerSecond();
+  if (row.size)
+    row.remainingSeconds = found->second.remaining(static_cast<std::int64_t>(*row.size - row.received));
 }
 
 std::int64_t ModelShelfServices::received(const CatalogModel& model) const {
@@ -137,21 +120,13 @@ void ModelShelfServices::downloadChanged(const std::string& identifier) {
     return std::ranges::find(entry.identifiers, identifier) != entry.identifiers.end();
   });
   if (model == modelCatalog().end()) return;
-  auto& samples = samples_[model->name];
-  const auto now = clock_.now();
-  const auto sum = received(*model);
-  // A download that starts again, or goes on after a pause, has a rate of its own.
-  const bool isNew =
-      !samples.empty() && (sum < samples.back().received || now - samples.back().at > rateWindow);
-  if (isNew) samples.clear();
-  samples.push_back({now, sum});
-  while (samples.size() > 2 && now - samples[1].at > rateWindow) samples.pop_front();
+  rates_[model->name].add(clock_.now(), received(*model));
   changed_.emit();
 }
 
 void ModelShelfServices::download(const std::string& name) {
   const auto* const model = catalogModel(name);
-  if (model == nullptr || !models_.downloads) return;
+  if (model == nullptr || !models_.downloads || !whyNotDownloadable(*model).empty()) return;
   models_.downloads->download(model->identifiers, model->importance);
   changed_.emit();
 }

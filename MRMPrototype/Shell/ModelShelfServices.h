@@ -2,12 +2,12 @@
 
 #include "Foundation/Async/SerialQueue.h"
 #include "Interface/Models/ModelShelf.h"
+#include "Models/DownloadRate.h"
 #include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Shell/ModelServices.h"
 
 #include <atomic>
-#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -39,13 +39,6 @@ class ModelShelfServices final : public ModelShelf {
   void remove(const std::string& name) override;
 
  private:
-  struct Sample {
-    Instant at;
-    std::int64_t received;
-  };
-  /// How much had arrived in the last seconds.
-  using Samples = std::deque<Sample>;
-
   [[nodiscard]] ModelShelfRow row(const CatalogModel& model) const;
   void addDownload(const CatalogModel& model, ModelShelfRow& row) const;
   [[nodiscard]] std::int64_t received(const CatalogModel& model) const;
@@ -57,7 +50,7 @@ class ModelShelfServices final : public ModelShelf {
   ModelServices& models_;
   std::shared_ptr<InstalledModels> installed_;
   std::function<std::string(const CatalogModel&)> unusable_;
-  std::map<std::string_view, Samples> samples_;
+  std::map<std::string_view, DownloadRate> rates_;
   std::set<std::string_view> working_;  ///< being verified or removed
   std::vector<Registration> observers_;
   Signal<> changed_;

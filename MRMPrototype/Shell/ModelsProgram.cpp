@@ -1,19 +1,47 @@
+#include "Foundation/UniqueDescriptor.h"
 #include "Models/ModelDownloadProbe.h"
 #include "Models/ModelsCommand.h"
+#include "Models/SpeechModels.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 
 #include <QCoreApplication>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <optional>
 
 #include <fmt/core.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace murmel {
+
+namespace {
+
+sigset_t interruptSignals() {
+  sigset_t signals;
+  ::sigemptyset(&signals);
+  ::sigaddset(&signals, SIGINT);
+  ::sigaddset(&signals, SIGTERM);
+  return signals;
+}
+
+/// From now on interruptions are read from here. Before any thread is started, so that none gets them.
+int interruptDescriptor() {
+  const auto signals = interruptSignals();
+  ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+void allowInterrupts() {
+  const auto signals = interruptSignals();
+  ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+}  // namespace
 
 int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role) {
   const QCoreApplication application(arguments.count, arguments.values);
@@ -27,9 +55,19 @@ int runModels(Arguments arguments, const Installation& installation, const Model
     fmt::print("{}", text);
     std::fflush(stdout);
   };
-  ModelsCommand command(executor, modelStore(installation.folders), client ? &*client : nullptr,
-                        {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0}, modelCatalog(),
-                        packagedSpeechModels(installation.folders.resources));
+  ModelsCommand command(
+      executor, modelStore(installation.folders), client ? &*client : nullptr,
+      {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0, .now = [] { return SystemClock().now(); }},
+      ModelMachine::ofThisMachine(installation.folders.resources,
+                                  canRun(speechEngine("parakeet"), installation.folders.resources)),
+      modelCatalog(), packagedSpeechModels(installation.folders.resources));
+  // Ctrl+C ends a download in order; a second one ends the process.
+  const UniqueDescriptor interrupts(interruptDescriptor());
+  const auto interrupted = executor.watchReadable(interrupts.get(), [&] {
+    signalfd_siginfo news{};
+    while (::read(interrupts.get(), &news, sizeof news) > 0) command.interrupt();
+    allowInterrupts();
+  });
   executor.post([&] { command.start(role.arguments, [](int status) { QCoreApplication::exit(status); }); });
   return QCoreApplication::exec();
 }

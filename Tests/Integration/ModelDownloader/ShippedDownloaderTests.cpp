@@ -86,7 +86,7 @@ TEST_F(ShippedDownloader, ServesTheCommand) {
     std::string text;
     int status = -1;
     ModelsCommand command(executor, folder.path() / "Models", &client,
-                          {.print = [&](std::string_view more) { text += more; }, .isTerminal = false},
+                          {.print = [&](std::string_view more) { text += more; }, .isTerminal = false}, {},
                           catalog);
     command.start(arguments, [&](int ended) { status = ended; });
     EXPECT_TRUE(executor.waitUntil([&] { return status >= 0; }));

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <fstream>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +28,7 @@ class Models : public testing::Test {
     Answer answer{-1, {}};
     ModelsCommand command(executor, store, &client,
                           {.print = [&](std::string_view text) { answer.text += text; }, .isTerminal = false},
-                          catalog);
+                          machine, catalog);
     command.start(arguments, [&](int status) { answer.status = status; });
     EXPECT_TRUE(executor.waitUntil([&] { return answer.status >= 0; }));
     return answer;
@@ -42,6 +43,7 @@ class Models : public testing::Test {
       {"first", "First model", {"parakeet:config.json"}, required},
       {"second", "Second model", {"parakeet:Decoder.mlmodelc/coremldata.bin"}, required},
   };
+  ModelMachine machine{.memory = 1'000'000'000, .runsSpeech = true};
   const fs::path config = "Parakeet/parakeet-tdt-0.6b-v3-coreml/config.json";
   TemporaryFolder folder;
   fs::path store = folder.path() / "Models";
@@ -73,9 +75,55 @@ TEST_F(Models, ListsVerifiesAndRemovesWhatIsThere) {
   EXPECT_EQ(run({"remove", "first"}).text, "The model is not installed.\n");
 }
 
+TEST_F(Models, SaysWhatAModelIsGoodForAndWhyItIsOfNoUseHere) {
+  const struct {
+    const char* name;
+    ModelMachine machine;
+    const char* obstacle;
+  } rows[] = {
+      {"parakeet", {8'000'000'000, true, true, true}, ""},
+      {"parakeet", {8'000'000'000, false, true, true}, "this processor is too old"},
+      {"parakeet", {1'000'000'000, true, true, true}, "needs 1.3 GB of memory, and this computer has 1.0 GB"},
+      {"gemma-4-e2b", {8'000'000'000, true, false, true}, "no server for language models"},
+      {"sage", {8'000'000'000, true, true, false}, "no corrector for Russian"},
+  };
+  for (const auto& row : rows) {
+    const auto obstacle = whyUnusable(*catalogModel(row.name), row.machine);
+    EXPECT_EQ(obstacle.empty(), std::string_view(row.obstacle).empty()) << row.name;
+    EXPECT_THAT(obstacle, HasSubstr(row.obstacle));
+  }
+  EXPECT_THAT(whyNotDownloadable(*catalogModel("sage")), HasSubstr("never been confirmed"));
+  EXPECT_EQ(whyNotDownloadable(*catalogModel("parakeet")), "");
+}
+
+TEST_F(Models, RemembersWhatSeveralProcessesVerifyAtOnce) {
+  constexpr int processes = 4;
+  constexpr int each = 50;
+  fs::create_directories(store);
+  std::vector<ModelArtifact> files;
+  for (int number = 0; number < processes * each; ++number) {
+    const auto file = store / std::to_string(number);
+    std::ofstream(file) << "{}";
+    files.push_back({file, 2, "44136fa355b3678a1146ad16f7e8649e94fb4fc21fe77e8310c060f61caaff8a"});
+  }
+  const std::atomic<bool> never = false;
+  std::vector<std::jthread> running;
+  for (int process = 0; process < processes; ++process) {
+    running.emplace_back([&, process] {
+      ArtifactVerifier verifier(store / ".verified.json");
+      for (int number = 0; number < each; ++number)
+        verifier.verify(files[static_cast<std::size_t>(process * each + number)], never);
+    });
+  }
+  running.clear();
+  const ArtifactVerifier later(store / ".verified.json");
+  for (const auto& file : files)
+    EXPECT_EQ(later.look(file), ArtifactVerifier::Finding::verified) << file.path;
+}
+
 TEST_F(Models, RefusesCommandsThatItDoesNotKnow) {
   const std::vector<std::vector<std::string>> wrong{
-      {}, {"lists"}, {"remove"}, {"list", "first"}, {"download", "first", "second"}};
+      {"lists"}, {"remove"}, {"list", "first"}, {"download", "first", "second"}};
   for (const auto& arguments : wrong) {
     const auto answer = run(arguments);
     EXPECT_EQ(answer.status, 2);
@@ -88,8 +136,9 @@ TEST_F(Models, RefusesCommandsThatItDoesNotKnow) {
 
 TEST_F(Models, DownloadsAndTellsHowItEnded) {
   for (const bool succeeds : {true, false}) {
-    launcher.install("/downloader", [succeeds](FakeChildSide& side) {
+    launcher.install("/downloader", [this, succeeds](FakeChildSide& side) {
       side.readLine();
+      if (succeeds) put(config, "{}");
       const std::string head = R"({"mrm_downloader_protocol":1,"identifier":"parakeet:config.json","event":)";
       side.write(head + R"("progress","state":"retrying","received":0,"total":2,"message":"No network."})" +
                  "\n");
