@@ -250,7 +250,11 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   const bool looksFirst = method->looksFirst || lookers_.contains(application->bundleIdentifier);
   auto preparing = awaitReadiness(*reads, looksFirst);
   co_await preparing;
-  if (reads->lastAsked()) lookers_.insert(application->bundleIdentifier);
+  if (reads->lastAsked()) {
+    lookers_.insert(application->bundleIdentifier);
+  } else {
+    lookers_.erase(application->bundleIdentifier);
+  }
 
   // All this may have taken its time: look again.
   auto block = firstPasteBlock(observe(application, method.has_value(), field));

@@ -50,6 +50,8 @@ TrayMenu::TrayMenu(Actions actions) {
   menu_.addSeparator();
   toggle_ = menu_.addAction(QStringLiteral("Start Dictation"));
   copyLast_ = menu_.addAction(QStringLiteral("Copy Last Dictation"));
+  bringBack_ = menu_.addAction(QStringLiteral("Bring Back the Clipboard"));
+  bringBack_->setVisible(false);
   menu_.addSeparator();
   const auto add = [this](const QString& title, const std::function<void()>& run) {
     QObject::connect(menu_.addAction(title), &QAction::triggered, [run] { run(); });
@@ -61,6 +63,7 @@ TrayMenu::TrayMenu(Actions actions) {
   auto* quit = menu_.addAction(QStringLiteral("Quit Murmel"));
   QObject::connect(toggle_, &QAction::triggered, [run = actions.toggle] { run(); });
   QObject::connect(copyLast_, &QAction::triggered, [run = actions.copyLast] { run(); });
+  QObject::connect(bringBack_, &QAction::triggered, [run = actions.bringBackClipboard] { run(); });
   QObject::connect(setup, &QAction::triggered, [run = actions.openSetup] { run(); });
   QObject::connect(quit, &QAction::triggered, [run = actions.quit] { run(); });
   QObject::connect(&icon_, &QSystemTrayIcon::activated,
@@ -88,6 +91,10 @@ void TrayMenu::update(const DictationState& state) {
 
 void TrayMenu::setHasLastTranscript(bool available) {
   copyLast_->setEnabled(available);
+}
+
+void TrayMenu::setCanBringBackClipboard(bool available) {
+  bringBack_->setVisible(available);
 }
 
 void TrayMenu::notify(const QString& title, const QString& text) {

@@ -14,6 +14,7 @@ class TrayMenu {
   struct Actions {
     std::function<void()> toggle;
     std::function<void()> copyLast;
+    std::function<void()> bringBackClipboard;
     std::function<void()> openSettings;
     std::function<void()> openHistory;
     std::function<void()> openSetup;
@@ -26,6 +27,8 @@ class TrayMenu {
   void show();
   void update(const DictationState& state);
   void setHasLastTranscript(bool available);
+  /// Whether there is something to bring back that a dictation has replaced on the clipboard.
+  void setCanBringBackClipboard(bool available);
   /// Shows a message that the state has no room for.
   void notify(const QString& title, const QString& text);
 
@@ -35,6 +38,7 @@ class TrayMenu {
   QAction* status_;
   QAction* toggle_;
   QAction* copyLast_;
+  QAction* bringBack_;
 };
 
 }  // namespace murmel

@@ -52,6 +52,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
           .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
+          .bringBackClipboard = [this] { delivery_.insertion.bringBackClipboard(); },
           .openSettings = [this] { perform(IntelCommand::openSettings); },
           .openHistory = [this] { perform(IntelCommand::openHistory); },
           .openSetup = [this] { perform(IntelCommand::openSetup); },
@@ -216,6 +217,8 @@ void MRMPrototypeApp::connectInterface() {
       coordinator_.onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
   observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(
       [this](bool available) { tray_.setHasLastTranscript(available); }));
+  observers_.push_back(delivery_.insertion.onWayBackChange(
+      [this](bool available) { tray_.setCanBringBackClipboard(available); }));
   tray_.update(coordinator_.state());
 
   pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));

@@ -15,6 +15,7 @@ TEST(DeliveryToManyApplications, TenTextsArriveInEachAndTheClipboardIsAsBefore) 
       {"gedit", "Gedit", {"gedit", "--standalone", "FILE"}},
       {"pluma", "Pluma", {"pluma", "FILE"}},
       {"kate", "kate", {"kate", "--startanon", "FILE"}},
+      {"kwrite", "kwrite", {"kwrite", "FILE"}},
       {"xterm", "XTerm", {"xterm", "-u8", "-e", "SCRIPT"}, true},
       {"urxvt", "URxvt", {"urxvt", "-e", "SCRIPT"}, true},
       {"pterm", "Pterm", {"pterm", "-e", "SCRIPT"}, true},
@@ -25,6 +26,9 @@ TEST(DeliveryToManyApplications, TenTextsArriveInEachAndTheClipboardIsAsBefore) 
       {"qterminal", "qterminal", {"qterminal", "-e", "SCRIPT"}, true},
       {"sakura", "Sakura", {"sakura", "-e", "SCRIPT"}, true},
       {"kitty", "kitty", {"kitty", "SCRIPT"}, true},
+      {"tilix", "Tilix", {"tilix", "--new-process", "-e", "SCRIPT"}, true},
+      {"terminator", "Terminator", {"terminator", "-u", "-x", "SCRIPT"}, true},
+      {"konsole", "konsole", {"konsole", "--separate", "-e", "SCRIPT"}, true},
   };
   int tried = 0;
   for (const auto& application : applications) {

@@ -62,7 +62,7 @@ class RealApplicationRun {
     std::string expected;
     for (int dictation = 1; dictation <= dictations; ++dictation) {
       SCOPED_TRACE(dictation);
-      const auto text = "Grüße, Welt — " + std::to_string(dictation) + ". ";
+      const auto text = " Grüße, Welt — " + std::to_string(dictation) + ".";
       expected += text;
       desk.begin();
       EXPECT_EQ(desk.deliver(text), TextDeliveryResult::insertionSent);
