@@ -41,7 +41,7 @@ std::expected<QVariantList, RemoteFailure> call(const std::string& identifier, c
 std::expected<CommandOutcome, RemoteFailure> sendRemoteCommand(const std::string& applicationIdentifier,
                                                                IntelCommand command) {
   const auto name = actionName(command);
-  const auto deadline = remote::sharedClock() + remote::replyTimeoutMilliseconds * std::uint64_t{1'000};
+  const auto deadline = remote::sharedClock() + remote::deadlineMicroseconds;
   const auto reply = call(applicationIdentifier, remote::dictationInterface, QStringLiteral("Perform"),
                           {QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())),
                            QVariant::fromValue(static_cast<qulonglong>(deadline))});

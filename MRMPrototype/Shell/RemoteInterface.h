@@ -17,7 +17,9 @@ inline const auto propertiesInterface = QStringLiteral("org.freedesktop.DBus.Pro
 
 /// How long a caller waits. A running instance answers in well under a millisecond unless it opens a
 /// microphone.
-inline constexpr int replyTimeoutMilliseconds = 3'000;
+inline constexpr int replyTimeoutMilliseconds = 4'000;
+/// Up to when a request is carried out: earlier than the caller's timer, which is a coarse one, can end.
+inline constexpr std::uint64_t deadlineMicroseconds = 2'000'000;
 
 /// The object path that org.freedesktop.Application prescribes: slashes for dots, and "_" for "-".
 inline QString objectPath(const std::string& identifier) {

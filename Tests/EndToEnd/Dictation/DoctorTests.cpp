@@ -7,6 +7,7 @@
 namespace murmel::test {
 
 TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
+  std::filesystem::remove_all(data());
   const auto copy = file("copy").string();
   const auto blocked = file("a-file").string();
   writeFile(blocked, "");
