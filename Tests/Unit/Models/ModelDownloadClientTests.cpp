@@ -36,9 +36,12 @@ class DownloadClient : public testing::Test {
     });
   }
   /// Says one event.
+  static std::string line(const std::string& event, const std::string& rest = {}) {
+    return R"({"mrm_downloader_protocol":1,"event":")" + event + "\"" + (rest.empty() ? "" : "," + rest) +
+           "}\n";
+  }
   static void say(FakeChildSide& side, const std::string& event, const std::string& rest = {}) {
-    side.write(R"({"mrm_downloader_protocol":1,"event":")" + event + "\"" + (rest.empty() ? "" : "," + rest) +
-               "}\n");
+    side.write(line(event, rest));
   }
   /// The next command, kept for the test; false at the end of the input.
   bool hear(FakeChildSide& side) {
@@ -170,8 +173,8 @@ TEST_F(DownloadClient, CancelsAtOnceAndIgnoresWhatComesLate) {
 TEST_F(DownloadClient, StartsANewProcessForWhatIsAskedForWhileTheOldOneCloses) {
   scripts = {[&](FakeChildSide& side) {
                hear(side);
-               say(side, "installed", R"("identifier":"a")");
-               say(side, "idle");
+               // In one piece, so that they are read in one turn of the loop.
+               side.write(line("installed", R"("identifier":"a")") + line("idle"));
                hear(side);
              },
              [&](FakeChildSide& side) {

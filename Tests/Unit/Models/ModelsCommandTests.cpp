@@ -144,8 +144,8 @@ TEST_F(Models, DownloadsAndTellsHowItEnded) {
                  "\n");
       side.write(head +
                  (succeeds ? R"("installed"})" : R"("failed","reason":"offline","message":"Not there."})") +
-                 "\n");
-      side.write("{\"mrm_downloader_protocol\":1,\"event\":\"idle\"}\n");
+                 // In one piece: the next request must not meet a process that is about to end.
+                 "\n{\"mrm_downloader_protocol\":1,\"event\":\"idle\"}\n");
       side.readLine();
     });
     const auto answer = run({"download"});
