@@ -181,7 +181,7 @@ class TranscribeTest(unittest.TestCase):
 
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
-        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.returncode, 3)
         self.assertIn("Murmel is not running.", result.stderr)
 
     def test_the_version_names_the_edition(self):
