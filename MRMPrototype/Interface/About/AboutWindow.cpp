@@ -32,7 +32,8 @@ AboutWindow::AboutWindow(AboutServices services)
             LabelRole::second);
   version->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
-  auto* lines = new QVBoxLayout(this);
+  auto* content = new QWidget;
+  auto* lines = new QVBoxLayout(content);
   lines->setContentsMargins(grid::large, grid::large, grid::large, grid::large);
   lines->setSpacing(grid::small);
   lines->addWidget(icon, 0, Qt::AlignHCenter);
@@ -63,6 +64,16 @@ AboutWindow::AboutWindow(AboutServices services)
   auto* done = button(tr("Close"), [this] { close(); });
   done->setDefault(true);
   lines->addWidget(buttonRow({done}));
+
+  auto* scroll = new QScrollArea;
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setWidget(content);
+  auto* whole = new QVBoxLayout(this);
+  whole->setContentsMargins(0, 0, 0, 0);
+  whole->addWidget(scroll);
+  fitTo(*content);
 }
 
 }  // namespace murmel

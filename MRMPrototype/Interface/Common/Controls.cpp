@@ -1,16 +1,21 @@
 #include "Interface/Common/Controls.h"
 
+#include "Interface/Common/Icons.h"
 #include "Interface/Common/Style.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QStyleOptionButton>
+#include <QToolButton>
 #include <QWheelEvent>
+#include <algorithm>
 
 namespace murmel {
 
 namespace {
 
 constexpr QSize switchSize(44, 24);
+constexpr int minimumChoiceWidth = 160;
 
 }  // namespace
 
@@ -56,6 +61,10 @@ ChoiceBox::ChoiceBox(QWidget* parent) : QComboBox(parent) {
   setSizeAdjustPolicy(QComboBox::AdjustToContents);
 }
 
+QSize ChoiceBox::minimumSizeHint() const {
+  return {std::min(minimumChoiceWidth, sizeHint().width()), QComboBox::minimumSizeHint().height()};
+}
+
 void ChoiceBox::wheelEvent(QWheelEvent* event) {
   event->ignore();
 }
@@ -64,6 +73,8 @@ QLabel* label(const QString& text, LabelRole role) {
   auto* made = new QLabel(text);
   made->setTextFormat(Qt::PlainText);
   made->setWordWrap(true);
+  // Also a text in a language that is written from left to right, which would go to the left by itself.
+  if (made->isRightToLeft()) made->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   auto font = made->font();
   const auto size = font.pointSizeF();
   switch (role) {
@@ -83,6 +94,19 @@ QLabel* label(const QString& text, LabelRole role) {
   }
   made->setFont(font);
   return made;
+}
+
+QLineEdit* searchField(const QString& what) {
+  auto* field = new QLineEdit;
+  field->setPlaceholderText(what);
+  field->setAccessibleName(what);
+  field->setClearButtonEnabled(true);
+  field->addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition)->setText(what);
+  for (auto* inner : field->findChildren<QToolButton*>()) {
+    if (inner->accessibleName().isEmpty() && inner->text().isEmpty())
+      inner->setAccessibleName(QCoreApplication::translate("Common", "Clear"));
+  }
+  return field;
 }
 
 QString literal(QString text) {

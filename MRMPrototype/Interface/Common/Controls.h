@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 
 namespace murmel {
 
@@ -21,6 +22,8 @@ class Switch final : public QCheckBox {
 class ChoiceBox final : public QComboBox {
  public:
   explicit ChoiceBox(QWidget* parent = nullptr);
+  /// Large letters on a small screen shorten it rather than push the page aside.
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
   void wheelEvent(QWheelEvent* event) override;
@@ -29,6 +32,9 @@ class ChoiceBox final : public QComboBox {
 /// A label whose text is plain, wraps, and is never taken for markup.
 enum class LabelRole { text, second, title, heading };
 QLabel* label(const QString& text, LabelRole role = LabelRole::text);
+
+/// A field to search with, and a button that clears it.
+QLineEdit* searchField(const QString& what);
 
 /// The text of a button, menu entry or field label: an ampersand in it is an ampersand.
 QString literal(QString text);

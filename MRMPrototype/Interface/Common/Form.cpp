@@ -103,21 +103,12 @@ void Card::paintEvent(QPaintEvent* /*event*/) {
 }
 
 NoticeBar::NoticeBar(Severity severity, QWidget* parent)
-    : QFrame(parent),
-      severity_(severity),
-      sign_(new QLabel),
-      text_(label({})),
-      action_(new QPushButton),
-      dismiss_(symbolButton(Symbol::close, QCoreApplication::translate("Common", "Dismiss"), {})) {
-  auto* line = new QHBoxLayout(this);
+    : QFrame(parent), severity_(severity), sign_(new QLabel), text_(label({})), line_(new QHBoxLayout(this)) {
+  auto* line = line_;
   line->setContentsMargins(4 * grid::unit, grid::medium, grid::medium, grid::medium);
   line->setSpacing(grid::medium);
   line->addWidget(sign_, 0, Qt::AlignTop);
   line->addWidget(text_, 1);
-  line->addWidget(action_);
-  line->addWidget(dismiss_);
-  action_->hide();
-  dismiss_->hide();
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   text_->setFocusPolicy(Qt::NoFocus);
   drawSign();
@@ -140,14 +131,12 @@ void NoticeBar::setText(const QString& text) {
 }
 
 void NoticeBar::setAction(const QString& title, std::function<void()> run) {
-  action_->setText(literal(title));
-  action_->show();
-  QObject::connect(action_, &QPushButton::clicked, this, std::move(run));
+  line_->insertWidget(2, button(title, std::move(run)));
 }
 
 void NoticeBar::setDismissal(std::function<void()> dismissed) {
-  dismiss_->show();
-  QObject::connect(dismiss_, &QPushButton::clicked, this, std::move(dismissed));
+  line_->addWidget(
+      symbolButton(Symbol::close, QCoreApplication::translate("Common", "Dismiss"), std::move(dismissed)));
 }
 
 void NoticeBar::paintEvent(QPaintEvent* /*event*/) {

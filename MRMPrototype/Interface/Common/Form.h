@@ -79,8 +79,7 @@ class NoticeBar final : public QFrame {
   Severity severity_;
   QLabel* sign_;
   QLabel* text_;
-  QPushButton* action_;
-  QPushButton* dismiss_;
+  QHBoxLayout* line_;
 };
 
 /// A page of cards under a title; scrolls when it is higher than the window.

@@ -20,13 +20,12 @@ Window::Window(const QString& title, QSize wanted) : wanted_(wanted) {
   setWindowIcon(applicationIcon());
 }
 
+void Window::fitTo(const QWidget& content) {
+  wanted_ = wanted_.expandedTo({0, content.layout()->totalHeightForWidth(wanted_.width())});
+}
+
 void Window::present() {
-  if (!isVisible()) {
-    auto wanted = wanted_;
-    // A larger font makes the texts higher.
-    if (layout() != nullptr) wanted = wanted.expandedTo({0, layout()->totalHeightForWidth(wanted.width())});
-    resize(wanted.boundedTo(screen()->availableSize() - screenMargin));
-  }
+  if (!isVisible()) resize(wanted_.boundedTo(screen()->availableSize() - screenMargin));
   if (isMinimized()) showNormal();
   show();
   raise();

@@ -14,6 +14,8 @@ class Window : public QWidget {
   void present();
 
  protected:
+  /// The height that this takes at the window's width is wanted too.
+  void fitTo(const QWidget& content);
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

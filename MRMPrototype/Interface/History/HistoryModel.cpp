@@ -16,6 +16,13 @@ QDateTime momentOf(double historyDate) {
   return QDateTime::fromMSecsSinceEpoch(std::llround((historyDate + historyReferenceDate) * 1000));
 }
 
+/// "English, Russian" in the user's language.
+QString languages(const std::string& label) {
+  auto names = QString::fromStdString(label).split(QStringLiteral(", "));
+  for (auto& name : names) name = QCoreApplication::translate("Titles", name.toUtf8().constData());
+  return names.join(QStringLiteral(", "));
+}
+
 QString textOf(const HistoryEntry& entry) {
   return QString::fromStdString(entry.text.reveal());
 }
@@ -72,7 +79,7 @@ QString HistoryModel::describe(const HistoryEntry& entry) {
   const QLocale locale;
   QStringList parts{locale.toString(moment.date(), QLocale::LongFormat) + QStringLiteral(", ") +
                     locale.toString(moment.time(), QLocale::ShortFormat)};
-  if (!entry.language.empty()) parts += QString::fromStdString(entry.language);
+  if (!entry.language.empty()) parts += languages(entry.language);
   parts += tr("%n word(s)", nullptr, wordCount(textOf(entry)));
   if (entry.unrecognizedParts.value_or(0) > 0)
     parts += tr("%n part(s) not recognized", nullptr, *entry.unrecognizedParts);

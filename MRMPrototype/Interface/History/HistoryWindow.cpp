@@ -30,7 +30,7 @@ HistoryWindow::HistoryWindow(HistoryServices services)
       services_(std::move(services)),
       off_(new NoticeBar(Severity::information)),
       storage_(new NoticeBar(Severity::warning)),
-      search_(new QLineEdit),
+      search_(searchField(tr("Search dictations"))),
       retention_(new ChoiceBox),
       list_(new QListView),
       body_(new QStackedWidget),
@@ -99,10 +99,6 @@ void HistoryWindow::build() {
 }
 
 QWidget* HistoryWindow::buildHead() {
-  search_->setPlaceholderText(tr("Search dictations"));
-  search_->setAccessibleName(tr("Search dictations"));
-  search_->setClearButtonEnabled(true);
-  search_->addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
   connect(search_, &QLineEdit::textChanged, this, [this] { refresh(); });
   for (const auto retention : retentions) retention_->addItem(settingsTitles::of(retention));
   retention_->setAccessibleName(tr("Auto-delete history"));

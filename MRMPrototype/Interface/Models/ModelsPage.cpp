@@ -26,7 +26,6 @@ QString fromCore(const std::string& text) {
 
 /// One model: what it is, how it stands, and what can be done about it.
 class ModelsPage::Row final : public QWidget {
-  Q_DECLARE_TR_FUNCTIONS(ModelsPage)
  public:
   Row(ModelShelf& shelf, std::string name);
   void show(const ModelShelfRow& row);
@@ -55,10 +54,10 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
       about_(label({}, LabelRole::second)),
       state_(label({}, LabelRole::second)),
       progress_(new QProgressBar),
-      download_(button(tr("Download"), [this] { shelf_.download(name_); })),
-      pause_(button(tr("Pause"), [this] { shelf_.pause(name_); })),
-      verify_(button(tr("Verify"), [this] { shelf_.verify(name_); })),
-      remove_(button(tr("Remove…"), [this] { askToRemove(); })) {
+      download_(button(ModelsPage::tr("Download"), [this] { shelf_.download(name_); })),
+      pause_(button(ModelsPage::tr("Pause"), [this] { shelf_.pause(name_); })),
+      verify_(button(ModelsPage::tr("Verify"), [this] { shelf_.verify(name_); })),
+      remove_(button(ModelsPage::tr("Remove…"), [this] { askToRemove(); })) {
   progress_->setTextVisible(false);
   progress_->setFixedHeight(8);
   progress_->setRange(0, 1000);
@@ -79,10 +78,10 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
 void ModelsPage::Row::show(const ModelShelfRow& row) {
   using enum ModelShelfRow::State;
   const auto title = fromCore(row.title);
-  title_->setText(row.isInUse ? tr("%1 — in use").arg(title) : title);
+  title_->setText(row.isInUse ? ModelsPage::tr("%1 — in use").arg(title) : title);
   setAccessibleName(title);
   auto about = row.purpose.empty() ? QStringList() : QStringList(fromCore(row.purpose));
-  if (!row.licence.empty()) about += tr("License: %1.").arg(QString::fromStdString(row.licence));
+  if (!row.licence.empty()) about += ModelsPage::tr("License: %1.").arg(QString::fromStdString(row.licence));
   about_->setText(about.join(u' '));
   about_->setVisible(!about.isEmpty());
   state_->setText(stateWords(row));
@@ -94,10 +93,10 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
   if (row.size && *row.size > 0)
     progress_->setValue(
         static_cast<int>(1000.0 * static_cast<double>(row.received) / static_cast<double>(*row.size)));
-  progress_->setAccessibleName(tr("Download of %1").arg(title));
-  download_->setText(literal(row.state == paused   ? tr("Resume")
-                             : row.state == failed ? tr("Try Again")
-                                                   : tr("Download")));
+  progress_->setAccessibleName(ModelsPage::tr("Download of %1").arg(title));
+  download_->setText(literal(row.state == paused   ? ModelsPage::tr("Resume")
+                             : row.state == failed ? ModelsPage::tr("Try Again")
+                                                   : ModelsPage::tr("Download")));
   download_->setVisible(!isRunning && !isThere && row.state != verifying);
   download_->setEnabled(row.unusable.empty() && shelf_.downloadsUnavailable().empty());
   pause_->setVisible(isRunning);
@@ -108,14 +107,14 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
 }
 
 QString ModelsPage::Row::progressWords(const ModelShelfRow& row) {
-  QStringList parts{row.size ? tr("%1 of %2").arg(sizeWords(row.received), sizeWords(*row.size))
+  QStringList parts{row.size ? ModelsPage::tr("%1 of %2").arg(sizeWords(row.received), sizeWords(*row.size))
                              : sizeWords(row.received)};
   if (row.bytesPerSecond)
-    parts += tr("%1 per second").arg(sizeWords(static_cast<std::uint64_t>(*row.bytesPerSecond)));
+    parts += ModelsPage::tr("%1 per second").arg(sizeWords(static_cast<std::uint64_t>(*row.bytesPerSecond)));
   if (row.remainingSeconds) {
     const auto seconds = static_cast<int>(*row.remainingSeconds);
-    parts += seconds < 90 ? tr("%n second(s) left", nullptr, seconds)
-                          : tr("%n minute(s) left", nullptr, (seconds + 30) / 60);
+    parts += seconds < 90 ? ModelsPage::tr("%n second(s) left", nullptr, seconds)
+                          : ModelsPage::tr("%n minute(s) left", nullptr, (seconds + 30) / 60);
   }
   return parts.join(QStringLiteral(" · "));
 }
@@ -124,21 +123,22 @@ QString ModelsPage::Row::stateWords(const ModelShelfRow& row) {
   switch (row.state) {
     case ModelShelfRow::State::absent:
       if (!row.unusable.empty()) return fromCore(row.unusable);
-      return row.size ? tr("Not installed · %1 to download").arg(sizeWords(*row.size)) : tr("Not installed");
+      return row.size ? ModelsPage::tr("Not installed · %1 to download").arg(sizeWords(*row.size))
+                      : ModelsPage::tr("Not installed");
     case ModelShelfRow::State::waiting:
-      return tr("Waiting…");
+      return ModelsPage::tr("Waiting…");
     case ModelShelfRow::State::downloading:
       return progressWords(row);
     case ModelShelfRow::State::paused:
-      return tr("Paused · %1").arg(progressWords(row));
+      return ModelsPage::tr("Paused · %1").arg(progressWords(row));
     case ModelShelfRow::State::verifying:
-      return tr("Verifying…");
+      return ModelsPage::tr("Verifying…");
     case ModelShelfRow::State::unverified:
-      return tr("Installed, not verified yet · %1 on disk").arg(sizeWords(row.onDisk));
+      return ModelsPage::tr("Installed, not verified yet · %1 on disk").arg(sizeWords(row.onDisk));
     case ModelShelfRow::State::installed:
-      return tr("Installed and verified · %1 on disk").arg(sizeWords(row.onDisk));
+      return ModelsPage::tr("Installed and verified · %1 on disk").arg(sizeWords(row.onDisk));
     case ModelShelfRow::State::damaged:
-      return tr("Damaged. Remove it and download it again.");
+      return ModelsPage::tr("Damaged. Remove it and download it again.");
     case ModelShelfRow::State::failed:
       return fromCore(row.problem);
   }
@@ -146,9 +146,10 @@ QString ModelsPage::Row::stateWords(const ModelShelfRow& row) {
 }
 
 void ModelsPage::Row::askToRemove() {
-  confirmRemoval(window(), tr("Remove this model?"),
-                 tr("%1 is deleted from this computer. It can be downloaded again.").arg(accessibleName()),
-                 tr("Remove"), [this] { shelf_.remove(name_); });
+  confirmRemoval(
+      window(), ModelsPage::tr("Remove this model?"),
+      ModelsPage::tr("%1 is deleted from this computer. It can be downloaded again.").arg(accessibleName()),
+      ModelsPage::tr("Remove"), [this] { shelf_.remove(name_); });
 }
 
 ModelsPage::ModelsPage(ModelShelf& shelf)

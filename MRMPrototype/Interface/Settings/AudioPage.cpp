@@ -1,3 +1,4 @@
+#include "Interface/PlatformWords.h"
 #include "Interface/Settings/LevelBar.h"
 #include "Interface/Settings/Pages.h"
 
@@ -53,7 +54,7 @@ void AudioPage::showEvent(QShowEvent* event) {
   SettingsPage::showEvent(event);
   if (services().microphone == nullptr) return;
   const auto name = services().microphone->microphoneName();
-  microphone_->setDescription(name.empty() ? tr("There is no microphone.") : QString::fromStdString(name));
+  microphone_->setDescription(name.empty() ? tr("There is no microphone.") : inPlatformWords(name));
 }
 
 void AudioPage::hideEvent(QHideEvent* event) {

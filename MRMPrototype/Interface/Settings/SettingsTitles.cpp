@@ -27,6 +27,7 @@ struct Titles {
     QT_TRANSLATE_NOOP("Titles", "Russian"),    QT_TRANSLATE_NOOP("Titles", "Ukrainian"),
     QT_TRANSLATE_NOOP("Titles", "Belarusian"), QT_TRANSLATE_NOOP("Titles", "Bulgarian"),
     QT_TRANSLATE_NOOP("Titles", "Serbian"),    QT_TRANSLATE_NOOP("Titles", "Greek"),
+    QT_TRANSLATE_NOOP("Titles", "Automatic"),
 };
 
 }  // namespace

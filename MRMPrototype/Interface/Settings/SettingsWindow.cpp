@@ -33,7 +33,7 @@ class Sidebar final : public QWidget {
 SettingsWindow::SettingsWindow(const SettingsServices& services)
     : Window(tr("Murmel Settings"), wantedSize),
       list_(new QListWidget),
-      search_(new QLineEdit),
+      search_(searchField(tr("Search settings"))),
       pages_(new QStackedWidget),
       reset_(button(tr("Reset This Page…"), [this] { resetPage(); })),
       nothing_(label(tr("No setting has these words."), LabelRole::second)),
@@ -55,10 +55,6 @@ void SettingsWindow::build() {
   auto* side = new QVBoxLayout(sidebar);
   side->setContentsMargins(grid::medium, grid::medium, grid::medium, grid::medium);
   side->setSpacing(grid::medium);
-  search_->setPlaceholderText(tr("Search settings"));
-  search_->setAccessibleName(tr("Search settings"));
-  search_->setClearButtonEnabled(true);
-  search_->addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
   side->addWidget(search_);
   list_->setAccessibleName(tr("Pages"));
   list_->setFrameShape(QFrame::NoFrame);

@@ -58,7 +58,7 @@ void TextPage::addFormatting() {
        {SmartRefinementRoutingMode::selectedMultilingualModel, tr("Selected model only")}});
   Titles<SmartLocalModel> titles;
   for (const auto model : allCases<SmartLocalModel>())
-    titles.emplace_back(model, QString::fromUtf8(describe(model).displayName.data()));
+    titles.emplace_back(model, inPlatformWords(describe(model).displayName));
   model_ = addChoice<SmartLocalModel>(
       card, {tr("Language model"), {}},
       {.property = SettingsProperty::smartLocalModel,

@@ -6,11 +6,18 @@
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/Common/Style.h"
 #include "Interface/History/HistoryWindow.h"
+#include "Interface/PlatformWords.h"
 #include "Interface/Settings/SettingsWindow.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QCommandLineParser>
-#include <QTimer>
+#include <QLabel>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTranslator>
 #include <cstdio>
 
 using namespace murmel;
@@ -23,6 +30,31 @@ void settle(QWidget& window) {
   window.repaint();
 }
 
+/// What does not have the room that it asks for.
+QStringList clippedIn(const QWidget& window, const QString& name) {
+  QStringList clipped;
+  for (const auto* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    const auto* const label = qobject_cast<const QLabel*>(widget);
+    const auto* const button = qobject_cast<const QPushButton*>(widget);
+    const auto* const choice = qobject_cast<const QComboBox*>(widget);
+    const auto* const area = qobject_cast<const QScrollArea*>(widget);
+    const bool isLow = label != nullptr && label->wordWrap() && !label->text().isEmpty() &&
+                       label->height() < label->heightForWidth(label->width());
+    const bool isNarrow =
+        (button != nullptr && !button->text().isEmpty() && button->width() < button->sizeHint().width()) ||
+        (choice != nullptr && choice->width() < choice->sizeHint().width()) ||
+        (label != nullptr && !label->wordWrap() && label->width() < label->sizeHint().width());
+    const bool isWide = area != nullptr && area->widget()->width() > area->viewport()->width();
+    if (isLow || isNarrow || isWide)
+      clipped += name + ": " +
+                 (label != nullptr    ? label->text()
+                  : button != nullptr ? button->text()
+                                      : widget->metaObject()->className());
+  }
+  return clipped;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -30,8 +62,10 @@ int main(int argc, char** argv) {
   QCommandLineParser options;
   options.addOptions({{"dark", "dark colours"},
                       {"rtl", "right to left"},
+                      {"troubles", "with everything that may go wrong"},
                       {"language", "code", "code"},
                       {"save", "folder", "folder"},
+                      {"measure", "tell what is clipped"},
                       {"prefix", "of the pictures", "prefix"}});
   options.process(application);
   QApplication::setStyle(new Style);
@@ -39,19 +73,34 @@ int main(int argc, char** argv) {
   QApplication::setPalette(paletteFor(look));
   if (options.isSet("rtl")) QApplication::setLayoutDirection(Qt::RightToLeft);
 
-  test::GalleryData data;
+  const QLocale locale(options.isSet("language") ? options.value("language") : QStringLiteral("en_US"));
+  QLocale::setDefault(locale);
+  QTranslator words;
+  QTranslator toolkit;
+  if (words.load(locale, "murmel", "_", MURMEL_RESOURCES_DIR "/translations"))
+    QApplication::installTranslator(&words);
+  if (toolkit.load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(&toolkit);
+
+  test::GalleryData data(options.isSet("troubles"));
   SettingsWindow settings(data.services());
   settings.present();
+  if (options.isSet("troubles"))
+    settings.presentRequiredModel(
+        inPlatformWords("Download the required Parakeet speech model to use dictation"));
   auto* history = new HistoryWindow(data.historyServices());
   history->present();
   auto* about = new AboutWindow(data.aboutServices());
   about->present();
   auto* credits = new CreditsWindow(readCredits(MURMEL_RESOURCES_DIR));
   credits->present();
-  if (!options.isSet("save")) return QApplication::exec();
+  if (!options.isSet("save") && !options.isSet("measure")) return QApplication::exec();
 
+  QStringList clipped;
   const auto save = [&](QWidget& window, const char* name) {
     settle(window);
+    clipped += clippedIn(window, name);
+    if (!options.isSet("save")) return;
     const auto path = QStringLiteral("%1/%2%3.png").arg(options.value("save"), options.value("prefix"), name);
     if (!window.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
   };
@@ -70,5 +119,6 @@ int main(int argc, char** argv) {
   for (auto* window :
        {static_cast<QWidget*>(history), static_cast<QWidget*>(about), static_cast<QWidget*>(credits)})
     window->close();
-  return 0;
+  for (const auto& line : clipped) std::fprintf(stderr, "clipped: %s\n", qPrintable(line));
+  return clipped.isEmpty() ? 0 : 1;
 }

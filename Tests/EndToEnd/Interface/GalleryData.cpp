@@ -1,5 +1,7 @@
 #include "GalleryData.h"
 
+#include "Settings/SettingsKeys.h"
+
 namespace murmel::test {
 
 namespace {
@@ -66,9 +68,10 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
   };
 }
 
-GalleryData::GalleryData()
+GalleryData::GalleryData(bool troubles)
     : keys_(secrets_, "gallery"),
-      autostart_(std::make_unique<NoAutostart>()),
+      autostart_((defaults_.set(settingsKey::modelMigrationPreviousSelection, troubles ? "qwen4" : ""),
+                  std::make_unique<NoAutostart>())),
       settings({defaults_, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
       history(executor_, queue_, historyFile(files_, keys_, folder_.path())) {
@@ -92,6 +95,10 @@ GalleryData::GalleryData()
       "them somebody "
       "holds while writing.",
       "English");
+  if (!troubles) return;
+  secrets_.failWith(secretStatus::storeFailed);
+  settings.setPersonalVocabulary("never = kept");
+  history.reload();
 }
 
 HistoryServices GalleryData::historyServices() {

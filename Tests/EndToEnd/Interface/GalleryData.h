@@ -39,7 +39,8 @@ class ExampleShelf final : public ModelShelf {
 /// What the windows show when they are shown as an example: real repositories over files of their own.
 class GalleryData {
  public:
-  GalleryData();
+  /// `troubles`: with a key ring that fails and a model that was replaced.
+  explicit GalleryData(bool troubles);
 
   [[nodiscard]] SettingsServices services();
   [[nodiscard]] HistoryServices historyServices();

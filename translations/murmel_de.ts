@@ -1,0 +1,1609 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Murmel</source>
+        <translation>Über Murmel</translation>
+    </message>
+    <message>
+        <source>Private dictation. Your voice and your words stay on this computer.</source>
+        <translation>Privates Diktieren. Ihre Stimme und Ihre Worte bleiben auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Version %1 (build %2)</source>
+        <translation>Version %1 (Build %2)</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnose</translation>
+    </message>
+    <message>
+        <source>Version, desktop and checks for a report. No words of yours.</source>
+        <translation>Version, Desktop und Prüfungen für einen Bericht. Keines Ihrer Worte.</translation>
+    </message>
+    <message>
+        <source>Copied. Paste it into your report.</source>
+        <translation>Kopiert. Fügen Sie es in Ihren Bericht ein.</translation>
+    </message>
+    <message>
+        <source>Credits</source>
+        <translation>Mitwirkende</translation>
+    </message>
+    <message>
+        <source>The people whose work Murmel stands on, and their licenses.</source>
+        <translation>Die Menschen, auf deren Arbeit Murmel beruht, und ihre Lizenzen.</translation>
+    </message>
+    <message>
+        <source>Show…</source>
+        <translation>Anzeigen …</translation>
+    </message>
+    <message>
+        <source>Tip jar</source>
+        <translation>Trinkgeld</translation>
+    </message>
+    <message>
+        <source>Opens %1 in your browser. A tip is a thank-you: it unlocks nothing, and everything works without it.</source>
+        <translation>Öffnet %1 im Browser. Ein Trinkgeld ist ein Dankeschön: Es schaltet nichts frei, und alles geht auch ohne.</translation>
+    </message>
+    <message>
+        <source>Leave a Tip…</source>
+        <translation>Trinkgeld geben …</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>AdvancedPage</name>
+    <message>
+        <source>Advanced</source>
+        <translation>Erweitert</translation>
+    </message>
+    <message>
+        <source>Recognition</source>
+        <translation>Erkennung</translation>
+    </message>
+    <message>
+        <source>Recognize while I speak</source>
+        <translation>Beim Sprechen erkennen</translation>
+    </message>
+    <message>
+        <source>Works on finished phrases during a dictation, so that the end comes sooner. From the next dictation.</source>
+        <translation>Verarbeitet fertige Sätze schon während des Diktats, damit das Ende schneller kommt. Ab dem nächsten Diktat.</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Aktualisierungen</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Automatisch nach Aktualisierungen suchen</translation>
+    </message>
+    <message>
+        <source>New versions arrive with the packages of your system; Murmel does not look for them itself.</source>
+        <translation>Neue Versionen kommen mit den Paketen Ihres Systems; Murmel sucht nicht selbst danach.</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Einstellungsdatei</translation>
+    </message>
+    <message>
+        <source>Export settings</source>
+        <translation>Einstellungen exportieren</translation>
+    </message>
+    <message>
+        <source>As JSON, without vocabulary, history and keys.</source>
+        <translation>Als JSON, ohne Wörterbuch, Verlauf und Schlüssel.</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Exportieren …</translation>
+    </message>
+    <message>
+        <source>Import settings</source>
+        <translation>Einstellungen importieren</translation>
+    </message>
+    <message>
+        <source>Settings that the file does not name stay as they are.</source>
+        <translation>Was die Datei nicht nennt, bleibt, wie es ist.</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Importieren …</translation>
+    </message>
+    <message>
+        <source>Export Settings</source>
+        <translation>Einstellungen exportieren</translation>
+    </message>
+    <message>
+        <source>The settings are in %1.</source>
+        <translation>Die Einstellungen sind in %1.</translation>
+    </message>
+    <message>
+        <source>The settings of the file are in effect.</source>
+        <translation>Die Einstellungen der Datei gelten jetzt.</translation>
+    </message>
+    <message>
+        <source>Import Settings</source>
+        <translation>Einstellungen importieren</translation>
+    </message>
+    <message>
+        <source>Settings (*.json);;All files (*)</source>
+        <translation>Einstellungen (*.json);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>AudioPage</name>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Murmel records from the microphone that the desktop uses, into memory only.</source>
+        <translation>Murmel nimmt von dem Mikrofon auf, das der Desktop verwendet, und nur in den Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>Test Microphone</source>
+        <translation>Mikrofon testen</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>Sound Settings…</source>
+        <translation>Klangeinstellungen …</translation>
+    </message>
+    <message>
+        <source>Microphone in use</source>
+        <translation>Verwendetes Mikrofon</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Pegel</translation>
+    </message>
+    <message>
+        <source>Start the test and say a sentence. Nothing of it is kept.</source>
+        <translation>Starten Sie den Test und sagen Sie einen Satz. Nichts davon wird behalten.</translation>
+    </message>
+    <message>
+        <source>input volume gain meter</source>
+        <translation>eingangslautstärke verstärkung anzeige</translation>
+    </message>
+    <message>
+        <source>The microphone cannot be tried in this session.</source>
+        <translation>Das Mikrofon lässt sich in dieser Sitzung nicht testen.</translation>
+    </message>
+    <message>
+        <source>Sounds</source>
+        <translation>Klänge</translation>
+    </message>
+    <message>
+        <source>Play sounds</source>
+        <translation>Klänge abspielen</translation>
+    </message>
+    <message>
+        <source>A short sound when recording starts, and another when it stops.</source>
+        <translation>Ein kurzer Klang, wenn die Aufnahme beginnt, und einer, wenn sie endet.</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Es gibt kein Mikrofon.</translation>
+    </message>
+    <message>
+        <source>Stop Test</source>
+        <translation>Test beenden</translation>
+    </message>
+    <message>
+        <source>Nothing is heard yet. Is the microphone muted?</source>
+        <translation>Noch ist nichts zu hören. Ist das Mikrofon stumm?</translation>
+    </message>
+    <message>
+        <source>Very quiet. Come closer, or raise the input volume.</source>
+        <translation>Sehr leise. Kommen Sie näher oder erhöhen Sie die Eingangslautstärke.</translation>
+    </message>
+    <message>
+        <source>The level is good.</source>
+        <translation>Der Pegel ist gut.</translation>
+    </message>
+    <message>
+        <source>Too loud. Lower the input volume a little.</source>
+        <translation>Zu laut. Verringern Sie die Eingangslautstärke etwas.</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Mikrofonpegel</translation>
+    </message>
+</context>
+<context>
+    <name>Common</name>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+</context>
+<context>
+    <name>CreditsWindow</name>
+    <message>
+        <source>Credits</source>
+        <translation>Mitwirkende</translation>
+    </message>
+    <message>
+        <source>What Murmel is made of</source>
+        <translation>Woraus Murmel besteht</translation>
+    </message>
+    <message>
+        <source>License</source>
+        <translation>Lizenz</translation>
+    </message>
+    <message>
+        <source>Libraries</source>
+        <translation>Bibliotheken</translation>
+    </message>
+    <message>
+        <source>Engines</source>
+        <translation>Erkennungsprogramme</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>Modelle</translation>
+    </message>
+    <message>
+        <source>The list of credits is missing from this installation.</source>
+        <translation>Die Liste der Mitwirkenden fehlt in dieser Installation.</translation>
+    </message>
+    <message>
+        <source>The full text of the license is not on this computer; it is at %1.</source>
+        <translation>Der volle Text der Lizenz ist nicht auf diesem Computer; er steht unter %1.</translation>
+    </message>
+</context>
+<context>
+    <name>Dialogs</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>The file cannot be read.</source>
+        <translation>Die Datei kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The file is too large.</source>
+        <translation>Die Datei ist zu groß.</translation>
+    </message>
+    <message>
+        <source>The file is not a text in UTF-8.</source>
+        <translation>Die Datei ist kein Text in UTF-8.</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>Die Datei kann nicht geschrieben werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>GeneralPage</name>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>Changes take effect at once. What is fixed while you speak takes effect with the next dictation, and says so.</source>
+        <translation>Änderungen gelten sofort. Was beim Sprechen feststeht, gilt ab dem nächsten Diktat; dann steht es dabei.</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Start when I log in</source>
+        <translation>Bei der Anmeldung starten</translation>
+    </message>
+    <message>
+        <source>Murmel waits in the tray and uses no processor time until you dictate.</source>
+        <translation>Murmel wartet in der Symbolleiste und verbraucht keine Rechenzeit, bis Sie diktieren.</translation>
+    </message>
+    <message>
+        <source>autostart login session boot</source>
+        <translation>autostart anmeldung sitzung hochfahren</translation>
+    </message>
+    <message>
+        <source>This session has no folder for programs that start with it.</source>
+        <translation>Diese Sitzung hat keinen Ordner für Programme, die mit ihr starten.</translation>
+    </message>
+    <message>
+        <source>Show in the task bar</source>
+        <translation>In der Taskleiste zeigen</translation>
+    </message>
+    <message>
+        <source>Without this, open windows appear in the tray icon&apos;s menu only.</source>
+        <translation>Sonst sind offene Fenster nur über das Menü des Symbols erreichbar.</translation>
+    </message>
+    <message>
+        <source>While you dictate</source>
+        <translation>Beim Diktieren</translation>
+    </message>
+    <message>
+        <source>Insert while I speak</source>
+        <translation>Beim Sprechen einfügen</translation>
+    </message>
+    <message>
+        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. From the next dictation.</source>
+        <translation>Sucht nach frühestens 3 Sekunden eine Sprechpause und fügt dann erkannte und formatierte Sätze ein – nicht einzelne Wörter. Ab dem nächsten Diktat.</translation>
+    </message>
+    <message>
+        <source>live insertion phrases</source>
+        <translation>live einfügen sätze</translation>
+    </message>
+    <message>
+        <source>Restore the clipboard</source>
+        <translation>Zwischenablage wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Murmel pastes through the clipboard. This puts back what you had copied before.</source>
+        <translation>Murmel fügt über die Zwischenablage ein. Danach steht dort wieder, was Sie zuvor kopiert hatten.</translation>
+    </message>
+    <message>
+        <source>Recording indicator</source>
+        <translation>Aufnahmeanzeige</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>The edge of the screen where the indicator floats while Murmel listens.</source>
+        <translation>Der Bildschirmrand, an dem die Anzeige schwebt, während Murmel zuhört.</translation>
+    </message>
+    <message>
+        <source>overlay pill edge</source>
+        <translation>anzeige rand einblendung</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryModel</name>
+    <message numerus="yes">
+        <source>%n word(s)</source>
+        <translation>
+            <numerusform>%n Wort</numerusform>
+            <numerusform>%n Wörter</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n part(s) not recognized</source>
+        <translation>
+            <numerusform>%n Teil nicht erkannt</numerusform>
+            <numerusform>%n Teile nicht erkannt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Gestern</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryWindow</name>
+    <message>
+        <source>Murmel History</source>
+        <translation>Murmel – Verlauf</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste Again</source>
+        <translation>Erneut einfügen</translation>
+    </message>
+    <message>
+        <source>Delete…</source>
+        <translation>Löschen …</translation>
+    </message>
+    <message>
+        <source>Delete All…</source>
+        <translation>Alles löschen …</translation>
+    </message>
+    <message>
+        <source>Turn On</source>
+        <translation>Einschalten</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Entsperren</translation>
+    </message>
+    <message>
+        <source>Dictations</source>
+        <translation>Diktate</translation>
+    </message>
+    <message>
+        <source>Search dictations</source>
+        <translation>Diktate durchsuchen</translation>
+    </message>
+    <message>
+        <source>Auto-delete history</source>
+        <translation>Verlauf automatisch löschen</translation>
+    </message>
+    <message>
+        <source>The whole dictation</source>
+        <translation>Das ganze Diktat</translation>
+    </message>
+    <message>
+        <source>History is optional and off by default.</source>
+        <translation>Der Verlauf ist freiwillig und anfangs ausgeschaltet.</translation>
+    </message>
+    <message>
+        <source>No dictation is stored.</source>
+        <translation>Es ist kein Diktat gespeichert.</translation>
+    </message>
+    <message>
+        <source>No dictation has these words.</source>
+        <translation>Kein Diktat enthält diese Wörter.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dictation(s)</source>
+        <translation>
+            <numerusform>%n Diktat</numerusform>
+            <numerusform>%n Diktate</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n word(s)</source>
+        <translation>
+            <numerusform>%n Wort</numerusform>
+            <numerusform>%n Wörter</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete this dictation?</source>
+        <translation>Dieses Diktat löschen?</translation>
+    </message>
+    <message>
+        <source>It cannot be recovered.</source>
+        <translation>Es lässt sich nicht wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the whole history?</source>
+        <translation>Den ganzen Verlauf löschen?</translation>
+    </message>
+    <message>
+        <source>Every entry, and the key that could read copies of it, is deleted. They cannot be recovered.</source>
+        <translation>Jeder Eintrag und der Schlüssel, mit dem sich Kopien lesen ließen, werden gelöscht. Sie lassen sich nicht wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>Alles löschen</translation>
+    </message>
+</context>
+<context>
+    <name>Keys</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Fn</source>
+        <translation>Fn</translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <translation>Rücktaste</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Pos1</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Page Up</source>
+        <translation>Bild auf</translation>
+    </message>
+    <message>
+        <source>Page Down</source>
+        <translation>Bild ab</translation>
+    </message>
+</context>
+<context>
+    <name>LanguagesPage</name>
+    <message>
+        <source>Languages</source>
+        <translation>Sprachen</translation>
+    </message>
+    <message>
+        <source>What you speak. Changes take effect with the next dictation.</source>
+        <translation>Was Sie sprechen. Änderungen gelten ab dem nächsten Diktat.</translation>
+    </message>
+    <message>
+        <source>Recognize</source>
+        <translation>Erkennen</translation>
+    </message>
+    <message>
+        <source>All languages, automatically</source>
+        <translation>Alle Sprachen, automatisch</translation>
+    </message>
+    <message>
+        <source>The languages I select</source>
+        <translation>Die Sprachen, die ich wähle</translation>
+    </message>
+    <message>
+        <source>One language only</source>
+        <translation>Nur eine Sprache</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Speech is taken for this language, whatever it sounds like.</source>
+        <translation>Gesprochenes gilt als diese Sprache, wie immer es klingt.</translation>
+    </message>
+    <message>
+        <source>The language is recognized from what you say.</source>
+        <translation>Die Sprache wird an dem erkannt, was Sie sagen.</translation>
+    </message>
+    <message>
+        <source>The language is recognized from what you say; your list decides which correction is recommended.</source>
+        <translation>Die Sprache wird an dem erkannt, was Sie sagen; Ihre Liste bestimmt, welche Korrektur empfohlen wird.</translation>
+    </message>
+    <message>
+        <source>Short phrases are recognized more reliably when only one language comes into question.</source>
+        <translation>Kurze Sätze werden sicherer erkannt, wenn nur eine Sprache in Frage kommt.</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>My languages</source>
+        <translation>Meine Sprachen</translation>
+    </message>
+    <message>
+        <source>Mark what you speak, and put the most frequent language first.</source>
+        <translation>Kreuzen Sie an, was Sie sprechen, und stellen Sie die häufigste Sprache nach vorn.</translation>
+    </message>
+</context>
+<context>
+    <name>Messages</name>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>Listening… release shortcut</source>
+        <translation>Hört zu … Tasten loslassen</translation>
+    </message>
+    <message>
+        <source>Listening · recognition is catching up…</source>
+        <translation>Hört zu · die Erkennung holt auf …</translation>
+    </message>
+    <message>
+        <source>Transcribing locally…</source>
+        <translation>Wird lokal erkannt …</translation>
+    </message>
+    <message>
+        <source>Inserted</source>
+        <translation>Eingefügt</translation>
+    </message>
+    <message>
+        <source>Inserted · clipboard restored</source>
+        <translation>Eingefügt · Zwischenablage wiederhergestellt</translation>
+    </message>
+    <message>
+        <source>Inserted · transcript kept</source>
+        <translation>Eingefügt · Text in der Zwischenablage</translation>
+    </message>
+    <message>
+        <source>Insertion sent · clipboard changed</source>
+        <translation>Eingefügt · Zwischenablage hat sich geändert</translation>
+    </message>
+    <message>
+        <source>Copied — press %paste</source>
+        <translation>Kopiert – drücken Sie %paste</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Finish the app update before recording.</source>
+        <translation>Schließen Sie vor der Aufnahme die Aktualisierung ab.</translation>
+    </message>
+    <message>
+        <source>Download the required Parakeet speech model to use dictation</source>
+        <translation>Laden Sie zum Diktieren das nötige Parakeet-Sprachmodell herunter</translation>
+    </message>
+    <message>
+        <source>Required Parakeet speech model is not installed</source>
+        <translation>Das nötige Parakeet-Sprachmodell ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>Verifying existing local models…</source>
+        <translation>Vorhandene Modelle werden geprüft …</translation>
+    </message>
+    <message>
+        <source>Part of the recording was not recognized.</source>
+        <translation>Ein Teil der Aufnahme wurde nicht erkannt.</translation>
+    </message>
+    <message>
+        <source>Audio configuration changed. Recording stopped; captured audio processed.</source>
+        <translation>Die Audiokonfiguration hat sich geändert. Aufnahme beendet; das Aufgenommene wurde verarbeitet.</translation>
+    </message>
+    <message>
+        <source>Audio configuration changed. Recording stopped; no speech was recognized.</source>
+        <translation>Die Audiokonfiguration hat sich geändert. Aufnahme beendet; es wurde nichts erkannt.</translation>
+    </message>
+    <message>
+        <source>The application did not take the text. Copied — press %paste.</source>
+        <translation>Die Anwendung hat den Text nicht übernommen. Kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Local model is missing: %1</source>
+        <translation>Das lokale Modell fehlt: %1</translation>
+    </message>
+    <message>
+        <source>Local transcription failed: %1</source>
+        <translation>Die lokale Erkennung ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>Microphone permission is required</source>
+        <translation>Zugriff auf das Mikrofon ist nötig</translation>
+    </message>
+    <message>
+        <source>Local ASR worker is missing from the app</source>
+        <translation>Das Erkennungsprogramm fehlt in der Anwendung</translation>
+    </message>
+    <message>
+        <source>Could not start microphone recording</source>
+        <translation>Die Aufnahme konnte nicht beginnen</translation>
+    </message>
+    <message>
+        <source>No speech was detected</source>
+        <translation>Es war nichts Gesprochenes zu hören</translation>
+    </message>
+    <message>
+        <source>The recording could not be recognized. Please try again.</source>
+        <translation>Die Aufnahme wurde nicht erkannt. Bitte versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Smart Local model or runtime is not installed</source>
+        <translation>Das Sprachmodell oder seine Laufzeit ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>Smart Local formatting failed; using the raw transcript</source>
+        <translation>Die Formatierung ist fehlgeschlagen; der Text bleibt wie erkannt</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: you switched applications. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Sie haben die Anwendung gewechselt. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the original application is unavailable. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Die ursprüngliche Anwendung ist nicht mehr da. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the original application is not active. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Die ursprüngliche Anwendung ist nicht im Vordergrund. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: a password field is in front. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Ein Passwortfeld ist im Vordergrund. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: paste permission is unavailable. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Die Erlaubnis zum Einfügen fehlt. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the paste keys could not be sent. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet: Die Tasten zum Einfügen ließen sich nicht senden. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped. Remaining text copied — press %paste.</source>
+        <translation>Einfügen beendet. Der Rest ist kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Double tap Alt</source>
+        <translation>Alt zweimal tippen</translation>
+    </message>
+    <message>
+        <source>Caps Lock</source>
+        <translation>Feststelltaste</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>Kein Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Nicht festgelegt</translation>
+    </message>
+    <message>
+        <source>Hold the shortcut while speaking, then release it.</source>
+        <translation>Halten Sie die Tasten beim Sprechen und lassen Sie sie dann los.</translation>
+    </message>
+    <message>
+        <source>Press Caps Lock once to start and again to stop. Its normal Caps Lock state changes too.</source>
+        <translation>Drücken Sie die Feststelltaste einmal zum Starten und noch einmal zum Beenden. Ihre normale Wirkung bleibt dabei.</translation>
+    </message>
+    <message>
+        <source>Tap Alt twice to start, then twice again to stop.</source>
+        <translation>Tippen Sie zweimal auf Alt, um zu starten, und noch zweimal, um zu beenden.</translation>
+    </message>
+    <message>
+        <source>Use the tray icon or floating recording control to start dictation.</source>
+        <translation>Starten Sie das Diktat mit dem Symbol in der Leiste oder der schwebenden Aufnahmeanzeige.</translation>
+    </message>
+    <message>
+        <source>Input Monitoring lets your configured shortcut work while other apps are active.</source>
+        <translation>Die Eingabeüberwachung lässt Ihr Tastenkürzel auch wirken, wenn andere Anwendungen aktiv sind.</translation>
+    </message>
+    <message>
+        <source>Record a shortcut</source>
+        <translation>Tastenkürzel aufnehmen</translation>
+    </message>
+    <message>
+        <source>Press and release your shortcut three times</source>
+        <translation>Drücken Sie Ihr Tastenkürzel dreimal</translation>
+    </message>
+    <message>
+        <source>%1 detected</source>
+        <translation>%1 erkannt</translation>
+    </message>
+    <message>
+        <source>A single typing key would also type in your current app. Use Fn, Alt, Ctrl, or add a modifier.</source>
+        <translation>Eine einzelne Taste würde auch in Ihrer Anwendung schreiben. Nehmen Sie Fn, Alt, Strg oder eine Umschalttaste dazu.</translation>
+    </message>
+    <message>
+        <source>%1 was detected. Super and Shift cannot be used alone because normal typing uses them constantly. Use Fn, Alt, Ctrl, or hold two modifiers together.</source>
+        <translation>%1 erkannt. Super und Umschalt gehen nicht allein, weil man sie beim Schreiben ständig braucht. Nehmen Sie Fn, Alt, Strg oder zwei Umschalttasten zusammen.</translation>
+    </message>
+    <message>
+        <source>Fn, Alt, and Ctrl work alone. Super and Shift must be combined with another modifier or a key. Press Esc to cancel.</source>
+        <translation>Fn, Alt und Strg gehen allein. Super und Umschalt brauchen eine weitere Umschalttaste oder eine Taste. Esc bricht ab.</translation>
+    </message>
+    <message>
+        <source>Secure local storage is unavailable. Changes remain in memory for this session and may not survive relaunch.</source>
+        <translation>Der sichere lokale Speicher ist nicht verfügbar. Änderungen bleiben für diese Sitzung im Arbeitsspeicher und überstehen einen Neustart womöglich nicht.</translation>
+    </message>
+    <message>
+        <source>Your previous model, %1, is unavailable. Gemma was selected so you can stay offline. You can download and select your previous model in Speech Models.</source>
+        <translation>Ihr voriges Modell, %1, ist nicht verfügbar. Damit Sie offline bleiben können, wurde Gemma gewählt. Unter „Sprachmodelle“ können Sie das vorige Modell herunterladen und wählen.</translation>
+    </message>
+    <message>
+        <source>All 28 languages, recognized automatically</source>
+        <translation>Alle 28 Sprachen, automatisch erkannt</translation>
+    </message>
+    <message>
+        <source>Qwen3 0.6B Q8 · Fast baseline</source>
+        <translation>Qwen3 0.6B Q8 · Schnell</translation>
+    </message>
+    <message>
+        <source>Qwen3 1.7B Q8 · Balanced</source>
+        <translation>Qwen3 1.7B Q8 · Ausgewogen</translation>
+    </message>
+    <message>
+        <source>Qwen3 4B Q4 · Best quality</source>
+        <translation>Qwen3 4B Q4 · Beste Qualität</translation>
+    </message>
+    <message>
+        <source>Gemma 4 E2B Q4 · Recommended</source>
+        <translation>Gemma 4 E2B Q4 · Empfohlen</translation>
+    </message>
+    <message>
+        <source>Parakeet TDT 0.6B v3 Q8 · Recommended</source>
+        <translation>Parakeet TDT 0.6B v3 Q8 · Empfohlen</translation>
+    </message>
+    <message>
+        <source>Parakeet TDT 0.6B v3 Q4 · Small</source>
+        <translation>Parakeet TDT 0.6B v3 Q4 · Klein</translation>
+    </message>
+    <message>
+        <source>SAGE 95M · Russian</source>
+        <translation>SAGE 95M · Russisch</translation>
+    </message>
+    <message>
+        <source>Preparing for fast dictation…</source>
+        <translation>Vorbereitung für schnelles Diktieren …</translation>
+    </message>
+    <message>
+        <source>Ready · kept warm in memory</source>
+        <translation>Bereit · im Arbeitsspeicher gehalten</translation>
+    </message>
+    <message>
+        <source>Preparation failed · original text remains available</source>
+        <translation>Vorbereitung fehlgeschlagen · der erkannte Text bleibt verfügbar</translation>
+    </message>
+    <message>
+        <source>Recommended for Russian: SAGE 95M</source>
+        <translation>Für Russisch empfohlen: SAGE 95M</translation>
+    </message>
+    <message>
+        <source>A compact Russian-specific correction candidate. Conservative mode uses only its punctuation and capitalization while preserving the exact ASR words.</source>
+        <translation>Eine kompakte Korrektur für Russisch. Konservativ werden nur ihre Satzzeichen und Großschreibung verwendet; die erkannten Wörter bleiben genau erhalten.</translation>
+    </message>
+    <message>
+        <source>Recommended for mixed languages: %1</source>
+        <translation>Für gemischte Sprachen empfohlen: %1</translation>
+    </message>
+    <message>
+        <source>Use a multilingual model in Conservative mode. Murmel projects punctuation onto the original ASR words, so a model cannot remove or replace them.</source>
+        <translation>Nehmen Sie ein mehrsprachiges Modell, konservativ. Murmel überträgt nur Satzzeichen auf die erkannten Wörter; ein Modell kann sie weder entfernen noch ersetzen.</translation>
+    </message>
+    <message>
+        <source>Recommended model: %1</source>
+        <translation>Empfohlenes Modell: %1</translation>
+    </message>
+    <message>
+        <source>No language-specific corrector has passed Murmel&apos;s benchmark for this profile yet. Conservative mode preserves the raw wording.</source>
+        <translation>Für diese Auswahl hat noch keine eigene Korrektur die Prüfung von Murmel bestanden. Konservativ bleibt der Wortlaut erhalten.</translation>
+    </message>
+    <message>
+        <source>There is no other speech model for this computer.</source>
+        <translation>Für diesen Computer gibt es kein anderes Sprachmodell.</translation>
+    </message>
+    <message>
+        <source>The model is installed.</source>
+        <translation>Das Modell ist installiert.</translation>
+    </message>
+    <message>
+        <source>The model downloader is missing from the app or is not the app&apos;s own.</source>
+        <translation>Das Programm zum Herunterladen fehlt oder gehört nicht zur Anwendung.</translation>
+    </message>
+    <message>
+        <source>The model downloader could not be started: %1</source>
+        <translation>Das Programm zum Herunterladen ließ sich nicht starten: %1</translation>
+    </message>
+    <message>
+        <source>This file is not on the list of approved downloads.</source>
+        <translation>Diese Datei steht nicht auf der Liste der erlaubten Downloads.</translation>
+    </message>
+    <message>
+        <source>The model downloader ended unexpectedly.</source>
+        <translation>Das Programm zum Herunterladen endete unerwartet.</translation>
+    </message>
+    <message>
+        <source>Full edition</source>
+        <translation>Vollausgabe</translation>
+    </message>
+    <message>
+        <source>Lite edition</source>
+        <translation>Lite-Ausgabe</translation>
+    </message>
+    <message>
+        <source>Development build</source>
+        <translation>Entwicklungsversion</translation>
+    </message>
+    <message>
+        <source>Ready offline · Models included</source>
+        <translation>Offline bereit · Modelle enthalten</translation>
+    </message>
+    <message>
+        <source>Lite · Models on demand</source>
+        <translation>Lite · Modelle auf Abruf</translation>
+    </message>
+    <message>
+        <source>Local development</source>
+        <translation>Lokale Entwicklung</translation>
+    </message>
+    <message>
+        <source>Finish enabling Automatic Paste</source>
+        <translation>Automatisches Einfügen fertig einrichten</translation>
+    </message>
+    <message>
+        <source>The desktop needs a fresh %1 process to apply this permission. The app will reopen automatically, and an active Parakeet download will resume. You do not need to restart your computer.</source>
+        <translation>Damit die Erlaubnis gilt, muss %1 neu starten. Die Anwendung öffnet sich von selbst wieder, und ein laufender Parakeet-Download wird fortgesetzt. Der Computer muss nicht neu starten.</translation>
+    </message>
+    <message>
+        <source>Quit &amp; Reopen</source>
+        <translation>Beenden &amp; neu öffnen</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
+    <message>
+        <source>%1 could not reopen</source>
+        <translation>%1 ließ sich nicht wieder öffnen</translation>
+    </message>
+    <message>
+        <source>This build cannot download models.</source>
+        <translation>Diese Version kann keine Modelle herunterladen.</translation>
+    </message>
+    <message>
+        <source>This computer&apos;s processor cannot run it.</source>
+        <translation>Der Prozessor dieses Computers kann es nicht ausführen.</translation>
+    </message>
+    <message>
+        <source>The microphone that the desktop has chosen.</source>
+        <translation>Das Mikrofon, das der Desktop gewählt hat.</translation>
+    </message>
+</context>
+<context>
+    <name>ModelsPage</name>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Verify</source>
+        <translation>Prüfen</translation>
+    </message>
+    <message>
+        <source>Remove…</source>
+        <translation>Entfernen …</translation>
+    </message>
+    <message>
+        <source>%1 — in use</source>
+        <translation>%1 – in Gebrauch</translation>
+    </message>
+    <message>
+        <source>License: %1.</source>
+        <translation>Lizenz: %1.</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Download von %1</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 per second</source>
+        <translation>%1 pro Sekunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n second(s) left</source>
+        <translation>
+            <numerusform>noch %n Sekunde</numerusform>
+            <numerusform>noch %n Sekunden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s) left</source>
+        <translation>
+            <numerusform>noch %n Minute</numerusform>
+            <numerusform>noch %n Minuten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Not installed · %1 to download</source>
+        <translation>Nicht installiert · %1 herunterzuladen</translation>
+    </message>
+    <message>
+        <source>Not installed</source>
+        <translation>Nicht installiert</translation>
+    </message>
+    <message>
+        <source>Waiting…</source>
+        <translation>Wartet …</translation>
+    </message>
+    <message>
+        <source>Paused · %1</source>
+        <translation>Angehalten · %1</translation>
+    </message>
+    <message>
+        <source>Verifying…</source>
+        <translation>Wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Installed, not verified yet · %1 on disk</source>
+        <translation>Installiert, noch nicht geprüft · %1 auf der Platte</translation>
+    </message>
+    <message>
+        <source>Installed and verified · %1 on disk</source>
+        <translation>Installiert und geprüft · %1 auf der Platte</translation>
+    </message>
+    <message>
+        <source>Damaged. Remove it and download it again.</source>
+        <translation>Beschädigt. Entfernen Sie es und laden Sie es neu herunter.</translation>
+    </message>
+    <message>
+        <source>Remove this model?</source>
+        <translation>Dieses Modell entfernen?</translation>
+    </message>
+    <message>
+        <source>%1 is deleted from this computer. It can be downloaded again.</source>
+        <translation>%1 wird von diesem Computer gelöscht. Es lässt sich wieder herunterladen.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Speech Models</source>
+        <translation>Sprachmodelle</translation>
+    </message>
+    <message>
+        <source>Models run on this computer. Every file is compared with its known digest before it is used.</source>
+        <translation>Modelle laufen auf diesem Computer. Jede Datei wird vor Gebrauch mit ihrer bekannten Prüfsumme verglichen.</translation>
+    </message>
+    <message>
+        <source>Speech recognition</source>
+        <translation>Spracherkennung</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals</source>
+        <translation>Satzzeichen und Großschreibung</translation>
+    </message>
+    <message>
+        <source>No model was downloaded yet.</source>
+        <translation>Es wurde noch kein Modell heruntergeladen.</translation>
+    </message>
+    <message>
+        <source>Downloaded models occupy %1.</source>
+        <translation>Heruntergeladene Modelle belegen %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PrivacyPage</name>
+    <message>
+        <source>History and Privacy</source>
+        <translation>Verlauf und Datenschutz</translation>
+    </message>
+    <message>
+        <source>Your voice stays in memory and is never written to disk. Your words are kept only where you ask for it, encrypted, on this computer.</source>
+        <translation>Ihre Stimme bleibt im Arbeitsspeicher und wird nie auf die Platte geschrieben. Ihre Worte werden nur behalten, wo Sie es wünschen: verschlüsselt, auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Delete All…</source>
+        <translation>Alles löschen …</translation>
+    </message>
+    <message>
+        <source>Delete the whole history?</source>
+        <translation>Den ganzen Verlauf löschen?</translation>
+    </message>
+    <message>
+        <source>Every entry, and the key that could read copies of it, is deleted. They cannot be recovered.</source>
+        <translation>Jeder Eintrag und der Schlüssel, mit dem sich Kopien lesen ließen, werden gelöscht. Sie lassen sich nicht wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>Alles löschen</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Entsperren</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Keep a history</source>
+        <translation>Verlauf führen</translation>
+    </message>
+    <message>
+        <source>History is optional and off by default.</source>
+        <translation>Der Verlauf ist freiwillig und anfangs ausgeschaltet.</translation>
+    </message>
+    <message>
+        <source>Auto-delete history</source>
+        <translation>Verlauf automatisch löschen</translation>
+    </message>
+    <message>
+        <source>Entries that are older are deleted at once and cannot be recovered.</source>
+        <translation>Ältere Einträge werden sofort gelöscht und lassen sich nicht wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Open History…</source>
+        <translation>Verlauf öffnen …</translation>
+    </message>
+    <message>
+        <source>Stored entries</source>
+        <translation>Gespeicherte Einträge</translation>
+    </message>
+    <message>
+        <source>What Murmel never does</source>
+        <translation>Was Murmel nie tut</translation>
+    </message>
+    <message>
+        <source>No audio on disk</source>
+        <translation>Kein Ton auf der Platte</translation>
+    </message>
+    <message>
+        <source>Recordings live in memory and are gone with the dictation.</source>
+        <translation>Aufnahmen sind nur im Arbeitsspeicher und mit dem Diktat wieder weg.</translation>
+    </message>
+    <message>
+        <source>No network for your words</source>
+        <translation>Kein Netz für Ihre Worte</translation>
+    </message>
+    <message>
+        <source>Recognition and correction run in processes that have no network. Only the download of models that you ask for opens a connection.</source>
+        <translation>Erkennung und Korrektur laufen in Prozessen ohne Netz. Nur das Herunterladen von Modellen, das Sie anstoßen, öffnet eine Verbindung.</translation>
+    </message>
+    <message>
+        <source>No words in logs</source>
+        <translation>Keine Worte in Protokollen</translation>
+    </message>
+    <message>
+        <source>Logs hold times and counts, never what you said.</source>
+        <translation>Protokolle enthalten Zeiten und Zahlen, nie das Gesagte.</translation>
+    </message>
+    <message>
+        <source>None.</source>
+        <translation>Keine.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entry(ies).</source>
+        <translation>
+            <numerusform>%n Eintrag.</numerusform>
+            <numerusform>%n Einträge.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>They stay until you delete them, although the history is off.</source>
+        <translation>Sie bleiben, bis Sie sie löschen, obwohl der Verlauf aus ist.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsWindow</name>
+    <message>
+        <source>Murmel Settings</source>
+        <translation>Murmel – Einstellungen</translation>
+    </message>
+    <message>
+        <source>Reset This Page…</source>
+        <translation>Seite zurücksetzen …</translation>
+    </message>
+    <message>
+        <source>No setting has these words.</source>
+        <translation>Keine Einstellung enthält diese Wörter.</translation>
+    </message>
+    <message>
+        <source>Search settings</source>
+        <translation>Einstellungen suchen</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>Reset the page “%1”?</source>
+        <translation>Die Seite „%1“ zurücksetzen?</translation>
+    </message>
+    <message>
+        <source>Its settings become what they are without your changes. Vocabulary and history stay.</source>
+        <translation>Ihre Einstellungen werden, wie sie ohne Ihre Änderungen sind. Wörterbuch und Verlauf bleiben.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutPage</name>
+    <message>
+        <source>Shortcut</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>The keys that start and stop a dictation, whatever application is in front.</source>
+        <translation>Die Tasten, die ein Diktat starten und beenden, welche Anwendung auch vorn ist.</translation>
+    </message>
+    <message>
+        <source>Dictation shortcut</source>
+        <translation>Tastenkürzel zum Diktieren</translation>
+    </message>
+    <message>
+        <source>keys hotkey hold tap</source>
+        <translation>tasten hotkey halten tippen</translation>
+    </message>
+    <message>
+        <source>Record a Shortcut…</source>
+        <translation>Aufnehmen …</translation>
+    </message>
+    <message>
+        <source>Another shortcut</source>
+        <translation>Ein anderes Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Press the keys you want to use.</source>
+        <translation>Drücken Sie die Tasten, die Sie verwenden möchten.</translation>
+    </message>
+    <message>
+        <source>Keys cannot be recorded in this session.</source>
+        <translation>In dieser Sitzung lassen sich keine Tasten aufnehmen.</translation>
+    </message>
+    <message>
+        <source>Setup and permissions</source>
+        <translation>Einrichtung und Berechtigungen</translation>
+    </message>
+    <message>
+        <source>Check…</source>
+        <translation>Prüfen …</translation>
+    </message>
+</context>
+<context>
+    <name>TextPage</name>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>What becomes of the recognized words before they are inserted.</source>
+        <translation>Was aus den erkannten Wörtern wird, bevor sie eingefügt werden.</translation>
+    </message>
+    <message>
+        <source>Clean-up</source>
+        <translation>Aufräumen</translation>
+    </message>
+    <message>
+        <source>Remove filler words</source>
+        <translation>Füllwörter entfernen</translation>
+    </message>
+    <message>
+        <source>Optional cleanup for common Russian and English fillers. Unlike Conservative punctuation, this intentionally removes spoken words.</source>
+        <translation>Entfernt auf Wunsch übliche russische und englische Füllwörter. Anders als die konservative Zeichensetzung nimmt dies bewusst gesprochene Wörter weg.</translation>
+    </message>
+    <message>
+        <source>um uh you know</source>
+        <translation>äh ähm füller</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals</source>
+        <translation>Satzzeichen und Großschreibung</translation>
+    </message>
+    <message>
+        <source>Format with a local model</source>
+        <translation>Mit lokalem Modell formatieren</translation>
+    </message>
+    <message>
+        <source>Conservative: a language model on this computer sets punctuation and capitals, and can neither change nor remove a word. From the next dictation.</source>
+        <translation>Konservativ: Ein Sprachmodell auf diesem Computer setzt Satzzeichen und Großschreibung und kann kein Wort ändern oder entfernen. Ab dem nächsten Diktat.</translation>
+    </message>
+    <message>
+        <source>Automatic correction routing</source>
+        <translation>Automatische Wahl der Korrektur</translation>
+    </message>
+    <message>
+        <source>Russian goes to a corrector of its own where it is installed, everything else to the model below.</source>
+        <translation>Russisch geht an eine eigene Korrektur, wo sie installiert ist, alles andere an das Modell darunter.</translation>
+    </message>
+    <message>
+        <source>By language</source>
+        <translation>Nach Sprache</translation>
+    </message>
+    <message>
+        <source>Selected model only</source>
+        <translation>Nur gewähltes Modell</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Sprachmodell</translation>
+    </message>
+    <message>
+        <source>Recommendation</source>
+        <translation>Empfehlung</translation>
+    </message>
+    <message>
+        <source>Not installed. Get it under Speech Models.</source>
+        <translation>Nicht installiert. Sie erhalten es unter „Sprachmodelle“.</translation>
+    </message>
+    <message>
+        <source>Installed.</source>
+        <translation>Installiert.</translation>
+    </message>
+    <message>
+        <source>Needs a language model; get one under Speech Models.</source>
+        <translation>Braucht ein Sprachmodell; Sie erhalten es unter „Sprachmodelle“.</translation>
+    </message>
+    <message>
+        <source>Personal vocabulary</source>
+        <translation>Persönliches Wörterbuch</translation>
+    </message>
+    <message>
+        <source>Replacements</source>
+        <translation>Ersetzungen</translation>
+    </message>
+    <message>
+        <source>One replacement per line, for example: postgresql = PostgreSQL</source>
+        <translation>Eine Ersetzung pro Zeile, zum Beispiel: postgresql = PostgreSQL</translation>
+    </message>
+    <message>
+        <source>vocabulary words names spelling</source>
+        <translation>wörterbuch wörter namen schreibweise</translation>
+    </message>
+</context>
+<context>
+    <name>Titles</name>
+    <message>
+        <source>English</source>
+        <translation>Englisch</translation>
+    </message>
+    <message>
+        <source>Spanish</source>
+        <translation>Spanisch</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>Französisch</translation>
+    </message>
+    <message>
+        <source>German</source>
+        <translation>Deutsch</translation>
+    </message>
+    <message>
+        <source>Italian</source>
+        <translation>Italienisch</translation>
+    </message>
+    <message>
+        <source>Portuguese</source>
+        <translation>Portugiesisch</translation>
+    </message>
+    <message>
+        <source>Romanian</source>
+        <translation>Rumänisch</translation>
+    </message>
+    <message>
+        <source>Dutch</source>
+        <translation>Niederländisch</translation>
+    </message>
+    <message>
+        <source>Danish</source>
+        <translation>Dänisch</translation>
+    </message>
+    <message>
+        <source>Swedish</source>
+        <translation>Schwedisch</translation>
+    </message>
+    <message>
+        <source>Finnish</source>
+        <translation>Finnisch</translation>
+    </message>
+    <message>
+        <source>Hungarian</source>
+        <translation>Ungarisch</translation>
+    </message>
+    <message>
+        <source>Estonian</source>
+        <translation>Estnisch</translation>
+    </message>
+    <message>
+        <source>Latvian</source>
+        <translation>Lettisch</translation>
+    </message>
+    <message>
+        <source>Lithuanian</source>
+        <translation>Litauisch</translation>
+    </message>
+    <message>
+        <source>Maltese</source>
+        <translation>Maltesisch</translation>
+    </message>
+    <message>
+        <source>Polish</source>
+        <translation>Polnisch</translation>
+    </message>
+    <message>
+        <source>Czech</source>
+        <translation>Tschechisch</translation>
+    </message>
+    <message>
+        <source>Slovak</source>
+        <translation>Slowakisch</translation>
+    </message>
+    <message>
+        <source>Slovenian</source>
+        <translation>Slowenisch</translation>
+    </message>
+    <message>
+        <source>Croatian</source>
+        <translation>Kroatisch</translation>
+    </message>
+    <message>
+        <source>Bosnian</source>
+        <translation>Bosnisch</translation>
+    </message>
+    <message>
+        <source>Russian</source>
+        <translation>Russisch</translation>
+    </message>
+    <message>
+        <source>Ukrainian</source>
+        <translation>Ukrainisch</translation>
+    </message>
+    <message>
+        <source>Belarusian</source>
+        <translation>Belarussisch</translation>
+    </message>
+    <message>
+        <source>Bulgarian</source>
+        <translation>Bulgarisch</translation>
+    </message>
+    <message>
+        <source>Serbian</source>
+        <translation>Serbisch</translation>
+    </message>
+    <message>
+        <source>Greek</source>
+        <translation>Griechisch</translation>
+    </message>
+    <message>
+        <source>Never delete automatically</source>
+        <translation>Nie automatisch löschen</translation>
+    </message>
+    <message>
+        <source>After 5 minutes</source>
+        <translation>Nach 5 Minuten</translation>
+    </message>
+    <message>
+        <source>After 1 day</source>
+        <translation>Nach 1 Tag</translation>
+    </message>
+    <message>
+        <source>After 1 week</source>
+        <translation>Nach 1 Woche</translation>
+    </message>
+    <message>
+        <source>After 1 month</source>
+        <translation>Nach 1 Monat</translation>
+    </message>
+    <message>
+        <source>After 3 months</source>
+        <translation>Nach 3 Monaten</translation>
+    </message>
+    <message>
+        <source>Top edge</source>
+        <translation>Oberer Rand</translation>
+    </message>
+    <message>
+        <source>Right edge</source>
+        <translation>Rechter Rand</translation>
+    </message>
+    <message>
+        <source>Bottom edge</source>
+        <translation>Unterer Rand</translation>
+    </message>
+    <message>
+        <source>Left edge</source>
+        <translation>Linker Rand</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automatisch</translation>
+    </message>
+</context>
+<context>
+    <name>VocabularyEditor</name>
+    <message>
+        <source>Unlock</source>
+        <translation>Entsperren</translation>
+    </message>
+    <message>
+        <source>Heard</source>
+        <translation>Gehört</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Geschrieben</translation>
+    </message>
+    <message>
+        <source>Replacements</source>
+        <translation>Ersetzungen</translation>
+    </message>
+    <message>
+        <source>Replacements as text</source>
+        <translation>Ersetzungen als Text</translation>
+    </message>
+    <message>
+        <source>Type a sentence to try the vocabulary on</source>
+        <translation>Satz eingeben, um das Wörterbuch auszuprobieren</translation>
+    </message>
+    <message>
+        <source>Try it</source>
+        <translation>Ausprobieren</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Importieren …</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n replacement(s)</source>
+        <translation>
+            <numerusform>%n Ersetzung</numerusform>
+            <numerusform>%n Ersetzungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>line %1 has no “=” and does nothing</source>
+        <translation>Zeile %1 hat kein „=“ und tut nichts</translation>
+    </message>
+    <message>
+        <source>line %1 has nothing before the “=”</source>
+        <translation>Zeile %1 hat nichts vor dem „=“</translation>
+    </message>
+    <message>
+        <source>kept encrypted, with a key in your key ring</source>
+        <translation>verschlüsselt, mit einem Schlüssel in Ihrem Schlüsselbund</translation>
+    </message>
+    <message>
+        <source>Import Replacements</source>
+        <translation>Ersetzungen importieren</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt);;All files (*)</source>
+        <translation>Textdateien (*.txt);;Alle Dateien (*)</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,1617 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru">
+<context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Murmel</source>
+        <translation>О программе Murmel</translation>
+    </message>
+    <message>
+        <source>Private dictation. Your voice and your words stay on this computer.</source>
+        <translation>Приватная диктовка. Ваш голос и ваши слова остаются на этом компьютере.</translation>
+    </message>
+    <message>
+        <source>Version %1 (build %2)</source>
+        <translation>Версия %1 (сборка %2)</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Копировать</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Диагностика</translation>
+    </message>
+    <message>
+        <source>Version, desktop and checks for a report. No words of yours.</source>
+        <translation>Версия, рабочий стол и проверки для отчёта. Без ваших слов.</translation>
+    </message>
+    <message>
+        <source>Copied. Paste it into your report.</source>
+        <translation>Скопировано. Вставьте в отчёт.</translation>
+    </message>
+    <message>
+        <source>Credits</source>
+        <translation>Благодарности</translation>
+    </message>
+    <message>
+        <source>The people whose work Murmel stands on, and their licenses.</source>
+        <translation>Люди, на чьей работе основан Murmel, и их лицензии.</translation>
+    </message>
+    <message>
+        <source>Show…</source>
+        <translation>Показать…</translation>
+    </message>
+    <message>
+        <source>Tip jar</source>
+        <translation>Чаевые</translation>
+    </message>
+    <message>
+        <source>Opens %1 in your browser. A tip is a thank-you: it unlocks nothing, and everything works without it.</source>
+        <translation>Открывает %1 в браузере. Чаевые — это благодарность: они ничего не разблокируют, и всё работает без них.</translation>
+    </message>
+    <message>
+        <source>Leave a Tip…</source>
+        <translation>Оставить чаевые…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>AdvancedPage</name>
+    <message>
+        <source>Advanced</source>
+        <translation>Дополнительно</translation>
+    </message>
+    <message>
+        <source>Recognition</source>
+        <translation>Распознавание</translation>
+    </message>
+    <message>
+        <source>Recognize while I speak</source>
+        <translation>Распознавать во время речи</translation>
+    </message>
+    <message>
+        <source>Works on finished phrases during a dictation, so that the end comes sooner. From the next dictation.</source>
+        <translation>Обрабатывает готовые фразы во время диктовки, чтобы результат появился раньше. Со следующей диктовки.</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Обновления</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Автоматически проверять обновления</translation>
+    </message>
+    <message>
+        <source>New versions arrive with the packages of your system; Murmel does not look for them itself.</source>
+        <translation>Новые версии приходят с пакетами системы; сам Murmel их не ищет.</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Файл настроек</translation>
+    </message>
+    <message>
+        <source>Export settings</source>
+        <translation>Экспорт настроек</translation>
+    </message>
+    <message>
+        <source>As JSON, without vocabulary, history and keys.</source>
+        <translation>В формате JSON, без словаря, истории и ключей.</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Экспорт…</translation>
+    </message>
+    <message>
+        <source>Import settings</source>
+        <translation>Импорт настроек</translation>
+    </message>
+    <message>
+        <source>Settings that the file does not name stay as they are.</source>
+        <translation>Настройки, которых нет в файле, не меняются.</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Импорт…</translation>
+    </message>
+    <message>
+        <source>Export Settings</source>
+        <translation>Экспорт настроек</translation>
+    </message>
+    <message>
+        <source>The settings are in %1.</source>
+        <translation>Настройки сохранены в %1.</translation>
+    </message>
+    <message>
+        <source>The settings of the file are in effect.</source>
+        <translation>Настройки из файла применены.</translation>
+    </message>
+    <message>
+        <source>Import Settings</source>
+        <translation>Импорт настроек</translation>
+    </message>
+    <message>
+        <source>Settings (*.json);;All files (*)</source>
+        <translation>Настройки (*.json);;Все файлы (*)</translation>
+    </message>
+</context>
+<context>
+    <name>AudioPage</name>
+    <message>
+        <source>Audio</source>
+        <translation>Звук</translation>
+    </message>
+    <message>
+        <source>Murmel records from the microphone that the desktop uses, into memory only.</source>
+        <translation>Murmel записывает с микрофона, выбранного в системе, и только в память.</translation>
+    </message>
+    <message>
+        <source>Test Microphone</source>
+        <translation>Проверить микрофон</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Микрофон</translation>
+    </message>
+    <message>
+        <source>Sound Settings…</source>
+        <translation>Настройки звука…</translation>
+    </message>
+    <message>
+        <source>Microphone in use</source>
+        <translation>Используемый микрофон</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Уровень</translation>
+    </message>
+    <message>
+        <source>Start the test and say a sentence. Nothing of it is kept.</source>
+        <translation>Начните проверку и скажите фразу. Ничего не сохраняется.</translation>
+    </message>
+    <message>
+        <source>input volume gain meter</source>
+        <translation>громкость усиление индикатор</translation>
+    </message>
+    <message>
+        <source>The microphone cannot be tried in this session.</source>
+        <translation>В этом сеансе микрофон проверить нельзя.</translation>
+    </message>
+    <message>
+        <source>Sounds</source>
+        <translation>Звуки</translation>
+    </message>
+    <message>
+        <source>Play sounds</source>
+        <translation>Воспроизводить звуки</translation>
+    </message>
+    <message>
+        <source>A short sound when recording starts, and another when it stops.</source>
+        <translation>Короткий звук в начале записи и ещё один в конце.</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Микрофона нет.</translation>
+    </message>
+    <message>
+        <source>Stop Test</source>
+        <translation>Остановить проверку</translation>
+    </message>
+    <message>
+        <source>Nothing is heard yet. Is the microphone muted?</source>
+        <translation>Пока ничего не слышно. Микрофон не выключен?</translation>
+    </message>
+    <message>
+        <source>Very quiet. Come closer, or raise the input volume.</source>
+        <translation>Очень тихо. Подойдите ближе или увеличьте громкость микрофона.</translation>
+    </message>
+    <message>
+        <source>The level is good.</source>
+        <translation>Уровень хороший.</translation>
+    </message>
+    <message>
+        <source>Too loud. Lower the input volume a little.</source>
+        <translation>Слишком громко. Немного уменьшите громкость микрофона.</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Уровень микрофона</translation>
+    </message>
+</context>
+<context>
+    <name>Common</name>
+    <message>
+        <source>Dismiss</source>
+        <translation>Скрыть</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Очистить</translation>
+    </message>
+</context>
+<context>
+    <name>CreditsWindow</name>
+    <message>
+        <source>Credits</source>
+        <translation>Благодарности</translation>
+    </message>
+    <message>
+        <source>What Murmel is made of</source>
+        <translation>Из чего состоит Murmel</translation>
+    </message>
+    <message>
+        <source>License</source>
+        <translation>Лицензия</translation>
+    </message>
+    <message>
+        <source>Libraries</source>
+        <translation>Библиотеки</translation>
+    </message>
+    <message>
+        <source>Engines</source>
+        <translation>Движки</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>Модели</translation>
+    </message>
+    <message>
+        <source>The list of credits is missing from this installation.</source>
+        <translation>В этой установке нет списка благодарностей.</translation>
+    </message>
+    <message>
+        <source>The full text of the license is not on this computer; it is at %1.</source>
+        <translation>Полного текста лицензии нет на этом компьютере; он находится по адресу %1.</translation>
+    </message>
+</context>
+<context>
+    <name>Dialogs</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>The file cannot be read.</source>
+        <translation>Не удаётся прочитать файл.</translation>
+    </message>
+    <message>
+        <source>The file is too large.</source>
+        <translation>Файл слишком большой.</translation>
+    </message>
+    <message>
+        <source>The file is not a text in UTF-8.</source>
+        <translation>Файл не является текстом в UTF-8.</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>Не удаётся записать файл: %1</translation>
+    </message>
+</context>
+<context>
+    <name>GeneralPage</name>
+    <message>
+        <source>General</source>
+        <translation>Общие</translation>
+    </message>
+    <message>
+        <source>Changes take effect at once. What is fixed while you speak takes effect with the next dictation, and says so.</source>
+        <translation>Изменения действуют сразу. То, что нельзя менять во время речи, действует со следующей диктовки — об этом сказано рядом.</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Запуск</translation>
+    </message>
+    <message>
+        <source>Start when I log in</source>
+        <translation>Запускать при входе в систему</translation>
+    </message>
+    <message>
+        <source>Murmel waits in the tray and uses no processor time until you dictate.</source>
+        <translation>Murmel ждёт в трее и не тратит процессорное время, пока вы не диктуете.</translation>
+    </message>
+    <message>
+        <source>autostart login session boot</source>
+        <translation>автозапуск вход сеанс загрузка</translation>
+    </message>
+    <message>
+        <source>This session has no folder for programs that start with it.</source>
+        <translation>В этом сеансе нет папки для автозапуска программ.</translation>
+    </message>
+    <message>
+        <source>Show in the task bar</source>
+        <translation>Показывать на панели задач</translation>
+    </message>
+    <message>
+        <source>Without this, open windows appear in the tray icon&apos;s menu only.</source>
+        <translation>Иначе открытые окна доступны только через меню значка в трее.</translation>
+    </message>
+    <message>
+        <source>While you dictate</source>
+        <translation>Во время диктовки</translation>
+    </message>
+    <message>
+        <source>Insert while I speak</source>
+        <translation>Вставлять во время речи</translation>
+    </message>
+    <message>
+        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. From the next dictation.</source>
+        <translation>Ищет паузу между фразами не ранее чем через 3 секунды и вставляет распознанные и оформленные фразы, а не отдельные слова. Со следующей диктовки.</translation>
+    </message>
+    <message>
+        <source>live insertion phrases</source>
+        <translation>живая вставка фразы</translation>
+    </message>
+    <message>
+        <source>Restore the clipboard</source>
+        <translation>Восстанавливать буфер обмена</translation>
+    </message>
+    <message>
+        <source>Murmel pastes through the clipboard. This puts back what you had copied before.</source>
+        <translation>Murmel вставляет текст через буфер обмена. После этого в нём снова то, что вы скопировали раньше.</translation>
+    </message>
+    <message>
+        <source>Recording indicator</source>
+        <translation>Индикатор записи</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Положение</translation>
+    </message>
+    <message>
+        <source>The edge of the screen where the indicator floats while Murmel listens.</source>
+        <translation>Край экрана, у которого находится индикатор, пока Murmel слушает.</translation>
+    </message>
+    <message>
+        <source>overlay pill edge</source>
+        <translation>индикатор край наложение</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryModel</name>
+    <message numerus="yes">
+        <source>%n word(s)</source>
+        <translation>
+            <numerusform>%n слово</numerusform>
+            <numerusform>%n слова</numerusform>
+            <numerusform>%n слов</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n part(s) not recognized</source>
+        <translation>
+            <numerusform>%n часть не распознана</numerusform>
+            <numerusform>%n части не распознаны</numerusform>
+            <numerusform>%n частей не распознано</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Сегодня</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Вчера</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryWindow</name>
+    <message>
+        <source>Murmel History</source>
+        <translation>История Murmel</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Копировать</translation>
+    </message>
+    <message>
+        <source>Paste Again</source>
+        <translation>Вставить снова</translation>
+    </message>
+    <message>
+        <source>Delete…</source>
+        <translation>Удалить…</translation>
+    </message>
+    <message>
+        <source>Delete All…</source>
+        <translation>Удалить всё…</translation>
+    </message>
+    <message>
+        <source>Turn On</source>
+        <translation>Включить</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Разблокировать</translation>
+    </message>
+    <message>
+        <source>Dictations</source>
+        <translation>Диктовки</translation>
+    </message>
+    <message>
+        <source>Search dictations</source>
+        <translation>Поиск в диктовках</translation>
+    </message>
+    <message>
+        <source>Auto-delete history</source>
+        <translation>Автоудаление истории</translation>
+    </message>
+    <message>
+        <source>The whole dictation</source>
+        <translation>Вся диктовка</translation>
+    </message>
+    <message>
+        <source>History is optional and off by default.</source>
+        <translation>История необязательна и по умолчанию выключена.</translation>
+    </message>
+    <message>
+        <source>No dictation is stored.</source>
+        <translation>Сохранённых диктовок нет.</translation>
+    </message>
+    <message>
+        <source>No dictation has these words.</source>
+        <translation>Нет диктовок с такими словами.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dictation(s)</source>
+        <translation>
+            <numerusform>%n диктовка</numerusform>
+            <numerusform>%n диктовки</numerusform>
+            <numerusform>%n диктовок</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n word(s)</source>
+        <translation>
+            <numerusform>%n слово</numerusform>
+            <numerusform>%n слова</numerusform>
+            <numerusform>%n слов</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete this dictation?</source>
+        <translation>Удалить эту диктовку?</translation>
+    </message>
+    <message>
+        <source>It cannot be recovered.</source>
+        <translation>Её нельзя будет восстановить.</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Delete the whole history?</source>
+        <translation>Удалить всю историю?</translation>
+    </message>
+    <message>
+        <source>Every entry, and the key that could read copies of it, is deleted. They cannot be recovered.</source>
+        <translation>Все записи и ключ, которым можно прочитать их копии, удаляются. Их нельзя будет восстановить.</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>Удалить всё</translation>
+    </message>
+</context>
+<context>
+    <name>Keys</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Fn</source>
+        <translation>Fn</translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Пробел</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <translation>Backspace</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Home</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>End</translation>
+    </message>
+    <message>
+        <source>Page Up</source>
+        <translation>Page Up</translation>
+    </message>
+    <message>
+        <source>Page Down</source>
+        <translation>Page Down</translation>
+    </message>
+</context>
+<context>
+    <name>LanguagesPage</name>
+    <message>
+        <source>Languages</source>
+        <translation>Языки</translation>
+    </message>
+    <message>
+        <source>What you speak. Changes take effect with the next dictation.</source>
+        <translation>На чём вы говорите. Изменения действуют со следующей диктовки.</translation>
+    </message>
+    <message>
+        <source>Recognize</source>
+        <translation>Распознавать</translation>
+    </message>
+    <message>
+        <source>All languages, automatically</source>
+        <translation>Все языки автоматически</translation>
+    </message>
+    <message>
+        <source>The languages I select</source>
+        <translation>Языки, которые я выберу</translation>
+    </message>
+    <message>
+        <source>One language only</source>
+        <translation>Только один язык</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Язык</translation>
+    </message>
+    <message>
+        <source>Speech is taken for this language, whatever it sounds like.</source>
+        <translation>Речь считается речью на этом языке, как бы она ни звучала.</translation>
+    </message>
+    <message>
+        <source>The language is recognized from what you say.</source>
+        <translation>Язык определяется по тому, что вы говорите.</translation>
+    </message>
+    <message>
+        <source>The language is recognized from what you say; your list decides which correction is recommended.</source>
+        <translation>Язык определяется по вашей речи; список влияет на то, какая коррекция рекомендуется.</translation>
+    </message>
+    <message>
+        <source>Short phrases are recognized more reliably when only one language comes into question.</source>
+        <translation>Короткие фразы распознаются надёжнее, когда язык только один.</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Выше</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Ниже</translation>
+    </message>
+    <message>
+        <source>My languages</source>
+        <translation>Мои языки</translation>
+    </message>
+    <message>
+        <source>Mark what you speak, and put the most frequent language first.</source>
+        <translation>Отметьте языки, на которых говорите, и поставьте самый частый первым.</translation>
+    </message>
+</context>
+<context>
+    <name>Messages</name>
+    <message>
+        <source>Ready</source>
+        <translation>Готово</translation>
+    </message>
+    <message>
+        <source>Listening… release shortcut</source>
+        <translation>Слушаю… отпустите клавиши</translation>
+    </message>
+    <message>
+        <source>Listening · recognition is catching up…</source>
+        <translation>Слушаю · распознавание догоняет…</translation>
+    </message>
+    <message>
+        <source>Transcribing locally…</source>
+        <translation>Локальное распознавание…</translation>
+    </message>
+    <message>
+        <source>Inserted</source>
+        <translation>Вставлено</translation>
+    </message>
+    <message>
+        <source>Inserted · clipboard restored</source>
+        <translation>Вставлено · буфер обмена восстановлен</translation>
+    </message>
+    <message>
+        <source>Inserted · transcript kept</source>
+        <translation>Вставлено · текст остался в буфере</translation>
+    </message>
+    <message>
+        <source>Insertion sent · clipboard changed</source>
+        <translation>Отправлено · буфер обмена изменился</translation>
+    </message>
+    <message>
+        <source>Copied — press %paste</source>
+        <translation>Скопировано — нажмите %paste</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Отменено</translation>
+    </message>
+    <message>
+        <source>Finish the app update before recording.</source>
+        <translation>Перед записью завершите обновление программы.</translation>
+    </message>
+    <message>
+        <source>Download the required Parakeet speech model to use dictation</source>
+        <translation>Чтобы диктовать, скачайте необходимую речевую модель Parakeet</translation>
+    </message>
+    <message>
+        <source>Required Parakeet speech model is not installed</source>
+        <translation>Необходимая речевая модель Parakeet не установлена</translation>
+    </message>
+    <message>
+        <source>Verifying existing local models…</source>
+        <translation>Проверка имеющихся моделей…</translation>
+    </message>
+    <message>
+        <source>Part of the recording was not recognized.</source>
+        <translation>Часть записи не распознана.</translation>
+    </message>
+    <message>
+        <source>Audio configuration changed. Recording stopped; captured audio processed.</source>
+        <translation>Конфигурация звука изменилась. Запись остановлена; записанное обработано.</translation>
+    </message>
+    <message>
+        <source>Audio configuration changed. Recording stopped; no speech was recognized.</source>
+        <translation>Конфигурация звука изменилась. Запись остановлена; речь не распознана.</translation>
+    </message>
+    <message>
+        <source>The application did not take the text. Copied — press %paste.</source>
+        <translation>Программа не приняла текст. Скопировано — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Local model is missing: %1</source>
+        <translation>Нет локальной модели: %1</translation>
+    </message>
+    <message>
+        <source>Local transcription failed: %1</source>
+        <translation>Сбой локального распознавания: %1</translation>
+    </message>
+    <message>
+        <source>Microphone permission is required</source>
+        <translation>Нужен доступ к микрофону</translation>
+    </message>
+    <message>
+        <source>Local ASR worker is missing from the app</source>
+        <translation>В программе нет модуля распознавания</translation>
+    </message>
+    <message>
+        <source>Could not start microphone recording</source>
+        <translation>Не удалось начать запись с микрофона</translation>
+    </message>
+    <message>
+        <source>No speech was detected</source>
+        <translation>Речь не обнаружена</translation>
+    </message>
+    <message>
+        <source>The recording could not be recognized. Please try again.</source>
+        <translation>Не удалось распознать запись. Попробуйте ещё раз.</translation>
+    </message>
+    <message>
+        <source>Smart Local model or runtime is not installed</source>
+        <translation>Языковая модель или её среда не установлена</translation>
+    </message>
+    <message>
+        <source>Smart Local formatting failed; using the raw transcript</source>
+        <translation>Сбой форматирования; используется исходный текст</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: you switched applications. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: вы переключили программу. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the original application is unavailable. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: исходная программа недоступна. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the original application is not active. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: исходная программа неактивна. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: a password field is in front. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: активно поле пароля. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: paste permission is unavailable. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: нет разрешения на вставку. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped: the paste keys could not be sent. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена: не удалось отправить клавиши вставки. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Insertion stopped. Remaining text copied — press %paste.</source>
+        <translation>Вставка остановлена. Остаток скопирован — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Double tap Alt</source>
+        <translation>Двойное нажатие Alt</translation>
+    </message>
+    <message>
+        <source>Caps Lock</source>
+        <translation>Caps Lock</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>Без сочетания клавиш</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Не задано</translation>
+    </message>
+    <message>
+        <source>Hold the shortcut while speaking, then release it.</source>
+        <translation>Удерживайте сочетание во время речи, затем отпустите.</translation>
+    </message>
+    <message>
+        <source>Press Caps Lock once to start and again to stop. Its normal Caps Lock state changes too.</source>
+        <translation>Нажмите Caps Lock, чтобы начать, и ещё раз, чтобы закончить. Обычное состояние Caps Lock тоже меняется.</translation>
+    </message>
+    <message>
+        <source>Tap Alt twice to start, then twice again to stop.</source>
+        <translation>Дважды нажмите Alt, чтобы начать, и ещё дважды, чтобы закончить.</translation>
+    </message>
+    <message>
+        <source>Use the tray icon or floating recording control to start dictation.</source>
+        <translation>Начинайте диктовку значком в трее или плавающим индикатором записи.</translation>
+    </message>
+    <message>
+        <source>Input Monitoring lets your configured shortcut work while other apps are active.</source>
+        <translation>Мониторинг ввода позволяет сочетанию клавиш работать, когда активны другие программы.</translation>
+    </message>
+    <message>
+        <source>Record a shortcut</source>
+        <translation>Запись сочетания клавиш</translation>
+    </message>
+    <message>
+        <source>Press and release your shortcut three times</source>
+        <translation>Трижды нажмите и отпустите сочетание</translation>
+    </message>
+    <message>
+        <source>%1 detected</source>
+        <translation>Обнаружено: %1</translation>
+    </message>
+    <message>
+        <source>A single typing key would also type in your current app. Use Fn, Alt, Ctrl, or add a modifier.</source>
+        <translation>Одиночная клавиша будет печатать и в текущей программе. Используйте Fn, Alt, Ctrl или добавьте модификатор.</translation>
+    </message>
+    <message>
+        <source>%1 was detected. Super and Shift cannot be used alone because normal typing uses them constantly. Use Fn, Alt, Ctrl, or hold two modifiers together.</source>
+        <translation>Обнаружено: %1. Super и Shift нельзя использовать отдельно: они постоянно нужны при наборе. Используйте Fn, Alt, Ctrl или два модификатора вместе.</translation>
+    </message>
+    <message>
+        <source>Fn, Alt, and Ctrl work alone. Super and Shift must be combined with another modifier or a key. Press Esc to cancel.</source>
+        <translation>Fn, Alt и Ctrl работают отдельно. Super и Shift нужно сочетать с другим модификатором или клавишей. Esc — отмена.</translation>
+    </message>
+    <message>
+        <source>Secure local storage is unavailable. Changes remain in memory for this session and may not survive relaunch.</source>
+        <translation>Защищённое локальное хранилище недоступно. Изменения остаются в памяти на этот сеанс и могут не сохраниться после перезапуска.</translation>
+    </message>
+    <message>
+        <source>Your previous model, %1, is unavailable. Gemma was selected so you can stay offline. You can download and select your previous model in Speech Models.</source>
+        <translation>Ваша прежняя модель, %1, недоступна. Чтобы вы могли работать без сети, выбрана Gemma. Скачать и выбрать прежнюю модель можно в разделе «Речевые модели».</translation>
+    </message>
+    <message>
+        <source>All 28 languages, recognized automatically</source>
+        <translation>Все 28 языков, автоматически</translation>
+    </message>
+    <message>
+        <source>Qwen3 0.6B Q8 · Fast baseline</source>
+        <translation>Qwen3 0.6B Q8 · Быстрая</translation>
+    </message>
+    <message>
+        <source>Qwen3 1.7B Q8 · Balanced</source>
+        <translation>Qwen3 1.7B Q8 · Сбалансированная</translation>
+    </message>
+    <message>
+        <source>Qwen3 4B Q4 · Best quality</source>
+        <translation>Qwen3 4B Q4 · Лучшее качество</translation>
+    </message>
+    <message>
+        <source>Gemma 4 E2B Q4 · Recommended</source>
+        <translation>Gemma 4 E2B Q4 · Рекомендуется</translation>
+    </message>
+    <message>
+        <source>Parakeet TDT 0.6B v3 Q8 · Recommended</source>
+        <translation>Parakeet TDT 0.6B v3 Q8 · Рекомендуется</translation>
+    </message>
+    <message>
+        <source>Parakeet TDT 0.6B v3 Q4 · Small</source>
+        <translation>Parakeet TDT 0.6B v3 Q4 · Малая</translation>
+    </message>
+    <message>
+        <source>SAGE 95M · Russian</source>
+        <translation>SAGE 95M · Русский</translation>
+    </message>
+    <message>
+        <source>Preparing for fast dictation…</source>
+        <translation>Подготовка к быстрой диктовке…</translation>
+    </message>
+    <message>
+        <source>Ready · kept warm in memory</source>
+        <translation>Готово · загружена в память</translation>
+    </message>
+    <message>
+        <source>Preparation failed · original text remains available</source>
+        <translation>Подготовка не удалась · исходный текст доступен</translation>
+    </message>
+    <message>
+        <source>Recommended for Russian: SAGE 95M</source>
+        <translation>Рекомендуется для русского: SAGE 95M</translation>
+    </message>
+    <message>
+        <source>A compact Russian-specific correction candidate. Conservative mode uses only its punctuation and capitalization while preserving the exact ASR words.</source>
+        <translation>Компактный корректор для русского. В консервативном режиме берутся только пунктуация и регистр, а распознанные слова сохраняются в точности.</translation>
+    </message>
+    <message>
+        <source>Recommended for mixed languages: %1</source>
+        <translation>Рекомендуется для смешанных языков: %1</translation>
+    </message>
+    <message>
+        <source>Use a multilingual model in Conservative mode. Murmel projects punctuation onto the original ASR words, so a model cannot remove or replace them.</source>
+        <translation>Используйте многоязычную модель в консервативном режиме. Murmel переносит пунктуацию на распознанные слова, поэтому модель не может их удалить или заменить.</translation>
+    </message>
+    <message>
+        <source>Recommended model: %1</source>
+        <translation>Рекомендуемая модель: %1</translation>
+    </message>
+    <message>
+        <source>No language-specific corrector has passed Murmel&apos;s benchmark for this profile yet. Conservative mode preserves the raw wording.</source>
+        <translation>Для этого профиля ещё ни один корректор не прошёл проверку Murmel. Консервативный режим сохраняет исходные слова.</translation>
+    </message>
+    <message>
+        <source>There is no other speech model for this computer.</source>
+        <translation>Для этого компьютера нет другой речевой модели.</translation>
+    </message>
+    <message>
+        <source>The model is installed.</source>
+        <translation>Модель установлена.</translation>
+    </message>
+    <message>
+        <source>The model downloader is missing from the app or is not the app&apos;s own.</source>
+        <translation>Загрузчик моделей отсутствует или не принадлежит программе.</translation>
+    </message>
+    <message>
+        <source>The model downloader could not be started: %1</source>
+        <translation>Не удалось запустить загрузчик моделей: %1</translation>
+    </message>
+    <message>
+        <source>This file is not on the list of approved downloads.</source>
+        <translation>Этого файла нет в списке разрешённых загрузок.</translation>
+    </message>
+    <message>
+        <source>The model downloader ended unexpectedly.</source>
+        <translation>Загрузчик моделей неожиданно завершился.</translation>
+    </message>
+    <message>
+        <source>Full edition</source>
+        <translation>Полная версия</translation>
+    </message>
+    <message>
+        <source>Lite edition</source>
+        <translation>Облегчённая версия</translation>
+    </message>
+    <message>
+        <source>Development build</source>
+        <translation>Сборка для разработки</translation>
+    </message>
+    <message>
+        <source>Ready offline · Models included</source>
+        <translation>Готово офлайн · модели включены</translation>
+    </message>
+    <message>
+        <source>Lite · Models on demand</source>
+        <translation>Lite · модели по запросу</translation>
+    </message>
+    <message>
+        <source>Local development</source>
+        <translation>Локальная разработка</translation>
+    </message>
+    <message>
+        <source>Finish enabling Automatic Paste</source>
+        <translation>Завершите включение автоматической вставки</translation>
+    </message>
+    <message>
+        <source>The desktop needs a fresh %1 process to apply this permission. The app will reopen automatically, and an active Parakeet download will resume. You do not need to restart your computer.</source>
+        <translation>Чтобы разрешение подействовало, нужен новый процесс %1. Программа откроется сама, а активная загрузка Parakeet продолжится. Перезагружать компьютер не нужно.</translation>
+    </message>
+    <message>
+        <source>Quit &amp; Reopen</source>
+        <translation>Закрыть и открыть снова</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Не сейчас</translation>
+    </message>
+    <message>
+        <source>%1 could not reopen</source>
+        <translation>Не удалось снова открыть %1</translation>
+    </message>
+    <message>
+        <source>This build cannot download models.</source>
+        <translation>Эта сборка не может скачивать модели.</translation>
+    </message>
+    <message>
+        <source>This computer&apos;s processor cannot run it.</source>
+        <translation>Процессор этого компьютера не может её выполнять.</translation>
+    </message>
+    <message>
+        <source>The microphone that the desktop has chosen.</source>
+        <translation>Микрофон, выбранный в системе.</translation>
+    </message>
+</context>
+<context>
+    <name>ModelsPage</name>
+    <message>
+        <source>Download</source>
+        <translation>Скачать</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Пауза</translation>
+    </message>
+    <message>
+        <source>Verify</source>
+        <translation>Проверить</translation>
+    </message>
+    <message>
+        <source>Remove…</source>
+        <translation>Удалить…</translation>
+    </message>
+    <message>
+        <source>%1 — in use</source>
+        <translation>%1 — используется</translation>
+    </message>
+    <message>
+        <source>License: %1.</source>
+        <translation>Лицензия: %1.</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Загрузка %1</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Продолжить</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Повторить</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 из %2</translation>
+    </message>
+    <message>
+        <source>%1 per second</source>
+        <translation>%1 в секунду</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n second(s) left</source>
+        <translation>
+            <numerusform>осталась %n секунда</numerusform>
+            <numerusform>осталось %n секунды</numerusform>
+            <numerusform>осталось %n секунд</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s) left</source>
+        <translation>
+            <numerusform>осталась %n минута</numerusform>
+            <numerusform>осталось %n минуты</numerusform>
+            <numerusform>осталось %n минут</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Not installed · %1 to download</source>
+        <translation>Не установлена · скачать %1</translation>
+    </message>
+    <message>
+        <source>Not installed</source>
+        <translation>Не установлена</translation>
+    </message>
+    <message>
+        <source>Waiting…</source>
+        <translation>Ожидание…</translation>
+    </message>
+    <message>
+        <source>Paused · %1</source>
+        <translation>Приостановлено · %1</translation>
+    </message>
+    <message>
+        <source>Verifying…</source>
+        <translation>Проверка…</translation>
+    </message>
+    <message>
+        <source>Installed, not verified yet · %1 on disk</source>
+        <translation>Установлена, ещё не проверена · %1 на диске</translation>
+    </message>
+    <message>
+        <source>Installed and verified · %1 on disk</source>
+        <translation>Установлена и проверена · %1 на диске</translation>
+    </message>
+    <message>
+        <source>Damaged. Remove it and download it again.</source>
+        <translation>Повреждена. Удалите её и скачайте снова.</translation>
+    </message>
+    <message>
+        <source>Remove this model?</source>
+        <translation>Удалить эту модель?</translation>
+    </message>
+    <message>
+        <source>%1 is deleted from this computer. It can be downloaded again.</source>
+        <translation>%1 удаляется с этого компьютера. Её можно скачать снова.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Speech Models</source>
+        <translation>Речевые модели</translation>
+    </message>
+    <message>
+        <source>Models run on this computer. Every file is compared with its known digest before it is used.</source>
+        <translation>Модели работают на этом компьютере. Каждый файл перед использованием сверяется с известной контрольной суммой.</translation>
+    </message>
+    <message>
+        <source>Speech recognition</source>
+        <translation>Распознавание речи</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals</source>
+        <translation>Пунктуация и заглавные буквы</translation>
+    </message>
+    <message>
+        <source>No model was downloaded yet.</source>
+        <translation>Моделей ещё не скачано.</translation>
+    </message>
+    <message>
+        <source>Downloaded models occupy %1.</source>
+        <translation>Скачанные модели занимают %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PrivacyPage</name>
+    <message>
+        <source>History and Privacy</source>
+        <translation>История и приватность</translation>
+    </message>
+    <message>
+        <source>Your voice stays in memory and is never written to disk. Your words are kept only where you ask for it, encrypted, on this computer.</source>
+        <translation>Ваш голос остаётся в памяти и никогда не записывается на диск. Слова хранятся только по вашему желанию, зашифрованными, на этом компьютере.</translation>
+    </message>
+    <message>
+        <source>Delete All…</source>
+        <translation>Удалить всё…</translation>
+    </message>
+    <message>
+        <source>Delete the whole history?</source>
+        <translation>Удалить всю историю?</translation>
+    </message>
+    <message>
+        <source>Every entry, and the key that could read copies of it, is deleted. They cannot be recovered.</source>
+        <translation>Все записи и ключ, которым можно прочитать их копии, удаляются. Их нельзя будет восстановить.</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>Удалить всё</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Разблокировать</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>История</translation>
+    </message>
+    <message>
+        <source>Keep a history</source>
+        <translation>Вести историю</translation>
+    </message>
+    <message>
+        <source>History is optional and off by default.</source>
+        <translation>История необязательна и по умолчанию выключена.</translation>
+    </message>
+    <message>
+        <source>Auto-delete history</source>
+        <translation>Автоудаление истории</translation>
+    </message>
+    <message>
+        <source>Entries that are older are deleted at once and cannot be recovered.</source>
+        <translation>Более старые записи сразу удаляются, восстановить их нельзя.</translation>
+    </message>
+    <message>
+        <source>Open History…</source>
+        <translation>Открыть историю…</translation>
+    </message>
+    <message>
+        <source>Stored entries</source>
+        <translation>Сохранённые записи</translation>
+    </message>
+    <message>
+        <source>What Murmel never does</source>
+        <translation>Чего Murmel никогда не делает</translation>
+    </message>
+    <message>
+        <source>No audio on disk</source>
+        <translation>Никакого звука на диске</translation>
+    </message>
+    <message>
+        <source>Recordings live in memory and are gone with the dictation.</source>
+        <translation>Записи существуют только в памяти и исчезают вместе с диктовкой.</translation>
+    </message>
+    <message>
+        <source>No network for your words</source>
+        <translation>Никакой сети для ваших слов</translation>
+    </message>
+    <message>
+        <source>Recognition and correction run in processes that have no network. Only the download of models that you ask for opens a connection.</source>
+        <translation>Распознавание и коррекция работают в процессах без сети. Соединение открывает только запрошенная вами загрузка моделей.</translation>
+    </message>
+    <message>
+        <source>No words in logs</source>
+        <translation>Никаких слов в журналах</translation>
+    </message>
+    <message>
+        <source>Logs hold times and counts, never what you said.</source>
+        <translation>В журналах только время и числа, но не сказанное вами.</translation>
+    </message>
+    <message>
+        <source>None.</source>
+        <translation>Нет.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entry(ies).</source>
+        <translation>
+            <numerusform>%n запись.</numerusform>
+            <numerusform>%n записи.</numerusform>
+            <numerusform>%n записей.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>They stay until you delete them, although the history is off.</source>
+        <translation>Они останутся, пока вы их не удалите, хотя история выключена.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsWindow</name>
+    <message>
+        <source>Murmel Settings</source>
+        <translation>Настройки Murmel</translation>
+    </message>
+    <message>
+        <source>Reset This Page…</source>
+        <translation>Сбросить страницу…</translation>
+    </message>
+    <message>
+        <source>No setting has these words.</source>
+        <translation>Нет настроек с такими словами.</translation>
+    </message>
+    <message>
+        <source>Search settings</source>
+        <translation>Поиск настроек</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Страницы</translation>
+    </message>
+    <message>
+        <source>Reset the page “%1”?</source>
+        <translation>Сбросить страницу «%1»?</translation>
+    </message>
+    <message>
+        <source>Its settings become what they are without your changes. Vocabulary and history stay.</source>
+        <translation>Её настройки станут такими, как без ваших изменений. Словарь и история останутся.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Сбросить</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutPage</name>
+    <message>
+        <source>Shortcut</source>
+        <translation>Клавиши</translation>
+    </message>
+    <message>
+        <source>The keys that start and stop a dictation, whatever application is in front.</source>
+        <translation>Клавиши, которые начинают и заканчивают диктовку, какая бы программа ни была впереди.</translation>
+    </message>
+    <message>
+        <source>Dictation shortcut</source>
+        <translation>Сочетание для диктовки</translation>
+    </message>
+    <message>
+        <source>keys hotkey hold tap</source>
+        <translation>клавиши горячие удерживать нажать</translation>
+    </message>
+    <message>
+        <source>Record a Shortcut…</source>
+        <translation>Записать сочетание…</translation>
+    </message>
+    <message>
+        <source>Another shortcut</source>
+        <translation>Другое сочетание</translation>
+    </message>
+    <message>
+        <source>Press the keys you want to use.</source>
+        <translation>Нажмите клавиши, которые хотите использовать.</translation>
+    </message>
+    <message>
+        <source>Keys cannot be recorded in this session.</source>
+        <translation>В этом сеансе записать клавиши нельзя.</translation>
+    </message>
+    <message>
+        <source>Setup and permissions</source>
+        <translation>Настройка и разрешения</translation>
+    </message>
+    <message>
+        <source>Check…</source>
+        <translation>Проверить…</translation>
+    </message>
+</context>
+<context>
+    <name>TextPage</name>
+    <message>
+        <source>Text</source>
+        <translation>Текст</translation>
+    </message>
+    <message>
+        <source>What becomes of the recognized words before they are inserted.</source>
+        <translation>Что происходит с распознанными словами перед вставкой.</translation>
+    </message>
+    <message>
+        <source>Clean-up</source>
+        <translation>Очистка</translation>
+    </message>
+    <message>
+        <source>Remove filler words</source>
+        <translation>Удалять слова-паразиты</translation>
+    </message>
+    <message>
+        <source>Optional cleanup for common Russian and English fillers. Unlike Conservative punctuation, this intentionally removes spoken words.</source>
+        <translation>Необязательная очистка от распространённых русских и английских слов-паразитов. В отличие от консервативной пунктуации, она намеренно удаляет сказанные слова.</translation>
+    </message>
+    <message>
+        <source>um uh you know</source>
+        <translation>эм ну короче</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals</source>
+        <translation>Пунктуация и заглавные буквы</translation>
+    </message>
+    <message>
+        <source>Format with a local model</source>
+        <translation>Форматировать локальной моделью</translation>
+    </message>
+    <message>
+        <source>Conservative: a language model on this computer sets punctuation and capitals, and can neither change nor remove a word. From the next dictation.</source>
+        <translation>Консервативно: языковая модель на этом компьютере расставляет знаки и заглавные буквы и не может изменить или удалить ни слова. Со следующей диктовки.</translation>
+    </message>
+    <message>
+        <source>Automatic correction routing</source>
+        <translation>Автоматический выбор коррекции</translation>
+    </message>
+    <message>
+        <source>Russian goes to a corrector of its own where it is installed, everything else to the model below.</source>
+        <translation>Русский текст идёт к отдельному корректору, если он установлен, остальное — к модели ниже.</translation>
+    </message>
+    <message>
+        <source>By language</source>
+        <translation>По языку</translation>
+    </message>
+    <message>
+        <source>Selected model only</source>
+        <translation>Только выбранная модель</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Языковая модель</translation>
+    </message>
+    <message>
+        <source>Recommendation</source>
+        <translation>Рекомендация</translation>
+    </message>
+    <message>
+        <source>Not installed. Get it under Speech Models.</source>
+        <translation>Не установлена. Скачайте в разделе «Речевые модели».</translation>
+    </message>
+    <message>
+        <source>Installed.</source>
+        <translation>Установлена.</translation>
+    </message>
+    <message>
+        <source>Needs a language model; get one under Speech Models.</source>
+        <translation>Нужна языковая модель; скачайте её в разделе «Речевые модели».</translation>
+    </message>
+    <message>
+        <source>Personal vocabulary</source>
+        <translation>Личный словарь</translation>
+    </message>
+    <message>
+        <source>Replacements</source>
+        <translation>Замены</translation>
+    </message>
+    <message>
+        <source>One replacement per line, for example: postgresql = PostgreSQL</source>
+        <translation>Одна замена в строке, например: postgresql = PostgreSQL</translation>
+    </message>
+    <message>
+        <source>vocabulary words names spelling</source>
+        <translation>словарь слова имена написание</translation>
+    </message>
+</context>
+<context>
+    <name>Titles</name>
+    <message>
+        <source>English</source>
+        <translation>Английский</translation>
+    </message>
+    <message>
+        <source>Spanish</source>
+        <translation>Испанский</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>Французский</translation>
+    </message>
+    <message>
+        <source>German</source>
+        <translation>Немецкий</translation>
+    </message>
+    <message>
+        <source>Italian</source>
+        <translation>Итальянский</translation>
+    </message>
+    <message>
+        <source>Portuguese</source>
+        <translation>Португальский</translation>
+    </message>
+    <message>
+        <source>Romanian</source>
+        <translation>Румынский</translation>
+    </message>
+    <message>
+        <source>Dutch</source>
+        <translation>Нидерландский</translation>
+    </message>
+    <message>
+        <source>Danish</source>
+        <translation>Датский</translation>
+    </message>
+    <message>
+        <source>Swedish</source>
+        <translation>Шведский</translation>
+    </message>
+    <message>
+        <source>Finnish</source>
+        <translation>Финский</translation>
+    </message>
+    <message>
+        <source>Hungarian</source>
+        <translation>Венгерский</translation>
+    </message>
+    <message>
+        <source>Estonian</source>
+        <translation>Эстонский</translation>
+    </message>
+    <message>
+        <source>Latvian</source>
+        <translation>Латышский</translation>
+    </message>
+    <message>
+        <source>Lithuanian</source>
+        <translation>Литовский</translation>
+    </message>
+    <message>
+        <source>Maltese</source>
+        <translation>Мальтийский</translation>
+    </message>
+    <message>
+        <source>Polish</source>
+        <translation>Польский</translation>
+    </message>
+    <message>
+        <source>Czech</source>
+        <translation>Чешский</translation>
+    </message>
+    <message>
+        <source>Slovak</source>
+        <translation>Словацкий</translation>
+    </message>
+    <message>
+        <source>Slovenian</source>
+        <translation>Словенский</translation>
+    </message>
+    <message>
+        <source>Croatian</source>
+        <translation>Хорватский</translation>
+    </message>
+    <message>
+        <source>Bosnian</source>
+        <translation>Боснийский</translation>
+    </message>
+    <message>
+        <source>Russian</source>
+        <translation>Русский</translation>
+    </message>
+    <message>
+        <source>Ukrainian</source>
+        <translation>Украинский</translation>
+    </message>
+    <message>
+        <source>Belarusian</source>
+        <translation>Белорусский</translation>
+    </message>
+    <message>
+        <source>Bulgarian</source>
+        <translation>Болгарский</translation>
+    </message>
+    <message>
+        <source>Serbian</source>
+        <translation>Сербский</translation>
+    </message>
+    <message>
+        <source>Greek</source>
+        <translation>Греческий</translation>
+    </message>
+    <message>
+        <source>Never delete automatically</source>
+        <translation>Никогда не удалять автоматически</translation>
+    </message>
+    <message>
+        <source>After 5 minutes</source>
+        <translation>Через 5 минут</translation>
+    </message>
+    <message>
+        <source>After 1 day</source>
+        <translation>Через 1 день</translation>
+    </message>
+    <message>
+        <source>After 1 week</source>
+        <translation>Через 1 неделю</translation>
+    </message>
+    <message>
+        <source>After 1 month</source>
+        <translation>Через 1 месяц</translation>
+    </message>
+    <message>
+        <source>After 3 months</source>
+        <translation>Через 3 месяца</translation>
+    </message>
+    <message>
+        <source>Top edge</source>
+        <translation>Верхний край</translation>
+    </message>
+    <message>
+        <source>Right edge</source>
+        <translation>Правый край</translation>
+    </message>
+    <message>
+        <source>Bottom edge</source>
+        <translation>Нижний край</translation>
+    </message>
+    <message>
+        <source>Left edge</source>
+        <translation>Левый край</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Автоматически</translation>
+    </message>
+</context>
+<context>
+    <name>VocabularyEditor</name>
+    <message>
+        <source>Unlock</source>
+        <translation>Разблокировать</translation>
+    </message>
+    <message>
+        <source>Heard</source>
+        <translation>Слышится</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Пишется</translation>
+    </message>
+    <message>
+        <source>Replacements</source>
+        <translation>Замены</translation>
+    </message>
+    <message>
+        <source>Replacements as text</source>
+        <translation>Замены как текст</translation>
+    </message>
+    <message>
+        <source>Type a sentence to try the vocabulary on</source>
+        <translation>Введите фразу, чтобы проверить словарь</translation>
+    </message>
+    <message>
+        <source>Try it</source>
+        <translation>Проверить</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Импорт…</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Выше</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Ниже</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Удалить</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n replacement(s)</source>
+        <translation>
+            <numerusform>%n замена</numerusform>
+            <numerusform>%n замены</numerusform>
+            <numerusform>%n замен</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>line %1 has no “=” and does nothing</source>
+        <translation>в строке %1 нет «=», она ничего не делает</translation>
+    </message>
+    <message>
+        <source>line %1 has nothing before the “=”</source>
+        <translation>в строке %1 ничего нет перед «=»</translation>
+    </message>
+    <message>
+        <source>kept encrypted, with a key in your key ring</source>
+        <translation>хранится зашифрованно, ключ — в вашей связке ключей</translation>
+    </message>
+    <message>
+        <source>Import Replacements</source>
+        <translation>Импорт замен</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt);;All files (*)</source>
+        <translation>Текстовые файлы (*.txt);;Все файлы (*)</translation>
+    </message>
+</context>
+</TS>
