@@ -78,15 +78,12 @@ FormRow* Card::addRow(const QString& title, const QString& description, QWidget*
                       FormRow::Place place) {
   auto* row = new FormRow(title, description, control, place);
   lines_->addWidget(row);
+  rows_.push_back(row);
   return row;
 }
 
 void Card::addWidget(QWidget* widget) {
   lines_->addWidget(widget);
-}
-
-void Card::removeWidget(QWidget* widget) {
-  lines_->removeWidget(widget);
 }
 
 void Card::paintEvent(QPaintEvent* /*event*/) {
@@ -206,7 +203,7 @@ int FormPage::filter(const QString& words) {
   int found = 0;
   for (const auto& section : sections_) {
     int shown = 0;
-    for (auto* row : section.card->findChildren<FormRow*>(Qt::FindDirectChildrenOnly)) {
+    for (auto* row : section.card->rows()) {
       // A line that its page has hidden stays so: the property says who did it.
       const bool isHiddenByPage = row->isHidden() && !row->property("filtered").toBool();
       if (isHiddenByPage) continue;

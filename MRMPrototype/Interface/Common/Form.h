@@ -48,13 +48,14 @@ class Card final : public QFrame {
   FormRow* addRow(const QString& title, const QString& description, QWidget* control,
                   FormRow::Place place = FormRow::Place::beside);
   void addWidget(QWidget* widget);
-  void removeWidget(QWidget* widget);
+  [[nodiscard]] const std::vector<FormRow*>& rows() const { return rows_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   QVBoxLayout* lines_;
+  std::vector<FormRow*> rows_;
 };
 
 enum class Severity { information, warning, error };

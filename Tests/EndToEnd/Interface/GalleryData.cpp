@@ -2,12 +2,21 @@
 
 #include "Settings/SettingsKeys.h"
 
+#include <QCoreApplication>
+#include <QEventLoop>
+
 namespace murmel::test {
 
 namespace {
 
 /// A Tuesday afternoon.
 constexpr WallTime now{std::chrono::sys_days(std::chrono::year(2025) / 3 / 4) + std::chrono::hours(15)};
+
+InMemoryDefaultsStore storedBefore(bool troubles) {
+  InMemoryDefaultsStore defaults;
+  if (troubles) defaults.set(settingsKey::modelMigrationPreviousSelection, std::string("qwen4"));
+  return defaults;
+}
 
 }  // namespace
 
@@ -70,9 +79,9 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
 
 GalleryData::GalleryData(bool troubles)
     : keys_(secrets_, "gallery"),
-      autostart_((defaults_.set(settingsKey::modelMigrationPreviousSelection, troubles ? "qwen4" : ""),
-                  std::make_unique<NoAutostart>())),
-      settings({defaults_, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
+      autostart_(std::make_unique<NoAutostart>()),
+      defaults(storedBefore(troubles)),
+      settings({defaults, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
       history(executor_, queue_, historyFile(files_, keys_, folder_.path())) {
   settings.setPersonalVocabulary(
@@ -95,10 +104,15 @@ GalleryData::GalleryData(bool troubles)
       "them somebody "
       "holds while writing.",
       "English");
+  const auto settle = [this] {
+    while (!history.isSettled()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  };
+  settle();
   if (!troubles) return;
   secrets_.failWith(secretStatus::storeFailed);
   settings.setPersonalVocabulary("never = kept");
-  history.reload();
+  add(0, "Not kept.", "English");
+  settle();
 }
 
 HistoryServices GalleryData::historyServices() {

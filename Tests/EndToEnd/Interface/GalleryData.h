@@ -7,8 +7,8 @@
 #include "Interface/Models/ModelShelf.h"
 #include "Interface/Settings/SettingsServices.h"
 #include "Platform/Fake/FakeSecretStore.h"
-#include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Platform/Qt/QtExecutor.h"
 #include "Settings/SettingsRepository.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/InMemoryDefaultsStore.h"
@@ -36,7 +36,8 @@ class ExampleShelf final : public ModelShelf {
   Signal<> changed_;
 };
 
-/// What the windows show when they are shown as an example: real repositories over files of their own.
+/// What the windows show when they are shown as an example: real repositories over files of their own. Needs
+/// a QApplication.
 class GalleryData {
  public:
   /// `troubles`: with a key ring that fails and a model that was replaced.
@@ -53,12 +54,12 @@ class GalleryData {
   PosixFileSystem files_;
   FakeSecretStore secrets_;
   KeychainEncryptionKeyStore keys_;
-  InMemoryDefaultsStore defaults_;
-  ManualExecutor executor_;
+  QtExecutor executor_;
   SerialQueue queue_{executor_, "gallery"};
   std::unique_ptr<Autostart> autostart_;
 
  public:
+  InMemoryDefaultsStore defaults;
   SettingsRepository settings;
   HistoryRepository history;
   ExampleShelf models;
