@@ -972,6 +972,70 @@
         <source>The microphone that the desktop has chosen.</source>
         <translation>Das Mikrofon, das der Desktop gewählt hat.</translation>
     </message>
+    <message>
+        <source>The key ring is locked.</source>
+        <translation>Der Schlüsselbund ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>No key ring (Secret Service) answers on this desktop.</source>
+        <translation>Auf diesem Desktop antwortet kein Schlüsselbund (Secret Service).</translation>
+    </message>
+    <message>
+        <source>The key ring stayed locked.</source>
+        <translation>Der Schlüsselbund blieb gesperrt.</translation>
+    </message>
+    <message>
+        <source>The system has no random bytes.</source>
+        <translation>Das System liefert keine Zufallszahlen.</translation>
+    </message>
+    <message>
+        <source>The key ring answered with an error.</source>
+        <translation>Der Schlüsselbund antwortete mit einem Fehler.</translation>
+    </message>
+    <message>
+        <source>The file is not a sealed file</source>
+        <translation>Die Datei ist keine versiegelte Datei</translation>
+    </message>
+    <message>
+        <source>The key of the sealed file is not available</source>
+        <translation>Der Schlüssel der versiegelten Datei ist nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>The sealed file was changed since it was written</source>
+        <translation>Die versiegelte Datei wurde verändert, seit sie geschrieben wurde</translation>
+    </message>
+    <message>
+        <source>The sealed file holds something else than it should</source>
+        <translation>Die versiegelte Datei enthält etwas anderes, als sie sollte</translation>
+    </message>
+    <message>
+        <source>The file does not hold settings of Murmel.</source>
+        <translation>Die Datei enthält keine Einstellungen von Murmel.</translation>
+    </message>
+    <message>
+        <source>The key ring has no default collection yet: its own program (in KDE, the wallet manager) makes one.</source>
+        <translation>Der Schlüsselbund hat noch keine Standardsammlung: Sein eigenes Programm (in KDE die Brieftaschenverwaltung) legt sie an.</translation>
+    </message>
+    <message>
+        <source>The file could not be accessed: %1</source>
+        <translation>Auf die Datei konnte nicht zugegriffen werden: %1</translation>
+    </message>
+    <message>
+        <source>The autostart entry cannot be written: %1</source>
+        <translation>Der Autostart-Eintrag kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>The autostart entry cannot be changed: %1</source>
+        <translation>Der Autostart-Eintrag kann nicht geändert werden: %1</translation>
+    </message>
+    <message>
+        <source>There is no setting &quot;%1&quot;.</source>
+        <translation>Es gibt keine Einstellung „%1“.</translation>
+    </message>
+    <message>
+        <source>unknown to the speech model in use</source>
+        <translation>dem verwendeten Sprachmodell unbekannt</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>

@@ -976,6 +976,70 @@
         <source>The microphone that the desktop has chosen.</source>
         <translation>Микрофон, выбранный в системе.</translation>
     </message>
+    <message>
+        <source>The key ring is locked.</source>
+        <translation>Связка ключей заблокирована.</translation>
+    </message>
+    <message>
+        <source>No key ring (Secret Service) answers on this desktop.</source>
+        <translation>На этом рабочем столе не отвечает связка ключей (Secret Service).</translation>
+    </message>
+    <message>
+        <source>The key ring stayed locked.</source>
+        <translation>Связка ключей осталась заблокированной.</translation>
+    </message>
+    <message>
+        <source>The system has no random bytes.</source>
+        <translation>Система не даёт случайных байтов.</translation>
+    </message>
+    <message>
+        <source>The key ring answered with an error.</source>
+        <translation>Связка ключей ответила ошибкой.</translation>
+    </message>
+    <message>
+        <source>The file is not a sealed file</source>
+        <translation>Файл не является запечатанным</translation>
+    </message>
+    <message>
+        <source>The key of the sealed file is not available</source>
+        <translation>Ключ запечатанного файла недоступен</translation>
+    </message>
+    <message>
+        <source>The sealed file was changed since it was written</source>
+        <translation>Запечатанный файл изменён после записи</translation>
+    </message>
+    <message>
+        <source>The sealed file holds something else than it should</source>
+        <translation>В запечатанном файле не то, что должно быть</translation>
+    </message>
+    <message>
+        <source>The file does not hold settings of Murmel.</source>
+        <translation>В файле нет настроек Murmel.</translation>
+    </message>
+    <message>
+        <source>The key ring has no default collection yet: its own program (in KDE, the wallet manager) makes one.</source>
+        <translation>В связке ключей ещё нет основной коллекции: её создаёт её собственная программа (в KDE — менеджер бумажников).</translation>
+    </message>
+    <message>
+        <source>The file could not be accessed: %1</source>
+        <translation>Нет доступа к файлу: %1</translation>
+    </message>
+    <message>
+        <source>The autostart entry cannot be written: %1</source>
+        <translation>Не удаётся записать автозапуск: %1</translation>
+    </message>
+    <message>
+        <source>The autostart entry cannot be changed: %1</source>
+        <translation>Не удаётся изменить автозапуск: %1</translation>
+    </message>
+    <message>
+        <source>There is no setting &quot;%1&quot;.</source>
+        <translation>Нет настройки «%1».</translation>
+    </message>
+    <message>
+        <source>unknown to the speech model in use</source>
+        <translation>неизвестен используемой речевой модели</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>

@@ -3,12 +3,14 @@
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/PlatformWords.h"
 #include "Models/SpeechModels.h"
+#include "Settings/SettingsTransfer.h"
 
 #include <QDesktopServices>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 namespace murmel {
@@ -88,10 +90,26 @@ SettingsServices MainWindows::settingsServices() {
   };
   services.preparationChanged = &parts_.speech.refiners.onPreparationChange();
   services.unlockStorage = parts_.unlockStorage;
+  services.exportSettings = [this] { return exportedSettings(parts_.storage.defaults); };
+  services.importSettings = [this](const std::string& json) {
+    const auto imported = importSettings(parts_.storage.defaults, json);
+    if (imported) parts_.storage.settings.reload();
+    return imported;
+  };
+  services.languageNote = [this](DictationLanguage language) { return languageNote(language); };
   services.openHistory = [this] { openHistory(); };
   services.openSetup = parts_.openSetup;
   services.openSoundSettings = [] { openSoundSettings(); };
   return services;
+}
+
+std::string MainWindows::languageNote(DictationLanguage language) const {
+  const auto folder = parts_.models.speech->activeModelURL();
+  const auto models =
+      speechModels(modelStore(parts_.installation.folders), parts_.installation.folders.resources);
+  const auto model = std::ranges::find(models, folder, &SpeechModel::folder);
+  if (model == models.end() || knowsLanguage(*model->engine, rawValue(language))) return {};
+  return "unknown to the speech model in use";
 }
 
 HistoryServices MainWindows::historyServices() {

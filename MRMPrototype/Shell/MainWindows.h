@@ -67,6 +67,8 @@ class MainWindows {
   [[nodiscard]] HistoryServices historyServices();
   [[nodiscard]] AboutServices aboutServices();
   SettingsWindow& settings();
+  /// What the engine of the speech model in use lacks; empty when it knows the language.
+  [[nodiscard]] std::string languageNote(DictationLanguage language) const;
 
   Parts parts_;
   ModelShelfServices shelf_;

@@ -96,6 +96,22 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "Your previous model, %1, is unavailable. Gemma was selected so you can stay offline. You can download and select your previous model in Speech Models."), text),
     same(QT_TRANSLATE_NOOP("Messages", "All 28 languages, recognized automatically")),
 
+    same(QT_TRANSLATE_NOOP("Messages", "The key ring is locked.")),
+    same(QT_TRANSLATE_NOOP("Messages", "No key ring (Secret Service) answers on this desktop.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The key ring stayed locked.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The system has no random bytes.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The key ring answered with an error.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The file is not a sealed file")),
+    same(QT_TRANSLATE_NOOP("Messages", "The key of the sealed file is not available")),
+    same(QT_TRANSLATE_NOOP("Messages", "The sealed file was changed since it was written")),
+    same(QT_TRANSLATE_NOOP("Messages", "The sealed file holds something else than it should")),
+    same(QT_TRANSLATE_NOOP("Messages", "The file does not hold settings of Murmel.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The key ring has no default collection yet: its own program (in KDE, the wallet manager) makes one.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The file could not be accessed: %1"), detail),
+    same(QT_TRANSLATE_NOOP("Messages", "The autostart entry cannot be written: %1"), detail),
+    same(QT_TRANSLATE_NOOP("Messages", "The autostart entry cannot be changed: %1"), detail),
+    same(QT_TRANSLATE_NOOP("Messages", "There is no setting \"%1\"."), detail),
+
     // Models.
     same(QT_TRANSLATE_NOOP("Messages", "Qwen3 0.6B Q8 · Fast baseline")),
     same(QT_TRANSLATE_NOOP("Messages", "Qwen3 1.7B Q8 · Balanced")),
@@ -120,6 +136,7 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "This file is not on the list of approved downloads.")),
     same(QT_TRANSLATE_NOOP("Messages", "The model downloader ended unexpectedly.")),
 
+    same(QT_TRANSLATE_NOOP("Messages", "unknown to the speech model in use")),
     same(QT_TRANSLATE_NOOP("Messages", "This build cannot download models.")),
     same(QT_TRANSLATE_NOOP("Messages", "This computer's processor cannot run it.")),
     same(QT_TRANSLATE_NOOP("Messages", "The microphone that the desktop has chosen.")),

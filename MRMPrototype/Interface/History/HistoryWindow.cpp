@@ -2,6 +2,7 @@
 
 #include "History/HistoryRepository.h"
 #include "Interface/Common/Dialogs.h"
+#include "Interface/Common/StorageWords.h"
 #include "Interface/History/HistoryDelegate.h"
 #include "Interface/PlatformWords.h"
 #include "Interface/Settings/Pages.h"
@@ -158,7 +159,7 @@ void HistoryWindow::refresh() {
       static_cast<int>(std::ranges::find(retentions, retention) - retentions.begin()));
   off_->setText(services_.settings.historyEnabled() ? QString()
                                                     : tr("History is optional and off by default."));
-  storage_->setText(inPlatformWords(message(services_.history.storageStatus())));
+  storage_->setText(storageWords(services_.history.trouble()));
   empty_->setText(entries.empty() ? tr("No dictation is stored.") : tr("No dictation has these words."));
   body_->setCurrentIndex(model_.shownEntries() > 0 ? 0 : 1);
   count_->setText(tr("%n dictation(s)", nullptr, model_.shownEntries()) + QStringLiteral(" · ") +

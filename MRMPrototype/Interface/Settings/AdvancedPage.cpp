@@ -1,4 +1,5 @@
 #include "Interface/Common/Dialogs.h"
+#include "Interface/PlatformWords.h"
 #include "Interface/Settings/Pages.h"
 
 namespace murmel {
@@ -48,8 +49,7 @@ void AdvancedPage::exportSettings() {
 void AdvancedPage::importSettings() {
   const auto take = [this](const QString& text) {
     const auto taken = services().importSettings(text.toStdString());
-    outcome_->setText(taken ? tr("The settings of the file are in effect.")
-                            : QString::fromStdString(taken.error()));
+    outcome_->setText(taken ? tr("The settings of the file are in effect.") : inPlatformWords(taken.error()));
   };
   openTextFile(window(), tr("Import Settings"), tr("Settings (*.json);;All files (*)"), maximumSettings, take,
                [this](const QString& problem) { outcome_->setText(problem); });

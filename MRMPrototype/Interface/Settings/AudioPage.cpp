@@ -71,7 +71,7 @@ void AudioPage::toggleTrial() {
   }
   loudest_ = 0;
   auto listening = services().microphone->listen([this](double level) { hear(level); });
-  if (!listening) return verdict_->setText(QString::fromStdString(listening.error()));
+  if (!listening) return verdict_->setText(inPlatformWords(listening.error()));
   trial_ = *std::move(listening);
   test_->setText(tr("Stop Test"));
   hear(0);

@@ -1,3 +1,4 @@
+#include "Interface/PlatformWords.h"
 #include "Interface/Settings/Pages.h"
 
 #include <QSignalBlocker>
@@ -24,7 +25,7 @@ void GeneralPage::addStart() {
   if (auto* const control = this->services().autostart; control != nullptr) {
     autostart->setChecked(control->isOn());
     QObject::connect(autostart, &Switch::clicked, autostart, [row, autostart, control](bool on) {
-      if (const auto set = control->set(on); !set) row->setDescription(QString::fromStdString(set.error()));
+      if (const auto set = control->set(on); !set) row->setDescription(inPlatformWords(set.error()));
       autostart->setChecked(control->isOn());
     });
     onReset([autostart] {

@@ -1,3 +1,4 @@
+#include "Interface/PlatformWords.h"
 #include "Interface/Settings/Pages.h"
 
 #include <QListWidget>
@@ -110,7 +111,7 @@ Card* LanguagesPage::addSelection() {
   auto* card = addCard();
   const auto& note = services().languageNote;
   auto* list = new LanguageList(settings(), [note](DictationLanguage language) {
-    return note ? QString::fromStdString(note(language)) : QString();
+    return note ? inPlatformWords(note(language)) : QString();
   });
   auto* place = new QWidget;
   auto* lines = new QVBoxLayout(place);

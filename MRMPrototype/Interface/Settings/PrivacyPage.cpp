@@ -1,5 +1,6 @@
 #include "History/HistoryRepository.h"
 #include "Interface/Common/Dialogs.h"
+#include "Interface/Common/StorageWords.h"
 #include "Interface/PlatformWords.h"
 #include "Interface/Settings/Pages.h"
 
@@ -66,7 +67,7 @@ void PrivacyPage::show() {
     words += u' ' + tr("They stay until you delete them, although the history is off.");
   stored_->setDescription(words);
   deleteAll_->setEnabled(count > 0 || history.storageStatus() != SecureStorageStatus::available);
-  storage_->setText(inPlatformWords(message(history.storageStatus())));
+  storage_->setText(storageWords(history.trouble()));
 }
 
 }  // namespace murmel

@@ -2,7 +2,7 @@
 
 #include "CleanUp/CompiledVocabulary.h"
 #include "Interface/Common/Dialogs.h"
-#include "Interface/PlatformWords.h"
+#include "Interface/Common/StorageWords.h"
 
 #include <QGridLayout>
 #include <QHeaderView>
@@ -63,7 +63,6 @@ VocabularyEditor::~VocabularyEditor() {
 }
 
 void VocabularyEditor::build(const std::function<void()>& retry) {
-  storage_->setText(inPlatformWords(message(SecureStorageStatus::unavailable)));
   if (retry) storage_->setAction(tr("Unlock"), retry);
   table_->setHorizontalHeaderLabels({tr("Heard"), tr("Written")});
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -175,7 +174,7 @@ void VocabularyEditor::showState() {
   const bool isKept = settings_.vocabularyStorageStatus() == SecureStorageStatus::available;
   if (isKept) parts += tr("kept encrypted, with a key in your key ring");
   state_->setText(parts.join(QStringLiteral(" · ")));
-  storage_->setVisible(!isKept);
+  storage_->setText(storageWords(settings_.vocabularyTrouble()));
 }
 
 void VocabularyEditor::showTrial() {

@@ -1,0 +1,63 @@
+#include "Settings/SettingsTransfer.h"
+
+#include "Settings/SettingsTable.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+namespace {
+
+constexpr std::string_view prefix = "settings.";
+
+std::string nameOf(const SettingRow& row) {
+  return std::string(row.key.substr(prefix.size()));
+}
+
+/// A value of the JSON as a person would write it; nothing for what no setting has.
+std::optional<std::string> textOf(const nlohmann::json& value) {
+  if (value.is_boolean()) return value.get<bool>() ? "true" : "false";
+  if (value.is_string()) return value.get<std::string>();
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string exportedSettings(const DefaultsStore& store) {
+  auto json = nlohmann::json::object();
+  for (const auto& row : settingsTable()) {
+    const auto value = store.value(row.key);
+    const auto text = value ? settingText(row, *value) : std::string(row.fallback);
+    json[nameOf(row)] =
+        row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
+  }
+  return json.dump(2) + '\n';
+}
+
+std::expected<void, std::string> importSettings(DefaultsStore& store, std::string_view json) {
+  const auto parsed = nlohmann::json::parse(json, nullptr, false);
+  if (!parsed.is_object() || parsed.empty())
+    return std::unexpected(std::string("The file does not hold settings of Murmel."));
+  std::vector<std::pair<std::string_view, DefaultsValue>> changes;
+  for (const auto& [name, value] : parsed.items()) {
+    const auto* const row = settingRow(name);
+    if (row == nullptr) return std::unexpected(fmt::format("There is no setting \"{}\".", name));
+    const auto text = textOf(value);
+    auto setting = text ? settingFromText(*row, *text)
+                        : std::expected<DefaultsValue, std::string>(
+                              std::unexpected("It is neither text nor true or false."));
+    if (!setting)
+      return std::unexpected(
+          fmt::format("The setting \"{}\" cannot be taken over. {}", name, setting.error()));
+    changes.emplace_back(row->key, *std::move(setting));
+  }
+  for (auto& [key, value] : changes) store.set(key, std::move(value));
+  return {};
+}
+
+}  // namespace murmel
