@@ -1036,6 +1036,18 @@
         <source>unknown to the speech model in use</source>
         <translation>dem verwendeten Sprachmodell unbekannt</translation>
     </message>
+    <message>
+        <source>No text field had the keyboard. Copied — press %paste.</source>
+        <translation>Kein Textfeld hatte die Tastatur. Kopiert – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Something else was copied before the application took the text. Choose Copy Last Dictation.</source>
+        <translation>Bevor die Anwendung den Text nahm, wurde etwas anderes kopiert. Wählen Sie „Letztes Diktat kopieren“.</translation>
+    </message>
+    <message>
+        <source>Your clipboard could not be kept.</source>
+        <translation>Ihre Zwischenablage ließ sich nicht bewahren.</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1164,6 +1176,10 @@
     <message>
         <source>Downloaded models occupy %1.</source>
         <translation>Heruntergeladene Modelle belegen %1.</translation>
+    </message>
+    <message>
+        <source>Comes with Murmel</source>
+        <translation>Kommt mit Murmel</translation>
     </message>
 </context>
 <context>

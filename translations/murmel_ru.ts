@@ -1040,6 +1040,18 @@
         <source>unknown to the speech model in use</source>
         <translation>неизвестен используемой речевой модели</translation>
     </message>
+    <message>
+        <source>No text field had the keyboard. Copied — press %paste.</source>
+        <translation>Ни одно текстовое поле не было активно. Скопировано — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Something else was copied before the application took the text. Choose Copy Last Dictation.</source>
+        <translation>Прежде чем программа приняла текст, было скопировано что-то другое. Выберите «Копировать последнюю диктовку».</translation>
+    </message>
+    <message>
+        <source>Your clipboard could not be kept.</source>
+        <translation>Не удалось сохранить ваш буфер обмена.</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1170,6 +1182,10 @@
     <message>
         <source>Downloaded models occupy %1.</source>
         <translation>Скачанные модели занимают %1.</translation>
+    </message>
+    <message>
+        <source>Comes with Murmel</source>
+        <translation>Входит в состав Murmel</translation>
     </message>
 </context>
 <context>

@@ -15,7 +15,8 @@ Appearance::Appearance(const std::filesystem::path& resources)
   const QLocale locale;
   // English needs its own for the plurals alone; a language that is missing stays English.
   const auto folder = QString::fromStdString((resources / "translations").string());
-  if (own_.load(locale, QStringLiteral("murmel"), QStringLiteral("_"), folder))
+  if (own_.load(locale, QStringLiteral("murmel"), QStringLiteral("_"), folder) ||
+      own_.load(QStringLiteral("murmel_en"), folder))
     QApplication::installTranslator(&own_);
   if (toolkit_.load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
                     QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

@@ -58,12 +58,14 @@ bool openSoundSettings() {
 
 MainWindows::MainWindows(Parts parts)
     : parts_(std::move(parts)),
-      shelf_(parts_.process.executor, parts_.process.clock, parts_.models,
-             modelStore(parts_.installation.folders),
-             [machine = ModelMachine::ofThisMachine(
-                  parts_.installation.folders.resources,
-                  canRun(speechEngine("parakeet"), parts_.installation.folders.resources))](
-                 const CatalogModel& model) { return whyUnusable(model, machine); }),
+      shelf_(
+          parts_.process.executor, parts_.process.clock, parts_.models,
+          modelStore(parts_.installation.folders),
+          [machine = ModelMachine::ofThisMachine(
+               parts_.installation.folders.resources,
+               canRun(speechEngine("parakeet"), parts_.installation.folders.resources))](
+              const CatalogModel& model) { return whyUnusable(model, machine); },
+          [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
       microphone_(parts_.process.executor, trialInput_, parts_.desktop.microphoneAuthorization,
                   parts_.installation.folders.temporary,
@@ -101,6 +103,24 @@ SettingsServices MainWindows::settingsServices() {
   services.openSetup = parts_.openSetup;
   services.openSoundSettings = [] { openSoundSettings(); };
   return services;
+}
+
+std::vector<ModelShelfRow> MainWindows::packagedModels() const {
+  std::vector<ModelShelfRow> rows;
+  const auto& folders = parts_.installation.folders;
+  for (const auto& model : speechModels(modelStore(folders), folders.resources)) {
+    std::error_code unreadable;
+    if (!model.engine->isPackaged || !std::filesystem::exists(model.folder, unreadable)) continue;
+    ModelShelfRow row{.name = std::string(model.engine->identifier),
+                      .title = std::string(model.engine->title)};
+    row.isSpeech = true;
+    row.isPackaged = true;
+    row.isInUse = parts_.models.speech->state() == SpeechModelState::ready &&
+                  parts_.models.speech->activeModelURL() == model.folder;
+    row.state = ModelShelfRow::State::installed;
+    rows.push_back(std::move(row));
+  }
+  return rows;
 }
 
 std::string MainWindows::languageNote(DictationLanguage language) const {

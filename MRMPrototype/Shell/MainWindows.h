@@ -67,6 +67,8 @@ class MainWindows {
   [[nodiscard]] HistoryServices historyServices();
   [[nodiscard]] AboutServices aboutServices();
   SettingsWindow& settings();
+  /// The speech models that came with the application, and which of them is in use.
+  [[nodiscard]] std::vector<ModelShelfRow> packagedModels() const;
   /// What the engine of the speech model in use lacks; empty when it knows the language.
   [[nodiscard]] std::string languageNote(DictationLanguage language) const;
 

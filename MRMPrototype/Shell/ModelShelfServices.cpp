@@ -27,12 +27,14 @@ ModelShelfRow::State stateFor(InstalledModels::Finding finding) {
 
 ModelShelfServices::ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
                                        const std::filesystem::path& store,
-                                       std::function<std::string(const CatalogModel&)> unusable)
+                                       std::function<std::string(const CatalogModel&)> unusable,
+                                       std::function<std::vector<ModelShelfRow>()> packaged)
     : executor_(executor),
       clock_(clock),
       models_(models),
       installed_(std::make_shared<InstalledModels>(store)),
       unusable_(std::move(unusable)),
+      packaged_(std::move(packaged)),
       queue_(executor, "model-shelf") {
   observers_.push_back(models_.speech->onInventoryChange([this] { changed_.emit(); }));
   observers_.push_back(models_.smart.onInventoryChange([this] { changed_.emit(); }));
@@ -50,7 +52,7 @@ std::string ModelShelfServices::downloadsUnavailable() const {
 }
 
 std::vector<ModelShelfRow> ModelShelfServices::rows() const {
-  std::vector<ModelShelfRow> rows;
+  auto rows = packaged_();
   for (const auto& model : modelCatalog()) rows.push_back(row(model));
   return rows;
 }

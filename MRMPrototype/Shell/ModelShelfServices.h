@@ -20,9 +20,11 @@ namespace murmel {
 class ModelShelfServices final : public ModelShelf {
  public:
   /// The references outlive this. `usable`: why this computer cannot run a model; empty when it can.
+  /// `packaged`: the models that came with the application.
   ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
                      const std::filesystem::path& store,
-                     std::function<std::string(const CatalogModel&)> unusable);
+                     std::function<std::string(const CatalogModel&)> unusable,
+                     std::function<std::vector<ModelShelfRow>()> packaged);
   /// Ends a verification that runs.
   ~ModelShelfServices() override;
 
@@ -50,6 +52,7 @@ class ModelShelfServices final : public ModelShelf {
   ModelServices& models_;
   std::shared_ptr<InstalledModels> installed_;
   std::function<std::string(const CatalogModel&)> unusable_;
+  std::function<std::vector<ModelShelfRow>()> packaged_;
   std::map<std::string_view, DownloadRate> rates_;
   std::set<std::string_view> working_;  ///< being verified or removed
   std::vector<Registration> observers_;

@@ -29,6 +29,7 @@ struct ModelShelfRow {
   std::string purpose{};  ///< what it is good for, in a sentence
   std::string licence{};
   bool isSpeech = false;                ///< else it corrects text
+  bool isPackaged = false;              ///< came with the application: nothing is to be done about it
   bool isInUse = false;                 ///< a dictation would use it now
   std::optional<std::uint64_t> size{};  ///< bytes to download, where it is known
   std::uint64_t onDisk = 0;             ///< bytes

@@ -87,7 +87,8 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
   state_->setText(stateWords(row));
 
   const bool isRunning = row.state == downloading || row.state == waiting;
-  const bool isThere = row.state == installed || row.state == unverified || row.state == damaged;
+  const bool isThere =
+      !row.isPackaged && (row.state == installed || row.state == unverified || row.state == damaged);
   progress_->setVisible(isRunning || row.state == paused || row.state == verifying);
   progress_->setRange(0, row.state == verifying || !row.size ? 0 : 1000);
   if (row.size && *row.size > 0)
@@ -97,7 +98,7 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
   download_->setText(literal(row.state == paused   ? ModelsPage::tr("Resume")
                              : row.state == failed ? ModelsPage::tr("Try Again")
                                                    : ModelsPage::tr("Download")));
-  download_->setVisible(!isRunning && !isThere && row.state != verifying);
+  download_->setVisible(!row.isPackaged && !isRunning && !isThere && row.state != verifying);
   download_->setEnabled(row.unusable.empty() && shelf_.downloadsUnavailable().empty());
   pause_->setVisible(isRunning);
   verify_->setVisible(isThere);
@@ -136,6 +137,7 @@ QString ModelsPage::Row::stateWords(const ModelShelfRow& row) {
     case ModelShelfRow::State::unverified:
       return ModelsPage::tr("Installed, not verified yet · %1 on disk").arg(sizeWords(row.onDisk));
     case ModelShelfRow::State::installed:
+      if (row.isPackaged) return ModelsPage::tr("Comes with Murmel");
       return ModelsPage::tr("Installed and verified · %1 on disk").arg(sizeWords(row.onDisk));
     case ModelShelfRow::State::damaged:
       return ModelsPage::tr("Damaged. Remove it and download it again.");

@@ -40,6 +40,7 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
        .purpose = "Comes with Murmel. Good for short, clear speech.",
        .licence = "MIT",
        .isSpeech = true,
+       .isPackaged = true,
        .isInUse = true,
        .onDisk = 148'000'000,
        .state = installed},

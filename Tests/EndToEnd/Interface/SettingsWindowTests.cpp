@@ -153,7 +153,8 @@ TEST_F(Windows, ask_the_shelf_of_models_for_what_their_buttons_say) {
   button(window, "Pause")->click();
   button(window, "Verify")->click();
   button(window, "Try Again")->click();
-  EXPECT_EQ(data.models.calls, (std::vector<std::string>{"pause parakeet", "verify base", "download sage"}));
+  EXPECT_EQ(data.models.calls,
+            (std::vector<std::string>{"pause parakeet", "verify gemma-4-e2b", "download sage"}));
   EXPECT_FALSE(button(window, "Download")->isEnabled()) << "of a model that cannot run here";
 }
 
