@@ -1,0 +1,17 @@
+#compdef murmel
+# Completion of murmel for zsh. The commands are asked of murmel itself, so that they cannot disagree.
+local -a commands options
+if (( CURRENT == 2 )); then
+  commands=(${(f)"$(murmel --help 2>/dev/null | sed -nE '/^Subcommands:/,$s/^  ([a-z][a-z-]*) +(.*)/\1:\2/p')"})
+  _describe command commands
+elif [[ $words[CURRENT] == -* ]]; then
+  options=(${(f)"$(murmel $words[2] --help 2>/dev/null | grep -oE -- '--[a-z][a-z-]*' | sort -u)"})
+  _describe option options
+else
+  case $words[2] in
+    transcribe) _files ;;
+    models) (( CURRENT > 3 )) || _values command list download verify remove ;;
+    history) (( CURRENT > 3 )) || _values command list show copy delete clear ;;
+    vocabulary) (( CURRENT > 3 )) || _values command list add remove import export retry ;;
+  esac
+fi
