@@ -49,8 +49,12 @@ TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
     std::optional<Holdings> before;
     for (int dictation = 1; dictation <= warmUp + dictations; ++dictation) {
       rig.coordinator.toggle();
-      ASSERT_TRUE(executor.waitUntil([&] { return rig.pastes == dictation; }))
-          << dictation << ": " << rig.coordinator.state().title();
+      // The delivery gives the target a moment before it presses the keys.
+      ASSERT_TRUE(executor.waitUntil([&] {
+        executor.advance(std::chrono::milliseconds(50));
+        return rig.pastes == dictation;
+      })) << dictation
+          << ": " << rig.coordinator.state().title();
       ASSERT_TRUE(rig.pasted.starts_with("id=" + std::to_string(dictation) + " ")) << rig.pasted;
       // Past the outcome's display and the return of the clipboard.
       executor.advance(std::chrono::seconds(3));
