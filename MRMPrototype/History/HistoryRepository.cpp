@@ -1,5 +1,7 @@
 #include "History/HistoryRepository.h"
 
+#include "Foundation/Crypto/Wipe.h"
+
 #include <algorithm>
 #include <future>
 #include <utility>
@@ -50,6 +52,7 @@ void HistoryRepository::change(HistoryChanges changes) {
   publish(applied(entries_, changes), trouble_);
   unstored_.append(std::move(changes));
   store();
+  wipeVectorRegisters();
 }
 
 void HistoryRepository::reload() {

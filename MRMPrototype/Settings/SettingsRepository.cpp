@@ -1,5 +1,6 @@
 #include "Settings/SettingsRepository.h"
 
+#include "Foundation/Crypto/Wipe.h"
 #include "Settings/SettingsKeys.h"
 
 #include <algorithm>
@@ -242,6 +243,7 @@ void SettingsRepository::setOverlayPosition(OverlayPosition position) {
 void SettingsRepository::setPersonalVocabulary(std::string text) {
   vocabulary_.store(SpokenText(std::move(text)));
   publish(SettingsProperty::personalVocabulary, personalVocabulary_, vocabulary_.text());
+  wipeVectorRegisters();
 }
 
 void SettingsRepository::dismissModelMigrationNotice() {

@@ -1,5 +1,7 @@
 #include "Foundation/Async/SerialQueue.h"
 
+#include "Foundation/Crypto/Wipe.h"
+
 #include <utility>
 
 #include <pthread.h>
@@ -40,6 +42,9 @@ void SerialQueue::work() {
       jobs_.pop_front();
     }
     job();
+    job = nullptr;
+    // It may now sleep for hours.
+    wipeVectorRegisters();
   }
 }
 

@@ -12,4 +12,8 @@ void wipe(std::span<std::uint8_t> bytes) noexcept;
 /// Overwrites everything that `text` has allocated, not only what it holds, and leaves it empty.
 void wipe(std::string& text) noexcept;
 
+/// Clears the vector registers of this thread. Copies go through them, and what was copied last stays there
+/// for as long as the thread has nothing to do.
+void wipeVectorRegisters() noexcept;
+
 }  // namespace murmel
