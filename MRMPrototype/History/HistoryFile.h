@@ -11,11 +11,11 @@ namespace murmel {
 
 /// What is to be done to a stored history. To apply the same changes twice is to apply them once.
 struct HistoryChanges {
-  bool clears = false;              ///< everything that was there before goes
-  std::vector<HistoryEntry> added;  ///< newest first
-  std::set<Uuid> removed;
-  std::optional<double> cutoff;  ///< what was made earlier goes
-  bool sorts = false;            ///< by date, because what was added is older than it looks
+  bool clears = false;                ///< everything that was there before goes
+  std::vector<HistoryEntry> added{};  ///< newest first
+  std::set<Uuid> removed{};
+  std::optional<double> cutoff{};  ///< what was made earlier goes
+  bool sorts = false;              ///< by date, because what was added is older than it looks
 
   [[nodiscard]] bool empty() const { return !clears && added.empty() && removed.empty() && !cutoff; }
   /// Adds changes that came later.

@@ -57,4 +57,15 @@ SpeechModel packagedSpeechModel() {
   return {packagedSpeechModelFolder, {files.begin(), files.end()}, &speechEngine("pocketsphinx")};
 }
 
+const SpeechEngineRow* engineOf(const std::filesystem::path& folder) {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    const auto name = entry.path().filename().string();
+    const auto found = std::ranges::find_if(
+        speechEngines, [&](const auto& engine) { return name.starts_with(engine.modelFile); });
+    if (found != speechEngines.end()) return &*found;
+  }
+  return nullptr;
+}
+
 }  // namespace murmel

@@ -27,6 +27,9 @@ std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
 /// Of these, the ones that come with the application or the distribution.
 std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources);
 
+/// The engine whose model lies in `folder`; nullptr when it is none's.
+const SpeechEngineRow* engineOf(const std::filesystem::path& folder);
+
 /// The distribution's model alone.
 SpeechModel packagedSpeechModel();
 

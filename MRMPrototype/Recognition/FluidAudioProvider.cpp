@@ -1,6 +1,7 @@
 #include "Recognition/FluidAudioProvider.h"
 
 #include "Foundation/Async/SerialQueue.h"
+#include "Models/SpeechModels.h"
 #include "WorkerProcess/KeepAlive.h"
 #include "WorkerProcess/WorkerCancellation.h"
 
@@ -47,6 +48,13 @@ class Interest {
   std::shared_ptr<std::atomic<bool>> flag_ = std::make_shared<std::atomic<bool>>(true);
 };
 
+/// The engine that the worker will choose for that model, by the name under which stored entries know it.
+std::string providerIdentifier(const std::filesystem::path& model) {
+  const auto* const engine = engineOf(model);
+  const bool isParakeet = engine == nullptr || engine == &speechEngine("parakeet");
+  return std::string(isParakeet ? FluidAudioProvider::identifier : engine->identifier);
+}
+
 }  // namespace
 
 /// What the queue's thread works on. The provider and every waiting request hold it, so that a request is
@@ -54,7 +62,7 @@ class Interest {
 /// destroyed.
 struct FluidAudioProvider::State {
   State(Services services, const std::string& applicationIdentifier, SpeechWorkerConfiguration configuration)
-      : providerID(identifier),
+      : providerID(providerIdentifier(configuration.modelURL)),
         executor(services.executor),
         client(std::move(configuration), providerID, services.launcher, services.clock, cancellation),
         keepAlive(services.executor, std::move(services.idleLimit), [this] { letGo(); }),

@@ -1,4 +1,3 @@
-#include "Foundation/Async/Scope.h"
 #include "History/HistoryCommand.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
@@ -6,11 +5,13 @@
 #include "Settings/SettingsCommand.h"
 #include "Settings/VocabularyCommand.h"
 #include "Settings/VocabularyStorage.h"
+#include "Shell/ClipboardHolder.h"
 #include "Shell/EditionKeys.h"
 #include "Shell/Programs.h"
 
 #include <cstdio>
 #include <iostream>
+#include <optional>
 
 #include <fmt/core.h>
 
@@ -29,18 +30,18 @@ CommandStreams standardStreams() {
   };
 }
 
-int runHistory(const Installation& installation, const KeptDataRole& role) {
+int runHistory(Arguments arguments, const Installation& installation, const KeptDataRole& role) {
+  std::optional<ClipboardHolder> holder;
+  if (!role.arguments.empty() && role.arguments.front() == "copy") holder.emplace(arguments);
   PosixFileSystem files;
   SecretServiceStore secrets;
   auto keys = editionKeys(secrets, installation.identifier, historyKeyServiceSuffix);
   HistoryCommand command(HistoryFile(historyFile(files, keys, installation.folders.data)), standardStreams(),
-                         [](const SpokenText&) -> std::expected<void, std::string> {
-                           return std::unexpected("Only the running Murmel can put a text on the clipboard.");
-                         });
+                         [&holder](const SpokenText& text) { return holder->hold(text); });
   return command.run(role.arguments);
 }
 
-int runVocabulary(const Installation& installation, const KeptDataRole& role) {
+int runVocabulary(Arguments /*arguments*/, const Installation& installation, const KeptDataRole& role) {
   PosixFileSystem files;
   SecretServiceStore secrets;
   auto keys = editionKeys(secrets, installation.identifier, vocabularyKeyServiceSuffix);
@@ -49,7 +50,7 @@ int runVocabulary(const Installation& installation, const KeptDataRole& role) {
   return command.run(role.arguments);
 }
 
-int runSettings(const Installation& installation, const KeptDataRole& role) {
+int runSettings(Arguments /*arguments*/, const Installation& installation, const KeptDataRole& role) {
   PosixFileSystem files;
   JsonDefaultsStore store(files, defaultsFile(installation.folders.configuration));
   return SettingsCommand(store, standardStreams()).run(role.arguments);
@@ -57,11 +58,11 @@ int runSettings(const Installation& installation, const KeptDataRole& role) {
 
 }  // namespace
 
-int runKeptData(const Installation& installation, const KeptDataRole& role) {
+int runKeptData(Arguments arguments, const Installation& installation, const KeptDataRole& role) {
   const auto run = role.data == KeptDataRole::Data::history      ? &runHistory
                    : role.data == KeptDataRole::Data::vocabulary ? &runVocabulary
                                                                  : &runSettings;
-  const int status = run(installation, role);
+  const int status = run(arguments, installation, role);
   // What did not get out was not shown.
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
   fmt::print(stderr, "murmel: The output could not be written.\n");

@@ -30,7 +30,7 @@ int runDoctor(Arguments arguments, const Installation& installation, const Docto
 /// Lists, downloads, verifies and removes models.
 int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role);
 /// The history, the vocabulary or the settings, on their files.
-int runKeptData(const Installation& installation, const KeptDataRole& role);
+int runKeptData(Arguments arguments, const Installation& installation, const KeptDataRole& role);
 /// The release probe of the model downloader.
 int runModelDownloadProbe(Arguments arguments, const Installation& installation);
 

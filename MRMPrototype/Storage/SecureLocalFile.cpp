@@ -21,8 +21,8 @@ constexpr unsigned ownerOnly = 0600;
 // Years of dictation are some tens of megabytes; beyond this a file is not ours.
 constexpr std::uint64_t largestFile = std::uint64_t{512} << 20;
 constexpr std::uint64_t largestEnvelopeOverhead = 1024;
-// Longer than any writer that is alive takes.
-constexpr Duration lockLimit = 2s;
+// Longer than several writers that are alive take, one after the other.
+constexpr Duration lockLimit = 5s;
 // How often a reader follows another process that changes file and key.
 constexpr int readAttempts = 4;
 

@@ -51,9 +51,8 @@ Task<CheckResult> checkKeyRing(CheckedServices services) {
     co_return CheckResult{CheckState::limited,
                           "No secret service answers. History and vocabulary stay in memory only."};
   }
-  co_return CheckResult{CheckState::limited, "It refuses to keep a key (" + std::to_string(*failure) +
-                                                 "). History and vocabulary stay "
-                                                 "in memory only."};
+  co_return CheckResult{CheckState::limited, std::string(describe(*failure)) +
+                                                 " History and vocabulary stay in memory until then."};
 }
 
 Task<CheckResult> checkFolders(CheckedServices services) {

@@ -1,9 +1,11 @@
 #include "FolderKeyStore.h"
+#include "History/HistoryFile.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -56,6 +58,32 @@ TEST(TwoProcesses, DoNotLoseEachOthersSettings) {
       EXPECT_EQ(store.get<std::int64_t>(std::to_string(number) + "." + std::to_string(change)), change);
     }
   }
+}
+
+TEST(TwoProcesses, LoseNoEntryOfTheHistoryAndBringNoneBack) {
+  constexpr int processes = 8;
+  constexpr int dictations = 25;
+  const TemporaryFolder folder;
+  PosixFileSystem files;
+  FolderKeyStore keys(folder.path() / "keys");
+  HistoryFile history(historyFile(files, keys, folder.path()));
+  HistoryEntry deleted;
+  deleted.id = Uuid::random();
+  ASSERT_TRUE(history.change({.added = {deleted}}));
+  EXPECT_TRUE(inProcesses(processes, [&](int number) {
+    for (int dictation = 0; dictation < dictations; ++dictation) {
+      HistoryEntry entry;
+      entry.id = Uuid::random();
+      if (!history.change({.added = {entry}})) return false;
+      if (number == 0 && dictation == 0 && !history.change({.removed = {deleted.id}})) return false;
+    }
+    return true;
+  }));
+  const auto entries = history.load();
+  ASSERT_TRUE(entries);
+  EXPECT_EQ(entries->size(), processes * dictations);
+  EXPECT_EQ(std::ranges::count(*entries, deleted.id, &HistoryEntry::id), 0);
+  EXPECT_EQ(keys.identifiers().size(), 1U);
 }
 
 TEST(TwoProcesses, ReadersNeverSeeASealedFileWithoutItsKey) {
