@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # usage: application.sh [BUILD-FOLDER]
 # Prints how soon the application's tray icon is there, and what it takes of memory and processor at rest, on a
-# private desktop. The build folder is build/release unless told; its targets murmel, mrm-fluidaudio-worker and
+# private desktop. The build folder is build/bench unless told; its targets murmel, mrm-fluidaudio-worker and
 # application-figures must be built.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=$(realpath "${1:-$root/build/release}")
+build=$(realpath "${1:-$root/build/bench}")
 in_session() {
   mkdir -p "$XDG_CONFIG_HOME/MRM"
   echo '{"onboarding.completed": true}' >"$XDG_CONFIG_HOME/MRM/defaults.json"

@@ -19,9 +19,22 @@ add_compile_options(-pthread -fPIC -fno-semantic-interposition)
 # with pieces of what was copied last, on the stack, where they stay.
 add_link_options(-Wl,-z,relro,-z,now)
 
-if(MURMEL_SANITIZE)
+if(MURMEL_SANITIZE STREQUAL "THREAD")
+  add_compile_options(-fsanitize=thread)
+  add_link_options(-fsanitize=thread)
+elseif(MURMEL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+endif()
+if(MURMEL_COVERAGE)
+  # Several processes of one program write their counts into the same files.
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()
+
+option(MURMEL_LIBRARY_ASSERTIONS "Check bounds and other preconditions of the standard library" OFF)
+if(MURMEL_LIBRARY_ASSERTIONS)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
 find_program(MURMEL_CCACHE ccache)

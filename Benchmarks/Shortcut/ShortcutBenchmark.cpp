@@ -1,5 +1,5 @@
 // Run inside a private X session: Tests/Support/private-session --wm
-// build/release/benchmarks/benchmark_shortcut
+// build/bench/benchmarks/benchmark_shortcut
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Signal.h"
 #include "Platform/Fake/FakeKeyEventTap.h"

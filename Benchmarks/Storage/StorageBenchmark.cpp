@@ -1,5 +1,5 @@
 // What keeping things costs. With the real key ring where there is one:
-//   Tests/Support/private-session --keyring -- build/release/benchmarks/benchmark_storage
+//   Tests/Support/private-session --keyring -- build/bench/benchmarks/benchmark_storage
 
 #include "History/HistoryCodec.h"
 #include "History/HistoryRepository.h"
