@@ -30,6 +30,8 @@ function(murmel_use_common_headers target)
     target_precompile_headers(murmel_common_headers PRIVATE ${MURMEL_COMMON_HEADERS})
     murmel_name_headers(murmel_common_headers "${MURMEL_COMMON_HEADERS}")
   endif()
+  # The compiled headers fit only who says the same about their libraries.
+  target_compile_definitions(${target} PRIVATE $<TARGET_PROPERTY:fmt::fmt,INTERFACE_COMPILE_DEFINITIONS>)
   target_precompile_headers(${target} REUSE_FROM murmel_common_headers)
 endfunction()
 

@@ -4,8 +4,10 @@
 - The core (everything but Interface, Shell, Platform/Qt, Platform/Linux and Workers) includes no header of Qt and of
   no desktop library.
 - Some libraries stay behind one facade: ICU behind Foundation/Text, OpenSSL behind Foundation/Crypto, JSON in no header.
-- The modules have no cycle, and only Shell knows the concrete adapters.
-- A module includes only what its CMakeLists.txt names as a dependency (directly or through another module).
+- The modules have no cycle, and only Shell knows the concrete adapters. Workers know no desktop.
+- A module includes only what its CMakeLists.txt names as a dependency (directly or through another module), and names
+  nothing that it does not include.
+- The picture in docs/architecture.md is the one that the CMake files make; `--draw` puts it there.
 """
 
 import pathlib
@@ -19,6 +21,11 @@ DESKTOP_HEADER = re.compile(
     r"^(Q[A-Z]\w*|Qt\w*/.*|q[a-z]+\.h|xcb/.*|X11/.*|xkbcommon/.*|pulse/.*|libsecret/.*|systemd/.*|wayland-.*|plist/.*"
     r"|cld2/.*|compact_lang_det.*|curl/.*|glib.*|gio/.*|dbus/.*|CLI/.*|pocketsphinx.*|sphinxbase/.*)$")
 
+ADAPTERS = "Platform/Linux/"
+# Workers bring recognisers and the network library; they have no desktop.
+WORKER_LIBRARY = re.compile(r"^(curl/.*|pocketsphinx.*|sphinxbase/.*)$")
+PICTURE = re.compile(r"(<!-- modules -->\n```\n)(.*?)(```\n)", re.DOTALL)
+
 
 def modules_of(root):
     """Maps module name -> folder, longest folders first so that Platform/Linux/X wins over Platform."""
@@ -29,9 +36,9 @@ def modules_of(root):
         text = (folder / "CMakeLists.txt").read_text()
         if "murmel_module" in text:
             named[str(folder.relative_to(house))] = folder
-    for folder in root.glob("MRM*"):
+    for folder in [*root.glob("MRM*"), *root.glob("Workers/*")]:
         if folder.name != "MRMPrototype" and (folder / "CMakeLists.txt").exists():
-            named[folder.name] = folder
+            named[str(folder.relative_to(root))] = folder
     return named
 
 
@@ -45,10 +52,21 @@ def module_for(path, modules):
     return None
 
 
-def declared_dependencies(folder):
+def declared_dependencies(folder, modules):
+    """The modules that the folder's CMake file names after DEPENDS, links as murmel_<module>, or compiles files of."""
+    by_target = {name.replace("/Linux/", "/").replace("/", "_").lower(): name for name in modules}
+    by_target.update({name.replace("/", "").removeprefix("Workers").lower(): name for name in modules
+                      if name.startswith("Workers/")})
+    by_target["workercommon"] = "Workers/Common"
     text = re.sub(r"#.*", "", (folder / "CMakeLists.txt").read_text())
-    match = re.search(r"DEPENDS\s+([^)]*?)(?:\bLIBRARIES\b|\bSOURCES\b|\))", text + ")", re.DOTALL)
-    return set(match.group(1).split()) if match else set()
+    words = set()
+    for match in re.finditer(r"DEPENDS\s+([^)]*?)(?:\bLIBRARIES\b|\bSOURCES\b|\))", text, re.DOTALL):
+        words |= set(match.group(1).split())
+    for match in re.finditer(r"target_link_libraries\(\s*\S+([^)]*)\)", text):
+        words |= {word.removeprefix("murmel_") for word in match.group(1).split() if word.startswith("murmel_")}
+    named = {by_target[word.lower()] for word in words if word.lower() in by_target}
+    named |= set(re.findall(r"/MRMPrototype/([A-Za-z/]+)\"", text)) & set(modules)
+    return {name for name in named if modules[name] != folder}
 
 
 def is_inside(file, folder):
@@ -57,21 +75,19 @@ def is_inside(file, folder):
 
 def problems_of(root):
     modules = modules_of(root)
-    by_target = {name.replace("/", "_").lower(): name for name in modules}
-    by_target.update({name.split("/")[0].lower() + "_" + name.split("/")[-1].lower(): name
-                      for name in modules if name.startswith("Platform/")})
+    declared = {name: declared_dependencies(folder, modules) for name, folder in modules.items()}
     problems, edges = [], {name: {} for name in modules}
 
     others = set(modules.values())
     for name, folder in modules.items():
         sources = [file for file in folder.rglob("*") if file.suffix in (".h", ".cpp")
-                   and not any(parent in others for parent in file.parents if parent != folder)]
-        is_core = not name.startswith(DESKTOP)
+                   and next(parent for parent in file.parents if parent in others) == folder]
+        is_core, is_worker = not name.startswith(DESKTOP), name.startswith("Workers/")
         for file in sources:
             where = file.relative_to(root)
             for kind, header in INCLUDE.findall(file.read_text()):
-                if is_core and DESKTOP_HEADER.match(header):
-                    problems.append(f"{where}: the core includes the desktop header {header}")
+                if is_core and DESKTOP_HEADER.match(header) and not (is_worker and WORKER_LIBRARY.match(header)):
+                    problems.append(f"{where}: {'a worker' if is_worker else 'the core'} includes the desktop header {header}")
                 if header.startswith("unicode/") and not is_inside(where, "Foundation/Text"):
                     problems.append(f"{where}: ICU is used behind Foundation/Text only, not by {name}")
                 if header.startswith("openssl/") and not is_inside(where, "Foundation/Crypto"):
@@ -93,22 +109,58 @@ def problems_of(root):
 
     problems += cycles_of(edges)
 
-    reachable = {}
-
-    def reach(name):
-        if name not in reachable:
-            reachable[name] = set()
-            for dependency in declared_dependencies(modules[name]):
-                target = by_target.get(dependency.lower())
-                if target:
-                    reachable[name] |= {target} | reach(target)
-        return reachable[name]
-
+    reach = reachable_from(declared)
     for name, targets in edges.items():
         for target, reason in targets.items():
             if target not in reach(name):
                 problems.append(f"{reason}: but {name}/CMakeLists.txt does not depend on {target}")
+        for unused in sorted(declared[name] - set(targets)):
+            problems.append(f"{name}/CMakeLists.txt depends on {unused}, which nothing there includes")
+
+    page = root / "docs/architecture.md"
+    drawn = PICTURE.search(page.read_text()) if page.exists() else None
+    if drawn and drawn.group(2) != picture_of(declared):
+        problems.append(f"docs/architecture.md draws another graph: {__file__} --draw")
     return problems
+
+
+def reachable_from(declared):
+    found = {}
+
+    def reach(name, path=()):
+        if name not in found and name not in path:
+            below = [reach(target, path + (name,)) | {target} for target in declared[name]]
+            found[name] = set().union(*below)
+        return found.get(name, set())
+
+    return reach
+
+
+def picture_of(declared):
+    """The modules layer by layer from below, with the dependencies that do not follow from others. The adapters of the
+    desktop are one."""
+    declared = {name: {target if not target.startswith(ADAPTERS) else ADAPTERS + "*" for target in targets}
+                for name, targets in declared.items()}
+    adapters = {name: declared.pop(name) for name in list(declared) if name.startswith(ADAPTERS)}
+    if adapters:
+        declared[ADAPTERS + "*"] = set().union(*adapters.values()) - {ADAPTERS + "*"}
+    reach = reachable_from(declared)
+    heights = {}
+
+    def height(name):
+        if name not in heights:
+            heights[name] = 1 + max((height(target) for target in declared[name]), default=-1)
+        return heights[name]
+
+    lines, last = [], 0
+    for name in sorted(declared, key=lambda each: (height(each), each)):
+        direct = {target for target in declared[name]
+                  if not any(target in reach(other) for other in declared[name] if other != target)}
+        if height(name) != last:
+            lines.append("")
+            last = height(name)
+        lines.append(f"{name:<24}<- {'  '.join(sorted(direct))}" if direct else name)
+    return "\n".join(lines) + "\n"
 
 
 def cycles_of(edges):
@@ -148,6 +200,9 @@ def self_test():
         "JSON belongs": {"MRMPrototype/Audio/Json.h": "#include <nlohmann/json.hpp>\n"},
         "form a cycle": {"MRMPrototype/Foundation/Bad.h": '#include "Audio/Level.h"\n'},
         "does not depend on": {"MRMPrototype/Audio/Bad.h": '#include "Shell/AppDelegate.h"\n'},
+        "which nothing there includes": {"MRMPrototype/Audio/Level.h": ""},
+        "a worker includes": {"Workers/Common/CMakeLists.txt": "", "Workers/Common/Bad.cpp": "#include <QString>\n"},
+        "draws another graph": {"docs/architecture.md": "<!-- modules -->\n```\nShell <- Foundation\n```\n"},
     }
     for expected, extra in {None: {}, **faults}.items():
         with tempfile.TemporaryDirectory() as folder:
@@ -165,6 +220,12 @@ def self_test():
 if sys.argv[1] == "--self-test":
     self_test()
     print("every planted fault was found")
+elif sys.argv[1] == "--draw":
+    house = pathlib.Path(__file__).parents[3]
+    modules = modules_of(house)
+    picture = picture_of({name: declared_dependencies(folder, modules) for name, folder in modules.items()})
+    page = house / "docs/architecture.md"
+    page.write_text(PICTURE.sub(lambda match: match.group(1) + picture + match.group(3), page.read_text()))
 else:
     found = problems_of(pathlib.Path(sys.argv[1]))
     print("\n".join(found) or "the layers hold")
