@@ -76,7 +76,6 @@ void ShortcutRecorder::keyDown(const KeyEvent& event) {
   candidate_ = pressed;
   detectedConfiguration_ = std::move(pressed);
   keyIsHeld_ = true;
-  ignoreModifiersUntilClear_ = false;
 }
 
 void ShortcutRecorder::keyUp(const KeyEvent& event) {

@@ -71,8 +71,9 @@ bool succeedsInAFork(const std::function<bool()>& work) {
 }  // namespace
 
 TEST_F(LinuxProcess, GivesAChildNothingOfOurs) {
-  // What would be inherited: a descriptor, a variable, an ignored signal and a blocked one.
+  // What would be inherited: descriptors, a variable, an ignored signal and a blocked one.
   const int inheritable = ::open("/dev/zero", O_RDONLY);
+  const int farAway = ::fcntl(inheritable, F_DUPFD, 1'000);
   ::setenv("MURMEL_TEST_SECRET", "1", 1);
   const auto before = std::signal(SIGUSR2, SIG_IGN);
   sigset_t blocked;
@@ -88,6 +89,7 @@ TEST_F(LinuxProcess, GivesAChildNothingOfOurs) {
   ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
   std::signal(SIGUSR2, before);
   ::unsetenv("MURMEL_TEST_SECRET");
+  ::close(farAway);
   ::close(inheritable);
 
   EXPECT_THAT(facts, IsSupersetOf({"NoNewPrivs:\t1", "SigBlk:\t0000000000000000", "SigIgn:\t0000000000000000",

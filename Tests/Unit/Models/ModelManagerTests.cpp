@@ -1,3 +1,4 @@
+#include "Models/ArtifactVerifier.h"
 #include "Models/ModelManager.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/TemporaryFolder.h"
@@ -5,8 +6,10 @@
 #include <fstream>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -123,6 +126,24 @@ TEST_F(InstalledModel, NoticesAnExchangeThatKeepsSizeAndTime) {
   write("words.txt", "HELLO");
   std::filesystem::last_write_time(words, time);
   EXPECT_FALSE(manager.verifyArtifacts(folder.path()));
+}
+
+TEST(ArtifactVerifier, TrustsNoFileThatChangesWhileItIsRead) {
+  const TemporaryFolder folder;
+  const auto path = folder.path() / "large";
+  std::ofstream(path).flush();
+  constexpr std::uintmax_t size = 64 << 20;
+  std::filesystem::resize_file(path, size);
+  // Zeros all the time, but somebody keeps on writing.
+  const std::jthread writer([&](const std::stop_token& stop) {
+    while (!stop.stop_requested()) ::utimensat(AT_FDCWD, path.c_str(), nullptr, 0);
+  });
+  const ModelArtifact zeros{path, size, "3b6a07d0d404fab4e23b6d34bc6696a6a312dd92821332385e5af7c01c421351"};
+  constexpr int patience = 100;  // the writer may not get its turn during one reading
+  bool isRefused = false;
+  for (int attempt = 0; attempt < patience && !isRefused; ++attempt)
+    isRefused = !ArtifactVerifier().verify(zeros, false);
+  EXPECT_TRUE(isRefused);
 }
 
 TEST_F(InstalledModel, IsFoundWhenItComesLater) {

@@ -8,6 +8,7 @@
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <optional>
@@ -232,6 +233,19 @@ TEST_F(SecureLocalFileTest, AFailureAtAnyStepOfAWriteKeepsTheOldFileAndItsKey) {
       expectTidy();
     }
   }
+}
+
+TEST_F(SecureLocalFileTest, TheBytesAreOnTheDiskBeforeTheNameIsTheirs) {
+  ASSERT_TRUE(write("old"));
+  std::vector<std::string> calls;
+  files.before([&](int, std::string_view call) -> std::optional<int> {
+    if (call == "write" || call == "rename" || call.starts_with("synchronize")) calls.emplace_back(call);
+    return std::nullopt;
+  });
+  ASSERT_TRUE(write("new"));
+  const auto written = std::ranges::find(calls, "synchronize");
+  EXPECT_EQ(std::ranges::count(written, calls.end(), "write"), 0);
+  EXPECT_THAT(std::vector(written, calls.end()), ElementsAre("synchronize", "rename", "synchronizeFolder"));
 }
 
 TEST_F(SecureLocalFileTest, AnUpdateChangesWhatIsInTheFileAndNothingElse) {

@@ -127,6 +127,12 @@ TEST_F(KeyEventTranslatorTest, AReleaseAndAPressRightAfterItAreARepeat) {
   EXPECT_EQ(down(KEY_LEFTALT), "~58O");
   EXPECT_EQ(down(KEY_LEFTALT), "") << "a modifier does not change by repeating";
   EXPECT_EQ(feed(KEY_LEFTALT, false), "~58") << "and its release need not wait";
+  // Held since before we were there: only the server knows.
+  std::vector<KeyEvent> first;
+  translator.consume(
+      {.keyCode = code(KEY_A), .goesDown = true, .time = ++time, .source = hardware, .isRepeat = true},
+      layout, first);
+  EXPECT_EQ(described(first), "*0");
 }
 
 TEST_F(KeyEventTranslatorTest, WhatIsNoRepeat) {
