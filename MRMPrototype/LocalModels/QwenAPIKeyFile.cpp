@@ -3,8 +3,8 @@
 #include "Foundation/Crypto/Crypto.h"
 #include "Foundation/UniqueDescriptor.h"
 #include "Foundation/Uuid.h"
+#include "Foundation/WriteAll.h"
 
-#include <cerrno>
 #include <span>
 #include <utility>
 
@@ -21,16 +21,6 @@ bool isPrivateFolder(const std::filesystem::path& directory) {
   constexpr mode_t othersRights = S_IRWXG | S_IRWXO;
   return ::lstat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
          status.st_uid == ::geteuid() && (status.st_mode & othersRights) == 0;
-}
-
-bool writeAll(int file, std::span<const std::uint8_t> bytes) {
-  while (!bytes.empty()) {
-    const auto count = ::write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-  }
-  return true;
 }
 
 bool hasSize(int file, std::size_t size) {

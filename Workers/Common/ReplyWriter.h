@@ -17,8 +17,6 @@ class ReplyWriter {
   bool error(std::optional<std::int64_t> id, std::string_view reason);
 
  private:
-  bool write(std::string_view line);
-
   int descriptor_;
 };
 

@@ -1,6 +1,7 @@
 #include "Workers/ModelDownloader/Downloader.h"
 
 #include "Foundation/Text/LineSplitter.h"
+#include "Foundation/WriteAll.h"
 #include "Workers/ModelDownloader/Command.h"
 #include "Workers/ModelDownloader/CurlTransport.h"
 #include "Workers/ModelDownloader/DownloadQueue.h"
@@ -21,16 +22,7 @@ class ReportWriter {
  public:
   explicit ReportWriter(int descriptor) : descriptor_(descriptor) {}
 
-  void write(const Report& report) {
-    const auto line = lineFor(report);
-    std::string_view rest = line;
-    while (!rest.empty() && !isBroken_) {
-      const auto count = ::write(descriptor_, rest.data(), rest.size());
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) isBroken_ = true;
-      if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
-    }
-  }
+  void write(const Report& report) { isBroken_ = isBroken_ || !writeAll(descriptor_, lineFor(report)); }
   [[nodiscard]] bool isBroken() const { return isBroken_; }
 
  private:

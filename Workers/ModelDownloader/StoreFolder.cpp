@@ -1,6 +1,7 @@
 #include "Workers/ModelDownloader/StoreFolder.h"
 
 #include "Foundation/Crypto/Crypto.h"
+#include "Foundation/WriteAll.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -36,16 +37,6 @@ bool readThrough(int file, Use use) {
     if (count < 0 || !use(std::span<const std::uint8_t>(buffer).first(static_cast<std::size_t>(count))))
       return false;
   }
-}
-
-bool writeAll(int file, std::span<const std::uint8_t> bytes) {
-  while (!bytes.empty()) {
-    const auto count = ::write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-  }
-  return true;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "Platform/Fake/FakeProcessLauncher.h"
 
+#include "Foundation/WriteAll.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -111,13 +113,7 @@ std::optional<std::string> FakeChildSide::readLine() {
 }
 
 bool FakeChildSide::write(std::string_view text) {
-  while (!text.empty()) {
-    const auto count = ::write(output_.get(), text.data(), text.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
+  return writeAll(output_.get(), text);
 }
 
 void FakeProcessLauncher::install(const std::filesystem::path& executable, Program program) {

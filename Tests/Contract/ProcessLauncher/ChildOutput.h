@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/WriteAll.h"
+
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -33,9 +35,5 @@ class ChildOutput {
 
   int descriptor_;
 };
-
-inline bool writeAll(int descriptor, std::string_view text) {
-  return ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-}
 
 }  // namespace murmel

@@ -16,6 +16,8 @@
 //
 // It notes what happens in the file NAME.log beside the script.
 
+#include "Foundation/WriteAll.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -142,12 +144,7 @@ class Server {
   static void printMegabytes(int count) {
     const std::string chunk(1 << 20, 'x');
     for (int megabyte = 0; megabyte < count; ++megabyte) {
-      std::string_view rest = chunk;
-      while (!rest.empty()) {
-        const auto written = ::write(STDOUT_FILENO, rest.data(), rest.size());
-        if (written <= 0) return;
-        rest.remove_prefix(static_cast<std::size_t>(written));
-      }
+      if (!murmel::writeAll(STDOUT_FILENO, chunk)) return;
     }
   }
 

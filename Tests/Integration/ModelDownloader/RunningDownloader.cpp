@@ -1,5 +1,6 @@
 #include "Integration/ModelDownloader/RunningDownloader.h"
 
+#include "Foundation/WriteAll.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
 
@@ -38,13 +39,7 @@ RunningDownloader::RunningDownloader(const Setting& setting) {
 }
 
 void RunningDownloader::send(const std::string& line) {
-  const auto text = line + "\n";
-  std::string_view rest = text;
-  while (!rest.empty()) {
-    const auto count = ::write(process_->input(), rest.data(), rest.size());
-    if (count <= 0) return;
-    rest.remove_prefix(static_cast<std::size_t>(count));
-  }
+  (void)writeAll(process_->input(), line + "\n");  // one that has gone shows in what it says
 }
 
 void RunningDownloader::download(const std::vector<std::string>& identifiers, const std::string& importance) {

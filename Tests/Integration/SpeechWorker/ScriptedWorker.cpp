@@ -15,6 +15,7 @@
 // What it was asked: "id=1 rate=16000 language=ru bytes=3200".
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/WriteAll.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -31,11 +32,7 @@ namespace {
 using Json = nlohmann::json;
 
 void put(std::string_view text) {
-  while (!text.empty()) {
-    const auto count = ::write(STDOUT_FILENO, text.data(), text.size());
-    if (count <= 0) std::_Exit(EXIT_SUCCESS);
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
+  if (!murmel::writeAll(STDOUT_FILENO, text)) std::_Exit(EXIT_SUCCESS);
 }
 
 std::string unescaped(std::string text) {

@@ -1,4 +1,5 @@
 #include "Foundation/UniqueDescriptor.h"
+#include "Foundation/WriteAll.h"
 #include "Workers/Common/LineReader.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 
@@ -29,11 +30,7 @@ struct Pipe {
 };
 
 void write(const Pipe& pipe, std::string_view text) {
-  while (!text.empty()) {
-    const auto count = ::write(pipe.writeEnd.get(), text.data(), text.size());
-    ASSERT_GT(count, 0);
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
+  ASSERT_TRUE(writeAll(pipe.writeEnd.get(), text));
 }
 
 std::string readAll(const Pipe& pipe) {
