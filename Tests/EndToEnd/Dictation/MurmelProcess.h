@@ -1,33 +1,31 @@
 #pragma once
 
-#include <filesystem>
-#include <optional>
-#include <string>
-#include <vector>
+#include "Support/ChildProgram.h"
+#include "Support/FileBytes.h"
 
-#include <sys/types.h>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace murmel::test {
 
-/// The application as the user starts it. What it says on standard output and standard error goes to a file.
-/// Ends with this object, as a crash ends it.
-class MurmelProcess {
+/// The application as the user starts it; what it says goes to a file.
+class MurmelProcess : public ChildProgram {
  public:
-  MurmelProcess(const std::vector<std::string>& arguments, std::filesystem::path log);
-  ~MurmelProcess();
-  MurmelProcess(const MurmelProcess&) = delete;
-  MurmelProcess& operator=(const MurmelProcess&) = delete;
+  MurmelProcess(std::vector<std::string> arguments, std::filesystem::path log)
+      : ChildProgram(
+            [&] {
+              arguments.insert(arguments.begin(), MURMEL_EXECUTABLE);
+              return std::move(arguments);
+            }(),
+            log),
+        log_(std::move(log)) {}
 
-  [[nodiscard]] pid_t identifier() const { return process_; }
-  [[nodiscard]] std::string log() const;
-
-  /// The exit status once it has ended, 128 and the signal when a signal ended it; nothing while it runs.
-  std::optional<int> exitStatus();
+  [[nodiscard]] std::string log() const { return contentsOf(log_); }
 
  private:
-  pid_t process_ = -1;
   std::filesystem::path log_;
-  std::optional<int> status_;
 };
 
 }  // namespace murmel::test

@@ -1,20 +1,15 @@
 #include "Integration/ModelDownloader/ModelHost.h"
 
 #include "Foundation/Crypto/Crypto.h"
-#include "Foundation/UniqueDescriptor.h"
 #include "Support/BuildPaths.h"
 
 #include <fstream>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <stdexcept>
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-extern char** environ;
 
 namespace murmel::test {
 
@@ -23,34 +18,17 @@ std::string readFile(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-ModelHost::ModelHost() {
-  int input[2];
-  int output[2];
-  if (::pipe2(input, O_CLOEXEC) != 0 || ::pipe2(output, O_CLOEXEC) != 0) throw std::runtime_error("pipe");
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
-  ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-  std::string program = sourceFolder() + "/Tests/Support/model-host";
-  std::string folder = folder_.path().string();
-  char* arguments[] = {program.data(), folder.data(), nullptr};
-  if (::posix_spawn(&process_, program.c_str(), &actions, nullptr, arguments, environ) != 0)
-    throw std::runtime_error("the model host cannot be started");
-  ::posix_spawn_file_actions_destroy(&actions);
-  ::close(input[0]);
-  ::close(output[1]);
-  input_ = input[1];
-  FILE* lines = ::fdopen(output[0], "r");
+ModelHost::ModelHost() : process_({sourceFolder() + "/Tests/Support/model-host", folder_.path().string()}) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> lines(::fdopen(::dup(process_.output()), "r"), &std::fclose);
   char certificate[256];
-  if (std::fscanf(lines, "%d %255s", &port_, certificate) != 2)
+  if (std::fscanf(lines.get(), "%d %255s", &port_, certificate) != 2)
     throw std::runtime_error("the model host did not come up");
   certificate_ = certificate;
-  std::fclose(lines);
 }
 
 ModelHost::~ModelHost() {
-  ::close(input_);
-  ::waitpid(process_, nullptr, 0);
+  process_.closeInput();
+  process_.end(0);
 }
 
 HostedFile ModelHost::add(const std::string& identifier, std::int64_t bytes, unsigned seed,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/ChildProgram.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdint>
@@ -30,9 +31,8 @@ struct HostStatistics {
 class ModelHost {
  public:
   ModelHost();
+  /// The host ends with its input.
   ~ModelHost();
-  ModelHost(const ModelHost&) = delete;
-  ModelHost& operator=(const ModelHost&) = delete;
 
   /// Adds a file of pseudo-random bytes. Two files with the same `seed` and size have the same content.
   HostedFile add(const std::string& identifier, std::int64_t bytes, unsigned seed,
@@ -50,8 +50,7 @@ class ModelHost {
 
  private:
   TemporaryFolder folder_;
-  int input_ = -1;
-  pid_t process_ = -1;
+  ChildProgram process_;
   int port_ = 0;
   std::string certificate_;
 };

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Foundation/UniqueDescriptor.h"
+
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace murmel::test {
+
+/// Another program as a child of the test. Its standard input and output are pipes, or everything that it
+/// says goes to a file. It is killed when this object goes, at the latest when the test does.
+class ChildProgram {
+ public:
+  explicit ChildProgram(std::vector<std::string> command, const std::filesystem::path& log = {});
+  ~ChildProgram() { end(SIGKILL); }
+  ChildProgram(const ChildProgram&) = delete;
+  ChildProgram& operator=(const ChildProgram&) = delete;
+
+  [[nodiscard]] pid_t identifier() const { return process_; }
+  [[nodiscard]] int input() const { return input_.get(); }
+  [[nodiscard]] int output() const { return output_.get(); }
+
+  void closeInput() { input_.reset(); }
+  /// Sends the signal, 0 for none, and waits until it is gone.
+  void end(int signal);
+  /// The exit status once it has ended, 128 and the signal when a signal ended it; nothing while it runs.
+  std::optional<int> exitStatus() { return look(false); }
+
+ private:
+  std::optional<int> look(bool waits);
+
+  pid_t process_ = -1;
+  std::optional<int> status_;
+  UniqueDescriptor input_;
+  UniqueDescriptor output_;
+};
+
+}  // namespace murmel::test
