@@ -9,6 +9,7 @@ namespace murmel {
 namespace {
 
 constexpr Duration transcriptRetention = std::chrono::seconds(120);
+constexpr Duration retryRetention = std::chrono::minutes(10);
 constexpr Duration capturePumpInterval = std::chrono::seconds(1);
 /// Twenty-five pictures a second: smooth to the eye.
 constexpr Duration meterInterval = std::chrono::milliseconds(40);
@@ -21,8 +22,10 @@ constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
 constexpr double liveSegmentSeconds = 3.0;
 constexpr double backgroundSegmentSeconds = 15.0;
 
-double targetSegmentSeconds(const DictationSettings& settings) {
-  if (settings.insertWhileRecording()) return liveSegmentSeconds;
+constexpr double secondsPerMinute = 60;
+
+double targetSegmentSeconds(const DictationSettings& settings, bool live) {
+  if (live) return liveSegmentSeconds;
   if (settings.processWhileRecording()) return backgroundSegmentSeconds;
   return std::numeric_limits<double>::infinity();
 }
@@ -33,10 +36,14 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
     : services_(std::move(services)),
       status_(services_.executor, [this] { showRest(); }),
       lastTranscript_(services_.executor, transcriptRetention),
+      retryBuffer_(services_.executor, retryRetention),
+      hint_(services_.executor, services_.overlay),
       runtimePriority_(services_.downloads),
       preparation_(services_.models, services_.recognition, runtimePriority_) {
-  overlayObserver_ =
-      status_.onChange().subscribe([this](const DictationState& state) { services_.overlay.update(state); });
+  overlayObserver_ = status_.onChange().subscribe([this](const DictationState& state) {
+    hint_.clear();
+    services_.overlay.update(state);
+  });
   lastTranscript_.onAvailabilityChange([this](bool available) {
     if (std::exchange(hasLastTranscript_, available) != available) onLastTranscriptChange_.emit(available);
   });
@@ -44,11 +51,13 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
   pasteObserver_ =
       services_.insertion.onPasteSettled([this](PasteSettlement settlement) { pasteSettled(settlement); });
   modelInventoryObserver_ = services_.models.onInventoryChange([this] { modelInventoryChanged(); });
+  sessionObserver_ = services_.session.onChange([this] { sessionChanged(); });
   showRest();
 }
 
 DictationCoordinator::~DictationCoordinator() {
-  tasks_.cancelAll();
+  starts_.cancelAll();
+  delivery_.cancelAll();
   services_.audio.setOnConfigurationChange(nullptr);
   services_.audio.discardCapturedAudio();
 }
@@ -56,32 +65,50 @@ DictationCoordinator::~DictationCoordinator() {
 void DictationCoordinator::toggle() {
   if (state().isRecording()) {
     stopAndTranscribe();
-  } else if (!state().isBusy()) {
+  } else {
     startRecording(false);
   }
 }
 
 void DictationCoordinator::shortcutPressed() {
-  hotkeyHeld_ = true;
   beginPushToTalk();
 }
 
 void DictationCoordinator::beginPushToTalk() {
-  if (!state().isBusy()) startRecording(true);
+  if (!state().isRecording()) startRecording(true);
 }
 
 void DictationCoordinator::shortcutReleased() {
-  hotkeyHeld_ = false;
-  if (state().isRecording()) stopAndTranscribe();
+  if (state().isRecording()) {
+    stopAndTranscribe();
+  } else if (startRequiresHeld_) {
+    endStart();
+  }
 }
 
 void DictationCoordinator::startRecording(bool requireHeld) {
-  if (!startRequestInFlight_) tasks_.start(start(requireHeld));
+  if (draining_ || startRequestInFlight_) return;
+  if (state().isBusy()) {
+    hint_.show("Still transcribing the last dictation…");
+    return;
+  }
+  if (const auto obstacle = services_.session.obstacle()) {
+    status_.showTransientError(std::string(sentence(*obstacle)));
+    return;
+  }
+  startRequestInFlight_ = true;
+  startRequiresHeld_ = requireHeld;
+  hint_.showIfItLasts("Opening the microphone…");
+  starts_.start(start());
 }
 
-Task<void> DictationCoordinator::start(bool requireHeld) {
-  startRequestInFlight_ = true;
-  const Registration inFlight([this] { startRequestInFlight_ = false; });
+// Destroying this task, wherever it waits, ends the start and gives everything back.
+Task<void> DictationCoordinator::start() {
+  const Registration inFlight([this] {
+    startRequestInFlight_ = false;
+    startRequiresHeld_ = false;
+    hint_.clear();
+  });
 
   auto updateActivity = beginUpdateActivity();
   if (!updateActivity) {
@@ -98,10 +125,6 @@ Task<void> DictationCoordinator::start(bool requireHeld) {
 
   auto asking = services_.audio.requestPermission();
   const bool permitted = co_await asking;
-  if (isAbandoned(operation, requireHeld)) {
-    status_.resumeRecovery();
-    co_return;
-  }
   if (!permitted) {
     status_.showTransientError(MRMError(MRMError::Case::microphoneDenied).localizedDescription());
     co_return;
@@ -109,21 +132,22 @@ Task<void> DictationCoordinator::start(bool requireHeld) {
 
   backlogRevision_ = 0;
   lastTranscript_.clear();
-  prepareSession(*recording);
+  if (services_.settings.keepFailedRecordings()) recording->kept = std::make_unique<KeptRecording>();
+  prepareSession(*recording, services_.settings.insertWhileRecording());
   recording->insertionSession = beginInsertionSession(operation);
 
   auto starting = services_.audio.start();
   const Result<void> started = co_await starting;
   if (!started) {
     services_.audio.discardCapturedAudio();
-    if (operationTracker_.isCurrent(operation))
-      status_.showTransientError(started.error().localizedDescription());
+    status_.showTransientError(started.error().localizedDescription());
     co_return;
   }
-  // A microphone may take seconds to open: the shortcut may have been released since.
-  if (isAbandoned(operation, requireHeld)) {
+
+  // A microphone may take seconds to open.
+  if (const auto obstacle = services_.session.obstacle()) {
     services_.audio.discardCapturedAudio();
-    status_.resumeRecovery();
+    status_.showTransientError(std::string(sentence(*obstacle)));
     co_return;
   }
 
@@ -132,10 +156,17 @@ Task<void> DictationCoordinator::start(bool requireHeld) {
   if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::tink);
   status_.show(DictationState::Case::listening);
   startTimers();
+  if (services_.settings.cancelsWithEscape())
+    cancelKey_ = services_.cancelKey.take([this] { (void)cancel(); });  // refused when it comes late
 }
 
-bool DictationCoordinator::isAbandoned(OperationIdentifier operation, bool requireHeld) const {
-  return !operationTracker_.isCurrent(operation) || (requireHeld && !hotkeyHeld_);
+/// False when none is under way.
+bool DictationCoordinator::endStart() {
+  if (!startRequestInFlight_) return false;
+  starts_.cancelAll();
+  operationTracker_.advance();
+  status_.resumeRecovery();
+  return true;
 }
 
 Registration DictationCoordinator::beginUpdateActivity() {
@@ -153,7 +184,7 @@ Registration DictationCoordinator::beginInsertionSession(OperationIdentifier ope
   });
 }
 
-void DictationCoordinator::prepareSession(Recording& recording) {
+void DictationCoordinator::prepareSession(Recording& recording, bool live) {
   DictationSessionConfiguration configuration;
   configuration.transcription = preparation_.provider();
   configuration.nextTranscription = [this] {
@@ -161,15 +192,17 @@ void DictationCoordinator::prepareSession(Recording& recording) {
   };
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
-  configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings);
+  configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings, live);
   configuration.onRecognised = [this](const RecognisedPiece& piece) { onRecognised_.emit(piece); };
   configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
     updateBacklog(behind, revision, operation);
   };
-  if (services_.settings.insertWhileRecording()) {
+  if (live) {
     recording.live = std::make_unique<LiveDictationDelivery>(
         [this](std::string text) { return services_.cleanUp.clean(std::move(text)); },
-        [this](SpokenText piece) { return insertLivePhrase(std::move(piece)); });
+        [this, operation = recording.operation](SpokenText piece) {
+          return insertLivePhrase(operation, std::move(piece));
+        });
     configuration.onPhrase = [live = recording.live.get()](SpokenText phrase) {
       return live->append(std::move(phrase));
     };
@@ -183,22 +216,40 @@ void DictationCoordinator::prepareSession(Recording& recording) {
 void DictationCoordinator::startTimers() {
   const auto showLevel = [this] {
     showCaptureCondition(services_.audio.health(services_.clock.now()));
-    services_.overlay.setLevel(std::min(services_.audio.normalizedLevel(), 1.0));
+    services_.overlay.setLevel(services_.audio.normalizedLevel());
   };
   meterTimer_.emplace(services_.executor, meterInterval, showLevel);
-  const auto moveAudio = [this] {
-    if (auto pending = services_.audio.takePendingAudio()) recording_->session->append(*std::move(pending));
-  };
-  capturePump_.emplace(services_.executor, capturePumpInterval, moveAudio);
+  capturePump_.emplace(services_.executor, capturePumpInterval, [this] { takeCapturedAudio(); });
+}
+
+void DictationCoordinator::stopTimers() {
+  showCaptureCondition(CaptureCondition::fine);
+  meterTimer_.reset();
+  capturePump_.reset();
+  cancelKey_.reset();
+}
+
+void DictationCoordinator::takeCapturedAudio() {
+  if (endWhereNobodyIs()) return;
+  if (auto pending = services_.audio.takePendingAudio()) feed(*recording_, *std::move(pending));
+  const auto limit = services_.settings.forgottenRecordingMinutes();
+  if (limit > 0 && recording_->speechless.seconds() >= limit * secondsPerMinute) stopAndTranscribe();
+}
+
+void DictationCoordinator::feed(Recording& recording, PendingCapturedAudio audio) {
+  if (audio.monoSamples.empty()) return;
+  if (recording.kept) recording.kept->append(audio);
+  recording.speechless.append(audio);
+  recording.session->append(std::move(audio));
 }
 
 void DictationCoordinator::audioConfigurationChanged() {
   if (!recording_) return;
   // Nobody has spoken into the device that went: nothing is lost when the other one goes on.
   if (services_.clock.now() - recording_->begun <= headsetTakesOver) {
-    if (auto pending = services_.audio.takePendingAudio()) recording_->session->append(*std::move(pending));
+    if (auto pending = services_.audio.takePendingAudio()) feed(*recording_, *std::move(pending));
     if (!recording_->session->heardSpeech()) {
-      tasks_.start(goOnWithNewDevice(recording_->operation));
+      delivery_.start(goOnWithNewDevice(recording_->operation));
       return;
     }
   }
@@ -220,25 +271,29 @@ void DictationCoordinator::showCaptureCondition(CaptureCondition condition) {
   onCaptureCondition_.emit(condition);
 }
 
+bool DictationCoordinator::stop() {
+  const bool isDictating = startRequestInFlight_ || state().isRecording();
+  if (isDictating) stopAndTranscribe();
+  return isDictating;
+}
+
 void DictationCoordinator::stopAndTranscribe() {
-  showCaptureCondition(CaptureCondition::fine);
-  meterTimer_.reset();
-  capturePump_.reset();
+  // Whoever stops a start has asked for the silence that follows.
+  if (endStart()) return;
+  stopTimers();
   auto recording = std::move(recording_);
   const bool isRunning = recording && operationTracker_.isCurrent(recording->operation);
   auto captured = isRunning ? services_.audio.stop() : std::nullopt;
   if (!captured) {
-    // A start that is still under way is superseded by this stop.
-    if (startRequestInFlight_) operationTracker_.advance();
     recording.reset();
     status_.showTransientError(MRMError(MRMError::Case::recordingFailed).localizedDescription());
     return;
   }
-  if (!captured->monoSamples.empty()) recording->session->append(*std::move(captured));
+  feed(*recording, *std::move(captured));
   if (services_.settings.playFeedbackSound()) services_.sounds.play(SystemSound::pop);
   services_.insertion.recordingEnded();
   status_.show(DictationState::Case::transcribing);
-  tasks_.start(deliver(std::move(recording)));
+  delivery_.start(deliver(std::move(recording)));
 }
 
 void DictationCoordinator::copyLastTranscript() {

@@ -6,13 +6,16 @@
 #include "Dictation/DictationStatus.h"
 #include "Dictation/LastTranscriptBuffer.h"
 #include "Dictation/OverlayController.h"
+#include "Dictation/PassingHint.h"
 #include "Dictation/RecogniserPreparation.h"
 #include "Dictation/Recording.h"
 #include "Dictation/RefinementSource.h"
+#include "Dictation/RetryBuffer.h"
 #include "Dictation/RuntimePriority.h"
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
+#include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Timers.h"
 #include "Foundation/Log.h"
@@ -20,12 +23,15 @@
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Models/ModelDownloadPriorityCoordinator.h"
 #include "Models/SpeechModelStore.h"
+#include "Platform/CancelKey.h"
+#include "Platform/SessionGuard.h"
 #include "Platform/SoundPlayer.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Segmentation/DictationSession.h"
 #include "Settings/DictationSettings.h"
 
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -51,8 +57,20 @@ struct DictationServices {
   ModelDownloadPriorityCoordinator& downloads;
   OverlayController& overlay;
   SoundPlayer& sounds;
+  SessionGuard& session;
+  CancelKey& cancelKey;
   Logger diagnostic;  ///< category "dictation-summary"
   Logger stages;      ///< category "incremental-stages"
+};
+
+inline constexpr const char* lockedWarning = "The screen was locked while you dictated. Copied — press ⌘V.";
+
+/// What became of the words that were under way when the application was to end.
+enum class DrainOutcome {
+  done,        ///< delivered, or there were none
+  copied,      ///< not delivered in time: they are on the clipboard
+  copiedPart,  ///< not recognised in time: what was recognised is on the clipboard
+  lost,        ///< not recognised in time, and there is nothing to copy
 };
 
 /// Owns one dictation from the request to start it until its text is delivered and the status is back at
@@ -73,7 +91,15 @@ class DictationCoordinator {
   /// The shortcut went up: a recording ends and is delivered.
   void shortcutReleased();
   void beginPushToTalk();
+  /// Ends the recording and delivers it. A start that is under way just ends.
   void stopAndTranscribe();
+  /// The same; false, and nothing at all, when nothing is recorded.
+  bool stop();
+  /// Throws away what is recorded, or recognised but not yet delivered; the clipboard is left alone, and the
+  /// sound is kept for `retry`. The error is one sentence for the user.
+  std::expected<void, std::string> cancel();
+  /// Recognises and delivers the last dictation that failed or was cancelled once more.
+  std::expected<void, std::string> retry();
   /// Puts the last dictation on the clipboard once more; does nothing when there is none.
   void copyLastTranscript();
 
@@ -89,6 +115,17 @@ class DictationCoordinator {
   [[nodiscard]] CaptureCondition captureCondition() const { return captureCondition_; }
   [[nodiscard]] Signal<CaptureCondition>& onCaptureCondition() { return onCaptureCondition_; }
 
+  [[nodiscard]] bool canRetry() const { return retryBuffer_.available(); }
+  [[nodiscard]] Signal<bool>& onRetryChange() { return retryBuffer_.onChange(); }
+
+  /// Something that the user must be told while the state has something else to show.
+  [[nodiscard]] Signal<const std::string&>& onNotice() { return onNotice_; }
+
+  /// Before the application ends: stops a recording, lets its delivery end, and admits no other.
+  Task<DrainOutcome> drain();
+  /// Ends the wait of `drain`: the words that there are go to the clipboard, as private text.
+  void hurryDrain();
+
   /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one,
   /// and operations that are not current, are ignored.
   void updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation);
@@ -98,28 +135,38 @@ class DictationCoordinator {
 
  private:
   void startRecording(bool requireHeld);
-  Task<void> start(bool requireHeld);
-  [[nodiscard]] bool isAbandoned(OperationIdentifier operation, bool requireHeld) const;
+  Task<void> start();
+  bool endStart();
   Registration beginUpdateActivity();
   Registration beginInsertionSession(OperationIdentifier operation);
-  void prepareSession(Recording& recording);
+  void prepareSession(Recording& recording, bool live);
   void startTimers();
+  void stopTimers();
+  void takeCapturedAudio();
+  static void feed(Recording& recording, PendingCapturedAudio audio);
+  void showCancelled();
   void audioConfigurationChanged();
   Task<void> goOnWithNewDevice(OperationIdentifier operation);
   void showCaptureCondition(CaptureCondition condition);
+  void sessionChanged();
+  bool endWhereNobodyIs();
+  void copyWhenSomebodyIs(SpokenText words);
 
   Task<void> deliver(std::unique_ptr<Recording> recording);
+  Registration announceDelivery(Recording& recording);
+  void answerDrain();
+  [[nodiscard]] std::string wordsSoFar(const Recording& recording) const;
   [[nodiscard]] SpokenText finalText(const Recording& recording, const DictationSessionResult& result) const;
   /// Nothing when the operation was superseded meanwhile.
   Task<std::optional<TextDeliveryResult>> deliverText(Recording& recording, SpokenText text);
-  Task<bool> insertLivePhrase(SpokenText phrase);
+  Task<bool> insertLivePhrase(OperationIdentifier operation, SpokenText phrase);
   [[nodiscard]] std::vector<std::string> collectWarnings(const Recording& recording,
                                                          const DictationSessionResult& result) const;
   void pasteSettled(PasteSettlement settlement);
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
   void showFailure(const MRMError& error, const Recording& recording);
-  void logSummary(const Recording& recording, std::optional<LiveInsertionBlock> blocked) const;
-  void keepInHistory(SpokenText text, const DictationSessionResult& result);
+  void logSummary(const Recording& recording) const;
+  void keepInHistory(SpokenText text, const std::string& providerID, int unrecognizedParts);
 
   bool ensureRecogniser();
   RecogniserPreparation::Outcome prepareRecogniser();
@@ -131,6 +178,9 @@ class DictationCoordinator {
   DictationStatus status_;
   DictationOperationTracker operationTracker_;
   LastTranscriptBuffer lastTranscript_;
+  RetryBuffer retryBuffer_;
+  PassingHint hint_;
+  Signal<const std::string&> onNotice_;
   bool hasLastTranscript_ = false;
   Signal<bool> onLastTranscriptChange_;
   Signal<const RecognisedPiece&> onRecognised_;
@@ -141,20 +191,30 @@ class DictationCoordinator {
   Registration modelInventoryObserver_;
   Registration pasteObserver_;
   Registration overlayObserver_;
+  Registration sessionObserver_;
   std::function<void()> onRequiredModelMissing_;
 
-  bool hotkeyHeld_ = false;
   bool startRequestInFlight_ = false;
+  bool startRequiresHeld_ = false;
   bool refinementWarmupStarted_ = false;
   std::int64_t backlogRevision_ = 0;
-  /// What must be told with the next outcome, because a dictation was under way when it became known.
-  std::optional<std::string> postponedWarning_;
+  /// Which dictation pasted last.
+  OperationIdentifier pasteOwner_ = 0;
+  /// Words that go to the clipboard when the session is unlocked.
+  std::optional<SpokenText> untilUnlock_;
   OperationIdentifier insertionSessionOwner_ = 0;
   std::unique_ptr<Recording> recording_;
   std::optional<RepeatingTimer> meterTimer_;
   std::optional<RepeatingTimer> capturePump_;
+  Registration cancelKey_;
+  Recording* delivering_ = nullptr;  ///< the newest one; its task owns it
+  int deliveries_ = 0;               ///< superseded ones included
+  bool draining_ = false;
+  DrainOutcome drainOutcome_ = DrainOutcome::done;
+  std::vector<OneShotSender<bool>> drainWaiters_;
   /// Last, so that no task outlives what it uses.
-  Scope tasks_;
+  Scope starts_;
+  Scope delivery_;
 };
 
 }  // namespace murmel

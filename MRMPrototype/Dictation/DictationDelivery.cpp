@@ -24,10 +24,13 @@ std::string joined(const std::vector<std::string>& sentences) {
 
 Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   const auto operation = recording->operation;
+  const auto underWay = announceDelivery(*recording);
   auto finishing = recording->session->finish();
   const Result<DictationSessionResult> result = co_await finishing;
   if (!operationTracker_.isCurrent(operation)) co_return;
   if (!result) {
+    // Where nobody spoke, nobody would want to try again.
+    if (result.error().which() != MRMError::Case::noSpeech) retryBuffer_.keep(std::move(recording->kept));
     showFailure(result.error(), *recording);
     co_return;
   }
@@ -37,15 +40,22 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
     showFailure(MRMError(MRMError::Case::noSpeech), *recording);
     co_return;
   }
+  recording->text = text;
   lastTranscript_.replace(text);
+  if (result->failedPieces > 0) retryBuffer_.keep(std::move(recording->kept));
 
   auto delivering = deliverText(*recording, text);
   const std::optional<TextDeliveryResult> delivered = co_await delivering;
   if (!delivered) co_return;
 
-  logSummary(*recording, services_.insertion.lastBlock());
-  showOutcome(*delivered, collectWarnings(*recording, *result));
-  if (services_.settings.historyEnabled()) keepInHistory(std::move(text), *result);
+  logSummary(*recording);
+  if (untilUnlock_) {
+    showRest();
+  } else {
+    showOutcome(*delivered, collectWarnings(*recording, *result));
+  }
+  if (services_.settings.historyEnabled())
+    keepInHistory(std::move(text), result->providerID, result->failedPieces);
 }
 
 SpokenText DictationCoordinator::finalText(const Recording& recording,
@@ -62,6 +72,15 @@ Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Record
   const std::optional<TextDeliveryResult> cleanedUp = co_await finishingCleanUp;
   if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
 
+  if (services_.session.obstacle()) recording.clipboardOnly = true;
+  // Every phrase was inserted before: there is nothing to copy.
+  if (recording.live && !recording.live->blocked()) recording.clipboardOnly = false;
+  if (recording.clipboardOnly) {
+    if (recording.live) text = SpokenText(std::string(text::trimmed(recording.live->remaining().reveal())));
+    copyWhenSomebodyIs(std::move(text));
+    co_return TextDeliveryResult::copiedFallback;
+  }
+  pasteOwner_ = recording.operation;
   if (!recording.live) {
     auto inserting = services_.insertion.insertOrCopy(std::move(text), /*liveOnly=*/false);
     const TextDeliveryResult inserted = co_await inserting;
@@ -77,9 +96,12 @@ Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Record
   co_return cleanedUp.value_or(services_.insertion.lastResult().value_or(TextDeliveryResult::insertionSent));
 }
 
-Task<bool> DictationCoordinator::insertLivePhrase(SpokenText phrase) {
+Task<bool> DictationCoordinator::insertLivePhrase(OperationIdentifier operation, SpokenText phrase) {
   auto finishingCleanUp = services_.insertion.finishPasteCleanup();
   co_await finishingCleanUp;
+  // The target of now is another dictation's.
+  if (!operationTracker_.isCurrent(operation) || services_.session.obstacle()) co_return false;
+  pasteOwner_ = operation;
   auto inserting = services_.insertion.insertLiveSegment(std::move(phrase));
   const bool inserted = co_await inserting;
   co_return inserted;
@@ -88,12 +110,13 @@ Task<bool> DictationCoordinator::insertLivePhrase(SpokenText phrase) {
 std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& recording,
                                                                const DictationSessionResult& result) const {
   std::vector<std::string> warnings;
-  if (postponedWarning_) warnings.push_back(*postponedWarning_);
   if (result.failedPieces > 0) warnings.emplace_back("Part of the recording was not recognized.");
   if (recording.deviceChanged) {
     warnings.emplace_back("Audio configuration changed. Recording stopped; captured audio processed.");
   }
-  if (recording.live && recording.live->blocked()) {
+  if (recording.clipboardOnly) {
+    warnings.emplace_back(lockedWarning);
+  } else if (recording.live && recording.live->blocked()) {
     warnings.push_back(message(services_.insertion.lastBlock().value_or(LiveInsertionBlock::unknown)));
   }
   // The words are the recogniser's in any case; this says why they look like it.
@@ -105,7 +128,9 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
 void DictationCoordinator::pasteSettled(PasteSettlement settlement) {
   const auto told = warning(settlement);
   if (told && state().isBusy()) {
-    postponedWarning_ = told;
+    // A phrase of the dictation under way: its end says that insertion was stopped, and copies the rest.
+    if (operationTracker_.isCurrent(pasteOwner_)) return;
+    onNotice_.emit("The application did not take the last dictation. It is on the clipboard — press ⌘V.");
   } else if (told) {
     status_.showTransientWarning(*told);
   } else if (state().which() == DictationState::Case::success) {
@@ -115,7 +140,6 @@ void DictationCoordinator::pasteSettled(PasteSettlement settlement) {
 }
 
 void DictationCoordinator::showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings) {
-  postponedWarning_.reset();
   if (warnings.empty()) {
     status_.showFor(DictationState::delivered(result), outcomeHold);
   } else {
@@ -124,8 +148,7 @@ void DictationCoordinator::showOutcome(TextDeliveryResult result, const std::vec
 }
 
 void DictationCoordinator::showFailure(const MRMError& error, const Recording& recording) {
-  const bool liveStopped = recording.live && recording.live->blocked();
-  logSummary(recording, liveStopped ? services_.insertion.lastBlock() : std::nullopt);
+  logSummary(recording);
   if (error.which() != MRMError::Case::noSpeech) {
     status_.showTransientError(error.localizedDescription());
   } else if (recording.deviceChanged) {
@@ -135,21 +158,24 @@ void DictationCoordinator::showFailure(const MRMError& error, const Recording& r
   }
 }
 
-void DictationCoordinator::logSummary(const Recording& recording,
-                                      std::optional<LiveInsertionBlock> blocked) const {
+void DictationCoordinator::logSummary(const Recording& recording) const {
+  // Without live insertion a refused paste is no block: the text was copied instead.
+  const bool liveStopped = recording.live && recording.live->blocked();
+  const auto blocked = liveStopped ? services_.insertion.lastBlock() : std::nullopt;
   const auto line = recording.session->diagnostics().notice(blocked, recording.deviceChanged);
   services_.diagnostic.line(LogLevel::notice, PublicText::declared(line));
 }
 
-void DictationCoordinator::keepInHistory(SpokenText text, const DictationSessionResult& result) {
+void DictationCoordinator::keepInHistory(SpokenText text, const std::string& providerID,
+                                         int unrecognizedParts) {
   const auto now = services_.clock.wallNow();
   HistoryEntry entry;
   entry.id = Uuid::random();
   entry.createdAt = historyDate(now);
   entry.text = std::move(text);
-  entry.providerID = result.providerID;
+  entry.providerID = providerID;
   entry.language = services_.settings.historyLanguageLabel();
-  entry.unrecognizedParts = result.failedPieces;
+  entry.unrecognizedParts = unrecognizedParts;
   services_.history.add(std::move(entry));
   services_.history.prune(services_.settings.historyRetention(), now);
 }

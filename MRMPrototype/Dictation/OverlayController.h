@@ -3,6 +3,8 @@
 #include "Audio/CaptureHealth.h"
 #include "Dictation/DictationState.h"
 
+#include <string>
+
 namespace murmel {
 
 /// The floating indicator of a recording. Main thread.
@@ -14,6 +16,8 @@ class OverlayController {
   virtual void setLevel(double level) = 0;
   /// How the recording fares, when that changes.
   virtual void showCaptureCondition(CaptureCondition condition) = 0;
+  /// Shows `hint` in place of the state's own words, at rest too, until it is empty.
+  virtual void showHint(const std::string& hint) = 0;
 };
 
 }  // namespace murmel

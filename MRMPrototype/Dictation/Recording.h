@@ -2,10 +2,13 @@
 
 #include "Delivery/LiveDictationDelivery.h"
 #include "Dictation/DictationOperationTracker.h"
+#include "Dictation/KeptRecording.h"
+#include "Dictation/SpeechlessTime.h"
 #include "Foundation/Registration.h"
 #include "Segmentation/DictationSession.h"
 
 #include <memory>
+#include <optional>
 
 namespace murmel {
 
@@ -20,7 +23,12 @@ struct Recording {
   std::unique_ptr<LiveDictationDelivery> live;
   std::unique_ptr<DictationSession> session;
   Instant begun{};
+  std::unique_ptr<KeptRecording> kept;  ///< for another try, should this one fail
+  SpeechlessTime speechless;
   bool deviceChanged = false;
+  /// The session was locked or left meanwhile: what was in front then may not be what is in front now.
+  bool clipboardOnly = false;
+  std::optional<SpokenText> text;  ///< known once everything is recognised
 };
 
 }  // namespace murmel

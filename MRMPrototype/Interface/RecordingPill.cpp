@@ -89,7 +89,17 @@ void RecordingPill::update(const DictationState& state) {
   }
   meter_->setVisible(state.isRecording());
   showText();
-  setVisible(state.which() != DictationState::Case::ready);
+  appear();
+}
+
+void RecordingPill::showHint(const std::string& hint) {
+  hint_ = hint;
+  showText();
+  appear();
+}
+
+void RecordingPill::appear() {
+  setVisible(state_.which() != DictationState::Case::ready || !hint_.empty());
   if (isVisible()) raise();
 }
 
@@ -103,7 +113,7 @@ void RecordingPill::showCaptureCondition(CaptureCondition condition) {
 }
 
 void RecordingPill::showText() {
-  const auto words = shown(state_, condition_);
+  const auto words = hint_.empty() ? shown(state_, condition_) : inPlatformWords(hint_);
   text_->setText(words);
   // A label that may wrap asks for less width than its text has.
   text_->setMinimumWidth(std::min(longestText, text_->fontMetrics().horizontalAdvance(words) + 1));

@@ -26,6 +26,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   void update(const DictationState& state) override;
   void setLevel(double level) override;
   void showCaptureCondition(CaptureCondition condition) override;
+  void showHint(const std::string& hint) override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -35,6 +36,7 @@ class RecordingPill final : public QWidget, public OverlayController {
 
  private:
   void showText();
+  void appear();
   void place();
   void shape();
 
@@ -42,6 +44,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   Edge edge_ = Edge::right;
   DictationState state_;
   CaptureCondition condition_ = CaptureCondition::fine;
+  std::string hint_;
   QLabel* text_;
   LevelMeter* meter_;
 };

@@ -49,6 +49,8 @@ TrayMenu::TrayMenu(Actions actions) {
   status_->setEnabled(false);
   menu_.addSeparator();
   toggle_ = menu_.addAction(QStringLiteral("Start Dictation"));
+  cancel_ = menu_.addAction(QStringLiteral("Discard Dictation"));
+  retry_ = menu_.addAction(QStringLiteral("Try Again"));
   copyLast_ = menu_.addAction(QStringLiteral("Copy Last Dictation"));
   bringBack_ = menu_.addAction(QStringLiteral("Bring Back the Clipboard"));
   bringBack_->setVisible(false);
@@ -62,6 +64,8 @@ TrayMenu::TrayMenu(Actions actions) {
   add(QStringLiteral("About Murmel"), actions.openAbout);
   auto* quit = menu_.addAction(QStringLiteral("Quit Murmel"));
   QObject::connect(toggle_, &QAction::triggered, [run = actions.toggle] { run(); });
+  QObject::connect(cancel_, &QAction::triggered, [run = actions.cancel] { run(); });
+  QObject::connect(retry_, &QAction::triggered, [run = actions.retry] { run(); });
   QObject::connect(copyLast_, &QAction::triggered, [run = actions.copyLast] { run(); });
   QObject::connect(bringBack_, &QAction::triggered, [run = actions.bringBackClipboard] { run(); });
   QObject::connect(setup, &QAction::triggered, [run = actions.openSetup] { run(); });
@@ -72,6 +76,7 @@ TrayMenu::TrayMenu(Actions actions) {
                    });
   icon_.setContextMenu(&menu_);
   setHasLastTranscript(false);
+  setCanRetry(false);
   update(DictationState());
 }
 
@@ -85,6 +90,7 @@ void TrayMenu::update(const DictationState& state) {
   toggle_->setText(state.isRecording() ? QStringLiteral("Stop Dictation")
                                        : QStringLiteral("Start Dictation"));
   toggle_->setEnabled(state.isRecording() || !state.isBusy());
+  cancel_->setEnabled(state.isBusy());
   icon_.setToolTip(QStringLiteral("Murmel · ") + words);
   icon_.setIcon(iconFor(lookOf(state)));
 }
@@ -95,6 +101,10 @@ void TrayMenu::setHasLastTranscript(bool available) {
 
 void TrayMenu::setCanBringBackClipboard(bool available) {
   bringBack_->setVisible(available);
+}
+
+void TrayMenu::setCanRetry(bool can) {
+  retry_->setEnabled(can);
 }
 
 void TrayMenu::notify(const QString& title, const QString& text) {

@@ -13,6 +13,8 @@ class TrayMenu {
  public:
   struct Actions {
     std::function<void()> toggle;
+    std::function<void()> cancel;
+    std::function<void()> retry;
     std::function<void()> copyLast;
     std::function<void()> bringBackClipboard;
     std::function<void()> openSettings;
@@ -29,6 +31,7 @@ class TrayMenu {
   void setHasLastTranscript(bool available);
   /// Whether there is something to bring back that a dictation has replaced on the clipboard.
   void setCanBringBackClipboard(bool available);
+  void setCanRetry(bool can);
   /// Shows a message that the state has no room for.
   void notify(const QString& title, const QString& text);
 
@@ -37,6 +40,8 @@ class TrayMenu {
   QSystemTrayIcon icon_;
   QAction* status_;
   QAction* toggle_;
+  QAction* cancel_;
+  QAction* retry_;
   QAction* copyLast_;
   QAction* bringBack_;
 };

@@ -74,8 +74,8 @@ class ClipboardPasteboard {
   /// Every change that somebody else made, with the new change count.
   [[nodiscard]] virtual Registration onForeignChange(std::function<void(std::int64_t)> handler) = 0;
 
-  /// Asks the desktop to keep the contents beyond the end of this process, if they are ours. True when
-  /// somebody has taken them over; at most 1 s.
+  /// Has the contents served beyond the end of this process, if they are ours. True when that is arranged;
+  /// at most 1 s.
   virtual Task<bool> handOver() = 0;
 };
 

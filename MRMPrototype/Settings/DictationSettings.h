@@ -16,6 +16,12 @@ class DictationSettings {
   virtual ~DictationSettings() = default;
 
   [[nodiscard]] virtual bool playFeedbackSound() const = 0;
+  /// A recording into which nobody has spoken for so long ends by itself; 0: never.
+  [[nodiscard]] virtual double forgottenRecordingMinutes() const = 0;
+  /// Escape throws a recording away.
+  [[nodiscard]] virtual bool cancelsWithEscape() const = 0;
+  /// The sound of a dictation that failed or was cancelled stays in memory for another try.
+  [[nodiscard]] virtual bool keepFailedRecordings() const = 0;
   [[nodiscard]] virtual bool processWhileRecording() const = 0;
   [[nodiscard]] virtual bool insertWhileRecording() const = 0;
   [[nodiscard]] virtual bool removeFillerWords() const = 0;

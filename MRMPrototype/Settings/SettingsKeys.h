@@ -25,6 +25,9 @@ inline constexpr std::string_view historyEnabled = "settings.historyEnabled";
 inline constexpr std::string_view historyRetention = "settings.historyRetention";
 /// Minutes; 0 keeps the recogniser loaded for ever.
 inline constexpr std::string_view recogniserIdleMinutes = "settings.recogniserIdleMinutes";
+inline constexpr std::string_view forgottenRecordingMinutes = "settings.forgottenRecordingMinutes";
+inline constexpr std::string_view cancelWithEscape = "settings.cancelWithEscape";
+inline constexpr std::string_view keepFailedRecordings = "settings.keepFailedRecordings";
 inline constexpr std::string_view overlayAnchor = "settings.overlayAnchor";
 inline constexpr std::string_view modelMigrationPreviousSelection =
     "settings.modelMigrationPreviousSelection";

@@ -88,6 +88,7 @@ void SettingsRepository::reload() {
 void SettingsRepository::read() {
   using P = SettingsProperty;
   readLanguages();
+  readHidden();
   const auto boolean = [this](P property, bool& member, std::string_view key, bool fallback) {
     publish(property, member, defaults_.boolean(key, fallback));
   };
@@ -106,6 +107,16 @@ void SettingsRepository::read() {
           true);
   publish(P::overlayPosition, overlayPosition_,
           storedCase(defaults_, settingsKey::overlayAnchor, OverlayPosition::right));
+}
+
+void SettingsRepository::readHidden() {
+  if (const auto whole = defaults_.get<std::int64_t>(settingsKey::forgottenRecordingMinutes)) {
+    forgottenRecordingMinutes_ = static_cast<double>(*whole);
+  } else {
+    forgottenRecordingMinutes_ = defaults_.get<double>(settingsKey::forgottenRecordingMinutes).value_or(10);
+  }
+  cancelsWithEscape_ = defaults_.boolean(settingsKey::cancelWithEscape, true);
+  keepFailedRecordings_ = defaults_.boolean(settingsKey::keepFailedRecordings, true);
 }
 
 void SettingsRepository::readLanguages() {

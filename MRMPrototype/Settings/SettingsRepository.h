@@ -80,6 +80,10 @@ class SettingsRepository : public DictationSettings {
     return smartRefinementRouting_;
   }
   [[nodiscard]] bool smartFormatting() const override { return smartFormatting_; }
+  /// These two have no switch in the windows.
+  [[nodiscard]] double forgottenRecordingMinutes() const override { return forgottenRecordingMinutes_; }
+  [[nodiscard]] bool cancelsWithEscape() const override { return cancelsWithEscape_; }
+  [[nodiscard]] bool keepFailedRecordings() const override { return keepFailedRecordings_; }
   [[nodiscard]] bool processWhileRecording() const override { return processWhileRecording_; }
   [[nodiscard]] bool insertWhileRecording() const override { return insertWhileRecording_; }
   [[nodiscard]] bool removeFillerWords() const override { return removeFillerWords_; }
@@ -152,6 +156,7 @@ class SettingsRepository : public DictationSettings {
   void read();
   void readModels();
   void readLanguages();
+  void readHidden();
   void showWhereItBelongs();
 
   DefaultsStore& defaults_;
@@ -174,6 +179,9 @@ class SettingsRepository : public DictationSettings {
   bool historyEnabled_ = false;
   HistoryRetention historyRetention_{};
   bool removeFillerWords_ = false;
+  double forgottenRecordingMinutes_ = 10;
+  bool cancelsWithEscape_ = true;
+  bool keepFailedRecordings_ = true;
   bool processWhileRecording_ = true;
   bool insertWhileRecording_ = false;
   bool restorePreviousClipboard_ = true;

@@ -110,6 +110,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   LinuxProcessLauncher launcher;
   const ProcessServices process{executor, clock, log, launcher};
   const auto desktop = connectToDesktop(plan, {.process = process,
+                                               .installation = installation,
                                                .environment = installation.environment,
                                                .displayName = installation.build.displayName});
   if (!desktop) return complain(desktop.error());

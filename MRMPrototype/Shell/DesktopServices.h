@@ -2,15 +2,18 @@
 
 #include "Foundation/Environment.h"
 #include "Platform/AudioInput.h"
+#include "Platform/CancelKey.h"
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/DesktopProbe.h"
 #include "Platform/FocusedField.h"
 #include "Platform/KeyboardPoster.h"
 #include "Platform/MicrophoneAuthorization.h"
 #include "Platform/SecureInput.h"
+#include "Platform/SessionGuard.h"
 #include "Platform/ShortcutSource.h"
 #include "Platform/SoundPlayer.h"
 #include "Platform/Workspace.h"
+#include "Shell/Installation.h"
 #include "Shell/ProcessServices.h"
 
 #include <expected>
@@ -29,6 +32,8 @@ struct DesktopServices {
   KeyboardPoster& keyboard;
   SecureInput& secureInput;
   FocusedField& focusedField;
+  SessionGuard& session;
+  CancelKey& cancelKey;
   ClipboardPasteboard& clipboard;
   ClipboardPasteboard* primarySelection = nullptr;  ///< where the desktop has one
   /// The desktop lets a process press keys only when it did so from its start.
@@ -44,6 +49,7 @@ class DesktopConnection {
 
 struct DesktopParameters {
   ProcessServices process;
+  const Installation& installation;
   const Environment& environment;
   std::string displayName;  ///< under which the sound server lists us
 };

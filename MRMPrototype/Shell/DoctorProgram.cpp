@@ -73,6 +73,7 @@ class Doctor {
       : installation_(installation),
         facts_(probeSession(installation.environment)),
         desktop_(connectToDesktop(planDesktop(facts_), {.process = process_,
+                                                        .installation = installation,
                                                         .environment = installation.environment,
                                                         .displayName = installation.build.displayName})),
         microphone_(executor_, {installation.build.displayName, std::nullopt}),

@@ -15,6 +15,24 @@ constexpr auto pasteAgainDelay = std::chrono::milliseconds(250);
 constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
 constexpr const char* stillTranscribing = "The last dictation is still being transcribed.";
 
+/// Longer than any healthy recogniser takes for what is left at a stop, shorter than sessions wait for
+/// their programs to end.
+constexpr Duration drainBound = std::chrono::seconds(10);
+
+std::string sentence(DrainOutcome outcome) {
+  switch (outcome) {
+    case DrainOutcome::done:
+      return {};
+    case DrainOutcome::copied:
+      return "Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.";
+    case DrainOutcome::copiedPart:
+      return "Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.";
+    case DrainOutcome::lost:
+      return "Murmel ended before your last words were recognized.";
+  }
+  std::unreachable();
+}
+
 RecordingPill::Edge edgeFor(OverlayPosition position) {
   switch (position) {
     case OverlayPosition::top:
@@ -51,6 +69,8 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
       tray_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
+          .cancel = [this] { perform(IntelCommand::cancelDictation); },
+          .retry = [this] { perform(IntelCommand::retryDictation); },
           .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
           .bringBackClipboard = [this] { delivery_.insertion.bringBackClipboard(); },
           .openSettings = [this] { perform(IntelCommand::openSettings); },
@@ -104,6 +124,8 @@ DictationServices MRMPrototypeApp::dictationServices() {
       .downloads = *models_.priority,
       .overlay = status_,
       .sounds = desktop_.sounds,
+      .session = desktop_.session,
+      .cancelKey = desktop_.cancelKey,
       .diagnostic = Logger(process_.log, installation_.identifier, "dictation-summary"),
       .stages = Logger(process_.log, installation_.identifier, "incremental-stages"),
   };
@@ -219,6 +241,10 @@ void MRMPrototypeApp::connectInterface() {
       [this](bool available) { tray_.setHasLastTranscript(available); }));
   observers_.push_back(delivery_.insertion.onWayBackChange(
       [this](bool available) { tray_.setCanBringBackClipboard(available); }));
+  observers_.push_back(coordinator_.onRetryChange().subscribe([this](bool can) { tray_.setCanRetry(can); }));
+  observers_.push_back(
+      coordinator_.onNotice().subscribe([this](const std::string& notice) { tell(notice); }));
+  observers_.push_back(desktop_.session.onEnd([this] { sessionEnds(); }));
   tray_.update(coordinator_.state());
 
   pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
@@ -228,6 +254,8 @@ void MRMPrototypeApp::connectInterface() {
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
   observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));
+  // A session manager goes on to end the session when this returns.
+  QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &setup_, [this] { awaitEnd(); });
 }
 
 void MRMPrototypeApp::connectPermissions() {
@@ -260,10 +288,11 @@ void MRMPrototypeApp::connectCommands() {
     return {};
   });
   on(IntelCommand::stopDictation, [this]() -> CommandOutcome {
-    if (!coordinator_.state().isRecording()) return std::unexpected("Nothing is being recorded.");
-    coordinator_.stopAndTranscribe();
+    if (!coordinator_.stop()) return std::unexpected("Nothing is being recorded.");
     return {};
   });
+  on(IntelCommand::cancelDictation, [this] { return coordinator_.cancel(); });
+  on(IntelCommand::retryDictation, [this] { return coordinator_.retry(); });
   on(IntelCommand::copyLastTranscript, [this]() -> CommandOutcome {
     if (!coordinator_.hasLastTranscript()) return std::unexpected("There is no dictation to copy.");
     coordinator_.copyLastTranscript();
@@ -318,13 +347,13 @@ void MRMPrototypeApp::connectCommands() {
         }));
   }
   on(IntelCommand::quit, [this]() -> CommandOutcome {
-    tasks_.start(quit());
+    act(lifecycle_.quitRequested());
     return {};
   });
 }
 
 void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {
-  if (quitting_ && command != IntelCommand::quit) {
+  if (lifecycle_.isEnding() && command != IntelCommand::quit) {
     reply(std::unexpected("Murmel is ending."));
     return;
   }
@@ -343,7 +372,7 @@ bool MRMPrototypeApp::isTranscribing() const {
 }
 
 void MRMPrototypeApp::reopen() {
-  commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
+  act(lifecycle_.startedAgain());
 }
 
 void MRMPrototypeApp::tellAboutSettings() {
@@ -386,13 +415,47 @@ void MRMPrototypeApp::terminate(int exitStatus) {
   QCoreApplication::exit(exitStatus);
 }
 
-Task<void> MRMPrototypeApp::quit() {
-  if (std::exchange(quitting_, true)) co_return;
+void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
+  switch (action) {
+    case ApplicationLifecycle::Action::none:
+      break;
+    case ApplicationLifecycle::Action::show:
+      commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
+      break;
+    case ApplicationLifecycle::Action::drain:
+      tasks_.start(drain());
+      break;
+    case ApplicationLifecycle::Action::hurry:
+      coordinator_.hurryDrain();
+      break;
+    case ApplicationLifecycle::Action::end:
+      terminate(0);
+      break;
+  }
+}
+
+Task<void> MRMPrototypeApp::drain() {
+  const auto bound = process_.executor.after(drainBound, [this] { act(lifecycle_.drainTimedOut()); });
+  auto draining = coordinator_.drain();
+  const DrainOutcome outcome = co_await draining;
+  if (const auto told = sentence(outcome); !told.empty()) tell(told);
   auto finishing = delivery_.insertion.finishPasteCleanup();
   co_await finishing;
   auto handingOver = desktop_.clipboard.handOver();
   co_await handingOver;
-  terminate(0);
+  // What waits for the disk blocks the end, not the dictations.
+  (void)storage_.history.finish();
+  act(lifecycle_.drained());
+}
+
+void MRMPrototypeApp::sessionEnds() {
+  if (lifecycle_.phase() == ApplicationLifecycle::Phase::running) act(lifecycle_.quitRequested());
+}
+
+void MRMPrototypeApp::awaitEnd() {
+  sessionEnds();
+  while (lifecycle_.phase() == ApplicationLifecycle::Phase::draining)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents);
 }
 
 }  // namespace murmel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/AudioCaptureService.h"
+#include "Dictation/ApplicationLifecycle.h"
 #include "Dictation/DictationCoordinator.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Signal.h"
@@ -31,6 +32,7 @@
 #include "Shell/StatusPublisher.h"
 #include "Shell/StorageServices.h"
 
+#include <expected>
 #include <string>
 #include <vector>
 
@@ -44,7 +46,10 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
                   const SessionFacts& session, const DesktopServices& desktop, LaunchSelfTest selfTest);
 
-  void applicationDidFinishLaunching() { delegate_.applicationDidFinishLaunching(); }
+  void applicationDidFinishLaunching() {
+    lifecycle_.launched();
+    delegate_.applicationDidFinishLaunching();
+  }
 
   /// The application was started once more.
   void reopen() override;
@@ -71,7 +76,12 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void tellAboutSettings();
   void tell(const std::string& sentence);
   [[nodiscard]] bool isTranscribing() const;
-  Task<void> quit();
+  void act(ApplicationLifecycle::Action action);
+  Task<void> drain();
+  /// The same as to quit; further signs of it do not hurry.
+  void sessionEnds();
+  /// Returns when the last words are safe.
+  void awaitEnd();
 
   void applyDockIconPreference() override;
   void refreshServices() override;
@@ -115,7 +125,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   MainWindows windows_;
   AppDelegate delegate_;
   std::vector<Registration> observers_;
-  bool quitting_ = false;
+  ApplicationLifecycle lifecycle_;
   Scope tasks_;
 };
 

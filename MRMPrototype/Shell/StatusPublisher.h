@@ -33,6 +33,7 @@ class StatusPublisher final : public OverlayController {
   void update(const DictationState& state) override;
   void setLevel(double level) override;
   void showCaptureCondition(CaptureCondition condition) override { shown_.showCaptureCondition(condition); }
+  void showHint(const std::string& hint) override { shown_.showHint(hint); }
 
   [[nodiscard]] StatusReport report() const;
   [[nodiscard]] Signal<>& didChange() { return didChange_; }

@@ -12,6 +12,9 @@ class TranscriptionSettings final : public DictationSettings {
       : user_(user), options_(options) {}
 
   [[nodiscard]] bool playFeedbackSound() const override { return false; }
+  [[nodiscard]] double forgottenRecordingMinutes() const override { return 0; }
+  [[nodiscard]] bool cancelsWithEscape() const override { return false; }
+  [[nodiscard]] bool keepFailedRecordings() const override { return false; }
   [[nodiscard]] bool processWhileRecording() const override { return user_.processWhileRecording(); }
   /// There is nothing to insert into.
   [[nodiscard]] bool insertWhileRecording() const override { return false; }

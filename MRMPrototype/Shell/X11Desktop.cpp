@@ -4,12 +4,16 @@
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
+#include "Platform/Linux/X11/ClipboardKeeperProcess.h"
+#include "Platform/Linux/X11/X11CancelKey.h"
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
+#include "Platform/Linux/X11/X11ScreenLock.h"
 #include "Platform/Linux/X11/X11SecureInput.h"
 #include "Platform/Linux/X11/X11Workspace.h"
 #include "Platform/Linux/X11Keys/InjectedKeyList.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
+#include "Platform/Qt/DesktopSessionGuard.h"
 
 #include <utility>
 
@@ -20,11 +24,29 @@ namespace {
 /// What had to be opened and could fail.
 struct Opened {
   std::unique_ptr<InjectedKeyList> injectedKeys;
+  std::unique_ptr<ClipboardKeeperProcess> keeper;
   std::unique_ptr<X11Pasteboards> pasteboards;
   std::unique_ptr<X11Workspace> workspace;
   std::unique_ptr<X11KeyboardPoster> keyboard;
   std::unique_ptr<X11SecureInput> secureInput;
+  std::unique_ptr<X11ScreenLock> screenLock;
+  std::unique_ptr<X11CancelKey> cancelKey;
 };
+
+std::unique_ptr<ClipboardKeeperProcess> clipboardKeeper(const DesktopParameters& parameters) {
+  const auto& installation = parameters.installation;
+  ClipboardKeeperProcess::Configuration configuration{
+      .executable = installation.folders.resources / "Workers" / ClipboardKeeperProcess::workerName,
+      .mayExecute = [policy = installation.policy](
+                        const std::filesystem::path& executable) { return policy.mayExecute(executable); },
+      .environment = {},
+  };
+  for (const char* name : {"DISPLAY", "XAUTHORITY", "HOME"}) {
+    if (const auto value = parameters.environment.value(name))
+      configuration.environment.push_back(std::string(name) + "=" + *value);
+  }
+  return std::make_unique<ClipboardKeeperProcess>(parameters.process.launcher, std::move(configuration));
+}
 
 class Connection final : public DesktopConnection {
  public:
@@ -36,7 +58,8 @@ class Connection final : public DesktopConnection {
         taps_(parameters.process.executor, *opened_.injectedKeys,
               X11KeyEnvironment::from(parameters.environment)),
         shortcuts_(taps_, [this] { taps_.resync(); }),
-        focusedField_(parameters.process.executor) {}
+        focusedField_(parameters.process.executor),
+        session_(parameters.process.executor, [this] { return opened_.screenLock->isLocked(); }) {}
 
   [[nodiscard]] DesktopServices services() override {
     return {
@@ -48,6 +71,8 @@ class Connection final : public DesktopConnection {
         .keyboard = *opened_.keyboard,
         .secureInput = *opened_.secureInput,
         .focusedField = focusedField_,
+        .session = session_,
+        .cancelKey = *opened_.cancelKey,
         .clipboard = opened_.pasteboards->general(),
         .primarySelection = &opened_.pasteboards->primary(),
     };
@@ -61,6 +86,7 @@ class Connection final : public DesktopConnection {
   X11KeyEventTap taps_;
   KeyTapShortcutSource shortcuts_;
   AccessibleFocusedField focusedField_;
+  DesktopSessionGuard session_;
 };
 
 }  // namespace
@@ -69,7 +95,8 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> X11Desktop::open(
     const DesktopParameters& parameters) {
   auto& [executor, clock, log, launcher] = parameters.process;
   auto injectedKeys = std::make_unique<InjectedKeyList>(clock);
-  auto pasteboards = X11Pasteboards::open(executor, clock);
+  auto keeper = clipboardKeeper(parameters);
+  auto pasteboards = X11Pasteboards::open(executor, clock, {}, keeper.get());
   if (!pasteboards) return std::unexpected(pasteboards.error());
   auto workspace = X11Workspace::open(executor);
   if (!workspace) return std::unexpected(workspace.error());
@@ -77,9 +104,14 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> X11Desktop::open(
   if (!keyboard) return std::unexpected(keyboard.error());
   auto secureInput = X11SecureInput::open();
   if (!secureInput) return std::unexpected(secureInput.error());
+  auto screenLock = X11ScreenLock::open();
+  if (!screenLock) return std::unexpected(screenLock.error());
+  auto cancelKey = X11CancelKey::open(executor);
+  if (!cancelKey) return std::unexpected(cancelKey.error());
   return std::make_unique<Connection>(
-      parameters, Opened{std::move(injectedKeys), *std::move(pasteboards), *std::move(workspace),
-                         *std::move(keyboard), *std::move(secureInput)});
+      parameters,
+      Opened{std::move(injectedKeys), std::move(keeper), *std::move(pasteboards), *std::move(workspace),
+             *std::move(keyboard), *std::move(secureInput), *std::move(screenLock), *std::move(cancelKey)});
 }
 
 }  // namespace murmel

@@ -68,7 +68,11 @@ void HotkeyService::receive(const ShortcutEvent& heard) {
   const auto& event = std::get<KeyEvent>(heard);
   if (event.type == KeyEventType::tapDisabledByTimeout ||
       event.type == KeyEventType::tapDisabledByUserInput) {
-    postIfAlive([this] { enableGlobalEventTap(); });
+    postIfAlive([this] {
+      // While the tap was off the release may have gone by.
+      giveBack();
+      enableGlobalEventTap();
+    });
     return;
   }
   const auto uptime = durationToSeconds(clock_.now().time_since_epoch());
@@ -78,12 +82,33 @@ void HotkeyService::receive(const ShortcutEvent& heard) {
 }
 
 void HotkeyService::handle(const MRMHotkeyEvent& event) {
-  switch (stateMachine_.consume(event, shortcutProvider_())) {
+  const auto shortcut = shortcutProvider_();
+  carryOut(stateMachine_.adopt(shortcut));
+  carryOut(stateMachine_.consume(event, shortcut));
+}
+
+void HotkeyService::tellPress() {
+  isHeld_ = true;
+  callIfSet(onPress);
+}
+
+void HotkeyService::tellRelease() {
+  isHeld_ = false;
+  callIfSet(onRelease);
+}
+
+void HotkeyService::giveBack() {
+  stateMachine_.letGo();
+  if (isHeld_) tellRelease();
+}
+
+void HotkeyService::carryOut(HotkeyStateMachine::Transition transition) {
+  switch (transition) {
     case HotkeyStateMachine::Transition::press:
-      callIfSet(onPress);
+      tellPress();
       break;
     case HotkeyStateMachine::Transition::release:
-      callIfSet(onRelease);
+      tellRelease();
       break;
     case HotkeyStateMachine::Transition::toggle:
       callIfSet(onToggle);
@@ -96,15 +121,16 @@ void HotkeyService::handle(const MRMHotkeyEvent& event) {
 void HotkeyService::handle(ShortcutActivity activity) {
   switch (activity) {
     case ShortcutActivity::pressed:
-      callIfSet(onPress);
+      tellPress();
       break;
     case ShortcutActivity::released:
-      callIfSet(onRelease);
+      tellRelease();
       break;
     case ShortcutActivity::toggled:
       callIfSet(onToggle);
       break;
     case ShortcutActivity::lost:
+      giveBack();
       enableGlobalEventTap();
       break;
   }
@@ -138,6 +164,7 @@ bool HotkeyService::createGlobalEventTap() {
 void HotkeyService::removeGlobalEventTap() {
   eventTapRetry_.reset();
   eventTap_.reset();
+  giveBack();
 }
 
 void HotkeyService::enableGlobalEventTap() {
@@ -161,6 +188,7 @@ void HotkeyService::retryEventTap() {
 }
 
 void HotkeyService::reconfigureForCurrentShortcut() {
+  carryOut(stateMachine_.adopt(shortcutProvider_()));
   // Removes the tap when the new shortcut is the disabled one.
   installGlobalEventTapIfAuthorized();
 }

@@ -27,7 +27,8 @@ struct HotkeyNotifications {
 
 /// Owns the observation of the keyboard for the dictation shortcut, and keeps it alive across changes of the
 /// permission and of the shortcut and across what the system does to it. Says nothing when it cannot observe:
-/// the shortcut then works in the application's own windows only. Main thread; everything that it is given
+/// the shortcut then works in the application's own windows only. Every press is followed by its release,
+/// also when the shortcut was changed or the tap lost meanwhile. Main thread; everything that it is given
 /// must outlive it.
 class HotkeyService {
  public:
@@ -50,6 +51,11 @@ class HotkeyService {
   void receive(const ShortcutEvent& event);
   void handle(const MRMHotkeyEvent& event);
   void handle(ShortcutActivity activity);
+  void carryOut(HotkeyStateMachine::Transition transition);
+  void tellPress();
+  void tellRelease();
+  /// Tells the release of a press whose own will not be heard.
+  void giveBack();
   void installGlobalEventTapIfAuthorized();
   bool createGlobalEventTap();
   void removeGlobalEventTap();
@@ -66,6 +72,7 @@ class HotkeyService {
   HotkeyNotifications notifications_;
 
   HotkeyStateMachine stateMachine_;
+  bool isHeld_ = false;  ///< a press was told, and not yet its release
   std::function<ShortcutConfiguration()> shortcutProvider_;
   int retryAttempts_ = 0;
   /// Gone with the service: what was posted and is still waiting then does nothing.

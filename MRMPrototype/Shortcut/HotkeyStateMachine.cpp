@@ -27,11 +27,16 @@ std::optional<std::int64_t> microsecondsSince(std::optional<double> earlier, dou
 
 }  // namespace
 
+Transition HotkeyStateMachine::adopt(const ShortcutConfiguration& shortcut) {
+  if (activeShortcut_ == shortcut) return Transition::none;
+  const auto due = releaseIfPressed();
+  *this = HotkeyStateMachine();
+  activeShortcut_ = shortcut;
+  return due;
+}
+
 Transition HotkeyStateMachine::consume(const MRMHotkeyEvent& event, const ShortcutConfiguration& shortcut) {
-  if (activeShortcut_ != shortcut) {
-    *this = HotkeyStateMachine();
-    activeShortcut_ = shortcut;
-  }
+  adopt(shortcut);
   switch (shortcut.kind) {
     case ShortcutConfiguration::Kind::key:
       return consumeKey(event, shortcut);

@@ -18,6 +18,11 @@ class HotkeyStateMachine {
     toggle,   ///< a tapped shortcut was completed: start or stop
   };
 
+  /// Forgets what is held, because its release will not be seen.
+  void letGo() { isPressed_ = false; }
+  /// The shortcut whose events follow. A press of another one before is given back: its release is due.
+  Transition adopt(const ShortcutConfiguration& shortcut);
+
   /// One event and the shortcut that is set at that moment. Another shortcut than before resets everything
   /// first: no half double tap and no held key carries over.
   Transition consume(const MRMHotkeyEvent& event, const ShortcutConfiguration& shortcut);

@@ -71,6 +71,9 @@ class FakeTextInsertion final : public TextInsertion {
 class FakeDictationSettings final : public DictationSettings {
  public:
   [[nodiscard]] bool playFeedbackSound() const override { return sounds; }
+  [[nodiscard]] double forgottenRecordingMinutes() const override { return forgottenMinutes; }
+  [[nodiscard]] bool cancelsWithEscape() const override { return escape; }
+  [[nodiscard]] bool keepFailedRecordings() const override { return keepFailed; }
   [[nodiscard]] bool processWhileRecording() const override { return process; }
   [[nodiscard]] bool insertWhileRecording() const override { return live; }
   [[nodiscard]] bool removeFillerWords() const override { return fillers; }
@@ -84,6 +87,9 @@ class FakeDictationSettings final : public DictationSettings {
   [[nodiscard]] std::string historyLanguageLabel() const override { return "Automatic"; }
 
   bool sounds = true;
+  double forgottenMinutes = 10;
+  bool escape = true;
+  bool keepFailed = true;
   bool process = true;
   bool live = false;
   bool fillers = false;
@@ -156,13 +162,23 @@ class FakeTranscriptionProviderFactory final : public TranscriptionProviderFacto
   std::function<void(bool)> finishWarmup;
 };
 
+class UnusedRefiner final : public RefinementProvider {
+ public:
+  [[nodiscard]] const std::string& providerID() const override { return identifier; }
+  Task<Result<std::string>> refine(std::string text) override { co_return text; }
+
+  std::string identifier = "unused";
+};
+
 class FakeRefinementSource final : public RefinementSource {
  public:
   std::shared_ptr<RefinementProvider> makeRefinementProvider() override {
     ++made;
-    return nullptr;
+    return refiner;
   }
   void warmUp() override { ++warmUps; }
+
+  std::shared_ptr<RefinementProvider> refiner = std::make_shared<UnusedRefiner>();
 
   int made = 0;
   int warmUps = 0;
@@ -195,11 +211,16 @@ class FakeDictationSession final : public DictationSession {
     return finishing_.wait();
   }
 
+  [[nodiscard]] std::vector<RecognisedPiece> recognisedSoFar() const override {
+    return soFar.empty() ? std::vector<RecognisedPiece>()
+                         : std::vector{RecognisedPiece{{}, SpokenText(soFar)}};
+  }
   [[nodiscard]] DictationDiagnostics diagnostics() const override { return {}; }
   [[nodiscard]] bool heardSpeech() const override { return speaks; }
 
   DictationSessionConfiguration configuration;
   bool speaks = true;
+  std::string soFar;
 
  private:
   Suspension<Result<DictationSessionResult>>& finishing_;
@@ -262,9 +283,11 @@ class FakeOverlay final : public OverlayController {
   void setLevel(double level) override { lastLevel = level; }
 
   void showCaptureCondition(CaptureCondition shown) override { condition = shown; }
+  void showHint(const std::string& given) override { hint = given; }
 
   std::vector<std::string> titles;
   CaptureCondition condition = CaptureCondition::fine;
+  std::string hint;
   double lastLevel = 0;
 };
 

@@ -79,8 +79,9 @@ class DictationRig {
         cleanUp_(settings, languages_),
         sessions_({executor, clock, Logger(log_, "test", "incremental-stages"), &convertForRecognition}),
         coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
-                     refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_,
-                     Logger(log_, "test", "dictation-summary"), Logger(log_, "test", "incremental-stages")}) {
+                     refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_, session_,
+                     cancelKey_, Logger(log_, "test", "dictation-summary"),
+                     Logger(log_, "test", "incremental-stages")}) {
     settings.sounds = false;
     RunningApplication editor;
     editor.client = {100, 1'600};
@@ -131,6 +132,7 @@ class DictationRig {
     void update(const DictationState&) override {}
     void setLevel(double) override {}
     void showCaptureCondition(CaptureCondition) override {}
+    void showHint(const std::string&) override {}
   };
 
   Executor& executor_;
@@ -165,6 +167,8 @@ class DictationRig {
   FakeDownloadPriority downloads_;
   NoOverlay overlay_;
   FakeSoundPlayer sounds_;
+  UnguardedSession session_;
+  NoCancelKey cancelKey_;
   Registration reading_;
   Registration settlements_;
   int settled_ = 0;

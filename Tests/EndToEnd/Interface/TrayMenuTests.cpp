@@ -50,6 +50,8 @@ class Tray : public ::testing::Test {
   std::vector<std::string> calls;
   TrayMenu tray{{
       .toggle = [this] { calls.emplace_back("toggle"); },
+      .cancel = [this] { calls.emplace_back("cancel"); },
+      .retry = [this] { calls.emplace_back("retry"); },
       .copyLast = [this] { calls.emplace_back("copy"); },
       .openSettings = [this] { calls.emplace_back("settings"); },
       .openHistory = [this] { calls.emplace_back("history"); },
@@ -60,41 +62,40 @@ class Tray : public ::testing::Test {
 };
 
 TEST_F(Tray, offers_what_can_be_done_in_each_state) {
-  expectMenu(
-      "[Ready];Start Dictation;[Copy Last Dictation];Settings…;History…;Setup and Permissions…;About "
-      "Murmel;Quit Murmel");
+  const std::string rest = ";Settings…;History…;Setup and Permissions…;About Murmel;Quit Murmel";
+  expectMenu("[Ready];Start Dictation;[Discard Dictation];[Try Again];[Copy Last Dictation]" + rest);
   tray.update(Case::listening);
   expectMenu(
-      "[Listening… release shortcut];Stop Dictation;[Copy Last Dictation];Settings…;History…;Setup and "
-      "Permissions…;About Murmel;Quit "
-      "Murmel");
+      "[Listening… release shortcut];Stop Dictation;Discard Dictation;[Try Again];[Copy Last Dictation]" +
+      rest);
   tray.update(Case::transcribing);
-  expectMenu(
-      "[Transcribing locally…];[Start Dictation];[Copy Last Dictation];Settings…;History…;Setup and "
-      "Permissions…;About Murmel;Quit Murmel");
+  expectMenu("[Transcribing locally…];[Start Dictation];Discard Dictation;[Try Again];[Copy Last Dictation]" +
+             rest);
   tray.update(Case::success);
   tray.setHasLastTranscript(true);
-  expectMenu(
-      "[Inserted];Start Dictation;Copy Last Dictation;Settings…;History…;Setup and Permissions…;About "
-      "Murmel;Quit Murmel");
+  tray.setCanRetry(true);
+  expectMenu("[Inserted];Start Dictation;[Discard Dictation];Try Again;Copy Last Dictation" + rest);
   tray.setHasLastTranscript(false);
-  expectMenu(
-      "[Inserted];Start Dictation;[Copy Last Dictation];Settings…;History…;Setup and Permissions…;About "
-      "Murmel;Quit Murmel");
+  tray.setCanRetry(false);
+  expectMenu("[Inserted];Start Dictation;[Discard Dictation];[Try Again];[Copy Last Dictation]" + rest);
 }
 
 TEST_F(Tray, does_what_is_chosen) {
   tray.setHasLastTranscript(true);
+  tray.setCanRetry(true);
   click("Start Dictation");
   tray.update(Case::listening);
   expectMenu(
-      "[Listening… release shortcut];Stop Dictation;Copy Last Dictation;Settings…;History…;Setup and "
-      "Permissions…;About Murmel;Quit Murmel");
+      "[Listening… release shortcut];Stop Dictation;Discard Dictation;Try Again;Copy Last Dictation;"
+      "Settings…;History…;Setup and Permissions…;About Murmel;Quit Murmel");
   click("Stop Dictation");
+  click("Discard Dictation");
+  click("Try Again");
   click("Copy Last Dictation");
   click("Setup and Permissions…");
   click("Quit Murmel");
-  EXPECT_EQ(calls, (std::vector<std::string>{"toggle", "toggle", "copy", "setup", "quit"}));
+  EXPECT_EQ(calls,
+            (std::vector<std::string>{"toggle", "toggle", "cancel", "retry", "copy", "setup", "quit"}));
 }
 
 TEST_F(Tray, starts_and_stops_by_a_click_on_the_icon) {

@@ -179,6 +179,11 @@ class TranscribeTest(unittest.TestCase):
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertRegex(result.stderr, r"“xx” is not known here\. Known are: .*\ben\b")
 
+    def test_words_that_cannot_be_written_are_a_failure(self):
+        with open("/dev/full", "w") as full:
+            result = subprocess.run([MURMEL, "transcribe", DATA / "cards/001.wav"], stdout=full, stderr=subprocess.PIPE, text=True)
+        self.assertEqual((result.returncode, result.stderr), (1, "murmel: The text could not be written: No space left on device.\n"))
+
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
         self.assertEqual(result.returncode, 3)

@@ -3,7 +3,9 @@
 #include "Audio/AudioCaptureService.h"
 #include "Dictation/DictationCoordinator.h"
 #include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/FakeCancelKey.h"
 #include "Platform/Fake/FakeMicrophoneAuthorization.h"
+#include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/DictationFakes.h"
@@ -30,8 +32,8 @@ class DictationHarness {
   DictationCoordinator& begin() {
     coordinator = std::make_unique<DictationCoordinator>(
         DictationServices{executor, executor, audio, insertion, settings, history, models, recognition,
-                          refinement, cleanUp, sessions, updates, downloads, overlay, sounds,
-                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
+                          refinement, cleanUp, sessions, updates, downloads, overlay, sounds, session,
+                          cancelKey, Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
                           Logger(log, "app.murmel.Murmel.Development", "incremental-stages")});
     executor.runUntilIdle();
     if (recognition.finishWarmup) recognition.finishWarmup(true);
@@ -50,6 +52,19 @@ class DictationHarness {
   void fail(MRMError error) { sessions.finishing.answerWith(std::unexpected(std::move(error))); }
 
   void speak(std::size_t samples = 480) { input.deliver(std::vector<float>(samples, 0.25F)); }
+
+  /// Starts, and lets the microphone deliver its first fragment.
+  void startByToggle() {
+    coordinator->toggle();
+    executor.runUntilIdle();
+    speak();
+    executor.runUntilIdle();
+  }
+  void dictateByToggle() {
+    startByToggle();
+    coordinator->toggle();
+    executor.runUntilIdle();
+  }
 
   [[nodiscard]] std::string title() const { return coordinator->state().title(); }
   [[nodiscard]] DictationState::Case state() const { return coordinator->state().which(); }
@@ -75,6 +90,8 @@ class DictationHarness {
   FakeDownloadPriority downloads;
   FakeOverlay overlay;
   FakeSoundPlayer sounds;
+  FakeSessionGuard session;
+  FakeCancelKey cancelKey;
   MemoryLogSink log;
   std::unique_ptr<DictationCoordinator> coordinator;
 };

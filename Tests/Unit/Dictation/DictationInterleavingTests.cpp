@@ -24,7 +24,7 @@ class Walk {
   }
 
   void step() {
-    switch (random_() % 15) {
+    switch (random_() % 19) {
       case 0:
         house_.coordinator->toggle();
         break;
@@ -70,6 +70,18 @@ class Walk {
       case 14:
         house_.authorization.answer(random_() % 2 == 0);
         break;
+      case 15:
+        (void)house_.coordinator->cancel();
+        break;
+      case 16:
+        (void)house_.coordinator->retry();
+        break;
+      case 17:
+        house_.coordinator->stop();
+        break;
+      case 18:
+        house_.session.become(random_() % 4 == 0 ? std::optional(SessionObstacle::locked) : std::nullopt);
+        break;
     }
     house_.executor.runUntilIdle();
     checkInvariants();
@@ -78,6 +90,7 @@ class Walk {
   /// Lets everything that is still under way end, and looks whether all is as before.
   void finish() {
     house_.models.become(SpeechModelState::ready);
+    house_.session.become(std::nullopt);
     for (int round = 0; round < 50; ++round) {
       house_.coordinator->shortcutReleased();
       if (house_.coordinator->state().isRecording()) house_.coordinator->stopAndTranscribe();
@@ -126,6 +139,7 @@ class Walk {
     const auto& state = house_.coordinator->state();
     EXPECT_EQ(state.isRecording(), house_.audio.recording()) << state.title();
     if (state.isRecording()) {
+      EXPECT_FALSE(house_.session.obstacle());
       EXPECT_TRUE(house_.insertion.sessionOpen) << "a recording knows its target";
       EXPECT_TRUE(house_.downloads.runtimeActive);
       EXPECT_FALSE(house_.updates.active.empty());

@@ -1,9 +1,11 @@
 #include "Foundation/Async/Scope.h"
 #include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/FakeCancelKey.h"
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/Fake/FakeMicrophoneAuthorization.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Shell/DeliveryServices.h"
@@ -81,9 +83,11 @@ class DeliveryWiring : public SettingsWiring {
   FakeKeyboardPoster keyboard{executor, workspace};
   FakeSecureInput secureInput;
   FakeFocusedField field;
+  FakeSessionGuard session;
+  FakeCancelKey cancelKey;
   FakePasteboard clipboard{executor, executor};
-  DesktopServices desktop{microphone, authorization, sounds, shortcuts, workspace,
-                          keyboard,   secureInput,   field,  clipboard};
+  DesktopServices desktop{microphone,  authorization, sounds,  shortcuts, workspace, keyboard,
+                          secureInput, field,         session, cancelKey, clipboard};
   RunningApplication editor = application(100, "Editor");
   std::optional<DeliveryServices> delivery;
 };

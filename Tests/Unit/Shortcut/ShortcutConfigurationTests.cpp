@@ -21,8 +21,6 @@ TEST(ShortcutConfiguration, TitlesNameModifiersInOneOrderAndThenTheKey) {
   const std::vector<Row> rows{
       {"every modifier and a key", {Kind::key, 2, 0x9E0000, "D"}, "⌃⌥⇧⌘FnD"},
       {"a chord shows no label", {Kind::modifiersOnly, 58, 0xA0000, "Option"}, "⌥⇧"},
-      {"a key without modifiers", {Kind::key, 49, 0, "Space"}, "Space"},
-      {"nothing to show", {Kind::key, 49, 0, ""}, "Not configured"},
       {"a chord of nothing, whatever its label", {Kind::modifiersOnly, 58, 0, "Option"}, "Not configured"},
       {"Caps Lock is no modifier", {Kind::modifiersOnly, 57, 0x10000, ""}, "Not configured"},
       {"double tap", configuration(ShortcutChoice::doubleTapOption), "Double tap Option"},
@@ -62,30 +60,11 @@ TEST(ShortcutConfiguration, RefusesJsonThatIsNotAWholeShortcut) {
       {"not an object", "[]"},
       {"cut off", R"({"kind":"key","keyCode":2,"modifierRawValue":0,"keyLabel":)"},
       {"unknown kind", R"({"kind":"tripleTap","keyCode":2,"modifierRawValue":0,"keyLabel":"D"})"},
-      {"kind of another case", R"({"kind":"Key","keyCode":2,"modifierRawValue":0,"keyLabel":"D"})"},
       {"no label", R"({"kind":"key","keyCode":2,"modifierRawValue":0})"},
-      {"label null", R"({"kind":"key","keyCode":2,"modifierRawValue":0,"keyLabel":null})"},
       {"key code too large", R"({"kind":"key","keyCode":65536,"modifierRawValue":0,"keyLabel":"D"})"},
-      {"key code negative", R"({"kind":"key","keyCode":-1,"modifierRawValue":0,"keyLabel":"D"})"},
-      {"key code as text", R"({"kind":"key","keyCode":"2","modifierRawValue":0,"keyLabel":"D"})"},
-      {"modifiers broken", R"({"kind":"key","keyCode":2,"modifierRawValue":0.5,"keyLabel":"D"})"},
-      {"modifiers too large",
-       R"({"kind":"key","keyCode":2,"modifierRawValue":18446744073709551616,"keyLabel":"D"})"},
   };
   for (const auto& [when, json] : rows) EXPECT_FALSE(ShortcutConfiguration::fromJson(json)) << when;
   EXPECT_TRUE(ShortcutConfiguration::fromJson(
       R"({"added":[1],"keyLabel":"D","modifierRawValue":0,"keyCode":2,"kind":"key"})"))
       << "other keys and another order are fine";
-}
-
-TEST(ShortcutConfiguration, EqualityAndHashSeeAllFourFields) {
-  const ShortcutConfiguration base{Kind::key, 2, keyModifier::option, "D"};
-  const std::hash<ShortcutConfiguration> hash;
-  for (const auto& other : {ShortcutConfiguration{Kind::modifiersOnly, 2, keyModifier::option, "D"},
-                            ShortcutConfiguration{Kind::key, 3, keyModifier::option, "D"},
-                            ShortcutConfiguration{Kind::key, 2, keyModifier::shift, "D"},
-                            ShortcutConfiguration{Kind::key, 2, keyModifier::option, "d"}}) {
-    EXPECT_NE(other, base);
-    EXPECT_NE(hash(other), hash(base));
-  }
 }

@@ -35,12 +35,8 @@ std::vector<Row> rows() {
       {"Fn in a combination is for direct only", fnOptionX, fnOptionX, commandShiftD},
       {"Shift does not make a combination", {Kind::key, 7, shift, "X"}, fn, commandShiftD},
       {"Fn does not make a combination", {Kind::key, 7, function | shift, "X"}, fn, commandShiftD},
-      {"a bare key", {Kind::key, 7, 0, "X"}, fn, commandShiftD},
       {"Command alone", chord(command), fn, commandShiftD},
-      {"Shift alone", chord(shift), fn, commandShiftD},
-      {"no modifier at all", chord(0), fn, commandShiftD},
       {"Control alone", chord(control), chord(control), commandShiftD},
-      {"Option alone", chord(option), chord(option), commandShiftD},
       {"Fn alone", chord(function), chord(function), commandShiftD},
       {"two that are refused alone", chord(command | shift), chord(command | shift), commandShiftD},
       {"Caps Lock does not count as the second", chord(shift | capsLock), fn, commandShiftD},
@@ -49,7 +45,6 @@ std::vector<Row> rows() {
        configuration(ShortcutChoice::doubleTapOption),
        commandShiftD},
       {"double tap of another modifier", {Kind::doubleTapModifier, 59, control, ""}, fn, commandShiftD},
-      {"double tap of two modifiers", {Kind::doubleTapModifier, 58, option | shift, ""}, fn, commandShiftD},
       {"Caps Lock is brought into form",
        {Kind::capsLock, 3, option, "?"},
        configuration(ShortcutChoice::capsLock),
@@ -68,19 +63,5 @@ TEST(ShortcutDistributionPolicy, RepairsWhatAChannelCannotServe) {
   for (const auto& row : rows()) {
     EXPECT_EQ(ShortcutDistributionPolicy::sanitize(row.stored, direct), row.direct) << row.when;
     EXPECT_EQ(ShortcutDistributionPolicy::sanitize(row.stored, appStore), row.appStore) << row.when;
-  }
-}
-
-TEST(ShortcutDistributionPolicy, WhatItGivesIsLeftAsItIs) {
-  for (const auto channel : {MRMDistributionChannel::direct, MRMDistributionChannel::appStore}) {
-    for (const auto& row : rows()) {
-      const auto once = ShortcutDistributionPolicy::sanitize(row.stored, channel);
-      EXPECT_EQ(ShortcutDistributionPolicy::sanitize(once, channel), once) << row.when;
-    }
-  }
-  for (const auto choice : allCases<ShortcutChoice>()) {
-    EXPECT_EQ(ShortcutDistributionPolicy::sanitize(configuration(choice), MRMDistributionChannel::direct),
-              configuration(choice))
-        << id(choice);
   }
 }

@@ -18,7 +18,7 @@ namespace murmel {
 
 namespace {
 
-/// Managers that answer do so in 13 ms; some never do.
+/// The keeper answers in a few milliseconds.
 constexpr Duration handOverPatience = std::chrono::seconds(1);
 
 /// What the main thread is told of one selection.
@@ -50,12 +50,13 @@ X11Selection::Observer observerFor(Executor& executor, const std::shared_ptr<Sub
 class X11Pasteboards::Worker {
  public:
   Worker(std::unique_ptr<X11Connection> connection, Executor& executor, const Clock& clock,
-         const std::array<std::shared_ptr<Subscriptions>, 2>& subscriptions)
+         const std::array<std::shared_ptr<Subscriptions>, 2>& subscriptions, ClipboardKeeper* keeper,
+         std::uint8_t fixesEvent)
       : loop_(std::move(connection)),
         sender_(loop_.connection()),
-        general_(loop_, sender_, clock, "CLIPBOARD", observerFor(executor, subscriptions[0])),
+        general_(loop_, sender_, clock, "CLIPBOARD", observerFor(executor, subscriptions[0]), keeper),
         primary_(loop_, sender_, clock, "PRIMARY", observerFor(executor, subscriptions[1])),
-        fixesEvent_(xcb_get_extension_data(loop_.connection().get(), &xcb_xfixes_id)->first_event) {
+        fixesEvent_(fixesEvent) {
     loop_.start([this](const xcb_generic_event_t& event) { handle(event); },
                 [this] { sender_.dropAbandoned(loop_.now()); });
   }
@@ -88,9 +89,6 @@ class X11Pasteboards::Worker {
         primary_.requested(request);
         break;
       }
-      case XCB_SELECTION_NOTIFY:
-        general_.notified(as(std::type_identity<xcb_selection_notify_event_t>{}));
-        break;
       case XCB_PROPERTY_NOTIFY: {
         const auto& change = as(std::type_identity<xcb_property_notify_event_t>{});
         general_.propertyChanged(change);
@@ -221,18 +219,16 @@ class X11Pasteboards::Pasteboard final : public ClipboardPasteboard {
 
 std::expected<std::unique_ptr<X11Pasteboards>, std::string> X11Pasteboards::open(Executor& executor,
                                                                                  const Clock& clock,
-                                                                                 const std::string& display) {
+                                                                                 const std::string& display,
+                                                                                 ClipboardKeeper* keeper) {
   auto connection = X11Connection::open(display);
   if (!connection) return std::unexpected(connection.error());
-  auto* server = (*connection)->get();
-  const auto* fixes = xcb_get_extension_data(server, &xcb_xfixes_id);
-  const bool hasFixes =
-      fixes != nullptr && fixes->present != 0 &&
-      x11Reply(server, xcb_xfixes_query_version_reply, xcb_xfixes_query_version(server, 5, 0));
-  if (!hasFixes)
+  const auto fixesEvent = firstXFixesEvent(**connection);
+  if (!fixesEvent)
     return std::unexpected(std::string("The X server does not tell of clipboard changes (XFixes)."));
   const std::array subscriptions{std::make_shared<Subscriptions>(), std::make_shared<Subscriptions>()};
-  auto worker = std::make_unique<Worker>(*std::move(connection), executor, clock, subscriptions);
+  auto worker =
+      std::make_unique<Worker>(*std::move(connection), executor, clock, subscriptions, keeper, *fixesEvent);
   std::unique_ptr<X11Pasteboards> pasteboards(new X11Pasteboards());
   const auto pasteboardOf = [&](X11Selection& selection, const char* name, std::size_t index,
                                 std::unique_ptr<Pasteboard>& made) {

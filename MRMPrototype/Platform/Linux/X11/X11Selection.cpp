@@ -17,14 +17,23 @@ bool isEarlier(xcb_timestamp_t one, xcb_timestamp_t other) {
 
 }  // namespace
 
+std::optional<std::uint8_t> firstXFixesEvent(X11Connection& connection) {
+  const auto* fixes = xcb_get_extension_data(connection.get(), &xcb_xfixes_id);
+  if (fixes == nullptr || fixes->present == 0) return std::nullopt;
+  const auto version = x11Reply(connection.get(), xcb_xfixes_query_version_reply,
+                                xcb_xfixes_query_version(connection.get(), 5, 0));
+  return version ? std::optional(fixes->first_event) : std::nullopt;
+}
+
 X11Selection::X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock,
-                           std::string name, Observer observer)
+                           std::string name, Observer observer, ClipboardKeeper* keeper)
     : loop_(loop),
       connection_(loop.connection()),
       sender_(sender),
       clock_(clock),
       name_(std::move(name)),
       observer_(std::move(observer)),
+      keeper_(keeper),
       atom_(connection_.atom(name_)),
       window_(connection_.createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE)),
       time_(loop, window_) {
@@ -68,16 +77,11 @@ std::optional<std::int64_t> X11Selection::replace(SharedSnapshot contents,
   const bool clearing = contents->isEmpty();
   if (!take(time, clearing)) return std::nullopt;
 
-  values_.clear();
-  contents_ = nullptr;
   onlyReader_ = onlyReader;
-  ownedSince_ = time;
-  if (!clearing) {
-    contents_ = std::move(contents);
-    for (const auto& item : contents_->items) {
-      // The first value of a type wins where several items offer it: here is only one.
-      for (const auto& value : item.values) values_.emplace(connection_.atom(value.type), &value);
-    }
+  if (clearing) {
+    serveNothing();
+  } else {
+    serve(std::move(contents), time);
   }
   return ++changeCount_;
 }
@@ -86,6 +90,29 @@ bool X11Selection::serveEverybody(std::int64_t changeCount) {
   const bool stands = contents_ && changeCount_ == changeCount;
   if (stands) onlyReader_.reset();
   return stands;
+}
+
+bool X11Selection::adopt(SharedSnapshot contents, xcb_timestamp_t ownedSince) {
+  if (!take(ownedSince, /*clearing=*/false)) return false;
+  serve(std::move(contents), ownedSince);
+  ++changeCount_;
+  return true;
+}
+
+void X11Selection::serve(SharedSnapshot contents, xcb_timestamp_t since) {
+  ownedSince_ = since;
+  values_.clear();
+  contents_ = std::move(contents);
+  for (const auto& item : contents_->items) {
+    // The first value of a type wins where several items offer it: here is only one.
+    for (const auto& value : item.values) values_.emplace(connection_.atom(value.type), &value);
+  }
+  if (keeper_ != nullptr) keeper_->keep(contents_, since);
+}
+
+void X11Selection::serveNothing() {
+  values_.clear();
+  if (std::exchange(contents_, nullptr) && keeper_ != nullptr) keeper_->forget();
 }
 
 void X11Selection::ownerChanged(const xcb_xfixes_selection_notify_event_t& event) {
@@ -97,8 +124,7 @@ void X11Selection::ownerChanged(const xcb_xfixes_selection_notify_event_t& event
   if (contents_) {
     // Word of a change from before we became the owner comes late and takes nothing from us.
     if (ownerNow() == window_) return;
-    values_.clear();
-    contents_ = nullptr;
+    serveNothing();
   }
   ++changeCount_;
   observer_.changedByAnother(changeCount_);
@@ -213,25 +239,7 @@ void X11Selection::report(const DesktopClient& reader, ClipboardRead::Kind kind,
 }
 
 bool X11Selection::handOver(Duration limit) {
-  if (!contents_ || onlyReader_) return false;
-  const auto manager = connection_.atom("CLIPBOARD_MANAGER");
-  const auto owner = x11Reply(connection_.get(), xcb_get_selection_owner_reply,
-                              xcb_get_selection_owner(connection_.get(), manager));
-  if (!owner || owner->owner == XCB_NONE) return false;
-
-  const auto wanted = connection_.atom("MURMEL_SAVED_TARGETS");
-  const auto atoms = offeredAtoms(true);
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, wanted, XCB_ATOM_ATOM, 32,
-                      static_cast<std::uint32_t>(atoms.size()), atoms.data());
-  handOverAnswer_.reset();
-  xcb_convert_selection(connection_.get(), window_, manager, connection_.atom("SAVE_TARGETS"), wanted,
-                        time_.now());
-  loop_.pumpUntil([this] { return handOverAnswer_.has_value(); }, limit);
-  return handOverAnswer_.value_or(false);
-}
-
-void X11Selection::notified(const xcb_selection_notify_event_t& event) {
-  if (event.requestor == window_) handOverAnswer_ = event.property != XCB_NONE;
+  return contents_ && keeper_ != nullptr && keeper_->handOver(limit);
 }
 
 }  // namespace murmel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/ClipboardPasteboard.h"
+#include "Platform/Linux/X11/ClipboardKeeper.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
@@ -17,6 +18,9 @@
 
 namespace murmel {
 
+/// The number of the XFixes events; nothing when the server does not tell of clipboard changes.
+std::optional<std::uint8_t> firstXFixesEvent(X11Connection& connection);
+
 /// One selection (CLIPBOARD or PRIMARY): who owns it, how often that has changed, and its contents while we
 /// own it, which it serves to those for whom they are meant. On the event loop's thread.
 class X11Selection {
@@ -26,8 +30,9 @@ class X11Selection {
     std::function<void(std::int64_t changeCount)> changedByAnother;
   };
 
+  /// `keeper`, if any, is told what is served, and outlives this.
   X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock, std::string name,
-               Observer observer);
+               Observer observer, ClipboardKeeper* keeper = nullptr);
 
   /// What stands on the selection, after everything that the server has told so far and a round trip to it.
   struct Standing {
@@ -44,16 +49,21 @@ class X11Selection {
                                       std::optional<DesktopClient> onlyReader = std::nullopt);
   bool serveEverybody(std::int64_t changeCount);
 
-  /// Offers our contents to the desktop's clipboard manager. True when it has taken them.
+  /// Takes the selection in the place of a client that owned it since then. False when somebody else has
+  /// become the owner in the meantime.
+  bool adopt(SharedSnapshot contents, xcb_timestamp_t ownedSince);
+
+  /// Lets the keeper serve what is served here, to everybody. True when it does.
   bool handOver(Duration limit);
 
   void requested(const xcb_selection_request_event_t& event);
   void ownerChanged(const xcb_xfixes_selection_notify_event_t& event);
-  void notified(const xcb_selection_notify_event_t& event);
   void propertyChanged(const xcb_property_notify_event_t& event);
 
  private:
   [[nodiscard]] std::optional<xcb_window_t> ownerNow();
+  void serve(SharedSnapshot contents, xcb_timestamp_t since);
+  void serveNothing();
   [[nodiscard]] bool take(xcb_timestamp_t time, bool clearing);
   /// Who asks, and where the answer goes.
   struct Request {
@@ -73,6 +83,7 @@ class X11Selection {
   const Clock& clock_;
   std::string name_;
   Observer observer_;
+  ClipboardKeeper* keeper_;
   xcb_atom_t atom_;
   xcb_window_t window_;
   X11ServerTime time_;
@@ -83,7 +94,6 @@ class X11Selection {
   std::map<xcb_atom_t, const ClipboardSnapshot::Value*> values_;
   xcb_timestamp_t ownedSince_ = 0;
   std::optional<xcb_timestamp_t> clearedAt_;
-  std::optional<bool> handOverAnswer_;
 };
 
 }  // namespace murmel

@@ -1,0 +1,139 @@
+#include "Platform/Linux/X11/ClipboardKeeperProcess.h"
+
+#include "Foundation/Crypto/Wipe.h"
+#include "Foundation/Registration.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <string_view>
+#include <utility>
+
+#include <poll.h>
+#include <pthread.h>
+#include <unistd.h>
+
+namespace murmel {
+
+namespace {
+
+/// A keeper that takes nothing for so long hangs.
+constexpr int patienceMilliseconds = 1'000;
+
+bool isReady(int descriptor, short events) {
+  pollfd wait{descriptor, events, 0};
+  return ::poll(&wait, 1, patienceMilliseconds) == 1;
+}
+
+}  // namespace
+
+ClipboardKeeperProcess::ClipboardKeeperProcess(ProcessLauncher& launcher, Configuration configuration)
+    : launcher_(launcher), configuration_(std::move(configuration)), thread_([this] { run(); }) {}
+
+ClipboardKeeperProcess::~ClipboardKeeperProcess() {
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_all();
+  thread_.join();
+}
+
+void ClipboardKeeperProcess::keep(SharedSnapshot contents, std::uint32_t ownedSince) {
+  const std::lock_guard lock(mutex_);
+  news_ = Kept{std::move(contents), ownedSince};
+  changed_.notify_all();
+}
+
+void ClipboardKeeperProcess::forget() {
+  const std::lock_guard lock(mutex_);
+  // After a hand-over it is the keeper who has taken the clipboard from us.
+  if (handOver_ != HandOver::none) return;
+  news_ = Kept{};
+  changed_.notify_all();
+}
+
+bool ClipboardKeeperProcess::handOver(Duration limit) {
+  std::unique_lock lock(mutex_);
+  handOver_ = HandOver::wanted;
+  changed_.notify_all();
+  changed_.wait_for(lock, limit, [this] { return handOver_ != HandOver::wanted; });
+  return handOver_ == HandOver::done;
+}
+
+void ClipboardKeeperProcess::run() {
+  pthread_setname_np(pthread_self(), "murmel-keeper");
+  // A keeper that has gone shows as an error of the write.
+  sigset_t pipe;
+  ::sigemptyset(&pipe);
+  ::sigaddset(&pipe, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+  std::unique_lock lock(mutex_);
+  while (true) {
+    changed_.wait(lock, [this] { return news_ || handOver_ == HandOver::wanted || ending_; });
+    if (auto news = std::exchange(news_, std::nullopt)) {
+      lock.unlock();
+      tell(*news);
+      lock.lock();
+    } else if (handOver_ == HandOver::wanted) {
+      lock.unlock();
+      const bool taken = take();
+      lock.lock();
+      handOver_ = taken ? HandOver::done : HandOver::failed;
+      changed_.notify_all();
+    } else {
+      break;
+    }
+  }
+  process_.reset();
+}
+
+void ClipboardKeeperProcess::tell(const Kept& kept) {
+  if (!kept.contents) {
+    // Told to keep nothing it ends with its pipe.
+    if (process_ && send({})) process_->closeInput();
+    process_.reset();
+    return;
+  }
+  const ClipboardOrder order{ClipboardOrder::Kind::keep, kept.ownedSince, *kept.contents};
+  if (process_ && send(order)) return;
+  // There is none yet, or it has died.
+  if (!start() || !send(order)) process_.reset();
+}
+
+bool ClipboardKeeperProcess::start() {
+  process_.reset();
+  if (!configuration_.mayExecute(configuration_.executable)) return false;
+  auto started = launcher_.launch({configuration_.executable, {}, configuration_.environment});
+  if (!started) return false;
+  process_ = *std::move(started);
+  // It speaks once it has detached itself and can serve: from then on our end is no end to it.
+  return answers('r');
+}
+
+bool ClipboardKeeperProcess::send(const ClipboardOrder& order) {
+  auto bytes = order.encoded();
+  const Registration wiping([&bytes] { wipe(bytes); });
+  std::string_view rest(bytes);
+  while (!rest.empty()) {
+    if (!isReady(process_->input(), POLLOUT)) return false;
+    // At most what a pipe surely takes: a larger write would block where nobody reads.
+    const auto count = ::write(process_->input(), rest.data(), std::min<std::size_t>(rest.size(), PIPE_BUF));
+    if (count < 0 && errno != EINTR && errno != EAGAIN) return false;
+    if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+bool ClipboardKeeperProcess::take() {
+  return process_ && send({ClipboardOrder::Kind::take, 0, {}}) && answers('y');
+}
+
+bool ClipboardKeeperProcess::answers(char expected) {
+  char answer = 0;
+  return isReady(process_->output(), POLLIN) && ::read(process_->output(), &answer, 1) == 1 &&
+         answer == expected;
+}
+
+}  // namespace murmel
