@@ -53,6 +53,7 @@ class Tray : public ::testing::Test {
       .cancel = [this] { calls.emplace_back("cancel"); },
       .retry = [this] { calls.emplace_back("retry"); },
       .copyLast = [this] { calls.emplace_back("copy"); },
+      .bringBackClipboard = [this] { calls.emplace_back("clipboard"); },
       .openSettings = [this] { calls.emplace_back("settings"); },
       .openHistory = [this] { calls.emplace_back("history"); },
       .openSetup = [this] { calls.emplace_back("setup"); },
