@@ -63,7 +63,8 @@ class Tray : public ::testing::Test {
 };
 
 TEST_F(Tray, offers_what_can_be_done_in_each_state) {
-  const std::string rest = ";Settings…;History…;Setup and Permissions…;About Murmel;Quit Murmel";
+  const std::string rest =
+      ";[Bring Back the Clipboard];Settings…;History…;Setup and Permissions…;About Murmel;Quit Murmel";
   expectMenu("[Ready];Start Dictation;[Discard Dictation];[Try Again];[Copy Last Dictation]" + rest);
   tray.update(Case::listening);
   expectMenu(
@@ -87,7 +88,8 @@ TEST_F(Tray, does_what_is_chosen) {
   click("Start Dictation");
   tray.update(Case::listening);
   expectMenu(
-      "[Listening… release shortcut];Stop Dictation;Discard Dictation;Try Again;Copy Last Dictation;"
+      "[Listening… release shortcut];Stop Dictation;Discard Dictation;Try Again;Copy Last Dictation;[Bring "
+      "Back the Clipboard];"
       "Settings…;History…;Setup and Permissions…;About Murmel;Quit Murmel");
   click("Stop Dictation");
   click("Discard Dictation");

@@ -182,7 +182,7 @@ class TranscribeTest(unittest.TestCase):
     def test_words_that_cannot_be_written_are_a_failure(self):
         with open("/dev/full", "w") as full:
             result = subprocess.run([MURMEL, "transcribe", DATA / "cards/001.wav"], stdout=full, stderr=subprocess.PIPE, text=True)
-        self.assertEqual((result.returncode, result.stderr), (1, "murmel: The text could not be written: No space left on device.\n"))
+        self.assertEqual((result.returncode, result.stderr), (1, "murmel: the text could not be written: No space left on device\n"))
 
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
