@@ -23,10 +23,25 @@ bool hasOurFillers(std::string_view language) {
 /// About fewer words than these a recogniser only guesses.
 constexpr std::size_t wordsToTellBy = 4;
 
+/// Whether one of the words is there that hold English sentences together. A recogniser takes "Le train de
+/// Lyon arrive en retard." for English, with confidence.
+bool hasEnglishGlue(std::string_view text) {
+  constexpr auto glue = std::to_array<std::string_view>(
+      {"the",  "and",  "of",  "to",   "is",    "it",    "it's",   "you",   "that", "this",  "we",     "with",
+       "for",  "i",    "i'm", "i'll", "my",    "are",   "be",     "have",  "has",  "not",   "don't",  "your",
+       "they", "he",   "she", "what", "how",   "can",   "will",   "at",    "was",  "were",  "if",     "there",
+       "do",   "does", "but", "our",  "their", "would", "should", "could", "from", "let's", "please", "by"});
+  return std::ranges::any_of(text::words(text), [&](std::string_view word) {
+    return std::ranges::find(glue, text::lowercased(word)) != glue.end();
+  });
+}
+
 Verdict verdictOf(std::string_view text, const LanguageRecognizer& recognizer) {
-  if (text::words(text).size() < wordsToTellBy) return Verdict::unsure;
-  const auto language = recognizer.dominantLanguage(text);
-  if (!language) return Verdict::unsure;
+  // By the other words: "basically" alone makes English of a French sentence.
+  const auto words = FillerWordRemoval::apply(text);
+  if (text::words(words).size() < wordsToTellBy) return Verdict::unsure;
+  const auto language = recognizer.dominantLanguage(words);
+  if (!language || (*language == "en" && !hasEnglishGlue(words))) return Verdict::unsure;
   return hasOurFillers(*language) ? Verdict::ours : Verdict::other;
 }
 

@@ -1,6 +1,9 @@
 #include "CleanUp/FillerCleanUp.h"
+#include "Foundation/Text/Text.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
+#include "Support/BuildPaths.h"
 
+#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,25 +14,23 @@ using namespace murmel;
 
 TEST(FillerLanguages, SentencesInOtherLanguagesKeepTheirWords) {
   const CLD2LanguageRecognizer recognizer;
-  // With words that are, or look like, fillers of English or Russian.
-  for (const std::string text : {
-           "Wir treffen uns um drei Uhr vor dem Bahnhof.",
-           "Es geht um die Frage, ob wir morgen fahren oder nicht.",
-           "Um ehrlich zu sein, habe ich das Buch noch nicht gelesen.",
-           "Eu comprei um carro novo na semana passada.",
-           "Ela tem um irmão e uma irmã que moram em Lisboa.",
-           "Um dia vamos viajar para a praia com as crianças.",
-           "Ну що, ходімо сьогодні до театру разом із друзями?",
-           "Ну и какво значи това, че днес няма да работим до късно?",
-           "Het gaat um eerlijk gezegd niet goed met de buurman.",
-           "Ну, я сёння не магу прыйсці, бо ў мяне шмат працы.",
-           "Типа шеме је непозната, али ћемо је сутра проверити.",
-           "Uh, ce film a été vraiment très long et assez ennuyeux.",
-           "Basically è una parola inglese che sento spesso in ufficio.",
-           "Kind of is een uitdrukking die wij hier nooit gebruiken.",
-       }) {
-    EXPECT_EQ(FillerCleanUp::apply(text, std::nullopt, recognizer), text);
+  const std::vector<std::string> latin{"um", "uh", "basically", "kind of"};
+  const std::vector<std::string> cyrillic{"ну", "значит", "типа", "короче"};
+  std::ifstream sentences(sourceFolder() + "/Tests/Unit/CleanUp/sentences.txt");
+  std::size_t count = 0;
+  for (std::string language, sentence;
+       sentences >> language && std::getline(sentences >> std::ws, sentence);) {
+    const bool isCyrillic = std::string("uk be bg sr").find(language) != std::string::npos;
+    const auto& filler = (isCyrillic ? cyrillic : latin)[count % latin.size()];
+    const auto word = sentence.find(' ');
+    for (const auto& text : {sentence.substr(0, word) + " " + filler + sentence.substr(word),
+                             text::uppercased(filler.substr(0, isCyrillic ? 2 : 1)) +
+                                 filler.substr(isCyrillic ? 2 : 1) + ", " + sentence}) {
+      EXPECT_EQ(FillerCleanUp::apply(text, std::nullopt, recognizer), text) << language;
+      ++count;
+    }
   }
+  EXPECT_EQ(count, 520U) << "twenty in each of twenty-six languages";
 }
 
 TEST(FillerLanguages, EnglishAndRussianLoseTheirFillers) {
