@@ -1452,6 +1452,18 @@
         <source>vocabulary words names spelling</source>
         <translation>wörterbuch wörter namen schreibweise</translation>
     </message>
+    <message>
+        <source>Spoken commands</source>
+        <translation>Gesprochene Befehle</translation>
+    </message>
+    <message>
+        <source>“Comma”, “period”, “new line”, “open quote” and the like write what they name; say “literal comma” for the word. In English, German, French, Spanish and Russian.</source>
+        <translation>„Komma“, „Punkt“, „neue Zeile“, „Anführungszeichen auf“ und ähnliche schreiben, was sie nennen; für das Wort selbst sagt man „wörtlich Komma“. Auf Deutsch, Englisch, Französisch, Spanisch und Russisch.</translation>
+    </message>
+    <message>
+        <source>punctuation voice dictation commands</source>
+        <translation>Satzzeichen Sprache Diktat Befehle</translation>
+    </message>
 </context>
 <context>
     <name>Titles</name>

@@ -1459,6 +1459,18 @@
         <source>vocabulary words names spelling</source>
         <translation>словарь слова имена написание</translation>
     </message>
+    <message>
+        <source>Spoken commands</source>
+        <translation>Голосовые команды</translation>
+    </message>
+    <message>
+        <source>“Comma”, “period”, “new line”, “open quote” and the like write what they name; say “literal comma” for the word. In English, German, French, Spanish and Russian.</source>
+        <translation>«Запятая», «точка», «новая строка», «открыть кавычки» и подобные пишут то, что называют; чтобы получить само слово, скажите «буквально запятая». По-русски, по-английски, по-немецки, по-французски и по-испански.</translation>
+    </message>
+    <message>
+        <source>punctuation voice dictation commands</source>
+        <translation>пунктуация знаки голос диктовка команды</translation>
+    </message>
 </context>
 <context>
     <name>Titles</name>

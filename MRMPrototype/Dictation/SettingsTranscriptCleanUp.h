@@ -7,7 +7,7 @@
 
 namespace murmel {
 
-/// Fillers first, then the vocabulary, as the settings ask for.
+/// Fillers first, then the spoken commands, then the vocabulary, as the settings ask for.
 class SettingsTranscriptCleanUp final : public TranscriptCleanUp {
  public:
   /// Both must outlive this.

@@ -25,6 +25,8 @@ class DictationSettings {
   [[nodiscard]] virtual bool processWhileRecording() const = 0;
   [[nodiscard]] virtual bool insertWhileRecording() const = 0;
   [[nodiscard]] virtual bool removeFillerWords() const = 0;
+  /// Names of marks and line breaks stand for them.
+  [[nodiscard]] virtual bool spokenCommands() const { return false; }
   [[nodiscard]] virtual bool smartFormatting() const = 0;
   [[nodiscard]] virtual SmartRefinementRoutingMode smartRefinementRouting() const = 0;
   [[nodiscard]] virtual SmartLocalModel smartLocalModel() const = 0;

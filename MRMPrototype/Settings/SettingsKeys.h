@@ -20,6 +20,7 @@ inline constexpr std::string_view smartFormatting = "settings.smartFormatting";
 inline constexpr std::string_view processWhileRecording = "settings.processWhileRecording";
 inline constexpr std::string_view insertWhileRecording = "settings.insertWhileRecording";
 inline constexpr std::string_view removeFillerWords = "settings.removeFillerWords";
+inline constexpr std::string_view spokenCommands = "settings.spokenCommands";
 inline constexpr std::string_view restorePreviousClipboard = "settings.restorePreviousClipboard";
 inline constexpr std::string_view historyEnabled = "settings.historyEnabled";
 inline constexpr std::string_view historyRetention = "settings.historyRetention";

@@ -101,6 +101,7 @@ void SettingsRepository::read() {
   publish(P::historyRetention, historyRetention_,
           storedCase(defaults_, settingsKey::historyRetention, HistoryRetention::forever));
   boolean(P::removeFillerWords, removeFillerWords_, settingsKey::removeFillerWords, false);
+  boolean(P::spokenCommands, spokenCommands_, settingsKey::spokenCommands, false);
   boolean(P::processWhileRecording, processWhileRecording_, settingsKey::processWhileRecording, true);
   boolean(P::insertWhileRecording, insertWhileRecording_, settingsKey::insertWhileRecording, false);
   boolean(P::restorePreviousClipboard, restorePreviousClipboard_, settingsKey::restorePreviousClipboard,
@@ -230,6 +231,10 @@ void SettingsRepository::setInsertWhileRecording(bool on) {
 
 void SettingsRepository::setRemoveFillerWords(bool on) {
   assignBoolean(SettingsProperty::removeFillerWords, removeFillerWords_, on, settingsKey::removeFillerWords);
+}
+
+void SettingsRepository::setSpokenCommands(bool on) {
+  assignBoolean(SettingsProperty::spokenCommands, spokenCommands_, on, settingsKey::spokenCommands);
 }
 
 void SettingsRepository::setRestorePreviousClipboard(bool on) {

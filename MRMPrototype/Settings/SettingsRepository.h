@@ -32,6 +32,7 @@ enum class SettingsProperty {
   processWhileRecording,
   insertWhileRecording,
   removeFillerWords,
+  spokenCommands,
   restorePreviousClipboard,
   historyEnabled,
   historyRetention,
@@ -87,6 +88,7 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool processWhileRecording() const override { return processWhileRecording_; }
   [[nodiscard]] bool insertWhileRecording() const override { return insertWhileRecording_; }
   [[nodiscard]] bool removeFillerWords() const override { return removeFillerWords_; }
+  [[nodiscard]] bool spokenCommands() const override { return spokenCommands_; }
   [[nodiscard]] bool restorePreviousClipboard() const { return restorePreviousClipboard_; }
   [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
   [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
@@ -117,6 +119,7 @@ class SettingsRepository : public DictationSettings {
   void setProcessWhileRecording(bool on);
   void setInsertWhileRecording(bool on);
   void setRemoveFillerWords(bool on);
+  void setSpokenCommands(bool on);
   void setRestorePreviousClipboard(bool on);
   void setHistoryEnabled(bool on);
   void setHistoryRetention(HistoryRetention retention);
@@ -179,6 +182,7 @@ class SettingsRepository : public DictationSettings {
   bool historyEnabled_ = false;
   HistoryRetention historyRetention_{};
   bool removeFillerWords_ = false;
+  bool spokenCommands_ = false;
   double forgottenRecordingMinutes_ = 10;
   bool cancelsWithEscape_ = true;
   bool keepFailedRecordings_ = true;

@@ -43,6 +43,7 @@ std::vector<SettingRow> makeTable() {
       {processWhileRecording, Kind::boolean, "true", "recognize while you still speak"},
       {insertWhileRecording, Kind::boolean, "false", "insert phrases while you still speak"},
       {removeFillerWords, Kind::boolean, "false", "remove filler words"},
+      {spokenCommands, Kind::boolean, "false", "“comma”, “new line” and the like are commands"},
       {restorePreviousClipboard, Kind::boolean, "true", "put the previous clipboard back after the paste"},
       {smartFormatting, Kind::boolean, "false", "punctuation and capitals by a local language model"},
       {smartLocalModel, Kind::choice, "gemma4E2", "that language model", names<SmartLocalModel>()},

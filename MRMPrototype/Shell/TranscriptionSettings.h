@@ -19,6 +19,7 @@ class TranscriptionSettings final : public DictationSettings {
   /// There is nothing to insert into.
   [[nodiscard]] bool insertWhileRecording() const override { return false; }
   [[nodiscard]] bool removeFillerWords() const override { return user_.removeFillerWords(); }
+  [[nodiscard]] bool spokenCommands() const override { return user_.spokenCommands(); }
   [[nodiscard]] bool smartFormatting() const override { return options_.refine || user_.smartFormatting(); }
   [[nodiscard]] SmartRefinementRoutingMode smartRefinementRouting() const override {
     return user_.smartRefinementRouting();

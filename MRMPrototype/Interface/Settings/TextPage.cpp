@@ -26,6 +26,15 @@ void TextPage::addCleanUp() {
        .set = [this](bool on) { settings().setRemoveFillerWords(on); },
        .standard = false})
       ->setKeywords(tr("um uh you know"));
+  addSwitch(card,
+            {tr("Spoken commands"),
+             tr("“Comma”, “period”, “new line”, “open quote” and the like write what they name; say “literal "
+                "comma” for the word. In English, German, French, Spanish and Russian.")},
+            {.property = SettingsProperty::spokenCommands,
+             .get = [this] { return settings().spokenCommands(); },
+             .set = [this](bool on) { settings().setSpokenCommands(on); },
+             .standard = false})
+      ->setKeywords(tr("punctuation voice dictation commands"));
 }
 
 void TextPage::addFormatting() {
