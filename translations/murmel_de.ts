@@ -1048,6 +1048,10 @@
         <source>Your clipboard could not be kept.</source>
         <translation>Ihre Zwischenablage ließ sich nicht bewahren.</translation>
     </message>
+    <message>
+        <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
+        <translation>Dieser Desktop zeigt keine Symbole in der Leiste. Starten Sie Murmel noch einmal, um seine Fenster zu öffnen, oder verwenden Sie Befehle wie „murmel settings“.</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1180,6 +1184,13 @@
     <message>
         <source>Comes with Murmel</source>
         <translation>Kommt mit Murmel</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -1622,6 +1633,112 @@
     <message>
         <source>Automatic</source>
         <translation>Automatisch</translation>
+    </message>
+</context>
+<context>
+    <name>TrayMenu</name>
+    <message>
+        <source>Start Dictation</source>
+        <translation>Diktat beginnen</translation>
+    </message>
+    <message>
+        <source>Discard Dictation</source>
+        <translation>Diktat verwerfen</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>Copy Last Dictation</source>
+        <translation>Letztes Diktat kopieren</translation>
+    </message>
+    <message>
+        <source>Paste Last Dictation Again</source>
+        <translation>Letztes Diktat noch einmal einfügen</translation>
+    </message>
+    <message>
+        <source>Bring Back the Clipboard</source>
+        <translation>Zwischenablage zurückholen</translation>
+    </message>
+    <message>
+        <source>Copy from History</source>
+        <translation>Aus dem Verlauf kopieren</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird gesucht …</translation>
+    </message>
+    <message>
+        <source>Pause Murmel</source>
+        <translation>Murmel anhalten</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>History…</source>
+        <translation>Verlauf …</translation>
+    </message>
+    <message>
+        <source>Setup and Permissions…</source>
+        <translation>Einrichtung und Berechtigungen …</translation>
+    </message>
+    <message>
+        <source>Credits…</source>
+        <translation>Mitwirkende …</translation>
+    </message>
+    <message>
+        <source>About Murmel</source>
+        <translation>Über Murmel</translation>
+    </message>
+    <message>
+        <source>Quit Murmel</source>
+        <translation>Murmel beenden</translation>
+    </message>
+    <message>
+        <source>Paused: the shortcut is not heard</source>
+        <translation>Angehalten: Das Tastenkürzel wird nicht gehört</translation>
+    </message>
+    <message>
+        <source>Stop Dictation</source>
+        <translation>Diktat beenden</translation>
+    </message>
+    <message>
+        <source>Shortcut: %1</source>
+        <translation>Tastenkürzel: %1</translation>
+    </message>
+    <message>
+        <source>Language: %1</source>
+        <translation>Sprache: %1</translation>
+    </message>
+    <message>
+        <source>Speech Model: %1</source>
+        <translation>Sprachmodell: %1</translation>
+    </message>
+    <message>
+        <source>Nothing yet</source>
+        <translation>Noch nichts</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Es gibt kein Mikrofon.</translation>
+    </message>
+</context>
+<context>
+    <name>TrayTexts</name>
+    <message>
+        <source>%1 · downloading, %2 %</source>
+        <translation>%1 · wird geladen, %2 %</translation>
+    </message>
+    <message>
+        <source>none yet</source>
+        <translation>noch keines</translation>
     </message>
 </context>
 <context>

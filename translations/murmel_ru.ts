@@ -1052,6 +1052,10 @@
         <source>Your clipboard could not be kept.</source>
         <translation>Не удалось сохранить ваш буфер обмена.</translation>
     </message>
+    <message>
+        <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
+        <translation>В этой среде нет значков в трее. Запустите Murmel ещё раз, чтобы открыть его окна, или используйте команды вроде «murmel settings».</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1186,6 +1190,13 @@
     <message>
         <source>Comes with Murmel</source>
         <translation>Входит в состав Murmel</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
     </message>
 </context>
 <context>
@@ -1629,6 +1640,112 @@
     <message>
         <source>Automatic</source>
         <translation>Автоматически</translation>
+    </message>
+</context>
+<context>
+    <name>TrayMenu</name>
+    <message>
+        <source>Start Dictation</source>
+        <translation>Начать диктовку</translation>
+    </message>
+    <message>
+        <source>Discard Dictation</source>
+        <translation>Отменить диктовку</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Попробовать ещё раз</translation>
+    </message>
+    <message>
+        <source>Copy Last Dictation</source>
+        <translation>Копировать последнюю диктовку</translation>
+    </message>
+    <message>
+        <source>Paste Last Dictation Again</source>
+        <translation>Вставить последнюю диктовку ещё раз</translation>
+    </message>
+    <message>
+        <source>Bring Back the Clipboard</source>
+        <translation>Вернуть буфер обмена</translation>
+    </message>
+    <message>
+        <source>Copy from History</source>
+        <translation>Копировать из истории</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Микрофон</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Поиск…</translation>
+    </message>
+    <message>
+        <source>Pause Murmel</source>
+        <translation>Приостановить Murmel</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Настройки…</translation>
+    </message>
+    <message>
+        <source>History…</source>
+        <translation>История…</translation>
+    </message>
+    <message>
+        <source>Setup and Permissions…</source>
+        <translation>Установка и разрешения…</translation>
+    </message>
+    <message>
+        <source>Credits…</source>
+        <translation>Благодарности…</translation>
+    </message>
+    <message>
+        <source>About Murmel</source>
+        <translation>О программе Murmel</translation>
+    </message>
+    <message>
+        <source>Quit Murmel</source>
+        <translation>Завершить Murmel</translation>
+    </message>
+    <message>
+        <source>Paused: the shortcut is not heard</source>
+        <translation>Приостановлено: сочетание клавиш не слушается</translation>
+    </message>
+    <message>
+        <source>Stop Dictation</source>
+        <translation>Остановить диктовку</translation>
+    </message>
+    <message>
+        <source>Shortcut: %1</source>
+        <translation>Сочетание клавиш: %1</translation>
+    </message>
+    <message>
+        <source>Language: %1</source>
+        <translation>Язык: %1</translation>
+    </message>
+    <message>
+        <source>Speech Model: %1</source>
+        <translation>Модель речи: %1</translation>
+    </message>
+    <message>
+        <source>Nothing yet</source>
+        <translation>Пока ничего</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Микрофона нет.</translation>
+    </message>
+</context>
+<context>
+    <name>TrayTexts</name>
+    <message>
+        <source>%1 · downloading, %2 %</source>
+        <translation>%1 · загрузка, %2 %</translation>
+    </message>
+    <message>
+        <source>none yet</source>
+        <translation>пока нет</translation>
     </message>
 </context>
 <context>

@@ -106,6 +106,8 @@ class DictationCoordinator {
   [[nodiscard]] const DictationState& state() const { return status_.state(); }
   [[nodiscard]] Signal<const DictationState&>& onStateChange() { return status_.onChange(); }
   [[nodiscard]] bool hasLastTranscript() const { return hasLastTranscript_; }
+  /// Nothing when there is none any more.
+  [[nodiscard]] const std::optional<SpokenText>& lastTranscript() const { return lastTranscript_.text(); }
   [[nodiscard]] Signal<bool>& onLastTranscriptChange() { return onLastTranscriptChange_; }
 
   /// The words of the running dictation, piece by piece as they are recognised. For the windows of this

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QWindow>
+#include <ranges>
 #include <utility>
 
 namespace murmel {
@@ -67,43 +68,32 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       engineForLanguage_(storage_.settings, *models_.speech),
       pill_([this] { perform(IntelCommand::toggleDictation); }),
       status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
-      tray_({
-          .toggle = [this] { perform(IntelCommand::toggleDictation); },
-          .cancel = [this] { perform(IntelCommand::cancelDictation); },
-          .retry = [this] { perform(IntelCommand::retryDictation); },
-          .copyLast = [this] { perform(IntelCommand::copyLastTranscript); },
-          .bringBackClipboard = [this] { delivery_.insertion.bringBackClipboard(); },
-          .openSettings = [this] { perform(IntelCommand::openSettings); },
-          .openHistory = [this] { perform(IntelCommand::openHistory); },
-          .openSetup = [this] { perform(IntelCommand::openSetup); },
-          .openAbout = [this] { perform(IntelCommand::openAbout); },
-          .quit = [this] { perform(IntelCommand::quit); },
-      }),
       coordinator_(dictationServices()),
       startReplies_(process.executor, coordinator_.onStateChange()),
       permissions_(desktop, [this] { return storage_.settings.shortcut(); }),
       relauncher_(installation.folders.executable, [this] { perform(IntelCommand::quit); }),
       pasteRelaunch_(alerts_, relauncher_, installation.build.displayName),
+      gate_([this] { return storage_.settings.shortcut(); }, storage_.settings.shortcutDidChange()),
       shortcut_(process, desktop.shortcuts, localKeys_,
-                {storage_.settings.shortcutDidChange(), permissions_.inputMonitoringDidChange(),
-                 applicationDidBecomeActive_},
+                {gate_.didChange(), permissions_.inputMonitoringDidChange(), applicationDidBecomeActive_},
                 sleep_.didWake(),
                 {
                     .press = [this] { coordinator_.shortcutPressed(); },
                     .release = [this] { coordinator_.shortcutReleased(); },
                     .toggle = [this] { perform(IntelCommand::toggleDictation); },
                 },
-                [this] { return storage_.settings.shortcut(); }),
+                [this] { return gate_.current(); }),
       checkQueue_(process.executor, "murmel-checks"),
       checks_(process.executor, desktopChecks(checkedServices(session))),
       setup_(setupActions()),
       windows_(windowParts()),
+      microphones_(process.executor, {installation.build.displayName, std::nullopt}),
+      tray_(process.executor, storage_.defaults, installation.build.displayName, menuServices()),
       delegate_(process.executor, *this, selfTest) {
   connectStorage();
   connectInterface();
   connectPermissions();
   connectCommands();
-  tray_.show();
   tellAboutSettings();
 }
 
@@ -208,6 +198,63 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
   };
 }
 
+MenuServices MRMPrototypeApp::menuServices() {
+  const auto command = [this](IntelCommand asked) { return [this, asked] { perform(asked); }; };
+  const auto page = [this](SettingsWindow::Page asked) {
+    return [this, asked] { windows_.openSettings(asked); };
+  };
+  return {
+      .status = [this] { return menuStatus(); },
+      .recent =
+          [this] {
+            constexpr std::size_t most = 5;
+            std::vector<SpokenText> words;
+            for (const auto& entry : storage_.history.entries() | std::views::take(most))
+              words.push_back(entry.text);
+            return words;
+          },
+      .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
+      .microphones = &microphones_,
+      .toggle = command(IntelCommand::toggleDictation),
+      .cancel = command(IntelCommand::cancelDictation),
+      .retry = command(IntelCommand::retryDictation),
+      .copyLast = command(IntelCommand::copyLastTranscript),
+      .pasteLast = command(IntelCommand::pasteLastTranscript),
+      .bringBackClipboard = [this] { delivery_.insertion.bringBackClipboard(); },
+      .pause =
+          [this](bool paused) {
+            gate_.setPaused(paused);
+            tray_.refresh();
+          },
+      .openSettings = command(IntelCommand::openSettings),
+      .openShortcut = page(SettingsWindow::Page::shortcut),
+      .openLanguages = page(SettingsWindow::Page::languages),
+      .openModels = page(SettingsWindow::Page::models),
+      .openHistory = command(IntelCommand::openHistory),
+      .openSetup = command(IntelCommand::openSetup),
+      .openCredits = command(IntelCommand::openCredits),
+      .openAbout = command(IntelCommand::openAbout),
+      .quit = command(IntelCommand::quit),
+  };
+}
+
+MenuStatus MRMPrototypeApp::menuStatus() {
+  const auto& settings = storage_.settings;
+  const auto shortcut = settings.shortcut();
+  const bool hasShortcut = shortcut.kind != ShortcutConfiguration::Kind::disabled;
+  return {
+      .state = coordinator_.state(),
+      .shortcut = hasShortcut ? shortcutTitle(shortcut) : QString(),
+      .language = inPlatformWords(settings.languageProfileSummary()),
+      .model = modelLine(windows_.shelf().rows()),
+      .isPaused = gate_.isPaused(),
+      .hasLastTranscript = coordinator_.hasLastTranscript(),
+      .canRetry = coordinator_.canRetry(),
+      .canBringBackClipboard = canBringBackClipboard_,
+      .keepsHistory = settings.historyEnabled(),
+  };
+}
+
 Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
   if (coordinator_.state().isBusy()) co_return;
   // Until the window that asked for it has gone and another application is in front.
@@ -235,17 +282,19 @@ void MRMPrototypeApp::connectInterface() {
     windows_.openRequiredModel(
         inPlatformWords("Download the required Parakeet speech model to use dictation"));
   });
-  observers_.push_back(
-      coordinator_.onStateChange().subscribe([this](const DictationState& state) { tray_.update(state); }));
-  observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(
-      [this](bool available) { tray_.setHasLastTranscript(available); }));
-  observers_.push_back(delivery_.insertion.onWayBackChange(
-      [this](bool available) { tray_.setCanBringBackClipboard(available); }));
-  observers_.push_back(coordinator_.onRetryChange().subscribe([this](bool can) { tray_.setCanRetry(can); }));
+  const auto refresh = [this](auto&&...) { tray_.refresh(); };
+  observers_.push_back(coordinator_.onStateChange().subscribe(refresh));
+  observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(refresh));
+  observers_.push_back(delivery_.insertion.onWayBackChange([this](bool available) {
+    canBringBackClipboard_ = available;
+    tray_.refresh();
+  }));
+  observers_.push_back(coordinator_.onRetryChange().subscribe(refresh));
+  observers_.push_back(storage_.settings.didChange().subscribe(refresh));
+  observers_.push_back(windows_.shelf().changed().subscribe(refresh));
   observers_.push_back(
       coordinator_.onNotice().subscribe([this](const std::string& notice) { tell(notice); }));
   observers_.push_back(desktop_.session.onEnd([this] { sessionEnds(); }));
-  tray_.update(coordinator_.state());
 
   pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
   observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
@@ -296,6 +345,13 @@ void MRMPrototypeApp::connectCommands() {
   on(IntelCommand::copyLastTranscript, [this]() -> CommandOutcome {
     if (!coordinator_.hasLastTranscript()) return std::unexpected("There is no dictation to copy.");
     coordinator_.copyLastTranscript();
+    return {};
+  });
+  on(IntelCommand::pasteLastTranscript, [this]() -> CommandOutcome {
+    const auto& words = coordinator_.lastTranscript();
+    if (!words) return std::unexpected("There is no dictation to paste.");
+    if (coordinator_.state().isBusy()) return std::unexpected(stillTranscribing);
+    tasks_.start(pasteAgain(*words));
     return {};
   });
   on(IntelCommand::revealApplication, [this]() -> CommandOutcome {
@@ -380,10 +436,6 @@ void MRMPrototypeApp::tellAboutSettings() {
   for (const auto& message : storage_.defaults.messages()) tell(message);
   observers_.push_back(storage_.defaults.messageAdded().subscribe(tellUser));
   if (const auto& notice = storage_.settings.modelMigrationNotice()) tell(*notice);
-}
-
-void MRMPrototypeApp::tell(const std::string& sentence) {
-  tray_.notify(QString::fromStdString(installation_.build.displayName), inPlatformWords(sentence));
 }
 
 void MRMPrototypeApp::applyDockIconPreference() {

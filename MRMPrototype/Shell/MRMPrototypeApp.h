@@ -8,8 +8,8 @@
 #include "Interface/QtAlertPresenter.h"
 #include "Interface/RecordingPill.h"
 #include "Interface/SetupWindow.h"
-#include "Interface/TrayMenu.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
+#include "Platform/Linux/PulseAudio/PulseAudioMicrophones.h"
 #include "Platform/Qt/LogindSleepMonitor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Platform/Qt/TaskBarPresence.h"
@@ -31,6 +31,8 @@
 #include "Shell/StartReplies.h"
 #include "Shell/StatusPublisher.h"
 #include "Shell/StorageServices.h"
+#include "Shell/TrayWiring.h"
+#include "Shortcut/ShortcutGate.h"
 
 #include <expected>
 #include <string>
@@ -66,6 +68,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] CheckedServices checkedServices(const SessionFacts& session);
   [[nodiscard]] SetupActions setupActions();
   [[nodiscard]] MainWindows::Parts windowParts();
+  [[nodiscard]] MenuServices menuServices();
+  [[nodiscard]] MenuStatus menuStatus();
   /// Pastes words that were dictated before, once another application is in front.
   Task<void> pasteAgain(SpokenText words);
   void connectStorage();
@@ -74,7 +78,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void connectCommands();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
-  void tell(const std::string& sentence);
+  void tell(const std::string& sentence) { tray_.tell(sentence); }
   [[nodiscard]] bool isTranscribing() const;
   void act(ApplicationLifecycle::Action action);
   Task<void> drain();
@@ -107,7 +111,6 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   IntelCommandTarget commands_;
   RecordingPill pill_;
   StatusPublisher status_;
-  TrayMenu tray_;
   DictationCoordinator coordinator_;
   StartReplies startReplies_;
 
@@ -118,11 +121,15 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   AutomaticPasteRelaunch pasteRelaunch_;
   QtLocalKeyMonitor localKeys_;
   LogindSleepMonitor sleep_;
+  ShortcutGate gate_;
   ShortcutWiring shortcut_;
   SerialQueue checkQueue_;
   CheckRunner checks_;
   SetupWindow setup_;
   MainWindows windows_;
+  bool canBringBackClipboard_ = false;
+  PulseAudioMicrophones microphones_;
+  TrayWiring tray_;
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;

@@ -141,6 +141,9 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "This computer's processor cannot run it.")),
     same(QT_TRANSLATE_NOOP("Messages", "The microphone that the desktop has chosen.")),
 
+    // What Murmel says by itself.
+    same(QT_TRANSLATE_NOOP("Messages", "This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.")),
+
     // The build and its start.
     same(QT_TRANSLATE_NOOP("Messages", "Full edition")),
     same(QT_TRANSLATE_NOOP("Messages", "Lite edition")),

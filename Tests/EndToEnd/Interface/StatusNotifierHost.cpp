@@ -1,6 +1,7 @@
 // The tray of a desktop, without a picture: takes one status notifier item, and works its menu on request.
 // Writes "ready", then "item" when one has come. Reads "menu", and answers with a line "menu ENTRY;ENTRY;…",
-// where an entry that is disabled stands in brackets; "click ENTRY"; "activate".
+// where an entry that is disabled stands in brackets; "click ENTRY"; "opened ENTRY" and "closed ENTRY" for a
+// menu inside it; "activate".
 
 #include <QCoreApplication>
 #include <QDBusAbstractAdaptor>
@@ -33,13 +34,16 @@ void read(const QDBusArgument& argument, std::vector<Entry>& entries) {
   argument >> entry.id >> properties;
   entry.label = properties.value("label").toString();
   entry.isEnabled = properties.value("enabled", true).toBool();
-  if (!entry.label.isEmpty()) entries.push_back(entry);
+  const bool isVisible = properties.value("visible", true).toBool();
+  std::vector<Entry> below;
+  if (isVisible && !entry.label.isEmpty()) entries.push_back(entry);
   argument.beginArray();
   while (!argument.atEnd()) {
     QDBusVariant child;
     argument >> child;
-    read(child.variant().value<QDBusArgument>(), entries);
+    read(child.variant().value<QDBusArgument>(), below);
   }
+  if (isVisible) entries.insert(entries.end(), below.begin(), below.end());
   argument.endArray();
   argument.endStructure();
 }
@@ -59,11 +63,13 @@ class Tray {
     if (message.arguments().size() > 1) read(message.arguments().at(1).value<QDBusArgument>(), found);
     return found;
   }
-  void click(const QString& label) const {
+  void click(const QString& label, const char* event = "clicked") const {
     for (const auto& entry : entries()) {
       if (entry.label != label) continue;
+      if (event == std::string("opened"))
+        send(menuPath_, "com.canonical.dbusmenu", "AboutToShow", {entry.id});
       send(menuPath_, "com.canonical.dbusmenu", "Event",
-           {entry.id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0U});
+           {entry.id, event, QVariant::fromValue(QDBusVariant(0)), 0U});
     }
   }
   void activate() const { send("/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate", {0, 0}); }
@@ -112,6 +118,10 @@ class Watcher final : public QDBusAbstractAdaptor {
 void obey(const std::string& line, const Tray& tray) {
   const std::string click = "click ";
   if (line.starts_with(click)) tray.click(QString::fromStdString(line.substr(click.size())));
+  for (const char* event : {"opened", "closed"}) {
+    const auto word = event + std::string(" ");
+    if (line.starts_with(word)) tray.click(QString::fromStdString(line.substr(word.size())), event);
+  }
   if (line == "activate") tray.activate();
   if (line == "menu") {
     QStringList entries;

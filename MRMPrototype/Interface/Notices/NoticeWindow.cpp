@@ -1,0 +1,45 @@
+#include "Interface/Notices/NoticeWindow.h"
+
+#include "Interface/Common/Form.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+#include <memory>
+
+namespace murmel {
+
+namespace {
+
+constexpr QSize wantedSize(440, 140);
+constexpr int mostMessages = 6;
+
+}  // namespace
+
+NoticeWindow::NoticeWindow(const QString& title) : Window(title, wantedSize), messages_(new QVBoxLayout) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_DeleteOnClose);
+  messages_->setSpacing(grid::medium);
+  auto* done = button(tr("Close"), [this] { close(); });
+  done->setDefault(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(grid::large, grid::large, grid::large, grid::large);
+  layout->setSpacing(grid::large);
+  layout->addLayout(messages_);
+  layout->addStretch(1);
+  layout->addWidget(buttonRow({done}));
+}
+
+void NoticeWindow::add(const QString& text) {
+  if (messages_->count() >= mostMessages) {
+    const std::unique_ptr<QLayoutItem> oldest(messages_->takeAt(0));
+    delete oldest->widget();
+  }
+  auto* bar = new NoticeBar(Severity::information);
+  bar->setText(text);
+  messages_->addWidget(bar);
+  resize(wantedSize.width(),
+         std::max(wantedSize.height(), layout()->totalHeightForWidth(wantedSize.width())));
+  show();
+}
+
+}  // namespace murmel

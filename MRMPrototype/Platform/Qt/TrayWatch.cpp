@@ -1,0 +1,173 @@
+#include "Platform/Qt/TrayWatch.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QObject>
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+#include <xcb/xcb.h>
+
+namespace murmel {
+
+namespace {
+
+const auto service = QStringLiteral("org.kde.StatusNotifierWatcher");
+const auto path = QStringLiteral("/StatusNotifierWatcher");
+
+template <class T>
+using Reply = std::unique_ptr<T, decltype(&std::free)>;
+
+/// The tray of X, asked over Qt's own connection.
+class EmbeddingTray {
+ public:
+  EmbeddingTray() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 != nullptr) connection_ = x11->connection();
+    if (connection_ == nullptr) return;
+    selection_ = atom("_NET_SYSTEM_TRAY_S0");
+    manager_ = atom("MANAGER");
+    colours_ = atom("_NET_SYSTEM_TRAY_COLORS");
+  }
+
+  [[nodiscard]] xcb_window_t owner() const {
+    if (connection_ == nullptr) return XCB_WINDOW_NONE;
+    const auto asking = xcb_get_selection_owner(connection_, selection_);
+    const Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection_, asking, nullptr), &std::free);
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+  }
+  /// A tray tells all clients of the root that it is there.
+  [[nodiscard]] bool isAnnouncement(const void* message) const {
+    if (connection_ == nullptr) return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) return false;
+    const auto* told = reinterpret_cast<const xcb_client_message_event_t*>(event);
+    return told->type == manager_ && told->data.data32[1] == selection_;
+  }
+  /// Trays say in which colour signs are drawn: light ones mean a dark panel.
+  [[nodiscard]] std::optional<bool> isDark() const {
+    constexpr std::uint32_t colourCount = 12;  // red, green and blue of four
+    const auto window = owner();
+    if (window == XCB_WINDOW_NONE) return std::nullopt;
+    const auto asking = xcb_get_property(connection_, 0, window, colours_, XCB_ATOM_CARDINAL, 0, colourCount);
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, asking, nullptr),
+                                                &std::free);
+    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 12) return std::nullopt;
+    const auto* parts = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    constexpr std::uint32_t middle = 0x8000;
+    return *std::max_element(parts, parts + 3) > middle;
+  }
+
+ private:
+  [[nodiscard]] xcb_atom_t atom(std::string_view name) const {
+    const auto asking = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, asking, nullptr),
+                                               &std::free);
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  }
+
+  xcb_connection_t* connection_ = nullptr;
+  xcb_atom_t selection_ = XCB_ATOM_NONE;
+  xcb_atom_t manager_ = XCB_ATOM_NONE;
+  xcb_atom_t colours_ = XCB_ATOM_NONE;
+};
+
+}  // namespace
+
+class TrayWatch::Watcher final : public QObject, public QAbstractNativeEventFilter {
+  Q_OBJECT
+
+ public:
+  explicit Watcher(const Signal<>& changed) : changed_(changed) {
+    qGuiApp->installNativeEventFilter(this);
+    isEmbeddingThere_ = embedding_.owner() != XCB_WINDOW_NONE;
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    const auto* watcher =
+        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) {
+              if (owner.isEmpty())
+                take(false);
+              else
+                ask();
+            });
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+      bus.connect(service, path, service, QString::fromLatin1(signal), this, SLOT(ask()));
+    ask();
+  }
+  ~Watcher() override {
+    if (qGuiApp != nullptr) qGuiApp->removeNativeEventFilter(this);
+  }
+  Watcher(const Watcher&) = delete;
+  Watcher& operator=(const Watcher&) = delete;
+
+  [[nodiscard]] Tray tray() const {
+    if (isHostThere_) return Tray::statusNotifier;
+    return isEmbeddingThere_ ? Tray::embedded : Tray::none;
+  }
+  [[nodiscard]] std::optional<bool> isPanelDark() const {
+    if (const auto told = embedding_.isDark(); told && !isHostThere_) return told;
+    // Its panel is black whatever the windows are.
+    if (qgetenv("XDG_CURRENT_DESKTOP").split(':').contains("GNOME")) return true;
+    return std::nullopt;
+  }
+
+  bool nativeEventFilter(const QByteArray& kind, void* message, qintptr* /*result*/) override {
+    if (kind == "xcb_generic_event_t" && embedding_.isAnnouncement(message)) {
+      isEmbeddingThere_ = true;
+      changed_.emit();
+    }
+    return false;
+  }
+
+ private Q_SLOTS:
+  void ask() {
+    auto question = QDBusMessage::createMethodCall(
+        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << service << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+      const QDBusPendingReply<QDBusVariant> reply = *answer;
+      take(!reply.isError() && reply.value().variant().toBool());
+      answer->deleteLater();
+    });
+  }
+
+ private:
+  void take(bool isHostThere) {
+    const bool wasEmbeddingThere = std::exchange(isEmbeddingThere_, embedding_.owner() != XCB_WINDOW_NONE);
+    const bool wasHostThere = std::exchange(isHostThere_, isHostThere);
+    if (wasHostThere != isHostThere_ || wasEmbeddingThere != isEmbeddingThere_) changed_.emit();
+  }
+
+  const Signal<>& changed_;
+  EmbeddingTray embedding_;
+  bool isEmbeddingThere_ = false;
+  bool isHostThere_ = false;
+};
+
+TrayWatch::TrayWatch() : watcher_(std::make_unique<Watcher>(changed_)) {}
+
+TrayWatch::~TrayWatch() = default;
+
+TrayWatch::Tray TrayWatch::tray() const {
+  return watcher_->tray();
+}
+
+std::optional<bool> TrayWatch::isPanelDark() const {
+  return watcher_->isPanelDark();
+}
+
+}  // namespace murmel
+
+#include "TrayWatch.moc"
