@@ -105,19 +105,23 @@ void HistoryRepository::take(std::uint64_t job, SecureResult<std::vector<History
   if (!unstored_.empty() || wantsReload_) store();
 }
 
-bool HistoryRepository::finish() {
+SecureResult<void> HistoryRepository::finish() {
   auto changes = std::exchange(inFlight_, {});
   changes.append(std::exchange(unstored_, {}));
   ++lastJob_;  // what is being stored is stored again, which changes nothing when it has succeeded
   isStoring_ = false;
-  std::promise<bool> stored;
+  std::promise<SecureResult<void>> stored;
   auto answer = stored.get_future();
   queue_.enqueue([file = file_, changes, stored = std::move(stored)]() mutable {
-    stored.set_value(changes.empty() || file->change(changes).has_value());
+    SecureResult<void> result;
+    if (!changes.empty()) {
+      if (const auto changed = file->change(changes); !changed) result = std::unexpected(changed.error());
+    }
+    stored.set_value(result);
   });
-  const bool isStored = answer.get();
-  if (!isStored) unstored_ = std::move(changes);
-  return isStored;
+  auto result = answer.get();
+  if (!result) unstored_ = std::move(changes);
+  return result;
 }
 
 void HistoryRepository::publish(std::vector<HistoryEntry> entries,

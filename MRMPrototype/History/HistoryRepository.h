@@ -49,8 +49,9 @@ class HistoryRepository : public DictationHistory {
   /// Reads the file again, and stores what could not be stored before: another process has changed it, or the
   /// key ring has become available.
   void reload();
-  /// Blocks until everything is stored or has failed; true when nothing is left in memory alone.
-  bool finish();
+  /// Blocks until everything is stored or has failed. After a failure what is not stored is still in memory,
+  /// and another call tries again.
+  SecureResult<void> finish();
 
  private:
   void change(HistoryChanges changes);

@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/Timers.h"
 
+#include <thread>
 #include <utility>
 
 namespace murmel {
@@ -9,6 +10,9 @@ namespace murmel {
 namespace {
 
 constexpr Duration verificationInterval = std::chrono::milliseconds(20);
+/// A key ring that many ask at once, on a machine that is busy with speech, may miss its time.
+constexpr Duration busyLimit = std::chrono::seconds(3);
+constexpr Duration busyInterval = std::chrono::milliseconds(100);
 
 Task<void> exitWith(Task<int> work) {
   const int status = co_await work;
@@ -40,9 +44,19 @@ int CommandLineSpeech::run(Task<int> work) {
   const int status = QCoreApplication::exec();
   // Whoever is interrupted goes before what it uses.
   scope_.cancelAll();
-  if (storage_.history.finish()) return status;
-  output.complain("the text could not be kept in the history");
+  const auto kept = finishHistory();
+  if (kept) return status;
+  output.complain("the text could not be kept in the history: " + kept.error().description());
   return status == 0 ? 1 : status;
+}
+
+SecureResult<void> CommandLineSpeech::finishHistory() {
+  auto kept = storage_.history.finish();
+  for (const auto end = clock.now() + busyLimit; !kept && !kept.error().isDamage() && clock.now() < end;) {
+    std::this_thread::sleep_for(busyInterval);
+    kept = storage_.history.finish();
+  }
+  return kept;
 }
 
 void CommandLineSpeech::leave(int status) {
@@ -79,6 +93,9 @@ Task<std::expected<void, std::string>> CommandLineSpeech::prepare() {
 }
 
 void CommandLineSpeech::keep(const Transcript& transcript) {
+  if (options_.history && !storage_.settings.historyEnabled() && !std::exchange(saidHistoryIsOff_, true))
+    output.complain(
+        "the history is switched off, so the text is not kept: murmel settings set historyEnabled true");
   if (!settings_.historyEnabled() || transcript.text.empty()) return;
   const auto now = clock.wallNow();
   HistoryEntry entry;

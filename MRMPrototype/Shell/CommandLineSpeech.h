@@ -58,7 +58,10 @@ class CommandLineSpeech {
   TerminalOutput output;
 
  private:
+  SecureResult<void> finishHistory();
+
   SpeechOptions options_;
+  bool saidHistoryIsOff_ = false;
   Scope scope_;
 };
 

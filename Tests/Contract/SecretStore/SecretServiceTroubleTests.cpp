@@ -1,5 +1,5 @@
-#include "KeyringControl.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Support/KeyringControl.h"
 
 #include <chrono>
 #include <thread>

@@ -1,6 +1,6 @@
-#include "KeyringControl.h"
 #include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Support/KeyringControl.h"
 
 #include <string>
 #include <vector>

@@ -7,7 +7,6 @@
 namespace murmel::test {
 
 TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
-  GTEST_SKIP() << "fails: the sealed file is not seen to grow after a dictation; cause not yet found";
   settings(R"("settings.shortcut": "optionKey", "settings.historyEnabled": true)");
   const auto sealed = data() / "history.sealed";
   std::size_t sizeOfOne = 0;

@@ -1,4 +1,4 @@
-#include "KeyringControl.h"
+#include "Support/KeyringControl.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -1,0 +1,89 @@
+#!/usr/bin/env python3
+"""What `murmel transcribe --history` keeps when many run at once, and that no word shows anywhere meanwhile.
+
+usage: kept_test.py MURMEL        MURMEL_TRANSCRIPTS: how many, 16 unless told (the full measure is 200)
+"""
+
+import collections
+import concurrent.futures
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import threading
+import time
+
+MURMEL = sys.argv.pop(1)
+SPEECH = "/usr/share/pocketsphinx/test/data/cards/001.wav"
+WORD = "clubs"
+TRANSCRIPTS = int(os.environ.get("MURMEL_TRANSCRIPTS", "16"))
+PROCESSES = 8
+
+
+def run(*arguments, text=None):
+    return subprocess.run([MURMEL, *arguments], input=text, capture_output=True, text=True, timeout=120)
+
+
+def watch_arguments(seen, done):
+    while not done.is_set():
+        for line in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+            try:
+                seen.add(line.read_bytes())
+            except OSError:
+                pass
+        time.sleep(0.005)
+
+
+def holders(folder):
+    """Files below the folder that hold the word."""
+    found = subprocess.run(["grep", "-rlai", WORD, folder], capture_output=True, text=True)
+    return found.stdout
+
+
+def main():
+    session = os.environ["MURMEL_SESSION_DIRECTORY"]
+    arguments, done, failures = set(), threading.Event(), []
+    threading.Thread(target=watch_arguments, args=(arguments, done), daemon=True).start()
+    bus = subprocess.Popen(["dbus-monitor", "--session"], stdout=subprocess.PIPE)
+    said = []
+    threading.Thread(target=lambda: said.extend(bus.stdout), daemon=True).start()
+
+    assert run("settings", "set", "historyEnabled", "true").returncode == 0
+    with concurrent.futures.ThreadPoolExecutor(PROCESSES) as pool:
+        results = list(pool.map(lambda _: run("transcribe", "--history", SPEECH), range(TRANSCRIPTS)))
+    for result in results:
+        if result.returncode != 0 or WORD not in result.stdout or WORD in result.stderr:
+            failures.append(f"transcribe: {result.returncode} {result.stderr}")
+    entries = json.loads(run("history", "list", "--json").stdout)
+    if len(entries) != TRANSCRIPTS or len({entry["id"] for entry in entries}) != TRANSCRIPTS:
+        failures.append(f"{len(entries)} of {TRANSCRIPTS} entries are kept")
+    if any(WORD not in entry["text"] for entry in entries):
+        failures.append("an entry holds other words")
+    run("vocabulary", "add", text=f"klubs = {WORD}\n")
+    if WORD not in run("vocabulary", "list").stdout:
+        failures.append("the vocabulary was not kept")
+    found = holders(session)
+    if found:
+        failures.append(f"in files: {found}")
+    run("history", "clear", "--yes")
+    if json.loads(run("history", "list", "--json").stdout):
+        failures.append("what was cleared is still there")
+
+    done.set()
+    time.sleep(0.2)
+    bus.kill()
+    if not any(b"org.freedesktop.Secret" in line for line in said):
+        failures.append("nothing of the key ring was heard on the bus")
+    if any(WORD.encode() in line for line in said):
+        failures.append("on the bus")
+    names = collections.Counter(line.split(b"\0")[0] for line in arguments)
+    if names[MURMEL.encode()] < 1:
+        failures.append("no process was seen")
+    if any(WORD.encode() in line for line in arguments):
+        failures.append("in arguments")
+    print("\n".join(failures) or f"{TRANSCRIPTS} of {TRANSCRIPTS}, and no word elsewhere")
+    sys.exit(1 if failures else 0)
+
+
+main()
