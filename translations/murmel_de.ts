@@ -369,6 +369,14 @@
         <source>overlay pill edge</source>
         <translation>anzeige rand einblendung</translation>
     </message>
+    <message>
+        <source>Keep it on the screen</source>
+        <translation>Auf dem Bildschirm lassen</translation>
+    </message>
+    <message>
+        <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
+        <translation>Ein kleiner Knopf, der ein Diktat beginnt. Ohne Tastenkürzel ist er immer da.</translation>
+    </message>
 </context>
 <context>
     <name>HistoryModel</name>
@@ -1293,6 +1301,61 @@
     <message>
         <source>They stay until you delete them, although the history is off.</source>
         <translation>Sie bleiben, bis Sie sie löschen, obwohl der Verlauf aus ist.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingPill</name>
+    <message>
+        <source>The microphone has stopped</source>
+        <translation>Das Mikrofon liefert nichts mehr</translation>
+    </message>
+    <message>
+        <source>The microphone is silent</source>
+        <translation>Das Mikrofon ist stumm</translation>
+    </message>
+    <message>
+        <source>Sound from the microphone is being lost</source>
+        <translation>Vom Mikrofon geht Ton verloren</translation>
+    </message>
+    <message>
+        <source>The microphone is too loud</source>
+        <translation>Das Mikrofon ist zu laut</translation>
+    </message>
+    <message>
+        <source>No microphone: listening to the speakers</source>
+        <translation>Kein Mikrofon: die Lautsprecher werden gehört</translation>
+    </message>
+    <message>
+        <source>The microphone is very quiet</source>
+        <translation>Das Mikrofon ist sehr leise</translation>
+    </message>
+    <message>
+        <source>Stop and insert</source>
+        <translation>Beenden und einfügen</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Time of the recording</source>
+        <translation>Dauer der Aufnahme</translation>
+    </message>
+    <message>
+        <source>Start Dictation</source>
+        <translation>Diktat beginnen</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
     </message>
 </context>
 <context>

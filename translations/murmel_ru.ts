@@ -369,6 +369,14 @@
         <source>overlay pill edge</source>
         <translation>индикатор край наложение</translation>
     </message>
+    <message>
+        <source>Keep it on the screen</source>
+        <translation>Оставлять на экране</translation>
+    </message>
+    <message>
+        <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
+        <translation>Небольшая кнопка, которая начинает диктовку. Без сочетания клавиш она есть всегда.</translation>
+    </message>
 </context>
 <context>
     <name>HistoryModel</name>
@@ -1300,6 +1308,61 @@
     <message>
         <source>They stay until you delete them, although the history is off.</source>
         <translation>Они останутся, пока вы их не удалите, хотя история выключена.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingPill</name>
+    <message>
+        <source>The microphone has stopped</source>
+        <translation>Микрофон перестал передавать звук</translation>
+    </message>
+    <message>
+        <source>The microphone is silent</source>
+        <translation>Микрофон молчит</translation>
+    </message>
+    <message>
+        <source>Sound from the microphone is being lost</source>
+        <translation>Часть звука с микрофона теряется</translation>
+    </message>
+    <message>
+        <source>The microphone is too loud</source>
+        <translation>Микрофон слишком громкий</translation>
+    </message>
+    <message>
+        <source>No microphone: listening to the speakers</source>
+        <translation>Нет микрофона: слушаются динамики</translation>
+    </message>
+    <message>
+        <source>The microphone is very quiet</source>
+        <translation>Микрофон очень тихий</translation>
+    </message>
+    <message>
+        <source>Stop and insert</source>
+        <translation>Остановить и вставить</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Отменить</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Скрыть</translation>
+    </message>
+    <message>
+        <source>Time of the recording</source>
+        <translation>Время записи</translation>
+    </message>
+    <message>
+        <source>Start Dictation</source>
+        <translation>Начать диктовку</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Предупреждение</translation>
     </message>
 </context>
 <context>

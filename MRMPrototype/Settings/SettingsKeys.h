@@ -9,6 +9,8 @@ namespace murmel::settingsKey {
 inline constexpr std::string_view prefix = "settings.";
 
 inline constexpr std::string_view shortcutConfiguration = "settings.shortcutConfiguration";
+inline constexpr std::string_view cancelShortcut = "settings.cancelShortcut";
+inline constexpr std::string_view pasteAgainShortcut = "settings.pasteAgainShortcut";
 inline constexpr std::string_view singleLanguage = "settings.singleLanguage";
 inline constexpr std::string_view selectedLanguages = "settings.selectedLanguages";
 inline constexpr std::string_view languageMode = "settings.languageMode";
@@ -17,6 +19,7 @@ inline constexpr std::string_view showInDock = "settings.showInDock";
 inline constexpr std::string_view smartLocalModel = "settings.smartLocalModel";
 inline constexpr std::string_view smartRefinementRouting = "settings.smartRefinementRouting";
 inline constexpr std::string_view smartFormatting = "settings.smartFormatting";
+inline constexpr std::string_view showRestingIndicator = "settings.showRestingIndicator";
 inline constexpr std::string_view processWhileRecording = "settings.processWhileRecording";
 inline constexpr std::string_view insertWhileRecording = "settings.insertWhileRecording";
 inline constexpr std::string_view removeFillerWords = "settings.removeFillerWords";

@@ -18,13 +18,13 @@ void storeModel(DefaultsStore& defaults, std::string_view key, SmartLocalModel m
   defaults.set(key, std::string(rawValue(model)));
 }
 
-std::optional<ShortcutConfiguration> storedShortcut(const DefaultsStore& defaults) {
-  const auto bytes = defaults.get<std::vector<std::uint8_t>>(settingsKey::shortcutConfiguration);
+}  // namespace
+
+std::optional<ShortcutConfiguration> storedShortcut(const DefaultsStore& defaults, std::string_view key) {
+  const auto bytes = defaults.get<std::vector<std::uint8_t>>(key);
   if (!bytes) return std::nullopt;
   return ShortcutConfiguration::fromJson({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
 }
-
-}  // namespace
 
 std::optional<SmartLocalModel> storedModel(const DefaultsStore& defaults, std::string_view key) {
   const auto raw = defaults.get<std::string>(key);
@@ -45,7 +45,7 @@ void importLegacyPreferences(DefaultsStore& defaults, FileSystem& files, const P
 }
 
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel) {
-  auto stored = storedShortcut(defaults);
+  auto stored = storedShortcut(defaults, settingsKey::shortcutConfiguration);
   if (!stored) {
     const auto raw = defaults.get<std::string>(settingsKey::legacyShortcut).value_or(std::string());
     stored = configuration(fromRawValue<ShortcutChoice>(raw).value_or(ShortcutChoice::functionKey));

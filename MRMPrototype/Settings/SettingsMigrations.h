@@ -31,6 +31,9 @@ inline std::filesystem::path legacyPropertyList(const std::filesystem::path& con
 /// The shortcut as stored, else the one that the older single choice means, as the channel can serve it.
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel);
 
+/// Nothing when there is none, or none that can be understood.
+std::optional<ShortcutConfiguration> storedShortcut(const DefaultsStore& defaults, std::string_view key);
+
 std::optional<SmartLocalModel> storedModel(const DefaultsStore& defaults, std::string_view key);
 
 /// The model as stored; with the full catalogue one that is not installed gives way to one that is. What is

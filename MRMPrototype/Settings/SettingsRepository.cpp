@@ -106,6 +106,15 @@ void SettingsRepository::read() {
   boolean(P::insertWhileRecording, insertWhileRecording_, settingsKey::insertWhileRecording, false);
   boolean(P::restorePreviousClipboard, restorePreviousClipboard_, settingsKey::restorePreviousClipboard,
           true);
+  boolean(P::showRestingIndicator, showRestingIndicator_, settingsKey::showRestingIndicator, false);
+  const auto further = [this](P property, ShortcutConfiguration& member, std::string_view key) {
+    const auto stored = settingsMigration::storedShortcut(defaults_, key).value_or(ShortcutConfiguration{});
+    if (stored == member) return;
+    publish(property, member, stored);
+    shortcutDidChange_.emit();
+  };
+  further(P::cancelShortcut, cancelShortcut_, settingsKey::cancelShortcut);
+  further(P::pasteAgainShortcut, pasteAgainShortcut_, settingsKey::pasteAgainShortcut);
   publish(P::overlayPosition, overlayPosition_,
           storedCase(defaults_, settingsKey::overlayAnchor, OverlayPosition::right));
 }
@@ -170,16 +179,29 @@ void SettingsRepository::assignBoolean(SettingsProperty property, bool& member, 
   assign(property, member, value, key, value);
 }
 
-void SettingsRepository::setShortcut(const ShortcutConfiguration& shortcut) {
-  auto sanitized = ShortcutDistributionPolicy::sanitize(shortcut, channel_);
-  const auto json = sanitized.toJson();
-  if (json) {
-    assign(SettingsProperty::shortcut, shortcut_, std::move(sanitized), settingsKey::shortcutConfiguration,
-           std::vector<std::uint8_t>(json->begin(), json->end()));
+void SettingsRepository::assignShortcut(SettingsProperty property, ShortcutConfiguration& member,
+                                        const ShortcutConfiguration& shortcut, std::string_view key) {
+  if (const auto json = shortcut.toJson()) {
+    assign(property, member, shortcut, key, std::vector<std::uint8_t>(json->begin(), json->end()));
   } else {
-    publish(SettingsProperty::shortcut, shortcut_, std::move(sanitized));
+    publish(property, member, shortcut);
   }
   shortcutDidChange_.emit();
+}
+
+void SettingsRepository::setShortcut(const ShortcutConfiguration& shortcut) {
+  assignShortcut(SettingsProperty::shortcut, shortcut_,
+                 ShortcutDistributionPolicy::sanitize(shortcut, channel_),
+                 settingsKey::shortcutConfiguration);
+}
+
+void SettingsRepository::setCancelShortcut(const ShortcutConfiguration& shortcut) {
+  assignShortcut(SettingsProperty::cancelShortcut, cancelShortcut_, shortcut, settingsKey::cancelShortcut);
+}
+
+void SettingsRepository::setPasteAgainShortcut(const ShortcutConfiguration& shortcut) {
+  assignShortcut(SettingsProperty::pasteAgainShortcut, pasteAgainShortcut_, shortcut,
+                 settingsKey::pasteAgainShortcut);
 }
 
 void SettingsRepository::setSingleLanguage(DictationLanguage language) {
@@ -254,6 +276,11 @@ void SettingsRepository::setHistoryRetention(HistoryRetention retention) {
 void SettingsRepository::setOverlayPosition(OverlayPosition position) {
   assignEnumeration(SettingsProperty::overlayPosition, overlayPosition_, position,
                     settingsKey::overlayAnchor);
+}
+
+void SettingsRepository::setShowRestingIndicator(bool on) {
+  assignBoolean(SettingsProperty::showRestingIndicator, showRestingIndicator_, on,
+                settingsKey::showRestingIndicator);
 }
 
 void SettingsRepository::setPersonalVocabulary(std::string text) {

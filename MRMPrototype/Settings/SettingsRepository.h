@@ -21,6 +21,8 @@ namespace murmel {
 /// What observers are told has changed.
 enum class SettingsProperty {
   shortcut,
+  cancelShortcut,
+  pasteAgainShortcut,
   singleLanguage,
   selectedLanguages,
   languageMode,
@@ -37,6 +39,7 @@ enum class SettingsProperty {
   historyEnabled,
   historyRetention,
   overlayPosition,
+  showRestingIndicator,
   personalVocabulary,
   vocabularyStorageStatus,
   modelMigrationNotice,
@@ -71,6 +74,9 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] Signal<>& shortcutDidChange() { return shortcutDidChange_; }
 
   [[nodiscard]] const ShortcutConfiguration& shortcut() const { return shortcut_; }
+  /// Throws a recording away, and pastes the last dictation again; disabled unless somebody wants them.
+  [[nodiscard]] const ShortcutConfiguration& cancelShortcut() const { return cancelShortcut_; }
+  [[nodiscard]] const ShortcutConfiguration& pasteAgainShortcut() const { return pasteAgainShortcut_; }
   [[nodiscard]] DictationLanguage singleLanguage() const { return singleLanguage_; }
   [[nodiscard]] const std::vector<DictationLanguage>& selectedLanguages() const { return selectedLanguages_; }
   [[nodiscard]] DictationLanguageMode languageMode() const { return languageMode_; }
@@ -93,6 +99,8 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
   [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
   [[nodiscard]] OverlayPosition overlayPosition() const { return overlayPosition_; }
+  /// The indicator stays on the screen while nothing is dictated.
+  [[nodiscard]] bool showRestingIndicator() const { return showRestingIndicator_; }
   [[nodiscard]] std::string personalVocabulary() const override { return personalVocabulary_.reveal(); }
   [[nodiscard]] SecureStorageStatus vocabularyStorageStatus() const { return vocabularyStorageStatus_; }
   /// Why that status is `unavailable`.
@@ -106,6 +114,8 @@ class SettingsRepository : public DictationSettings {
 
   /// As the distribution channel can serve it.
   void setShortcut(const ShortcutConfiguration& shortcut);
+  void setCancelShortcut(const ShortcutConfiguration& shortcut);
+  void setPasteAgainShortcut(const ShortcutConfiguration& shortcut);
   void setSingleLanguage(DictationLanguage language);
   /// At least one: an empty list is ignored.
   void setSelectedLanguages(std::vector<DictationLanguage> languages);
@@ -124,6 +134,7 @@ class SettingsRepository : public DictationSettings {
   void setHistoryEnabled(bool on);
   void setHistoryRetention(HistoryRetention retention);
   void setOverlayPosition(OverlayPosition position);
+  void setShowRestingIndicator(bool on);
   /// Kept in memory alone while the sealed file could not be read.
   void setPersonalVocabulary(std::string text);
   /// Reads the sealed vocabulary again: another process has changed it, or the key ring has become available.
@@ -153,6 +164,8 @@ class SettingsRepository : public DictationSettings {
   void assign(SettingsProperty property, T& member, T value, std::string_view key, Stored stored);
   template <class E>
   void assignEnumeration(SettingsProperty property, E& member, E value, std::string_view key);
+  void assignShortcut(SettingsProperty property, ShortcutConfiguration& member,
+                      const ShortcutConfiguration& shortcut, std::string_view key);
   void assignBoolean(SettingsProperty property, bool& member, bool value, std::string_view key);
   template <class T>
   void publish(SettingsProperty property, T& member, T value);
@@ -170,6 +183,8 @@ class SettingsRepository : public DictationSettings {
   ActivationPolicyControl* activationPolicy_;
 
   ShortcutConfiguration shortcut_;
+  ShortcutConfiguration cancelShortcut_;
+  ShortcutConfiguration pasteAgainShortcut_;
   DictationLanguage singleLanguage_{};
   std::vector<DictationLanguage> selectedLanguages_;
   DictationLanguageMode languageMode_{};
@@ -192,6 +207,7 @@ class SettingsRepository : public DictationSettings {
   SpokenText personalVocabulary_;
   SecureStorageStatus vocabularyStorageStatus_ = SecureStorageStatus::available;
   OverlayPosition overlayPosition_{};
+  bool showRestingIndicator_ = false;
 
   Signal<SettingsProperty> willChange_;
   Signal<SettingsProperty> didChange_;

@@ -32,6 +32,8 @@ std::vector<SettingRow> makeTable() {
   using namespace settingsKey;
   return {
       {shortcutConfiguration, Kind::shortcut, "functionKey", "the key or chord that starts a dictation"},
+      {cancelShortcut, Kind::shortcut, "disabled", "another key that throws a recording away"},
+      {pasteAgainShortcut, Kind::shortcut, "disabled", "the key that pastes the last dictation again"},
       {languageMode, Kind::choice, "automaticAll", "how the language is chosen",
        names<DictationLanguageMode>()},
       {singleLanguage, Kind::choice, "en", "the language in mode single", names<DictationLanguage>()},
@@ -40,6 +42,7 @@ std::vector<SettingRow> makeTable() {
       {showInDock, Kind::boolean, "true", "show Murmel in the task bar"},
       {overlayAnchor, Kind::choice, "right", "the screen edge of the recording pill",
        names<OverlayPosition>()},
+      {showRestingIndicator, Kind::boolean, "false", "keep the recording pill on the screen at rest"},
       {processWhileRecording, Kind::boolean, "true", "recognize while you still speak"},
       {insertWhileRecording, Kind::boolean, "false", "insert phrases while you still speak"},
       {removeFillerWords, Kind::boolean, "false", "remove filler words"},

@@ -22,13 +22,15 @@ Appearance::Appearance(const std::filesystem::path& resources)
                     QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(&toolkit_);
   QApplication::setWindowIcon(applicationIcon());
-  QApplication::setStyle(new Style);
+  style_ = new Style;
+  QApplication::setStyle(style_);
   apply();
 }
 
 void Appearance::apply() {
   const auto preference = portal_.preference();
   const bool isDark = preference.dark.value_or(isDesktopDark_);
+  style_->setReducedMotion(preference.reducedMotion);
   QApplication::setPalette(
       paletteFor({isDark ? ColourScheme::dark : ColourScheme::light, preference.highContrast}));
 }

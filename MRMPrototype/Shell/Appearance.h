@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Interface/Common/Style.h"
 #include "Platform/Qt/PortalAppearance.h"
 
 #include <QTranslator>
@@ -16,7 +17,8 @@ class Appearance {
  private:
   void apply();
 
-  bool isDesktopDark_;  ///< by the colours that the desktop's own theme gave us
+  Style* style_ = nullptr;  ///< Qt owns it
+  bool isDesktopDark_;      ///< by the colours that the desktop's own theme gave us
   PortalAppearance portal_;
   QTranslator own_;
   QTranslator toolkit_;

@@ -34,20 +34,6 @@ std::string sentence(DrainOutcome outcome) {
   std::unreachable();
 }
 
-RecordingPill::Edge edgeFor(OverlayPosition position) {
-  switch (position) {
-    case OverlayPosition::top:
-      return RecordingPill::Edge::top;
-    case OverlayPosition::right:
-      return RecordingPill::Edge::right;
-    case OverlayPosition::bottom:
-      return RecordingPill::Edge::bottom;
-    case OverlayPosition::left:
-      return RecordingPill::Edge::left;
-  }
-  std::unreachable();
-}
-
 }  // namespace
 
 MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
@@ -66,7 +52,16 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
              installation.folders.temporary),
       refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
       engineForLanguage_(storage_.settings, *models_.speech),
-      pill_([this] { perform(IntelCommand::toggleDictation); }),
+      pill_({
+          .toggle = [this] { perform(IntelCommand::toggleDictation); },
+          .cancel = [this] { perform(IntelCommand::cancelDictation); },
+          .moved = [this](OverlayPosition edge) { storage_.settings.setOverlayPosition(edge); },
+          .screen =
+              [this] {
+                const auto front = desktop_.workspace.frontmostApplication();
+                return front ? screenOfWindow(front->window) : nullptr;
+              },
+      }),
       status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
       coordinator_(dictationServices()),
       startReplies_(process.executor, coordinator_.onStateChange()),
@@ -296,10 +291,18 @@ void MRMPrototypeApp::connectInterface() {
       coordinator_.onNotice().subscribe([this](const std::string& notice) { tell(notice); }));
   observers_.push_back(desktop_.session.onEnd([this] { sessionEnds(); }));
 
-  pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
-  observers_.push_back(storage_.settings.didChange().subscribe([this](SettingsProperty property) {
-    if (property == SettingsProperty::overlayPosition)
-      pill_.setEdge(edgeFor(storage_.settings.overlayPosition()));
+  const auto showPill = [this] {
+    pill_.setEdge(storage_.settings.overlayPosition());
+    const bool hasShortcut = storage_.settings.shortcut().kind != ShortcutConfiguration::Kind::disabled;
+    pill_.setShownAtRest(!gate_.isPaused() && (storage_.settings.showRestingIndicator() || !hasShortcut));
+  };
+  showPill();
+  observers_.push_back(gate_.didChange().subscribe(showPill));
+  observers_.push_back(coordinator_.onRecognised().subscribe(
+      [this](const RecognisedPiece& piece) { pill_.addRecognised(piece.text); }));
+  observers_.push_back(storage_.settings.didChange().subscribe([this, showPill](SettingsProperty property) {
+    if (property == SettingsProperty::overlayPosition || property == SettingsProperty::showRestingIndicator)
+      showPill();
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
   observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));

@@ -27,6 +27,7 @@ enum class Symbol {
   up,
   down,
   more,
+  stop,
 };
 
 QIcon symbolIcon(Symbol symbol);

@@ -295,12 +295,18 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
       return 0;
     case SH_ComboBox_Popup:
       return 0;  // a list below, not a menu over it
+    case SH_Widget_Animation_Duration:
+      return reducesMotion_ ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, result);
   }
+}
+
+bool mayMove(const QWidget& widget) {
+  return widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget) > 0;
 }
 
 QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,

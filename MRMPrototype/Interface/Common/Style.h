@@ -41,6 +41,9 @@ class Style final : public QProxyStyle {
  public:
   Style();
 
+  /// Nothing on the screen moves by itself.
+  void setReducedMotion(bool reduced) { reducesMotion_ = reduced; }
+
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -55,7 +58,13 @@ class Style final : public QProxyStyle {
                               QStyleHintReturn* result) const override;
   [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const override;
+
+ private:
+  bool reducesMotion_ = false;
 };
+
+/// Whether what this widget shows may move by itself.
+bool mayMove(const QWidget& widget);
 
 /// A button that carries out what its window is for, drawn in the accent: `QPushButton::setDefault` says it.
 /// One that removes something for good has this property set.

@@ -76,6 +76,13 @@ void GeneralPage::addIndicator() {
        .standard = OverlayPosition::right},
       std::move(titles))
       ->setKeywords(tr("overlay pill edge"));
+  addSwitch(card,
+            {tr("Keep it on the screen"),
+             tr("A small button that starts a dictation. Without a shortcut it is always there.")},
+            {.property = SettingsProperty::showRestingIndicator,
+             .get = [this] { return settings().showRestingIndicator(); },
+             .set = [this](bool on) { settings().setShowRestingIndicator(on); },
+             .standard = false});
 }
 
 }  // namespace murmel

@@ -19,6 +19,11 @@ const auto interface = QStringLiteral("org.freedesktop.portal.Settings");
 const auto group = QStringLiteral("org.freedesktop.appearance");
 const auto schemeKey = QStringLiteral("color-scheme");
 const auto contrastKey = QStringLiteral("contrast");
+// No common name yet: GNOME's and KDE's own.
+const auto gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
+const auto animationsKey = QStringLiteral("enable-animations");
+const auto kdeGroup = QStringLiteral("org.kde.kdeglobals.KDE");
+const auto durationKey = QStringLiteral("AnimationDurationFactor");
 
 /// The portal packs its answers once too often.
 QVariant unpacked(QVariant value) {
@@ -37,21 +42,24 @@ class PortalAppearance::Listener final : public QObject {
     if (!bus.isConnected()) return;
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    ask(bus, schemeKey);
-    ask(bus, contrastKey);
+    ask(bus, group, schemeKey);
+    ask(bus, group, contrastKey);
+    ask(bus, gnomeGroup, animationsKey);
+    ask(bus, kdeGroup, durationKey);
   }
 
   [[nodiscard]] Preference preference() const { return preference_; }
 
  private Q_SLOTS:
   void settingChanged(const QString& changedGroup, const QString& key, const QDBusVariant& value) {
-    if (changedGroup == group) take(key, value.variant());
+    if (changedGroup == group || changedGroup == gnomeGroup || changedGroup == kdeGroup)
+      take(key, value.variant());
   }
 
  private:
-  void ask(QDBusConnection& bus, const QString& key) {
+  void ask(QDBusConnection& bus, const QString& askedGroup, const QString& key) {
     auto question = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
-    question << group << key;
+    question << askedGroup << key;
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, key] {
       const QDBusPendingReply<QVariant> reply = *answer;
@@ -61,7 +69,8 @@ class PortalAppearance::Listener final : public QObject {
   }
 
   void take(const QString& key, const QVariant& packed) {
-    const auto value = unpacked(packed).toUInt();
+    const auto unwrapped = unpacked(packed);
+    const auto value = unwrapped.toUInt();
     auto now = preference_;
     if (key == schemeKey) {
       if (value == 1) now.dark = true;
@@ -69,6 +78,8 @@ class PortalAppearance::Listener final : public QObject {
       if (value != 1 && value != 2) now.dark.reset();
     }
     if (key == contrastKey) now.highContrast = value == 1;
+    if (key == animationsKey) now.reducedMotion = !unwrapped.toBool();
+    if (key == durationKey) now.reducedMotion = unwrapped.toDouble() == 0;
     if (std::exchange(preference_, now) != now) changed_.emit();
   }
 

@@ -14,6 +14,7 @@ class PortalAppearance {
   struct Preference {
     std::optional<bool> dark;  ///< absent: no preference
     bool highContrast = false;
+    bool reducedMotion = false;
 
     friend bool operator==(const Preference&, const Preference&) = default;
   };

@@ -6,6 +6,7 @@
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/Common/Style.h"
 #include "Interface/History/HistoryWindow.h"
+#include "Interface/Pill/RecordingPill.h"
 #include "Interface/PlatformWords.h"
 #include "Interface/Settings/SettingsWindow.h"
 
@@ -53,6 +54,32 @@ QStringList clippedIn(const QWidget& window, const QString& name) {
                                       : widget->metaObject()->className());
   }
   return clipped;
+}
+
+/// The indicator in the forms that it takes.
+void showPill(const std::function<void(QWidget&, const char*)>& save) {
+  using Case = DictationState::Case;
+  RecordingPill pill({.toggle = [] {}, .cancel = [] {}, .moved = [](OverlayPosition) {}, .screen = {}});
+  const auto speak = [&](OverlayPosition edge, const char* name) {
+    pill.setEdge(edge);
+    pill.update(Case::listening);
+    for (const auto level : {0.1, 0.3, 0.7, 0.5, 0.8, 0.6, 0.9, 0.4, 0.2, 0.6, 0.7, 0.3})
+      pill.setLevel(level);
+    save(pill, name);
+  };
+  speak(OverlayPosition::right, "pill-upright");
+  speak(OverlayPosition::bottom, "pill");
+  pill.addRecognised(SpokenText(
+      "The minutes of the meeting go to everybody who was invited, not only to those who came, and they go "
+      "there today."));
+  save(pill, "pill-words");
+  pill.update(DictationState::error("Download the required Parakeet speech model to use dictation"));
+  save(pill, "pill-error");
+  pill.setEdge(OverlayPosition::left);
+  save(pill, "pill-error-upright");
+  pill.update(Case::ready);
+  pill.setShownAtRest(true);
+  save(pill, "pill-rest");
 }
 
 }  // namespace
@@ -113,6 +140,7 @@ int main(int argc, char** argv) {
     settings.present(page);
     save(settings, name);
   }
+  showPill(save);
   save(*history, "history");
   save(*about, "about");
   save(*credits, "credits");

@@ -1,7 +1,11 @@
-#include "Interface/RecordingPill.h"
+#include "Interface/Common/Style.h"
+#include "Interface/Pill/PillPlace.h"
+#include "Interface/Pill/RecordingPill.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
@@ -49,8 +53,22 @@ class Pill : public ::testing::Test {
   }
 
   test::XObserver x;
+  void press(const QString& name) {
+    for (auto* button : pill.findChildren<QAbstractButton*>()) {
+      if (button->accessibleName() == name && button->isVisible())
+        return click(button->mapToGlobal(button->rect().center()));
+    }
+    FAIL() << name.toStdString();
+  }
+  [[nodiscard]] QRect screen() const { return QGuiApplication::primaryScreen()->availableGeometry(); }
+
   int clicks = 0;
-  RecordingPill pill{[this] { ++clicks; }};
+  int cancelled = 0;
+  std::vector<OverlayPosition> moves;
+  RecordingPill pill{{.toggle = [this] { ++clicks; },
+                      .cancel = [this] { ++cancelled; },
+                      .moved = [this](OverlayPosition edge) { moves.push_back(edge); },
+                      .screen = {}}};
 };
 
 TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {
@@ -60,8 +78,12 @@ TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {
   show(Case::listening);
   pill.update(Case::transcribing);
   pill.update(Case::listening);
-  click(pill.frameGeometry().center());
+  click(pill.mapToGlobal(pill.findChild<QLabel*>()->geometry().center()));
   ASSERT_TRUE(waitUntil([this] { return clicks == 1; }));
+  press("Stop and insert");
+  ASSERT_TRUE(waitUntil([this] { return clicks == 2; }));
+  press("Discard");
+  ASSERT_TRUE(waitUntil([this] { return cancelled == 1; }));
   pill.update(DictationState());
   ASSERT_TRUE(waitUntil([this] { return !isOnScreen(); }));
   EXPECT_TRUE(editor.hasFocus());
@@ -69,6 +91,7 @@ TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {
 }
 
 TEST_F(Pill, says_what_the_dictation_does_and_is_gone_at_rest) {
+  pill.setEdge(OverlayPosition::bottom);
   const std::vector<std::pair<DictationState, std::string>> rows{
       {Case::listening, "Listening… release shortcut"},
       {Case::listeningBehind, "Listening · recognition is catching up…"},
@@ -82,9 +105,61 @@ TEST_F(Pill, says_what_the_dictation_does_and_is_gone_at_rest) {
     EXPECT_GE(pill.width(), pill.fontMetrics().horizontalAdvance(text())) << "in one line, uncut";
   }
   show(DictationState::error(std::string(400, 'w') + " " + std::string(40, 'i')));
-  EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(pill.frameGeometry()));
+  for (const auto edge : allCases<OverlayPosition>()) {
+    pill.setEdge(edge);
+    EXPECT_TRUE(screen().contains(pill.frameGeometry()));
+    EXPECT_LT(pill.height(), isHorizontal(edge) ? 90 : 260) << "three lines, not more";
+  }
+  EXPECT_NE(pill.findChild<QLabel*>()->toolTip().indexOf("iiii"), -1) << "the rest is there on hover";
+  press("Dismiss");
+  EXPECT_TRUE(waitUntil([this] { return !isOnScreen(); }));
+  show(Case::copied);
   pill.update(DictationState());
   EXPECT_TRUE(waitUntil([this] { return !isOnScreen(); }));
+}
+
+TEST_F(Pill, shows_the_end_of_what_was_recognised_while_it_records) {
+  pill.setEdge(OverlayPosition::top);
+  show(Case::listening);
+  const auto bare = pill.height();
+  const auto soFar = [this] { return pill.findChildren<QLabel*>().at(1); };
+  for (int piece = 0; piece < 60; ++piece)
+    pill.addRecognised(SpokenText("piece " + std::to_string(piece) + " <b>"));
+  EXPECT_TRUE(soFar()->text().endsWith("piece 59 <b>"));
+  EXPECT_LT(pill.height(), bare + 50);
+  EXPECT_LT(pill.width(), screen().width() / 2);
+  pill.update(Case::success);
+  EXPECT_TRUE(soFar()->text().isEmpty()) << "no words stay behind";
+}
+
+TEST_F(Pill, can_stay_as_a_small_button_that_starts) {
+  pill.setShownAtRest(true);
+  ASSERT_TRUE(waitUntil([this] { return isOnScreen(); }));
+  EXPECT_LT(pill.width(), 60);
+  click(pill.frameGeometry().center());
+  EXPECT_TRUE(waitUntil([this] { return clicks == 1; }));
+  pill.setShownAtRest(false);
+  EXPECT_TRUE(waitUntil([this] { return !isOnScreen(); }));
+}
+
+TEST_F(Pill, is_drawn_to_another_edge) {
+  show(Case::transcribing);
+  const auto root = x.screen().root;
+  const auto fake = [&](std::uint8_t type, std::uint8_t detail, QPoint where) {
+    xcb_test_fake_input(x.connection(), type, detail, XCB_CURRENT_TIME, root,
+                        static_cast<std::int16_t>(where.x()), static_cast<std::int16_t>(where.y()), 0);
+    xcb_flush(x.connection());
+  };
+  const auto from = pill.mapToGlobal(pill.findChild<QLabel*>()->geometry().center());
+  const QPoint to(screen().center().x(), screen().top() + 40);
+  fake(XCB_MOTION_NOTIFY, 0, from);
+  fake(XCB_BUTTON_PRESS, 1, {});
+  for (int step = 1; step <= 5; ++step) fake(XCB_MOTION_NOTIFY, 0, from + (to - from) * step / 5);
+  fake(XCB_BUTTON_RELEASE, 1, {});
+  ASSERT_TRUE(waitUntil([this] { return !moves.empty(); }));
+  EXPECT_EQ(moves, std::vector{OverlayPosition::top});
+  EXPECT_EQ(pill.pos(), pillPlace(pill.size(), screen(), OverlayPosition::top));
+  EXPECT_EQ(clicks, 0);
 }
 
 TEST_F(Pill, tells_of_a_silent_microphone_only_while_it_records) {
@@ -145,31 +220,30 @@ TEST_F(Pill, keeps_its_smooth_corners_where_a_compositor_runs) {
   EXPECT_TRUE(pill.mask().isEmpty());
   xcb_set_selection_owner(x.connection(), XCB_WINDOW_NONE, selection, XCB_CURRENT_TIME);
   ASSERT_NE(x.inputFocus(), xcb_window_t{XCB_WINDOW_NONE});
-  pill.update(DictationState());
-  show(Case::listening);
-  EXPECT_FALSE(pill.mask().isEmpty()) << "the compositor has gone";
+  EXPECT_TRUE(waitUntil([this] { return !pill.mask().isEmpty(); })) << "the compositor has gone";
 }
 
-TEST_F(Pill, sits_at_the_middle_of_its_edge) {
-  const auto screen = QGuiApplication::primaryScreen()->availableGeometry();
-  constexpr int distance = 24;
+TEST_F(Pill, has_a_meter_that_does_not_run_where_motion_is_unwelcome) {
+  auto* style = new Style;
+  style->setReducedMotion(true);
+  QApplication::setStyle(style);
   show(Case::listening);
-  const auto frame = [this] { return pill.geometry(); };
-  pill.setEdge(RecordingPill::Edge::top);
-  EXPECT_EQ(frame().top(), screen.top() + distance);
-  EXPECT_NEAR(frame().center().x(), screen.center().x(), 1);
-  pill.setEdge(RecordingPill::Edge::bottom);
-  EXPECT_EQ(frame().bottom(), screen.bottom() - distance);
-  EXPECT_NEAR(frame().center().x(), screen.center().x(), 1);
-  pill.setEdge(RecordingPill::Edge::left);
-  EXPECT_EQ(frame().left(), screen.left() + distance);
-  EXPECT_NEAR(frame().center().y(), screen.center().y(), 1);
-  pill.setEdge(RecordingPill::Edge::right);
-  EXPECT_EQ(frame().right(), screen.right() - distance);
-  const int width = frame().width();
-  pill.update(Case::listeningBehind);
-  ASSERT_NE(frame().width(), width);
-  EXPECT_EQ(frame().right(), screen.right() - distance) << "also when its text gets longer";
+  pill.setLevel(0.5);
+  const auto half = pill.grab().toImage();
+  pill.setLevel(0.5);
+  EXPECT_EQ(pill.grab().toImage(), half);
+  pill.setLevel(1);
+  EXPECT_NE(pill.grab().toImage(), half);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
+TEST_F(Pill, stays_at_the_middle_of_its_edge_when_its_text_gets_longer) {
+  for (const auto edge : allCases<OverlayPosition>()) {
+    pill.setEdge(edge);
+    show(Case::copied);
+    show(Case::listeningBehind);
+    EXPECT_EQ(pill.pos(), pillPlace(pill.size(), screen(), edge)) << rawValue(edge);
+  }
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
-#include "Interface/LevelMeter.h"
+#include "Interface/Pill/LevelMeter.h"
+
+#include "Interface/Common/Style.h"
 
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 namespace murmel {
 
@@ -12,6 +15,7 @@ constexpr int barGap = 2;
 constexpr int meterHeight = 18;
 /// Silence is a row of dots, so that one sees the meter at all.
 constexpr double shortestBar = 3;
+constexpr double gaugeHeight = 0.7;
 
 }  // namespace
 
@@ -20,8 +24,16 @@ LevelMeter::LevelMeter(QWidget* parent) : QWidget(parent) {
 }
 
 void LevelMeter::push(double level) {
+  const auto shown = std::clamp(level, 0.0, 1.0);
+  if (!mayMove(*this)) {
+    // Nothing runs by: the row fills like a gauge, in steps.
+    const auto filled = static_cast<std::size_t>(std::lround(shown * static_cast<double>(levels_.size())));
+    for (std::size_t bar = 0; bar < levels_.size(); ++bar) levels_.at(bar) = bar < filled ? gaugeHeight : 0;
+    update();
+    return;
+  }
   std::ranges::rotate(levels_, levels_.begin() + 1);
-  levels_.back() = std::clamp(level, 0.0, 1.0);
+  levels_.back() = shown;
   update();
 }
 
