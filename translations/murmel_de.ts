@@ -138,6 +138,30 @@
         <source>Settings (*.json);;All files (*)</source>
         <translation>Einstellungen (*.json);;Alle Dateien (*)</translation>
     </message>
+    <message>
+        <source>Keep the speech model in memory</source>
+        <translation>Sprachmodell im Speicher behalten</translation>
+    </message>
+    <message>
+        <source>After the last dictation. It is loaded again while you speak the next one.</source>
+        <translation>Nach dem letzten Diktat. Beim nächsten wird es wieder geladen, während Sie sprechen.</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message>
+        <source>10 minutes</source>
+        <translation>10 Minuten</translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message>
+        <source>Always</source>
+        <translation>Immer</translation>
+    </message>
 </context>
 <context>
     <name>AudioPage</name>

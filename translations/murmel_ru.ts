@@ -138,6 +138,30 @@
         <source>Settings (*.json);;All files (*)</source>
         <translation>Настройки (*.json);;Все файлы (*)</translation>
     </message>
+    <message>
+        <source>Keep the speech model in memory</source>
+        <translation>Держать речевую модель в памяти</translation>
+    </message>
+    <message>
+        <source>After the last dictation. It is loaded again while you speak the next one.</source>
+        <translation>После последней диктовки. При следующей она загрузится снова, пока вы говорите.</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 минута</translation>
+    </message>
+    <message>
+        <source>10 minutes</source>
+        <translation>10 минут</translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 час</translation>
+    </message>
+    <message>
+        <source>Always</source>
+        <translation>Всегда</translation>
+    </message>
 </context>
 <context>
     <name>AudioPage</name>

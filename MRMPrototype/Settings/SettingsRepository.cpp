@@ -103,6 +103,10 @@ void SettingsRepository::read() {
   boolean(P::removeFillerWords, removeFillerWords_, settingsKey::removeFillerWords, false);
   boolean(P::spokenCommands, spokenCommands_, settingsKey::spokenCommands, false);
   boolean(P::processWhileRecording, processWhileRecording_, settingsKey::processWhileRecording, true);
+  constexpr std::int64_t oneDay = 24 * 60;
+  constexpr std::int64_t usualMinutes = 10;
+  const auto idle = defaults_.get<std::int64_t>(settingsKey::recogniserIdleMinutes).value_or(usualMinutes);
+  publish(P::recogniserIdleMinutes, recogniserIdleMinutes_, std::clamp<std::int64_t>(idle, 0, oneDay));
   boolean(P::insertWhileRecording, insertWhileRecording_, settingsKey::insertWhileRecording, false);
   boolean(P::restorePreviousClipboard, restorePreviousClipboard_, settingsKey::restorePreviousClipboard,
           true);
@@ -246,6 +250,11 @@ void SettingsRepository::setProcessWhileRecording(bool on) {
                 settingsKey::processWhileRecording);
 }
 
+void SettingsRepository::setRecogniserIdleMinutes(std::int64_t minutes) {
+  defaults_.set(settingsKey::recogniserIdleMinutes, minutes);
+  publish(SettingsProperty::recogniserIdleMinutes, recogniserIdleMinutes_, minutes);
+}
+
 void SettingsRepository::setInsertWhileRecording(bool on) {
   assignBoolean(SettingsProperty::insertWhileRecording, insertWhileRecording_, on,
                 settingsKey::insertWhileRecording);
@@ -292,13 +301,6 @@ void SettingsRepository::setPersonalVocabulary(std::string text) {
 void SettingsRepository::dismissModelMigrationNotice() {
   defaults_.remove(settingsKey::modelMigrationPreviousSelection);
   publish(SettingsProperty::modelMigrationNotice, modelMigrationNotice_, std::optional<std::string>());
-}
-
-Duration SettingsRepository::recogniserIdleLimit() const {
-  constexpr std::int64_t longest = 24 * 60;
-  const auto minutes = defaults_.get<std::int64_t>(settingsKey::recogniserIdleMinutes);
-  if (!minutes) return DictationSettings::recogniserIdleLimit();
-  return std::chrono::minutes(std::clamp<std::int64_t>(*minutes, 0, longest));
 }
 
 std::optional<std::string> SettingsRepository::workerLanguageCode() const {

@@ -32,6 +32,7 @@ enum class SettingsProperty {
   smartRefinementRouting,
   smartFormatting,
   processWhileRecording,
+  recogniserIdleMinutes,
   insertWhileRecording,
   removeFillerWords,
   spokenCommands,
@@ -92,6 +93,8 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool cancelsWithEscape() const override { return cancelsWithEscape_; }
   [[nodiscard]] bool keepFailedRecordings() const override { return keepFailedRecordings_; }
   [[nodiscard]] bool processWhileRecording() const override { return processWhileRecording_; }
+  /// How long the speech model stays in memory after a dictation; 0: for ever.
+  [[nodiscard]] std::int64_t recogniserIdleMinutes() const { return recogniserIdleMinutes_; }
   [[nodiscard]] bool insertWhileRecording() const override { return insertWhileRecording_; }
   [[nodiscard]] bool removeFillerWords() const override { return removeFillerWords_; }
   [[nodiscard]] bool spokenCommands() const override { return spokenCommands_; }
@@ -127,6 +130,7 @@ class SettingsRepository : public DictationSettings {
   void setSmartRefinementRouting(SmartRefinementRoutingMode mode);
   void setSmartFormatting(bool on);
   void setProcessWhileRecording(bool on);
+  void setRecogniserIdleMinutes(std::int64_t minutes);
   void setInsertWhileRecording(bool on);
   void setRemoveFillerWords(bool on);
   void setSpokenCommands(bool on);
@@ -149,7 +153,9 @@ class SettingsRepository : public DictationSettings {
   void dismissModelMigrationNotice();
 
   /// Present in mode `single` only.
-  [[nodiscard]] Duration recogniserIdleLimit() const override;
+  [[nodiscard]] Duration recogniserIdleLimit() const override {
+    return std::chrono::minutes(recogniserIdleMinutes_);
+  }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override;
   /// "German"; "English, Russian"; "Automatic".
   [[nodiscard]] std::string historyLanguageLabel() const override;
@@ -202,6 +208,7 @@ class SettingsRepository : public DictationSettings {
   bool cancelsWithEscape_ = true;
   bool keepFailedRecordings_ = true;
   bool processWhileRecording_ = true;
+  std::int64_t recogniserIdleMinutes_ = 10;
   bool insertWhileRecording_ = false;
   bool restorePreviousClipboard_ = true;
   SpokenText personalVocabulary_;

@@ -10,6 +10,8 @@
 #include "Shortcut/ShortcutChoice.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <optional>
 
 #include <fmt/format.h>
@@ -20,6 +22,8 @@ namespace murmel {
 namespace {
 
 using Kind = SettingRow::Kind;
+
+constexpr std::int64_t mostMinutes = 24 * 60;
 
 template <class E>
 std::vector<std::string_view> names() {
@@ -44,6 +48,8 @@ std::vector<SettingRow> makeTable() {
        names<OverlayPosition>()},
       {showRestingIndicator, Kind::boolean, "false", "keep the recording pill on the screen at rest"},
       {processWhileRecording, Kind::boolean, "true", "recognize while you still speak"},
+      {recogniserIdleMinutes, Kind::minutes, "10",
+       "how long the speech model stays in memory after a dictation; 0: for ever"},
       {insertWhileRecording, Kind::boolean, "false", "insert phrases while you still speak"},
       {removeFillerWords, Kind::boolean, "false", "remove filler words"},
       {spokenCommands, Kind::boolean, "false", "“comma”, “new line” and the like are commands"},
@@ -72,6 +78,13 @@ std::optional<DefaultsValue> parsed(const SettingRow& row, std::string_view text
     case Kind::choice:
       if (std::ranges::find(row.choices, text) == row.choices.end()) return std::nullopt;
       return std::string(text);
+    case Kind::minutes: {
+      std::int64_t minutes = 0;
+      const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), minutes);
+      const bool isNumber = error == std::errc() && end == text.data() + text.size();
+      if (!isNumber || minutes < 0 || minutes > mostMinutes) return std::nullopt;
+      return minutes;
+    }
     case Kind::languages: {
       std::vector<std::string> codes;
       for (std::size_t at = 0; at <= text.size();) {
@@ -115,6 +128,8 @@ std::expected<DefaultsValue, std::string> settingFromText(const SettingRow& row,
       return std::unexpected("It can be true or false.");
     case Kind::choice:
       return std::unexpected(fmt::format("It can be {}.", fmt::join(row.choices, ", ")));
+    case Kind::minutes:
+      return std::unexpected(fmt::format("It is a number of minutes from 0 to {}.", mostMinutes));
     case Kind::languages:
       return std::unexpected(fmt::format("It is a list of {}.", fmt::join(names<DictationLanguage>(), ", ")));
     case Kind::shortcut:
@@ -129,6 +144,10 @@ std::string settingText(const SettingRow& row, const DefaultsValue& value) {
     return *boolean ? "true" : "false";
   if (const auto* text = std::get_if<std::string>(&value); text && row.kind == Kind::choice) {
     if (parsed(row, *text)) return *text;
+  }
+  if (const auto* minutes = std::get_if<std::int64_t>(&value); minutes && row.kind == Kind::minutes) {
+    auto written = fmt::to_string(*minutes);
+    if (parsed(row, written)) return written;
   }
   if (const auto* codes = std::get_if<std::vector<std::string>>(&value);
       codes && row.kind == Kind::languages) {

@@ -13,7 +13,7 @@ namespace murmel {
 /// One setting as a person names and changes it, in a text file or on the command line. What migrations
 /// remember is none.
 struct SettingRow {
-  enum class Kind { boolean, choice, languages, shortcut };
+  enum class Kind { boolean, choice, minutes, languages, shortcut };
 
   std::string_view key;
   Kind kind = Kind::boolean;
@@ -27,8 +27,8 @@ std::span<const SettingRow> settingsTable();
 /// By the key, with or without its "settings."; nullptr when there is none.
 const SettingRow* settingRow(std::string_view name);
 
-/// A value as a person writes it: "true", a choice, languages separated by commas, a ready-made shortcut's
-/// name or a shortcut's JSON. The error says what is possible.
+/// A value as a person writes it: "true", a choice, whole minutes, languages separated by commas, a
+/// ready-made shortcut's name or a shortcut's JSON. The error says what is possible.
 std::expected<DefaultsValue, std::string> settingFromText(const SettingRow& row, std::string_view text);
 /// The other way round. A value that the setting cannot have gives the fallback, as it does when it is read.
 std::string settingText(const SettingRow& row, const DefaultsValue& value);

@@ -20,6 +20,15 @@ AdvancedPage::AdvancedPage(const SettingsServices& services)
              .get = [this] { return settings().processWhileRecording(); },
              .set = [this](bool on) { settings().setProcessWhileRecording(on); },
              .standard = true});
+  addChoice<std::int64_t>(
+      card,
+      {tr("Keep the speech model in memory"), tr("After the last dictation. It is loaded again while you "
+                                                 "speak the next one.")},
+      {.property = SettingsProperty::recogniserIdleMinutes,
+       .get = [this] { return settings().recogniserIdleMinutes(); },
+       .set = [this](std::int64_t minutes) { settings().setRecogniserIdleMinutes(minutes); },
+       .standard = 10},
+      {{1, tr("1 minute")}, {10, tr("10 minutes")}, {60, tr("1 hour")}, {0, tr("Always")}});
 
   auto& updates = *addCard(tr("Updates"));
   updates.addRow(tr("Check for updates automatically"), {}, new Switch)
