@@ -108,6 +108,7 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::createFor(
   std::error_code failure;
   if (!std::filesystem::is_regular_file(worker, failure))
     return std::unexpected(MRMError(MRMError::Case::workerMissing));
+  const auto* const engine = engineOf(model);
   SpeechWorkerConfiguration configuration{
       .workerURL = std::move(worker),
       .modelURL = std::move(model),
@@ -123,7 +124,7 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::createFor(
   };
   auto provider = std::make_unique<FluidAudioProvider>(std::move(services), bundle.applicationIdentifier,
                                                        std::move(configuration));
-  provider->vocabulary_ = bundle.vocabulary;
+  if (engine != nullptr && engine->takesHints) provider->vocabulary_ = bundle.vocabulary;
   return provider;
 }
 

@@ -46,7 +46,7 @@ class FluidAudioProvider final : public TranscriptionProvider {
   struct Bundle {
     std::filesystem::path resourcesDirectory;
     std::string applicationIdentifier;
-    /// Names that may be said; asked at each request. Nothing for an engine that takes none.
+    /// Names that may be said; asked at each request to an engine that takes them.
     std::function<std::vector<std::string>()> vocabulary = nullptr;
   };
 

@@ -26,11 +26,7 @@ SpeechServices::SpeechServices(const ProcessServices& process, const Installatio
       recognition({process.executor, process.clock, process.launcher,
                    [&settings] { return settings.recogniserIdleLimit(); }},
                   {installation.folders.resources, installation.identifier,
-                   [&models, &settings] {
-                     return models.speech->activeEngine().takesHints
-                                ? vocabularyHints(settings.personalVocabulary())
-                                : std::vector<std::string>();
-                   }},
+                   [&settings] { return vocabularyHints(settings.personalVocabulary()); }},
                   *models.speech, installation.policy,
                   speechModels(modelStore(installation.folders), installation.folders.resources)),
       refinement(settings, refiners, languages_),
