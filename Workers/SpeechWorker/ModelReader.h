@@ -7,8 +7,9 @@
 
 namespace murmel::worker {
 
-/// Reads a model file for the library, which does not look whether a read succeeded. The application has
-/// compared the file's digest before; this is for a file that cannot be read to its end.
+/// Reads a model file for the library, which does not look whether a read succeeded: it would recognise
+/// nonsense with what a failing disk did not give. That a file is the right one is the application's concern,
+/// which has compared its digest, and the library's, which knows what must be in it.
 class ModelReader {
  public:
   explicit ModelReader(const std::filesystem::path& file) : file_(std::fopen(file.c_str(), "rbe")) {}
@@ -19,9 +20,8 @@ class ModelReader {
   ModelReader& operator=(const ModelReader&) = delete;
 
   [[nodiscard]] bool isOpen() const { return file_ != nullptr; }
-  /// Whether nothing was missing. The library finds the end by asking for the three numbers of one more
-  /// tensor.
-  [[nodiscard]] bool sawWholeFile() const { return !isCut_ && readsPastEnd_ == 3; }
+  /// Whether each read gave what it was to give. Only asking for one more number at the end may be in vain.
+  [[nodiscard]] bool sawWholeFile() const { return !isCut_ && std::ferror(file_) == 0; }
 
   /// For the library's function that takes a loader: whisper_model_loader or parakeet_model_loader.
   template <typename Loader>
@@ -36,15 +36,12 @@ class ModelReader {
  private:
   std::size_t read(void* output, std::size_t size) {
     const auto count = std::fread(output, 1, size, file_);
-    if (count == size) return count;
-    if (count > 0 || size != sizeof(std::int32_t)) isCut_ = true;
-    ++readsPastEnd_;
+    if (count < size && (count > 0 || size != sizeof(std::int32_t))) isCut_ = true;
     std::fill_n(static_cast<char*>(output) + count, size - count, '\0');
     return count;
   }
 
   std::FILE* file_;
-  int readsPastEnd_ = 0;
   bool isCut_ = false;
 };
 
