@@ -18,15 +18,26 @@ std::size_t samplesIn(double seconds) {
   return static_cast<std::size_t>(seconds * sampleRate);
 }
 
-/// Where `samples` are cut best, as an offset.
-std::size_t quietestSample(std::span<const std::int16_t> samples) {
+std::vector<FrameLevel> levelsOf(std::span<const std::int16_t> samples, FrameLevelMeter& meter) {
   std::vector<float> scaled(samples.size());
   std::ranges::transform(samples, scaled.begin(),
                          [](auto sample) { return static_cast<float>(sample) / 32'768; });
+  return meter.append(scaled);
+}
+
+/// Where `samples` are cut best, as an offset.
+std::size_t quietestSample(std::span<const std::int16_t> samples) {
   FrameLevelMeter meter(sampleRate);
-  const auto levels = meter.append(scaled);
+  const auto levels = levelsOf(samples, meter);
   if (levels.empty()) return samples.size() / 2;
   return static_cast<std::size_t>(meter.firstSample(quietestPlace(levels).frame));
+}
+
+/// Not digital silence, steady noise or a hum: in these recognisers hear words, each in its own way.
+bool isWorthHearing(std::span<const std::int16_t> samples) {
+  if (samples.size() < fewestSamples) return false;
+  FrameLevelMeter meter(sampleRate);
+  return speechEvidence(levelsOf(samples, meter)) != SpeechEvidence::none;
 }
 
 }  // namespace
@@ -50,7 +61,7 @@ std::expected<std::string, std::string> inPieces(
     const std::function<std::expected<std::string, std::string>(std::span<const std::int16_t>)>& recognise) {
   std::string text;
   for (const auto piece : cutAtQuietPlaces(samples, limits)) {
-    if (piece.size() < fewestSamples) continue;
+    if (!isWorthHearing(piece)) continue;
     const auto words = recognise(piece);
     if (!words) return words;
     if (words->empty()) continue;

@@ -20,8 +20,8 @@ struct QuietCutLimits {
 std::vector<std::span<const std::int16_t>> cutAtQuietPlaces(std::span<const std::int16_t> samples,
                                                             const QuietCutLimits& limits = {});
 
-/// The texts of these pieces, joined by blanks; what is too short for a word is left out. The first error
-/// ends it.
+/// The texts of these pieces, joined by blanks; what is too short for a word, or as even as silence and noise
+/// are, is left out. The first error ends it.
 std::expected<std::string, std::string> inPieces(
     std::span<const std::int16_t> samples, const QuietCutLimits& limits,
     const std::function<std::expected<std::string, std::string>(std::span<const std::int16_t>)>& recognise);

@@ -103,8 +103,6 @@ std::expected<std::string, std::string> WhisperEngine::recognise(std::span<const
 
 std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<const std::int16_t> samples,
                                                                       const SpeechHints& hints) {
-  // In digital silence it hears "you".
-  if (std::ranges::all_of(samples, [&](auto sample) { return sample == samples.front(); })) return "";
   std::vector<float> scaled(samples.size());
   std::ranges::transform(samples, scaled.begin(),
                          [](auto sample) { return static_cast<float>(sample) / fullScale; });

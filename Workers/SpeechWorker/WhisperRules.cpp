@@ -23,6 +23,9 @@ constexpr int tokenAllowance = 16;
 constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
 constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
 
+constexpr std::size_t stutterBytes = 24;    ///< longer than "aaaaaaaaah" and a row of zeros
+constexpr std::size_t longestStutter = 12;  ///< bytes; some scripts have three a letter, and no blanks
+
 struct Word {
   std::size_t begin;
   std::string text;  ///< ASCII in lower case, without punctuation around it
@@ -49,6 +52,24 @@ std::vector<Word> wordsOf(std::string_view text) {
   return words;
 }
 
+/// Where the same few letters of one word begin to follow each other without an end, as in "ПППП"; npos
+/// without that.
+std::size_t stutterIn(std::string_view text) {
+  for (std::size_t period = 1; period <= longestStutter; ++period) {
+    std::size_t same = 0;  // bytes that are as those one period before
+    for (auto at = period; at < text.size(); ++at) {
+      same = text[at] == text[at - period] ? same + 1 : 0;
+      if (same < std::max(stutterBytes, 3 * period)) continue;
+      if (text.substr(at - period, period).contains(' ')) continue;
+      auto begin = at + 1 - same - period;
+      constexpr unsigned continuationMask = 0xC0;  // of UTF-8
+      while (begin > 0 && (static_cast<unsigned char>(text[begin]) & continuationMask) == 0x80) --begin;
+      return begin;
+    }
+  }
+  return std::string_view::npos;
+}
+
 /// Whether the `length` words at `first` stand there `times` times in a row.
 bool standsThere(const std::vector<Word>& words, std::size_t first, std::size_t length, std::size_t times) {
   if (first + length * times > words.size()) return false;
@@ -73,14 +94,15 @@ int whisperTokenLimit(std::size_t samples) {
 }
 
 std::size_t repetitionIn(std::string_view text) {
-  const auto words = wordsOf(text);
+  const auto stutter = stutterIn(text);
+  const auto words = wordsOf(text.substr(0, stutter));
   for (std::size_t first = 0; first < words.size(); ++first) {
     for (std::size_t length = 1; first + 2 * length <= words.size(); ++length) {
       if (standsThere(words, first, length, length < phraseWords ? wordRepeats : 2))
         return words[first + length].begin;
     }
   }
-  return std::string_view::npos;
+  return stutter;
 }
 
 std::string withoutSoundDescriptions(std::string_view text) {

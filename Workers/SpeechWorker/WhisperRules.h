@@ -15,7 +15,8 @@ int whisperWindow(std::size_t samples);
 int whisperTokenLimit(std::size_t samples);
 
 /// Where text begins to say again what it has just said, as a model does that has lost its way: three or more
-/// words twice in a row, or one or two words four times; npos when it does not.
+/// words twice in a row, or one or two words four times; npos when it does not. The same letters over and
+/// over are nothing that anybody has said even once: of these, where they begin.
 std::size_t repetitionIn(std::string_view text);
 
 /// Without blanks around it; empty when it only describes sounds: "[BLANK_AUDIO]", "(wind blowing)",

@@ -49,6 +49,15 @@ TEST(QuietCut, CutsInTheMiddleOfAPause) {
   EXPECT_LT(cut, 22.35);
 }
 
+TEST(QuietCut, GivesNobodySilenceOrNoiseToHear) {
+  const auto hear = [](auto) -> std::expected<std::string, std::string> { return "word"; };
+  EXPECT_EQ(inPieces(noise(3, 300), {}, hear), "");
+  EXPECT_EQ(inPieces(std::vector<std::int16_t>(rate, 7), {}, hear), "");
+  auto spoken = noise(3, 300);
+  for (std::size_t at = rate; at < 2 * rate; ++at) spoken[at] = static_cast<std::int16_t>(spoken[at] * 10);
+  EXPECT_EQ(inPieces(spoken, {}, hear), "word");
+}
+
 TEST(QuietCut, LosesNothingAndKeepsItsLimits) {
   for (const double seconds : {30.001, 31.0, 44.9, 60.0, 61.7, 600.0}) {
     const auto samples = noise(seconds, 300);

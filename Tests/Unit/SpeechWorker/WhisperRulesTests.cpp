@@ -17,8 +17,10 @@ TEST(WhisperRules, FindTheLoopOfAModelThatHasLostItsWay) {
   };
   for (const auto& [first, rest] : firstSayingAndRest)
     EXPECT_EQ(repetitionIn(std::string(first) + std::string(rest)), first.size()) << first;
-  for (const auto* natural : {"", "no, no, no", "it was very, very, very cold", "one two one two",
-                              "the end of the day is the end of the week", "- - - - -"})
+  EXPECT_EQ(repetitionIn("Да. ПППППППППППППППППП"), std::string_view("Да. ").size());
+  EXPECT_EQ(repetitionIn("谢谢谢谢谢谢谢谢谢谢"), 0U);
+  for (const auto* natural : {"", "aaaaaaah, 1000000000000", "no, no, no", "it was very, very, very cold",
+                              "one two one two", "the end of the day is the end of the week", "- - - - -"})
     EXPECT_EQ(repetitionIn(natural), std::string_view::npos) << natural;
 }
 
