@@ -9,7 +9,6 @@
 #include "Dictation/PassingHint.h"
 #include "Dictation/RecogniserPreparation.h"
 #include "Dictation/Recording.h"
-#include "Dictation/RefinementSource.h"
 #include "Dictation/RetryBuffer.h"
 #include "Dictation/RuntimePriority.h"
 #include "Dictation/TranscriptCleanUp.h"
@@ -27,6 +26,7 @@
 #include "Platform/SessionGuard.h"
 #include "Platform/SoundPlayer.h"
 #include "Recognition/TranscriptionProviderFactory.h"
+#include "Refinement/RefinementSource.h"
 #include "Segmentation/DictationSession.h"
 #include "Settings/DictationSettings.h"
 

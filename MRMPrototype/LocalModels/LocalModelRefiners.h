@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
+#include "Foundation/Log.h"
 #include "LocalModels/LanguageModelRuntime.h"
 #include "LocalModels/QwenServerPool.h"
 #include "LocalModels/SageNativeAssets.h"
@@ -10,9 +11,10 @@
 #include "Platform/ProcessLauncher.h"
 #include "Product/ExecutableRuntimePolicy.h"
 #include "Product/MRMBuildIdentity.h"
-#include "Refinement/ModelRefiners.h"
+#include "Refinement/RefinementSource.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,44 +34,51 @@ struct RefinerLocations {
 
 /// The refiners that run models on this machine, with the processes behind them. Main thread. Destroying it
 /// ends the processes.
-class LocalModelRefiners final : public ModelRefiners {
+class LocalModelRefiners final : public RefinementSource {
  public:
   /// All of it must outlive the refiners and everything that they make.
   struct Services {
     Executor& executor;
     const Clock& clock;
     ProcessLauncher& launcher;
+    LogSink& log;
     const SmartModelFiles& files;
+    const LanguageRecognizer& recognizer;
   };
 
+  /// `choice` is asked for each dictation.
   LocalModelRefiners(Services services, const std::string& applicationIdentifier,
                      const RefinerLocations& locations, const ExecutableRuntimePolicy& policy,
-                     QwenServerLimits serverLimits = {}, SageLimits sageLimits = {});
+                     std::function<RefinementChoice()> choice, QwenServerLimits serverLimits = {},
+                     SageLimits sageLimits = {});
 
-  /// A prewarmed refiner is the one that is used from now on: the servers of other models end.
-  [[nodiscard]] std::unique_ptr<RefinementProvider> makeLanguageModelRefiner(SmartLocalModel model,
-                                                                             bool prewarmed) override;
-  /// Its worker loads its model from now on, if it has not.
-  [[nodiscard]] std::shared_ptr<RefinementProvider> russianRefiner() override;
-
-  /// Waits until the model's server has been started, for those who have no time to speak meanwhile. False
-  /// when it could not be.
-  [[nodiscard]] Task<bool> prepared(SmartLocalModel model) { return pool_.prepared(model); }
-  /// The same for the Russian refiner. False when its files are not installed, too.
-  [[nodiscard]] Task<bool> russianPrepared();
+  std::shared_ptr<RefinementProvider> makeRefinementProvider() override;
+  /// Starts nothing whose files are not installed and verified: to be called again when they are.
+  void warmUp() override;
+  /// Warms up and waits until it is done, for those who have no time to speak meanwhile. False when nothing
+  /// could be started.
+  [[nodiscard]] Task<bool> prepared();
 
   /// The line that the settings show; nothing while nobody has asked for the model.
   [[nodiscard]] std::optional<std::string_view> preparationStatus(SmartLocalModel model) const {
     return pool_.preparationStatus(model);
   }
-  [[nodiscard]] Signal<>& onPreparationChange() { return pool_.onPreparationChange(); }
+  /// Why the model, or the Russian corrector, is not there; empty when it is, or when nobody has asked for
+  /// it.
+  [[nodiscard]] std::string failure(SmartLocalModel model) const { return pool_.failure(model); }
+  [[nodiscard]] std::string russianFailure() const;
+  [[nodiscard]] Signal<>& onPreparationChange() { return *pool_.onPreparationChange(); }
 
   /// Ends every process: smart formatting was switched off. The next refiner starts them again.
   void shutdown();
 
  private:
+  [[nodiscard]] std::shared_ptr<RefinementProvider> russianRefiner();
+
   Services services_;
   std::string applicationIdentifier_;
+  Logger log_;
+  std::function<RefinementChoice()> choice_;
   SageNativeAssets assets_;
   SageWorkerClient::MayExecute mayExecute_;
   SageLimits sageLimits_;

@@ -24,9 +24,8 @@ Task<Result<std::string>> QwenLocalRefinementProvider::refine(std::string text) 
 
 Task<Result<std::string>> QwenLocalRefinementProvider::run(std::shared_ptr<QwenPersistentServer> server,
                                                            std::string text) {
-  auto asking = server->refine(text);
-  const auto answer = co_await asking;
-  auto formatted = answer ? projected(text, *answer) : std::nullopt;
+  auto asking = server->refine(std::move(text), &projected);
+  auto formatted = co_await asking;
   if (!formatted) co_return std::unexpected(MRMError(MRMError::Case::smartRefinementFailed));
   co_return *std::move(formatted);
 }

@@ -21,7 +21,8 @@ class QwenLocalRefinementProvider final : public RefinementProvider {
   [[nodiscard]] const std::string& providerID() const override { return server_->providerID(); }
   Task<Result<std::string>> refine(std::string text) override;
 
-  /// The recognised text with the answer's formatting; nothing when it is not shown to be safe. Pure.
+  /// The recognised text with the answer's formatting; nothing when it is not shown to be safe. Pure;
+  /// done where the answer is waited for, not on the main thread.
   static std::optional<std::string> projected(std::string_view recognized, std::string_view answer);
 
  private:

@@ -38,9 +38,15 @@ std::shared_ptr<QwenPersistentServer> QwenServerPool::server(SmartLocalModel mod
                                    .mayExecute = settings.runtime.mayExecute,
                                    .limits = {}};
   };
-  server = std::make_shared<QwenPersistentServer>(services_, settings_.applicationIdentifier, model,
-                                                  std::move(configuration), settings_.limits,
-                                                  [changed = changed_] { changed->emit(); });
+  server = std::make_shared<QwenPersistentServer>(
+      services_, settings_.applicationIdentifier, model, std::move(configuration), settings_.limits,
+      ModelSupervisor::Events{
+          .preparationChanged = [changed = changed_] { changed->emit(); },
+          .failed =
+              [failed = settings_.failed, model](const std::string& reason) {
+                if (failed) failed(model, reason);
+              },
+      });
   return server;
 }
 
@@ -48,20 +54,11 @@ void QwenServerPool::activate(SmartLocalModel model) {
   server(model)->startIfNeeded();
 }
 
-Task<bool> QwenServerPool::prepared(SmartLocalModel model) {
-  return prepare(server(model), changed_);
-}
-
-Task<bool> QwenServerPool::prepare(std::shared_ptr<QwenPersistentServer> server,
-                                   std::shared_ptr<Signal<>> changed) {
-  server->startIfNeeded();
-  while (server->preparation() == Preparation::preparing) {
-    auto [sender, receiver] = makeOneShot<std::monostate>();
-    auto waiting = std::make_shared<OneShotSender<std::monostate>>(std::move(sender));
-    const auto observer = changed->subscribe([waiting] { waiting->send({}); });
-    co_await receiver;
-  }
-  co_return server->preparation() == Preparation::ready;
+Task<void> QwenServerPool::await(std::shared_ptr<Signal<>> changed) {
+  auto [sender, receiver] = makeOneShot<std::monostate>();
+  auto waiting = std::make_shared<OneShotSender<std::monostate>>(std::move(sender));
+  const auto observer = changed->subscribe([waiting] { waiting->send({}); });
+  co_await receiver;
 }
 
 void QwenServerPool::shutdownAll() {
@@ -88,6 +85,12 @@ std::optional<std::string_view> QwenServerPool::preparationStatus(SmartLocalMode
       return "Preparation failed · original text remains available";
   }
   std::unreachable();
+}
+
+std::string QwenServerPool::failure(SmartLocalModel model) const {
+  const auto found = servers_.find(model);
+  const bool hasFailed = found != servers_.end() && found->second->preparation() == Preparation::failed;
+  return hasFailed ? found->second->diagnostic() : std::string();
 }
 
 }  // namespace murmel

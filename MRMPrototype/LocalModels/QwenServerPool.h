@@ -7,6 +7,7 @@
 #include "LocalModels/SmartModelFiles.h"
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -24,6 +25,8 @@ class QwenServerPool {
     std::filesystem::path temporaryDirectory;
     LanguageModelRuntime runtime;
     QwenServerLimits limits;
+    /// Why a server ended, or could not be started.
+    std::function<void(SmartLocalModel model, const std::string& reason)> failed = nullptr;
   };
 
   /// `files` and the services must outlive the pool and every server that it gave away.
@@ -36,8 +39,6 @@ class QwenServerPool {
   [[nodiscard]] std::shared_ptr<QwenPersistentServer> server(SmartLocalModel model);
   /// Makes sure that the model's server exists and is starting, or ready.
   void activate(SmartLocalModel model);
-  /// Waits until the model's server has been started. False when it could not be.
-  [[nodiscard]] Task<bool> prepared(SmartLocalModel model);
 
   void shutdownAll();
   /// Frees the memory of every other model.
@@ -45,11 +46,15 @@ class QwenServerPool {
 
   /// The line that the settings show; nothing while nobody has asked for the model.
   [[nodiscard]] std::optional<std::string_view> preparationStatus(SmartLocalModel model) const;
+  /// Why its preparation failed; empty when it has not.
+  [[nodiscard]] std::string failure(SmartLocalModel model) const;
   /// Emitted when a status line may have changed.
-  [[nodiscard]] Signal<>& onPreparationChange() { return *changed_; }
+  [[nodiscard]] std::shared_ptr<Signal<>> onPreparationChange() { return changed_; }
+  /// Waits for it.
+  [[nodiscard]] Task<void> nextChange() { return await(changed_); }
 
  private:
-  static Task<bool> prepare(std::shared_ptr<QwenPersistentServer> server, std::shared_ptr<Signal<>> changed);
+  static Task<void> await(std::shared_ptr<Signal<>> changed);
 
   QwenPersistentServer::Services services_;
   const SmartModelFiles& files_;

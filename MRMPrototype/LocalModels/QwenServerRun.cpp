@@ -2,14 +2,12 @@
 
 #include "LocalModels/LocalUnixHTTP.h"
 #include "LocalModels/QwenAPIKeyFile.h"
+#include "LocalModels/QwenChat.h"
+#include "WorkerProcess/ProcessEnd.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <utility>
-
-#include <poll.h>
-#include <unistd.h>
 
 namespace murmel {
 
@@ -43,27 +41,27 @@ std::vector<std::string> QwenServerConfiguration::arguments(
           "--log-disable"};
 }
 
-QwenServerRun::QwenServerRun(const QwenServerConfiguration& configuration, ProcessLauncher& launcher,
+QwenServerRun::QwenServerRun(QwenServerConfiguration configuration, ProcessLauncher& launcher,
                              const Clock& clock, const WorkerCancellation& cancellation)
-    : configuration_(configuration), launcher_(launcher), clock_(clock), cancellation_(cancellation) {}
+    : configuration_(std::move(configuration)),
+      launcher_(launcher),
+      clock_(clock),
+      cancellation_(cancellation) {}
 
 QwenServerRun::~QwenServerRun() {
   if (process_) process_->terminate(configuration_.limits.terminationGrace);
 }
 
-std::expected<std::shared_ptr<const QwenServerSession>, std::string> QwenServerRun::start() {
+std::expected<void, std::string> QwenServerRun::start() {
   auto place = QwenServerPlace::create(configuration_.temporaryDirectory);
   if (!place) return std::unexpected(std::move(place.error()));
   place_.emplace(*std::move(place));
-  auto token = QwenAPIKeyFile::makeToken();
+  token_ = QwenAPIKeyFile::makeToken();
   // Gone again on every way out of here: the server has read it when it is ready, or never will.
-  auto keyFile = QwenAPIKeyFile::create(token, place_->keyDirectory());
+  auto keyFile = QwenAPIKeyFile::create(token_, place_->keyDirectory());
   if (!keyFile) return std::unexpected(std::move(keyFile.error()));
-  if (auto launched = launch(keyFile->path()); !launched) return std::unexpected(std::move(launched.error()));
-  session_ = std::make_shared<const QwenServerSession>(
-      QwenServerSession{place_->socketURL(), std::move(token), process_->identifier()});
-  if (auto ready = awaitReadiness(); !ready) return std::unexpected(std::move(ready.error()));
-  return session_;
+  if (auto launched = launch(keyFile->path()); !launched) return launched;
+  return awaitReadiness();
 }
 
 std::expected<void, std::string> QwenServerRun::launch(const std::filesystem::path& apiKeyFileURL) {
@@ -87,7 +85,7 @@ std::expected<void, std::string> QwenServerRun::awaitReadiness() {
     if (left <= Duration::zero()) return std::unexpected("inference server did not become ready");
     if (isReady(std::min(left, configuration_.limits.readinessProbe))) return {};
     if (cancellation_.isCancelled()) return std::unexpected("stopped");
-    if (outputEnds(configuration_.limits.readinessInterval) || !process_->isRunning())
+    if (awaitProcessEnd(*process_, cancellation_, configuration_.limits.readinessInterval, true))
       return std::unexpected("inference server exited while starting");
   }
 }
@@ -95,41 +93,39 @@ std::expected<void, std::string> QwenServerRun::awaitReadiness() {
 bool QwenServerRun::isReady(Duration limit) const {
   const WorkerCancellation* const interruption = &cancellation_;
   const auto answer = LocalUnixHTTP(clock_, {&interruption, 1})
-                          .request({.socketURL = session_->socketURL,
-                                    .token = session_->token,
+                          .request({.socketURL = place_->socketURL(),
+                                    .token = token_,
                                     .method = "GET",
                                     .path = "/health",
                                     .body = std::nullopt,
                                     .timeout = limit,
-                                    .server = session_->server});
+                                    .server = process_->identifier()});
   return answer && answer->status == okStatus;
 }
 
 void QwenServerRun::awaitEnd() {
-  while (!cancellation_.isCancelled() && !outputEnds(std::nullopt)) {
-  }
+  awaitProcessEnd(*process_, cancellation_, std::nullopt, /*dropsOutput=*/true);
 }
 
-/// Takes and drops what the server prints, so that it never waits for a reader. True when there will be no
-/// more of it, which is how its end is noticed; false after `within` or with the cancellation.
-bool QwenServerRun::outputEnds(std::optional<std::chrono::milliseconds> within) {
-  std::array<char, 4'096> dropped;  // NOLINT(*-member-init): filled by the read
-  const auto deadline = clock_.now() + within.value_or(std::chrono::milliseconds::zero());
-  while (!cancellation_.isCancelled()) {
-    int limit = -1;
-    if (within) {
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - clock_.now());
-      if (left.count() <= 0) return false;
-      limit = static_cast<int>(left.count());
-    }
-    std::array<pollfd, 2> waited{{{process_->output(), POLLIN, 0}, {cancellation_.descriptor(), POLLIN, 0}}};
-    const int ready = ::poll(waited.data(), waited.size(), limit);
-    if (ready < 0 && errno != EINTR) return true;
-    if (ready <= 0 || waited[0].revents == 0) continue;
-    const auto count = ::read(process_->output(), dropped.data(), dropped.size());
-    if (count == 0 || (count < 0 && errno != EINTR)) return true;
-  }
-  return false;
+std::expected<std::string, ModelProcess::Failure> QwenServerRun::ask(const std::string& text,
+                                                                     Instant deadline,
+                                                                     const WorkerCancellation& patience) {
+  const std::array<const WorkerCancellation*, 2> interruptions{&patience, &cancellation_};
+  const auto body = QwenChat::requestBody(text);
+  const auto answer = LocalUnixHTTP(clock_, interruptions)
+                          .request({.socketURL = place_->socketURL(),
+                                    .token = token_,
+                                    .method = "POST",
+                                    .path = "/v1/chat/completions",
+                                    .body = body,
+                                    .timeout = deadline - clock_.now(),
+                                    .server = process_->identifier()});
+  if (!answer && answer.error() == LocalUnixHTTP::Error::timedOut) return std::unexpected(Failure::timedOut);
+  if (!answer || answer->status != okStatus) return std::unexpected(Failure::refused);
+  const auto content = QwenChat::answer(answer->body);
+  auto said = content ? QwenChat::sanitizeResponse(*content) : std::nullopt;
+  if (!said) return std::unexpected(Failure::refused);
+  return *std::move(said);
 }
 
 }  // namespace murmel

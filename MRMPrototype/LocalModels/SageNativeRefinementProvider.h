@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Foundation/Async/Clock.h"
-#include "Foundation/Async/Executor.h"
-#include "Foundation/Async/OneShot.h"
+#include "LocalModels/ModelSupervisor.h"
 #include "LocalModels/SageNativeAssets.h"
 #include "LocalModels/SageWorkerClient.h"
 #include "Platform/ProcessLauncher.h"
@@ -14,10 +12,9 @@
 
 namespace murmel {
 
-/// The native Russian refiner: a worker process that is kept between dictations, and a thread of its own on
-/// which everything that waits for it happens. What the worker says is only ever looked at for punctuation
-/// and capitals. Main thread. Errors: `smartModelMissing` without its files, `smartRefinementFailed` for
-/// everything else, a worker that still loads included.
+/// The native Russian refiner, on a worker process that is kept between dictations. What the worker says is
+/// only ever looked at for punctuation and capitals. Main thread. Errors: `smartModelMissing` without its
+/// files, `smartRefinementFailed` for everything else, a worker that still loads included.
 ///
 /// Destroying it ends the worker at once; requests that still wait fail.
 class SageNativeRefinementProvider final : public RefinementProvider {
@@ -33,26 +30,23 @@ class SageNativeRefinementProvider final : public RefinementProvider {
 
   SageNativeRefinementProvider(Services services, const std::string& applicationIdentifier,
                                const SageNativeAssets& assets, SageWorkerClient::MayExecute mayExecute,
-                               SageLimits limits = {});
-  ~SageNativeRefinementProvider() override;
+                               SageLimits limits = {}, ModelSupervisor::Events events = {});
+  ~SageNativeRefinementProvider() override { supervisor_->shutdown(); }
 
   /// Starts the worker and lets it load its model; nothing happens when it has, or when files are missing.
-  void startIfNeeded();
-  /// The same, waiting for it. False when the worker could not be started.
-  [[nodiscard]] Task<bool> prepared();
+  void startIfNeeded() { supervisor_->startIfNeeded(); }
+  [[nodiscard]] ModelSupervisor::Preparation preparation() const { return supervisor_->preparation(); }
+  [[nodiscard]] std::string diagnostic() const { return supervisor_->diagnostic(); }
 
-  [[nodiscard]] const std::string& providerID() const override;
+  [[nodiscard]] const std::string& providerID() const override { return providerID_; }
   Task<Result<std::string>> refine(std::string text) override;
 
  private:
-  struct State;
-  static Task<Result<std::string>> refineOn(std::shared_ptr<State> state, std::string text);
-  static Task<bool> load(std::shared_ptr<State> state, SageNativeAssets::Paths paths);
-  static Task<void> ask(std::shared_ptr<State> state, std::string text,
-                        std::shared_ptr<OneShotSender<Result<std::string>>> first);
+  static Task<Result<std::string>> run(std::shared_ptr<ModelSupervisor> supervisor, std::string text);
 
+  const std::string providerID_{identifier};
   const SageNativeAssets& assets_;
-  std::shared_ptr<State> state_;
+  std::shared_ptr<ModelSupervisor> supervisor_;
 };
 
 }  // namespace murmel

@@ -1,6 +1,7 @@
 #include "LocalModels/SageWorkerClient.h"
 
-#include <algorithm>
+#include "WorkerProcess/ProcessEnd.h"
+
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -23,75 +24,67 @@ std::string requestLine(std::int64_t id, const std::string& text, std::chrono::m
 
 }  // namespace
 
-SageWorkerClient::SageWorkerClient(MayExecute mayExecute, SageLimits limits, ProcessLauncher& launcher,
-                                   const Clock& clock, const WorkerCancellation& cancellation)
-    : mayExecute_(std::move(mayExecute)),
+SageWorkerClient::SageWorkerClient(SageNativeAssets::Paths paths, MayExecute mayExecute, SageLimits limits,
+                                   ProcessLauncher& launcher, const Clock& clock,
+                                   const WorkerCancellation& cancellation)
+    : paths_(std::move(paths)),
+      mayExecute_(std::move(mayExecute)),
       limits_(limits),
-      launcher_(launcher),
       clock_(clock),
-      cancellation_(cancellation) {}
+      cancellation_(cancellation),
+      worker_({.prepareLaunch = [this] { return prepareLaunch(); },
+               .checkRunning = [](const ChildProcess& process) -> Result<void> {
+                 if (process.runningIdentity() == process.launchedIdentity()) return {};
+                 return failed("running correction worker identity validation failed");
+               },
+               .startLimit = limits_.start,
+               .terminationGrace = limits_.terminationGrace},
+              launcher, clock, cancellation) {}
 
-// The child process kills and reaps itself, without a grace: somebody waits for the end.
-SageWorkerClient::~SageWorkerClient() = default;
-
-Result<void> SageWorkerClient::load(const SageNativeAssets::Paths& paths) {
-  if (isLoaded()) return {};
-  reset();
-  if (cancellation_.isCancelled()) return failed("worker exited unexpectedly");
-  auto started = start(paths);
-  if (!started) reset();
-  return started;
+Result<ProcessRequest> SageWorkerClient::prepareLaunch() const {
+  // The library becomes code of the worker: it is held to the same rule.
+  if (!mayExecute_(paths_.worker) || !mayExecute_(paths_.runtime))
+    return failed("correction worker signature validation failed");
+  return ProcessRequest{
+      .executable = paths_.worker,
+      .arguments = {"--model-dir", paths_.modelDirectory.string(), "--runtime", paths_.runtime.string()},
+      .environment = {},
+  };
 }
 
-Result<void> SageWorkerClient::start(const SageNativeAssets::Paths& paths) {
-  // The library becomes code of the worker: it is held to the same rule.
-  if (!mayExecute_(paths.worker) || !mayExecute_(paths.runtime))
-    return failed("correction worker signature validation failed");
-  auto launched = launcher_.launch(
-      {.executable = paths.worker,
-       .arguments = {"--model-dir", paths.modelDirectory.string(), "--runtime", paths.runtime.string()},
-       .environment = {}});
-  if (!launched) return failed(std::move(launched.error()));
-  auto& process = **launched;
-  worker_.emplace(*std::move(launched),
-                  WorkerChannel(process.input(), process.output(), clock_, cancellation_));
-  if (process.runningIdentity() != process.launchedIdentity())
-    return failed("running correction worker identity validation failed");
-  auto message = worker_->channel.readMessage(limits_.start);
-  if (!message) return std::unexpected(std::move(message.error()));
-  if (message->protocolVersion != WorkerMessage::acceptedProtocolVersion || message->event != "ready")
-    return failed(message->errorType.value_or("worker did not become ready"));
+std::expected<void, std::string> SageWorkerClient::start() {
+  if (auto loaded = worker_.load(); !loaded) return std::unexpected(loaded.error().detail());
   return {};
 }
 
-Result<std::string> SageWorkerClient::correct(const std::string& text, Instant deadline) {
-  if (!isLoaded()) return failed("worker exited unexpectedly");
-  const auto limit = deadline - clock_.now();
-  const auto workersLimit = std::chrono::duration_cast<std::chrono::milliseconds>(limit - limits_.way);
-  if (workersLimit.count() < 1) return failed("worker response timed out");
-  auto& channel = worker_->channel;
-  const auto sent = channel.writeLine(requestLine(++requestID_, text, workersLimit), limit);
-  auto message = sent ? channel.readMessage(deadline - clock_.now()) : std::unexpected(sent.error());
-  if (!message) {
-    reset();
-    return std::unexpected(std::move(message.error()));
-  }
-  const bool isAnswer =
-      message->protocolVersion == WorkerMessage::acceptedProtocolVersion && message->id == requestID_;
-  if (isAnswer && message->event == "result" && message->text) return std::move(*message->text).reveal();
-  if (isAnswer && message->event == "error")
-    return failed(message->errorType.value_or("unknown worker error"));
-  // Nobody knows what it is answering.
-  reset();
-  return failed("unexpected correction worker response");
+void SageWorkerClient::awaitEnd() {
+  awaitProcessEnd(worker_.process(), cancellation_, std::nullopt, /*dropsOutput=*/false);
 }
 
-void SageWorkerClient::reset() {
-  if (!worker_) return;
-  // Nobody waits for a good-bye when the provider is going.
-  worker_->process->terminate(cancellation_.isCancelled() ? std::chrono::milliseconds::zero()
-                                                          : limits_.terminationGrace);
-  worker_.reset();
+std::expected<std::string, ModelProcess::Failure> SageWorkerClient::ask(const std::string& text,
+                                                                        Instant deadline,
+                                                                        const WorkerCancellation&) {
+  const auto limit = deadline - clock_.now();
+  const auto workersLimit = std::chrono::duration_cast<std::chrono::milliseconds>(limit - limits_.way);
+  if (workersLimit.count() < 1) return std::unexpected(Failure::timedOut);
+  auto& channel = worker_.channel();
+  // Half a question would be the beginning of the next one.
+  if (!channel.writeLine(requestLine(++requestID_, text, workersLimit), limit))
+    return std::unexpected(Failure::lost);
+  while (true) {
+    auto message = channel.readMessage(deadline - clock_.now());
+    if (!message) {
+      const bool isLate = message.error().detail() == "worker response timed out";
+      return std::unexpected(isLate ? Failure::timedOut : Failure::lost);
+    }
+    if (message->protocolVersion != WorkerMessage::acceptedProtocolVersion)
+      return std::unexpected(Failure::lost);
+    // The answer to a question that nobody waited for any longer.
+    if (message->id && *message->id >= 1 && *message->id < requestID_) continue;
+    if (message->id != requestID_) return std::unexpected(Failure::lost);
+    if (message->event == "result" && message->text) return std::move(*message->text).reveal();
+    return std::unexpected(message->event == "error" ? Failure::refused : Failure::lost);
+  }
 }
 
 }  // namespace murmel

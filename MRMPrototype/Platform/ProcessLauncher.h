@@ -42,6 +42,8 @@ class ChildProcess {
   [[nodiscard]] virtual int input() const = 0;
   /// The read end of the child's standard output.
   [[nodiscard]] virtual int output() const = 0;
+  /// Readable from the child's end on, whoever reaps it.
+  [[nodiscard]] virtual int endDescriptor() const = 0;
   virtual void closeInput() = 0;
   [[nodiscard]] virtual bool isRunning() = 0;
   /// Asks the child to end and, when it has not after `grace`, kills it; returns when it is gone and reaped.

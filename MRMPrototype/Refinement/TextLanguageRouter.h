@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Platform/LanguageRecognizer.h"
-#include "Refinement/RefinementRoute.h"
 
 #include <cstddef>
 #include <string_view>
 
 namespace murmel {
+
+/// Which refiner a text goes to.
+enum class RefinementRoute { russian, english, multilingual, none };
 
 /// Routes a text by its scripts, and by its dominant language where Cyrillic and Latin are mixed. Stateless;
 /// pure but for the recogniser, which is asked about mixed texts only.

@@ -2,11 +2,13 @@
 
 #include "Foundation/Async/Clock.h"
 #include "History/HistoryRetention.h"
+#include "Recognition/DictationLanguage.h"
 #include "Refinement/SmartLocalModel.h"
 #include "Refinement/SmartRefinementRoutingMode.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace murmel {
 
@@ -36,6 +38,8 @@ class DictationSettings {
   [[nodiscard]] virtual std::string personalVocabulary() const = 0;
   /// The two-letter code that recognition is forced to, if any.
   [[nodiscard]] virtual std::optional<std::string> workerLanguageCode() const = 0;
+  /// The languages that are spoken; empty: any of them.
+  [[nodiscard]] virtual std::vector<DictationLanguage> spokenLanguages() const { return {}; }
   /// How long the recogniser stays loaded without a dictation; zero is for ever.
   [[nodiscard]] virtual Duration recogniserIdleLimit() const { return std::chrono::minutes(10); }
   /// The language as a history entry shows it.

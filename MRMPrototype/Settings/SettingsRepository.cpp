@@ -308,6 +308,18 @@ std::optional<std::string> SettingsRepository::workerLanguageCode() const {
   return std::string(rawValue(singleLanguage_));
 }
 
+std::vector<DictationLanguage> SettingsRepository::spokenLanguages() const {
+  switch (languageMode_) {
+    case DictationLanguageMode::automaticAll:
+      return {};
+    case DictationLanguageMode::selected:
+      return selectedLanguages_;
+    case DictationLanguageMode::single:
+      return {singleLanguage_};
+  }
+  std::unreachable();
+}
+
 std::string SettingsRepository::historyLanguageLabel() const {
   switch (languageMode_) {
     case DictationLanguageMode::automaticAll:

@@ -157,6 +157,7 @@ class SettingsRepository : public DictationSettings {
     return std::chrono::minutes(recogniserIdleMinutes_);
   }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override;
+  [[nodiscard]] std::vector<DictationLanguage> spokenLanguages() const override;
   /// "German"; "English, Russian"; "Automatic".
   [[nodiscard]] std::string historyLanguageLabel() const override;
   /// "German only"; "English, Russian"; "All 28 languages, recognized automatically".

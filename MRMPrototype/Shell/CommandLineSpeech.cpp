@@ -31,8 +31,8 @@ CommandLineSpeech::CommandLineSpeech(Arguments arguments, const Installation& gi
       settings_(storage_.settings, options),
       speech_({executor, clock, log_, launcher_}, givenInstallation, models_, settings_),
       installation(givenInstallation),
-      services{executor,           clock,           settings_,       speech_.recognition,
-               speech_.refinement, speech_.cleanUp, speech_.sessions},
+      services{executor,         clock,           settings_,       speech_.recognition,
+               speech_.refiners, speech_.cleanUp, speech_.sessions},
       options_(options) {
   storage_.settings.waitForPersonalVocabulary();
   for (const auto& message : storage_.defaults.messages()) output.complain(message);
@@ -81,11 +81,9 @@ Task<std::expected<void, std::string>> CommandLineSpeech::prepare() {
   }
   if (!options_.refine) co_return std::expected<void, std::string>();
   // Whoever asks for formatting on the command line waits for the models; dictation does not.
-  auto preparingModel = speech_.refiners.prepared(settings_.smartLocalModel());
-  const bool modelReady = co_await preparingModel;
-  auto preparingRussian = speech_.refiners.russianPrepared();
-  const bool russianReady = co_await preparingRussian;
-  if (!modelReady && !russianReady) {
+  auto preparing = speech_.refiners.prepared();
+  const bool isReady = co_await preparing;
+  if (!isReady) {
     output.complain(MRMError(MRMError::Case::smartModelMissing).localizedDescription() +
                     "; the text stays as it was recognized");
   }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Audio/AudioFileReader.h"
-#include "Dictation/RefinementSource.h"
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/Task.h"
 #include "Recognition/TranscriptionProviderFactory.h"
+#include "Refinement/RefinementSource.h"
 #include "Segmentation/DictationSession.h"
 #include "Settings/DictationSettings.h"
 #include "Shell/TranscriptForms.h"

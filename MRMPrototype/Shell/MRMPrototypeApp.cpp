@@ -50,7 +50,8 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       delivery_(process, installation, desktop, storage_.settings),
       audio_(process.executor, desktop.microphone, desktop.microphoneAuthorization,
              installation.folders.temporary),
-      refinerWarmth_(storage_.settings, speech_.refinement, [this] { speech_.refiners.shutdown(); }),
+      refinerWarmth_(storage_.settings, models_.smart, speech_.refiners,
+                     [this] { speech_.refiners.shutdown(); }),
       engineForLanguage_(storage_.settings, *models_.speech),
       pill_({
           .toggle = [this] { perform(IntelCommand::toggleDictation); },
@@ -102,7 +103,7 @@ DictationServices MRMPrototypeApp::dictationServices() {
       .history = storage_.history,
       .models = *models_.speech,
       .recognition = speech_.recognition,
-      .refinement = speech_.refinement,
+      .refinement = speech_.refiners,
       .cleanUp = speech_.cleanUp,
       .sessions = speech_.sessions,
       .updates = updates_,

@@ -90,6 +90,11 @@ SettingsServices MainWindows::settingsServices() {
     const auto status = parts_.speech.refiners.preparationStatus(model);
     return status ? std::optional(std::string(*status)) : std::nullopt;
   };
+  services.preparationFailure = [this](SmartLocalModel model) {
+    auto& refiners = parts_.speech.refiners;
+    const auto failure = refiners.failure(model);
+    return failure.empty() ? refiners.russianFailure() : failure;
+  };
   services.preparationChanged = &parts_.speech.refiners.onPreparationChange();
   services.unlockStorage = parts_.unlockStorage;
   services.exportSettings = [this] { return exportedSettings(parts_.storage.defaults); };

@@ -1,9 +1,12 @@
 #pragma once
 
-#include "Dictation/RefinementSource.h"
 #include "Models/ModelManager.h"
+#include "Models/SmartModelManager.h"
+#include "Refinement/RefinementSource.h"
 #include "Settings/SettingsRepository.h"
 
+#include <algorithm>
+#include <array>
 #include <functional>
 
 namespace murmel {
@@ -21,25 +24,38 @@ class EngineForLanguage {
   Registration observer_;
 };
 
-/// The chosen refiner stays loaded while formatting is on, and none while it is off.
+/// What the languages in use need for formatting stays loaded while it is on, and nothing while it is off. A
+/// model that has been verified only now is loaded now.
 class RefinerWarmth {
  public:
-  RefinerWarmth(SettingsRepository& settings, RefinementSource& refinement, std::function<void()> shutdown)
-      : observer_(settings.didChange().subscribe(
-            [&settings, &refinement, shutdown = std::move(shutdown)](SettingsProperty property) {
-              if (property != SettingsProperty::smartFormatting &&
-                  property != SettingsProperty::smartLocalModel) {
-                return;
-              }
-              if (settings.smartFormatting()) {
-                refinement.warmUp();
-              } else {
-                shutdown();
-              }
-            })) {}
+  RefinerWarmth(SettingsRepository& settings, SmartModelManager& models, RefinementSource& refinement,
+                std::function<void()> shutdown)
+      : settings_(settings),
+        refinement_(refinement),
+        shutdown_(std::move(shutdown)),
+        observer_(settings.didChange().subscribe([this](SettingsProperty property) { follow(property); })),
+        inventory_(models.onInventoryChange([this] {
+          if (settings_.smartFormatting()) refinement_.warmUp();
+        })) {}
 
  private:
+  void follow(SettingsProperty property) {
+    using enum SettingsProperty;
+    constexpr auto deciding = std::to_array({smartFormatting, smartLocalModel, smartRefinementRouting,
+                                             languageMode, singleLanguage, selectedLanguages});
+    if (std::ranges::find(deciding, property) == deciding.end()) return;
+    if (settings_.smartFormatting()) {
+      refinement_.warmUp();
+    } else {
+      shutdown_();
+    }
+  }
+
+  SettingsRepository& settings_;
+  RefinementSource& refinement_;
+  std::function<void()> shutdown_;
   Registration observer_;
+  Registration inventory_;
 };
 
 }  // namespace murmel

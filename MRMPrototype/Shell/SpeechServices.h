@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Dictation/SettingsRefinementSource.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
 #include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
@@ -24,7 +23,6 @@ class SpeechServices {
  public:
   LocalModelRefiners refiners;
   FluidAudioRecognition recognition;
-  SettingsRefinementSource refinement;
   SettingsTranscriptCleanUp cleanUp;
   IncrementalDictationSessionFactory sessions;
 };

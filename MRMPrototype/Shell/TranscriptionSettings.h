@@ -31,6 +31,11 @@ class TranscriptionSettings final : public DictationSettings {
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override {
     return options_.language ? options_.language : user_.workerLanguageCode();
   }
+  [[nodiscard]] std::vector<DictationLanguage> spokenLanguages() const override {
+    if (!options_.language) return user_.spokenLanguages();
+    const auto language = fromRawValue<DictationLanguage>(*options_.language);
+    return language ? std::vector{*language} : std::vector<DictationLanguage>();
+  }
   [[nodiscard]] Duration recogniserIdleLimit() const override { return user_.recogniserIdleLimit(); }
   [[nodiscard]] std::string historyLanguageLabel() const override { return user_.historyLanguageLabel(); }
 

@@ -38,6 +38,8 @@ class KeptWorker {
   [[nodiscard]] bool isLoaded() { return worker_ && worker_->process->isRunning(); }
   /// The conversation with the worker that is loaded.
   [[nodiscard]] WorkerChannel& channel() { return worker_->channel; }
+  /// Of the worker that is loaded.
+  [[nodiscard]] const ChildProcess& process() const { return *worker_->process; }
   /// Ends the worker; the next `load` starts another.
   void reset();
 

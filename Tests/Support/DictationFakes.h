@@ -2,7 +2,6 @@
 
 #include "Delivery/TextInsertion.h"
 #include "Dictation/OverlayController.h"
-#include "Dictation/RefinementSource.h"
 #include "Dictation/TranscriptCleanUp.h"
 #include "Foundation/Async/Signal.h"
 #include "Foundation/Log.h"
@@ -11,8 +10,10 @@
 #include "Models/ModelDownloadPriorityCoordinator.h"
 #include "Models/SpeechModelStore.h"
 #include "Recognition/TranscriptionProviderFactory.h"
+#include "Refinement/RefinementSource.h"
 #include "Segmentation/DictationSession.h"
 #include "Settings/DictationSettings.h"
+#include "Support/MemoryLogSink.h"
 #include "Support/Suspension.h"
 
 #include <string>
@@ -289,16 +290,6 @@ class FakeOverlay final : public OverlayController {
   CaptureCondition condition = CaptureCondition::fine;
   std::string hint;
   double lastLevel = 0;
-};
-
-class MemoryLogSink final : public LogSink {
- public:
-  void write(LogLevel /*level*/, std::string_view /*subsystem*/, std::string_view category,
-             std::string_view line) override {
-    lines.push_back(std::string(category) + ": " + std::string(line));
-  }
-
-  std::vector<std::string> lines;
 };
 
 }  // namespace murmel::test

@@ -56,6 +56,8 @@ struct SettingsServices {
   std::function<void(QWidget* window)> recordShortcut{};
   /// How far the language model is; nothing while nobody has asked for it.
   std::function<std::optional<std::string>(SmartLocalModel)> preparationStatus{};
+  /// Why the model, or the Russian corrector, is not ready; empty when there is nothing to say.
+  std::function<std::string(SmartLocalModel)> preparationFailure{};
   Signal<>* preparationChanged = nullptr;
 
   /// What the speech engine in use knows of a language, in a few words.

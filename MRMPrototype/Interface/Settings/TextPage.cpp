@@ -91,9 +91,13 @@ void TextPage::showFormatting() {
   const auto model = settings().smartLocalModel();
   const auto status = services().preparationStatus ? services().preparationStatus(model) : std::nullopt;
   const bool isInstalled = services().models.isInstalled(model);
-  model_->setDescription(!isInstalled ? tr("Not installed. Get it under Speech Models.")
-                         : status && settings().smartFormatting() ? inPlatformWords(*status)
-                                                                  : tr("Installed."));
+  auto description = !isInstalled ? tr("Not installed. Get it under Speech Models.")
+                     : status && settings().smartFormatting() ? inPlatformWords(*status)
+                                                              : tr("Installed.");
+  const auto failure = services().preparationFailure ? services().preparationFailure(model) : std::string();
+  if (isInstalled && settings().smartFormatting() && !failure.empty())
+    description += QStringLiteral(" (%1)").arg(QString::fromStdString(failure));
+  model_->setDescription(description);
   // What is on stays changeable: somebody may want to switch it off.
   formatting_->setUnavailable(isInstalled || settings().smartFormatting()
                                   ? QString()

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace murmel {
@@ -56,12 +57,14 @@ class FakeChildProcess final : public ChildProcess {
       program(*side);
       side.reset();  // a child's pipes close before it is gone
       ended_ = true;
+      ::eventfd_write(end_.get(), 1);
     });
   }
 
   [[nodiscard]] pid_t identifier() const override { return identifier_; }
   [[nodiscard]] int input() const override { return input_.get(); }
   [[nodiscard]] int output() const override { return output_.get(); }
+  [[nodiscard]] int endDescriptor() const override { return end_.get(); }
   void closeInput() override { input_.reset(); }
   [[nodiscard]] bool isRunning() override { return !ended_; }
   void terminate(std::chrono::milliseconds) override {
@@ -83,6 +86,7 @@ class FakeChildProcess final : public ChildProcess {
   std::shared_ptr<std::atomic<int>> count_;
   UniqueDescriptor input_;
   UniqueDescriptor output_;
+  UniqueDescriptor end_{::eventfd(0, EFD_CLOEXEC)};
   std::atomic<bool> ended_ = false;
   std::mutex joining_;
   std::thread thread_;

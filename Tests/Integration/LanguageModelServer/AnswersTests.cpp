@@ -17,7 +17,7 @@ class ServerAnswers : public ServerBench, public ::testing::WithParamInterface<R
 }  // namespace
 
 TEST_P(ServerAnswers, BecomeFormattedOrRawText) {
-  settings.limits.request = GetParam().limit;
+  settings.limits.asking.request = GetParam().limit;
   script(std::string("answer ") + GetParam().answer + "\nanswer format");
   ASSERT_TRUE(prepare()) << diagnostic();
   EXPECT_EQ(refine("hello world how are you"), GetParam().expected);
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"say Hello, world.", "Hello, world. how are you"}));
 
 TEST_F(ServerBench, GivesUpAfterThreeSecondsByItself) {
-  settings.limits.request = QwenServerLimits().request;
+  settings.limits.asking.request = QwenServerLimits().asking.request;
   script("answer silent\nanswer format");
   ASSERT_TRUE(prepare());
   const auto before = clock.now();
@@ -78,7 +78,7 @@ TEST_F(ServerBench, AsksOneQuestionAtATime) {
 }
 
 TEST_F(ServerBench, TheSecondQuestionGivesUpWhenItsOwnLimitPasses) {
-  settings.limits.request = 200ms;
+  settings.limits.asking.request = 200ms;
   script("answer silent\nanswer silent");
   ASSERT_TRUE(prepare());
   const auto refiner = provider();
@@ -88,7 +88,7 @@ TEST_F(ServerBench, TheSecondQuestionGivesUpWhenItsOwnLimitPasses) {
   EXPECT_EQ(described(second), "RAW");
   EXPECT_TRUE(first.done());
   // It had waited for the first one all that time: asking for as long once more would double the wait.
-  EXPECT_LT(clock.now() - before, 2 * settings.limits.request);
+  EXPECT_LT(clock.now() - before, 2 * settings.limits.asking.request);
 }
 
 TEST_F(ServerBench, AQuestionThatIsGivenUpMakesRoomAtOnce) {

@@ -94,23 +94,51 @@ TEST_F(ServerBench, StartsAgainAfterEveryWayToFail) {
   EXPECT_EQ(refine("hello"), "Hello.");
 }
 
-TEST_F(ServerBench, StartsAgainAfterTheProcessHasEnded) {
-  script("answer die\nanswer format");
+TEST_F(ServerBench, ReplacesAProcessThatHasEnded) {
+  script("start leave-child\nanswer format");
   ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+  script("start close-output\nanswer format\nanswer die");
+  ::kill(onlyChild(), SIGKILL);  // while nobody asks, its output still open
+  ASSERT_TRUE(executor.waitUntil([&] { return count("listening") == 2; }));
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.") << "what has closed its output has not ended";
   EXPECT_EQ(refine("hello"), "RAW") << "ends during a request";
-  ASSERT_TRUE(executor.waitUntil([&] { return diagnostic() == "inference server exited"; }));
-  EXPECT_EQ(pool().preparationStatus(model), "Preparation failed · original text remains available");
-  script("answer format");
-  EXPECT_EQ(refine("hello"), "RAW") << "not ready yet, but on its way";
+  ASSERT_TRUE(executor.waitUntil([&] { return count("listening") == 3; }));
   ASSERT_TRUE(prepare());
-  EXPECT_EQ(refine("hello"), "Hello.");
-  EXPECT_EQ(count("listening"), 2U);
-
-  ::kill(onlyChild(), SIGKILL);  // ends while nobody asks
-  ASSERT_TRUE(executor.waitUntil([&] { return diagnostic() == "inference server exited"; }));
-  ASSERT_TRUE(prepare());
-  EXPECT_EQ(refine("hello"), "Hello.");
   EXPECT_EQ(leftBehind().size(), 2U) << "one socket and one folder";
+  EXPECT_EQ(failures, (std::vector<std::string>{"model process exited", "model process exited"}));
+}
+
+TEST_F(ServerBench, ReplacesAProcessThatHangs) {
+  settings.limits.asking.request = 300ms;
+  script("answer format");
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(refine("hello"), "Hello.");
+  ::kill(onlyChild(), SIGSTOP);
+  EXPECT_EQ(refine("hello"), "RAW");
+  EXPECT_EQ(refine("hello"), "RAW");
+  const auto before = clock.now();
+  refine("hello");
+  EXPECT_LT(clock.now() - before, settings.limits.asking.request) << "nobody waits for it any longer";
+  ASSERT_TRUE(prepare());
+  EXPECT_EQ(failures, std::vector<std::string>{"two answers in a row took too long"});
+  settings.limits.asking.request = 30s;
+  EXPECT_EQ(count("listening"), 2U);
+}
+
+TEST_F(ServerBench, TriesMoreAndMoreSeldomWhatNeverAnswers) {
+  settings.limits.asking.firstPause = 24h;
+  script("start exit 1");
+  EXPECT_FALSE(prepare());
+  EXPECT_EQ(pool().failure(model), "inference server exited while starting");
+  script("answer format");
+  EXPECT_FALSE(prepare()) << "it is too early";
+  EXPECT_EQ(refine("hello"), "RAW");
+  EXPECT_TRUE(notes().empty() || count("listening") == 0);
+  pool().shutdownAll();
+  EXPECT_TRUE(prepare()) << "somebody has switched it off and on";
+  EXPECT_EQ(pool().failure(model), "");
 }
 
 TEST_F(ServerBench, RefusesWhatItMayNotExecute) {
@@ -190,8 +218,9 @@ TEST_F(ServerBench, RemovesWhatDeadProcessesLeftBehind) {
 
   // A second application beside this one: each keeps its own.
   QwenServerPool other({executor, clock, launcher}, files, settings);
-  Awaiting<bool> preparing(other.prepared(model));
-  ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
+  other.activate(model);
+  ASSERT_TRUE(
+      executor.waitUntil([&] { return other.preparationStatus(model) == "Ready · kept warm in memory"; }));
   EXPECT_EQ(leftBehind().size(), 4U);
   EXPECT_EQ(refine("hello"), "Hello.");
 }

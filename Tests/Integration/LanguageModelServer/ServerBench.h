@@ -49,7 +49,8 @@ class ServerBench : public ::testing::Test {
     // Nothing in these tests waits for as long, unless it is about to fail.
     settings.limits.readiness = std::chrono::seconds(30);
     settings.limits.readinessInterval = std::chrono::milliseconds(5);
-    settings.limits.request = std::chrono::seconds(30);
+    settings.limits.asking.request = std::chrono::seconds(30);
+    settings.limits.asking.firstPause = std::chrono::seconds(0);
   }
 
   void script(const std::string& lines) const { std::ofstream(files.model) << lines; }
@@ -84,8 +85,10 @@ class ServerBench : public ::testing::Test {
   void releasePool() { pool_.reset(); }
 
   bool prepare() {
-    Awaiting<bool> preparing(pool().prepared(model));
-    return executor.waitUntil([&] { return preparing.done(); }) && *preparing;
+    const auto server = pool().server(model);
+    server->startIfNeeded();
+    executor.waitUntil([&] { return server->preparation() != ModelSupervisor::Preparation::preparing; });
+    return server->preparation() == ModelSupervisor::Preparation::ready;
   }
   [[nodiscard]] std::string diagnostic() { return pool().server(model)->diagnostic(); }
 
@@ -133,7 +136,9 @@ class ServerBench : public ::testing::Test {
       .temporaryDirectory = temporary.path(),
       .runtime = {MURMEL_STUB_SERVER, [](const std::filesystem::path&) { return true; }},
       .limits = {},
+      .failed = [this](SmartLocalModel, const std::string& reason) { failures.push_back(reason); },
   };
+  std::vector<std::string> failures;
 
  private:
   std::size_t descriptorsBefore_ = openDescriptorCount();

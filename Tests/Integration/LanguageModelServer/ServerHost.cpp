@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 #include <unistd.h>
 
@@ -26,8 +27,9 @@ int main(int argumentCount, char** arguments) {
   const SystemClock clock;
   const WorkerCancellation never;
   QwenServerRun run(configuration, launcher, clock, never);
-  const auto session = run.start();
-  std::printf("%d\n", session ? static_cast<int>((*session)->server) : 0);
+  int server = 0;
+  if (run.start()) std::ifstream("/proc/thread-self/children") >> server;
+  std::printf("%d\n", server);
   std::fflush(stdout);
   while (true) ::pause();
 }

@@ -1,7 +1,8 @@
 // An inference server that does what a test tells it. It takes the arguments of the real one; its model file
 // is its script. Lines that begin with "start" are carried out in order before it serves:
 //
-//   start print-megabytes N, exit N, stall, loading N (so many health checks get 503), unhealthy, no-bind
+//   start print-megabytes N, exit N, stall, loading N (so many health checks get 503), unhealthy, no-bind,
+//   close-output, leave-child (which keeps the output open for a while)
 //
 // Lines that begin with "answer" are used one a question, the last one again and again:
 //
@@ -133,6 +134,12 @@ class Server {
       if (command == "stall") stall();
       if (command.starts_with("loading")) loading_ = number;
       if (command == "unhealthy") unhealthy_ = true;
+      if (command == "close-output") ::close(STDOUT_FILENO);
+      if (command == "leave-child" && ::fork() == 0) {
+        constexpr int longerThanTheTest = 20;
+        ::alarm(longerThanTheTest);
+        stall();
+      }
       if (command.starts_with("print-megabytes")) printMegabytes(number);
     }
   }

@@ -1,9 +1,11 @@
 #include "Foundation/Async/Clock.h"
 #include "LocalModels/LocalModelRefiners.h"
+#include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/BuildPaths.h"
+#include "Support/MemoryLogSink.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
 #include "WorkerProcess/WorkerChannel.h"
@@ -195,17 +197,18 @@ TEST_F(SageWorker, RefinesThroughTheApplicationsRefiners) {
                              .languageModelServer = std::nullopt,
                              .onnxRuntime = runtime.string()};
   const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
-  LocalModelRefiners refiners({executor, clock, launcher, files}, "test", locations, policy);
-  EXPECT_EQ(refiners.russianRefiner(), nullptr) << "the model is not installed";
+  test::MemoryLogSink log;
+  const FakeLanguageRecognizer recognizer;
+  const auto choice = [] { return RefinementChoice{.smartFormatting = true, .otherLanguages = false}; };
+  LocalModelRefiners refiners({executor, clock, launcher, log, files, recognizer}, "test", locations, policy,
+                              choice);
+  Awaiting<bool> early(refiners.prepared());
+  EXPECT_FALSE(*early) << "the model is not installed";
   files.directory = models / "good";
-  const auto refiner = refiners.russianRefiner();
-  ASSERT_NE(refiner, nullptr);
-  EXPECT_EQ(refiner->providerID(), SageNativeRefinementProvider::identifier);
-  EXPECT_EQ(refiners.russianRefiner(), refiner) << "there is one";
-
-  Awaiting<bool> preparing(refiners.russianPrepared());
+  Awaiting<bool> preparing(refiners.prepared());
   ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
   EXPECT_TRUE(*preparing);
+  const auto refiner = refiners.makeRefinementProvider();
   Awaiting<Result<std::string>> asking(refiner->refine("привет мир нет " + repeated("как дела ", 30)));
   ASSERT_TRUE(executor.waitUntil([&] { return asking.done(); }));
   ASSERT_TRUE(asking->has_value());
@@ -214,6 +217,8 @@ TEST_F(SageWorker, RefinesThroughTheApplicationsRefiners) {
   refiners.shutdown();
 
   locations.edition = DistributionEdition::complete;
-  LocalModelRefiners shipped({executor, clock, launcher, files}, "test", locations, policy);
-  EXPECT_EQ(shipped.russianRefiner(), nullptr) << "a shipped build takes its own runtime only";
+  LocalModelRefiners shipped({executor, clock, launcher, log, files, recognizer}, "test", locations, policy,
+                             choice);
+  Awaiting<bool> own(shipped.prepared());
+  EXPECT_FALSE(*own) << "a shipped build takes its own runtime only";
 }

@@ -1,6 +1,6 @@
 #include "LocalModels/QwenChat.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
-#include "LocalModels/QwenServerConfiguration.h"
+#include "LocalModels/QwenServerRun.h"
 
 #include <string>
 

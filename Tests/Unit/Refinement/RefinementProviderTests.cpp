@@ -3,7 +3,7 @@
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Refinement/AutomaticLanguageRefinementProvider.h"
 #include "Refinement/BoundedRefinementProvider.h"
-#include "Refinement/RefinementProviderFactory.h"
+#include "Refinement/RefinementSource.h"
 
 #include <functional>
 #include <memory>
@@ -71,20 +71,6 @@ std::string manyWords(int count, const std::string& separator = " ") {
   for (int word = 1; word <= count; ++word) text += (word > 1 ? separator : "") + "w" + std::to_string(word);
   return text;
 }
-
-/// What was asked of the models, and refiners that tell themselves apart.
-class FakeModels final : public ModelRefiners {
- public:
-  std::unique_ptr<RefinementProvider> makeLanguageModelRefiner(SmartLocalModel model,
-                                                               bool prewarmed) override {
-    made.emplace_back(model, prewarmed);
-    return std::make_unique<ScriptedRefiner>([](const std::string& text) { return "model:" + text; });
-  }
-  std::shared_ptr<RefinementProvider> russianRefiner() override { return russian; }
-
-  std::vector<std::pair<SmartLocalModel, bool>> made;
-  std::shared_ptr<RefinementProvider> russian;
-};
 
 }  // namespace
 
@@ -154,29 +140,52 @@ TEST(AutomaticLanguageRefinementProvider, RoutesAndNeverFails) {
   EXPECT_EQ(refined(none, "hello мир"), Refined("hello мир"));
 }
 
-TEST(RefinementProviderFactory, ComposesByTheSettings) {
+TEST(RefinementSource, ComposesByTheSettings) {
   using enum SmartRefinementRoutingMode;
   const FakeLanguageRecognizer recognizer;
-  FakeModels models;
-  const RefinementProviderFactory factory(models, recognizer);
-
-  const auto off = factory.makeRefinementProvider({.smartFormatting = false});
+  std::shared_ptr<RefinementProvider> russian;
+  const auto made = [&](const RefinementChoice& choice) {
+    return makeRefinementProvider(choice,
+                                  {.languageModel =
+                                       [] {
+                                         return std::make_unique<ScriptedRefiner>(
+                                             [](const std::string& text) { return "model:" + text; });
+                                       },
+                                   .russian = [&] { return russian; }},
+                                  recognizer);
+  };
+  const auto off = made({.smartFormatting = false});
   EXPECT_EQ(off->providerID(), "disabled");
   EXPECT_EQ(refined(*off, " as it is "), Refined(" as it is "));
-  EXPECT_TRUE(models.made.empty());
 
-  const auto selected = factory.makeRefinementProvider(
-      {.smartFormatting = true, .routing = selectedMultilingualModel, .model = SmartLocalModel::qwen17});
+  const auto selected = made({.smartFormatting = true, .routing = selectedMultilingualModel});
   EXPECT_EQ(refined(*selected, manyWords(41)), Refined("model:" + manyWords(40) + " model:w41"));
   EXPECT_EQ(refined(*selected, "привет"), Refined("model:привет")) << "no routing in this mode";
-  EXPECT_EQ(models.made, (std::vector<std::pair<SmartLocalModel, bool>>{{SmartLocalModel::qwen17, false}}));
 
-  const auto automatic = factory.makeRefinementProvider({.smartFormatting = true});
+  const auto automatic = made({.smartFormatting = true});
   EXPECT_EQ(automatic->providerID(), "automatic-language-routing-v1");
   EXPECT_EQ(refined(*automatic, "hello"), Refined("model:hello"));
   EXPECT_EQ(refined(*automatic, "привет"), Refined("привет"));
+  russian = std::make_shared<ScriptedRefiner>(bracketed);
+  EXPECT_EQ(refined(*made({.smartFormatting = true}), "привет"), Refined("[привет]"));
+}
 
-  models.russian = std::make_shared<ScriptedRefiner>(bracketed);
-  const auto withRussian = factory.makeRefinementProvider({.smartFormatting = true});
-  EXPECT_EQ(refined(*withRussian, "привет"), Refined("[привет]"));
+TEST(RefinementSource, NeedsWhatTheLanguagesNeed) {
+  struct Row {
+    RefinementChoice choice;
+    bool russian, model;
+  };
+  using enum SmartRefinementRoutingMode;
+  for (const auto& [choice, russian, model] : std::vector<Row>{
+           {{.smartFormatting = false}, false, false},
+           {{.smartFormatting = true}, true, true},
+           {{.smartFormatting = true, .russian = false}, false, true},
+           {{.smartFormatting = true, .otherLanguages = false}, true, false},
+           {{.smartFormatting = true, .routing = selectedMultilingualModel, .otherLanguages = false},
+            false,
+            true},
+       }) {
+    EXPECT_EQ(choice.needsRussianRefiner(), russian);
+    EXPECT_EQ(choice.needsLanguageModel(), model);
+  }
 }

@@ -136,9 +136,13 @@ TEST_F(DeliveryWiring, PermissionsTellWhenOneOfThemHasChanged) {
 TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
   FakeRefinementSource refinement;
   int shutdowns = 0;
-  const RefinerWarmth warmth(settings, refinement, [&] { ++shutdowns; });
+  TemporaryFolder store;
+  SmartModelManager models(executor, store.path(), store.path());
+  const RefinerWarmth warmth(settings, models, refinement, [&] { ++shutdowns; });
   settings.setSmartFormatting(true);
   EXPECT_EQ(refinement.warmUps, 1);
+  settings.setLanguageMode(DictationLanguageMode::single);
+  EXPECT_EQ(refinement.warmUps, 2) << "another language may need another model";
   settings.setSmartFormatting(false);
   EXPECT_EQ(shutdowns, 1);
 }

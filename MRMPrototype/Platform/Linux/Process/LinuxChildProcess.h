@@ -17,6 +17,7 @@ class LinuxChildProcess final : public ChildProcess {
   [[nodiscard]] pid_t identifier() const override { return identifier_; }
   [[nodiscard]] int input() const override { return input_.get(); }
   [[nodiscard]] int output() const override { return output_.get(); }
+  [[nodiscard]] int endDescriptor() const override { return process_.get(); }
   void closeInput() override { input_.reset(); }
   [[nodiscard]] bool isRunning() override;
   void terminate(std::chrono::milliseconds grace) override;

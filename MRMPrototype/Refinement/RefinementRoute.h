@@ -1,8 +1,0 @@
-#pragma once
-
-namespace murmel {
-
-/// Which refiner a text goes to.
-enum class RefinementRoute { russian, english, multilingual, none };
-
-}  // namespace murmel
