@@ -1,5 +1,8 @@
 #include "Shell/InstanceLock.h"
 
+#include "Foundation/WriteAll.h"
+
+#include <array>
 #include <cerrno>
 #include <cstring>
 
@@ -18,31 +21,40 @@ struct flock wholeFile(short type) {
   return lock;
 }
 
+std::filesystem::path fileOf(const Installation& installation) {
+  // The user is named because the runtime folder may be the common temporary one.
+  return installation.folders.temporary / ("app.murmel-" + std::to_string(::getuid()) + ".lock");
+}
+
 }  // namespace
 
-std::expected<std::optional<InstanceLock>, std::string> InstanceLock::take(
-    const std::filesystem::path& file) {
+std::expected<std::optional<InstanceLock>, std::string> InstanceLock::take(const Installation& installation) {
   constexpr mode_t ownerOnly = 0600;
+  const auto file = fileOf(installation);
   UniqueDescriptor descriptor(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
   auto lock = wholeFile(F_WRLCK);
   if (descriptor.get() >= 0 && ::fcntl(descriptor.get(), F_OFD_SETLK, &lock) == 0) {
+    // The lock counts; the name is for those who ask, and a full disk does not matter.
+    if (::ftruncate(descriptor.get(), 0) == 0) (void)writeAll(descriptor.get(), installation.identifier);
     return std::optional(InstanceLock(std::move(descriptor)));
   }
   if (descriptor.get() >= 0 && (errno == EAGAIN || errno == EACCES)) return std::nullopt;
   return std::unexpected("Cannot lock " + file.string() + ": " + std::strerror(errno));
 }
 
-bool InstanceLock::isHeld(const std::filesystem::path& file) {
-  const UniqueDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
-  if (descriptor.get() < 0) return false;
+std::optional<std::string> InstanceLock::holder(const Installation& installation) {
+  const UniqueDescriptor descriptor(::open(fileOf(installation).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  if (descriptor.get() < 0) return std::nullopt;
   auto lock = wholeFile(F_WRLCK);
-  return ::fcntl(descriptor.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+  if (::fcntl(descriptor.get(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
+  std::array<char, 128> name{};
+  const auto length = ::read(descriptor.get(), name.data(), name.size());
+  return std::string(name.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
 }
 
-std::filesystem::path InstanceLock::fileOf(const Installation& installation) {
-  // The user is named because the runtime folder may be the common temporary one.
-  return installation.folders.temporary /
-         (installation.identifier + "-" + std::to_string(::getuid()) + ".lock");
+bool InstanceLock::isHeldByEdition(const Installation& installation) {
+  const auto name = holder(installation);
+  return name && (name->empty() || *name == installation.identifier);
 }
 
 }  // namespace murmel

@@ -10,17 +10,19 @@
 
 namespace murmel {
 
-/// What makes one instance the only one of its edition in this session: a locked file in the runtime folder,
-/// which the system unlocks whatever way the process ends. The session bus may be missing; this is not.
+/// What makes one instance the only one of its user, of whichever edition: two would hear the same shortcut,
+/// and both type. A locked file in the runtime folder, which the system unlocks whatever way the process
+/// ends. The session bus may be missing; this is not.
 class InstanceLock {
  public:
   /// Nothing when another process holds it. The error is one sentence for the user.
-  static std::expected<std::optional<InstanceLock>, std::string> take(const std::filesystem::path& file);
+  static std::expected<std::optional<InstanceLock>, std::string> take(const Installation& installation);
 
-  /// Whether a process holds it. Disturbs nobody who takes it at the same moment.
-  static bool isHeld(const std::filesystem::path& file);
-
-  static std::filesystem::path fileOf(const Installation& installation);
+  /// The application identifier of whoever holds it, and empty for the moment in which it has not said so.
+  /// Disturbs nobody who takes it at the same moment.
+  static std::optional<std::string> holder(const Installation& installation);
+  /// Whether an instance of this edition holds it.
+  static bool isHeldByEdition(const Installation& installation);
 
  private:
   explicit InstanceLock(UniqueDescriptor file) : file_(std::move(file)) {}

@@ -63,7 +63,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 return front ? screenOfWindow(front->window) : nullptr;
               },
       }),
-      status_(pill_, process.clock, [this] { return models_.speech->activeModelURL().filename().string(); }),
+      status_(pill_, process.clock, [this] { return std::string(models_.speech->activeEngine().title); }),
       coordinator_(dictationServices()),
       startReplies_(process.executor, coordinator_.onStateChange()),
       permissions_(desktop, [this] { return storage_.settings.shortcut(); }),

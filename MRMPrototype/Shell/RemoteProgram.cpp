@@ -20,8 +20,12 @@ int complain(int status, const std::string& sentence) {
 
 /// An instance that has no door on the bus is running nevertheless.
 int complain(const RemoteFailure& failure, const Installation& installation) {
-  const bool isRunning = InstanceLock::isHeld(InstanceLock::fileOf(installation));
-  if (!isRunning) return complain(commandStatus::notRunning, "Murmel is not running.");
+  const bool isRunning = InstanceLock::isHeldByEdition(installation);
+  if (!isRunning) {
+    const auto other = InstanceLock::holder(installation);
+    return complain(commandStatus::notRunning,
+                    "Murmel is not running" + (other ? ", but another edition is: " + *other + "." : "."));
+  }
   if (failure.kind != RemoteFailure::Kind::nobodyThere)
     return complain(commandStatus::refused, failure.message);
   return complain(commandStatus::refused, "Murmel is starting or ending, and cannot be reached.");
@@ -65,7 +69,7 @@ int runStatus(Arguments arguments, const Installation& installation, const Statu
   const QCoreApplication application(arguments.count, arguments.values);
   const auto status = remoteStatus(installation.identifier);
   if (!status) {
-    const bool isRunning = InstanceLock::isHeld(InstanceLock::fileOf(installation));
+    const bool isRunning = InstanceLock::isHeldByEdition(installation);
     if (role.json && !isRunning) fmt::print("{{\"running\":false}}\n");
     return complain(status.error(), installation);
   }

@@ -14,12 +14,18 @@ constexpr auto pollInterval = std::chrono::milliseconds(30);
 }  // namespace
 
 SecondStart becomeTheInstance(const Installation& installation, bool replaces) {
-  const auto file = InstanceLock::fileOf(installation);
   const auto limit = std::chrono::steady_clock::now() + endLimit;
   while (true) {
-    auto lock = InstanceLock::take(file);
+    auto lock = InstanceLock::take(installation);
     if (!lock) return {{}, commandStatus::refused, lock.error()};
     if (*lock) return {*std::move(lock), 0, {}};
+    const auto holder = InstanceLock::holder(installation).value_or("");
+    if (!holder.empty() && holder != installation.identifier) {
+      (void)sendRemoteCommand(holder, IntelCommand::revealApplication);
+      return {{},
+              commandStatus::refused,
+              "Another edition of Murmel is running (" + holder + "). Quit it first."};
+    }
     if (!replaces) {
       const auto shown = sendRemoteCommand(installation.identifier, IntelCommand::revealApplication);
       if (shown && *shown) return {{}, commandStatus::done, {}};
@@ -35,9 +41,8 @@ SecondStart becomeTheInstance(const Installation& installation, bool replaces) {
 }
 
 bool awaitEndOfInstance(const Installation& installation) {
-  const auto file = InstanceLock::fileOf(installation);
   const auto limit = std::chrono::steady_clock::now() + endLimit;
-  while (InstanceLock::isHeld(file)) {
+  while (InstanceLock::isHeldByEdition(installation)) {
     if (std::chrono::steady_clock::now() > limit) return false;
     std::this_thread::sleep_for(pollInterval);
   }

@@ -1,3 +1,4 @@
+#include "Platform/Linux/Session/SessionProbe.h"
 #include "Shell/Installation.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/Programs.h"
@@ -59,6 +60,7 @@ int main(int argumentCount, char** argumentValues) {
     fmt::print(message->exitStatus == 0 ? stdout : stderr, "{}", message->text);
     return message->exitStatus;
   }
+  avoidHangingBuses();
   const auto installation = Installation::read(Environment::ofThisProcess());
   if (!installation) {
     fmt::print(stderr, "murmel: {}\n", installation.error());

@@ -32,8 +32,9 @@ Task<CheckResult> checkSession(CheckedServices services) {
 Task<CheckResult> checkBus(CheckedServices /*services*/) {
   if (QDBusConnection::sessionBus().isConnected())
     co_return CheckResult{CheckState::works, "Commands like “murmel toggle” reach the running Murmel."};
-  co_return CheckResult{CheckState::limited,
-                        "There is none: commands like “murmel toggle” cannot reach the running Murmel."};
+  co_return CheckResult{
+      CheckState::limited,
+      "There is none, or it does not answer: commands like “murmel toggle” cannot reach the running Murmel."};
 }
 
 Task<CheckResult> checkTray(CheckedServices services) {

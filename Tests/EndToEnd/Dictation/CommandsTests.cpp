@@ -43,6 +43,7 @@ TEST_F(DictationDesk, NoWordGoesOverTheBusOrStandsInAnArgument) {
   const std::string murmelIs = outputOf(std::string(MURMEL_EXECUTABLE) + " status --json");
   EXPECT_NE(murmelIs.find(R"("state":"listening")"), std::string::npos) << murmelIs;
   EXPECT_EQ(murmelIs.find(R"("elapsed":0,)"), std::string::npos) << murmelIs;
+  EXPECT_NE(murmelIs.find(R"("engine":"PocketSphinx, US English")"), std::string::npos) << murmelIs;
   EXPECT_EQ(command("toggle"), 0);
   ASSERT_TRUE(waitForText(eightOfSpadesAndMore.word, "text")) << murmel->log();
   ASSERT_TRUE(waitForClipboard("old clipboard"));
@@ -61,6 +62,20 @@ TEST_F(DictationDesk, ASecondStartShowsTheFirstAlsoWhereThereIsNoBus) {
   EXPECT_TRUE(waitUntilCommand(settingsAreVisible)) << "the setup is done";
   const auto withoutBus = std::string("DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere ") + MURMEL_EXECUTABLE;
   EXPECT_FALSE(succeeds("timeout 20 " + withoutBus)) << "both would type";
+  const auto socket = file("bus").string();
+  const ApplicationProcess hangingBus({"python3", "-c",
+                                       "import socket, time; s = socket.socket(socket.AF_UNIX); s.bind('" +
+                                           socket + "'); s.listen(); time.sleep(60)"});
+  ASSERT_TRUE(waitUntilCommand("test -S " + socket));
+  const auto withHangingBus =
+      "DBUS_SESSION_BUS_ADDRESS=unix:path=" + socket + " timeout 10 " + MURMEL_EXECUTABLE;
+  EXPECT_EQ(outputOf(withHangingBus + " 2>/dev/null; echo $?"), "1") << "and soon";
+  const auto other = file("other").string();
+  outputOf("mkdir -p " + other + "/bin " + other + "/lib && cp " + MURMEL_EXECUTABLE + " " + other +
+           "/bin && cp -r " + buildFolder() + "/lib/murmel " + other +
+           "/lib && sed -i 's/Murmel.Development/Murmel.Lite/' " + other + "/lib/murmel/Info.json");
+  EXPECT_EQ(outputOf(other + "/bin/murmel 2>&1 || true"),
+            "murmel: Another edition of Murmel is running (app.murmel.Murmel.Development). Quit it first.");
   EXPECT_FALSE(murmel->exitStatus());
   // One that hangs is not asked later for what its caller was told has failed.
   ::kill(murmel->identifier(), SIGSTOP);

@@ -10,6 +10,11 @@ namespace murmel {
 /// loop.
 SessionFacts probeSession(const Environment& environment);
 
+/// Has this process do without a bus that hangs, as where there is none: every library that speaks to it
+/// would wait for half a minute at each question. Changes the environment, so before any thread and before
+/// Qt.
+void avoidHangingBuses();
+
 /// The parts of it.
 SessionFacts::X11 probeX11(const Environment& environment);
 SessionFacts::Wayland probeWayland(const Environment& environment);
