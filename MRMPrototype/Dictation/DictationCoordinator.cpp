@@ -336,12 +336,8 @@ RecogniserPreparation::Outcome DictationCoordinator::prepareRecogniser() {
 }
 
 void DictationCoordinator::modelInventoryChanged() {
-  // What is under way, or being shown for its time, stays; the rest is shown after it.
-  if (state().isBusy() || status_.isRecoveryPending()) {
-    prepareRecogniser();
-  } else {
-    showRest();
-  }
+  // What is under way, or being shown for its time, stays; the rest, which looks at the models, follows it.
+  if (!state().isBusy() && !status_.isRecoveryPending()) showRest();
 }
 
 void DictationCoordinator::showRest() {

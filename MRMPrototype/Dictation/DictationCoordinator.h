@@ -127,6 +127,8 @@ class DictationCoordinator {
   Task<DrainOutcome> drain();
   /// Ends the wait of `drain`: the words that there are go to the clipboard, as private text.
   void hurryDrain();
+  /// After a drain, when the application goes on all the same.
+  void admit();
 
   /// Recognition of `operation` is behind, or has caught up. Revisions that are not newer than the last one,
   /// and operations that are not current, are ignored.

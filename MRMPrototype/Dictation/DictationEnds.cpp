@@ -133,6 +133,11 @@ void DictationCoordinator::hurryDrain() {
   answerDrain();
 }
 
+void DictationCoordinator::admit() {
+  draining_ = false;
+  drainOutcome_ = DrainOutcome::done;
+}
+
 std::string DictationCoordinator::wordsSoFar(const Recording& recording) const {
   if (recording.live) return std::string(text::trimmed(recording.live->text().reveal()));
   std::string words;

@@ -14,25 +14,6 @@ namespace {
 /// In which the window manager brings another application to the front.
 constexpr auto pasteAgainDelay = std::chrono::milliseconds(250);
 constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
-constexpr const char* stillTranscribing = "The last dictation is still being transcribed.";
-
-/// Longer than any healthy recogniser takes for what is left at a stop, shorter than sessions wait for
-/// their programs to end.
-constexpr Duration drainBound = std::chrono::seconds(10);
-
-std::string sentence(DrainOutcome outcome) {
-  switch (outcome) {
-    case DrainOutcome::done:
-      return {};
-    case DrainOutcome::copied:
-      return "Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.";
-    case DrainOutcome::copiedPart:
-      return "Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.";
-    case DrainOutcome::lost:
-      return "Murmel ended before your last words were recognized.";
-  }
-  std::unreachable();
-}
 
 }  // namespace
 
@@ -90,6 +71,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
   connectInterface();
   connectPermissions();
   connectCommands();
+  connectEnd();
   tellAboutSettings();
 }
 
@@ -290,7 +272,6 @@ void MRMPrototypeApp::connectInterface() {
   observers_.push_back(windows_.shelf().changed().subscribe(refresh));
   observers_.push_back(
       coordinator_.onNotice().subscribe([this](const std::string& notice) { tell(notice); }));
-  observers_.push_back(desktop_.session.onEnd([this] { sessionEnds(); }));
 
   const auto showPill = [this] {
     pill_.setEdge(storage_.settings.overlayPosition());
@@ -307,8 +288,6 @@ void MRMPrototypeApp::connectInterface() {
     if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
   observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));
-  // A session manager goes on to end the session when this returns.
-  QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &setup_, [this] { awaitEnd(); });
 }
 
 void MRMPrototypeApp::connectPermissions() {
@@ -323,112 +302,6 @@ void MRMPrototypeApp::connectPermissions() {
         const bool pasteWasGranted = now.automaticPaste && !before.automaticPaste;
         if (pasteWasGranted && desktop_.pasteNeedsFreshProcess) pasteRelaunch_.offerAutomaticPasteRelaunch();
       }));
-}
-
-void MRMPrototypeApp::connectCommands() {
-  const auto on = [this](IntelCommand command, IntelCommandTarget::Handler run) {
-    observers_.push_back(commands_.answer(command, std::move(run)));
-  };
-  on(IntelCommand::toggleDictation, [this]() -> CommandOutcome {
-    if (isTranscribing()) return std::unexpected(stillTranscribing);
-    coordinator_.toggle();
-    return {};
-  });
-  on(IntelCommand::startDictation, [this]() -> CommandOutcome {
-    if (isTranscribing()) return std::unexpected(stillTranscribing);
-    if (coordinator_.state().isRecording()) return std::unexpected("Murmel is listening already.");
-    coordinator_.toggle();
-    return {};
-  });
-  on(IntelCommand::stopDictation, [this]() -> CommandOutcome {
-    if (!coordinator_.stop()) return std::unexpected("Nothing is being recorded.");
-    return {};
-  });
-  on(IntelCommand::cancelDictation, [this] { return coordinator_.cancel(); });
-  on(IntelCommand::retryDictation, [this] { return coordinator_.retry(); });
-  on(IntelCommand::copyLastTranscript, [this]() -> CommandOutcome {
-    if (!coordinator_.hasLastTranscript()) return std::unexpected("There is no dictation to copy.");
-    coordinator_.copyLastTranscript();
-    return {};
-  });
-  on(IntelCommand::pasteLastTranscript, [this]() -> CommandOutcome {
-    const auto& words = coordinator_.lastTranscript();
-    if (!words) return std::unexpected("There is no dictation to paste.");
-    if (coordinator_.state().isBusy()) return std::unexpected(stillTranscribing);
-    tasks_.start(pasteAgain(*words));
-    return {};
-  });
-  on(IntelCommand::revealApplication, [this]() -> CommandOutcome {
-    reopen();
-    return {};
-  });
-  const auto show = [&on](IntelCommand command, std::function<void()> run) {
-    on(command, [run = std::move(run)]() -> CommandOutcome {
-      run();
-      return {};
-    });
-  };
-  show(IntelCommand::openSettings, [this] { windows_.openSettings(); });
-  show(IntelCommand::openHistory, [this] { windows_.openHistory(); });
-  show(IntelCommand::openAbout, [this] { windows_.openAbout(); });
-  show(IntelCommand::openCredits, [this] { windows_.openCredits(); });
-  show(IntelCommand::openMicrophoneSettings, [this] {
-    if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
-  });
-  // Nobody can be asked for a permission here: what is missing, and what to do about it, stands in the setup.
-  for (const auto command :
-       {IntelCommand::openSetup, IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
-    show(command, [this] {
-      permissions_.refresh();
-      openSetupWindow();
-    });
-  }
-  on(IntelCommand::requestMicrophone, [this] {
-    permissions_.refresh();
-    // A sound server that refuses does so for good; its settings are where that is changed.
-    const bool mayRecord = permissions_.current().mayRecord();
-    return commands_.post(mayRecord ? IntelCommand::openSetup : IntelCommand::openMicrophoneSettings);
-  });
-  on(IntelCommand::downloadSpeechModel, [this]() -> CommandOutcome {
-    if (models_.downloadSpeechModel()) return {};
-    const std::string reason = "There is no other speech model for this computer.";
-    tell(reason);
-    return std::unexpected(reason);
-  });
-  on(IntelCommand::cancelSpeechModelDownload, [this]() -> CommandOutcome {
-    models_.cancelSpeechModelDownload();
-    return {};
-  });
-  if (models_.downloads) {
-    observers_.push_back(
-        models_.downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
-          if (status.state == ModelDownloadStatus::State::failed) tell(status.message);
-          if (status.state == ModelDownloadStatus::State::installed) tell("The model is installed.");
-        }));
-  }
-  on(IntelCommand::quit, [this]() -> CommandOutcome {
-    act(lifecycle_.quitRequested());
-    return {};
-  });
-}
-
-void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {
-  if (lifecycle_.isEnding() && command != IntelCommand::quit) {
-    reply(std::unexpected("Murmel is ending."));
-    return;
-  }
-  const bool isStart = command == IntelCommand::startDictation || command == IntelCommand::toggleDictation;
-  if (!isStart || coordinator_.state().isBusy()) {
-    reply(commands_.post(command));
-    return;
-  }
-  // Whether a dictation begins shows a little later.
-  startReplies_.await(std::move(reply));
-  commands_.post(command);
-}
-
-bool MRMPrototypeApp::isTranscribing() const {
-  return coordinator_.state().which() == DictationState::Case::transcribing;
 }
 
 void MRMPrototypeApp::reopen() {
@@ -469,49 +342,6 @@ bool MRMPrototypeApp::isMainWindowVisible() const {
 
 void MRMPrototypeApp::terminate(int exitStatus) {
   QCoreApplication::exit(exitStatus);
-}
-
-void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
-  switch (action) {
-    case ApplicationLifecycle::Action::none:
-      break;
-    case ApplicationLifecycle::Action::show:
-      commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
-      break;
-    case ApplicationLifecycle::Action::drain:
-      tasks_.start(drain());
-      break;
-    case ApplicationLifecycle::Action::hurry:
-      coordinator_.hurryDrain();
-      break;
-    case ApplicationLifecycle::Action::end:
-      terminate(0);
-      break;
-  }
-}
-
-Task<void> MRMPrototypeApp::drain() {
-  const auto bound = process_.executor.after(drainBound, [this] { act(lifecycle_.drainTimedOut()); });
-  auto draining = coordinator_.drain();
-  const DrainOutcome outcome = co_await draining;
-  if (const auto told = sentence(outcome); !told.empty()) tell(told);
-  auto finishing = delivery_.insertion.finishPasteCleanup();
-  co_await finishing;
-  auto handingOver = desktop_.clipboard.handOver();
-  co_await handingOver;
-  // What waits for the disk blocks the end, not the dictations.
-  (void)storage_.history.finish();
-  act(lifecycle_.drained());
-}
-
-void MRMPrototypeApp::sessionEnds() {
-  if (lifecycle_.phase() == ApplicationLifecycle::Phase::running) act(lifecycle_.quitRequested());
-}
-
-void MRMPrototypeApp::awaitEnd() {
-  sessionEnds();
-  while (lifecycle_.phase() == ApplicationLifecycle::Phase::draining)
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents);
 }
 
 }  // namespace murmel

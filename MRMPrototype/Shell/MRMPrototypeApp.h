@@ -34,7 +34,9 @@
 #include "Shell/TrayWiring.h"
 #include "Shortcut/ShortcutGate.h"
 
+#include <QObject>
 #include <expected>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -81,11 +83,15 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void tell(const std::string& sentence) { tray_.tell(sentence); }
   [[nodiscard]] bool isTranscribing() const;
   void act(ApplicationLifecycle::Action action);
+  void connectEnd();
+  Task<void> finishWords();
   Task<void> drain();
+  Task<void> settle();
   /// The same as to quit; further signs of it do not hurry.
   void sessionEnds();
-  /// Returns when the last words are safe.
-  void awaitEnd();
+  /// The session is saved, and ends afterwards unless another program or the user prevents that. Returns when
+  /// the last words are safe.
+  void sessionMayEnd();
 
   void applyDockIconPreference() override;
   void refreshServices() override;
@@ -133,6 +139,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;
+  bool isSettling_ = false;
+  std::unique_ptr<QObject> endRequests_;
   Scope tasks_;
 };
 

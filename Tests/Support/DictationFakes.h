@@ -56,7 +56,12 @@ class FakeTextInsertion final : public TextInsertion {
     return settled.subscribe(std::move(handler));
   }
 
+  void recordingEnded() override { ++recordingsEnded; }
+  [[nodiscard]] bool clipboardWasKept() const override { return clipboardKept; }
+
   Signal<PasteSettlement> settled;
+  int recordingsEnded = 0;
+  bool clipboardKept = true;
   bool sessionOpen = false;
   int sessionsBegun = 0;
   std::vector<std::string> delivered;
@@ -158,7 +163,13 @@ class FakeTranscriptionProviderFactory final : public TranscriptionProviderFacto
     return std::make_shared<FakeTranscriptionProvider>();
   }
 
+  std::shared_ptr<TranscriptionProvider> makeNext(const std::optional<std::string>& language) override {
+    nextFor = language;
+    return nullptr;
+  }
+
   int made = 0;
+  std::optional<std::string> nextFor;
   std::optional<MRMError> failure;
   std::function<void(bool)> finishWarmup;
 };

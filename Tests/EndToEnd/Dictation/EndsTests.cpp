@@ -2,37 +2,82 @@
 
 #include "DictationDesk.h"
 #include "Platform/Linux/X11/X11ScreenLock.h"
+#include "SessionManager.h"
 
+#include <array>
 #include <cstdlib>
-#include <random>
 
 namespace murmel::test {
 
 namespace {
 
-class Ends : public DictationDesk {};
+/// Says at every line that the computer is being shut down.
+constexpr const char* playedLogind = R"(
+import sys
+from gi.repository import Gio, GLib
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+bus.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus', 'RequestName',
+              GLib.Variant('(su)', ('org.freedesktop.login1', 0)), None, 0, -1, None)
+for line in sys.stdin:
+    bus.emit_signal(None, '/org/freedesktop/login1', 'org.freedesktop.login1.Manager', 'PrepareForShutdown',
+                    GLib.Variant('(b)', (True,)))
+)";
+
+/// Ways for the application to end.
+enum class By { command, signal, sessionManager, shutdown };
+
+class Ends : public DictationDesk {
+ protected:
+  void SetUp() override {
+    DictationDesk::SetUp();
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", std::getenv("DBUS_SESSION_BUS_ADDRESS"), 1);  // one plays both
+  }
+  void end(By way) {
+    switch (way) {
+      case By::command:
+        EXPECT_EQ(command("quit"), 0);
+        break;
+      case By::signal:
+        ::kill(murmel->identifier(), SIGTERM);
+        break;
+      case By::sessionManager:
+        sessionManager->ask(SessionManager::Request::save);
+        EXPECT_TRUE(waitUntil([&] { return !sessionManager->isSaving(); }));
+        EXPECT_FALSE(murmel->exitStatus() || succeeds(isRecording)) << "the session may go on";
+        sessionManager->ask(SessionManager::Request::saveAndEnd);
+        break;
+      case By::shutdown:
+        logind.tell("now");
+        break;
+    }
+    ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
+    EXPECT_EQ(murmel->exitStatus(), 0) << murmel->log();
+  }
+
+  std::optional<SessionManager> sessionManager;
+  ApplicationProcess logind{{"/usr/bin/python3", "-c", playedLogind}};
+};
 
 struct Moment {
   bool afterRelease;
   int milliseconds;
-  bool bySignal;
+  By way;
 };
 
-/// From the last word to after the delivery; twenty more of them with MURMEL_MANY_MOMENTS.
-std::vector<Moment> moments() {
-  std::vector<Moment> all{{false, 0, false}, {true, 0, true}, {true, 120, false}};
-  std::mt19937 random(20);
-  for (int more = std::getenv("MURMEL_MANY_MOMENTS") == nullptr ? 0 : 20; more > 0; --more)
-    all.push_back({random() % 2 == 0, static_cast<int>(random() % 2'500), random() % 2 == 0});
-  return all;
-}
+/// From the last word to after the delivery.
+constexpr std::array moments{
+    Moment{false, 0, By::command},          Moment{true, 0, By::signal},    Moment{true, 120, By::command},
+    Moment{false, 300, By::sessionManager}, Moment{true, 50, By::shutdown},
+};
 
 }  // namespace
 
-TEST_F(Ends, QuittingAndSignalsLoseNoWords) {
+TEST_F(Ends, QuittingAndTheEndOfTheSessionLoseNoWords) {
   const auto editor = openEditor("text");
-  for (const auto& moment : moments()) {
-    SCOPED_TRACE(std::to_string(moment.milliseconds) + (moment.bySignal ? " ms, signal" : " ms, command") +
+  sessionManager.emplace();
+  for (const auto& moment : moments) {
+    SCOPED_TRACE(std::to_string(moment.milliseconds) + " ms, way " +
+                 std::to_string(static_cast<int>(moment.way)) +
                  (moment.afterRelease ? ", after the release" : ", while recording"));
     const auto before = textIn("text").size();
     start();
@@ -40,13 +85,7 @@ TEST_F(Ends, QuittingAndSignalsLoseNoWords) {
     say(tenOfClubs);
     if (moment.afterRelease) releaseShortcut();
     desk.loop.runFor(std::chrono::milliseconds(moment.milliseconds));
-    if (moment.bySignal) {
-      ::kill(murmel->identifier(), SIGTERM);
-    } else {
-      EXPECT_EQ(command("quit"), 0);
-    }
-    ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
-    EXPECT_EQ(murmel->exitStatus(), 0) << murmel->log();
+    end(moment.way);
     if (!moment.afterRelease) releaseShortcut();
     const bool onClipboard = DeliveryDesk::clipboardText().find(tenOfClubs.word) != std::string::npos;
     EXPECT_TRUE(onClipboard || textIn("text").find(tenOfClubs.word, before) != std::string::npos)

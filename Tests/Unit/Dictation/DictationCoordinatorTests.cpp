@@ -44,6 +44,7 @@ TEST_F(DictationCoordinatorTest, AHeldShortcutDictates) {
   EXPECT_EQ(title(), "Transcribing locally…");
   EXPECT_THAT(sounds.played(), ElementsAre(SystemSound::tink, SystemSound::pop));
   EXPECT_FALSE(audio.recording());
+  EXPECT_EQ(insertion.recordingsEnded, 1);
   EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
   EXPECT_TRUE(coordinator->hasLastTranscript()) << "kept before it is delivered";
   insertion.insertion.resume(TextDeliveryResult::insertionSent);
@@ -101,6 +102,9 @@ TEST_F(DictationCoordinatorTest, HowAPasteTurnedOutIsShownWhenItIsKnown) {
   coordinator->toggle();
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Inserted") << "it has been told";
+  insertion.clipboardKept = false;
+  dictateByToggle();
+  EXPECT_EQ(title(), "Your clipboard could not be kept.");
 }
 
 TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
@@ -118,6 +122,8 @@ TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
     EXPECT_EQ(sessions.last->configuration.targetSegmentSeconds, row.seconds);
     EXPECT_EQ(static_cast<bool>(sessions.last->configuration.onPhrase), row.live);
     EXPECT_EQ(sessions.last->configuration.languageCode, "de");
+    (void)sessions.last->configuration.nextTranscription();
+    EXPECT_EQ(std::exchange(recognition.nextFor, {}), "de");
     coordinator->toggle();
     executor.runUntilIdle();
   }
@@ -218,6 +224,7 @@ TEST_F(DictationCoordinatorTest, SilenceComesBackToRestWithoutAMessage) {
   EXPECT_EQ(title(), "Ready");
   EXPECT_THAT(insertion.delivered, IsEmpty());
   EXPECT_FALSE(coordinator->hasLastTranscript());
+  EXPECT_FALSE(coordinator->canRetry()) << "there is nothing in it";
 }
 
 TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptured) {
@@ -265,6 +272,8 @@ TEST_F(DictationCoordinatorTest, LivePhrasesAreInsertedOnceAndTheStopInsertsNoth
   Scope scope;
   scope.start(sessions.last->configuration.onPhrase(SpokenText("one")));
   scope.start(sessions.last->configuration.onPhrase(SpokenText("two")));
+  const auto told = coordinator->onNotice().subscribe([](auto& notice) { ADD_FAILURE() << notice; });
+  insertion.settled.emit(PasteSettlement::neverRead);  // of a phrase: the end of the dictation tells
   recognise("one two");
   coordinator->toggle();
   executor.runUntilIdle();
@@ -300,8 +309,10 @@ TEST_F(DictationCoordinatorTest, ABlockedLiveInsertionCopiesTheRestAndSaysWhy) {
 
 TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
   begin();
+  insertion.block = LiveInsertionBlock::appChanged;
   dictateByToggle();
   EXPECT_THAT(history.entries, IsEmpty());
+  EXPECT_THAT(log.lines.back(), ::testing::Not(::testing::HasSubstr("app_changed"))) << "it was no live one";
   EXPECT_THAT(log.lines, ::testing::Not(::testing::Contains(::testing::HasSubstr("hello"))));
 
   settings.history = true;

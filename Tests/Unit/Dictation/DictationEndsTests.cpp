@@ -76,13 +76,18 @@ TEST_F(DictationEnds, AStartEndsSilentlyWhereverItWaits) {
 
 TEST_F(DictationEnds, APressWhileTranscribingIsHeard) {
   begin();
-  transcribe();
+  insertion.insertion.holdBack();
+  dictateByToggle();
   coordinator->shortcutPressed();
   EXPECT_EQ(overlay.hint, "Still transcribing the last dictation…");
   executor.advance(2s);
   EXPECT_EQ(overlay.hint, "");
   coordinator->copyLastTranscript();
+  EXPECT_THAT(insertion.copied, ElementsAre("[hello world]"));
   EXPECT_EQ(state(), Case::transcribing);
+  EXPECT_FALSE(coordinator->cancel()) << "its words are on their way";
+  insertion.insertion.resume(TextDeliveryResult::insertionSent);
+  EXPECT_EQ(title(), "Inserted");
 }
 
 TEST_F(DictationEnds, WhatIsCancelledIsNotDeliveredAndCanBeTriedAgainForTenMinutes) {
@@ -126,6 +131,10 @@ TEST_F(DictationEnds, WhatIsCancelledIsNotDeliveredAndCanBeTriedAgainForTenMinut
   EXPECT_TRUE(coordinator->canRetry());
   executor.advance(1ms);
   EXPECT_FALSE(coordinator->canRetry());
+
+  settings.escape = false;
+  startByToggle();
+  EXPECT_FALSE(cancelKey.isTaken());
 }
 
 TEST_F(DictationEnds, AKeptRecordingSoundsAsItWasSpoken) {
@@ -162,6 +171,10 @@ TEST_F(DictationEnds, AForgottenRecordingIsDelivered) {
   hear(0.0005, 100);
   EXPECT_LE(seconds, 130);
   EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  settings.forgottenMinutes = 0;
+  startByToggle();
+  hear(0.0005, 100);
+  EXPECT_EQ(state(), Case::listening) << "the user wants no limit";
 }
 
 TEST_F(DictationEnds, ASupersededLiveDictationInsertsNothingMore) {
@@ -192,6 +205,19 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
         session.becomeSilently(SessionObstacle::locked);
         executor.advance(1s);
       },
+      [&] {  // and unlocks it before the words are recognised
+        sessions.finishing.holdBack();
+        startByToggle();
+        lock();
+        session.become(std::nullopt);
+        DictationSessionResult result;
+        result.text = SpokenText("hello world");
+        sessions.finishing.resume(result);
+        sessions.finishing.answerWith(result);
+        EXPECT_THAT(std::exchange(insertion.copied, {}), ElementsAre("[hello world]"));
+        startByToggle();
+        lock();
+      },
       [&] {  // while it is being recognised
         transcribe();
         lock();
@@ -217,12 +243,24 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
     EXPECT_TRUE(everythingIsBack());
   }
   EXPECT_THAT(insertion.delivered, IsEmpty());
-  coordinator->toggle();
-  executor.runUntilIdle();
-  lock();  // while the microphone opens
-  speak();
-  executor.runUntilIdle();
-  EXPECT_TRUE(everythingIsBack());
+  // While the microphone opens.
+  for (const bool isTold : {true, false}) {
+    coordinator->toggle();
+    executor.runUntilIdle();
+    isTold ? lock() : session.becomeSilently(SessionObstacle::locked);
+    EXPECT_NE(everythingIsBack(), !isTold);
+    speak();
+    executor.runUntilIdle();
+    EXPECT_TRUE(everythingIsBack());
+    session.become(std::nullopt);
+  }
+  settings.live = true;
+  startByToggle();
+  session.becomeSilently(SessionObstacle::locked);
+  scope.start(sessions.last->configuration.onPhrase(SpokenText("one")));
+  EXPECT_THAT(insertion.phrases, IsEmpty());
+  drain();
+  EXPECT_THAT(insertion.copied, ElementsAre("[one]")) << "nobody will be there for the unlock";
 }
 
 TEST_F(DictationEnds, ADrainWaitsForTheWordsAndAdmitsNoOthers) {
@@ -240,7 +278,13 @@ TEST_F(DictationEnds, ADrainWaitsForTheWordsAndAdmitsNoOthers) {
   executor.advance(2s);
   startByToggle();
   EXPECT_EQ(title(), "Ready");
-  EXPECT_FALSE(coordinator->retry());
+  coordinator->admit();
+  startByToggle();
+  ASSERT_TRUE(coordinator->cancel());
+  coordinator->toggle();
+  drain();
+  EXPECT_TRUE(everythingIsBack()) << "a start that is under way";
+  EXPECT_EQ(coordinator->retry().error(), "Murmel is about to end.");
 }
 
 TEST_F(DictationEnds, AHurriedDrainLeavesWhatIsRecognisedOnTheClipboard) {

@@ -98,6 +98,10 @@ TEST_F(DeliveryWiring, FollowsTheUsersChoiceAboutThePreviousClipboard) {
   settings.setRestorePreviousClipboard(false);
   deliver();
   EXPECT_NE(clipboard.contents(), plainText("old"));
+  delivery.reset();
+  clipboard.writeByAnother(plainText("old"));
+  deliver();
+  EXPECT_NE(clipboard.contents(), plainText("old")) << "after a start, too";
 }
 
 TEST_F(DeliveryWiring, PastesNothingIntoAPasswordField) {

@@ -1,0 +1,121 @@
+// What the commands of menus and of other programs do.
+
+#include "Shell/MRMPrototypeApp.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr const char* stillTranscribing = "The last dictation is still being transcribed.";
+
+}  // namespace
+
+void MRMPrototypeApp::connectCommands() {
+  const auto on = [this](IntelCommand command, IntelCommandTarget::Handler run) {
+    observers_.push_back(commands_.answer(command, std::move(run)));
+  };
+  on(IntelCommand::toggleDictation, [this]() -> CommandOutcome {
+    if (isTranscribing()) return std::unexpected(stillTranscribing);
+    coordinator_.toggle();
+    return {};
+  });
+  on(IntelCommand::startDictation, [this]() -> CommandOutcome {
+    if (isTranscribing()) return std::unexpected(stillTranscribing);
+    if (coordinator_.state().isRecording()) return std::unexpected("Murmel is listening already.");
+    coordinator_.toggle();
+    return {};
+  });
+  on(IntelCommand::stopDictation, [this]() -> CommandOutcome {
+    if (!coordinator_.stop()) return std::unexpected("Nothing is being recorded.");
+    return {};
+  });
+  on(IntelCommand::cancelDictation, [this] { return coordinator_.cancel(); });
+  on(IntelCommand::retryDictation, [this] { return coordinator_.retry(); });
+  on(IntelCommand::copyLastTranscript, [this]() -> CommandOutcome {
+    if (!coordinator_.hasLastTranscript()) return std::unexpected("There is no dictation to copy.");
+    coordinator_.copyLastTranscript();
+    return {};
+  });
+  on(IntelCommand::pasteLastTranscript, [this]() -> CommandOutcome {
+    const auto& words = coordinator_.lastTranscript();
+    if (!words) return std::unexpected("There is no dictation to paste.");
+    if (coordinator_.state().isBusy()) return std::unexpected(stillTranscribing);
+    tasks_.start(pasteAgain(*words));
+    return {};
+  });
+  on(IntelCommand::revealApplication, [this]() -> CommandOutcome {
+    reopen();
+    return {};
+  });
+  const auto show = [&on](IntelCommand command, std::function<void()> run) {
+    on(command, [run = std::move(run)]() -> CommandOutcome {
+      run();
+      return {};
+    });
+  };
+  show(IntelCommand::openSettings, [this] { windows_.openSettings(); });
+  show(IntelCommand::openHistory, [this] { windows_.openHistory(); });
+  show(IntelCommand::openAbout, [this] { windows_.openAbout(); });
+  show(IntelCommand::openCredits, [this] { windows_.openCredits(); });
+  show(IntelCommand::openMicrophoneSettings, [this] {
+    if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
+  });
+  // Nobody can be asked for a permission here: what is missing, and what to do about it, stands in the setup.
+  for (const auto command :
+       {IntelCommand::openSetup, IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
+    show(command, [this] {
+      permissions_.refresh();
+      openSetupWindow();
+    });
+  }
+  on(IntelCommand::requestMicrophone, [this] {
+    permissions_.refresh();
+    // A sound server that refuses does so for good; its settings are where that is changed.
+    const bool mayRecord = permissions_.current().mayRecord();
+    return commands_.post(mayRecord ? IntelCommand::openSetup : IntelCommand::openMicrophoneSettings);
+  });
+  on(IntelCommand::downloadSpeechModel, [this]() -> CommandOutcome {
+    if (models_.downloadSpeechModel()) return {};
+    const std::string reason = "There is no other speech model for this computer.";
+    tell(reason);
+    return std::unexpected(reason);
+  });
+  on(IntelCommand::cancelSpeechModelDownload, [this]() -> CommandOutcome {
+    models_.cancelSpeechModelDownload();
+    return {};
+  });
+  if (models_.downloads) {
+    observers_.push_back(
+        models_.downloads->onChange([this](const std::string&, const ModelDownloadStatus& status) {
+          if (status.state == ModelDownloadStatus::State::failed) tell(status.message);
+          if (status.state == ModelDownloadStatus::State::installed) tell("The model is installed.");
+        }));
+  }
+  on(IntelCommand::quit, [this]() -> CommandOutcome {
+    act(lifecycle_.quitRequested());
+    return {};
+  });
+}
+
+void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {
+  if (lifecycle_.isEnding() && command != IntelCommand::quit) {
+    reply(std::unexpected("Murmel is ending."));
+    return;
+  }
+  const bool isStart = command == IntelCommand::startDictation || command == IntelCommand::toggleDictation;
+  if (!isStart || coordinator_.state().isBusy()) {
+    reply(commands_.post(command));
+    return;
+  }
+  // Whether a dictation begins shows a little later.
+  startReplies_.await(std::move(reply));
+  commands_.post(command);
+}
+
+bool MRMPrototypeApp::isTranscribing() const {
+  return coordinator_.state().which() == DictationState::Case::transcribing;
+}
+
+}  // namespace murmel

@@ -1,0 +1,124 @@
+// How the application ends, and the session around it: no word is lost to that.
+
+#include "Shell/MRMPrototypeApp.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QSessionManager>
+#include <functional>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// Longer than any healthy recogniser takes for what is left at a stop, shorter than sessions wait for
+/// their programs to end.
+constexpr Duration drainBound = std::chrono::seconds(10);
+
+std::string sentence(DrainOutcome outcome) {
+  switch (outcome) {
+    case DrainOutcome::done:
+      return {};
+    case DrainOutcome::copied:
+      return "Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.";
+    case DrainOutcome::copiedPart:
+      return "Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.";
+    case DrainOutcome::lost:
+      return "Murmel ended before your last words were recognized.";
+  }
+  std::unreachable();
+}
+
+/// The session manager, or the window system, wants the application to end.
+class EndRequests final : public QObject {
+ public:
+  explicit EndRequests(std::function<void()> asked) : asked_(std::move(asked)) {}
+  bool eventFilter(QObject* /*receiver*/, QEvent* event) override {
+    if (event->type() != QEvent::Quit) return false;
+    asked_();
+    return true;
+  }
+
+ private:
+  std::function<void()> asked_;
+};
+
+}  // namespace
+
+void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
+  switch (action) {
+    case ApplicationLifecycle::Action::none:
+      break;
+    case ApplicationLifecycle::Action::show:
+      commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
+      break;
+    case ApplicationLifecycle::Action::drain:
+      tasks_.start(drain());
+      break;
+    case ApplicationLifecycle::Action::hurry:
+      coordinator_.hurryDrain();
+      break;
+    case ApplicationLifecycle::Action::end:
+      terminate(0);
+      break;
+  }
+}
+
+void MRMPrototypeApp::connectEnd() {
+  observers_.push_back(desktop_.session.onEnd([this] { sessionEnds(); }));
+  endRequests_ = std::make_unique<EndRequests>([this] { sessionEnds(); });
+  qGuiApp->installEventFilter(endRequests_.get());
+  // Its own entry in the autostart folder is what starts it: a second start would only show a window.
+  const auto restartNever = [](QSessionManager& manager) {
+    manager.setRestartHint(QSessionManager::RestartNever);
+  };
+  QObject::connect(qGuiApp, &QGuiApplication::saveStateRequest, endRequests_.get(), restartNever);
+  // A session manager goes on to end the session when this returns.
+  QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, endRequests_.get(),
+                   [this, restartNever](QSessionManager& manager) {
+                     restartNever(manager);
+                     sessionMayEnd();
+                   });
+}
+
+Task<void> MRMPrototypeApp::finishWords() {
+  auto draining = coordinator_.drain();
+  const DrainOutcome outcome = co_await draining;
+  if (const auto told = sentence(outcome); !told.empty()) tell(told);
+  auto finishing = delivery_.insertion.finishPasteCleanup();
+  co_await finishing;
+}
+
+Task<void> MRMPrototypeApp::drain() {
+  const auto bound = process_.executor.after(drainBound, [this] { act(lifecycle_.drainTimedOut()); });
+  auto finishing = finishWords();
+  co_await finishing;
+  auto handingOver = desktop_.clipboard.handOver();
+  co_await handingOver;
+  // What waits for the disk blocks the end, not the dictations.
+  (void)storage_.history.finish();
+  act(lifecycle_.drained());
+}
+
+Task<void> MRMPrototypeApp::settle() {
+  const auto bound = process_.executor.after(drainBound, [this] { coordinator_.hurryDrain(); });
+  auto finishing = finishWords();
+  co_await finishing;
+  (void)storage_.history.finish();
+  if (!lifecycle_.isEnding()) coordinator_.admit();
+  isSettling_ = false;
+}
+
+void MRMPrototypeApp::sessionEnds() {
+  if (lifecycle_.phase() == ApplicationLifecycle::Phase::running) act(lifecycle_.quitRequested());
+}
+
+void MRMPrototypeApp::sessionMayEnd() {
+  if (!lifecycle_.isEnding() && !std::exchange(isSettling_, true)) tasks_.start(settle());
+  while (isSettling_ || lifecycle_.phase() == ApplicationLifecycle::Phase::draining)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents);
+}
+
+}  // namespace murmel
