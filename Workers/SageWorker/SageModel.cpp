@@ -1,6 +1,7 @@
 #include "Workers/SageWorker/SageModel.h"
 
 #include "Foundation/Text/Text.h"
+#include "Workers/SageWorker/AnswerDraft.h"
 
 #include <fstream>
 #include <optional>
@@ -70,7 +71,10 @@ std::expected<std::string, std::string> SageModel::correct(std::string_view text
   // Punctuation makes a text longer, but never twice as long; a model that goes on is lost.
   constexpr std::size_t spare = 8;
   const auto most = question->size() + question->size() / 2 + spare;
-  const auto answer = model_.generate(*question, start_, end_, {most, deadline}, clock_);
+  const AnswerDraft draft(tokens_, text::trimmed(text), end_);
+  const auto answer =
+      model_.generate(*question, start_, end_, {most, deadline}, clock_,
+                      [&draft](std::span<const std::int64_t> written) { return draft.after(written); });
   if (!answer) return std::unexpected(answer.error());
   return tokens_.decode(*answer);
 }
