@@ -35,6 +35,8 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
       requests_(services.executor, services.clock,
                 {configuration_.transcription, configuration_.nextTranscription},
                 configuration_.languageCode),
+      // What has been inserted stands where it is.
+      seams_(services.executor, configuration_.onPhrase ? nullptr : configuration_.refinement, pieces_),
       nextProgressSeconds_(firstProgressSeconds) {
   requests_.onRequest = [this] {
     if (!stopped_) ++diagnostics_.segmentsBeforeStop;
@@ -197,6 +199,7 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, SpokenSpan sp
   providerID_ = outcome.providerID;
   SpokenText text = std::move(outcome.text);
   if (configuration_.refinement) {
+    seams_.pause();
     auto refinement = configuration_.refinement->refine(text.reveal());
     Result<std::string> refined = co_await refinement;
     // Without an answer of the refiner the words stay as they were recognised.
@@ -212,6 +215,7 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, SpokenSpan sp
       std::ranges::upper_bound(pieces_, place, {}, &std::pair<std::size_t, RecognisedPiece>::first);
   pieces_.insert(after, {place, piece});
   if (configuration_.onRecognised) configuration_.onRecognised(piece);
+  if (!stopped_) seams_.begin();
   if (!configuration_.onPhrase) co_return;
   auto delivery = configuration_.onPhrase(text);
   co_await delivery;
@@ -246,6 +250,8 @@ Task<Result<DictationSessionResult>> IncrementalDictationSession::finish() {
     finished_ = std::move(sender);
     co_await receiver;
   }
+  auto seams = seams_.finish();
+  co_await seams;
   co_return result();
 }
 

@@ -6,6 +6,7 @@
 #include "Segmentation/DictationBacklog.h"
 #include "Segmentation/DictationSession.h"
 #include "Segmentation/RecognitionRequests.h"
+#include "Segmentation/SeamReview.h"
 #include "Segmentation/SegmentCutter.h"
 
 #include <cstddef>
@@ -94,7 +95,8 @@ class IncrementalDictationSession final : public DictationSession {
   bool slowRequest_ = false;
   std::optional<OneShotSender<bool>> finished_;
 
-  std::vector<std::pair<std::size_t, RecognisedPiece>> pieces_;  ///< with their places
+  SeamReview::Pieces pieces_;
+  SeamReview seams_;
   std::string providerID_;
   std::vector<SpokenSpan> missing_;
   double recognisingSeconds_ = 0;  ///< of the segment that the recogniser has

@@ -3,6 +3,7 @@
 #include "Support/SessionBench.h"
 #include "Support/SoundTape.h"
 
+#include <cctype>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -271,6 +272,40 @@ TEST(IncrementalSession, RefinesEachSegmentAndKeepsTheWordsWhenTheRefinerFails) 
   EXPECT_EQ(texts(result->pieces), (Texts{"One.", "two", "three"}));
   EXPECT_EQ(result->refinementFailure, MRMError(MRMError::Case::smartRefinementFailed));
   EXPECT_EQ(bench.log.count("refinement_complete"), 3);
+}
+
+TEST(IncrementalSession, LooksAtTheSeamsOnceMore) {
+  const auto formatted = [](std::string text) -> Result<std::string> {
+    if (text == "two three") return std::unexpected(MRMError::Case::smartRefinementFailed);
+    text.front() = static_cast<char>(std::toupper(text.front()));
+    return text + ".";
+  };
+  for (const bool isLive : {false, true}) {
+    SessionBench bench;
+    bench.answer({"one", "two", "three", "four"});
+    bench.configuration.refinement = std::make_shared<ScriptedRefinementProvider>(bench.executor, formatted);
+    if (isLive) bench.configuration.onPhrase = [](SpokenText) -> Task<void> { co_return; };
+    bench.start();
+    bench.record(phrases(4).audio());
+    const auto result = bench.finish();
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->text.reveal(), isLive ? "One. Two. Three. Four." : "One two. Three four.");
+  }
+
+  SessionBench slow;
+  slow.answer(std::vector<Result<std::string>>(12, "word"), 10s);
+  int seams = 0;
+  slow.configuration.refinement = std::make_shared<ScriptedRefinementProvider>(
+      slow.executor, [&](std::string text) -> Result<std::string> {
+        if (text.find(' ') == std::string::npos) return "A" + text + ".";
+        ++seams;
+        return text + "!";
+      });
+  slow.start();
+  slow.record(phrases(12).audio());
+  ASSERT_TRUE(slow.finish());
+  EXPECT_GE(seams, 5);
+  EXPECT_LE(seams, 9) << "half a second each, and three for all that are left at the stop";
 }
 
 TEST(IncrementalSession, PhrasesAreAwaited) {
