@@ -1084,6 +1084,82 @@
         <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
         <translation>Dieser Desktop zeigt keine Symbole in der Leiste. Starten Sie Murmel noch einmal, um seine Fenster zu öffnen, oder verwenden Sie Befehle wie „murmel settings“.</translation>
     </message>
+    <message>
+        <source>Another program has reserved these keys: both would hear them.</source>
+        <translation>Ein anderes Programm hat diese Tasten belegt: Beide würden sie hören.</translation>
+    </message>
+    <message>
+        <source>This keyboard layout makes another key of Caps Lock, so the shortcut would do nothing.</source>
+        <translation>Diese Tastaturbelegung macht aus der Feststelltaste eine andere Taste; das Kürzel würde nichts bewirken.</translation>
+    </message>
+    <message>
+        <source>Every Ctrl+C and Ctrl+V would start a dictation too.</source>
+        <translation>Jedes Strg+C und Strg+V würde auch ein Diktat beginnen.</translation>
+    </message>
+    <message>
+        <source>Alt opens menus, and every Alt+Tab would start a dictation too.</source>
+        <translation>Alt öffnet Menüs, und jedes Alt+Tab würde auch ein Diktat beginnen.</translation>
+    </message>
+    <message>
+        <source>Many keyboards switch their layout with these keys.</source>
+        <translation>Viele Tastaturen wechseln mit diesen Tasten ihre Belegung.</translation>
+    </message>
+    <message>
+        <source>Programs made with GTK write the letter too, for they do not know Super.</source>
+        <translation>GTK-Programme schreiben auch den Buchstaben, denn sie kennen Super nicht.</translation>
+    </message>
+    <message>
+        <source>Alt+Space opens the menu of the window in front.</source>
+        <translation>Alt+Leertaste öffnet das Menü des vorderen Fensters.</translation>
+    </message>
+    <message>
+        <source>Alt with a letter opens menus in many programs.</source>
+        <translation>Alt mit einem Buchstaben öffnet in vielen Programmen Menüs.</translation>
+    </message>
+    <message>
+        <source>Programs use Ctrl with a letter to copy, paste, undo and the like.</source>
+        <translation>Programme verwenden Strg mit einem Buchstaben zum Kopieren, Einfügen, Rückgängigmachen und Ähnlichem.</translation>
+    </message>
+    <message>
+        <source>Input methods and editors use Ctrl+Space.</source>
+        <translation>Eingabemethoden und Editoren verwenden Strg+Leertaste.</translation>
+    </message>
+    <message>
+        <source>Most keyboards keep the Fn key to themselves, and X11 cannot carry it. If holding Fn does nothing, choose Ctrl, Alt or a key combination as the shortcut.</source>
+        <translation>Die meisten Tastaturen behalten die Fn-Taste für sich, und X11 kann sie nicht übertragen. Wenn Fn nichts bewirkt, wählen Sie Strg, Alt oder eine Tastenkombination als Kürzel.</translation>
+    </message>
+    <message>
+        <source>Wayland lets no application hear keys while another one is in front. Bind a key to the command &quot;murmel toggle&quot; in the keyboard settings of your desktop.</source>
+        <translation>Wayland lässt keine Anwendung Tasten hören, während eine andere vorn ist. Legen Sie in den Tastatureinstellungen Ihres Desktops eine Taste auf den Befehl „murmel toggle“.</translation>
+    </message>
+    <message>
+        <source>There is no display (DISPLAY is not set).</source>
+        <translation>Es gibt keine Anzeige (DISPLAY ist nicht gesetzt).</translation>
+    </message>
+    <message>
+        <source>The X server cannot be reached.</source>
+        <translation>Der X-Server ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The X server has no screen.</source>
+        <translation>Der X-Server hat keinen Bildschirm.</translation>
+    </message>
+    <message>
+        <source>The X server has no XInput extension, so keys cannot be heard globally.</source>
+        <translation>Dem X-Server fehlt die Erweiterung XInput; Tasten können nicht überall gehört werden.</translation>
+    </message>
+    <message>
+        <source>The X server&apos;s XInput is older than 2.2, so keys cannot be heard globally.</source>
+        <translation>XInput des X-Servers ist älter als 2.2; Tasten können nicht überall gehört werden.</translation>
+    </message>
+    <message>
+        <source>The X server has no XKB extension, so keys cannot be told apart.</source>
+        <translation>Dem X-Server fehlt die Erweiterung XKB; Tasten können nicht unterschieden werden.</translation>
+    </message>
+    <message>
+        <source>The X server does not let this application hear keys.</source>
+        <translation>Der X-Server lässt diese Anwendung keine Tasten hören.</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1328,6 +1404,17 @@
     </message>
 </context>
 <context>
+    <name>RecorderSheet</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 times</source>
+        <translation>%1 von %2 Mal</translation>
+    </message>
+</context>
+<context>
     <name>RecordingPill</name>
     <message>
         <source>The microphone has stopped</source>
@@ -1458,6 +1545,38 @@
     <message>
         <source>Check…</source>
         <translation>Prüfen …</translation>
+    </message>
+    <message>
+        <source>Further shortcuts</source>
+        <translation>Weitere Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Discard the recording</source>
+        <translation>Aufnahme verwerfen</translation>
+    </message>
+    <message>
+        <source>Esc does that too, while Murmel listens.</source>
+        <translation>Auch Esc tut das, während Murmel zuhört.</translation>
+    </message>
+    <message>
+        <source>Paste the last dictation again</source>
+        <translation>Letztes Diktat noch einmal einfügen</translation>
+    </message>
+    <message>
+        <source>For two minutes after it.</source>
+        <translation>Zwei Minuten lang danach.</translation>
+    </message>
+    <message>
+        <source>Remove this shortcut</source>
+        <translation>Dieses Kürzel entfernen</translation>
+    </message>
+    <message>
+        <source>This desktop watches no further shortcut for Murmel.</source>
+        <translation>Dieser Desktop achtet auf kein weiteres Kürzel für Murmel.</translation>
+    </message>
+    <message>
+        <source>Record…</source>
+        <translation>Aufnehmen …</translation>
     </message>
 </context>
 <context>

@@ -1088,6 +1088,82 @@
         <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
         <translation>В этой среде нет значков в трее. Запустите Murmel ещё раз, чтобы открыть его окна, или используйте команды вроде «murmel settings».</translation>
     </message>
+    <message>
+        <source>Another program has reserved these keys: both would hear them.</source>
+        <translation>Эти клавиши заняты другой программой: их услышат обе.</translation>
+    </message>
+    <message>
+        <source>This keyboard layout makes another key of Caps Lock, so the shortcut would do nothing.</source>
+        <translation>В этой раскладке Caps Lock — другая клавиша, и сочетание не сработает.</translation>
+    </message>
+    <message>
+        <source>Every Ctrl+C and Ctrl+V would start a dictation too.</source>
+        <translation>Каждое Ctrl+C и Ctrl+V тоже начинало бы диктовку.</translation>
+    </message>
+    <message>
+        <source>Alt opens menus, and every Alt+Tab would start a dictation too.</source>
+        <translation>Alt открывает меню, и каждое Alt+Tab тоже начинало бы диктовку.</translation>
+    </message>
+    <message>
+        <source>Many keyboards switch their layout with these keys.</source>
+        <translation>На многих клавиатурах этими клавишами переключают раскладку.</translation>
+    </message>
+    <message>
+        <source>Programs made with GTK write the letter too, for they do not know Super.</source>
+        <translation>Программы на GTK напишут и букву: они не знают клавиши Super.</translation>
+    </message>
+    <message>
+        <source>Alt+Space opens the menu of the window in front.</source>
+        <translation>Alt+Пробел открывает меню переднего окна.</translation>
+    </message>
+    <message>
+        <source>Alt with a letter opens menus in many programs.</source>
+        <translation>Alt с буквой открывает меню во многих программах.</translation>
+    </message>
+    <message>
+        <source>Programs use Ctrl with a letter to copy, paste, undo and the like.</source>
+        <translation>Программы используют Ctrl с буквой, чтобы копировать, вставлять, отменять и тому подобное.</translation>
+    </message>
+    <message>
+        <source>Input methods and editors use Ctrl+Space.</source>
+        <translation>Методы ввода и редакторы используют Ctrl+Пробел.</translation>
+    </message>
+    <message>
+        <source>Most keyboards keep the Fn key to themselves, and X11 cannot carry it. If holding Fn does nothing, choose Ctrl, Alt or a key combination as the shortcut.</source>
+        <translation>Большинство клавиатур не передаёт клавишу Fn, и X11 не может её передать. Если удержание Fn ничего не делает, выберите Ctrl, Alt или сочетание клавиш.</translation>
+    </message>
+    <message>
+        <source>Wayland lets no application hear keys while another one is in front. Bind a key to the command &quot;murmel toggle&quot; in the keyboard settings of your desktop.</source>
+        <translation>Wayland не даёт приложениям слышать клавиши, пока впереди другое. Назначьте клавишу на команду «murmel toggle» в настройках клавиатуры вашей среды.</translation>
+    </message>
+    <message>
+        <source>There is no display (DISPLAY is not set).</source>
+        <translation>Нет дисплея (DISPLAY не задан).</translation>
+    </message>
+    <message>
+        <source>The X server cannot be reached.</source>
+        <translation>X-сервер недоступен.</translation>
+    </message>
+    <message>
+        <source>The X server has no screen.</source>
+        <translation>У X-сервера нет экрана.</translation>
+    </message>
+    <message>
+        <source>The X server has no XInput extension, so keys cannot be heard globally.</source>
+        <translation>У X-сервера нет расширения XInput, поэтому клавиши нельзя слышать везде.</translation>
+    </message>
+    <message>
+        <source>The X server&apos;s XInput is older than 2.2, so keys cannot be heard globally.</source>
+        <translation>XInput X-сервера старше версии 2.2, поэтому клавиши нельзя слышать везде.</translation>
+    </message>
+    <message>
+        <source>The X server has no XKB extension, so keys cannot be told apart.</source>
+        <translation>У X-сервера нет расширения XKB, поэтому клавиши нельзя различить.</translation>
+    </message>
+    <message>
+        <source>The X server does not let this application hear keys.</source>
+        <translation>X-сервер не даёт этому приложению слышать клавиши.</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1335,6 +1411,17 @@
     </message>
 </context>
 <context>
+    <name>RecorderSheet</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>%1 of %2 times</source>
+        <translation>%1 из %2 раз</translation>
+    </message>
+</context>
+<context>
     <name>RecordingPill</name>
     <message>
         <source>The microphone has stopped</source>
@@ -1465,6 +1552,38 @@
     <message>
         <source>Check…</source>
         <translation>Проверить…</translation>
+    </message>
+    <message>
+        <source>Further shortcuts</source>
+        <translation>Другие сочетания клавиш</translation>
+    </message>
+    <message>
+        <source>Discard the recording</source>
+        <translation>Отменить запись</translation>
+    </message>
+    <message>
+        <source>Esc does that too, while Murmel listens.</source>
+        <translation>Esc тоже делает это, пока Murmel слушает.</translation>
+    </message>
+    <message>
+        <source>Paste the last dictation again</source>
+        <translation>Вставить последнюю диктовку ещё раз</translation>
+    </message>
+    <message>
+        <source>For two minutes after it.</source>
+        <translation>В течение двух минут после неё.</translation>
+    </message>
+    <message>
+        <source>Remove this shortcut</source>
+        <translation>Убрать это сочетание</translation>
+    </message>
+    <message>
+        <source>This desktop watches no further shortcut for Murmel.</source>
+        <translation>Эта среда не следит для Murmel за другими сочетаниями.</translation>
+    </message>
+    <message>
+        <source>Record…</source>
+        <translation>Записать…</translation>
     </message>
 </context>
 <context>

@@ -24,8 +24,9 @@ struct KeyEvent {
   std::uint64_t flags = 0;
   VirtualKeyCode keyCode = 0;
   bool isRepeat = false;
-  /// What the key writes without Control, Option and Command (UTF-8), for the shortcut recorder. Only the
-  /// application-local monitor fills it: what is typed into other applications is nobody's business here.
+  /// What the key writes without Control, Option and Command (UTF-8), or is called, for the shortcut
+  /// recorder. Only the application-local monitor fills it: what is typed into other applications is nobody's
+  /// business here.
   std::string characters;
 
   friend bool operator==(const KeyEvent&, const KeyEvent&) = default;

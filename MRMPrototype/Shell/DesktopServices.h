@@ -7,6 +7,7 @@
 #include "Platform/DesktopProbe.h"
 #include "Platform/FocusedField.h"
 #include "Platform/KeyboardPoster.h"
+#include "Platform/KeyboardProbe.h"
 #include "Platform/MicrophoneAuthorization.h"
 #include "Platform/SecureInput.h"
 #include "Platform/SessionGuard.h"
@@ -35,6 +36,7 @@ struct DesktopServices {
   SessionGuard& session;
   CancelKey& cancelKey;
   ClipboardPasteboard& clipboard;
+  KeyboardProbe* keyboardProbe = nullptr;           ///< where keys can be asked about
   ClipboardPasteboard* primarySelection = nullptr;  ///< where the desktop has one
   /// The desktop lets a process press keys only when it did so from its start.
   bool pasteNeedsFreshProcess = false;

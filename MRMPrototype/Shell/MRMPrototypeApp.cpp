@@ -1,6 +1,8 @@
 #include "Shell/MRMPrototypeApp.h"
 
 #include "Interface/PlatformWords.h"
+#include "Interface/Recorder/RecorderSheet.h"
+#include "Shortcut/ShortcutConflicts.h"
 
 #include <QGuiApplication>
 #include <QWindow>
@@ -53,13 +55,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       gate_([this] { return storage_.settings.shortcut(); }, storage_.settings.shortcutDidChange()),
       shortcut_(process, desktop.shortcuts, localKeys_,
                 {gate_.didChange(), permissions_.inputMonitoringDidChange(), applicationDidBecomeActive_},
-                sleep_.didWake(),
-                {
-                    .press = [this] { coordinator_.shortcutPressed(); },
-                    .release = [this] { coordinator_.shortcutReleased(); },
-                    .toggle = [this] { perform(IntelCommand::toggleDictation); },
-                },
-                [this] { return gate_.current(); }),
+                sleep_.didWake(), shortcutActions(), [this] { return gate_.current(); }),
       checkQueue_(process.executor, "murmel-checks"),
       checks_(process.executor, desktopChecks(checkedServices(session))),
       setup_(setupActions()),
@@ -134,10 +130,7 @@ SetupActions MRMPrototypeApp::setupActions() {
       .shortcut = [this] { return storage_.settings.shortcut(); },
       .chooseShortcut =
           [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
-      .shortcutNotice =
-          [this](const ShortcutConfiguration& shortcut) {
-            return shortcutNotice(desktop_.shortcuts, shortcut);
-          },
+      .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .checkAgain =
           [this] {
             permissions_.refresh();
@@ -159,10 +152,8 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
       .openSetup = [this] { openSetupWindow(); },
       .unlockStorage = [this] { storage_.health.unlock(); },
-      .shortcutNotice =
-          [this](const ShortcutConfiguration& shortcut) {
-            return shortcutNotice(desktop_.shortcuts, shortcut);
-          },
+      .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
+      .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .diagnostics =
           [this] {
             auto text = versionLine(installation_.build) + '\n';
@@ -214,6 +205,49 @@ MenuServices MRMPrototypeApp::menuServices() {
       .openAbout = command(IntelCommand::openAbout),
       .quit = command(IntelCommand::quit),
   };
+}
+
+ShortcutWiring::Actions MRMPrototypeApp::shortcutActions() {
+  const auto unlessClosed = [this](const ShortcutConfiguration& (SettingsRepository::*chosen)() const) {
+    return
+        [this, chosen] { return gate_.isClosed() ? ShortcutConfiguration{} : (storage_.settings.*chosen)(); };
+  };
+  return {
+      .press = [this] { coordinator_.shortcutPressed(); },
+      .release = [this] { coordinator_.shortcutReleased(); },
+      .toggle = [this] { perform(IntelCommand::toggleDictation); },
+      .further = {{unlessClosed(&SettingsRepository::cancelShortcut),
+                   [this] { perform(IntelCommand::cancelDictation); }},
+                  {unlessClosed(&SettingsRepository::pasteAgainShortcut),
+                   [this] { perform(IntelCommand::pasteLastTranscript); }}},
+  };
+}
+
+std::string MRMPrototypeApp::shortcutWarnings(const ShortcutConfiguration& shortcut) {
+  using Kind = ShortcutConfiguration::Kind;
+  KeyboardFacts facts;
+  if (auto* const probe = desktop_.keyboardProbe; probe != nullptr) {
+    facts.isTaken = shortcut.kind == Kind::key && probe->isTaken(shortcut.keyCode, shortcut.modifierRawValue);
+    facts.capsLockIsRemapped = shortcut.kind == Kind::capsLock && probe->capsLockIsRemapped();
+  }
+  auto warnings = shortcutNotice(desktop_.shortcuts, shortcut);
+  for (const auto conflict : shortcutConflicts(shortcut, facts)) {
+    if (!warnings.empty()) warnings += ' ';
+    warnings += conflict;
+  }
+  return warnings;
+}
+
+void MRMPrototypeApp::recordShortcut(QWidget* window,
+                                     std::function<void(const ShortcutConfiguration&)> save) {
+  RecorderServices services{
+      .localKeys = localKeys_,
+      .source = &desktop_.shortcuts,
+      .probe = desktop_.keyboardProbe,
+      .suspendShortcuts = [this] { return gate_.suspend(); },
+      .notice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
+  };
+  (new RecorderSheet(window, std::move(services), std::move(save)))->open();
 }
 
 MenuStatus MRMPrototypeApp::menuStatus() {

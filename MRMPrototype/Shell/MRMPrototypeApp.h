@@ -71,6 +71,9 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] SetupActions setupActions();
   [[nodiscard]] MainWindows::Parts windowParts();
   [[nodiscard]] MenuServices menuServices();
+  [[nodiscard]] ShortcutWiring::Actions shortcutActions();
+  [[nodiscard]] std::string shortcutWarnings(const ShortcutConfiguration& shortcut);
+  void recordShortcut(QWidget* window, std::function<void(const ShortcutConfiguration&)> save);
   [[nodiscard]] MenuStatus menuStatus();
   /// Pastes words that were dictated before, once another application is in front.
   Task<void> pasteAgain(SpokenText words);

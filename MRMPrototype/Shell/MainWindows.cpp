@@ -86,6 +86,8 @@ SettingsServices MainWindows::settingsServices() {
   services.autostart = &autostart_;
   services.microphone = &microphone_;
   services.shortcutNotice = parts_.shortcutNotice;
+  services.recordShortcut = parts_.recordShortcut;
+  services.hearsFurtherShortcuts = parts_.desktop.shortcuts.hearsEveryKey();
   services.preparationStatus = [this](SmartLocalModel model) -> std::optional<std::string> {
     const auto status = parts_.speech.refiners.preparationStatus(model);
     return status ? std::optional(std::string(*status)) : std::nullopt;

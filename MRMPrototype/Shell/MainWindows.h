@@ -43,6 +43,7 @@ class MainWindows {
     /// Asks for the key ring, then reads again what is sealed with it.
     std::function<void()> unlockStorage;
     std::function<std::string(const ShortcutConfiguration&)> shortcutNotice;
+    RecordShortcut recordShortcut;
     std::function<std::string()> diagnostics;
   };
 

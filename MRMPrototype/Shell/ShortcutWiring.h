@@ -7,6 +7,7 @@
 #include "Shortcut/HotkeyService.h"
 
 #include <functional>
+#include <vector>
 
 namespace murmel {
 
@@ -17,6 +18,11 @@ class ShortcutWiring {
     std::function<void()> press;
     std::function<void()> release;
     std::function<void()> toggle;
+    struct Further {
+      std::function<ShortcutConfiguration()> shortcut;
+      std::function<void()> run;
+    };
+    std::vector<Further> further{};
   };
 
   /// The references outlive this.
@@ -28,6 +34,7 @@ class ShortcutWiring {
     hotkey_.onPress = std::move(actions.press);
     hotkey_.onRelease = std::move(actions.release);
     hotkey_.onToggle = std::move(actions.toggle);
+    for (auto& each : actions.further) hotkey_.also(std::move(each.shortcut), std::move(each.run));
     hotkey_.start(std::move(shortcut));
   }
 

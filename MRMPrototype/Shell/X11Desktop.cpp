@@ -13,6 +13,7 @@
 #include "Platform/Linux/X11/X11Workspace.h"
 #include "Platform/Linux/X11Keys/InjectedKeyList.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
+#include "Platform/Linux/X11Keys/X11KeyboardProbe.h"
 #include "Platform/Qt/DesktopSessionGuard.h"
 
 #include <utility>
@@ -74,6 +75,7 @@ class Connection final : public DesktopConnection {
         .session = session_,
         .cancelKey = *opened_.cancelKey,
         .clipboard = opened_.pasteboards->general(),
+        .keyboardProbe = &keyboardProbe_,
         .primarySelection = &opened_.pasteboards->primary(),
     };
   }
@@ -85,6 +87,7 @@ class Connection final : public DesktopConnection {
   Opened opened_;
   X11KeyEventTap taps_;
   KeyTapShortcutSource shortcuts_;
+  X11KeyboardProbe keyboardProbe_;
   AccessibleFocusedField focusedField_;
   DesktopSessionGuard session_;
 };

@@ -85,6 +85,21 @@ void HotkeyService::handle(const MRMHotkeyEvent& event) {
   const auto shortcut = shortcutProvider_();
   carryOut(stateMachine_.adopt(shortcut));
   carryOut(stateMachine_.consume(event, shortcut));
+  using Transition = HotkeyStateMachine::Transition;
+  for (auto& further : further_) {
+    const auto transition = further.machine.consume(event, further.shortcut());
+    if (transition == Transition::press || transition == Transition::toggle) further.run();
+  }
+}
+
+ShortcutConfiguration HotkeyService::wanted() const {
+  auto shortcut = shortcutProvider_();
+  if (!source_.hearsEveryKey()) return shortcut;
+  for (const auto& further : further_) {
+    if (shortcut.kind != ShortcutConfiguration::Kind::disabled) break;
+    shortcut = further.shortcut();
+  }
+  return shortcut;
 }
 
 void HotkeyService::tellPress() {
@@ -137,7 +152,7 @@ void HotkeyService::handle(ShortcutActivity activity) {
 }
 
 void HotkeyService::installGlobalEventTapIfAuthorized() {
-  const auto shortcut = shortcutProvider_();
+  const auto shortcut = wanted();
   if (shortcut.kind == ShortcutConfiguration::Kind::disabled) {
     removeGlobalEventTap();
     return;
@@ -154,7 +169,7 @@ void HotkeyService::installGlobalEventTapIfAuthorized() {
 }
 
 bool HotkeyService::createGlobalEventTap() {
-  installed_ = shortcutRequest(shortcutProvider_());
+  installed_ = shortcutRequest(wanted());
   eventTap_ = source_.install(installed_, [this](const ShortcutEvent& event) { receive(event); });
   if (!eventTap_) return false;
   eventTapRetry_.reset();

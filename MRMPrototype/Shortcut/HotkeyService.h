@@ -44,10 +44,24 @@ class HotkeyService {
   std::function<void()> onRelease;
   std::function<void()> onToggle;
 
+  /// A further shortcut, which does one thing whenever it is pressed; before `start`. Only where every key is
+  /// heard: a desktop that watches one shortcut itself does not watch this one.
+  void also(std::function<ShortcutConfiguration()> shortcut, std::function<void()> run) {
+    further_.push_back({std::move(shortcut), std::move(run), {}});
+  }
+
   /// Begins to observe. `shortcutProvider` gives the shortcut of the moment and is asked for every event.
   void start(std::function<ShortcutConfiguration()> shortcutProvider);
 
  private:
+  struct Further {
+    std::function<ShortcutConfiguration()> shortcut;
+    std::function<void()> run;
+    HotkeyStateMachine machine;
+  };
+
+  /// What is to be listened for: the shortcut, else one of the further ones; else disabled.
+  [[nodiscard]] ShortcutConfiguration wanted() const;
   void receive(const ShortcutEvent& event);
   void handle(const MRMHotkeyEvent& event);
   void handle(ShortcutActivity activity);
@@ -74,6 +88,7 @@ class HotkeyService {
   HotkeyStateMachine stateMachine_;
   bool isHeld_ = false;  ///< a press was told, and not yet its release
   std::function<ShortcutConfiguration()> shortcutProvider_;
+  std::vector<Further> further_;
   int retryAttempts_ = 0;
   /// Gone with the service: what was posted and is still waiting then does nothing.
   std::shared_ptr<int> alive_ = std::make_shared<int>();

@@ -49,6 +49,12 @@ FormRow::FormRow(const QString& title, const QString& description, QWidget* cont
   title_->setBuddy(control_);
 }
 
+void FormRow::setTitle(const QString& title) {
+  title_->setText(title);
+  title_->setVisible(!title.isEmpty());
+  if (control_ != nullptr) control_->setAccessibleName(title);
+}
+
 void FormRow::setDescription(const QString& description) {
   description_->setText(description);
   description_->setVisible(!description.isEmpty());

@@ -24,6 +24,7 @@ class FormRow final : public QWidget {
 
   FormRow(const QString& title, const QString& description, QWidget* control, Place place = Place::beside);
 
+  void setTitle(const QString& title);
   void setDescription(const QString& description);
   /// Why the control can do nothing here; it is switched off and the reason stands below. Empty: it can.
   void setUnavailable(const QString& reason);

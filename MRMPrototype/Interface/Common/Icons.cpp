@@ -67,6 +67,8 @@ const char* outlineOf(Symbol symbol) {
       return "<path d='M6 9.500l6 6 6-6'/>";
     case Symbol::more:
       return "<path d='M5 12h.01M12 12h.01M19 12h.01'/>";
+    case Symbol::ring:
+      return "<circle cx='12' cy='12' r='9'/>";
     case Symbol::stop:
       return "<rect x='5.500' y='5.500' width='13' height='13' rx='2'/>";
   }

@@ -28,6 +28,7 @@ enum class Symbol {
   down,
   more,
   stop,
+  ring,
 };
 
 QIcon symbolIcon(Symbol symbol);

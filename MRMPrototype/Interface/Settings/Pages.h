@@ -29,7 +29,11 @@ class ShortcutPage final : public SettingsPage {
 
  private:
   void show();
+  void addFurther(Card& card, const QString& title, const QString& description, SettingsProperty property,
+                  std::function<const ShortcutConfiguration&()> get,
+                  std::function<void(const ShortcutConfiguration&)> set);
 
+  std::vector<ShortcutConfiguration> ready_;  ///< to choose from, the proposal first
   ChoiceBox* choice_;
   FormRow* row_ = nullptr;
   NoticeBar* notice_;

@@ -40,6 +40,10 @@ class MicrophoneTrial {
   virtual std::expected<Registration, std::string> listen(std::function<void(double level)> level) = 0;
 };
 
+/// Lets the user press the keys that are to be used, over `window`; `save` is called with them, or never.
+using RecordShortcut =
+    std::function<void(QWidget* window, std::function<void(const ShortcutConfiguration&)> save)>;
+
 /// What the settings window asks of the rest of the application. Everything outlives the window. An optional
 /// part that is absent is something that this installation does not have; the page says so.
 struct SettingsServices {
@@ -50,10 +54,11 @@ struct SettingsServices {
   Autostart* autostart = nullptr;
   MicrophoneTrial* microphone = nullptr;
 
-  /// Why this desktop may not hear the shortcut; empty when it does.
+  /// What speaks against the shortcut on this desktop; empty when nothing does.
   std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};
-  /// Lets the user press the shortcut that is to be used.
-  std::function<void(QWidget* window)> recordShortcut{};
+  RecordShortcut recordShortcut{};
+  /// Whether further shortcuts than the one of the dictation are heard here.
+  bool hearsFurtherShortcuts = true;
   /// How far the language model is; nothing while nobody has asked for it.
   std::function<std::optional<std::string>(SmartLocalModel)> preparationStatus{};
   /// Why the model, or the Russian corrector, is not ready; empty when there is nothing to say.

@@ -57,6 +57,8 @@ KeyRole roleOf(const QKeyEvent& event) {
 }
 
 std::string charactersOf(const QKeyEvent& event) {
+  if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35)
+    return "F" + std::to_string(event.key() - Qt::Key_F1 + 1);
   if (event.key() <= 0 || event.key() >= firstKeyWithoutCharacter) return {};
   const auto character = static_cast<char32_t>(event.key());
   return QString::fromUcs4(&character, 1).toStdString();

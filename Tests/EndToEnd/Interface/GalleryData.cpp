@@ -133,7 +133,7 @@ SettingsServices GalleryData::services() {
                            ? "This keyboard does not tell the desktop about Fn. Choose another shortcut."
                            : "");
   };
-  services.recordShortcut = [](QWidget*) {};
+  services.recordShortcut = [](QWidget*, auto) {};
   services.preparationStatus = [](SmartLocalModel) {
     return std::optional<std::string>("Ready · kept warm in memory");
   };

@@ -16,6 +16,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#define explicit explicit_  // a field of the header
+#include <xcb/xkb.h>
+#undef explicit
 
 using namespace murmel;
 using namespace std::chrono_literals;
@@ -192,6 +195,46 @@ TEST_F(ShortcutEndToEnd, CapsLockTogglesWhenItGoesOnAndWhenItGoesOff) {
     EXPECT_EQ(callsOfTapping(KEY_CAPSLOCK), "toggle");
     shortcut.executor.advance(200ms);
   }
+}
+
+TEST_F(ShortcutEndToEnd, HearsTheModifiersThatOtherProgramsSee) {
+  // Sticky keys and keyboards on the screen hold modifiers down without a key.
+  const auto latch = [&](std::uint8_t latched, std::uint8_t locked) {
+    const std::uint8_t all = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_4;
+    xcb_xkb_use_extension(keyboard.connection(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
+    xcb_xkb_latch_lock_state(keyboard.connection(), XCB_XKB_ID_USE_CORE_KBD, all, locked, 0, 0, latched, 0,
+                             0);
+    keyboard.settle();
+  };
+  shortcut.configuration = {Kind::modifiersOnly, virtualKey::leftControl,
+                            keyModifier::control | keyModifier::command, ""};
+  latch(0, XCB_MOD_MASK_CONTROL);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "");
+  keyboard.press(KEY_LEFTMETA);
+  keyboard.release(KEY_LEFTMETA);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "press release");
+  latch(0, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_4);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "press");
+  latch(0, 0);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "release");
+  shortcut.configuration = murmel::configuration(ShortcutChoice::controlSpace);
+  latch(0, XCB_MOD_MASK_CONTROL);
+  keyboard.press(KEY_SPACE);
+  keyboard.release(KEY_SPACE);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "press release");
+  latch(0, 0);
+}
+
+TEST_F(ShortcutEndToEnd, ACapsLockThatActsAsControlIsControl) {
+  ASSERT_TRUE(run("setxkbmap us -option caps:ctrl_modifier"));
+  shortcut.configuration = {Kind::modifiersOnly, virtualKey::leftControl,
+                            keyModifier::control | keyModifier::command, ""};
+  keyboard.press(KEY_CAPSLOCK);
+  keyboard.press(KEY_LEFTMETA);
+  keyboard.release(KEY_LEFTMETA);
+  keyboard.release(KEY_CAPSLOCK);
+  EXPECT_EQ(shortcut.callsOf(keyboard), "press release");
+  EXPECT_TRUE(run("setxkbmap us -option"));
 }
 
 TEST_F(ShortcutEndToEnd, TheApplicationInFrontStillGetsEveryKey) {

@@ -58,6 +58,21 @@ class HotkeyServiceTest : public ::testing::Test {
 
 }  // namespace
 
+TEST_F(HotkeyServiceTest, FurtherShortcutsAreHeardAlsoWithoutTheFirst) {
+  ShortcutConfiguration also;
+  service->also([&] { return also; }, [this] { calls += "also "; });
+  select(ShortcutChoice::disabled);
+  start();
+  EXPECT_FALSE(taps.isInstalled());
+  also = configuration(ShortcutChoice::commandShiftD);
+  shortcutDidChange.emit();
+  executor.runUntilIdle();
+  ASSERT_TRUE(taps.isInstalled());
+  deliver({KeyEventType::keyDown, also.modifierRawValue, also.keyCode, false, ""});
+  deliver({KeyEventType::keyUp, also.modifierRawValue, also.keyCode, false, ""});
+  EXPECT_EQ(calls, "also ");
+}
+
 TEST_F(HotkeyServiceTest, TurnsKeysIntoCallsWithTheShortcutOfTheMoment) {
   start();
   deliver(optionDown);

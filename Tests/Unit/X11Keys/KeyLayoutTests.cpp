@@ -50,6 +50,8 @@ TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
       {"Caps Lock", "us", "", "", KEY_CAPSLOCK, {Kind::capsLock, virtualKey::capsLock, 0}},
       {"Caps Lock that is a Control key", "us", "", "ctrl:nocaps", KEY_CAPSLOCK,
        control(virtualKey::leftControl)},
+      {"Caps Lock that acts as one", "us", "", "caps:ctrl_modifier", KEY_CAPSLOCK,
+       control(virtualKey::leftControl)},
       {"Caps Lock that is Escape is not Caps Lock",
        "us",
        "",

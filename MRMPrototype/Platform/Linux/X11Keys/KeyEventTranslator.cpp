@@ -2,6 +2,7 @@
 
 #include "Platform/KeyModifiers.h"
 
+#include <array>
 #include <utility>
 
 namespace murmel {
@@ -94,8 +95,23 @@ void KeyEventTranslator::reconcile(const PressedKeySet& serverKeys, const KeyLay
   }
 }
 
+void KeyEventTranslator::locksChanged(const KeyLayout& layout, std::vector<KeyEvent>& events) {
+  constexpr auto keys = std::to_array<std::pair<std::uint64_t, VirtualKeyCode>>({
+      {keyModifier::control, virtualKey::leftControl},
+      {keyModifier::option, virtualKey::leftOption},
+      {keyModifier::shift, virtualKey::leftShift},
+      {keyModifier::command, virtualKey::leftCommand},
+  });
+  const auto before = std::exchange(stuck_, layout.stuckModifiers());
+  for (const auto& [flag, keyCode] : keys) {
+    if (((before ^ stuck_) & flag) == 0) continue;
+    events.push_back(event(KeyEventType::flagsChanged, {KeyRole::Kind::modifier, keyCode, flag}, layout));
+  }
+}
+
 KeyEvent KeyEventTranslator::event(KeyEventType type, const KeyRole& role, const KeyLayout& layout) const {
   std::uint64_t flags = layout.capsLockIsOn() ? keyModifier::capsLock : 0;
+  flags |= layout.stuckModifiers();
   for (const auto& [keyCode, held] : held_) flags |= held.flag;
   return {type, flags, role.keyCode, false, ""};
 }

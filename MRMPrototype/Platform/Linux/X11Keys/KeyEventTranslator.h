@@ -47,6 +47,9 @@ class KeyEventTranslator {
   /// No such press has come: the release was real.
   void tellWithheldRelease(const KeyLayout& layout, std::vector<KeyEvent>& events);
 
+  /// The layout's locks have changed. What they hold down counts as held, as it does for other programs.
+  void locksChanged(const KeyLayout& layout, std::vector<KeyEvent>& events);
+
   /// Brings the set of held keys in line with the server's. Releases that were missed are made up for; keys
   /// that went down unseen only count as modifiers from now on. What we injected is not the user's: it
   /// neither holds a key nor lets one go.
@@ -66,6 +69,7 @@ class KeyEventTranslator {
   /// Held keys that we let go on the server: the user still has the finger on them.
   std::set<std::uint32_t> letGoByUs_;
   std::optional<RawKey> withheldRelease_;
+  std::uint64_t stuck_ = 0;  ///< as last told
 };
 
 }  // namespace murmel

@@ -1,6 +1,10 @@
 #include "Platform/Linux/X11Keys/KeyLayout.h"
 
+#include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
+
+#include <array>
+#include <utility>
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon.h>
@@ -40,16 +44,69 @@ void KeyLayout::update(const State& state) {
                         state.baseGroup, state.latchedGroup, state.lockedGroup);
 }
 
-KeyRole KeyLayout::role(std::uint32_t keyCode) const {
-  const auto evdevCode = keyCode - xKeyCodeOffset;
-  xkb_keysym_t symbol = XKB_KEY_NoSymbol;
+xkb_keysym_t KeyLayout::symbol(std::uint32_t keyCode) const {
   const auto group = xkb_state_key_get_layout(state_.get(), keyCode);
   if (group != XKB_LAYOUT_INVALID) {
     // The first level: Alt with Shift may read Meta, and is still Alt.
     const xkb_keysym_t* symbols = nullptr;
-    if (xkb_keymap_key_get_syms_by_level(keymap_.get(), keyCode, group, 0, &symbols) > 0) symbol = *symbols;
+    if (xkb_keymap_key_get_syms_by_level(keymap_.get(), keyCode, group, 0, &symbols) > 0) return *symbols;
   }
-  return keyRole(symbol, evdevCode);
+  return XKB_KEY_NoSymbol;
+}
+
+KeyRole KeyLayout::role(std::uint32_t keyCode) const {
+  const auto role = keyRole(symbol(keyCode), keyCode - xKeyCodeOffset);
+  if (role.kind != KeyRole::Kind::capsLock) return role;
+  // The key may be called Caps Lock and still act as another modifier ("caps:ctrl_modifier").
+  constexpr auto acted = std::to_array<std::pair<std::uint64_t, VirtualKeyCode>>({
+      {keyModifier::control, virtualKey::leftControl},
+      {keyModifier::option, virtualKey::leftOption},
+      {keyModifier::command, virtualKey::leftCommand},
+      {keyModifier::shift, virtualKey::leftShift},
+  });
+  const auto set = modifiersSetBy(keyCode);
+  for (const auto& [flag, actedKey] : acted) {
+    if ((set & flag) != 0) return {KeyRole::Kind::modifier, actedKey, flag};
+  }
+  return role;
+}
+
+std::string KeyLayout::characters(std::uint32_t keyCode) const {
+  if (const auto called = symbol(keyCode); called >= XKB_KEY_F1 && called <= XKB_KEY_F35)
+    return "F" + std::to_string(called - XKB_KEY_F1 + 1);
+  constexpr std::size_t longest = 8;  // with the final zero
+  std::array<char, longest> buffer{};
+  const auto found = symbol(keyCode);
+  const int written = xkb_keysym_to_utf8(found, buffer.data(), buffer.size());
+  const bool isControl = static_cast<unsigned char>(buffer.front()) <= ' ';
+  return written <= 1 || isControl ? std::string() : std::string(buffer.data());
+}
+
+std::uint64_t KeyLayout::flagsOf(std::uint32_t modifiers) const {
+  constexpr auto names = std::to_array<std::pair<const char*, std::uint64_t>>({
+      {XKB_MOD_NAME_SHIFT, keyModifier::shift},
+      {XKB_MOD_NAME_CTRL, keyModifier::control},
+      {XKB_MOD_NAME_ALT, keyModifier::option},
+      {XKB_MOD_NAME_LOGO, keyModifier::command},
+  });
+  std::uint64_t flags = 0;
+  for (const auto& [name, flag] : names) {
+    const auto index = xkb_keymap_mod_get_index(keymap_.get(), name);
+    if (index != XKB_MOD_INVALID && ((modifiers >> index) & 1U) != 0) flags |= flag;
+  }
+  return flags;
+}
+
+std::uint64_t KeyLayout::modifiersSetBy(std::uint32_t keyCode) const {
+  const std::unique_ptr<xkb_state, StateDeleter> trial(xkb_state_new(keymap_.get()));
+  if (!trial) return 0;
+  xkb_state_update_key(trial.get(), keyCode, XKB_KEY_DOWN);
+  return flagsOf(xkb_state_serialize_mods(trial.get(), XKB_STATE_MODS_DEPRESSED));
+}
+
+std::uint64_t KeyLayout::stuckModifiers() const {
+  return flagsOf(xkb_state_serialize_mods(
+      state_.get(), static_cast<xkb_state_component>(XKB_STATE_MODS_LATCHED | XKB_STATE_MODS_LOCKED)));
 }
 
 bool KeyLayout::capsLockIsOn() const {

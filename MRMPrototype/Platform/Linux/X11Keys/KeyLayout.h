@@ -38,8 +38,18 @@ class KeyLayout {
   /// `keyCode` is X's.
   [[nodiscard]] KeyRole role(std::uint32_t keyCode) const;
   [[nodiscard]] bool capsLockIsOn() const;
+  /// The modifiers that are down for other programs though no key is: latched or locked by sticky keys or by
+  /// a keyboard on the screen. Bits of `keyModifier`.
+  [[nodiscard]] std::uint64_t stuckModifiers() const;
+  /// What the key writes by itself (UTF-8), or is called ("F4"); empty otherwise.
+  [[nodiscard]] std::string characters(std::uint32_t keyCode) const;
 
  private:
+  [[nodiscard]] std::uint32_t symbol(std::uint32_t keyCode) const;
+  [[nodiscard]] std::uint64_t flagsOf(std::uint32_t modifiers) const;
+  /// What goes down with the key, by the actions of the layout.
+  [[nodiscard]] std::uint64_t modifiersSetBy(std::uint32_t keyCode) const;
+
   struct KeymapDeleter {
     void operator()(xkb_keymap* keymap) const;
   };

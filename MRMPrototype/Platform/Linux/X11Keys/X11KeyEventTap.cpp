@@ -62,7 +62,7 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
   void drain() {
     const auto keepAlive = shared_from_this();
     while (!isRemoved_) {
-      const auto event = connection_->poll();
+      const auto event = next_ ? std::move(next_) : connection_->poll();
       reconcile(event.get());
       if (event) take(*event);
       deliver();
@@ -94,13 +94,14 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
   void take(const xcb_generic_event_t& event) {
     switch (connection_->interpret(event)) {
       case X11KeyConnection::Notice::key:
-        takeKey(connection_->rawKey);
+        takeKey(RawKey(connection_->rawKey));
         break;
       case X11KeyConnection::Notice::layout:
         layoutIsStale_ = true;
         break;
       case X11KeyConnection::Notice::locks:
         layout_.update(connection_->layoutState);
+        translator_.locksChanged(layout_, pending_);
         break;
       case X11KeyConnection::Notice::devices:
         connection_->readDevices();
@@ -114,7 +115,18 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
 
   void takeKey(const RawKey& key) {
     refreshLayout();
+    if (!key.goesDown) takeLocksAhead();
     if (key.keyCode < PressedKeySet().size()) translator_.consume(key, layout_, pending_);
+    translator_.locksChanged(layout_, pending_);
+  }
+
+  /// A modifier that is let go may stay down by a lock, which comes right behind: between the two nothing was
+  /// released for anybody.
+  void takeLocksAhead() {
+    if (!next_) next_ = connection_->poll();
+    if (!next_ || connection_->interpret(*next_) != X11KeyConnection::Notice::locks) return;
+    next_.reset();
+    layout_.update(connection_->layoutState);
   }
 
   /// Late, because a change of layout comes as a flood of notices. Gives whether there was anything to do.
@@ -152,6 +164,7 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
   KeyEventTranslator translator_;
   Handler handler_;
   std::vector<KeyEvent> pending_;
+  XcbEvent next_;  ///< looked at already, and still to be taken
   bool layoutIsStale_ = false;
   bool isRemoved_ = false;
   Registration watch_;

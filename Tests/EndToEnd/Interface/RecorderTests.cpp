@@ -1,0 +1,152 @@
+#include "Foundation/Async/Clock.h"
+#include "Interface/PlatformWords.h"
+#include "Interface/Recorder/RecorderSheet.h"
+#include "Platform/KeyModifiers.h"
+#include "Platform/Linux/X11Keys/X11KeyEventTap.h"
+#include "Platform/Linux/X11Keys/X11KeyboardProbe.h"
+#include "Platform/Qt/QtExecutor.h"
+#include "Platform/Qt/QtLocalKeyMonitor.h"
+#include "Support/X11/WindowTests.h"
+#include "Support/X11/XWindows.h"
+#include "Support/XTestKeyboard.h"
+
+#include <QLineEdit>
+#include <QPointer>
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace murmel;
+using murmel::test::waitUntil;
+
+namespace {
+
+class Recorder : public ::testing::Test {
+ protected:
+  void open(bool withTap) {
+    parent.show();
+    bringToFront(parent);
+    sheet = new RecorderSheet(
+        &parent,
+        {.localKeys = localKeys,
+         .source = withTap ? &source : nullptr,
+         .probe = &probe,
+         .suspendShortcuts = [this] { return Registration([this] { isSuspended = false; }); },
+         .notice =
+             [this](const ShortcutConfiguration& shortcut) {
+               const bool isTaken = shortcut.kind == ShortcutConfiguration::Kind::key &&
+                                    probe.isTaken(shortcut.keyCode, shortcut.modifierRawValue);
+               return std::string(isTaken ? "taken" : "");
+             }},
+        [this](const ShortcutConfiguration& shortcut) { saved = shortcut; });
+    sheet->open();
+    bringToFront(*sheet);
+    QCoreApplication::processEvents();
+  }
+  static void bringToFront(const QWidget& window) {
+    const test::XObserver x;
+    ASSERT_TRUE(waitUntil([&] {
+      if (window.isActiveWindow()) return true;
+      x.activate(static_cast<xcb_window_t>(window.winId()));
+      return false;
+    }));
+  }
+  /// Down in this order, up in the other.
+  void chord(const std::vector<std::uint32_t>& keys) {
+    for (const auto key : keys) keyboard.press(key);
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) keyboard.release(*key);
+    QCoreApplication::processEvents();
+  }
+
+  QtExecutor executor;
+  SystemClock clock;
+  InjectedKeyList injected{clock};
+  X11KeyEventTap taps{executor, injected, X11KeyEnvironment::fromProcess()};
+  KeyTapShortcutSource source{taps};
+  QtLocalKeyMonitor localKeys;
+  X11KeyboardProbe probe;
+  test::XTestKeyboard keyboard;
+  QWidget parent;
+  QPointer<RecorderSheet> sheet;
+  std::optional<ShortcutConfiguration> saved;
+  bool isSuspended = true;
+};
+
+TEST_F(Recorder, takes_what_is_pressed_three_times_in_a_row) {
+  struct Row {
+    std::vector<std::uint32_t> keys;
+    std::string title;
+  };
+  constexpr auto ctrl = KEY_LEFTCTRL;
+  constexpr auto alt = KEY_LEFTALT;
+  constexpr auto shift = KEY_LEFTSHIFT;
+  constexpr auto super = KEY_LEFTMETA;
+  const std::vector<Row> rows{
+      {{ctrl, super}, "Ctrl+Super"},
+      {{super, ctrl}, "Ctrl+Super"},
+      {{ctrl}, "Ctrl"},
+      {{KEY_RIGHTCTRL}, "Ctrl"},
+      {{alt}, "Alt"},
+      {{alt, shift}, "Alt+Shift"},
+      {{ctrl, alt, shift, super}, "Ctrl+Alt+Shift+Super"},
+      {{ctrl, KEY_SPACE}, "Ctrl+Space"},
+      {{alt, KEY_SPACE}, "Alt+Space"},
+      {{super, KEY_J}, "Super+J"},
+      {{super, shift, KEY_D}, "Shift+Super+D"},
+      {{ctrl, KEY_ENTER}, "Ctrl+Enter"},
+      {{ctrl, KEY_TAB}, "Ctrl+Tab"},
+      {{ctrl, KEY_BACKSPACE}, "Ctrl+Backspace"},
+      {{ctrl, alt, KEY_DELETE}, "Ctrl+Alt+Delete"},
+      {{ctrl, KEY_LEFT}, "Ctrl+←"},
+      {{alt, KEY_F8}, "Alt+F8"},
+      {{ctrl, KEY_1}, "Ctrl+1"},
+      {{ctrl, KEY_SEMICOLON}, "Ctrl+;"},
+      {{ctrl, super, KEY_SPACE}, "Ctrl+Super+Space"},
+  };
+  for (const bool withTap : {true, false}) {
+    for (const auto& row : rows) {
+      // The window's own keys are the same for the sheet, and tried once.
+      if (!withTap && row.title != "Ctrl+Space") continue;
+      saved.reset();
+      open(withTap);
+      for (int time = 0; time < ShortcutRecorder::requiredConfirmations; ++time) {
+        EXPECT_FALSE(saved) << row.title;
+        chord(row.keys);
+      }
+      ASSERT_TRUE(waitUntil([this] { return saved.has_value(); }))
+          << row.title << (withTap ? " by the tap" : "");
+      EXPECT_EQ(shortcutTitle(*saved).toStdString(), row.title);
+      ASSERT_TRUE(waitUntil([this] { return sheet.isNull(); }));
+      keyboard.press(KEY_ESC);  // whatever the window manager has opened
+      keyboard.release(KEY_ESC);
+    }
+  }
+}
+
+TEST_F(Recorder, refuses_what_types_and_leaves_with_escape) {
+  open(true);
+  chord({KEY_A});
+  chord({KEY_LEFTSHIFT, KEY_A});
+  const auto says = [this](const QString& words) {
+    return std::ranges::any_of(sheet->findChildren<QLabel*>(), [&](const QLabel* label) {
+      return label->isVisible() && label->text().contains(words);
+    });
+  };
+  EXPECT_TRUE(waitUntil([&] { return says("would also type"); }));
+  chord({KEY_LEFTMETA});
+  EXPECT_TRUE(waitUntil([&] { return says("Super was detected"); }));
+  chord({KEY_LEFTALT, KEY_SPACE});
+  EXPECT_TRUE(waitUntil([&] { return says("taken"); })) << "the window manager has reserved it";
+  keyboard.press(KEY_ESC);
+  keyboard.release(KEY_ESC);
+  keyboard.press(KEY_ESC);
+  keyboard.release(KEY_ESC);
+  EXPECT_TRUE(waitUntil([this] { return sheet.isNull(); }));
+  EXPECT_FALSE(saved);
+  EXPECT_FALSE(isSuspended);
+}
+
+}  // namespace
