@@ -47,8 +47,9 @@ void refinement(benchmark::State& state) {
                        .temporaryDirectory = folder.path(),
                        .runtime = {MURMEL_STUB_SERVER, [](const std::filesystem::path&) { return true; }},
                        .limits = {}});
-  Awaiting<bool> preparing(pool.prepared(SmartLocalModel::qwen06));
-  executor.waitUntil([&] { return preparing.done(); });
+  const auto server = pool.server(SmartLocalModel::qwen06);
+  server->startIfNeeded();
+  executor.waitUntil([&] { return server->preparation() != ModelSupervisor::Preparation::preparing; });
   QwenLocalRefinementProvider provider(pool.server(SmartLocalModel::qwen06), /*prewarmed=*/false);
   const auto text = fortyWords();
   for (auto _ : state) {

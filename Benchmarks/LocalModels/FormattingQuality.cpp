@@ -1,0 +1,61 @@
+// What a language model makes of recognised texts: one a line on standard input, each with its refined form
+// on standard output, or as it was where the model's answer is refused. usage: formatting_quality
+// LLAMA_SERVER MODEL.gguf SECONDS < LINES
+
+#include "Foundation/Async/Clock.h"
+#include "LocalModels/QwenLocalRefinementProvider.h"
+#include "LocalModels/QwenServerPool.h"
+#include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Refinement/BoundedRefinementProvider.h"
+#include "Support/Awaiting.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <iostream>
+
+using namespace murmel;
+
+namespace {
+
+class OneModel final : public SmartModelFiles {
+ public:
+  explicit OneModel(std::filesystem::path file) : file_(std::move(file)) {}
+  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel) const override {
+    return file_;
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
+
+ private:
+  std::filesystem::path file_;
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  constexpr int expectedCount = 4;
+  if (count != expectedCount) return EXIT_FAILURE;
+  const TemporaryFolder folder;
+  const OneModel files(arguments[2]);
+  ManualExecutor executor;
+  SystemClock clock;
+  LinuxProcessLauncher launcher;
+  QwenServerLimits limits;
+  limits.asking.request = std::chrono::seconds(std::atoi(arguments[3]));
+  QwenServerPool pool({executor, clock, launcher}, files,
+                      {.applicationIdentifier = "quality",
+                       .temporaryDirectory = folder.path(),
+                       .runtime = {arguments[1], [](const std::filesystem::path&) { return true; }},
+                       .limits = limits});
+  const auto server = pool.server(SmartLocalModel::qwen06);
+  BoundedRefinementProvider provider(
+      std::make_unique<QwenLocalRefinementProvider>(server, /*prewarmed=*/true));
+  for (std::string line; std::getline(std::cin, line);) {
+    server->startIfNeeded();
+    executor.waitUntil([&] { return server->preparation() != ModelSupervisor::Preparation::preparing; });
+    Awaiting<Result<std::string>> asking(provider.refine(line));
+    executor.waitUntil([&] { return asking.done(); });
+    std::cout << asking->value_or(line) << std::endl;
+  }
+  return EXIT_SUCCESS;
+}

@@ -1,0 +1,92 @@
+#include "Foundation/Text/Text.h"
+#include "Integration/LanguageModelServer/ServerBench.h"
+#include "Refinement/BoundedRefinementProvider.h"
+#include "Support/BuildPaths.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <random>
+#include <thread>
+
+using namespace murmel;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The inference server of the complete edition, where it has been built, with a model of random numbers.
+class RealServer : public ServerBench {
+ protected:
+  void SetUp() override {
+    const auto* const given = std::getenv("MURMEL_LLAMA_SERVER");
+    const std::filesystem::path server =
+        given != nullptr ? given
+                         : resourcesFolder() / std::filesystem::path(LanguageModelRuntime::relativePath);
+    if (!std::filesystem::exists(server)) GTEST_SKIP() << "there is no llama-server: scripts/fetch-runtime";
+    settings.runtime.executable = server;
+    settings.limits = {};
+    settings.limits.asking.firstPause = 0s;
+    const auto write = "/usr/bin/python3 " + sourceFolder() +
+                       "/Tests/Integration/LanguageModelServer/write-random-model.py " + files.model.string();
+    ASSERT_EQ(std::system(write.c_str()), 0);
+  }
+
+  static pid_t server() {
+    pid_t found = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
+      std::ifstream list(entry.path() / "children");
+      for (pid_t child = 0; list >> child;) found = child;
+    }
+    return found;
+  }
+};
+
+/// The words without what formatting may change.
+std::string wordsOf(std::string_view text) {
+  std::string words;
+  for (const auto character : text::characters(text)) {
+    if (!text::isPunctuation(character)) words += text::lowercased(character);
+  }
+  return words;
+}
+
+}  // namespace
+
+TEST_F(RealServer, AnswersInItsLimits) {
+  ASSERT_TRUE(prepare()) << diagnostic();
+  const auto answer = refine("hello world how are you");
+  EXPECT_TRUE(answer == "RAW" || wordsOf(answer) == "hello world how are you") << answer;
+  EXPECT_EQ(diagnostic(), "process running on private local socket");
+}
+
+TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
+  ASSERT_TRUE(prepare()) << diagnostic();
+  std::mt19937 numbers(1);
+  const auto misfortunes = std::to_array({SIGKILL, SIGSTOP, SIGTERM, SIGSEGV});
+  for (int moment = 0; moment < 20; ++moment) {
+    const auto signal = misfortunes[static_cast<std::size_t>(moment) % misfortunes.size()];
+    const auto delay = std::chrono::milliseconds(numbers() % 150);
+    const auto victim = server();
+    // From a thread of its own, while the questions are on their way.
+    std::thread misfortune([=] {
+      std::this_thread::sleep_for(delay);
+      if (victim > 0) ::kill(victim, signal);
+    });
+    const auto refiner = provider();
+    for (int piece = 0; piece < 4; ++piece) {
+      const std::string text = "piece " + std::to_string(piece) + " of what somebody says at length today";
+      const auto before = clock.now();
+      Awaiting<Answer> asking(refiner->refine(text));
+      const auto answer = described(asking);
+      EXPECT_LT(clock.now() - before, 3s + 500ms) << moment;
+      EXPECT_TRUE(answer == "RAW" || wordsOf(answer) == text) << answer;
+    }
+    misfortune.join();
+    ASSERT_TRUE(executor.waitUntil([&] { return prepare(); })) << diagnostic();
+  }
+  EXPECT_GE(failures.size(), 15U) << "most of them have met a server that was there";
+  for (const auto& reason : failures) {
+    EXPECT_TRUE(reason == "model process exited" || reason == "two answers in a row took too long" ||
+                reason == "inference server exited while starting")
+        << reason;
+  }
+}
