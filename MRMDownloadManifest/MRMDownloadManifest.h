@@ -26,13 +26,23 @@ constexpr ApprovedModelDownload speechFile(std::string_view identifier, std::int
           .folder = "Parakeet/parakeet-tdt-0.6b-v3-coreml"};
 }
 
-/// One file of ggml's form of the same speech model, quantised; each is a whole model in a folder of its own.
-constexpr ApprovedModelDownload ggmlFile(std::string_view identifier, std::string_view file,
-                                         std::int64_t byteCount, std::string_view sha256,
-                                         std::string_view folder) {
+/// Where ggml's forms of a speech model are published.
+struct GGMLRepository {
+  std::string_view name;
+  std::string_view revision;
+};
+inline constexpr GGMLRepository parakeetGGML{"ggml-org/parakeet-GGUF",
+                                             "35156454d1a39de06863303dd209fd2bed6ee079"};
+inline constexpr GGMLRepository whisperGGML{"ggerganov/whisper.cpp",
+                                            "5359861c739e955e79d9a303bcbc70fb988958b1"};
+
+/// One file of ggml's form of a speech model, quantised; each is a whole model in a folder of its own.
+constexpr ApprovedModelDownload ggmlFile(std::string_view identifier, const GGMLRepository& repository,
+                                         std::string_view file, std::int64_t byteCount,
+                                         std::string_view sha256, std::string_view folder) {
   return {.identifier = identifier,
-          .repository = "ggml-org/parakeet-GGUF",
-          .revision = "35156454d1a39de06863303dd209fd2bed6ee079",
+          .repository = repository.name,
+          .revision = repository.revision,
           .file = file,
           .sha256 = sha256,
           .relativePath = file,
@@ -137,12 +147,15 @@ inline constexpr auto refinementFiles = std::to_array<ApprovedModelDownload>({
 });
 
 inline constexpr auto ggmlFiles = std::to_array<ApprovedModelDownload>({
-    ggmlFile("parakeet-ggml:q8_0", "ggml-parakeet-tdt-0.6b-v3-q8_0.bin", 668757119,
+    ggmlFile("parakeet-ggml:q8_0", parakeetGGML, "ggml-parakeet-tdt-0.6b-v3-q8_0.bin", 668757119,
              "4d64e9e96c2792186d072fde0034df0ad670cf680a2f53069052ead827fd600e",
              "Parakeet/parakeet-tdt-0.6b-v3-ggml-q8_0"),
-    ggmlFile("parakeet-ggml:q4_0", "ggml-parakeet-tdt-0.6b-v3-q4_0.bin", 355615679,
+    ggmlFile("parakeet-ggml:q4_0", parakeetGGML, "ggml-parakeet-tdt-0.6b-v3-q4_0.bin", 355615679,
              "aa7fe2f5fb47d863ca23e8b1d490632d63a2599f515268b6d6bd656158dad45e",
              "Parakeet/parakeet-tdt-0.6b-v3-ggml-q4_0"),
+    ggmlFile("whisper-ggml:base-q8_0", whisperGGML, "ggml-base-q8_0.bin", 81768585,
+             "c577b9a86e7e048a0b7eada054f4dd79a56bbfa911fbdacf900ac5b567cbb7d9",
+             "Whisper/whisper-base-ggml-q8_0"),
 });
 // clang-format on
 
@@ -169,14 +182,14 @@ struct MRMDownloadManifest {
   static constexpr std::span<const ApprovedModelDownload> optional = detail::refinementFiles;
   /// `parakeet`, then `optional`.
   static constexpr std::span<const ApprovedModelDownload> all = detail::allFiles;
-  /// The speech model in the forms that the Linux engine runs, the recommended one first.
-  static constexpr std::span<const ApprovedModelDownload> parakeetGGML = detail::ggmlFiles;
+  /// The speech models in the forms that the Linux engines run, the recommended one first.
+  static constexpr std::span<const ApprovedModelDownload> speechGGML = detail::ggmlFiles;
   /// The pinned revision of `parakeet`.
   static constexpr std::string_view parakeetRevision = detail::parakeetRevision;
 
   /// The entry with that identifier, or nullptr.
   static constexpr const ApprovedModelDownload* asset(std::string_view identifier) {
-    for (const auto list : {all, parakeetGGML}) {
+    for (const auto list : {all, speechGGML}) {
       const auto found = std::ranges::find(list, identifier, &ApprovedModelDownload::identifier);
       if (found != list.end()) return &*found;
     }
@@ -204,7 +217,7 @@ constexpr bool isWellFormed(std::span<const ApprovedModelDownload> files) {
 
 static_assert(parakeetFiles.size() == 23 && refinementFiles.size() == 8);
 static_assert(totalBytes(parakeetFiles) == 483'256'769);
-static_assert(isWellFormed(MRMDownloadManifest::all) && isWellFormed(MRMDownloadManifest::parakeetGGML));
+static_assert(isWellFormed(MRMDownloadManifest::all) && isWellFormed(MRMDownloadManifest::speechGGML));
 
 }  // namespace detail
 

@@ -2,6 +2,7 @@
 
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
 #include "Models/ModelStoreLayout.h"
+#include "Models/SpeechEngines.h"
 
 #include <algorithm>
 
@@ -27,7 +28,8 @@ const std::vector<CatalogModel>& modelCatalog() {
        "Hears 25 languages, the best of those that run here.",
        "CC-BY-4.0",
        0,
-       1'300 * megabyte},
+       1'300 * megabyte,
+       speechEngine("parakeet").processorLevel},
       {"parakeet-small",
        "Parakeet TDT 0.6B v3 Q4 · Small",
        {"parakeet-ggml:q4_0"},
@@ -35,7 +37,17 @@ const std::vector<CatalogModel>& modelCatalog() {
        "The same in half the space, with a few more mistakes.",
        "CC-BY-4.0",
        0,
-       900 * megabyte},
+       900 * megabyte,
+       speechEngine("parakeet").processorLevel},
+      {speechEngine("whisper-base").identifier,
+       "Whisper base Q8 · Smallest",
+       {"whisper-ggml:base-q8_0"},
+       required,
+       "Hears about a hundred languages, and runs on older machines.",
+       "MIT",
+       0,
+       300 * megabyte,
+       speechEngine("whisper-base").processorLevel},
       {"gemma-4-e2b",
        "Gemma 4 E2B Q4 · Recommended",
        {"gemma:4-e2b"},
@@ -81,21 +93,22 @@ const std::vector<CatalogModel>& modelCatalog() {
   return models;
 }
 
-ModelMachine ModelMachine::ofThisMachine(const std::filesystem::path& resources, bool runsSpeech) {
+ModelMachine ModelMachine::ofThisMachine(const std::filesystem::path& resources) {
   std::error_code error;
   const auto isThere = [&](std::string_view path) {
     return std::filesystem::is_regular_file(resources / path, error);
   };
   return {.memory = static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES)) *
                     static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)),
-          .runsSpeech = runsSpeech,
+          .speechEngineLevel = engineModuleLevel(resources / workersFolder),
           .runsLanguageModels = isThere(llamaServerPath),
           .runsRussian = isThere(russianWorkerPath)};
 }
 
 std::string whyUnusable(const CatalogModel& model, const ModelMachine& machine) {
   if (model.importance == MRMModelDownloadImportance::required) {
-    if (!machine.runsSpeech) return "Its engine is not in this build, or this processor is too old for it.";
+    if (machine.speechEngineLevel < std::max(1, model.speechEngineLevel))
+      return "Its engine is not in this build, or this processor is too old for it.";
   } else if (model.name == russianName) {
     if (!machine.runsRussian) return "This build has no corrector for Russian.";
   } else if (!machine.runsLanguageModels) {

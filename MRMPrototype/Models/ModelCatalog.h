@@ -19,18 +19,19 @@ struct CatalogModel {
   MRMModelDownloadImportance importance;
   std::string_view purpose{};  ///< what it is good for, in a sentence
   std::string_view licence{};
-  std::uint64_t about = 0;   ///< bytes to download, where the list of files does not say it
-  std::uint64_t memory = 0;  ///< bytes that it needs while it works
+  std::uint64_t about = 0;    ///< bytes to download, where the list of files does not say it
+  std::uint64_t memory = 0;   ///< bytes that it needs while it works
+  int speechEngineLevel = 0;  ///< the level of x86-64 that the engine of a speech model needs
 };
 
 /// What a model can need of a machine.
 struct ModelMachine {
   std::uint64_t memory = 0;         ///< bytes, of the machine
-  bool runsSpeech = false;          ///< the engine of the downloadable speech models is there and can run
+  int speechEngineLevel = 0;        ///< the level of x86-64 of the speech engines that it runs; 0: of none
   bool runsLanguageModels = false;  ///< their server is there
   bool runsRussian = false;         ///< the corrector's runtime is there
 
-  static ModelMachine ofThisMachine(const std::filesystem::path& resources, bool runsSpeech);
+  static ModelMachine ofThisMachine(const std::filesystem::path& resources);
 };
 
 /// Why a model would be of no use there, in a sentence; empty when it can run.

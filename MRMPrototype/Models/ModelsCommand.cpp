@@ -118,6 +118,9 @@ void ModelsCommand::list() {
   for (const auto& model : catalog_) {
     const auto finding = installed_->look(model.identifiers);
     const bool isThere = finding != Finding::missing;
+    const auto packaged = std::ranges::find(packaged_, model.name,
+                                            [](const SpeechModel& each) { return each.engine->identifier; });
+    if (!isThere && packaged != packaged_.end() && murmel::isThere(*packaged)) continue;
     const auto size = isThere ? installed_->bytes(model.identifiers) : downloadSize(model);
     print(fmt::format("{:<15} {:<38} {:>8}  {:<11} {}\n", model.name, model.title, megabytes(size),
                       model.licence, wordFor(finding)));
@@ -127,17 +130,16 @@ void ModelsCommand::list() {
     if (!obstacle.empty()) print(fmt::format("{:<15} {}\n", "", obstacle));
   }
   for (const auto& model : packaged_) {
-    std::error_code error;
+    const auto& engine = *model.engine;
+    const bool there = murmel::isThere(model);
+    // Where it does not come with the application, it can be downloaded.
+    if (!there && std::ranges::find(catalog_, engine.identifier, &CatalogModel::name) != catalog_.end())
+      continue;
     std::uint64_t size = 0;
-    bool isThere = true;
-    for (const auto& file : model.files) {
-      isThere = isThere && std::filesystem::file_size(model.folder / file.path, error) == file.size;
-      size += file.size;
-    }
-    print(fmt::format("{:<15} {:<40} {:>8}  {}\n", model.engine->identifier,
-                      fmt::format("{} · Packaged", model.engine->title),
-                      isThere ? megabytes(size) : std::string(),
-                      wordFor(isThere ? Finding::verified : Finding::missing)));
+    for (const auto& file : model.files) size += file.size;
+    print(fmt::format("{:<15} {:<40} {:>8}  {}\n", engine.identifier,
+                      fmt::format("{} · Packaged", engine.title), there ? megabytes(size) : std::string(),
+                      wordFor(there ? Finding::verified : Finding::missing)));
   }
   finish(0);
 }

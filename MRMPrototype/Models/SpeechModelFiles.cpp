@@ -20,18 +20,10 @@ constexpr auto packaged = std::to_array<SpeechModelFile>({
     {"en-us/variances", 838732, "b00d696f85e96834fc10f8e5f06428d8c4db6bffdbe5845b6f69bf6efbc48fa5"},
 });
 
-constexpr auto whisper = std::to_array<SpeechModelFile>({
-    {"ggml-base-q8_0.bin", 81768585, "c577b9a86e7e048a0b7eada054f4dd79a56bbfa911fbdacf900ac5b567cbb7d9"},
-});
-
 }  // namespace
 
 std::span<const SpeechModelFile> packagedSpeechModelFiles() {
   return packaged;
-}
-
-std::span<const SpeechModelFile> packagedWhisperFiles() {
-  return whisper;
 }
 
 }  // namespace murmel

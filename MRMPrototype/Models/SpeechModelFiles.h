@@ -17,7 +17,4 @@ struct SpeechModelFile {
 inline constexpr std::string_view packagedSpeechModelFolder = "/usr/share/pocketsphinx/model/en-us";
 std::span<const SpeechModelFile> packagedSpeechModelFiles();
 
-/// The Whisper model that comes with the application. scripts/fetch-model gets it.
-std::span<const SpeechModelFile> packagedWhisperFiles();
-
 }  // namespace murmel

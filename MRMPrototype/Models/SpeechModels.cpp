@@ -12,7 +12,7 @@ namespace {
 /// What the downloader puts into the store at `root` for the engine.
 std::vector<SpeechModel> downloads(const SpeechEngineRow& engine, const std::filesystem::path& root) {
   std::vector<SpeechModel> models;
-  for (const auto& entry : MRMDownloadManifest::parakeetGGML) {
+  for (const auto& entry : MRMDownloadManifest::speechGGML) {
     if (!entry.relativePath->starts_with(engine.modelFile)) continue;
     const auto folder = root / entry.folder;
     auto model = std::ranges::find(models, folder, &SpeechModel::folder);
@@ -32,24 +32,33 @@ bool canRun(const SpeechEngineRow& engine, const std::filesystem::path& resource
 
 std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
                                       const std::filesystem::path& resources) {
+  const auto packaged = packagedSpeechModels(resources);
   std::vector<SpeechModel> models;
   for (const auto& engine : speechEngines) {
-    if (!canRun(engine, resources)) continue;
-    if (&engine == &speechEngine("whisper-base")) {
-      const auto files = packagedWhisperFiles();
-      models.push_back(
-          {resources / packagedModelsFolder / engine.identifier, {files.begin(), files.end()}, &engine});
-    }
-    std::ranges::move(downloads(engine, root), std::back_inserter(models));
+    std::ranges::copy_if(packaged, std::back_inserter(models),
+                         [&](const SpeechModel& model) { return model.engine == &engine; });
+    if (canRun(engine, resources)) std::ranges::move(downloads(engine, root), std::back_inserter(models));
+  }
+  return models;
+}
+
+std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources) {
+  std::vector<SpeechModel> models;
+  const auto& whisper = speechEngine("whisper-base");
+  if (canRun(whisper, resources)) {
+    // The same file as the one that can be downloaded.
+    models = downloads(whisper, {});
+    models.front().folder = resources / packagedModelsFolder / whisper.identifier;
   }
   models.push_back(packagedSpeechModel());
   return models;
 }
 
-std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources) {
-  auto models = speechModels({}, resources);
-  std::erase_if(models, [](const SpeechModel& model) { return !model.engine->isPackaged; });
-  return models;
+bool isThere(const SpeechModel& model) {
+  return std::ranges::all_of(model.files, [&](const SpeechModelFile& file) {
+    std::error_code error;
+    return std::filesystem::file_size(model.folder / file.path, error) == file.size;
+  });
 }
 
 SpeechModel packagedSpeechModel() {

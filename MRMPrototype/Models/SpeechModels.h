@@ -19,13 +19,16 @@ struct SpeechModel {
 /// processor can run it. Where it is not, its models are of no use.
 bool canRun(const SpeechEngineRow& engine, const std::filesystem::path& resources);
 
-/// The models that this machine can run, the best engine's first: what can be downloaded into the store at
-/// `root`, the recommended one first, and what comes with the application or the distribution.
+/// The models that this machine can run, the best engine's first: of each what comes with the application or
+/// the distribution, and what can be downloaded into the store at `root`, the recommended one first.
 std::vector<SpeechModel> speechModels(const std::filesystem::path& root,
                                       const std::filesystem::path& resources);
 
 /// Of these, the ones that come with the application or the distribution.
 std::vector<SpeechModel> packagedSpeechModels(const std::filesystem::path& resources);
+
+/// Whether all its files are there, by their sizes.
+bool isThere(const SpeechModel& model);
 
 /// The engine whose model lies in `folder`; nullptr when it is none's.
 const SpeechEngineRow* engineOf(const std::filesystem::path& folder);

@@ -61,9 +61,7 @@ MainWindows::MainWindows(Parts parts)
       shelf_(
           parts_.process.executor, parts_.process.clock, parts_.models,
           modelStore(parts_.installation.folders),
-          [machine = ModelMachine::ofThisMachine(
-               parts_.installation.folders.resources,
-               canRun(speechEngine("parakeet"), parts_.installation.folders.resources))](
+          [machine = ModelMachine::ofThisMachine(parts_.installation.folders.resources)](
               const CatalogModel& model) { return whyUnusable(model, machine); },
           [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
@@ -114,10 +112,8 @@ SettingsServices MainWindows::settingsServices() {
 
 std::vector<ModelShelfRow> MainWindows::packagedModels() const {
   std::vector<ModelShelfRow> rows;
-  const auto& folders = parts_.installation.folders;
-  for (const auto& model : speechModels(modelStore(folders), folders.resources)) {
-    std::error_code unreadable;
-    if (!model.engine->isPackaged || !std::filesystem::exists(model.folder, unreadable)) continue;
+  for (const auto& model : packagedSpeechModels(parts_.installation.folders.resources)) {
+    if (!isThere(model)) continue;
     ModelShelfRow row{.name = std::string(model.engine->identifier),
                       .title = std::string(model.engine->title)};
     row.isSpeech = true;

@@ -53,7 +53,14 @@ std::string ModelShelfServices::downloadsUnavailable() const {
 
 std::vector<ModelShelfRow> ModelShelfServices::rows() const {
   auto rows = packaged_();
-  for (const auto& model : modelCatalog()) rows.push_back(row(model));
+  const auto packaged = std::ssize(rows);
+  for (const auto& model : modelCatalog()) {
+    // What comes with the application needs no download.
+    const bool isPackaged = std::ranges::any_of(rows.begin(), rows.begin() + packaged,
+                                                [&](const auto& other) { return other.name == model.name; });
+    auto downloadable = row(model);
+    if (!isPackaged || downloadable.onDisk > 0) rows.push_back(std::move(downloadable));
+  }
   return rows;
 }
 

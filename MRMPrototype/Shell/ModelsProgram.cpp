@@ -58,9 +58,8 @@ int runModels(Arguments arguments, const Installation& installation, const Model
   ModelsCommand command(
       executor, modelStore(installation.folders), client ? &*client : nullptr,
       {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0, .now = [] { return SystemClock().now(); }},
-      ModelMachine::ofThisMachine(installation.folders.resources,
-                                  canRun(speechEngine("parakeet"), installation.folders.resources)),
-      modelCatalog(), packagedSpeechModels(installation.folders.resources));
+      ModelMachine::ofThisMachine(installation.folders.resources), modelCatalog(),
+      packagedSpeechModels(installation.folders.resources));
   // Ctrl+C ends a download in order; a second one ends the process.
   const UniqueDescriptor interrupts(interruptDescriptor());
   const auto interrupted = executor.watchReadable(interrupts.get(), [&] {

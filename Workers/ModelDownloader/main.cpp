@@ -18,7 +18,7 @@ int main(int count, char** arguments) {
   }
   std::vector<ApprovedModelDownload> manifest(MRMDownloadManifest::all.begin(),
                                               MRMDownloadManifest::all.end());
-  manifest.insert(manifest.end(), MRMDownloadManifest::parakeetGGML.begin(),
-                  MRMDownloadManifest::parakeetGGML.end());
+  manifest.insert(manifest.end(), MRMDownloadManifest::speechGGML.begin(),
+                  MRMDownloadManifest::speechGGML.end());
   return downloader::runDownloader(*options, manifest, STDIN_FILENO, STDOUT_FILENO);
 }

@@ -43,7 +43,7 @@ class Models : public testing::Test {
       {"first", "First model", {"parakeet:config.json"}, required},
       {"second", "Second model", {"parakeet:Decoder.mlmodelc/coremldata.bin"}, required},
   };
-  ModelMachine machine{.memory = 1'000'000'000, .runsSpeech = true};
+  ModelMachine machine{.memory = 1'000'000'000, .speechEngineLevel = 3};
   const fs::path config = "Parakeet/parakeet-tdt-0.6b-v3-coreml/config.json";
   TemporaryFolder folder;
   fs::path store = folder.path() / "Models";
@@ -81,11 +81,12 @@ TEST_F(Models, SaysWhatAModelIsGoodForAndWhyItIsOfNoUseHere) {
     ModelMachine machine;
     const char* obstacle;
   } rows[] = {
-      {"parakeet", {8'000'000'000, true, true, true}, ""},
-      {"parakeet", {8'000'000'000, false, true, true}, "this processor is too old"},
-      {"parakeet", {1'000'000'000, true, true, true}, "needs 1.3 GB of memory, and this computer has 1.0 GB"},
-      {"gemma-4-e2b", {8'000'000'000, true, false, true}, "no server for language models"},
-      {"sage", {8'000'000'000, true, true, false}, "no corrector for Russian"},
+      {"parakeet", {8'000'000'000, 3, true, true}, ""},
+      {"parakeet", {8'000'000'000, 2, true, true}, "this processor is too old"},
+      {"parakeet", {1'000'000'000, 4, true, true}, "needs 1.3 GB of memory, and this computer has 1.0 GB"},
+      {"whisper-base", {8'000'000'000, 2, true, true}, ""},
+      {"gemma-4-e2b", {8'000'000'000, 3, false, true}, "no server for language models"},
+      {"sage", {8'000'000'000, 3, true, false}, "no corrector for Russian"},
   };
   for (const auto& row : rows) {
     const auto obstacle = whyUnusable(*catalogModel(row.name), row.machine);
