@@ -10,12 +10,14 @@ namespace murmel::worker {
 
 namespace {
 
-/// All processors but one, which stays for the application.
+/// All processors but one, which stays for the application; of two both, because it mostly sleeps while it
+/// waits for the words.
 int threadCount() {
   cpu_set_t allowed;
   CPU_ZERO(&allowed);
   if (::sched_getaffinity(0, sizeof allowed, &allowed) != 0) return 1;
-  return std::max(1, CPU_COUNT(&allowed) - 1);
+  const int processors = CPU_COUNT(&allowed);
+  return processors <= 2 ? processors : processors - 1;
 }
 
 }  // namespace
