@@ -18,6 +18,10 @@ namespace {
 constexpr QuietCutLimits pieces{.longest = 29, .earliest = 15, .shortestLast = 5};
 
 constexpr float fullScale = 32'768;
+constexpr double sampleRate = 16'000;
+
+/// Eight seconds: of less a half would be a scrap.
+constexpr std::size_t shortestToHalve = 8 * 16'000;
 
 /// The first 5 s are enough to know the language.
 constexpr int languageWindow = 256;
@@ -67,7 +71,7 @@ struct WhisperEngine::Attempt {
   int window;
   int tokenLimit;  ///< 0: as many as there is room for
   const std::string& language;
-  const std::string& prompt;
+  std::string prompt;
 };
 
 struct WhisperEngine::Heard {
@@ -107,20 +111,31 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
   std::ranges::transform(samples, scaled.begin(),
                          [](auto sample) { return static_cast<float>(sample) / fullScale; });
 
-  const bool isForced = hints.language && whisper_lang_id(hints.language->c_str()) >= 0;
-  const auto language = isForced ? *hints.language : languageOf(scaled);
-  const auto prompt = promptFrom(hints.words);
-  const int limit = whisperTokenLimit(samples.size());
-  auto heard = listen(scaled, {whisperWindow(samples.size()), limit, language, prompt});
-  if (!heard) return std::unexpected(heard.error());
-  const bool isEcho = !prompt.empty() && heard->text.contains(hintsTitle);
-  if (isEcho || heard->tokens > limit || repetitionIn(heard->text) != std::string::npos) {
-    // It has lost its way. The whole window finds it nearly always.
-    heard = listen(scaled, {0, 0, language, {}});
-    if (!heard) return std::unexpected(heard.error());
-    if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
-      heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
+  SpeechHints known = hints;
+  if (!hints.language || whisper_lang_id(hints.language->c_str()) < 0) known.language = languageOf(scaled);
+  Attempt attempt{whisperWindow(samples.size()), whisperTokenLimit(samples.size()), *known.language,
+                  promptFrom(hints.words)};
+  auto heard = listen(scaled, attempt);
+  if (heard && heard->text.contains(hintsTitle)) {  // it reads the names aloud
+    known.words.clear();
+    attempt.prompt.clear();
+    heard = listen(scaled, attempt);
   }
+  if (!heard) return std::unexpected(heard.error());
+  const bool isLost = heard->tokens > attempt.tokenLimit || repetitionIn(heard->text) != std::string::npos;
+  if (!isLost) return withoutSoundDescriptions(heard->text);
+  // It has lost its way, or somebody has said a thing twice. Of what comes after that nothing may be missing:
+  // in two parts each is heard once. In a short one the whole window finds the way nearly always.
+  if (samples.size() >= shortestToHalve) {
+    const auto seconds = static_cast<double>(samples.size()) / sampleRate;
+    const QuietCutLimits halves{
+        .longest = 0.7 * seconds, .earliest = 0.3 * seconds, .shortestLast = 0.3 * seconds};
+    return inPieces(samples, halves, [&](auto half) { return recognisePiece(half, known); });
+  }
+  heard = listen(scaled, {.window = 0, .tokenLimit = 0, .language = *known.language, .prompt = {}});
+  if (!heard) return std::unexpected(heard.error());
+  if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
+    heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
   return withoutSoundDescriptions(heard->text);
 }
 
