@@ -54,7 +54,7 @@ inline constexpr auto speechEngines = std::to_array<SpeechEngineRow>({
      .loader = {},
      .processorLevel = 0,
      .quality = "plain: 27 words in 100 wrong, no punctuation",
-     .takesHints = false,
+     .takesHints = true,
      .isPackaged = true,
      .languages = "en "},
 });

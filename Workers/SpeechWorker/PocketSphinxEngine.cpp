@@ -1,6 +1,12 @@
 #include "Workers/SpeechWorker/PocketSphinxEngine.h"
 
+#include "Workers/SpeechWorker/Pronunciation.h"
 #include "Workers/SpeechWorker/QuietCut.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <sstream>
 
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
@@ -12,6 +18,9 @@ namespace {
 // Language weight and word insertion penalty with the fewest wrong words on natural speech.
 constexpr const char* languageWeight = "5.5";
 constexpr const char* wordInsertionPenalty = "0.2";
+
+/// Each word that is added makes every other a little less likely.
+constexpr std::size_t mostLearned = 100;
 
 }  // namespace
 
@@ -36,8 +45,29 @@ std::expected<std::unique_ptr<PocketSphinxEngine>, std::string> PocketSphinxEngi
 }
 
 std::expected<std::string, std::string> PocketSphinxEngine::recognise(std::span<const std::int16_t> samples,
-                                                                      const SpeechHints&) {
+                                                                      const SpeechHints& hints) {
+  learn(hints.words);
   return inPieces(samples, {}, [&](auto piece) { return recognisePiece(piece); });
+}
+
+void PocketSphinxEngine::learn(const std::vector<std::string>& names) {
+  const auto inDictionary = [this](const std::string& word) -> std::optional<std::string> {
+    const std::unique_ptr<char, decltype(&std::free)> sounds(ps_lookup_word(decoder_.get(), word.c_str()),
+                                                             &std::free);
+    return sounds ? std::optional<std::string>(sounds.get()) : std::nullopt;
+  };
+  for (const auto& name : names) {
+    std::istringstream words(name);
+    for (std::string word; words >> word && learned_.size() < mostLearned;) {
+      if (!learned_.insert(word).second) continue;
+      std::string lower = word;
+      std::ranges::transform(lower, lower.begin(), [](unsigned char letter) { return std::tolower(letter); });
+      if (inDictionary(lower)) continue;
+      constexpr int atOnce = TRUE;
+      if (const auto sounds = guessedPronunciation(word, inDictionary))
+        ps_add_word(decoder_.get(), word.c_str(), sounds->c_str(), atOnce);
+    }
+  }
 }
 
 std::expected<std::string, std::string> PocketSphinxEngine::recognisePiece(
