@@ -2,14 +2,13 @@
 
 #include "Foundation/Async/SerialQueue.h"
 #include "Models/SpeechModels.h"
+#include "WorkerProcess/IdleMemory.h"
 #include "WorkerProcess/KeepAlive.h"
 #include "WorkerProcess/WorkerCancellation.h"
 
 #include <atomic>
 #include <system_error>
 #include <utility>
-
-#include <malloc.h>
 
 namespace murmel {
 
@@ -79,7 +78,7 @@ struct FluidAudioProvider::State {
   void letGo() {
     queue.enqueue([this] { client.unload(); });
     // What the dictations before needed in this process goes with it.
-    ::malloc_trim(0);
+    giveBackIdleMemory();
   }
 };
 
