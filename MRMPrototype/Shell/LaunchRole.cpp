@@ -89,6 +89,13 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
       "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
   modelsCommand->add_option("ARGUMENT", models.arguments,
                             "list | download NAME | verify [NAME] | remove NAME");
+  UpdateRole update;
+  auto* updateCommand = app.add_subcommand("update", "Look for a new version, or install it: check, install");
+  updateCommand
+      ->add_option_function<std::string>(
+          "WHAT", [&update](const std::string& what) { update.installs = what == "install"; },
+          "check | install")
+      ->check(CLI::IsMember({"check", "install"}));
   const std::pair<KeptDataRole::Data, CLI::App*> keptData[] = {
       {KeptDataRole::Data::history,
        app.add_subcommand("history", "What you dictated: list, show, copy, delete, clear")},
@@ -121,6 +128,7 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   if (doctorCommand->parsed()) return doctor;
   if (statusCommand->parsed()) return status;
   if (modelsCommand->parsed()) return models;
+  if (updateCommand->parsed()) return update;
   // "settings" alone opens the window; with something behind it, it is about the file.
   if (settingsCommand->parsed() && settingsCommand->remaining_size() > 0)
     return KeptDataRole{KeptDataRole::Data::settings, settingsCommand->remaining()};

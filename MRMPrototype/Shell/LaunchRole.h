@@ -53,6 +53,9 @@ struct DoctorRole {
 struct ModelsRole {
   std::vector<std::string> arguments;  ///< after "models"
 };
+struct UpdateRole {
+  bool installs = false;  ///< else it only looks
+};
 struct KeptDataRole {
   enum class Data { history, vocabulary, settings };
   Data data = Data::history;
@@ -66,7 +69,7 @@ struct MessageRole {
 
 using LaunchRole =
     std::variant<DesktopRole, ModelDownloadSmokeRole, TranscribeRole, ListenRole, RemoteCommandRole,
-                 StatusRole, DoctorRole, ModelsRole, KeptDataRole, MessageRole>;
+                 StatusRole, DoctorRole, ModelsRole, UpdateRole, KeptDataRole, MessageRole>;
 
 /// Chooses the role. `version` is the line that `--version` prints. Pure.
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version);

@@ -16,7 +16,13 @@ class NoDownloads final : public ModelDownloadPriorityCoordinator {
   void notifyOptionalControls(bool) override {}
 };
 
-/// The downloader gets an empty environment but for what leads it to the network.
+/// The catalogue has the recommended speech model first.
+const CatalogModel& recommendedSpeechModel() {
+  return modelCatalog().front();
+}
+
+}  // namespace
+
 std::vector<std::string> proxies(const Environment& environment) {
   std::vector<std::string> variables;
   for (const char* name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
@@ -24,13 +30,6 @@ std::vector<std::string> proxies(const Environment& environment) {
   }
   return variables;
 }
-
-/// The catalogue has the recommended speech model first.
-const CatalogModel& recommendedSpeechModel() {
-  return modelCatalog().front();
-}
-
-}  // namespace
 
 std::filesystem::path modelStore(const ApplicationFolders& folders) {
   return folders.data / modelStoreFolder;

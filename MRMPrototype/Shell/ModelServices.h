@@ -12,8 +12,13 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace murmel {
+
+/// What leads a process that has an otherwise empty environment to the network.
+std::vector<std::string> proxies(const Environment& environment);
 
 /// Where the installed models lie.
 std::filesystem::path modelStore(const ApplicationFolders& folders);

@@ -29,6 +29,8 @@ int runStatus(Arguments arguments, const Installation& installation, const Statu
 int runDoctor(Arguments arguments, const Installation& installation, const DoctorRole& role);
 /// Lists, downloads, verifies and removes models.
 int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role);
+/// Looks for a new version, and installs it when that is asked for.
+int runUpdate(Arguments arguments, const Installation& installation, const UpdateRole& role);
 /// The history, the vocabulary or the settings, on their files.
 int runKeptData(Arguments arguments, const Installation& installation, const KeptDataRole& role);
 /// The release probe of the model downloader.

@@ -39,6 +39,7 @@ struct Run {
   int operator()(const StatusRole& role) const { return runStatus(arguments, installation, role); }
   int operator()(const DoctorRole& role) const { return runDoctor(arguments, installation, role); }
   int operator()(const ModelsRole& role) const { return runModels(arguments, installation, role); }
+  int operator()(const UpdateRole& role) const { return runUpdate(arguments, installation, role); }
   int operator()(const KeptDataRole& role) const { return runKeptData(arguments, installation, role); }
   int operator()(const ModelDownloadSmokeRole&) const {
     return runModelDownloadProbe(arguments, installation);

@@ -264,7 +264,7 @@ void DownloadQueue::start(DownloadJob& job, Instant now) {
   job.end.reset();
   job.state = State::running;
   job.told.reset();
-  job.transfer = transport_.start({.url = job.assets.front()->url(settings_.hostBaseURL),
+  job.transfer = transport_.start({.url = settings_.address(*job.assets.front()),
                                    .offset = ask.offset,
                                    .ifRange = ask.ifRange,
                                    .priority = job.priority},

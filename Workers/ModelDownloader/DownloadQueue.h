@@ -24,7 +24,7 @@ class DownloadQueue {
 
   struct Settings {
     std::span<const ApprovedModelDownload> manifest;
-    std::string hostBaseURL;
+    std::function<std::string(const ApprovedModelDownload&)> address;  ///< where an asset is
     TransferLimits limits;
   };
 

@@ -26,7 +26,7 @@ class TransferObserver {
 struct TransferRequest {
   std::string url;
   std::int64_t offset = 0;
-  std::string ifRange;  ///< empty: without condition
+  std::string ifRange{};  ///< empty: without condition
   double priority = 0.5;
 };
 

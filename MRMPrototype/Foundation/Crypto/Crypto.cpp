@@ -1,5 +1,6 @@
 #include "Foundation/Crypto/Crypto.h"
 
+#include <charconv>
 #include <stdexcept>
 
 #include <openssl/evp.h>
@@ -54,6 +55,15 @@ std::string hexadecimal(std::span<const std::uint8_t> bytes) {
     text += digits[byte & 0xF];
   }
   return text;
+}
+
+bool fromHexadecimal(std::string_view digits, std::span<std::uint8_t> bytes) {
+  if (digits.size() != 2 * bytes.size()) return false;
+  for (std::size_t index = 0; index < bytes.size(); ++index) {
+    const char* const first = digits.data() + 2 * index;
+    if (std::from_chars(first, first + 2, bytes[index], 16).ptr != first + 2) return false;
+  }
+  return hexadecimal(bytes) == digits;  // one spelling for one value
 }
 
 }  // namespace murmel::crypto

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace murmel::crypto {
 
@@ -35,5 +37,14 @@ class Sha256 {
 
 /// Lower-case hexadecimal digits, two a byte.
 [[nodiscard]] std::string hexadecimal(std::span<const std::uint8_t> bytes);
+/// The other way round. False, unless there are lower-case digits for exactly `bytes`.
+[[nodiscard]] bool fromHexadecimal(std::string_view digits, std::span<std::uint8_t> bytes);
+
+template <std::size_t size>
+[[nodiscard]] std::optional<std::array<std::uint8_t, size>> fromHexadecimal(std::string_view digits) {
+  std::array<std::uint8_t, size> bytes{};
+  if (!fromHexadecimal(digits, bytes)) return std::nullopt;
+  return bytes;
+}
 
 }  // namespace murmel::crypto

@@ -2,8 +2,6 @@
 
 #include "Foundation/Crypto/Crypto.h"
 
-#include <array>
-#include <charconv>
 #include <cstdint>
 #include <fstream>
 #include <span>
@@ -74,19 +72,6 @@ std::string_view valueOf(std::string_view text, std::string_view name) {
   return value.substr(0, value.find('\n'));
 }
 
-/// Lower-case digits only, two for each of exactly `size` bytes.
-template <std::size_t size>
-std::optional<std::array<std::uint8_t, size>> bytesFrom(std::string_view digits) {
-  if (digits.size() != 2 * size) return std::nullopt;
-  std::array<std::uint8_t, size> bytes{};
-  for (std::size_t index = 0; index < size; ++index) {
-    const char* const first = digits.data() + 2 * index;
-    if (std::from_chars(first, first + 2, bytes[index], 16).ptr != first + 2) return std::nullopt;
-  }
-  if (crypto::hexadecimal(bytes) != digits) return std::nullopt;
-  return bytes;
-}
-
 }  // namespace
 
 std::string SignedExecutableManifest::team(const ed25519::PublicKey& key) {
@@ -96,8 +81,8 @@ std::string SignedExecutableManifest::team(const ed25519::PublicKey& key) {
 std::optional<std::string> SignedExecutableManifest::teamOf(const std::filesystem::path& executable) {
   const auto text = readManifest(manifestOf(executable));
   if (!text) return std::nullopt;
-  const auto key = bytesFrom<ed25519::publicKeySize>(valueOf(*text, "key"));
-  const auto signature = bytesFrom<ed25519::signatureSize>(valueOf(*text, "signature"));
+  const auto key = crypto::fromHexadecimal<ed25519::publicKeySize>(valueOf(*text, "key"));
+  const auto signature = crypto::fromHexadecimal<ed25519::signatureSize>(valueOf(*text, "signature"));
   const auto hash = hashOf(executable);
   if (!key || !signature || !hash) return std::nullopt;
   // Written anew from what is there and compared: no second reading of the manifest can differ from the

@@ -1,0 +1,42 @@
+#include "MRMDirectUpdater/UpdateMemory.h"
+
+#include "Storage/FileAccess.h"
+
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::uint64_t largestMemory = 4'096;
+constexpr Duration longestWait = std::chrono::milliseconds(500);
+
+}  // namespace
+
+UpdateMemory UpdateMemory::read(FileSystem& files, const std::filesystem::path& file) {
+  UpdateMemory memory;
+  const auto bytes = readWholeFile(files, file, largestMemory);
+  if (!bytes || !*bytes) return memory;
+  const auto object = Json::parse((*bytes)->begin(), (*bytes)->end(), nullptr, /*allow_exceptions=*/false);
+  if (!object.is_object()) return memory;
+  if (object.contains("lastCheck") && object["lastCheck"].is_number_integer())
+    memory.lastCheck = object["lastCheck"].get<std::int64_t>();
+  if (object.contains("highestSerial") && object["highestSerial"].is_number_unsigned())
+    memory.highestSerial = object["highestSerial"].get<std::uint64_t>();
+  return memory;
+}
+
+bool UpdateMemory::write(FileSystem& files, const std::filesystem::path& file) const {
+  Json object{{"highestSerial", highestSerial}};
+  if (lastCheck) object["lastCheck"] = *lastCheck;
+  const auto text = object.dump();
+  if (!files.makeFolders(file.parent_path())) return false;
+  const auto lock = files.lock(lockPath(file), longestWait);
+  if (!lock) return false;
+  return replaceFile(files, file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})
+      .has_value();
+}
+
+}  // namespace murmel

@@ -1,0 +1,58 @@
+#include "Workers/Updater/UpdateOrder.h"
+
+#include "Foundation/Crypto/Base64.h"
+#include "Foundation/Text/LineSplitter.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+namespace murmel::updater {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t longestOrder = base64::encodedSize(largestFeed) + 1'024;
+constexpr const char* misunderstood = "The updater was told something that it does not understand.";
+
+std::optional<std::string> readLine(int input) {
+  LineSplitter lines(longestOrder);
+  std::array<char, 16 * 1'024> bytes{};
+  while (true) {
+    if (const auto line = lines.next())
+      return line->tooLong ? std::nullopt : std::optional(std::string(line->text));
+    const auto count = ::read(input, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return std::nullopt;
+    lines.append({bytes.data(), static_cast<std::size_t>(count)});
+  }
+}
+
+}  // namespace
+
+std::expected<UpdateRelease, std::string> readOrder(int input, const UpdaterOptions& options,
+                                                    std::int64_t now) {
+  const auto line = readLine(input);
+  if (!line) return std::unexpected(misunderstood);
+  const auto order = Json::parse(*line, nullptr, /*allow_exceptions=*/false);
+  if (!order.is_object() || !order.contains("feed") || !order["feed"].is_string() ||
+      !order.contains("sha256") || !order["sha256"].is_string() || !order.contains("serial") ||
+      !order["serial"].is_number_unsigned())
+    return std::unexpected(misunderstood);
+  const auto bytes = base64::decoded(order["feed"].get<std::string>());
+  if (!bytes) return std::unexpected(misunderstood);
+  const auto feed = readUpdateFeed({reinterpret_cast<const char*>(bytes->data()), bytes->size()},
+                                   options.fingerprint, now, order["serial"].get<std::uint64_t>());
+  if (!feed) return std::unexpected(std::string(sentence(feed.error())));
+  const auto found =
+      std::ranges::find(feed->releases, order["sha256"].get<std::string>(), &UpdateRelease::sha256);
+  if (found == feed->releases.end()) return std::unexpected("This version is not on the list of updates.");
+  return *found;
+}
+
+}  // namespace murmel::updater
