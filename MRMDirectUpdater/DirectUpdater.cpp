@@ -66,8 +66,8 @@ void DirectUpdater::check() {
 }
 
 Task<void> DirectUpdater::look() {
-  // Remembered before it is made: a check that kills the application is not made at every start. Read again, since
-  // another process may have looked meanwhile.
+  // Remembered before it is made: a check that kills the application is not made at every start. Read again,
+  // since another process may have looked meanwhile.
   memory_ = UpdateMemory::read(ports_.files, configuration_.memory);
   memory_.lastCheck = secondsNow();
   remember();

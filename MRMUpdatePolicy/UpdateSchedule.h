@@ -8,7 +8,7 @@ namespace murmel {
 /// What decides about an automatic check. Times in seconds since 1970.
 struct UpdateScheduleFacts {
   bool isAgreed = false;  ///< automatic checks are switched on
-  std::optional<std::int64_t> lastCheck;
+  std::optional<std::int64_t> lastCheck{};
   std::int64_t now = 0;
   bool isOnline = true;
   bool isMetered = false;  ///< a connection that costs by the byte

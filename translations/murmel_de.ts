@@ -87,10 +87,6 @@
         <translation>Automatisch nach Aktualisierungen suchen</translation>
     </message>
     <message>
-        <source>New versions arrive with the packages of your system; Murmel does not look for them itself.</source>
-        <translation>Neue Versionen kommen mit den Paketen Ihres Systems; Murmel sucht nicht selbst danach.</translation>
-    </message>
-    <message>
         <source>Settings file</source>
         <translation>Einstellungsdatei</translation>
     </message>
@@ -161,6 +157,10 @@
     <message>
         <source>Always</source>
         <translation>Immer</translation>
+    </message>
+    <message>
+        <source>At most once a day. Nothing is downloaded or installed without your word.</source>
+        <translation>Höchstens einmal am Tag. Ohne Ihr Wort wird nichts geladen oder installiert.</translation>
     </message>
 </context>
 <context>
@@ -1160,6 +1160,82 @@
         <source>The X server does not let this application hear keys.</source>
         <translation>Der X-Server lässt diese Anwendung keine Tasten hören.</translation>
     </message>
+    <message>
+        <source>The list of updates cannot be read.</source>
+        <translation>Die Liste der Updates ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>The list of updates is not signed by the makers of this app.</source>
+        <translation>Die Liste der Updates ist nicht von den Herstellern dieser App unterschrieben.</translation>
+    </message>
+    <message>
+        <source>The list of updates is out of date. Check the computer&apos;s clock, or try again later.</source>
+        <translation>Die Liste der Updates ist abgelaufen. Prüfen Sie die Uhr des Computers oder versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The list of updates is older than one that was seen before.</source>
+        <translation>Die Liste der Updates ist älter als eine, die schon gesehen wurde.</translation>
+    </message>
+    <message>
+        <source>New versions come from the store that this app came from.</source>
+        <translation>Neue Versionen kommen aus dem Store, aus dem diese App kam.</translation>
+    </message>
+    <message>
+        <source>This build belongs to no release, so there is nothing that could update it.</source>
+        <translation>Dieser Build gehört zu keiner Veröffentlichung; es gibt nichts, was ihn aktualisieren könnte.</translation>
+    </message>
+    <message>
+        <source>This copy was built here; build it again to update it.</source>
+        <translation>Diese Kopie wurde hier gebaut; bauen Sie sie neu, um sie zu aktualisieren.</translation>
+    </message>
+    <message>
+        <source>The server with the list of updates cannot be reached.</source>
+        <translation>Der Server mit der Liste der Updates ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The list of updates is too long.</source>
+        <translation>Die Liste der Updates ist zu lang.</translation>
+    </message>
+    <message>
+        <source>The server has no list of updates.</source>
+        <translation>Der Server hat keine Liste der Updates.</translation>
+    </message>
+    <message>
+        <source>The new version did not arrive as it was released.</source>
+        <translation>Die neue Version kam nicht so an, wie sie veröffentlicht wurde.</translation>
+    </message>
+    <message>
+        <source>The new version holds something that does not belong there.</source>
+        <translation>Die neue Version enthält etwas, das nicht hineingehört.</translation>
+    </message>
+    <message>
+        <source>The new version is not what the list of updates says.</source>
+        <translation>Die neue Version ist nicht die, die in der Liste der Updates steht.</translation>
+    </message>
+    <message>
+        <source>The new version does not start on this computer; the one before was kept.</source>
+        <translation>Die neue Version startet auf diesem Computer nicht; die bisherige wurde behalten.</translation>
+    </message>
+    <message>
+        <source>The updater is missing from the app or is not the app&apos;s own.</source>
+        <translation>Das Update-Programm fehlt in der App oder gehört nicht zu ihr.</translation>
+    </message>
+    <message>
+        <source>The updater ended unexpectedly.</source>
+        <translation>Das Update-Programm endete unerwartet.</translation>
+    </message>
+    <message>
+        <source>The update was stopped.</source>
+        <translation>Das Update wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>The updater could not be started: %1</source>
+        <translation>Das Update-Programm ließ sich nicht starten: %1</translation>
+    </message>
+    <message>
+        <source>The update is installed. Start Murmel again: %1</source>
+        <translation>Das Update ist installiert. Starten Sie Murmel neu: %1</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1945,6 +2021,73 @@
     <message>
         <source>none yet</source>
         <translation>noch keines</translation>
+    </message>
+</context>
+<context>
+    <name>UpdatePanel</name>
+    <message>
+        <source>Version %1 is available, %2.</source>
+        <translation>Version %1 ist verfügbar, %2.</translation>
+    </message>
+    <message>
+        <source>Looking for a new version…</source>
+        <translation>Suche nach einer neuen Version …</translation>
+    </message>
+    <message>
+        <source>This is the newest version.</source>
+        <translation>Das ist die neueste Version.</translation>
+    </message>
+    <message>
+        <source>Downloading, %1 of %2</source>
+        <translation>Wird geladen, %1 von %2</translation>
+    </message>
+    <message>
+        <source>Downloading…</source>
+        <translation>Wird geladen …</translation>
+    </message>
+    <message>
+        <source>Downloaded. It is installed when nobody dictates.</source>
+        <translation>Geladen. Installiert wird, wenn niemand diktiert.</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Wird installiert …</translation>
+    </message>
+    <message>
+        <source>Installed. Murmel starts again.</source>
+        <translation>Installiert. Murmel startet neu.</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Jetzt suchen</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Install When Idle</source>
+        <translation>Installieren, wenn Ruhe ist</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Download of the update</source>
+        <translation>Download des Updates</translation>
+    </message>
+    <message>
+        <source>It comes with the packages of your system: %1</source>
+        <translation>Sie kommt mit den Paketen Ihres Systems: %1</translation>
+    </message>
+    <message>
+        <source>Last check: %1</source>
+        <translation>Zuletzt gesucht: %1</translation>
+    </message>
+    <message>
+        <source>Never checked</source>
+        <translation>Noch nie gesucht</translation>
     </message>
 </context>
 <context>

@@ -87,10 +87,6 @@
         <translation>Автоматически проверять обновления</translation>
     </message>
     <message>
-        <source>New versions arrive with the packages of your system; Murmel does not look for them itself.</source>
-        <translation>Новые версии приходят с пакетами системы; сам Murmel их не ищет.</translation>
-    </message>
-    <message>
         <source>Settings file</source>
         <translation>Файл настроек</translation>
     </message>
@@ -161,6 +157,10 @@
     <message>
         <source>Always</source>
         <translation>Всегда</translation>
+    </message>
+    <message>
+        <source>At most once a day. Nothing is downloaded or installed without your word.</source>
+        <translation>Не чаще раза в день. Без вашего слова ничего не загружается и не устанавливается.</translation>
     </message>
 </context>
 <context>
@@ -1164,6 +1164,82 @@
         <source>The X server does not let this application hear keys.</source>
         <translation>X-сервер не даёт этому приложению слышать клавиши.</translation>
     </message>
+    <message>
+        <source>The list of updates cannot be read.</source>
+        <translation>Список обновлений не читается.</translation>
+    </message>
+    <message>
+        <source>The list of updates is not signed by the makers of this app.</source>
+        <translation>Список обновлений не подписан создателями этой программы.</translation>
+    </message>
+    <message>
+        <source>The list of updates is out of date. Check the computer&apos;s clock, or try again later.</source>
+        <translation>Список обновлений устарел. Проверьте часы компьютера или попробуйте позже.</translation>
+    </message>
+    <message>
+        <source>The list of updates is older than one that was seen before.</source>
+        <translation>Список обновлений старее уже виденного.</translation>
+    </message>
+    <message>
+        <source>New versions come from the store that this app came from.</source>
+        <translation>Новые версии приходят из магазина, откуда взята эта программа.</translation>
+    </message>
+    <message>
+        <source>This build belongs to no release, so there is nothing that could update it.</source>
+        <translation>Эта сборка не относится ни к одному выпуску, обновить её нечем.</translation>
+    </message>
+    <message>
+        <source>This copy was built here; build it again to update it.</source>
+        <translation>Эта копия собрана здесь; чтобы обновить, соберите её заново.</translation>
+    </message>
+    <message>
+        <source>The server with the list of updates cannot be reached.</source>
+        <translation>Сервер со списком обновлений недоступен.</translation>
+    </message>
+    <message>
+        <source>The list of updates is too long.</source>
+        <translation>Список обновлений слишком длинный.</translation>
+    </message>
+    <message>
+        <source>The server has no list of updates.</source>
+        <translation>На сервере нет списка обновлений.</translation>
+    </message>
+    <message>
+        <source>The new version did not arrive as it was released.</source>
+        <translation>Новая версия пришла не такой, какой была выпущена.</translation>
+    </message>
+    <message>
+        <source>The new version holds something that does not belong there.</source>
+        <translation>В новой версии есть то, чего там быть не должно.</translation>
+    </message>
+    <message>
+        <source>The new version is not what the list of updates says.</source>
+        <translation>Новая версия не та, что указана в списке обновлений.</translation>
+    </message>
+    <message>
+        <source>The new version does not start on this computer; the one before was kept.</source>
+        <translation>Новая версия на этом компьютере не запускается; прежняя сохранена.</translation>
+    </message>
+    <message>
+        <source>The updater is missing from the app or is not the app&apos;s own.</source>
+        <translation>Программа обновления отсутствует или не принадлежит этому приложению.</translation>
+    </message>
+    <message>
+        <source>The updater ended unexpectedly.</source>
+        <translation>Программа обновления неожиданно завершилась.</translation>
+    </message>
+    <message>
+        <source>The update was stopped.</source>
+        <translation>Обновление остановлено.</translation>
+    </message>
+    <message>
+        <source>The updater could not be started: %1</source>
+        <translation>Не удалось запустить программу обновления: %1</translation>
+    </message>
+    <message>
+        <source>The update is installed. Start Murmel again: %1</source>
+        <translation>Обновление установлено. Запустите Murmel снова: %1</translation>
+    </message>
 </context>
 <context>
     <name>ModelsPage</name>
@@ -1952,6 +2028,73 @@
     <message>
         <source>none yet</source>
         <translation>пока нет</translation>
+    </message>
+</context>
+<context>
+    <name>UpdatePanel</name>
+    <message>
+        <source>Version %1 is available, %2.</source>
+        <translation>Доступна версия %1, %2.</translation>
+    </message>
+    <message>
+        <source>Looking for a new version…</source>
+        <translation>Поиск новой версии…</translation>
+    </message>
+    <message>
+        <source>This is the newest version.</source>
+        <translation>Это самая новая версия.</translation>
+    </message>
+    <message>
+        <source>Downloading, %1 of %2</source>
+        <translation>Загружается, %1 из %2</translation>
+    </message>
+    <message>
+        <source>Downloading…</source>
+        <translation>Загружается…</translation>
+    </message>
+    <message>
+        <source>Downloaded. It is installed when nobody dictates.</source>
+        <translation>Загружено. Установится, когда никто не диктует.</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Устанавливается…</translation>
+    </message>
+    <message>
+        <source>Installed. Murmel starts again.</source>
+        <translation>Установлено. Murmel перезапускается.</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Проверить</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Установить</translation>
+    </message>
+    <message>
+        <source>Install When Idle</source>
+        <translation>Установить в простое</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Download of the update</source>
+        <translation>Загрузка обновления</translation>
+    </message>
+    <message>
+        <source>It comes with the packages of your system: %1</source>
+        <translation>Она приходит с пакетами вашей системы: %1</translation>
+    </message>
+    <message>
+        <source>Last check: %1</source>
+        <translation>Последняя проверка: %1</translation>
+    </message>
+    <message>
+        <source>Never checked</source>
+        <translation>Ещё не проверялось</translation>
     </message>
 </context>
 <context>

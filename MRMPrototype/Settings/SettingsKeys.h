@@ -25,6 +25,7 @@ inline constexpr std::string_view insertWhileRecording = "settings.insertWhileRe
 inline constexpr std::string_view removeFillerWords = "settings.removeFillerWords";
 inline constexpr std::string_view spokenCommands = "settings.spokenCommands";
 inline constexpr std::string_view restorePreviousClipboard = "settings.restorePreviousClipboard";
+inline constexpr std::string_view automaticUpdateChecks = "settings.automaticUpdateChecks";
 inline constexpr std::string_view historyEnabled = "settings.historyEnabled";
 inline constexpr std::string_view historyRetention = "settings.historyRetention";
 /// Minutes; 0 keeps the recogniser loaded for ever.

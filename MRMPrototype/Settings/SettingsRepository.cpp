@@ -119,6 +119,7 @@ void SettingsRepository::read() {
   };
   further(P::cancelShortcut, cancelShortcut_, settingsKey::cancelShortcut);
   further(P::pasteAgainShortcut, pasteAgainShortcut_, settingsKey::pasteAgainShortcut);
+  boolean(P::automaticUpdateChecks, automaticUpdateChecks_, settingsKey::automaticUpdateChecks, false);
   publish(P::overlayPosition, overlayPosition_,
           storedCase(defaults_, settingsKey::overlayAnchor, OverlayPosition::right));
 }
@@ -271,6 +272,11 @@ void SettingsRepository::setSpokenCommands(bool on) {
 void SettingsRepository::setRestorePreviousClipboard(bool on) {
   assignBoolean(SettingsProperty::restorePreviousClipboard, restorePreviousClipboard_, on,
                 settingsKey::restorePreviousClipboard);
+}
+
+void SettingsRepository::setAutomaticUpdateChecks(bool on) {
+  assignBoolean(SettingsProperty::automaticUpdateChecks, automaticUpdateChecks_, on,
+                settingsKey::automaticUpdateChecks);
 }
 
 void SettingsRepository::setHistoryEnabled(bool on) {

@@ -39,6 +39,7 @@ enum class SettingsProperty {
   restorePreviousClipboard,
   historyEnabled,
   historyRetention,
+  automaticUpdateChecks,
   overlayPosition,
   showRestingIndicator,
   personalVocabulary,
@@ -101,6 +102,7 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool restorePreviousClipboard() const { return restorePreviousClipboard_; }
   [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
   [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
+  [[nodiscard]] bool automaticUpdateChecks() const { return automaticUpdateChecks_; }
   [[nodiscard]] OverlayPosition overlayPosition() const { return overlayPosition_; }
   /// The indicator stays on the screen while nothing is dictated.
   [[nodiscard]] bool showRestingIndicator() const { return showRestingIndicator_; }
@@ -137,6 +139,7 @@ class SettingsRepository : public DictationSettings {
   void setRestorePreviousClipboard(bool on);
   void setHistoryEnabled(bool on);
   void setHistoryRetention(HistoryRetention retention);
+  void setAutomaticUpdateChecks(bool on);
   void setOverlayPosition(OverlayPosition position);
   void setShowRestingIndicator(bool on);
   /// Kept in memory alone while the sealed file could not be read.
@@ -212,6 +215,7 @@ class SettingsRepository : public DictationSettings {
   std::int64_t recogniserIdleMinutes_ = 10;
   bool insertWhileRecording_ = false;
   bool restorePreviousClipboard_ = true;
+  bool automaticUpdateChecks_ = false;
   SpokenText personalVocabulary_;
   SecureStorageStatus vocabularyStorageStatus_ = SecureStorageStatus::available;
   OverlayPosition overlayPosition_{};

@@ -61,6 +61,7 @@ std::vector<SettingRow> makeTable() {
       {historyEnabled, Kind::boolean, "false", "keep an encrypted history of what you dictated"},
       {historyRetention, Kind::choice, "forever", "how long entries of the history are kept",
        names<HistoryRetention>()},
+      {automaticUpdateChecks, Kind::boolean, "false", "look for a new version once a day"},
   };
 }
 

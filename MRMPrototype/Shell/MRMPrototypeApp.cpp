@@ -59,6 +59,13 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
       checkQueue_(process.executor, "murmel-checks"),
       checks_(process.executor, desktopChecks(checkedServices(session))),
       setup_(setupActions()),
+      updateWiring_({.process = process_,
+                     .installation = installation_,
+                     .settings = storage_.settings,
+                     .gate = updates_,
+                     .isDictating = [this] { return coordinator_.state().isBusy(); },
+                     .restart = [this] { restart(); },
+                     .refreshMenu = [this] { tray_.refresh(); }}),
       windows_(windowParts()),
       microphones_(process.executor, {installation.build.displayName, std::nullopt}),
       tray_(process.executor, storage_.defaults, installation.build.displayName, menuServices()),
@@ -148,6 +155,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .models = models_,
       .storage = storage_,
       .speech = speech_,
+      .updater = updateWiring_.updater(),
       .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
       .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
       .openSetup = [this] { openSetupWindow(); },
@@ -195,6 +203,7 @@ MenuServices MRMPrototypeApp::menuServices() {
             gate_.setPaused(paused);
             tray_.refresh();
           },
+      .openUpdates = [this] { windows_.openSettings(SettingsWindow::Page::advanced); },
       .openSettings = command(IntelCommand::openSettings),
       .openShortcut = page(SettingsWindow::Page::shortcut),
       .openLanguages = page(SettingsWindow::Page::languages),
@@ -259,6 +268,7 @@ MenuStatus MRMPrototypeApp::menuStatus() {
       .shortcut = hasShortcut ? shortcutTitle(shortcut) : QString(),
       .language = inPlatformWords(settings.languageProfileSummary()),
       .model = modelLine(windows_.shelf().rows()),
+      .update = updateWiring_.menuLine(),
       .isPaused = gate_.isPaused(),
       .hasLastTranscript = coordinator_.hasLastTranscript(),
       .canRetry = coordinator_.canRetry(),
@@ -295,6 +305,10 @@ void MRMPrototypeApp::connectInterface() {
         inPlatformWords("Download the required Parakeet speech model to use dictation"));
   });
   const auto refresh = [this](auto&&...) { tray_.refresh(); };
+  observers_.push_back(coordinator_.onStateChange().subscribe(
+      [this](const DictationState&) { updateWiring_.dictationChanged(); }));
+  observers_.push_back(sleep_.didWake().subscribe([this] { updateWiring_.computerWokeUp(); }));
+  updateWiring_.start();
   observers_.push_back(coordinator_.onStateChange().subscribe(refresh));
   observers_.push_back(coordinator_.onLastTranscriptChange().subscribe(refresh));
   observers_.push_back(delivery_.insertion.onWayBackChange([this](bool available) {
@@ -340,6 +354,15 @@ void MRMPrototypeApp::connectPermissions() {
 
 void MRMPrototypeApp::reopen() {
   act(lifecycle_.startedAgain());
+}
+
+void MRMPrototypeApp::restart() {
+  relauncher_.openNewInstance([this](std::expected<void, std::string> opened) {
+    if (opened) return relauncher_.terminate();
+    // The update is in place; this instance goes on with workers that are not its own, so it goes too.
+    tell("The update is installed. Start Murmel again: " + opened.error());
+    relauncher_.terminate();
+  });
 }
 
 void MRMPrototypeApp::tellAboutSettings() {

@@ -32,6 +32,7 @@
 #include "Shell/StatusPublisher.h"
 #include "Shell/StorageServices.h"
 #include "Shell/TrayWiring.h"
+#include "Shell/UpdateWiring.h"
 #include "Shortcut/ShortcutGate.h"
 
 #include <QObject>
@@ -90,6 +91,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   Task<void> finishWords();
   Task<void> drain();
   Task<void> settle();
+  /// Ends, and starts what is installed now.
+  void restart();
   /// The same as to quit; further signs of it do not hurry.
   void sessionEnds();
   /// The session is saved, and ends afterwards unless another program or the user prevents that. Returns when
@@ -135,6 +138,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   SerialQueue checkQueue_;
   CheckRunner checks_;
   SetupWindow setup_;
+  UpdateWiring updateWiring_;
   MainWindows windows_;
   bool canBringBackClipboard_ = false;
   PulseAudioMicrophones microphones_;

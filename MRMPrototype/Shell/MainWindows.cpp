@@ -2,6 +2,7 @@
 
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/PlatformWords.h"
+#include "MRMUpdateUI/UpdatePanel.h"
 #include "Models/SpeechModels.h"
 #include "Settings/SettingsTransfer.h"
 
@@ -97,6 +98,11 @@ SettingsServices MainWindows::settingsServices() {
   };
   services.preparationChanged = &parts_.speech.refiners.onPreparationChange();
   services.unlockStorage = parts_.unlockStorage;
+  services.updatesUnavailable = parts_.updater.whyNot();
+  if (services.updatesUnavailable.empty())
+    services.makeUpdatePanel = [this] {
+      return new UpdatePanel(parts_.updater, packageUpdateCommand(parts_.installation.identifier));
+    };
   services.exportSettings = [this] { return exportedSettings(parts_.storage.defaults); };
   services.importSettings = [this](const std::string& json) {
     const auto imported = importSettings(parts_.storage.defaults, json);

@@ -4,6 +4,7 @@
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Settings/SettingsWindow.h"
+#include "MRMDirectUpdater/DirectUpdater.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Shell/DesktopServices.h"
 #include "Shell/Installation.h"
@@ -35,6 +36,7 @@ class MainWindows {
     ModelServices& models;
     StorageServices& storage;
     SpeechServices& speech;
+    DirectUpdater& updater;
     /// Puts private words on the clipboard.
     std::function<void(const SpokenText&)> copy;
     /// Into the application that was in front before our window.

@@ -91,9 +91,9 @@ int runDownloader(const Options& options, std::span<const ApprovedModelDownload>
   CurlTransport transport(options.certificates);
   TransferLimits limits;
   limits.scale = options.timeScale;
-  DownloadQueue queue({manifest, [&](const ApprovedModelDownload& asset) { return asset.url(options.host); }, limits}, *store,
-                      transport,
-                      [&](const Report& report) { reports.write(report); });
+  DownloadQueue queue(
+      {manifest, [&](const ApprovedModelDownload& asset) { return asset.url(options.host); }, limits}, *store,
+      transport, [&](const Report& report) { reports.write(report); });
   CommandReader commands(input, queue, reports);
   reports.write(ReadyReport{});
 

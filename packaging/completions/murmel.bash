@@ -13,6 +13,7 @@ _murmel() {
   case $command in
     transcribe) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     models) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "list download verify remove" -- "$word") ;;
+    update) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "check install" -- "$word") ;;
     history) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "list show copy delete clear" -- "$word") ;;
     vocabulary) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "list add remove import export retry" -- "$word") ;;
   esac

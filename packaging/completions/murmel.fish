@@ -11,5 +11,6 @@ complete -c murmel -n __fish_use_subcommand -a '(__murmel_commands)'
 complete -c murmel -n 'not __fish_use_subcommand' -a '(__murmel_options)'
 complete -c murmel -n '__fish_seen_subcommand_from transcribe' -F
 complete -c murmel -n '__fish_seen_subcommand_from models' -a 'list download verify remove'
+complete -c murmel -n '__fish_seen_subcommand_from update' -a 'check install'
 complete -c murmel -n '__fish_seen_subcommand_from history' -a 'list show copy delete clear'
 complete -c murmel -n '__fish_seen_subcommand_from vocabulary' -a 'list add remove import export retry'

@@ -11,6 +11,7 @@ else
   case $words[2] in
     transcribe) _files ;;
     models) (( CURRENT > 3 )) || _values command list download verify remove ;;
+    update) (( CURRENT > 3 )) || _values command check install ;;
     history) (( CURRENT > 3 )) || _values command list show copy delete clear ;;
     vocabulary) (( CURRENT > 3 )) || _values command list add remove import export retry ;;
   esac

@@ -158,6 +158,27 @@ constexpr auto texts = std::to_array<ScreenText>({
 
     same(QT_TRANSLATE_NOOP("Messages", "unknown to the speech model in use")),
     same(QT_TRANSLATE_NOOP("Messages", "This build cannot download models.")),
+
+    // New versions.
+    same(QT_TRANSLATE_NOOP("Messages", "The list of updates cannot be read.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The list of updates is not signed by the makers of this app.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The list of updates is out of date. Check the computer's clock, or try again later.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The list of updates is older than one that was seen before.")),
+    same(QT_TRANSLATE_NOOP("Messages", "New versions come from the store that this app came from.")),
+    same(QT_TRANSLATE_NOOP("Messages", "This build belongs to no release, so there is nothing that could update it.")),
+    same(QT_TRANSLATE_NOOP("Messages", "This copy was built here; build it again to update it.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The server with the list of updates cannot be reached.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The list of updates is too long.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The server has no list of updates.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The new version did not arrive as it was released.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The new version holds something that does not belong there.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The new version is not what the list of updates says.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The new version does not start on this computer; the one before was kept.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The updater is missing from the app or is not the app's own.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The updater ended unexpectedly.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The update was stopped.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The updater could not be started: %1"), detail),
+    same(QT_TRANSLATE_NOOP("Messages", "The update is installed. Start Murmel again: %1"), detail),
     same(QT_TRANSLATE_NOOP("Messages", "This computer's processor cannot run it.")),
     same(QT_TRANSLATE_NOOP("Messages", "The microphone that the desktop has chosen.")),
 

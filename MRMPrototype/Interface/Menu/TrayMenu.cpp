@@ -73,6 +73,7 @@ void TrayMenu::build() {
     if (on != shown_.isPaused && services_.pause) services_.pause(on);
   });
   menu_.addSeparator();
+  update_ = add({}, services_.openUpdates);
   add(tr("Settings…"), services_.openSettings);
   add(tr("History…"), services_.openHistory);
   add(tr("Setup and Permissions…"), services_.openSetup);
@@ -121,6 +122,8 @@ void TrayMenu::show(const MenuStatus& status) {
   language_->setText(literal(tr("Language: %1").arg(status.language)));
   model_->setText(literal(tr("Speech Model: %1").arg(status.model)));
   pause_->setChecked(status.isPaused);
+  update_->setText(literal(status.update));
+  update_->setVisible(!status.update.isEmpty());
   drawIcon();
 }
 

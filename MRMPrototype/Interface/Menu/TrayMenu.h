@@ -21,7 +21,8 @@ struct MenuStatus {
   DictationState state;
   QString shortcut;  ///< by its keys; empty when there is none
   QString language;
-  QString model;  ///< the speech model in use, or how far a download is
+  QString model;   ///< the speech model in use, or how far a download is
+  QString update;  ///< a version that can be had; empty where none is known
   bool isPaused = false;
   bool hasLastTranscript = false;
   bool canRetry = false;
@@ -44,6 +45,7 @@ struct MenuServices {
   std::function<void()> pasteLast;
   std::function<void()> bringBackClipboard;
   std::function<void(bool paused)> pause;
+  std::function<void()> openUpdates;
   std::function<void()> openSettings;
   std::function<void()> openShortcut;
   std::function<void()> openLanguages;
@@ -100,6 +102,7 @@ class TrayMenu final : public QObject {
   QAction* language_ = nullptr;
   QAction* model_ = nullptr;
   QAction* pause_ = nullptr;
+  QAction* update_ = nullptr;
 };
 
 }  // namespace murmel

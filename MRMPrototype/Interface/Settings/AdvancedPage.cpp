@@ -31,9 +31,16 @@ AdvancedPage::AdvancedPage(const SettingsServices& services)
       {{1, tr("1 minute")}, {10, tr("10 minutes")}, {60, tr("1 hour")}, {0, tr("Always")}});
 
   auto& updates = *addCard(tr("Updates"));
-  updates.addRow(tr("Check for updates automatically"), {}, new Switch)
-      ->setUnavailable(
-          tr("New versions arrive with the packages of your system; Murmel does not look for them itself."));
+  auto* automatic =
+      addSwitch(updates,
+                {tr("Check for updates automatically"),
+                 tr("At most once a day. Nothing is downloaded or installed without your word.")},
+                {.property = SettingsProperty::automaticUpdateChecks,
+                 .get = [this] { return settings().automaticUpdateChecks(); },
+                 .set = [this](bool on) { settings().setAutomaticUpdateChecks(on); },
+                 .standard = false});
+  automatic->setUnavailable(inPlatformWords(this->services().updatesUnavailable));
+  if (this->services().makeUpdatePanel) updates.addWidget(this->services().makeUpdatePanel());
 
   auto& files = *addCard(tr("Settings file"));
   auto* exportRow = files.addRow(tr("Export settings"), tr("As JSON, without vocabulary, history and keys."),

@@ -74,6 +74,11 @@ struct SettingsServices {
   std::function<void()> openSetup{};
   std::function<void()> openSoundSettings{};
 
+  /// Why this installation does not look for new versions itself; empty when it does.
+  std::string updatesUnavailable{};
+  /// What is known of new versions, and what can be done about them.
+  std::function<QWidget*()> makeUpdatePanel{};
+
   /// All settings but secrets, as JSON, and back; the error is one sentence for the user.
   std::function<std::string()> exportSettings{};
   std::function<std::expected<void, std::string>(const std::string& json)> importSettings{};

@@ -79,9 +79,11 @@ class Queue : public testing::Test {
   std::expected<StoreFolder, FileError> store = StoreFolder::open(folder.path());
   FakeTransport transport;
   std::vector<Report> reports;
-  DownloadQueue queue{{manifest, [](const ApprovedModelDownload& asset) { return asset.url("https://host/"); }, {}}, *store, transport, [this](const Report& report) {
-                        reports.push_back(report);
-                      }};
+  DownloadQueue queue{
+      {manifest, [](const ApprovedModelDownload& asset) { return asset.url("https://host/"); }, {}},
+      *store,
+      transport,
+      [this](const Report& report) { reports.push_back(report); }};
   Instant now{};
 };
 

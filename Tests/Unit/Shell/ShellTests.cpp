@@ -54,6 +54,7 @@ std::string roleOf(const std::vector<std::string>& arguments) {
       for (const auto& argument : models.arguments) text += " " + argument;
       return text;
     }
+    std::string operator()(const UpdateRole& update) const { return update.installs ? "update" : "look"; }
     std::string operator()(const KeptDataRole& kept) const {
       return kept.data == KeptDataRole::Data::settings ? "settings file " + kept.arguments.front() : "kept";
     }
@@ -149,6 +150,9 @@ TEST(LaunchRole, FollowsTheArguments) {
       {{"doctor", "--json"}, "doctor as JSON"},
       {{"status"}, "status"},
       {{"models", "download", "parakeet"}, "models download parakeet"},
+      {{"update"}, "look"},
+      {{"update", "check"}, "look"},
+      {{"update", "install"}, "update"},
       {{"settings", "list", "--json"}, "settings file list"},
       {{"history", "show", "1", "--json"}, "kept"},
       {{"--version"}, "exit 0"},
