@@ -158,8 +158,10 @@ struct Match {
 Match commandAt(std::span<const Piece> pieces, std::size_t first,
                 const std::optional<std::string>& language) {
   Match best;
+  if (first >= pieces.size() || pieces[first].keys.empty()) return best;
   for (const auto& command : commands) {
     if (language && command.language != *language) continue;
+    if (!command.spoken.starts_with(pieces[first].keys.front())) continue;
     const auto count = piecesSaying(pieces, first, command.spoken);
     if (count > 0 && (best.command == nullptr || command.spoken.size() > best.command->spoken.size()))
       best = {&command, count};

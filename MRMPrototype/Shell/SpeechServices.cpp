@@ -1,7 +1,7 @@
 #include "Shell/SpeechServices.h"
 
 #include "Audio/AudioCaptureService.h"
-#include "CleanUp/VocabularyHints.h"
+#include "CleanUp/PersonalVocabulary.h"
 
 #include <algorithm>
 

@@ -28,24 +28,17 @@ constexpr auto raw = "RAW";
 
 INSTANTIATE_TEST_SUITE_P(
     Behaviours, ServerAnswers,
-    ::testing::Values(
-        Row{"format", formatted}, Row{"no-length", formatted}, Row{"chunked", formatted},
-        Row{"split", formatted}, Row{"keep-open", formatted}, Row{"interim", formatted},
-        Row{"status 401", raw}, Row{"status 400", raw}, Row{"status 500", raw}, Row{"status 503", raw},
-        Row{"status 201", raw}, Row{"megabyte", raw}, Row{"silent", raw, 100ms}, Row{"drip", raw, 100ms},
-        Row{"endless-headers", raw}, Row{"cut", raw}, Row{"close", raw}, Row{"noise", raw}, Row{"die", raw},
-        Row{"body {\"choices\":[{\"message\":{\"content\":\"Hello, cut", raw},
-        Row{"body {\"choices\":[]}", raw}, Row{"body {\"choices\":[{\"message\":{\"content\":null}}]}", raw},
-        Row{"body {\"choices\":[{\"text\":\"Hello, world! How are you?\"}]}", raw}, Row{"body []", raw},
-        Row{"say Hello, world! How are you?", "Hello, world! How are you?"},
-        Row{"say <think>\\nThe user greets.\\n</think>\\n\\nHello, world! How are you?",
-            "Hello, world! How are you?"},
-        Row{"say <think>Still thinking about how", raw}, Row{"say I'm fine, thank you for asking!", raw},
-        Row{"say", raw}, Row{"say {key}", raw}, Row{"say Bonjour le monde, comment allez-vous ?", raw},
-        // What is added, removed or replaced never arrives; what stands at the words does.
-        Row{"say {key} {text}!", "hello world how are you!"},
-        Row{"say Sure! Hello, world, how are we?", "Hello, world, how are you?"},
-        Row{"say Hello, world.", "Hello, world. how are you"}));
+    ::testing::Values(Row{"format", formatted}, Row{"status 500", raw}, Row{"silent", raw, 100ms},
+                      Row{"drip", raw, 100ms}, Row{"die", raw}, Row{"body []", raw},
+                      Row{"say Hello, world! How are you?", "Hello, world! How are you?"},
+                      Row{"say <think>\\nThe user greets.\\n</think>\\n\\nHello, world! How are you?",
+                          "Hello, world! How are you?"},
+                      Row{"say I'm fine, thank you for asking!", raw}, Row{"say", raw}, Row{"say {key}", raw},
+                      Row{"say Bonjour le monde, comment allez-vous ?", raw},
+                      // What is added, removed or replaced never arrives; what stands at the words does.
+                      Row{"say {key} {text}!", "hello world how are you!"},
+                      Row{"say Sure! Hello, world, how are we?", "Hello, world, how are you?"},
+                      Row{"say Hello, world.", "Hello, world. how are you"}));
 
 TEST_F(ServerBench, GivesUpAfterThreeSecondsByItself) {
   settings.limits.asking.request = QwenServerLimits().asking.request;

@@ -1,5 +1,4 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
-#include "LocalModels/LocalUnixHTTP.h"
 
 #include <csignal>
 #include <iterator>
@@ -186,25 +185,6 @@ TEST_F(ServerBench, KeepsItsKeyToItself) {
   EXPECT_NE(noted("key"), key) << "a new one at every start";
 }
 
-TEST_F(ServerBench, AnswersNobodyWithoutTheKey) {
-  script("answer format");
-  ASSERT_TRUE(prepare());
-  std::filesystem::path socket;
-  for (const auto& entry : std::filesystem::directory_iterator(temporary.path())) {
-    if (entry.is_socket()) socket = entry.path();
-  }
-  const SecretBytes wrong(64);
-  const auto answer = LocalUnixHTTP(clock).request({.socketURL = socket,
-                                                    .token = wrong,
-                                                    .method = "POST",
-                                                    .path = "/v1/chat/completions",
-                                                    .body = "{}",
-                                                    .timeout = 10s,
-                                                    .server = std::nullopt});
-  ASSERT_TRUE(answer.has_value());
-  EXPECT_EQ(answer->status, 401);
-}
-
 TEST_F(ServerBench, RemovesWhatDeadProcessesLeftBehind) {
   const auto stale = temporary.path() / "mrm-q-0123ABCD";
   std::filesystem::create_directory(stale);
@@ -215,14 +195,6 @@ TEST_F(ServerBench, RemovesWhatDeadProcessesLeftBehind) {
   ASSERT_TRUE(prepare());
   EXPECT_FALSE(std::filesystem::exists(stale));
   EXPECT_FALSE(std::filesystem::exists(stale.string() + ".sock"));
-
-  // A second application beside this one: each keeps its own.
-  QwenServerPool other({executor, clock, launcher}, files, settings);
-  other.activate(model);
-  ASSERT_TRUE(
-      executor.waitUntil([&] { return other.preparationStatus(model) == "Ready · kept warm in memory"; }));
-  EXPECT_EQ(leftBehind().size(), 4U);
-  EXPECT_EQ(refine("hello"), "Hello.");
 }
 
 TEST_F(ServerBench, CannotDoWithoutAPlace) {
@@ -262,17 +234,6 @@ TEST_F(ServerBench, EndsAServerThatStillStarts) {
   ASSERT_TRUE(executor.waitUntil([&] { return !noted("key").empty(); }));
   releasePool();  // hangs unless the wait is interrupted
   EXPECT_FALSE(hasChildren());
-}
-
-TEST_F(ServerBench, HoldsOneServerForEachModelAndCanLetTheOthersGo) {
-  script("answer format");
-  pool().activate(SmartLocalModel::qwen17);
-  ASSERT_TRUE(prepare());
-  EXPECT_EQ(pool().server(model), pool().server(model));
-  ASSERT_TRUE(executor.waitUntil([&] { return count("listening") == 2; }));
-  pool().shutdownAllBut(model);
-  EXPECT_EQ(pool().preparationStatus(SmartLocalModel::qwen17), std::nullopt);
-  EXPECT_EQ(refine("hello"), "Hello.");
 }
 
 TEST_F(ServerBench, NothingSurvivesTheSuddenDeathOfTheApplication) {

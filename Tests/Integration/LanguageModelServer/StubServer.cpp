@@ -10,9 +10,8 @@
 //   say TEXT         TEXT, in which {text} is what was said and {key} the API key, "\n" a line feed
 //   body TEXT        a body of TEXT
 //   status N         an error
-//   no-length, chunked, split, keep-open, megabyte, interim     forms of the answer to "format"
-//   silent, drip, endless-headers                    never come to an end
-//   cut, close, noise, die
+//   silent, drip      never come to an end
+//   die
 //   hold FILE        "format", once FILE exists; notes "overlap" if somebody else connects meanwhile
 //
 // It notes what happens in the file NAME.log beside the script.
@@ -224,47 +223,14 @@ class Server {
     }
     if (name == "body") put(connection, sized(200, rest));
     if (name == "status") put(connection, sized(std::stoi(rest), formatted()));
-    if (name == "no-length") put(connection, head(200, "") + formatted());
-    if (name == "interim") put(connection, "HTTP/1.1 100 Continue\r\n\r\n" + sized(200, formatted()));
-    if (name == "chunked") chunked(connection);
-    if (name == "split") {
-      for (const char byte : sized(200, formatted())) put(connection, {&byte, 1});
-    }
-    if (name == "keep-open") {
-      put(connection, sized(200, formatted()));
-      awaitHangUp(connection);
-    }
-    if (name == "megabyte") put(connection, sized(200, formatted() + std::string(1 << 20, ' ')));
     if (name == "silent") awaitHangUp(connection);
     if (name == "drip") {
       put(connection, "HTTP/1.1 200 OK\r\nX-Drip: ");
       while (put(connection, "d") && !readable(connection, 5)) {
       }
     }
-    if (name == "endless-headers") {
-      put(connection, "HTTP/1.1 200 OK\r\n");
-      while (put(connection, "X-More: and more\r\n")) {
-      }
-    }
-    if (name == "cut") {
-      const auto whole = sized(200, formatted());
-      put(connection, std::string_view(whole).substr(0, whole.size() - 10));
-    }
-    if (name == "noise") put(connection, "SSH-2.0-OpenSSH_9.2\r\n\r\n");
     if (name == "die") std::raise(SIGKILL);
     if (name == "hold") hold(connection, rest);
-  }
-
-  void chunked(int connection) const {
-    put(connection, head(200, "Transfer-Encoding: chunked\r\n"));
-    const auto body = formatted();
-    constexpr std::size_t size = 7;
-    for (std::size_t at = 0; at < body.size(); at += size) {
-      const auto piece = body.substr(at, size);
-      put(connection, (piece.size() == size ? "7;note=1" : "0" + std::to_string(piece.size())) +
-                          ("\r\n" + piece) + "\r\n");
-    }
-    put(connection, "0\r\nX-Trailer: 1\r\n\r\n");
   }
 
   void hold(int connection, const fs::path& gate) {

@@ -154,22 +154,6 @@ TEST_F(SageProvider, KeepsTheWorkerThatRefusesAndReplacesTheOneThatIsLost) {
   EXPECT_EQ(starts, 4);
 }
 
-TEST_F(SageProvider, GivesUpOnASilentWorker) {
-  limits.asking.request = 100ms;
-  answerWith([](const Json& request) -> std::optional<std::string> {
-    return request["text"] == "привет" ? formatted(request) : "";
-  });
-  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
-  EXPECT_EQ(refine("тишина"), "RAW");
-  EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
-}
-
-TEST_F(SageProvider, NeverWaitsForAModelThatLoads) {
-  launcher.install(worker, [](FakeChildSide& side) { side.readLine(); });
-  provider().startIfNeeded();
-  EXPECT_EQ(refine("привет"), "RAW");
-}
-
 TEST_F(SageProvider, TakesALateAnswerForNoOther) {
   limits.asking.request = 200ms;
   std::string late;

@@ -97,12 +97,6 @@ TEST_F(SageWorker, CorrectsWithItsModel) {
   EXPECT_EQ(ask(9, "привет"), "Привет,") << "and goes on";
 }
 
-TEST_F(SageWorker, BoundsAModelThatNeverEnds) {
-  start(models / "never-ends");
-  ASSERT_EQ(read()->event, "ready");
-  EXPECT_EQ(ask(1, "привет мир"), "<answer is too long>");
-}
-
 TEST_F(SageWorker, RefusesMalformedRequestsAndGoesOn) {
   start(models / "good");
   ASSERT_EQ(read()->event, "ready");

@@ -131,8 +131,6 @@ def folder(root, name):
 
 def main(root):
     folder(root, "good")
-    path, tokens = folder(root, "never-ends")
-    decoder(path / "decoder_model_quantized.onnx", tokens, end="!")
     path, tokens = folder(root, "another-kind")
     decoder(path / "decoder_model_quantized.onnx", tokens, hidden="past_key_values")
     path, tokens = folder(root, "other-numbers")

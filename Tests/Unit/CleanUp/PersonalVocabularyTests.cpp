@@ -1,5 +1,4 @@
 #include "CleanUp/PersonalVocabulary.h"
-#include "CleanUp/VocabularyHints.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
 
