@@ -163,15 +163,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .diagnostics =
-          [this] {
-            auto text = versionLine(installation_.build) + '\n';
-            for (const auto& report : checks_.reports()) {
-              const bool wasTried = report.state != CheckState::pending;
-              text += report.name + ": " +
-                      (wasTried ? std::string(checkStateName(report.state)) : "not tried") + '\n';
-            }
-            return text;
-          },
+          [this](std::function<void(const std::string&)> ready) { tasks_.start(diagnose(std::move(ready))); },
   };
 }
 
@@ -275,6 +267,20 @@ MenuStatus MRMPrototypeApp::menuStatus() {
       .canBringBackClipboard = canBringBackClipboard_,
       .keepsHistory = settings.historyEnabled(),
   };
+}
+
+Task<void> MRMPrototypeApp::diagnose(std::function<void(const std::string&)> ready) {
+  auto [sender, receiver] = makeOneShot<bool>();
+  const auto finished = checks_.didChange().subscribe([this, &sender = sender] {
+    if (!checks_.isRunning())
+      process_.executor.post([given = std::move(sender)]() mutable { given.send(true); });
+  });
+  checks_.run();
+  co_await receiver;
+  auto text = versionLine(installation_.build) + '\n';
+  for (const auto& report : checks_.reports())
+    text += report.name + ": " + std::string(checkStateName(report.state)) + '\n';
+  ready(text);
 }
 
 Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {

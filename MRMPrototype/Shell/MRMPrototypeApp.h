@@ -78,6 +78,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] MenuStatus menuStatus();
   /// Pastes words that were dictated before, once another application is in front.
   Task<void> pasteAgain(SpokenText words);
+  /// Tries everything, then hands over what became of it: no words, no names of files of the user.
+  Task<void> diagnose(std::function<void(const std::string&)> ready);
   void connectStorage();
   void connectInterface();
   void connectPermissions();

@@ -46,7 +46,7 @@ class MainWindows {
     std::function<void()> unlockStorage;
     std::function<std::string(const ShortcutConfiguration&)> shortcutNotice;
     RecordShortcut recordShortcut;
-    std::function<std::string()> diagnostics;
+    std::function<void(std::function<void(const std::string&)>)> diagnostics;
   };
 
   /// What the parts refer to outlives this.

@@ -3,6 +3,8 @@
 #include "Interface/Common/Form.h"
 #include "Interface/PlatformWords.h"
 
+#include <QPointer>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -46,9 +48,14 @@ AboutWindow::AboutWindow(AboutServices services)
   auto* copy = button(tr("Copy"), {});
   auto* row = card->addRow(tr("Diagnostics"),
                            tr("Version, desktop and checks for a report. No words of yours."), copy);
-  QObject::connect(copy, &QPushButton::clicked, this, [this, row] {
-    services_.copy(services_.diagnostics());
-    row->setDescription(tr("Copied. Paste it into your report."));
+  QObject::connect(copy, &QPushButton::clicked, this, [this, row, copy] {
+    copy->setEnabled(false);
+    services_.diagnostics([shown = QPointer<AboutWindow>(this), row, copy](const std::string& facts) {
+      if (!shown) return;
+      shown->services_.copy(facts);
+      copy->setEnabled(true);
+      row->setDescription(tr("Copied. Paste it into your report."));
+    });
   });
   card->addRow(tr("Credits"), tr("The people whose work Murmel stands on, and their licenses."),
                button(tr("Show…"), services_.openCredits));

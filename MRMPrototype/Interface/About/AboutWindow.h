@@ -14,7 +14,8 @@ struct AboutServices {
   MRMBuildIdentity build;
   std::string edition;  ///< what the edition brings, in a line
   /// Facts for a report of a problem; no words, no names of files of the user.
-  std::function<std::string()> diagnostics;
+  /// It tries what they tell of first, and hands them over when it knows.
+  std::function<void(std::function<void(const std::string&)>)> diagnostics;
   std::function<void(const std::string&)> copy;
   std::function<void()> openCredits;
   /// Where a tip can be left; empty: nobody asks for one.

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <iostream>
+#include <random>
 
 namespace murmel::test {
 
@@ -91,6 +93,46 @@ TEST_F(Ends, QuittingAndTheEndOfTheSessionLoseNoWords) {
     EXPECT_TRUE(onClipboard || textIn("text").find(tenOfClubs.word, before) != std::string::npos)
         << murmel->log();
     EXPECT_TRUE(onClipboard || waitForClipboard("old clipboard")) << "served by the keeper";
+  }
+}
+
+/// Takes a quarter of an hour.
+TEST_F(Ends, NothingOfAMinuteIntoATerminalIsLostAtTwentyMoments) {
+  if (std::getenv("MURMEL_MANY_MOMENTS") == nullptr) GTEST_SKIP() << "MURMEL_MANY_MOMENTS is not set";
+  const auto typed = file("typed").string();
+  const ApplicationProcess terminal({"xterm", "-e", "stty raw -echo; exec cat >" + typed});
+  ASSERT_TRUE(waitUntil([&] { return desk.isInFront(terminal) && std::filesystem::exists(typed); }));
+  sessionManager.emplace();
+  std::mt19937 random(std::random_device{}());
+  for (int round = 0; round < 20; ++round) {
+    settings(std::string(R"("settings.shortcut": "optionKey", "settings.insertWhileRecording": )") +
+             (round % 2 == 0 ? "true" : "false"));
+    const auto before = textIn("typed").size();
+    start();
+    holdShortcut();
+    {
+      const auto cards = std::string("/usr/share/pocketsphinx/test/data/cards/");
+      ApplicationProcess speaker({"sh", "-c",
+                                  "while paplay --latency-msec=200 -d mic " + cards +
+                                      "001.wav; do sleep 1; echo; paplay --latency-msec=200 -d mic " + cards +
+                                      "003.wav; sleep 1; echo; done"});
+      desk.loop.runFor(std::chrono::milliseconds(random() % 60'000));
+      const auto count = speaker.lines().size();
+      if (round % 4 >= 2) releaseShortcut();
+      desk.loop.runFor(std::chrono::milliseconds(round % 4 >= 2 ? random() % 1'500 : 0));
+      end(static_cast<By>(random() % 4));
+      releaseShortcut();
+      std::string arrived;
+      std::size_t words = 0;
+      waitUntil([&] {
+        arrived = textIn("typed").substr(before) + " " + DeliveryDesk::clipboardText();
+        words = countOf("ten", arrived) + countOf("seven", arrived);
+        return words >= count;
+      });
+      std::cout << "said " << count << ", arrived " << words << std::endl;
+      EXPECT_GE(words, count) << arrived << murmel->log();
+    }
+    outputOf("printf 'old clipboard' | xclip -selection clipboard >/dev/null 2>&1");
   }
 }
 

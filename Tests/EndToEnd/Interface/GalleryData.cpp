@@ -148,7 +148,7 @@ SettingsServices GalleryData::services() {
 AboutServices GalleryData::aboutServices() {
   return {.build = {"Murmel", "1.4.0", "512", "Full edition"},
           .edition = "Ready offline · Models included",
-          .diagnostics = [] { return std::string(); },
+          .diagnostics = [](auto ready) { ready(""); },
           .copy = [](const std::string&) {},
           .openCredits = [] {},
           .tipJar = "https://example.org/tips"};
