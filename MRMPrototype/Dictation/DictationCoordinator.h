@@ -127,6 +127,8 @@ class DictationCoordinator {
   Task<DrainOutcome> drain();
   /// Ends the wait of `drain`: the words that there are go to the clipboard, as private text.
   void hurryDrain();
+  /// A recording has ended whose words are not known yet.
+  [[nodiscard]] bool isRecognising() const { return delivering_ != nullptr && !delivering_->text; }
   /// After a drain, when the application goes on all the same.
   void admit();
 

@@ -13,9 +13,10 @@ namespace murmel {
 
 namespace {
 
-/// Longer than any healthy recogniser takes for what is left at a stop, shorter than sessions wait for
-/// their programs to end.
+/// Longer than any delivery takes, shorter than sessions wait for their programs to end.
 constexpr Duration drainBound = std::chrono::seconds(10);
+/// A slow recogniser on a busy computer is waited for as long as the user lets it, in steps of the above.
+constexpr int recognitionBounds = 6;
 
 std::string sentence(DrainOutcome outcome) {
   switch (outcome) {
@@ -92,7 +93,11 @@ Task<void> MRMPrototypeApp::finishWords() {
 }
 
 Task<void> MRMPrototypeApp::drain() {
-  const auto bound = process_.executor.after(drainBound, [this] { act(lifecycle_.drainTimedOut()); });
+  int bounds = 0;
+  const RepeatingTimer bound(process_.executor, drainBound, [this, &bounds] {
+    const bool mayWait = !sessionEnds_ && ++bounds < recognitionBounds;
+    if (!mayWait || !coordinator_.isRecognising()) act(lifecycle_.drainTimedOut());
+  });
   auto finishing = finishWords();
   co_await finishing;
   auto handingOver = desktop_.clipboard.handOver();
@@ -112,6 +117,7 @@ Task<void> MRMPrototypeApp::settle() {
 }
 
 void MRMPrototypeApp::sessionEnds() {
+  sessionEnds_ = true;
   if (lifecycle_.phase() == ApplicationLifecycle::Phase::running) act(lifecycle_.quitRequested());
 }
 

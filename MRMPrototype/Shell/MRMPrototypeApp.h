@@ -149,6 +149,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;
   bool isSettling_ = false;
+  bool sessionEnds_ = false;
   std::unique_ptr<QObject> endRequests_;
   Scope tasks_;
 };

@@ -7,8 +7,8 @@ namespace murmel {
 
 namespace {
 
-/// An instance that quits delivers first what was spoken, which it may take ten seconds for.
-constexpr auto endLimit = std::chrono::seconds(15);
+/// An instance that quits recognises and delivers first what was spoken, which it may take a minute for.
+constexpr auto endLimit = std::chrono::seconds(70);
 constexpr auto pollInterval = std::chrono::milliseconds(30);
 
 }  // namespace
