@@ -316,6 +316,33 @@
     </message>
 </context>
 <context>
+    <name>FirstRunWindow</name>
+    <message>
+        <source>Murmel Setup</source>
+        <translation>Murmel einrichten</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Step %1 of %2</source>
+        <translation>Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+</context>
+<context>
     <name>GeneralPage</name>
     <message>
         <source>General</source>
@@ -1238,6 +1265,111 @@
     </message>
 </context>
 <context>
+    <name>MicrophoneStep</name>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>Say a sentence as you would dictate it, and watch the level.</source>
+        <translation>Sagen Sie einen Satz, wie Sie ihn diktieren würden, und achten Sie auf den Pegel.</translation>
+    </message>
+    <message>
+        <source>Microphone in use</source>
+        <translation>Verwendetes Mikrofon</translation>
+    </message>
+    <message>
+        <source>Choosing another one changes it for the whole desktop.</source>
+        <translation>Ein anderes zu wählen ändert es für den ganzen Desktop.</translation>
+    </message>
+    <message>
+        <source>This session has no list of microphones.</source>
+        <translation>In dieser Sitzung gibt es keine Liste der Mikrofone.</translation>
+    </message>
+    <message>
+        <source>Speak now</source>
+        <translation>Sprechen Sie jetzt</translation>
+    </message>
+    <message>
+        <source>Nothing of it is kept.</source>
+        <translation>Nichts davon wird aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Volume and devices</source>
+        <translation>Lautstärke und Geräte</translation>
+    </message>
+    <message>
+        <source>In the sound settings of the desktop.</source>
+        <translation>In den Klangeinstellungen des Desktops.</translation>
+    </message>
+    <message>
+        <source>Sound Settings…</source>
+        <translation>Klangeinstellungen …</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Es gibt kein Mikrofon.</translation>
+    </message>
+    <message>
+        <source>The microphone cannot be tried in this session.</source>
+        <translation>Das Mikrofon kann in dieser Sitzung nicht ausprobiert werden.</translation>
+    </message>
+</context>
+<context>
+    <name>ModelStep</name>
+    <message>
+        <source>Speech model</source>
+        <translation>Sprachmodell</translation>
+    </message>
+    <message>
+        <source>It turns your voice into words, on this computer.</source>
+        <translation>Es macht aus Ihrer Stimme Worte, auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Ready to use</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>Better, on this computer</source>
+        <translation>Besser, auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>There is no speech model yet.</source>
+        <translation>Es gibt noch kein Sprachmodell.</translation>
+    </message>
+    <message>
+        <source>You have the best one for this computer.</source>
+        <translation>Sie haben das beste für diesen Computer.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>%1 pro Sekunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>about %n minute(s) left</source>
+        <translation>
+            <numerusform>noch etwa %n Minute</numerusform>
+            <numerusform>noch etwa %n Minuten</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ModelsPage</name>
     <message>
         <source>Download</source>
@@ -1375,6 +1507,10 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Messages of Murmel</source>
+        <translation>Meldungen von Murmel</translation>
     </message>
 </context>
 <context>
@@ -1653,6 +1789,45 @@
     <message>
         <source>Record…</source>
         <translation>Aufnehmen …</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutStep</name>
+    <message>
+        <source>Shortcut</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>The keys that start and stop a dictation, whatever application is in front.</source>
+        <translation>Die Tasten, die ein Diktat beginnen und beenden, welche Anwendung auch vorn ist.</translation>
+    </message>
+    <message>
+        <source>Record Another…</source>
+        <translation>Ein anderes aufnehmen …</translation>
+    </message>
+    <message>
+        <source>Keys cannot be recorded in this session.</source>
+        <translation>In dieser Sitzung können keine Tasten aufgenommen werden.</translation>
+    </message>
+    <message>
+        <source>Suggestions</source>
+        <translation>Vorschläge</translation>
+    </message>
+    <message>
+        <source>Use</source>
+        <translation>Verwenden</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>%1 verwenden</translation>
+    </message>
+    <message>
+        <source>Hold both while you speak. They write nothing and are on every keyboard.</source>
+        <translation>Halten Sie beide, während Sie sprechen. Sie schreiben nichts und sind auf jeder Tastatur.</translation>
+    </message>
+    <message>
+        <source>Twice to start, twice to stop: nothing has to be held down.</source>
+        <translation>Zweimal zum Beginnen, zweimal zum Beenden: Nichts muss gehalten werden.</translation>
     </message>
 </context>
 <context>
@@ -2024,6 +2199,25 @@
     </message>
 </context>
 <context>
+    <name>TryStep</name>
+    <message>
+        <source>Try it here</source>
+        <translation>Hier ausprobieren</translation>
+    </message>
+    <message>
+        <source>A whole dictation, by the same road as in any application.</source>
+        <translation>Ein ganzes Diktat, auf demselben Weg wie in jeder Anwendung.</translation>
+    </message>
+    <message>
+        <source>Your words appear here</source>
+        <translation>Hier erscheinen Ihre Worte</translation>
+    </message>
+    <message>
+        <source>Hold %1, say a sentence, let go.</source>
+        <translation>%1 halten, einen Satz sagen, loslassen.</translation>
+    </message>
+</context>
+<context>
     <name>UpdatePanel</name>
     <message>
         <source>Version %1 is available, %2.</source>
@@ -2162,6 +2356,65 @@
     <message>
         <source>Text files (*.txt);;All files (*)</source>
         <translation>Textdateien (*.txt);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeStep</name>
+    <message>
+        <source>Dictate into any application</source>
+        <translation>In jede Anwendung diktieren</translation>
+    </message>
+    <message>
+        <source>Hold a shortcut, speak, let go: your words appear where you write.</source>
+        <translation>Ein Kürzel halten, sprechen, loslassen: Ihre Worte erscheinen dort, wo Sie schreiben.</translation>
+    </message>
+    <message>
+        <source>What Murmel does</source>
+        <translation>Was Murmel tut</translation>
+    </message>
+    <message>
+        <source>Listens while you hold the shortcut</source>
+        <translation>Es hört zu, während Sie das Kürzel halten</translation>
+    </message>
+    <message>
+        <source>And at no other time.</source>
+        <translation>Und sonst nie.</translation>
+    </message>
+    <message>
+        <source>Recognizes speech on this computer</source>
+        <translation>Es erkennt Sprache auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Also without a network.</source>
+        <translation>Auch ohne Netz.</translation>
+    </message>
+    <message>
+        <source>Inserts the words for you</source>
+        <translation>Es fügt die Worte für Sie ein</translation>
+    </message>
+    <message>
+        <source>What you had copied before is put back. When an application takes no text, your words stay on the clipboard.</source>
+        <translation>Was Sie vorher kopiert hatten, kommt zurück. Nimmt eine Anwendung keinen Text an, bleiben Ihre Worte in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>What it never does</source>
+        <translation>Was es niemals tut</translation>
+    </message>
+    <message>
+        <source>Your voice is never written to disk or sent anywhere</source>
+        <translation>Ihre Stimme wird nie auf die Platte geschrieben und nirgendwohin gesendet</translation>
+    </message>
+    <message>
+        <source>Sound is kept in memory until it is recognized.</source>
+        <translation>Ton bleibt im Arbeitsspeicher, bis er erkannt ist.</translation>
+    </message>
+    <message>
+        <source>Your words are never written to a log</source>
+        <translation>Ihre Worte stehen nie in einem Protokoll</translation>
+    </message>
+    <message>
+        <source>There is a history only if you want one, and it is encrypted.</source>
+        <translation>Einen Verlauf gibt es nur, wenn Sie ihn wollen, und er ist verschlüsselt.</translation>
     </message>
 </context>
 </TS>

@@ -316,6 +316,33 @@
     </message>
 </context>
 <context>
+    <name>FirstRunWindow</name>
+    <message>
+        <source>Murmel Setup</source>
+        <translation>Настройка Murmel</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Позже</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Назад</translation>
+    </message>
+    <message>
+        <source>Step %1 of %2</source>
+        <translation>Шаг %1 из %2</translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <translation>Готово</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Далее</translation>
+    </message>
+</context>
+<context>
     <name>GeneralPage</name>
     <message>
         <source>General</source>
@@ -1242,6 +1269,112 @@
     </message>
 </context>
 <context>
+    <name>MicrophoneStep</name>
+    <message>
+        <source>Microphone</source>
+        <translation>Микрофон</translation>
+    </message>
+    <message>
+        <source>Say a sentence as you would dictate it, and watch the level.</source>
+        <translation>Скажите фразу так, как диктовали бы её, и следите за уровнем.</translation>
+    </message>
+    <message>
+        <source>Microphone in use</source>
+        <translation>Используемый микрофон</translation>
+    </message>
+    <message>
+        <source>Choosing another one changes it for the whole desktop.</source>
+        <translation>Выбор другого изменит его для всей среды.</translation>
+    </message>
+    <message>
+        <source>This session has no list of microphones.</source>
+        <translation>В этом сеансе нет списка микрофонов.</translation>
+    </message>
+    <message>
+        <source>Speak now</source>
+        <translation>Говорите</translation>
+    </message>
+    <message>
+        <source>Nothing of it is kept.</source>
+        <translation>Ничего не сохраняется.</translation>
+    </message>
+    <message>
+        <source>Volume and devices</source>
+        <translation>Громкость и устройства</translation>
+    </message>
+    <message>
+        <source>In the sound settings of the desktop.</source>
+        <translation>В настройках звука среды.</translation>
+    </message>
+    <message>
+        <source>Sound Settings…</source>
+        <translation>Настройки звука…</translation>
+    </message>
+    <message>
+        <source>There is no microphone.</source>
+        <translation>Микрофона нет.</translation>
+    </message>
+    <message>
+        <source>The microphone cannot be tried in this session.</source>
+        <translation>В этом сеансе микрофон проверить нельзя.</translation>
+    </message>
+</context>
+<context>
+    <name>ModelStep</name>
+    <message>
+        <source>Speech model</source>
+        <translation>Модель речи</translation>
+    </message>
+    <message>
+        <source>It turns your voice into words, on this computer.</source>
+        <translation>Она превращает голос в слова на этом компьютере.</translation>
+    </message>
+    <message>
+        <source>Ready to use</source>
+        <translation>Готова к работе</translation>
+    </message>
+    <message>
+        <source>Better, on this computer</source>
+        <translation>Лучше, на этом компьютере</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Загрузить</translation>
+    </message>
+    <message>
+        <source>There is no speech model yet.</source>
+        <translation>Модели речи пока нет.</translation>
+    </message>
+    <message>
+        <source>You have the best one for this computer.</source>
+        <translation>У вас лучшая модель для этого компьютера.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Приостановить</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Продолжить</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 из %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>%1 в секунду</translation>
+    </message>
+    <message numerus="yes">
+        <source>about %n minute(s) left</source>
+        <translation>
+            <numerusform>осталась примерно %n минута</numerusform>
+            <numerusform>осталось примерно %n минуты</numerusform>
+            <numerusform>осталось примерно %n минут</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ModelsPage</name>
     <message>
         <source>Download</source>
@@ -1381,6 +1514,10 @@
     <message>
         <source>Close</source>
         <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Messages of Murmel</source>
+        <translation>Сообщения Murmel</translation>
     </message>
 </context>
 <context>
@@ -1660,6 +1797,45 @@
     <message>
         <source>Record…</source>
         <translation>Записать…</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutStep</name>
+    <message>
+        <source>Shortcut</source>
+        <translation>Сочетание клавиш</translation>
+    </message>
+    <message>
+        <source>The keys that start and stop a dictation, whatever application is in front.</source>
+        <translation>Клавиши, которые начинают и останавливают диктовку в любом приложении.</translation>
+    </message>
+    <message>
+        <source>Record Another…</source>
+        <translation>Записать другое…</translation>
+    </message>
+    <message>
+        <source>Keys cannot be recorded in this session.</source>
+        <translation>В этом сеансе клавиши записать нельзя.</translation>
+    </message>
+    <message>
+        <source>Suggestions</source>
+        <translation>Предложения</translation>
+    </message>
+    <message>
+        <source>Use</source>
+        <translation>Выбрать</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>Выбрать %1</translation>
+    </message>
+    <message>
+        <source>Hold both while you speak. They write nothing and are on every keyboard.</source>
+        <translation>Удерживайте обе, пока говорите. Они ничего не пишут и есть на любой клавиатуре.</translation>
+    </message>
+    <message>
+        <source>Twice to start, twice to stop: nothing has to be held down.</source>
+        <translation>Дважды, чтобы начать, дважды, чтобы остановить: ничего не нужно удерживать.</translation>
     </message>
 </context>
 <context>
@@ -2031,6 +2207,25 @@
     </message>
 </context>
 <context>
+    <name>TryStep</name>
+    <message>
+        <source>Try it here</source>
+        <translation>Попробуйте здесь</translation>
+    </message>
+    <message>
+        <source>A whole dictation, by the same road as in any application.</source>
+        <translation>Полная диктовка, тем же путём, что и в любом приложении.</translation>
+    </message>
+    <message>
+        <source>Your words appear here</source>
+        <translation>Здесь появятся ваши слова</translation>
+    </message>
+    <message>
+        <source>Hold %1, say a sentence, let go.</source>
+        <translation>Удерживайте %1, скажите фразу, отпустите.</translation>
+    </message>
+</context>
+<context>
     <name>UpdatePanel</name>
     <message>
         <source>Version %1 is available, %2.</source>
@@ -2170,6 +2365,65 @@
     <message>
         <source>Text files (*.txt);;All files (*)</source>
         <translation>Текстовые файлы (*.txt);;Все файлы (*)</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeStep</name>
+    <message>
+        <source>Dictate into any application</source>
+        <translation>Диктуйте в любое приложение</translation>
+    </message>
+    <message>
+        <source>Hold a shortcut, speak, let go: your words appear where you write.</source>
+        <translation>Удерживайте сочетание клавиш, говорите, отпустите: слова появятся там, где вы пишете.</translation>
+    </message>
+    <message>
+        <source>What Murmel does</source>
+        <translation>Что делает Murmel</translation>
+    </message>
+    <message>
+        <source>Listens while you hold the shortcut</source>
+        <translation>Слушает, пока вы удерживаете сочетание</translation>
+    </message>
+    <message>
+        <source>And at no other time.</source>
+        <translation>И никогда больше.</translation>
+    </message>
+    <message>
+        <source>Recognizes speech on this computer</source>
+        <translation>Распознаёт речь на этом компьютере</translation>
+    </message>
+    <message>
+        <source>Also without a network.</source>
+        <translation>Также без сети.</translation>
+    </message>
+    <message>
+        <source>Inserts the words for you</source>
+        <translation>Вставляет слова за вас</translation>
+    </message>
+    <message>
+        <source>What you had copied before is put back. When an application takes no text, your words stay on the clipboard.</source>
+        <translation>То, что было скопировано раньше, возвращается. Если приложение не принимает текст, слова остаются в буфере обмена.</translation>
+    </message>
+    <message>
+        <source>What it never does</source>
+        <translation>Чего он никогда не делает</translation>
+    </message>
+    <message>
+        <source>Your voice is never written to disk or sent anywhere</source>
+        <translation>Ваш голос никогда не записывается на диск и никуда не отправляется</translation>
+    </message>
+    <message>
+        <source>Sound is kept in memory until it is recognized.</source>
+        <translation>Звук остаётся в памяти, пока не будет распознан.</translation>
+    </message>
+    <message>
+        <source>Your words are never written to a log</source>
+        <translation>Ваши слова никогда не попадают в журнал</translation>
+    </message>
+    <message>
+        <source>There is a history only if you want one, and it is encrypted.</source>
+        <translation>История ведётся, только если вы этого хотите, и она зашифрована.</translation>
     </message>
 </context>
 </TS>

@@ -51,11 +51,17 @@ void TextInsertionService::beginDictationSession() {
   lastResult_.reset();
   clipboardWasKept_ = true;
   const auto front = desktop_.workspace.frontmostApplication();
-  if (front && InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess)) setTarget(*front);
+  if (front && canBeTarget(*front)) setTarget(*front);
   activations_ = desktop_.workspace.onActivation(
       [this](const RunningApplication& application) { activated(application); });
   capturing_.start(beginCapture());
   desktop_.keyboard.maskHeldModifiers();
+}
+
+bool TextInsertionService::canBeTarget(const RunningApplication& application) const {
+  constexpr pid_t none = 0;
+  const bool isOwnField = ownField_ != 0 && application.window == ownField_;
+  return InsertionFocusPolicy::canBeTarget(application, isOwnField ? none : options_.ownProcess);
 }
 
 Task<void> TextInsertionService::beginCapture() {
@@ -86,7 +92,7 @@ void TextInsertionService::setTarget(const RunningApplication& application) {
 }
 
 void TextInsertionService::activated(const RunningApplication& application) {
-  if (!InsertionFocusPolicy::canBeTarget(application, options_.ownProcess)) return;
+  if (!canBeTarget(application)) return;
   if (targetIsFixed_) {
     userActivatedAnother_ = !isSameWindow(application, *target_);
     return;
@@ -98,8 +104,7 @@ void TextInsertionService::activated(const RunningApplication& application) {
 
 bool TextInsertionService::isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
                                                const RunningApplication& application) const {
-  return front && !isSameWindow(*front, application) &&
-         InsertionFocusPolicy::canBeTarget(*front, options_.ownProcess);
+  return front && !isSameWindow(*front, application) && canBeTarget(*front);
 }
 
 /// The workspace tells of a switch a moment after it happened: when one is seen, wait for the word of it.

@@ -68,6 +68,8 @@ class TextInsertionService final : public TextInsertion {
   [[nodiscard]] bool canBringBackClipboard() const override { return clipboards_.replaced().isAvailable(); }
   [[nodiscard]] Registration onWayBackChange(std::function<void(bool)> handler) override;
   void bringBackClipboard() override;
+  /// A window of our own that takes words as other applications do; 0 when there is none.
+  void setOwnField(std::uint32_t window) { ownField_ = window; }
 
   /// Brings `application` to the front when another one is there, and waits a bounded time for it. Does
   /// nothing without an application or when it has terminated.
@@ -82,6 +84,7 @@ class TextInsertionService final : public TextInsertion {
   [[nodiscard]] const std::optional<RunningApplication>& target() const { return target_; }
 
  private:
+  [[nodiscard]] bool canBeTarget(const RunningApplication& application) const;
   void activated(const RunningApplication& application);
   void setTarget(const RunningApplication& application);
   /// Captures the clipboard once no text of ours stands on it any more.
@@ -107,6 +110,7 @@ class TextInsertionService final : public TextInsertion {
   Logger logger_;
   bool restoresFromNextSession_;
   DeliveryClipboards clipboards_;
+  std::uint32_t ownField_ = 0;
   std::optional<RunningApplication> target_;
   std::optional<LiveInsertionBlock> lastBlock_;
   std::optional<TextDeliveryResult> lastResult_;

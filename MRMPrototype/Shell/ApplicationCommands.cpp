@@ -63,11 +63,13 @@ void MRMPrototypeApp::connectCommands() {
     if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
   });
   // Nobody can be asked for a permission here: what is missing, and what to do about it, stands in the setup.
-  for (const auto command :
-       {IntelCommand::openSetup, IntelCommand::requestInputMonitoring, IntelCommand::requestAutomaticPaste}) {
-    show(command, [this] {
+  using Step = FirstRunWindow::Step;
+  for (const auto& [command, step] : {std::pair(IntelCommand::openSetup, Step::welcome),
+                                      {IntelCommand::requestInputMonitoring, Step::shortcut},
+                                      {IntelCommand::requestAutomaticPaste, Step::tryIt}}) {
+    show(command, [this, step] {
       permissions_.refresh();
-      openSetupWindow();
+      openSetupWindow(step);
     });
   }
   on(IntelCommand::requestMicrophone, [this] {

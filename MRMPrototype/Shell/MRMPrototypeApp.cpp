@@ -58,7 +58,6 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 sleep_.didWake(), shortcutActions(), [this] { return gate_.current(); }),
       checkQueue_(process.executor, "murmel-checks"),
       checks_(process.executor, desktopChecks(checkedServices(session))),
-      setup_(setupActions()),
       updateWiring_({.process = process_,
                      .installation = installation_,
                      .settings = storage_.settings,
@@ -122,28 +121,24 @@ CheckedServices MRMPrototypeApp::checkedServices(const SessionFacts& session) {
   };
 }
 
-SetupActions MRMPrototypeApp::setupActions() {
+FirstRunServices MRMPrototypeApp::setupServices() {
   return {
-      .look =
-          [this] {
-            std::vector<SetupCheck> shown;
-            for (const auto& report : checks_.reports()) {
-              const bool isPending = report.state == CheckState::pending;
-              shown.push_back({report.name, isPending || report.state == CheckState::works,
-                               isPending ? "Being tried…" : report.sentence});
-            }
-            return shown;
-          },
-      .shortcut = [this] { return storage_.settings.shortcut(); },
-      .chooseShortcut =
-          [this](const ShortcutConfiguration& shortcut) { storage_.settings.setShortcut(shortcut); },
+      .settings = storage_.settings,
+      .models = windows_.shelf(),
+      .checks = checks_,
+      .microphone = &windows_.microphone(),
+      .microphones = &microphones_,
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
-      .checkAgain =
-          [this] {
-            permissions_.refresh();
-            checks_.run();
+      .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
+      .openSoundSettings = [this] { perform(IntelCommand::openMicrophoneSettings); },
+      .state = [this] { return coordinator_.state(); },
+      .stateChanged = &coordinator_.onStateChange(),
+      .acceptWords =
+          [this](const QWidget& window) {
+            delivery_.insertion.setOwnField(static_cast<std::uint32_t>(window.winId()));
+            return Registration([this] { delivery_.insertion.setOwnField(0); });
           },
-      .done = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
+      .finished = [this] { storage_.defaults.set(onboardingCompletedKey, true); },
   };
 }
 
@@ -339,13 +334,11 @@ void MRMPrototypeApp::connectInterface() {
   observers_.push_back(storage_.settings.didChange().subscribe([this, showPill](SettingsProperty property) {
     if (property == SettingsProperty::overlayPosition || property == SettingsProperty::showRestingIndicator)
       showPill();
-    if (property == SettingsProperty::shortcut) setup_.showShortcut();
   }));
-  observers_.push_back(checks_.didChange().subscribe([this] { setup_.showChecks(); }));
 }
 
 void MRMPrototypeApp::connectPermissions() {
-  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &setup_,
+  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &connections_,
                    [this](Qt::ApplicationState state) {
                      if (state != Qt::ApplicationActive) return;
                      permissions_.refresh();
@@ -392,14 +385,14 @@ bool MRMPrototypeApp::requiresSetupWindow() const {
   return !storage_.defaults.boolean(onboardingCompletedKey, false) || !permissions_.current().mayRecord();
 }
 
-void MRMPrototypeApp::openSetupWindow() {
-  checks_.run();
-  setup_.present();
+void MRMPrototypeApp::openSetupWindow(FirstRunWindow::Step step) {
+  if (!setup_) setup_ = new FirstRunWindow(setupServices());
+  setup_->present(step);
 }
 
 bool MRMPrototypeApp::isMainWindowVisible() const {
-  const auto* window = setup_.windowHandle();
-  const bool isSetupVisible = window != nullptr && window->isExposed() && !setup_.isMinimized();
+  const auto* window = setup_ ? setup_->windowHandle() : nullptr;
+  const bool isSetupVisible = window != nullptr && window->isExposed() && !setup_->isMinimized();
   return isSetupVisible || windows_.isAnyVisible();
 }
 

@@ -5,9 +5,9 @@
 #include "Dictation/DictationCoordinator.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Signal.h"
+#include "Interface/FirstRun/FirstRunWindow.h"
 #include "Interface/Pill/RecordingPill.h"
 #include "Interface/QtAlertPresenter.h"
-#include "Interface/SetupWindow.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/PulseAudio/PulseAudioMicrophones.h"
 #include "Platform/Qt/LogindSleepMonitor.h"
@@ -50,6 +50,9 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   /// Needs a QApplication. The references and what the services refer to outlive this.
   MRMPrototypeApp(const ProcessServices& process, const Installation& installation,
                   const SessionFacts& session, const DesktopServices& desktop, LaunchSelfTest selfTest);
+  ~MRMPrototypeApp() override { delete setup_.data(); }
+  MRMPrototypeApp(const MRMPrototypeApp&) = delete;
+  MRMPrototypeApp& operator=(const MRMPrototypeApp&) = delete;
 
   void applicationDidFinishLaunching() {
     lifecycle_.launched();
@@ -69,7 +72,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
  private:
   [[nodiscard]] DictationServices dictationServices();
   [[nodiscard]] CheckedServices checkedServices(const SessionFacts& session);
-  [[nodiscard]] SetupActions setupActions();
+  [[nodiscard]] FirstRunServices setupServices();
   [[nodiscard]] MainWindows::Parts windowParts();
   [[nodiscard]] MenuServices menuServices();
   [[nodiscard]] ShortcutWiring::Actions shortcutActions();
@@ -104,7 +107,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void applyDockIconPreference() override;
   void refreshServices() override;
   [[nodiscard]] bool requiresSetupWindow() const override;
-  void openSetupWindow() override;
+  void openSetupWindow() override { openSetupWindow(FirstRunWindow::Step::welcome); }
+  void openSetupWindow(FirstRunWindow::Step step);
   [[nodiscard]] bool isMainWindowVisible() const override;
   void terminate(int exitStatus) override;
 
@@ -139,12 +143,13 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   ShortcutWiring shortcut_;
   SerialQueue checkQueue_;
   CheckRunner checks_;
-  SetupWindow setup_;
   UpdateWiring updateWiring_;
   MainWindows windows_;
   bool canBringBackClipboard_ = false;
   PulseAudioMicrophones microphones_;
   TrayWiring tray_;
+  QPointer<FirstRunWindow> setup_;
+  QObject connections_;  ///< those of Qt end with it
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;

@@ -44,7 +44,7 @@ NoticeRoads TrayWiring::roads() {
           [this](const QString& title, const QString& text, std::function<void(bool)> answer) {
             notifyDesktop(displayName_, title, text, std::move(answer));
           },
-      .window = [this](const QString& title, const QString& text) { showInWindow(title, text); },
+      .window = [this](const QString& /*title*/, const QString& text) { showInWindow(text); },
   };
 }
 
@@ -65,8 +65,8 @@ void TrayWiring::tellWithoutTray() {
       "“murmel settings”.");
 }
 
-void TrayWiring::showInWindow(const QString& title, const QString& text) {
-  if (!window_) window_ = new NoticeWindow(title);
+void TrayWiring::showInWindow(const QString& text) {
+  if (!window_) window_ = new NoticeWindow;
   window_->add(text);
 }
 

@@ -33,7 +33,7 @@ class TrayWiring {
   [[nodiscard]] NoticeRoads roads();
   void trayChanged();
   void tellWithoutTray();
-  void showInWindow(const QString& title, const QString& text);
+  void showInWindow(const QString& text);
 
   DefaultsStore& defaults_;
   QString displayName_;

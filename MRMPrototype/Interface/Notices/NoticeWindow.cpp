@@ -15,7 +15,7 @@ constexpr int mostMessages = 6;
 
 }  // namespace
 
-NoticeWindow::NoticeWindow(const QString& title) : Window(title, wantedSize), messages_(new QVBoxLayout) {
+NoticeWindow::NoticeWindow() : Window(tr("Messages of Murmel"), wantedSize), messages_(new QVBoxLayout) {
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_DeleteOnClose);
   messages_->setSpacing(grid::medium);

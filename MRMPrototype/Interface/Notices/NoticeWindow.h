@@ -13,7 +13,7 @@ namespace murmel {
 class NoticeWindow final : public Window {
   Q_DECLARE_TR_FUNCTIONS(NoticeWindow)
  public:
-  explicit NoticeWindow(const QString& title);
+  NoticeWindow();
 
   void add(const QString& text);
 

@@ -16,7 +16,7 @@ namespace murmel {
 
 namespace {
 
-constexpr int sheetWidth = 460;
+constexpr int sheetWidth = 540;
 constexpr int markSize = 22;
 
 }  // namespace

@@ -7,15 +7,6 @@
 
 namespace murmel {
 
-namespace {
-
-// Levels as the meter shows them, from 0 to 1.
-constexpr double silentBelow = 0.02;
-constexpr double quietBelow = 0.25;
-constexpr double loudFrom = 0.97;
-
-}  // namespace
-
 AudioPage::AudioPage(const SettingsServices& services)
     : SettingsPage(tr("Audio"),
                    tr("Murmel records from the microphone that the desktop uses, into memory only."),
@@ -80,10 +71,7 @@ void AudioPage::toggleTrial() {
 void AudioPage::hear(double level) {
   meter_->show(level);
   loudest_ = std::max(loudest_, level);
-  verdict_->setText(loudest_ < silentBelow  ? tr("Nothing is heard yet. Is the microphone muted?")
-                    : loudest_ < quietBelow ? tr("Very quiet. Come closer, or raise the input volume.")
-                    : loudest_ < loudFrom   ? tr("The level is good.")
-                                            : tr("Too loud. Lower the input volume a little."));
+  verdict_->setText(microphoneVerdict(loudest_));
 }
 
 }  // namespace murmel

@@ -54,4 +54,18 @@ void LevelBar::paintEvent(QPaintEvent* /*event*/) {
   painter.drawLine(QPointF(x - 1, groove.top() + 3), QPointF(x - 1, groove.bottom() - 3));
 }
 
+QString microphoneVerdict(double loudest) {
+  // Levels as the meter shows them, from 0 to 1.
+  constexpr double silentBelow = 0.02;
+  constexpr double quietBelow = 0.25;
+  constexpr double loudFrom = 0.97;
+  const char* verdict = QT_TRANSLATE_NOOP("AudioPage", "Too loud. Lower the input volume a little.");
+  if (loudest < loudFrom) verdict = QT_TRANSLATE_NOOP("AudioPage", "The level is good.");
+  if (loudest < quietBelow)
+    verdict = QT_TRANSLATE_NOOP("AudioPage", "Very quiet. Come closer, or raise the input volume.");
+  if (loudest < silentBelow)
+    verdict = QT_TRANSLATE_NOOP("AudioPage", "Nothing is heard yet. Is the microphone muted?");
+  return QCoreApplication::translate("AudioPage", verdict);
+}
+
 }  // namespace murmel

@@ -22,4 +22,7 @@ class LevelBar final : public QWidget {
   double peak_ = 0;
 };
 
+/// What to say of the loudest level of a trial so far.
+QString microphoneVerdict(double loudest);
+
 }  // namespace murmel

@@ -5,10 +5,13 @@
 #include "Interface/About/AboutWindow.h"
 #include "Interface/About/CreditsWindow.h"
 #include "Interface/Common/Style.h"
+#include "Interface/FirstRun/FirstRunWindow.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Pill/RecordingPill.h"
 #include "Interface/PlatformWords.h"
+#include "Interface/Recorder/RecorderSheet.h"
 #include "Interface/Settings/SettingsWindow.h"
+#include "Platform/Qt/QtLocalKeyMonitor.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -115,6 +118,8 @@ int main(int argc, char** argv) {
   if (options.isSet("troubles"))
     settings.presentRequiredModel(
         inPlatformWords("Download the required Parakeet speech model to use dictation"));
+  auto* setup = new FirstRunWindow(data.firstRunServices());
+  setup->present();
   auto* history = new HistoryWindow(data.historyServices());
   history->present();
   auto* about = new AboutWindow(data.aboutServices());
@@ -140,12 +145,27 @@ int main(int argc, char** argv) {
     settings.present(page);
     save(settings, name);
   }
+  using Step = FirstRunWindow::Step;
+  for (const auto& [step, name] : {std::pair(Step::welcome, "setup-welcome"),
+                                   {Step::model, "setup-model"},
+                                   {Step::microphone, "setup-microphone"},
+                                   {Step::shortcut, "setup-shortcut"},
+                                   {Step::tryIt, "setup-try"}}) {
+    setup->present(step);
+    save(*setup, name);
+  }
+  QtLocalKeyMonitor keys;
+  auto* recorder = new RecorderSheet(&settings, {.localKeys = keys, .suspendShortcuts = {}, .notice = {}},
+                                     [](const ShortcutConfiguration&) {});
+  recorder->open();
+  save(*recorder, "recorder");
+  recorder->close();
   showPill(save);
   save(*history, "history");
   save(*about, "about");
   save(*credits, "credits");
-  for (auto* window :
-       {static_cast<QWidget*>(history), static_cast<QWidget*>(about), static_cast<QWidget*>(credits)})
+  for (auto* window : {static_cast<QWidget*>(setup), static_cast<QWidget*>(history),
+                       static_cast<QWidget*>(about), static_cast<QWidget*>(credits)})
     window->close();
   for (const auto& line : clipped) std::fprintf(stderr, "clipped: %s\n", qPrintable(line));
   return clipped.isEmpty() ? 0 : 1;

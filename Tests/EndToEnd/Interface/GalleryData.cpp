@@ -32,6 +32,35 @@ class GalleryData::NoAutostart final : public Autostart {
   bool isOn_ = true;
 };
 
+class GalleryData::ExampleMicrophones final : public Microphones, public MicrophoneTrial {
+ public:
+  void list(std::function<void(std::vector<MicrophoneSource>)> answer) override {
+    answer({{"one", "Built-in Audio Analog Stereo", true}, {"two", "USB headset", false}});
+  }
+  void choose(const std::string& /*name*/, std::function<void(bool)> answer) override { answer(true); }
+  [[nodiscard]] std::string microphoneName() const override { return "Built-in Audio Analog Stereo"; }
+  std::expected<Registration, std::string> listen(std::function<void(double)> level) override {
+    executor_.post([level = std::move(level)] { level(0.62); });
+    return Registration([] {});
+  }
+
+ private:
+  QtExecutor executor_;
+};
+
+ExampleChecks::ExampleChecks(bool troubles) {
+  const auto failing = troubles ? CheckState::limited : CheckState::works;
+  reports_ = {
+      {"speech-model", "Speech model", failing, "The speech model is not installed.", "Download"},
+      {"microphone", "Microphone", failing, "There is no microphone.", "Sound Settings"},
+      {"shortcut", "Global shortcut", failing, "There is no desktop to hear it on.", "Choose Shortcut"},
+      {"paste", "Automatic paste", failing, "There is no desktop to paste on.", ""},
+      {"key-ring", "Key ring", failing, "The key ring is locked.", ""},
+      {"tray", "Tray", failing, "This desktop has none. Use the shortcut or commands like “murmel settings”.",
+       ""},
+  };
+}
+
 std::vector<ModelShelfRow> ExampleShelf::rows() const {
   using enum ModelShelfRow::State;
   return {
@@ -81,6 +110,8 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
 GalleryData::GalleryData(bool troubles)
     : keys_(secrets_, "gallery"),
       autostart_(std::make_unique<NoAutostart>()),
+      microphones_(std::make_unique<ExampleMicrophones>()),
+      checks_(troubles),
       defaults(storedBefore(troubles)),
       settings({defaults, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
@@ -123,6 +154,20 @@ HistoryServices GalleryData::historyServices() {
           .copy = [](const SpokenText&) {},
           .pasteAgain = [](const SpokenText&) {},
           .unlockStorage = [] {}};
+}
+
+GalleryData::~GalleryData() = default;
+
+FirstRunServices GalleryData::firstRunServices() {
+  FirstRunServices services{settings, models, checks_};
+  services.microphone = microphones_.get();
+  services.microphones = microphones_.get();
+  services.shortcutNotice = this->services().shortcutNotice;
+  services.recordShortcut = [](QWidget*, auto) {};
+  services.openSoundSettings = [] {};
+  services.state = [] { return DictationState(); };
+  services.finished = [] {};
+  return services;
 }
 
 SettingsServices GalleryData::services() {

@@ -3,6 +3,7 @@
 #include "Foundation/Async/SerialQueue.h"
 #include "History/HistoryRepository.h"
 #include "Interface/About/AboutWindow.h"
+#include "Interface/FirstRun/FirstRunServices.h"
 #include "Interface/History/HistoryWindow.h"
 #include "Interface/Models/ModelShelf.h"
 #include "Interface/Settings/SettingsServices.h"
@@ -36,19 +37,36 @@ class ExampleShelf final : public ModelShelf {
   Signal<> changed_;
 };
 
+/// Checks of which some fail.
+class ExampleChecks final : public DesktopChecks {
+ public:
+  explicit ExampleChecks(bool troubles);
+  [[nodiscard]] const std::vector<CheckReport>& reports() const override { return reports_; }
+  void run() override {}
+  void cure(const std::string& /*identifier*/) override {}
+  [[nodiscard]] Signal<>& didChange() override { return didChange_; }
+
+ private:
+  std::vector<CheckReport> reports_;
+  Signal<> didChange_;
+};
+
 /// What the windows show when they are shown as an example: real repositories over files of their own. Needs
 /// a QApplication.
 class GalleryData {
  public:
   /// `troubles`: with a key ring that fails and a model that was replaced.
   explicit GalleryData(bool troubles);
+  ~GalleryData();
 
   [[nodiscard]] SettingsServices services();
   [[nodiscard]] HistoryServices historyServices();
   [[nodiscard]] static AboutServices aboutServices();
+  [[nodiscard]] FirstRunServices firstRunServices();
 
  private:
   class NoAutostart;
+  class ExampleMicrophones;
 
   TemporaryFolder folder_;
   PosixFileSystem files_;
@@ -57,6 +75,8 @@ class GalleryData {
   QtExecutor executor_;
   SerialQueue queue_{executor_, "gallery"};
   std::unique_ptr<Autostart> autostart_;
+  std::unique_ptr<ExampleMicrophones> microphones_;
+  ExampleChecks checks_;
 
  public:
   InMemoryDefaultsStore defaults;

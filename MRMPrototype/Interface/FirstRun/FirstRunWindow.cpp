@@ -1,0 +1,85 @@
+#include "Interface/FirstRun/FirstRunWindow.h"
+
+#include "Interface/FirstRun/Steps.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr QSize wantedSize(640, 620);
+
+}  // namespace
+
+FirstRunWindow::FirstRunWindow(FirstRunServices services)
+    : Window(tr("Murmel Setup"), wantedSize),
+      services_(std::move(services)),
+      pages_(new QStackedWidget),
+      progress_(label({}, LabelRole::second)),
+      later_(button(tr("Later"), [this] { close(); })),
+      back_(button(tr("Back"), [this] { go(pages_->currentIndex() - 1); })),
+      next_(button({}, [this] {
+        if (pages_->currentIndex() + 1 < pages_->count()) return go(pages_->currentIndex() + 1);
+        services_.finished();
+        close();
+      })) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  pages_->addWidget(new WelcomeStep(services_));
+  pages_->addWidget(new ModelStep(services_));
+  pages_->addWidget(new MicrophoneStep(services_));
+  pages_->addWidget(new ShortcutStep(services_));
+  pages_->addWidget(new TryStep(services_, [this] { succeed(); }));
+  later_->setFlat(true);
+  next_->setDefault(true);
+  auto* buttons = new QHBoxLayout;
+  buttons->setContentsMargins(grid::large, grid::medium, grid::large, grid::medium);
+  buttons->setSpacing(grid::small);
+  buttons->addWidget(later_);
+  buttons->addStretch(1);
+  progress_->setWordWrap(false);
+  buttons->addWidget(progress_);
+  buttons->addStretch(1);
+  buttons->addWidget(back_);
+  buttons->addWidget(next_);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(pages_, 1);
+  layout->addLayout(buttons);
+  go(0);
+}
+
+void FirstRunWindow::present(Step step) {
+  services_.checks.run();
+  if (!isVisible() || step != Step::welcome) go(static_cast<int>(step));
+  Window::present();
+}
+
+void FirstRunWindow::keyPressEvent(QKeyEvent* event) {
+  const bool goesOn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!goesOn) return Window::keyPressEvent(event);
+  next_->click();
+}
+
+void FirstRunWindow::go(int step) {
+  const bool isLast = step + 1 == pages_->count();
+  next_->setFocus();
+  pages_->setCurrentIndex(step);  // which may have something better to begin with
+  progress_->setText(tr("Step %1 of %2").arg(step + 1).arg(pages_->count()));
+  back_->setEnabled(step > 0);
+  next_->setText(isLast ? tr("Finish") : tr("Next"));
+  next_->setEnabled(!isLast || hasSucceeded_);
+}
+
+void FirstRunWindow::succeed() {
+  hasSucceeded_ = true;
+  if (pages_->currentIndex() + 1 == pages_->count()) next_->setEnabled(true);
+}
+
+}  // namespace murmel

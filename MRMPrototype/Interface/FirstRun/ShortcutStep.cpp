@@ -1,0 +1,51 @@
+#include "Interface/FirstRun/Steps.h"
+#include "Interface/PlatformWords.h"
+#include "Settings/SettingsRepository.h"
+#include "Shortcut/ShortcutConflicts.h"
+#include "Shortcut/ShortcutHelp.h"
+
+namespace murmel {
+
+ShortcutStep::ShortcutStep(const FirstRunServices& services)
+    : FormPage(tr("Shortcut"),
+               tr("The keys that start and stop a dictation, whatever application is in front.")),
+      services_(services),
+      notice_(new NoticeBar(Severity::warning)) {
+  addWidget(notice_);
+  auto& card = *addCard();
+  auto* record = button(tr("Record Another…"), [this] {
+    services_.recordShortcut(window(),
+                             [this](const auto& chosen) { services_.settings.setShortcut(chosen); });
+  });
+  current_ = card.addRow(QString(), {}, record);
+  if (!services_.recordShortcut) current_->setUnavailable(tr("Keys cannot be recorded in this session."));
+  auto& proposals = *addCard(tr("Suggestions"));
+  const auto propose = [&](const ShortcutConfiguration& shortcut, const QString& why) {
+    auto* use = button(tr("Use"), [this, shortcut] { services_.settings.setShortcut(shortcut); });
+    use->setAccessibleName(tr("Use %1").arg(shortcutTitle(shortcut)));
+    proposals.addRow(shortcutTitle(shortcut), why, use);
+    if (firstProposal_ == nullptr) firstProposal_ = use;
+  };
+  const auto [hold, tap] = proposedShortcuts();
+  propose(hold, tr("Hold both while you speak. They write nothing and are on every keyboard."));
+  propose(tap, tr("Twice to start, twice to stop: nothing has to be held down."));
+  addWidget(new CheckList(services.checks, {"shortcut"}));
+  changes_ = services_.settings.shortcutDidChange().subscribe([this] { show(); });
+  show();
+}
+
+void ShortcutStep::showEvent(QShowEvent* event) {
+  FormPage::showEvent(event);
+  // Where the shortcut of now is no good, one key takes the proposal.
+  if (!notice_->isHidden()) firstProposal_->setFocus();
+}
+
+void ShortcutStep::show() {
+  const auto shortcut = services_.settings.shortcut();
+  current_->setTitle(shortcutTitle(shortcut));
+  current_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
+  notice_->setText(services_.shortcutNotice ? inPlatformWords(services_.shortcutNotice(shortcut))
+                                            : QString());
+}
+
+}  // namespace murmel
