@@ -117,22 +117,6 @@ TEST_F(SpeechWorkerAlone, TurnsSpeechIntoWordsThroughTheApplicationsProvider) {
   EXPECT_GE(shareHeard((*request)->text.reveal(), "he might even have been made amiable himself"), 0.7);
 }
 
-TEST_F(SpeechWorkerAlone, SaysWhatIsMissingBeforeAnythingStarts) {
-  const TemporaryFolder empty;
-  const ModelManager models(executor);
-  auto elsewhere = packagedSpeechModel();
-  elsewhere.folder = empty.path();
-  const ModelManager nothing(executor, {elsewhere});
-  const ExecutableRuntimePolicy policy(resources, std::nullopt, nullptr);
-  const FluidAudioProvider::Services services{executor, clock, launcher};
-  const auto withoutModel = FluidAudioProvider::create(services, {resources, "test"}, nothing, policy);
-  ASSERT_FALSE(withoutModel.has_value());
-  EXPECT_EQ(withoutModel.error(), MRMError::modelMissing(empty.path().string()));
-  const auto withoutWorker = FluidAudioProvider::create(services, {empty.path(), "test"}, models, policy);
-  ASSERT_FALSE(withoutWorker.has_value());
-  EXPECT_EQ(withoutWorker.error(), MRMError(MRMError::Case::workerMissing));
-}
-
 TEST_P(RealSpeechWorker, RefusesMalformedRequestsAndGoesOn) {
   startWorker();
   ASSERT_EQ(read()->event, "ready");

@@ -4,15 +4,6 @@
 
 using namespace murmel;
 
-TEST(DictationDiagnostics, SummaryOfADictationOfWhichNothingIsKnown) {
-  EXPECT_EQ(DictationDiagnostics{}.notice(std::nullopt, false),
-            "dictation_stop duration_seconds=0.0 requests_started_before_stop=0 "
-            "segments_completed_before_stop=0 calibration_batches=0 minimum_window_db=inf "
-            "leading_low_level_seconds=0.0 empty=0 carried=0 recovered=0 unresolved=0 successor_salvaged=0 "
-            "abandoned_seconds=0.0 maximum_backlog_seconds=0.0 lagged=false slow_request_observed=false "
-            "live_blocked=none device_changed=false");
-}
-
 TEST(DictationDiagnostics, EachFigureStandsBehindItsOwnKey) {
   DictationDiagnostics figures;
   figures.duration = 12;
