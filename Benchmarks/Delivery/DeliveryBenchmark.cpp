@@ -18,6 +18,7 @@ class TimedKeyboard final : public KeyboardPoster {
   TimedKeyboard(KeyboardPoster& keyboard, const Clock& clock) : keyboard_(keyboard), clock_(clock) {}
   bool mayPost() override { return keyboard_.mayPost(); }
   bool canPost(PasteChord chord) override { return keyboard_.canPost(chord); }
+  void maskHeldModifiers() override { keyboard_.maskHeldModifiers(); }
   Task<void> awaitReleasedModifiers() override { return keyboard_.awaitReleasedModifiers(); }
   PostResult post(PasteChord chord, const RunningApplication& target) override {
     const auto result = keyboard_.post(chord, target);

@@ -10,7 +10,7 @@ namespace {
 class NoEngine final : public murmel::worker::SpeechEngine {
  public:
   std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
-                                                    const std::optional<std::string>&) override {
+                                                    const murmel::worker::SpeechHints&) override {
     return std::to_string(samples.size());
   }
 };

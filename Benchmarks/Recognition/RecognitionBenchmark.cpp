@@ -81,7 +81,7 @@ void roundTrip(benchmark::State& state) {
   SpeechWorkerClient client(std::move(configuration), "benchmark", launcher, clock, cancellation);
   if (!client.load()) return state.SkipWithError("no worker");
   for (auto _ : state) {
-    if (!client.transcribe(audio, std::nullopt)) return state.SkipWithError("no answer");
+    if (!client.transcribe(audio, std::nullopt, {})) return state.SkipWithError("no answer");
   }
   countBytes(state, audio);
 }

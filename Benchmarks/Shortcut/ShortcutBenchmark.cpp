@@ -43,9 +43,10 @@ void fromKeyToCall(benchmark::State& state) {
   const SystemClock clock;
   InjectedKeyList injectedKeys(clock);
   X11KeyEventTap taps(executor, injectedKeys, X11KeyEnvironment::fromProcess());
+  KeyTapShortcutSource source(taps);
   FakeLocalKeyMonitor localKeys;
   Signal<> none;
-  HotkeyService service(executor, clock, taps, localKeys, {none, none, none});
+  HotkeyService service(executor, clock, source, localKeys, {none, none, none});
   int calls = 0;
   service.onPress = [&] { ++calls; };
   service.onRelease = [&] { ++calls; };

@@ -1,9 +1,11 @@
 // What keeping things costs. With the real key ring where there is one:
 //   Tests/Support/private-session --keyring -- build/bench/benchmarks/benchmark_storage
 
+#include "Foundation/Async/SerialQueue.h"
 #include "History/HistoryCodec.h"
 #include "History/HistoryRepository.h"
 #include "Platform/Fake/FakeSecretStore.h"
+#include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Settings/JsonDefaultsStore.h"
@@ -19,6 +21,17 @@
 using namespace murmel;
 
 namespace {
+
+/// A history, and what it waits for its file with.
+struct History {
+  explicit History(SecureLocalFile storage) : repository(executor, queue, std::move(storage)) { settle(); }
+  void settle() {
+    executor.waitUntil([this] { return repository.isSettled(); });
+  }
+  ManualExecutor executor;
+  SerialQueue queue{executor, "history"};
+  HistoryRepository repository;
+};
 
 /// A dictation of some thirty words.
 HistoryEntry entry(int number) {
@@ -67,10 +80,13 @@ static void addToHistory(benchmark::State& state) {
   Keyring keyring(real);
   auto storage = historyFile(files, keyring.keys, folder.path());
   (void)storage.write(encodeHistory(entries(state.range(0))).reveal());
-  HistoryRepository history(std::move(storage));
+  History history(std::move(storage));
   int number = 0;
-  for (auto _ : state) history.add(entry(++number));
-  if (history.storageStatus() != SecureStorageStatus::available) state.SkipWithError("not stored");
+  for (auto _ : state) {
+    history.repository.add(entry(++number));
+    history.settle();
+  }
+  if (history.repository.storageStatus() != SecureStorageStatus::available) state.SkipWithError("not stored");
 }
 BENCHMARK(addToHistory)
     ->ArgNames({"entries", "keyring"})
@@ -87,8 +103,9 @@ static void openHistory(benchmark::State& state) {
   (void)historyFile(files, keyring.keys, folder.path())
       .write(encodeHistory(entries(state.range(0))).reveal());
   for (auto _ : state) {
-    const HistoryRepository history(historyFile(files, keyring.keys, folder.path()));
-    if (history.entries().size() != static_cast<std::size_t>(state.range(0))) state.SkipWithError("not read");
+    const History history(historyFile(files, keyring.keys, folder.path()));
+    if (history.repository.entries().size() != static_cast<std::size_t>(state.range(0)))
+      state.SkipWithError("not read");
   }
 }
 BENCHMARK(openHistory)
