@@ -57,6 +57,9 @@ std::pair<std::size_t, double> quietestRun(std::span<const FrameLevel> frames, s
 SpeechEvidence speechEvidence(std::span<const FrameLevel> frames) {
   auto levels = smoothedLevels(frames);
   if (levels.empty()) return SpeechEvidence::none;
+  const auto sounding = std::ranges::count(frames, false, &FrameLevel::digitalZero);
+  if (frames.size() >= fewestFrames && sounding < static_cast<std::ptrdiff_t>(loudestFrames))
+    return SpeechEvidence::none;
   if (levels.size() < fewestFrames) return SpeechEvidence::doubtful;
   std::ranges::sort(levels);
   const double noise = levels[static_cast<std::size_t>(noisePercentile * static_cast<double>(levels.size()))];

@@ -31,6 +31,7 @@ TEST(SpeechEvidence, KeepsSilenceFromTheRecogniserAndSpeechForIt) {
       {"a device that opens late into a quiet room", SoundTape().zeros(2).noise(3, -60), none},
       {"the end of a pause", SoundTape().noise(0.25), none},
       {"a key that clicks", SoundTape().noise(2).noise(0.02, -20).noise(2), none},
+      {"a click in digital silence", SoundTape().zeros(0.3).noise(0.02, -20).zeros(0.3), none},
       {"speech", SoundTape().noise(0.5).speech(2).noise(1), clear},
       {"a short word in a long silence", SoundTape().noise(20).speech(0.35).noise(20), clear},
       {"quiet speech", SoundTape().noise(0.5, -80).speech(2, -62).noise(0.5, -80), clear},
