@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """How well the packaged Whisper model hears, through the real worker: studio prompts, and clips in which nobody speaks.
 
-usage: whisper_test.py RESOURCES
+usage: whisper_test.py RESOURCES MODEL
 A few prompts and clips each; all of them with MURMEL_ALL_PROMPTS=1. Exits with 77 (left out) without the model.
 """
 
@@ -17,7 +17,7 @@ import sys
 import tempfile
 
 RESOURCES = pathlib.Path(sys.argv[1]).resolve()
-MODEL = RESOURCES / "Models/whisper-base"
+MODEL = pathlib.Path(sys.argv[2]).resolve()
 SOUNDS = pathlib.Path("/usr/share/asterisk/sounds/en_US_f_Allison")
 TRANSCRIPTS = "/usr/share/doc/asterisk-core-sounds-en/core-sounds-en.txt.gz"
 RATE = 16000
