@@ -12,6 +12,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
 endif()
 
+if(MURMEL_BATCH)
+  # In a batch a source is an included file, of whose anonymous namespaces nobody else would know.
+  target_compile_options(murmel_options INTERFACE -Wno-subobject-linkage)
+endif()
+
 # The same code generation everywhere, so that all targets can share precompiled headers: Qt asks for -fPIC, some
 # libraries for threads.
 add_compile_options(-pthread -fPIC -fno-semantic-interposition)

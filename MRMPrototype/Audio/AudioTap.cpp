@@ -16,7 +16,7 @@ constexpr double secondsReservedAfterHandOver = 2;
 // the main thread; pages that are never written cost nothing.
 constexpr double usualSampleRate = 48'000;
 // Converters reach it from below: -0.01 dBFS.
-constexpr float fullScale = 0.999F;
+constexpr float clippedFrom = 0.999F;
 // Spreads the levels of speech over the meter.
 constexpr double levelGain = 2.2;
 
@@ -62,7 +62,7 @@ bool AudioTap::append(std::span<const float> interleaved, AudioFormat format) {
       monoScratch_[frame] = mono;
       const float magnitude = std::abs(mono);
       figures.peak = std::max(figures.peak, magnitude);
-      figures.clippedFrames += static_cast<std::uint64_t>(magnitude >= fullScale);
+      figures.clippedFrames += static_cast<std::uint64_t>(magnitude >= clippedFrom);
       figures.trailingZeros = magnitude > 0 ? 0 : figures.trailingZeros + 1;
       sumOfSquares += static_cast<double>(mono) * static_cast<double>(mono);
     }

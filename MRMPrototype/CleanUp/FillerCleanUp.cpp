@@ -82,18 +82,18 @@ std::string fillersInARow() {
   return filler + "(?:\\s*,?\\s+" + filler + ")*";
 }
 
-RegularExpression compiled(const std::string& pattern) {
+RegularExpression anyCase(const std::string& pattern) {
   return RegularExpression::compile("(?i)" + pattern).value();
 }
 
 }  // namespace
 
 std::string FillerCleanUp::withoutRuins(std::string_view text) {
-  static const auto inBrackets = compiled("[(\\[{]\\s*" + fillersInARow() + "\\s*[,.!?…]?\\s*[)\\]}]");
+  static const auto inBrackets = anyCase("[(\\[{]\\s*" + fillersInARow() + "\\s*[,.!?…]?\\s*[)\\]}]");
   static const auto asSentence =
-      compiled("(^\\s*|(?<=[.!?…])\\s+)" + fillersInARow() + "\\s*[.!?…]+(?=\\s|$)");
-  static const auto atStart = compiled("(?<=[.!?…])(\\s+)" + fillersInARow() + "\\s*,\\s+");
-  static const auto atEnd = compiled("[,;:]\\s*" + fillersInARow() + "\\s*([.!?…])");
+      anyCase("(^\\s*|(?<=[.!?…])\\s+)" + fillersInARow() + "\\s*[.!?…]+(?=\\s|$)");
+  static const auto atStart = anyCase("(?<=[.!?…])(\\s+)" + fillersInARow() + "\\s*,\\s+");
+  static const auto atEnd = anyCase("[,;:]\\s*" + fillersInARow() + "\\s*([.!?…])");
   std::string result(text);
   const auto replace = [&result](const RegularExpression& pattern, std::string_view replacement) {
     // A step that meets its limit is left out: the words matter more than their tidiness.

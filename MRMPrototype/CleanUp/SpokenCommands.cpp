@@ -106,7 +106,7 @@ constexpr auto commands = std::to_array<Command>({
 });
 
 /// About fewer words than these a recogniser only guesses.
-constexpr std::size_t wordsToTellBy = 4;
+constexpr std::size_t piecesToTellBy = 4;
 
 /// A piece between white space, and what it is compared by: its words without case and punctuation. Hyphens
 /// part words, because recognisers write them or not.
@@ -240,7 +240,7 @@ std::string SpokenCommands::apply(std::string_view text, const std::optional<std
   std::vector<Piece> pieces;
   for (const auto word : text::words(text)) pieces.push_back(pieceOf(word));
   auto spoken = language;
-  if (!spoken && pieces.size() >= wordsToTellBy) spoken = recognizer.dominantLanguage(text);
+  if (!spoken && pieces.size() >= piecesToTellBy) spoken = recognizer.dominantLanguage(text);
 
   Writer writer;
   bool changes = false;

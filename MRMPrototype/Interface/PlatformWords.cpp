@@ -47,7 +47,7 @@ constexpr std::array<KeyName, 10> keyNames{{
     {"Page Down", QT_TRANSLATE_NOOP("Keys", "Page Down")},
 }};
 
-QString fromCore(std::string_view text) {
+QString qtText(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
@@ -59,7 +59,7 @@ QString keyName(std::string_view label) {
   for (const auto& [core, name] : keyNames) {
     if (core == label) return translated("Keys", name);
   }
-  return fromCore(label);
+  return qtText(label);
 }
 
 QString pasteChord() {
@@ -99,7 +99,7 @@ std::optional<QString> ofTable(std::string_view text, const QString& pasteKeys) 
     if (!argument) continue;
     auto words = translated("Messages", row.screen);
     words.replace(QStringLiteral("%paste"), pasteKeys.isEmpty() ? pasteChord() : pasteKeys);
-    if (row.argument == ScreenText::Argument::detail) words = words.arg(fromCore(*argument));
+    if (row.argument == ScreenText::Argument::detail) words = words.arg(qtText(*argument));
     if (row.argument == ScreenText::Argument::text) words = words.arg(inPlatformWords(*argument));
     if (row.argument == ScreenText::Argument::shortcut) words = words.arg(symbolsInWords(*argument));
     return words;
@@ -121,7 +121,7 @@ std::optional<QString> ofSeveral(std::string_view text, const QString& pasteKeys
 QString inPlatformWords(std::string_view text, const QString& pasteKeys) {
   if (auto whole = ofTable(text, pasteKeys)) return *std::move(whole);
   if (auto parts = ofSeveral(text, pasteKeys)) return *std::move(parts);
-  return fromCore(text);
+  return qtText(text);
 }
 
 QString shortcutTitle(const ShortcutConfiguration& shortcut) {

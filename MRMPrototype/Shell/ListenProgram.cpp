@@ -14,7 +14,7 @@ namespace murmel {
 namespace {
 
 /// Phrases as soon as they are said.
-constexpr double phraseSeconds = 3;
+constexpr double livePhraseSeconds = 3;
 constexpr Duration pumpInterval = std::chrono::milliseconds(200);
 
 class Listening {
@@ -80,7 +80,7 @@ class Listening {
   }
 
   void prepareSession() {
-    auto configuration = speech_.services.configuration(phraseSeconds);
+    auto configuration = speech_.services.configuration(livePhraseSeconds);
     configuration.onRecognised = [this](const RecognisedPiece& piece) { span_ = piece.span; };
     configuration.onPhrase = [this](SpokenText text) { return show(std::move(text)); };
     session_ = speech_.services.sessions.make(std::move(configuration));

@@ -12,7 +12,7 @@ namespace murmel {
 namespace {
 
 constexpr std::string_view eraseLine = "erase";
-constexpr std::uint64_t largestFile = 64 << 10;
+constexpr std::uint64_t largestKeysFile = 64 << 10;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ FileResult<bool> PendingKeys::exists() const {
 }
 
 FileResult<PendingKeys::Contents> PendingKeys::load() const {
-  const auto bytes = readWholeFile(files_, path_, largestFile);
+  const auto bytes = readWholeFile(files_, path_, largestKeysFile);
   Contents contents;
   if (!bytes && bytes.error() == EFBIG) return contents;
   if (!bytes) return std::unexpected(bytes.error());

@@ -10,13 +10,13 @@ namespace murmel {
 
 bool awaitProcessEnd(const ChildProcess& process, const WorkerCancellation& cancellation,
                      std::optional<std::chrono::milliseconds> within, bool dropsOutput) {
-  using Clock = std::chrono::steady_clock;  // the time that `poll` waits by
-  const auto deadline = Clock::now() + within.value_or(std::chrono::milliseconds::zero());
+  using SteadyClock = std::chrono::steady_clock;  // the time that `poll` waits by
+  const auto deadline = SteadyClock::now() + within.value_or(std::chrono::milliseconds::zero());
   int output = dropsOutput ? process.output() : -1;
   while (!cancellation.isCancelled()) {
     int limit = -1;
     if (within) {
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now());
       if (left.count() <= 0) return false;
       limit = static_cast<int>(left.count());
     }

@@ -15,7 +15,7 @@ namespace {
 constexpr long mostRedirects = 5;
 constexpr long connectTimeoutSeconds = 60;
 constexpr long bufferSize = 256L * 1'024;
-constexpr auto longestWait = std::chrono::seconds(60);
+constexpr auto longestPoll = std::chrono::seconds(60);
 
 /// A stream's share of an HTTP/2 connection, 1 to 256.
 long weight(double priority) {
@@ -248,7 +248,7 @@ void CurlTransport::prioritise(Identifier transfer, double priority) {
 void CurlTransport::run(Duration limit, int descriptor) {
   curl_waitfd extra{.fd = descriptor, .events = CURL_WAIT_POLLIN, .revents = 0};
   const auto milliseconds =
-      std::chrono::ceil<std::chrono::milliseconds>(std::min<Duration>(limit, longestWait));
+      std::chrono::ceil<std::chrono::milliseconds>(std::min<Duration>(limit, longestPoll));
   curl_multi_poll(multi_->handle, &extra, descriptor >= 0 ? 1 : 0,
                   static_cast<int>(std::max<std::int64_t>(milliseconds.count(), 0)), nullptr);
   int running = 0;

@@ -22,7 +22,7 @@ constexpr std::size_t bufferSize = 1 << 20;
 
 using Outcome = std::expected<void, FileError>;
 
-std::unexpected<FileError> failure(std::string_view doing) {
+std::unexpected<FileError> storeFailure(std::string_view doing) {
   return std::unexpected(FileError::from(doing, errno));
 }
 
@@ -99,13 +99,13 @@ Outcome StoreFolder::copy(const std::string& from, const std::vector<std::string
 }
 
 Outcome StoreFolder::copyTo(const UniqueDescriptor& from, const std::string& place) const {
-  if (!from) return failure("read the model");
+  if (!from) return storeFailure("read the model");
   const auto temporary = partialFolder();
   if (!temporary) return std::unexpected(temporary.error());
   const std::string name(copyName);
   temporary->remove(name);
   const auto target = temporary->create(name);
-  if (!target) return failure("write the model");
+  if (!target) return storeFailure("write the model");
   const bool copied = readThrough(from.get(), [&](auto bytes) { return writeAll(target.get(), bytes); }) &&
                       ::fsync(target.get()) == 0;
   if (!copied) {

@@ -12,10 +12,10 @@ namespace {
 /// Below a tenth of a second there is no word, and the recognisers want a few frames.
 constexpr std::size_t fewestSamples = 1'600;
 
-constexpr double sampleRate = 16'000;
+constexpr double samplesPerSecond = 16'000;
 
 std::size_t samplesIn(double seconds) {
-  return static_cast<std::size_t>(seconds * sampleRate);
+  return static_cast<std::size_t>(seconds * samplesPerSecond);
 }
 
 std::vector<FrameLevel> levelsOf(std::span<const std::int16_t> samples, FrameLevelMeter& meter) {
@@ -27,7 +27,7 @@ std::vector<FrameLevel> levelsOf(std::span<const std::int16_t> samples, FrameLev
 
 /// Where `samples` are cut best, as an offset.
 std::size_t quietestSample(std::span<const std::int16_t> samples) {
-  FrameLevelMeter meter(sampleRate);
+  FrameLevelMeter meter(samplesPerSecond);
   const auto levels = levelsOf(samples, meter);
   if (levels.empty()) return samples.size() / 2;
   return static_cast<std::size_t>(meter.firstSample(quietestPlace(levels).frame));
@@ -36,7 +36,7 @@ std::size_t quietestSample(std::span<const std::int16_t> samples) {
 /// Not digital silence, steady noise or a hum: in these recognisers hear words, each in its own way.
 bool isWorthHearing(std::span<const std::int16_t> samples) {
   if (samples.size() < fewestSamples) return false;
-  FrameLevelMeter meter(sampleRate);
+  FrameLevelMeter meter(samplesPerSecond);
   return speechEvidence(levelsOf(samples, meter)) != SpeechEvidence::none;
 }
 

@@ -13,7 +13,7 @@ namespace murmel::text {
 
 namespace {
 
-bool isAscii(std::string_view text) {
+bool isAllAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
@@ -79,7 +79,7 @@ std::string folded(std::string_view text) {
 }  // namespace
 
 std::string uppercased(std::string_view text) {
-  if (isAscii(text)) return mappedAscii(text, asciiUpper);
+  if (isAllAscii(text)) return mappedAscii(text, asciiUpper);
   UErrorCode status = U_ZERO_ERROR;
   std::string result;
   icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
@@ -89,7 +89,7 @@ std::string uppercased(std::string_view text) {
 }
 
 std::string lowercased(std::string_view text) {
-  if (isAscii(text)) return mappedAscii(text, asciiLower);
+  if (isAllAscii(text)) return mappedAscii(text, asciiLower);
   UErrorCode status = U_ZERO_ERROR;
   std::string result;
   icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
@@ -115,14 +115,14 @@ std::string normalized(std::string_view text) {
 }
 
 std::string caseFolded(std::string_view text) {
-  if (isAscii(text)) return mappedAscii(text, asciiLower);
+  if (isAllAscii(text)) return mappedAscii(text, asciiLower);
   // Normalised before as well: folding takes an iota subscript apart only where it is composed.
   if (isPlainlyNormalized(text)) return normalized(folded(text));
   return normalized(folded(normalized(text)));
 }
 
 bool areCanonicallyEqual(std::string_view left, std::string_view right) {
-  return left == right || (!(isAscii(left) && isAscii(right)) && normalized(left) == normalized(right));
+  return left == right || (!(isAllAscii(left) && isAllAscii(right)) && normalized(left) == normalized(right));
 }
 
 }  // namespace murmel::text

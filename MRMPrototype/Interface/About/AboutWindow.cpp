@@ -12,13 +12,13 @@ namespace murmel {
 
 namespace {
 
-constexpr QSize wantedSize(500, 520);
+constexpr QSize wantedAboutSize(500, 520);
 constexpr int iconSize = 88;
 
 }  // namespace
 
 AboutWindow::AboutWindow(AboutServices services)
-    : Window(tr("About Murmel"), wantedSize), services_(std::move(services)) {
+    : Window(tr("About Murmel"), wantedAboutSize), services_(std::move(services)) {
   setAttribute(Qt::WA_DeleteOnClose);
   const auto& build = services_.build;
   auto* icon = new QLabel;

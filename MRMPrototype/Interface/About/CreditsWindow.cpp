@@ -16,21 +16,21 @@ namespace murmel {
 
 namespace {
 
-constexpr QSize wantedSize(860, 600);
-constexpr int listWidth = 260;
+constexpr QSize wantedCreditsSize(860, 600);
+constexpr int creditsListWidth = 260;
 constexpr qint64 maximumText = 1 << 20;  // bytes
 
 }  // namespace
 
 CreditsWindow::CreditsWindow(std::vector<Credit> credits)
-    : Window(tr("Credits"), wantedSize),
+    : Window(tr("Credits"), wantedCreditsSize),
       credits_(std::move(credits)),
       list_(new QListWidget),
       name_(label({}, LabelRole::title)),
       about_(label({}, LabelRole::second)),
       text_(new QPlainTextEdit) {
   setAttribute(Qt::WA_DeleteOnClose);
-  list_->setFixedWidth(listWidth);
+  list_->setFixedWidth(creditsListWidth);
   list_->setFrameShape(QFrame::NoFrame);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setAccessibleName(tr("What Murmel is made of"));

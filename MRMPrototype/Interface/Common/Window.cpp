@@ -11,7 +11,7 @@ namespace murmel {
 namespace {
 
 /// What a panel and the frame of the window may take of the screen.
-constexpr QSize screenMargin(16, 56);
+constexpr QSize windowMargin(16, 56);
 
 }  // namespace
 
@@ -25,7 +25,7 @@ void Window::fitTo(const QWidget& content) {
 }
 
 void Window::present() {
-  if (!isVisible()) resize(wanted_.boundedTo(screen()->availableSize() - screenMargin));
+  if (!isVisible()) resize(wanted_.boundedTo(screen()->availableSize() - windowMargin));
   if (isMinimized()) showNormal();
   show();
   raise();

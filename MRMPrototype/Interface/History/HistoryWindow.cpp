@@ -20,14 +20,14 @@ namespace murmel {
 
 namespace {
 
-constexpr QSize wantedSize(920, 640);
+constexpr QSize wantedHistorySize(920, 640);
 constexpr int listWidth = 360;
 constexpr auto retentions = allCases<HistoryRetention>();
 
 }  // namespace
 
 HistoryWindow::HistoryWindow(HistoryServices services)
-    : Window(tr("Murmel History"), wantedSize),
+    : Window(tr("Murmel History"), wantedHistorySize),
       services_(std::move(services)),
       off_(new NoticeBar(Severity::information)),
       storage_(new NoticeBar(Severity::warning)),
@@ -80,7 +80,7 @@ void HistoryWindow::build() {
   split->addWidget(list_);
   split->addWidget(buildReader());
   split->setStretchFactor(1, 1);
-  split->setSizes({listWidth, wantedSize.width() - listWidth});
+  split->setSizes({listWidth, wantedHistorySize.width() - listWidth});
   empty_->setAlignment(Qt::AlignCenter);
   body_->addWidget(split);
   body_->addWidget(empty_);

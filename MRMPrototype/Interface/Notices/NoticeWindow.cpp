@@ -10,12 +10,13 @@ namespace murmel {
 
 namespace {
 
-constexpr QSize wantedSize(440, 140);
+constexpr QSize wantedNoticeSize(440, 140);
 constexpr int mostMessages = 6;
 
 }  // namespace
 
-NoticeWindow::NoticeWindow() : Window(tr("Messages of Murmel"), wantedSize), messages_(new QVBoxLayout) {
+NoticeWindow::NoticeWindow()
+    : Window(tr("Messages of Murmel"), wantedNoticeSize), messages_(new QVBoxLayout) {
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_DeleteOnClose);
   messages_->setSpacing(grid::medium);
@@ -37,8 +38,8 @@ void NoticeWindow::add(const QString& text) {
   auto* bar = new NoticeBar(Severity::information);
   bar->setText(text);
   messages_->addWidget(bar);
-  resize(wantedSize.width(),
-         std::max(wantedSize.height(), layout()->totalHeightForWidth(wantedSize.width())));
+  resize(wantedNoticeSize.width(),
+         std::max(wantedNoticeSize.height(), layout()->totalHeightForWidth(wantedNoticeSize.width())));
   show();
 }
 

@@ -15,7 +15,7 @@ namespace murmel {
 
 namespace {
 
-constexpr QSize wantedSize(940, 680);
+constexpr QSize wantedSettingsSize(940, 680);
 constexpr int sidebarWidth = 216;
 
 /// The side of the window that lists the pages, a shade apart from them.
@@ -31,7 +31,7 @@ class Sidebar final : public QWidget {
 }  // namespace
 
 SettingsWindow::SettingsWindow(const SettingsServices& services)
-    : Window(tr("Murmel Settings"), wantedSize),
+    : Window(tr("Murmel Settings"), wantedSettingsSize),
       list_(new QListWidget),
       search_(searchField(tr("Search settings"))),
       pages_(new QStackedWidget),

@@ -23,7 +23,7 @@ QString oneLine(QString text) {
   return text.trimmed();
 }
 
-QString entry(const QString& term, const QString& replacement) {
+QString entryLine(const QString& term, const QString& replacement) {
   auto cleaned = oneLine(term);
   cleaned.replace(u'=', u' ');
   return cleaned + QStringLiteral(" = ") + oneLine(replacement);
@@ -51,7 +51,7 @@ int VocabularyLines::entryCount() const {
 QString VocabularyLines::replaced(std::size_t line, const QString& term, const QString& replacement) const {
   const auto& place = places_.at(line);
   auto text = text_;
-  return text.replace(place.start, place.length, entry(term, replacement));
+  return text.replace(place.start, place.length, entryLine(term, replacement));
 }
 
 QString VocabularyLines::removed(std::size_t line) const {
@@ -71,7 +71,7 @@ QString VocabularyLines::swapped(std::size_t line, std::size_t other) const {
 
 QString VocabularyLines::appended(const QString& term, const QString& replacement) const {
   const bool needsEnd = !places_.empty() && places_.back().start + places_.back().length == text_.size();
-  return text_ + (needsEnd ? QStringLiteral("\n") : QString()) + entry(term, replacement) + u'\n';
+  return text_ + (needsEnd ? QStringLiteral("\n") : QString()) + entryLine(term, replacement) + u'\n';
 }
 
 QString VocabularyLines::edited(const QString& shown) const {

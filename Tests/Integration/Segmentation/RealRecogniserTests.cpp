@@ -16,7 +16,7 @@ using namespace murmel;
 
 namespace {
 
-constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr double unlimited = std::numeric_limits<double>::infinity();
 
 /// How many of these the environment asks for: the suite makes do with few.
 std::size_t wanted(const char* variable, std::size_t otherwise) {
@@ -60,7 +60,7 @@ TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWhole) {
   for (const auto& transcript : speech.transcripts)
     std::ranges::copy(spokenWords(transcript), std::back_inserter(expected));
   std::map<double, double> errorRate;
-  for (const double target : {infinite, 3.0}) {
+  for (const double target : {unlimited, 3.0}) {
     const auto result = dictate({joined.samples, NaturalSpeech::sampleRate}, target);
     ASSERT_TRUE(result.has_value()) << result.error().localizedDescription();
     EXPECT_EQ(result->failedPieces, 0);
@@ -69,7 +69,7 @@ TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWhole) {
     std::cout << "target " << target << ": " << result->pieces.size() << " pieces, word error rate "
               << errorRate[target] << " % of " << expected.size() << " words\n";
   }
-  EXPECT_LE(errorRate[3], errorRate[infinite] + 1);
+  EXPECT_LE(errorRate[3], errorRate[unlimited] + 1);
 }
 
 TEST_F(WithRealRecogniser, TheTextIsCompleteHoweverOftenTheWorkerIsKilled) {

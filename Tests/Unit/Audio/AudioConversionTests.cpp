@@ -15,8 +15,8 @@ using ::testing::Truly;
 
 namespace {
 
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
+constexpr float endless = std::numeric_limits<float>::infinity();
+constexpr float broken = std::numeric_limits<float>::quiet_NaN();
 constexpr float largest = std::numeric_limits<float>::max();
 
 std::vector<float> ramp(std::size_t count) {
@@ -116,7 +116,7 @@ TEST(EncodePCM16LE, AgreesWithTheLibrarysRoundingEverywhere) {
 }
 
 TEST(EncodePCM16LE, RefusesASampleThatIsNotFinite) {
-  for (const float bad : {notANumber, -notANumber, infinity, -infinity}) {
+  for (const float bad : {broken, -broken, endless, -endless}) {
     std::vector<float> samples(100, 0.1F);
     samples[57] = bad;
     EXPECT_THROW(static_cast<void>(AudioCaptureService::encodePCM16LE(samples)), std::invalid_argument)

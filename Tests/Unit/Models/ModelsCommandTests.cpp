@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-constexpr auto required = MRMModelDownloadImportance::required;
+constexpr auto mustHave = MRMModelDownloadImportance::required;
 
 class Models : public testing::Test {
  protected:
@@ -40,8 +40,8 @@ class Models : public testing::Test {
 
   // Small files of the real manifest.
   const std::vector<CatalogModel> catalog{
-      {"first", "First model", {"parakeet:config.json"}, required},
-      {"second", "Second model", {"parakeet:Decoder.mlmodelc/coremldata.bin"}, required},
+      {"first", "First model", {"parakeet:config.json"}, mustHave},
+      {"second", "Second model", {"parakeet:Decoder.mlmodelc/coremldata.bin"}, mustHave},
   };
   ModelMachine machine{.memory = 1'000'000'000, .speechEngineLevel = 3};
   const fs::path config = "Parakeet/parakeet-tdt-0.6b-v3-coreml/config.json";

@@ -20,7 +20,7 @@ constexpr ApprovedModelDownload entry(std::string_view identifier, std::string_v
                                       std::string_view sha256, std::string_view folder) {
   return {identifier, "r", "v", file, sha256, std::nullopt, std::nullopt, folder};
 }
-constexpr ApprovedModelDownload files[] = {
+constexpr ApprovedModelDownload approvedFiles[] = {
     entry("qwen:0.6b", "qwen.gguf", hello, "Refinement"),
     entry("sage:vocab.json", "vocab.json", abc, "Refinement/sage"),
     entry("sage:merges.txt", "merges.txt", hello, "Refinement/sage"),
@@ -35,7 +35,7 @@ class SmartModels : public testing::Test {
   void settle() {
     manager.validate();
     EXPECT_TRUE(executor.waitUntil([&] {
-      return std::ranges::none_of(files, [&](const auto& file) {
+      return std::ranges::none_of(approvedFiles, [&](const auto& file) {
         return manager.state(file.identifier) == ModelFileState::verifying;
       });
     }));
@@ -43,7 +43,7 @@ class SmartModels : public testing::Test {
 
   TemporaryFolder folder;
   ManualExecutor executor;
-  SmartModelManager manager{executor, folder.path() / "Models", folder.path() / "resources", files};
+  SmartModelManager manager{executor, folder.path() / "Models", folder.path() / "resources", approvedFiles};
 };
 
 TEST_F(SmartModels, AModelIsReadyOnceItsContentHasBeenRead) {

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::string_view ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
+constexpr std::string_view readyLine = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
 constexpr auto never = 24h;  // longer than a test may take
 
 struct Pipe {
@@ -56,7 +56,7 @@ class WorkerChannelTest : public ::testing::Test {
 }  // namespace
 
 TEST_F(WorkerChannelTest, ReturnsWhatIsBufferedEvenWhenThereIsNoTime) {
-  say(std::string(ready) + std::string(ready));
+  say(std::string(readyLine) + std::string(readyLine));
   EXPECT_EQ(read(), "ready");
   EXPECT_EQ(read(0s), "ready");
   EXPECT_EQ(read(0s), "<worker response timed out>");
@@ -66,7 +66,7 @@ TEST_F(WorkerChannelTest, StaysSmallInAFloodAndFindsItsFeetAgain) {
   const std::jthread flood([&] {
     const std::string chunk(1 << 20, 'x');
     for (int megabyte = 0; megabyte < 32; ++megabyte) say(chunk);
-    say("\n" + std::string(ready));
+    say("\n" + std::string(readyLine));
   });
   EXPECT_EQ(read(), "ready");
   EXPECT_LT(channel.bufferedBytes(), 2 * WorkerChannel::longestLine);
@@ -83,7 +83,7 @@ TEST_F(WorkerChannelTest, WritesALineWhileTheWorkerReadsAndTalks) {
       const auto count = ::read(input.readEnd.get(), chunk.data(), chunk.size());
       received.append(chunk.data(), static_cast<std::size_t>(count));
     }
-    say(ready);
+    say(readyLine);
   });
   EXPECT_EQ(write(line), "written");
   int progress = 0;
@@ -128,7 +128,7 @@ TEST_F(WorkerChannelTest, AnInterruptedWaitGoesOn) {
   const auto reader = ::pthread_self();
   std::jthread interrupter([&](const std::stop_token& stop) {
     for (int count = 0; count < 100; ++count) ::pthread_kill(reader, SIGUSR1);
-    say(ready);
+    say(readyLine);
     while (!stop.stop_requested()) std::this_thread::yield();
   });
   EXPECT_EQ(read(), "ready");

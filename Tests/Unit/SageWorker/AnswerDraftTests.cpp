@@ -13,7 +13,7 @@ using namespace murmel::worker;
 
 namespace {
 
-constexpr std::int64_t end = 2;
+constexpr std::int64_t ending = 2;
 
 /// Tokens as they are in the corrector's files: every byte, and each of these words with the space before it.
 ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
@@ -22,7 +22,7 @@ ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
     const bool isVisible = (byte > 0x20 && byte < 0x7F) || (byte > 0xA0 && byte != 0xAD);
     text::appendScalar(bytes.emplace_back(), static_cast<char32_t>(isVisible ? byte : following++));
   }
-  nlohmann::json vocabulary{{"<pad>", 0}, {"<unk>", 1}, {"</s>", end}};
+  nlohmann::json vocabulary{{"<pad>", 0}, {"<unk>", 1}, {"</s>", ending}};
   for (const auto& byte : bytes) vocabulary.emplace(byte, vocabulary.size());
   std::string merges = "#version: 0.2\n";
   for (const auto& word : words) {
@@ -41,7 +41,7 @@ ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
 
 TEST(AnswerDraft, FindsWhereTheAnswerHasArrived) {
   const auto tokens = tokensFor({});
-  const AnswerDraft draft(tokens, "привет мир, как дела", end);
+  const AnswerDraft draft(tokens, "привет мир, как дела", ending);
   EXPECT_EQ(draft.rest(""), "Привет мир, как дела");
   EXPECT_EQ(draft.rest("Привет,"), " мир, как дела");
   EXPECT_EQ(draft.rest("Привет, мир!"), " Как дела") << "its own mark instead of the question's";
@@ -76,7 +76,7 @@ TEST(AnswerDraft, NeedsAFifthOfThePassesForFortyWords) {
   const auto tokens = tokensFor(parts);
   ASSERT_GE(text::words(question).size(), 40U);
   const auto right = tokens.encode(answer).value();
-  const AnswerDraft draft(tokens, question, end);
+  const AnswerDraft draft(tokens, question, ending);
   // A corrector that knows the answer, whatever is guessed.
   std::vector<std::int64_t> written;
   std::size_t passes = 0;

@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using Kind = RecognitionOutcome::Kind;
+using OutcomeKind = RecognitionOutcome::Kind;
 
 const MRMError dead = MRMError::workerFailed("worker exited unexpectedly");
 
@@ -47,7 +47,7 @@ TEST_F(Requests, TheAudioOutlivesAnEngineThatIsDownAndGoesToTheNextOneAtLast) {
 
   script = [](const auto&, std::size_t) { return Answer{std::unexpected(dead), 1s}; };
   auto outcome = ask(2);
-  EXPECT_EQ(outcome.kind, Kind::failed);
+  EXPECT_EQ(outcome.kind, OutcomeKind::failed);
   EXPECT_EQ(outcome.error, dead);
   EXPECT_EQ(provider->requests.size(), 6U);
 
@@ -65,18 +65,18 @@ TEST_F(Requests, TheAudioOutlivesAnEngineThatIsDownAndGoesToTheNextOneAtLast) {
 TEST_F(Requests, OnlyADeadWorkerIsWorthAnotherTry) {
   struct Row {
     Result<std::string> answer;
-    Kind kind;
+    OutcomeKind kind;
   };
   for (const auto& [answer, kind] :
-       {Row{std::unexpected(MRMError::Case::noSpeech), Kind::empty}, Row{" \n", Kind::empty},
-        Row{std::unexpected(MRMError::Case::workerMissing), Kind::failed},
-        Row{std::unexpected(MRMError::modelMissing("/nowhere")), Kind::failed}}) {
+       {Row{std::unexpected(MRMError::Case::noSpeech), OutcomeKind::empty}, Row{" \n", OutcomeKind::empty},
+        Row{std::unexpected(MRMError::Case::workerMissing), OutcomeKind::failed},
+        Row{std::unexpected(MRMError::modelMissing("/nowhere")), OutcomeKind::failed}}) {
     provider->requests.clear();
     script = [&answer](const auto&, std::size_t) { return ScriptedTranscriptionProvider::Answer{answer}; };
     const auto outcome = ask();
     EXPECT_EQ(outcome.kind, kind);
     EXPECT_EQ(provider->requests.size(), 1U);
-    if (kind == Kind::failed) {
+    if (kind == OutcomeKind::failed) {
       EXPECT_EQ(outcome.error, answer.error());
     }
   }

@@ -34,15 +34,15 @@ std::vector<std::string> steps(const std::string& events, bool othersMayGoFirst 
       auto& piece = tries[event];
       step = event == '-' ? policy.engineFailed(piece, MRMError::workerFailed("died"), now)
                           : policy.audioFailed(piece, took, othersMayGoFirst, now);
-      using Kind = Step::Kind;
-      if (step.kind == Kind::again)
+      using Decision = Step::Kind;
+      if (step.kind == Decision::again)
         answers.push_back(
             std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(step.pause).count()));
-      if (step.kind == Kind::setAside) answers.emplace_back("aside");
-      if (step.kind == Kind::setAside) piece.wasAside = true;
-      if (step.kind == Kind::nextEngine) answers.emplace_back("next");
-      if (step.kind == Kind::nextEngine) piece.onNextEngine = true;
-      if (step.kind == Kind::giveUp) answers.emplace_back("lost");
+      if (step.kind == Decision::setAside) answers.emplace_back("aside");
+      if (step.kind == Decision::setAside) piece.wasAside = true;
+      if (step.kind == Decision::nextEngine) answers.emplace_back("next");
+      if (step.kind == Decision::nextEngine) piece.onNextEngine = true;
+      if (step.kind == Decision::giveUp) answers.emplace_back("lost");
       now += step.pause;
     }
   }

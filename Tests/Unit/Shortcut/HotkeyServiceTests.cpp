@@ -14,11 +14,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-KeyEvent flags(VirtualKeyCode key, std::uint64_t modifiers) {
+KeyEvent flagsEvent(VirtualKeyCode key, std::uint64_t modifiers) {
   return {KeyEventType::flagsChanged, modifiers, key, false, ""};
 }
-const KeyEvent optionDown = flags(virtualKey::leftOption, keyModifier::option);
-const KeyEvent optionUp = flags(virtualKey::leftOption, 0);
+const KeyEvent optionDown = flagsEvent(virtualKey::leftOption, keyModifier::option);
+const KeyEvent optionUp = flagsEvent(virtualKey::leftOption, 0);
 
 class HotkeyServiceTest : public ::testing::Test {
  protected:
@@ -82,11 +82,11 @@ TEST_F(HotkeyServiceTest, TurnsKeysIntoCallsWithTheShortcutOfTheMoment) {
   for (const auto& event : {optionDown, optionUp, optionDown, optionUp}) deliver(event);
   EXPECT_EQ(calls, "press release toggle ");
   shortcut = configuration(ShortcutChoice::capsLock);
-  deliver(flags(virtualKey::capsLock, keyModifier::capsLock));
+  deliver(flagsEvent(virtualKey::capsLock, keyModifier::capsLock));
   executor.advance(119ms);
-  deliver(flags(virtualKey::capsLock, 0));
+  deliver(flagsEvent(virtualKey::capsLock, 0));
   executor.advance(1ms);
-  deliver(flags(virtualKey::capsLock, 0));
+  deliver(flagsEvent(virtualKey::capsLock, 0));
   EXPECT_EQ(calls, "press release toggle toggle toggle ") << "the time comes from the clock";
 }
 

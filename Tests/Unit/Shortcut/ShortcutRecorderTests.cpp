@@ -51,7 +51,7 @@ const Keys optionAlone{flags(58, option), flags(58, 0)};
 const Keys commandAlone{flags(55, command), flags(55, 0)};
 const Keys optionShift{flags(58, option), flags(56, option | shift), flags(56, option), flags(58, 0)};
 
-struct Row {
+struct Recorded {
   std::string_view when;
   Keys keys;
   ShortcutRecorder::Outcome outcome;
@@ -63,7 +63,7 @@ struct Row {
 }  // namespace
 
 TEST(ShortcutRecorder, FollowsWhatIsPressed) {
-  const std::vector<Row> rows{
+  const std::vector<Recorded> rows{
       {"nothing yet", {}, recording, "Press and release your shortcut three times"},
       {"Esc cancels", {down(53, 0)}, cancelled, "Press and release your shortcut three times"},
       {"a key with a modifier is the candidate", {optionX[0], optionX[1]}, recording, "⌥X"},

@@ -13,10 +13,10 @@ using Kind = KeyRole::Kind;
 
 namespace {
 
-constexpr KeyRole option(VirtualKeyCode key) {
+constexpr KeyRole optionRole(VirtualKeyCode key) {
   return {Kind::modifier, key, keyModifier::option};
 }
-constexpr KeyRole control(VirtualKeyCode key) {
+constexpr KeyRole controlRole(VirtualKeyCode key) {
   return {Kind::modifier, key, keyModifier::control};
 }
 KeyRole noFlag(std::uint32_t evdevCode) {
@@ -35,9 +35,9 @@ TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
     KeyRole role;
   };
   const std::vector<Row> rows{
-      {"both Alts of the American layout", "us", "", "", KEY_RIGHTALT, option(virtualKey::rightOption)},
+      {"both Alts of the American layout", "us", "", "", KEY_RIGHTALT, optionRole(virtualKey::rightOption)},
       {"AltGr of the German one", "de", "", "", KEY_RIGHTALT, noFlag(KEY_RIGHTALT)},
-      {"but its left Alt", "de", "", "", KEY_LEFTALT, option(virtualKey::leftOption)},
+      {"but its left Alt", "de", "", "", KEY_LEFTALT, optionRole(virtualKey::leftOption)},
       {"AltGr by option", "us", "", "lv3:ralt_switch", KEY_RIGHTALT, noFlag(KEY_RIGHTALT)},
       {"Russian", "ru", "", "", KEY_D, {Kind::ordinary, virtualKey::d, 0}},
       {"Dvorak keeps places, too", "us", "dvorak", "", KEY_D, {Kind::ordinary, virtualKey::d, 0}},
@@ -49,9 +49,9 @@ TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
        {Kind::modifier, virtualKey::leftCommand, keyModifier::command}},
       {"Caps Lock", "us", "", "", KEY_CAPSLOCK, {Kind::capsLock, virtualKey::capsLock, 0}},
       {"Caps Lock that is a Control key", "us", "", "ctrl:nocaps", KEY_CAPSLOCK,
-       control(virtualKey::leftControl)},
+       controlRole(virtualKey::leftControl)},
       {"Caps Lock that acts as one", "us", "", "caps:ctrl_modifier", KEY_CAPSLOCK,
-       control(virtualKey::leftControl)},
+       controlRole(virtualKey::leftControl)},
       {"Caps Lock that is Escape is not Caps Lock",
        "us",
        "",
@@ -59,7 +59,7 @@ TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
        KEY_CAPSLOCK,
        {Kind::ordinary, virtualKeyWithoutCounterpart(KEY_CAPSLOCK), 0}},
       {"swapped Alt and Super", "us", "", "altwin:swap_alt_win", KEY_LEFTMETA,
-       option(virtualKey::leftOption)},
+       optionRole(virtualKey::leftOption)},
       {"a key that switches layouts", "us,ru", "", "grp:caps_toggle", KEY_CAPSLOCK, noFlag(KEY_CAPSLOCK)},
       {"the Fn key of laptops",
        "us",
@@ -85,7 +85,7 @@ TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
 TEST(KeyLayout, TheActiveGroupDecides) {
   auto layout = KeyLayout::named("us,de");
   ASSERT_TRUE(layout);
-  EXPECT_EQ(layout->role(KEY_RIGHTALT + xKeyCodeOffset), option(virtualKey::rightOption));
+  EXPECT_EQ(layout->role(KEY_RIGHTALT + xKeyCodeOffset), optionRole(virtualKey::rightOption));
   layout->update({.lockedGroup = 1});
   EXPECT_EQ(layout->role(KEY_RIGHTALT + xKeyCodeOffset), noFlag(KEY_RIGHTALT));
   constexpr std::uint32_t lock = 2;

@@ -10,9 +10,9 @@ namespace murmel {
 
 namespace {
 
-constexpr auto answerLimit = std::chrono::seconds(1);
+constexpr auto openingLimit = std::chrono::seconds(1);
 
-struct CloseBus {
+struct CloseTriedBus {
   void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
 
@@ -20,8 +20,8 @@ struct CloseBus {
 bool hangs(int (*open)(sd_bus**)) {
   sd_bus* opened = nullptr;
   if (open(&opened) < 0) return false;  // libraries see that at once, too
-  const std::unique_ptr<sd_bus, CloseBus> bus(opened);
-  const auto limit = std::chrono::steady_clock::now() + answerLimit;
+  const std::unique_ptr<sd_bus, CloseTriedBus> bus(opened);
+  const auto limit = std::chrono::steady_clock::now() + openingLimit;
   while (sd_bus_is_ready(bus.get()) == 0) {
     const auto left =
         std::chrono::duration_cast<std::chrono::microseconds>(limit - std::chrono::steady_clock::now());
