@@ -1263,6 +1263,246 @@
         <source>The update is installed. Start Murmel again: %1</source>
         <translation>Das Update ist installiert. Starten Sie Murmel neu: %1</translation>
     </message>
+    <message>
+        <source>Edition</source>
+        <translation>Ausgabe</translation>
+    </message>
+    <message>
+        <source>Desktop</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>Speech model</source>
+        <translation>Sprachmodell</translation>
+    </message>
+    <message>
+        <source>Speech recognition</source>
+        <translation>Spracherkennung</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>Global shortcut</source>
+        <translation>Tastenkürzel überall</translation>
+    </message>
+    <message>
+        <source>Automatic paste</source>
+        <translation>Automatisches Einfügen</translation>
+    </message>
+    <message>
+        <source>Password fields</source>
+        <translation>Passwortfelder</translation>
+    </message>
+    <message>
+        <source>Key ring</source>
+        <translation>Schlüsselbund</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Formatting</source>
+        <translation>Formatierung</translation>
+    </message>
+    <message>
+        <source>Session bus</source>
+        <translation>Sitzungsbus</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Sound Settings</source>
+        <translation>Klangeinstellungen</translation>
+    </message>
+    <message>
+        <source>Choose Shortcut</source>
+        <translation>Kürzel wählen</translation>
+    </message>
+    <message>
+        <source>Allow</source>
+        <translation>Erlauben</translation>
+    </message>
+    <message>
+        <source>There is no speech model in %1. Download one, or install pocketsphinx-en-us.</source>
+        <translation>In %1 liegt kein Sprachmodell. Laden Sie eines herunter, oder installieren Sie pocketsphinx-en-us.</translation>
+    </message>
+    <message>
+        <source>The speech model in %1 is damaged. Download it again.</source>
+        <translation>Das Sprachmodell in %1 ist beschädigt. Laden Sie es noch einmal herunter.</translation>
+    </message>
+    <message>
+        <source>The worker is missing: %1</source>
+        <translation>Das Erkennungsprogramm fehlt: %1</translation>
+    </message>
+    <message>
+        <source>The worker is not signed by the makers of this Murmel.</source>
+        <translation>Das Erkennungsprogramm ist nicht von den Herstellern dieses Murmel unterschrieben.</translation>
+    </message>
+    <message>
+        <source>The language-model server is not installed (%1): text stays as it was recognised.</source>
+        <translation>Der Server für Sprachmodelle ist nicht installiert (%1): Text bleibt, wie er erkannt wurde.</translation>
+    </message>
+    <message>
+        <source>The sound server refuses this user.</source>
+        <translation>Der Soundserver weist diesen Benutzer ab.</translation>
+    </message>
+    <message>
+        <source>This sandbox has no access to the sound server.</source>
+        <translation>Diese Sandbox hat keinen Zugang zum Soundserver.</translation>
+    </message>
+    <message>
+        <source>No sound server answers. Start PulseAudio or PipeWire.</source>
+        <translation>Kein Soundserver antwortet. Starten Sie PulseAudio oder PipeWire.</translation>
+    </message>
+    <message>
+        <source>There is no microphone: the sound server has no source.</source>
+        <translation>Es gibt kein Mikrofon: Der Soundserver hat keine Quelle.</translation>
+    </message>
+    <message>
+        <source>There is no microphone: only what the speakers play is heard.</source>
+        <translation>Es gibt kein Mikrofon: Nur was die Lautsprecher spielen, ist zu hören.</translation>
+    </message>
+    <message>
+        <source>The microphone delivers digital silence. It may be muted or switched off.</source>
+        <translation>Das Mikrofon liefert digitale Stille. Vielleicht ist es stumm oder ausgeschaltet.</translation>
+    </message>
+    <message>
+        <source>The microphone was opened, but delivers nothing.</source>
+        <translation>Das Mikrofon wurde geöffnet, liefert aber nichts.</translation>
+    </message>
+    <message>
+        <source>There is no desktop to hear it on.</source>
+        <translation>Es gibt keinen Desktop, auf dem es gehört würde.</translation>
+    </message>
+    <message>
+        <source>There is no desktop to paste on.</source>
+        <translation>Es gibt keinen Desktop, auf dem eingefügt würde.</translation>
+    </message>
+    <message>
+        <source>There is no desktop with applications that tell of them.</source>
+        <translation>Es gibt keinen Desktop mit Anwendungen, die davon berichten.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program press keys (on X11: the XTest extension is missing). Text is copied, for you to paste.</source>
+        <translation>Dieser Desktop lässt kein Programm Tasten drücken (auf X11: die Erweiterung XTest fehlt). Text wird kopiert, zum Einfügen von Hand.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session text is pasted into X programs only, and copied otherwise.</source>
+        <translation>In dieser Wayland-Sitzung wird Text nur in X-Programme eingefügt und sonst kopiert.</translation>
+    </message>
+    <message>
+        <source>No window manager tells which window is active. Text is copied, for you to paste.</source>
+        <translation>Kein Fenstermanager sagt, welches Fenster aktiv ist. Text wird kopiert, zum Einfügen von Hand.</translation>
+    </message>
+    <message>
+        <source>The keyboard layout has no keys to paste with. Text is copied, for you to paste.</source>
+        <translation>Die Tastaturbelegung hat keine Tasten zum Einfügen. Text wird kopiert, zum Einfügen von Hand.</translation>
+    </message>
+    <message>
+        <source>They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.</source>
+        <translation>Sie sehen aus wie andere Felder: Der Bus für Barrierefreiheit (at-spi2-core) läuft nicht. Abfragen, die die Tastatur für sich nehmen, werden trotzdem erkannt.</translation>
+    </message>
+    <message>
+        <source>It is locked. History and vocabulary stay in memory until it is unlocked.</source>
+        <translation>Er ist gesperrt. Verlauf und Wortschatz bleiben im Speicher, bis er entsperrt ist.</translation>
+    </message>
+    <message>
+        <source>No secret service answers. History and vocabulary stay in memory only.</source>
+        <translation>Kein Dienst für Geheimnisse antwortet. Verlauf und Wortschatz bleiben nur im Speicher.</translation>
+    </message>
+    <message>
+        <source>Settings cannot be kept: %1 cannot be written to.</source>
+        <translation>Einstellungen können nicht aufbewahrt werden: In %1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>History and models cannot be kept: %1 cannot be written to.</source>
+        <translation>Verlauf und Modelle können nicht aufbewahrt werden: In %1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>There is none, or it does not answer: commands like “murmel toggle” cannot reach the running Murmel.</source>
+        <translation>Es gibt keinen, oder er antwortet nicht: Befehle wie „murmel toggle“ erreichen das laufende Murmel nicht.</translation>
+    </message>
+    <message>
+        <source>This desktop has none. Use the shortcut or commands like “murmel settings”.</source>
+        <translation>Dieser Desktop hat keine. Verwenden Sie das Kürzel oder Befehle wie „murmel settings“.</translation>
+    </message>
+    <message>
+        <source>Hears 25 languages, the best of those that run here.</source>
+        <translation>Hört 25 Sprachen, das beste von denen, die hier laufen.</translation>
+    </message>
+    <message>
+        <source>The same in half the space, with a few more mistakes.</source>
+        <translation>Dasselbe in halber Größe, mit ein paar Fehlern mehr.</translation>
+    </message>
+    <message>
+        <source>Hears about a hundred languages, and runs on older machines.</source>
+        <translation>Hört etwa hundert Sprachen und läuft auf älteren Rechnern.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals in many languages.</source>
+        <translation>Satzzeichen und Großschreibung in vielen Sprachen.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals on a small machine.</source>
+        <translation>Satzzeichen und Großschreibung auf kleinen Rechnern.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals, between fast and good.</source>
+        <translation>Satzzeichen und Großschreibung, zwischen schnell und gut.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals, slower and better.</source>
+        <translation>Satzzeichen und Großschreibung, langsamer und besser.</translation>
+    </message>
+    <message>
+        <source>Corrects Russian.</source>
+        <translation>Korrigiert Russisch.</translation>
+    </message>
+    <message>
+        <source>Whisper base Q8 · Smallest</source>
+        <translation>Whisper base Q8 · Am kleinsten</translation>
+    </message>
+    <message>
+        <source>Its engine is not in this build, or this processor is too old for it.</source>
+        <translation>Seine Technik ist nicht in diesem Build, oder dieser Prozessor ist zu alt dafür.</translation>
+    </message>
+    <message>
+        <source>This build has no corrector for Russian.</source>
+        <translation>Dieser Build hat keine Korrektur für Russisch.</translation>
+    </message>
+    <message>
+        <source>This build has no server for language models.</source>
+        <translation>Dieser Build hat keinen Server für Sprachmodelle.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 is read-only. Changes are kept in memory.</source>
+        <translation>Die Einstellungsdatei %1 ist schreibgeschützt. Änderungen bleiben im Speicher.</translation>
+    </message>
+    <message>
+        <source>The screen was locked while you dictated. Copied — press %paste.</source>
+        <translation>Der Bildschirm wurde während des Diktats gesperrt. Kopiert — drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before your words could be inserted. They are on the clipboard — press %paste.</source>
+        <translation>Murmel wurde beendet, bevor Ihre Worte eingefügt werden konnten. Sie sind in der Zwischenablage — drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before everything was recognized. The first part is on the clipboard — press %paste.</source>
+        <translation>Murmel wurde beendet, bevor alles erkannt war. Der erste Teil ist in der Zwischenablage — drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before your last words were recognized.</source>
+        <translation>Murmel wurde beendet, bevor Ihre letzten Worte erkannt waren.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1828,6 +2068,10 @@
     <message>
         <source>Twice to start, twice to stop: nothing has to be held down.</source>
         <translation>Zweimal zum Beginnen, zweimal zum Beenden: Nichts muss gehalten werden.</translation>
+    </message>
+    <message>
+        <source>In Use</source>
+        <translation>Verwendet</translation>
     </message>
 </context>
 <context>

@@ -1267,6 +1267,246 @@
         <source>The update is installed. Start Murmel again: %1</source>
         <translation>Обновление установлено. Запустите Murmel снова: %1</translation>
     </message>
+    <message>
+        <source>Edition</source>
+        <translation>Редакция</translation>
+    </message>
+    <message>
+        <source>Desktop</source>
+        <translation>Рабочая среда</translation>
+    </message>
+    <message>
+        <source>Speech model</source>
+        <translation>Модель речи</translation>
+    </message>
+    <message>
+        <source>Speech recognition</source>
+        <translation>Распознавание речи</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Микрофон</translation>
+    </message>
+    <message>
+        <source>Global shortcut</source>
+        <translation>Глобальное сочетание клавиш</translation>
+    </message>
+    <message>
+        <source>Automatic paste</source>
+        <translation>Автоматическая вставка</translation>
+    </message>
+    <message>
+        <source>Password fields</source>
+        <translation>Поля паролей</translation>
+    </message>
+    <message>
+        <source>Key ring</source>
+        <translation>Связка ключей</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Файлы</translation>
+    </message>
+    <message>
+        <source>Formatting</source>
+        <translation>Форматирование</translation>
+    </message>
+    <message>
+        <source>Session bus</source>
+        <translation>Сеансовая шина</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Трей</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Загрузить</translation>
+    </message>
+    <message>
+        <source>Sound Settings</source>
+        <translation>Настройки звука</translation>
+    </message>
+    <message>
+        <source>Choose Shortcut</source>
+        <translation>Выбрать сочетание</translation>
+    </message>
+    <message>
+        <source>Allow</source>
+        <translation>Разрешить</translation>
+    </message>
+    <message>
+        <source>There is no speech model in %1. Download one, or install pocketsphinx-en-us.</source>
+        <translation>В %1 нет модели речи. Загрузите модель или установите pocketsphinx-en-us.</translation>
+    </message>
+    <message>
+        <source>The speech model in %1 is damaged. Download it again.</source>
+        <translation>Модель речи в %1 повреждена. Загрузите её снова.</translation>
+    </message>
+    <message>
+        <source>The worker is missing: %1</source>
+        <translation>Нет программы распознавания: %1</translation>
+    </message>
+    <message>
+        <source>The worker is not signed by the makers of this Murmel.</source>
+        <translation>Программа распознавания не подписана изготовителями этого Murmel.</translation>
+    </message>
+    <message>
+        <source>The language-model server is not installed (%1): text stays as it was recognised.</source>
+        <translation>Сервер языковых моделей не установлен (%1): текст остаётся таким, каким распознан.</translation>
+    </message>
+    <message>
+        <source>The sound server refuses this user.</source>
+        <translation>Звуковой сервер отказывает этому пользователю.</translation>
+    </message>
+    <message>
+        <source>This sandbox has no access to the sound server.</source>
+        <translation>Из этой песочницы нет доступа к звуковому серверу.</translation>
+    </message>
+    <message>
+        <source>No sound server answers. Start PulseAudio or PipeWire.</source>
+        <translation>Звуковой сервер не отвечает. Запустите PulseAudio или PipeWire.</translation>
+    </message>
+    <message>
+        <source>There is no microphone: the sound server has no source.</source>
+        <translation>Микрофона нет: у звукового сервера нет источника.</translation>
+    </message>
+    <message>
+        <source>There is no microphone: only what the speakers play is heard.</source>
+        <translation>Микрофона нет: слышно только то, что играют динамики.</translation>
+    </message>
+    <message>
+        <source>The microphone delivers digital silence. It may be muted or switched off.</source>
+        <translation>Микрофон передаёт полную тишину. Возможно, он приглушён или выключен.</translation>
+    </message>
+    <message>
+        <source>The microphone was opened, but delivers nothing.</source>
+        <translation>Микрофон открыт, но ничего не передаёт.</translation>
+    </message>
+    <message>
+        <source>There is no desktop to hear it on.</source>
+        <translation>Нет рабочей среды, где его можно слышать.</translation>
+    </message>
+    <message>
+        <source>There is no desktop to paste on.</source>
+        <translation>Нет рабочей среды, куда вставлять.</translation>
+    </message>
+    <message>
+        <source>There is no desktop with applications that tell of them.</source>
+        <translation>Нет рабочей среды с приложениями, которые о них сообщают.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program press keys (on X11: the XTest extension is missing). Text is copied, for you to paste.</source>
+        <translation>Эта среда не даёт программам нажимать клавиши (в X11 нет расширения XTest). Текст копируется, вставьте его сами.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session text is pasted into X programs only, and copied otherwise.</source>
+        <translation>В этом сеансе Wayland текст вставляется только в программы X, а иначе копируется.</translation>
+    </message>
+    <message>
+        <source>No window manager tells which window is active. Text is copied, for you to paste.</source>
+        <translation>Ни один менеджер окон не сообщает, какое окно активно. Текст копируется, вставьте его сами.</translation>
+    </message>
+    <message>
+        <source>The keyboard layout has no keys to paste with. Text is copied, for you to paste.</source>
+        <translation>В раскладке нет клавиш для вставки. Текст копируется, вставьте его сами.</translation>
+    </message>
+    <message>
+        <source>They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.</source>
+        <translation>Они выглядят как обычные поля: шина доступности (at-spi2-core) не запущена. Запросы, захватывающие клавиатуру, видны и так.</translation>
+    </message>
+    <message>
+        <source>It is locked. History and vocabulary stay in memory until it is unlocked.</source>
+        <translation>Она заблокирована. История и словарь остаются в памяти, пока её не разблокируют.</translation>
+    </message>
+    <message>
+        <source>No secret service answers. History and vocabulary stay in memory only.</source>
+        <translation>Служба секретов не отвечает. История и словарь остаются только в памяти.</translation>
+    </message>
+    <message>
+        <source>Settings cannot be kept: %1 cannot be written to.</source>
+        <translation>Настройки нельзя сохранить: в %1 нельзя писать.</translation>
+    </message>
+    <message>
+        <source>History and models cannot be kept: %1 cannot be written to.</source>
+        <translation>Историю и модели нельзя сохранить: в %1 нельзя писать.</translation>
+    </message>
+    <message>
+        <source>There is none, or it does not answer: commands like “murmel toggle” cannot reach the running Murmel.</source>
+        <translation>Её нет, или она не отвечает: команды вроде «murmel toggle» не достигают работающего Murmel.</translation>
+    </message>
+    <message>
+        <source>This desktop has none. Use the shortcut or commands like “murmel settings”.</source>
+        <translation>В этой среде его нет. Используйте сочетание клавиш или команды вроде «murmel settings».</translation>
+    </message>
+    <message>
+        <source>Hears 25 languages, the best of those that run here.</source>
+        <translation>Слышит 25 языков, лучшая из тех, что здесь работают.</translation>
+    </message>
+    <message>
+        <source>The same in half the space, with a few more mistakes.</source>
+        <translation>То же в половину меньшего объёма, с чуть большим числом ошибок.</translation>
+    </message>
+    <message>
+        <source>Hears about a hundred languages, and runs on older machines.</source>
+        <translation>Слышит около ста языков и работает на старых машинах.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals in many languages.</source>
+        <translation>Пунктуация и заглавные буквы на многих языках.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals on a small machine.</source>
+        <translation>Пунктуация и заглавные буквы на слабой машине.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals, between fast and good.</source>
+        <translation>Пунктуация и заглавные буквы, между быстрым и хорошим.</translation>
+    </message>
+    <message>
+        <source>Punctuation and capitals, slower and better.</source>
+        <translation>Пунктуация и заглавные буквы, медленнее и лучше.</translation>
+    </message>
+    <message>
+        <source>Corrects Russian.</source>
+        <translation>Исправляет русский текст.</translation>
+    </message>
+    <message>
+        <source>Whisper base Q8 · Smallest</source>
+        <translation>Whisper base Q8 · Самая маленькая</translation>
+    </message>
+    <message>
+        <source>Its engine is not in this build, or this processor is too old for it.</source>
+        <translation>Её движка нет в этой сборке, или процессор для неё слишком стар.</translation>
+    </message>
+    <message>
+        <source>This build has no corrector for Russian.</source>
+        <translation>В этой сборке нет корректора русского.</translation>
+    </message>
+    <message>
+        <source>This build has no server for language models.</source>
+        <translation>В этой сборке нет сервера языковых моделей.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 is read-only. Changes are kept in memory.</source>
+        <translation>Файл настроек %1 только для чтения. Изменения остаются в памяти.</translation>
+    </message>
+    <message>
+        <source>The screen was locked while you dictated. Copied — press %paste.</source>
+        <translation>Экран был заблокирован во время диктовки. Скопировано — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before your words could be inserted. They are on the clipboard — press %paste.</source>
+        <translation>Murmel завершился раньше, чем удалось вставить слова. Они в буфере обмена — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before everything was recognized. The first part is on the clipboard — press %paste.</source>
+        <translation>Murmel завершился раньше, чем всё было распознано. Первая часть в буфере обмена — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>Murmel ended before your last words were recognized.</source>
+        <translation>Murmel завершился раньше, чем были распознаны последние слова.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1836,6 +2076,10 @@
     <message>
         <source>Twice to start, twice to stop: nothing has to be held down.</source>
         <translation>Дважды, чтобы начать, дважды, чтобы остановить: ничего не нужно удерживать.</translation>
+    </message>
+    <message>
+        <source>In Use</source>
+        <translation>Используется</translation>
     </message>
 </context>
 <context>

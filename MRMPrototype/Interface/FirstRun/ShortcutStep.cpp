@@ -24,7 +24,7 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services)
     auto* use = button(tr("Use"), [this, shortcut] { services_.settings.setShortcut(shortcut); });
     use->setAccessibleName(tr("Use %1").arg(shortcutTitle(shortcut)));
     proposals.addRow(shortcutTitle(shortcut), why, use);
-    if (firstProposal_ == nullptr) firstProposal_ = use;
+    proposals_.emplace_back(shortcut, use);
   };
   const auto [hold, tap] = proposedShortcuts();
   propose(hold, tr("Hold both while you speak. They write nothing and are on every keyboard."));
@@ -37,13 +37,15 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services)
 void ShortcutStep::showEvent(QShowEvent* event) {
   FormPage::showEvent(event);
   // Where the shortcut of now is no good, one key takes the proposal.
-  if (!notice_->isHidden()) firstProposal_->setFocus();
+  if (!notice_->isHidden()) proposals_.front().second->setFocus();
 }
 
 void ShortcutStep::show() {
   const auto shortcut = services_.settings.shortcut();
   current_->setTitle(shortcutTitle(shortcut));
   current_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
+  for (const auto& [proposal, use] : proposals_)
+    use->setText(isSameShortcut(proposal, shortcut) ? tr("In Use") : tr("Use"));
   notice_->setText(services_.shortcutNotice ? inPlatformWords(services_.shortcutNotice(shortcut))
                                             : QString());
 }

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 class QComboBox;
@@ -98,7 +99,7 @@ class ShortcutStep final : public FormPage {
 
   FirstRunServices services_;
   FormRow* current_;
-  QWidget* firstProposal_ = nullptr;
+  std::vector<std::pair<ShortcutConfiguration, QPushButton*>> proposals_;
   NoticeBar* notice_;
   Registration changes_;
 };

@@ -118,10 +118,15 @@ TEST_F(DictationDesk, KeepsItsMemoryToItselfAndSurvivesABrokenPipe) {
   EXPECT_NE(std::stoull(ignored, nullptr, 16) & brokenPipe, 0U);
 }
 
-TEST_F(DictationDesk, TheFirstStartOfAllOpensTheSetup) {
-  std::filesystem::remove(configuration() / "defaults.json");
-  murmel.emplace(std::vector<std::string>{}, file("murmel.log"));
-  EXPECT_TRUE(waitUntilCommand(setupIsVisible)) << murmel->log();
+TEST_F(DictationDesk, PastesTheLastDictationOnceMore) {
+  start();
+  EXPECT_EQ(command("paste-last"), refused);
+  const auto editor = openEditor("text");
+  dictate(tenOfClubs);
+  ASSERT_TRUE(waitForText(tenOfClubs.word, "text")) << murmel->log();
+  ASSERT_TRUE(waitUntilCommand(std::string("! ") + pillIsVisible));
+  EXPECT_EQ(command("paste-last"), 0);
+  EXPECT_TRUE(waitUntil([&] { return countOf(tenOfClubs.word, textIn("text")) == 2; })) << textIn("text");
 }
 
 TEST_F(DictationDesk, TheSelfTestsEndByThemselvesAndWriteNothing) {

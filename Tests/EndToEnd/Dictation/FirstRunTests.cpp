@@ -33,9 +33,11 @@ TEST_F(DictationDesk, TheFirstRunLeadsFromABareProfileToWordsByKeyboardAlone) {
     return waitUntil([&] { return contentsOf(defaults).find(words) != std::string::npos; });
   };
   ASSERT_TRUE(holds("settings.shortcutConfiguration")) << contentsOf(defaults);
+  ASSERT_TRUE(waitUntilCommand(std::string("! ") + isRecording)) << "the trial of the microphone has ended";
   tap(enterKey);
-  desk.loop.runFor(std::chrono::milliseconds(100));
   tap(enterKey);  // a line in the field, which finishes nothing
+  // The shortcut is heard over another connection than these keys.
+  desk.loop.runFor(std::chrono::seconds(1));
   desk.user.press(controlKey, true);
   desk.user.press(superKey, true);
   ASSERT_TRUE(waitUntilCommand(isRecording)) << murmel->log();
