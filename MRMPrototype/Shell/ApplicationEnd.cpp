@@ -84,6 +84,13 @@ void MRMPrototypeApp::connectEnd() {
                    });
 }
 
+RepeatingTimer MRMPrototypeApp::hurryInTime(std::function<void()> hurry) {
+  // A session that cannot wait so long sends a signal, which is a second request.
+  return {process_.executor, drainBound, [this, bounds = 0, hurry = std::move(hurry)]() mutable {
+            if (++bounds >= recognitionBounds || !coordinator_.isRecognising()) hurry();
+          }};
+}
+
 Task<void> MRMPrototypeApp::finishWords() {
   auto draining = coordinator_.drain();
   const DrainOutcome outcome = co_await draining;
@@ -93,11 +100,7 @@ Task<void> MRMPrototypeApp::finishWords() {
 }
 
 Task<void> MRMPrototypeApp::drain() {
-  int bounds = 0;
-  const RepeatingTimer bound(process_.executor, drainBound, [this, &bounds] {
-    const bool mayWait = !sessionEnds_ && ++bounds < recognitionBounds;
-    if (!mayWait || !coordinator_.isRecognising()) act(lifecycle_.drainTimedOut());
-  });
+  const auto bound = hurryInTime([this] { act(lifecycle_.drainTimedOut()); });
   auto finishing = finishWords();
   co_await finishing;
   auto handingOver = desktop_.clipboard.handOver();
@@ -108,7 +111,7 @@ Task<void> MRMPrototypeApp::drain() {
 }
 
 Task<void> MRMPrototypeApp::settle() {
-  const auto bound = process_.executor.after(drainBound, [this] { coordinator_.hurryDrain(); });
+  const auto bound = hurryInTime([this] { coordinator_.hurryDrain(); });
   auto finishing = finishWords();
   co_await finishing;
   (void)storage_.history.finish();
@@ -117,7 +120,6 @@ Task<void> MRMPrototypeApp::settle() {
 }
 
 void MRMPrototypeApp::sessionEnds() {
-  sessionEnds_ = true;
   if (lifecycle_.phase() == ApplicationLifecycle::Phase::running) act(lifecycle_.quitRequested());
 }
 

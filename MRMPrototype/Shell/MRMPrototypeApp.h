@@ -94,6 +94,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void act(ApplicationLifecycle::Action action);
   void connectEnd();
   Task<void> finishWords();
+  /// Calls it when the last words have had their time, and again.
+  [[nodiscard]] RepeatingTimer hurryInTime(std::function<void()> hurry);
   Task<void> drain();
   Task<void> settle();
   /// Ends, and starts what is installed now.
@@ -154,7 +156,6 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;
   bool isSettling_ = false;
-  bool sessionEnds_ = false;
   std::unique_ptr<QObject> endRequests_;
   Scope tasks_;
 };

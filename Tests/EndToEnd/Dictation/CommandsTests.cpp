@@ -137,16 +137,4 @@ TEST_F(DictationDesk, TheSelfTestsEndByThemselvesAndWriteNothing) {
   EXPECT_TRUE(std::filesystem::is_empty(configuration()));
 }
 
-TEST_F(DictationDesk, ASignalEndsItProperlyAndItsWorkerWithIt) {
-  start();
-  const auto listWorkers = "pgrep -P " + std::to_string(murmel->identifier());
-  ASSERT_TRUE(waitUntilCommand(listWorkers));
-  const std::filesystem::path worker = "/proc/" + outputOf(listWorkers);
-  ASSERT_TRUE(std::filesystem::exists(worker));
-  ::kill(murmel->identifier(), SIGTERM);
-  ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
-  EXPECT_EQ(murmel->exitStatus(), 0);
-  EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(worker); }));
-}
-
 }  // namespace murmel::test

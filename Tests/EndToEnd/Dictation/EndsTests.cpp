@@ -35,6 +35,7 @@ class Ends : public DictationDesk {
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", std::getenv("DBUS_SESSION_BUS_ADDRESS"), 1);  // one plays both
   }
   void end(By way) {
+    const auto workers = outputOf("pgrep -d, -P " + std::to_string(murmel->identifier()));
     switch (way) {
       case By::command:
         EXPECT_EQ(command("quit"), 0);
@@ -54,6 +55,7 @@ class Ends : public DictationDesk {
     }
     ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
     EXPECT_EQ(murmel->exitStatus(), 0) << murmel->log();
+    EXPECT_TRUE(waitUntilCommand("! ps -p " + workers)) << "its worker goes with it";
   }
 
   std::optional<SessionManager> sessionManager;
@@ -116,7 +118,7 @@ TEST_F(Ends, NothingOfAMinuteIntoATerminalIsLostAtTwentyMoments) {
                                   "while paplay --latency-msec=200 -d mic " + cards +
                                       "001.wav; do sleep 1; echo; paplay --latency-msec=200 -d mic " + cards +
                                       "003.wav; sleep 1; echo; done"});
-      desk.loop.runFor(std::chrono::milliseconds(random() % 60'000));
+      for (auto seconds = random() % 60; seconds > 0; --seconds) desk.loop.runFor(std::chrono::seconds(1));
       const auto count = speaker.lines().size();
       if (round % 4 >= 2) releaseShortcut();
       desk.loop.runFor(std::chrono::milliseconds(round % 4 >= 2 ? random() % 1'500 : 0));
