@@ -4,7 +4,6 @@
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
-#include "Platform/Linux/X11/ClipboardKeeperProcess.h"
 #include "Platform/Linux/X11/X11CancelKey.h"
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
@@ -15,6 +14,7 @@
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
 #include "Platform/Linux/X11Keys/X11KeyboardProbe.h"
 #include "Platform/Qt/DesktopSessionGuard.h"
+#include "Shell/ClipboardKeeping.h"
 
 #include <utility>
 
@@ -33,21 +33,6 @@ struct Opened {
   std::unique_ptr<X11ScreenLock> screenLock;
   std::unique_ptr<X11CancelKey> cancelKey;
 };
-
-std::unique_ptr<ClipboardKeeperProcess> clipboardKeeper(const DesktopParameters& parameters) {
-  const auto& installation = parameters.installation;
-  ClipboardKeeperProcess::Configuration configuration{
-      .executable = installation.folders.resources / "Workers" / ClipboardKeeperProcess::workerName,
-      .mayExecute = [policy = installation.policy](
-                        const std::filesystem::path& executable) { return policy.mayExecute(executable); },
-      .environment = {},
-  };
-  for (const char* name : {"DISPLAY", "XAUTHORITY", "HOME"}) {
-    if (const auto value = parameters.environment.value(name))
-      configuration.environment.push_back(std::string(name) + "=" + *value);
-  }
-  return std::make_unique<ClipboardKeeperProcess>(parameters.process.launcher, std::move(configuration));
-}
 
 class Connection final : public DesktopConnection {
  public:
@@ -98,7 +83,7 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> X11Desktop::open(
     const DesktopParameters& parameters) {
   auto& [executor, clock, log, launcher] = parameters.process;
   auto injectedKeys = std::make_unique<InjectedKeyList>(clock);
-  auto keeper = clipboardKeeper(parameters);
+  auto keeper = clipboardKeeper(parameters, {"DISPLAY", "XAUTHORITY", "HOME"});
   auto pasteboards = X11Pasteboards::open(executor, clock, {}, keeper.get());
   if (!pasteboards) return std::unexpected(pasteboards.error());
   auto workspace = X11Workspace::open(executor);

@@ -1,8 +1,8 @@
 // What only a real selection owner can do wrong.
 
 #include "PasteboardDesk.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeperProcess.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "Platform/Linux/X11/ClipboardKeeperProcess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>

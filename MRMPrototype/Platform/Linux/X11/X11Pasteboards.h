@@ -3,7 +3,7 @@
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
 #include "Platform/ClipboardPasteboard.h"
-#include "Platform/Linux/X11/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 
 #include <expected>
 #include <memory>

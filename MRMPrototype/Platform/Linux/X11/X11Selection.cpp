@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/X11Selection.h"
 
-#include "Platform/Linux/X11/X11SelectionTypes.h"
+#include "Platform/Linux/Clipboard/ClipboardTypes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -168,7 +168,7 @@ std::vector<xcb_atom_t> X11Selection::offeredAtoms(bool withText) {
   for (const auto& item : contents_->items) {
     for (const auto& value : item.values) {
       const auto atom = connection_.atom(value.type);
-      const bool isOffered = withText || !X11SelectionTypes::isText(value.type);
+      const bool isOffered = withText || !ClipboardTypes::isText(value.type);
       if (isOffered && std::ranges::find(atoms, atom) == atoms.end()) atoms.push_back(atom);
     }
   }
@@ -195,7 +195,7 @@ bool X11Selection::deliver(const Request& request, xcb_atom_t target, xcb_atom_t
   }
   const auto found = values_.find(target);
   if (found == values_.end()) return false;
-  if (X11SelectionTypes::isText(found->second->type) && !mayHaveText(request.reader)) {
+  if (ClipboardTypes::isText(found->second->type) && !mayHaveText(request.reader)) {
     report(request.reader, ClipboardRead::Kind::refused, changeCount_);
     return false;
   }
@@ -206,7 +206,7 @@ bool X11Selection::deliverValue(const Request& request, const ClipboardSnapshot:
                                 xcb_atom_t property) {
   const auto type = connection_.atom(value.encoding.empty() ? value.type : value.encoding);
   const auto kind =
-      X11SelectionTypes::isText(value.type) ? ClipboardRead::Kind::text : ClipboardRead::Kind::otherForm;
+      ClipboardTypes::isText(value.type) ? ClipboardRead::Kind::text : ClipboardRead::Kind::otherForm;
   if (value.data.size() > X11IncrementalSender::pieceSize) {
     sender_.begin(
         request.requestor, property, type, contents_, value, loop_.now(),

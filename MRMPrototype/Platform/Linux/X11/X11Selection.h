@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/ClipboardPasteboard.h"
-#include "Platform/Linux/X11/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
 #include "Platform/Linux/X11/X11ServerTime.h"

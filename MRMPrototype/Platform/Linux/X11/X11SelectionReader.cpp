@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/X11SelectionReader.h"
 
-#include "Platform/Linux/X11/X11SelectionTypes.h"
+#include "Platform/Linux/Clipboard/ClipboardTypes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -96,7 +96,7 @@ ClipboardCapture X11SelectionReader::capture(xcb_window_t owner) {
   std::vector<std::size_t> order(values.size());
   for (std::size_t index = 0; index < order.size(); ++index) order[index] = index;
   std::ranges::stable_sort(order, {},
-                           [&](std::size_t index) { return X11SelectionTypes::urgency((*types)[index]); });
+                           [&](std::size_t index) { return ClipboardTypes::urgency((*types)[index]); });
   for (const auto index : order) {
     auto property = convert((*types)[index]);
     if (property.outcome == Outcome::delivered) values[index] = std::move(property.value);
@@ -133,8 +133,7 @@ std::optional<std::vector<std::string>> X11SelectionReader::offeredTypes() {
     xcb_atom_t atom = XCB_NONE;
     std::memcpy(&atom, data.data() + offset, sizeof(atom));
     const auto& name = connection_.atomName(atom);
-    if (X11SelectionTypes::isKept(name) && std::ranges::find(types, name) == types.end())
-      types.push_back(name);
+    if (ClipboardTypes::isKept(name) && std::ranges::find(types, name) == types.end()) types.push_back(name);
   }
   return types;
 }

@@ -1,10 +1,9 @@
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include "Platform/Linux/Process/ProcessFacts.h"
+
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,30 +23,6 @@ constexpr std::array<std::string_view, 8> panelTypes = {
     "_NET_WM_WINDOW_TYPE_TOOLTIP", "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
     "_NET_WM_WINDOW_TYPE_MENU",    "_NET_WM_WINDOW_TYPE_SPLASH",
 };
-
-/// State and start time of a process, from /proc/<pid>/stat; nothing when there is no such process.
-struct ProcessFacts {
-  char state = '?';
-  std::uint64_t startTime = 0;  // in clock ticks since the start of the system
-};
-
-std::optional<ProcessFacts> factsOf(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string line;
-  if (!std::getline(file, line)) return std::nullopt;
-  // The name in parentheses may itself contain spaces and parentheses.
-  const auto nameEnd = line.rfind(')');
-  if (nameEnd == std::string::npos) return std::nullopt;
-  std::istringstream fields(line.substr(nameEnd + 1));
-  ProcessFacts facts;
-  fields >> facts.state;
-  constexpr int fieldsBetween = 18;  // state is field 3, the start time field 22
-  std::string skipped;
-  for (int field = 0; field < fieldsBetween; ++field) fields >> skipped;
-  fields >> facts.startTime;
-  if (!fields) return std::nullopt;
-  return facts;
-}
 
 std::string localHostName() {
   std::array<char, 256> name{};
@@ -159,7 +134,7 @@ bool X11Workspace::isTerminated(const RunningApplication& application) {
   if (process != 0 && application.startTime != 0) {
     const auto facts = factsOf(process);
     const bool isSame = facts && facts->startTime == application.startTime;
-    if (!isSame || facts->state == 'Z' || facts->state == 'X') return true;
+    if (!isSame || facts->hasEnded()) return true;
   }
   // The number of a window may have been given to another program since.
   const bool isGone = !exists(application.window) ||

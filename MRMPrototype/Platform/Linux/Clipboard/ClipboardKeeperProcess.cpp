@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/ClipboardKeeperProcess.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeperProcess.h"
 
 #include "Foundation/Crypto/Wipe.h"
 #include "Foundation/Registration.h"

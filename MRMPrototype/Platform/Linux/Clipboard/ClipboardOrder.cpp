@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 
 #include <cstring>
 #include <utility>

@@ -5,7 +5,7 @@
 namespace murmel {
 
 /// Which forms a selection is offered in. Pure rules.
-struct X11SelectionTypes {
+struct ClipboardTypes {
   /// A form of the plain text.
   static bool isText(std::string_view type);
 

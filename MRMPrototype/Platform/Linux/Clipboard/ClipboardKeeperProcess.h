@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 #include "Platform/ProcessLauncher.h"
 
 #include <condition_variable>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11SelectionTypes.h"
+#include "Platform/Linux/Clipboard/ClipboardTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -24,16 +24,16 @@ constexpr std::array notKept = {
 
 }  // namespace
 
-bool X11SelectionTypes::isText(std::string_view type) {
+bool ClipboardTypes::isText(std::string_view type) {
   return std::ranges::find(textTypes, type) != textTypes.end() || type == "text/plain" ||
          type.starts_with("text/plain;");
 }
 
-bool X11SelectionTypes::isKept(std::string_view type) {
+bool ClipboardTypes::isKept(std::string_view type) {
   return !type.empty() && std::ranges::find(notKept, type) == notKept.end();
 }
 
-int X11SelectionTypes::urgency(std::string_view type) {
+int ClipboardTypes::urgency(std::string_view type) {
   if (isText(type)) return 0;
   if (type == "text/html" || type == "text/uri-list" || type.starts_with("x-special/")) return 1;
   if (type == "image/png") return 2;
