@@ -240,8 +240,8 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   auto releasing = desktop_.keyboard.awaitReleasedModifiers();
   co_await releasing;
 
-  auto reads = std::make_unique<TargetReads>(application->client);
-  auto opening = clipboards_.open(text, application->client, method->usesPrimary);
+  auto reads = std::make_unique<TargetReads>(pasteReader(*application));
+  auto opening = clipboards_.open(text, pasteReader(*application), method->usesPrimary);
   auto transactions = co_await opening;
   if (transactions.empty()) {
     logger_.event(LogLevel::error, "clipboard_unavailable");

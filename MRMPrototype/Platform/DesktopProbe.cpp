@@ -48,13 +48,11 @@ void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
   if (plan.paste == PasteRoad::none && offers(facts, {"zwp_virtual_keyboard_manager_v1"}))
     plan.paste = PasteRoad::virtualKeyboard;
   if (plan.paste == PasteRoad::none && facts.keyboardPortal > 0) plan.paste = PasteRoad::portal;
-  if (plan.clipboard == ClipboardRoad::none &&
-      offers(facts, {"ext_data_control_manager_v1", "zwlr_data_control_manager_v1"})) {
+  if (plan.clipboard == ClipboardRoad::none && offers(facts, {"zwlr_data_control_manager_v1"})) {
     plan.clipboard = ClipboardRoad::dataControl;
   }
   if (plan.windows == WindowRoad::none && offers(facts, {"zwlr_foreign_toplevel_manager_v1"}))
     plan.windows = WindowRoad::foreignToplevel;
-  if (plan.windows == WindowRoad::none) plan.windows = WindowRoad::accessibility;
   if (facts.x11.reachable) {
     plan.indicator = IndicatorRoad::x11;
   } else if (offers(facts, {"zwlr_layer_shell_v1"})) {
@@ -99,6 +97,28 @@ DesktopPlan planDesktop(const SessionFacts& facts) {
   }
   takeGeneralRoads(facts, plan);
   return plan;
+}
+
+std::string pasteObstacle(const DesktopPlan& plan) {
+  if (plan.paste != PasteRoad::none && plan.windows != WindowRoad::none) return {};
+  switch (plan.session) {
+    case SessionKind::x11:
+      return plan.paste == PasteRoad::none
+                 ? "The X server lets no program press keys: its XTest extension is missing."
+                 : "No window manager tells which window is active.";
+    case SessionKind::kwin:
+      return "KWin lets installed programs alone press keys and see which window is active. Install Murmel's "
+             "package, or its desktop file in ~/.local/share/applications, and start Murmel anew.";
+    case SessionKind::gnome:
+      return "GNOME tells programs which window is active through an extension only. Enable Murmel's with "
+             "“gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.";
+    case SessionKind::none:
+    case SessionKind::sway:
+    case SessionKind::wlroots:
+    case SessionKind::otherWayland:
+      break;
+  }
+  return "This desktop lets no program press keys or see which window is active.";
 }
 
 std::string sessionTitle(SessionKind session) {

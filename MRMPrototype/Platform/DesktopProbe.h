@@ -56,7 +56,7 @@ enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, mutterRemoteDesk
 /// How the clipboard is read and written.
 enum class ClipboardRoad { none, x11, dataControl };
 /// Who tells which application is in front.
-enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows, accessibility };
+enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows };
 /// How the indicator is put on the screen without taking the keyboard.
 enum class IndicatorRoad { none, x11, layerSurface };
 
@@ -76,6 +76,10 @@ struct DesktopPlan {
 
 /// Pure.
 DesktopPlan planDesktop(const SessionFacts& facts);
+
+/// Why texts are copied there and not pasted, and how that is to be had, in sentences for the user; empty
+/// where they are pasted.
+std::string pasteObstacle(const DesktopPlan& plan);
 
 /// "X11", "Wayland (sway)", …
 std::string sessionTitle(SessionKind session);

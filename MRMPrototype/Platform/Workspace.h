@@ -17,8 +17,14 @@ struct RunningApplication {
   std::string instanceName;      ///< its own name for this window, for applications that share a class
   std::uint32_t window = 0;      ///< the window that was in front
   std::uint64_t startTime = 0;   ///< of the process, to tell it from a later one with the same number
+  pid_t clipboardProxy = 0;      ///< who reads the clipboard in its stead; 0: itself
   bool isPanel = false;          ///< a panel, dock or notification, not a place where somebody writes
 };
+
+/// Who asks for what is pasted into the application.
+inline DesktopClient pasteReader(const RunningApplication& application) {
+  return application.clipboardProxy == 0 ? application.client : DesktopClient{application.clipboardProxy, 0};
+}
 
 inline bool isSameApplication(const RunningApplication& one, const RunningApplication& other) {
   return isSameProgram(one.client, other.client);

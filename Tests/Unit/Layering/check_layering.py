@@ -23,6 +23,7 @@ DESKTOP_HEADER = re.compile(
     r"|cld2/.*|compact_lang_det.*|curl/.*|glib.*|gio/.*|dbus/.*|CLI/.*|pocketsphinx.*|sphinxbase/.*)$")
 
 ADAPTERS = "Platform/Linux/"
+SERVING = ("Platform/Linux/Clipboard", "Platform/Linux/Wayland", "Platform/Linux/X11")
 # Workers bring recognisers and the network library; they have no desktop.
 WORKER_LIBRARY = re.compile(r"^(curl/.*|pocketsphinx.*|sphinxbase/.*)$")
 PICTURE = re.compile(r"(<!-- modules -->\n```\n)(.*?)(```\n)", re.DOTALL)
@@ -104,7 +105,7 @@ def problems_of(root):
         for target, reason in targets.items():
             if target.startswith(("Platform/Linux", "Platform/Qt")) and not name.startswith(
                     ("Shell", "Platform/Linux", "Platform/Qt")) and not (
-                        "Workers/ClipboardKeeper/" in reason and target == "Platform/Linux/X11"):
+                        "Workers/ClipboardKeeper/" in reason and target in SERVING):
                 problems.append(f"{reason}: only Shell knows the adapters")
             if target == "Platform/Fake":
                 problems.append(f"{reason}: fakes are for the tests")

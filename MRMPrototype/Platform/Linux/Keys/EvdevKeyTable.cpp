@@ -60,6 +60,12 @@ VirtualKeyCode virtualKeyFromEvdev(std::uint32_t evdevCode) {
   return virtualKeyWithoutCounterpart(evdevCode);
 }
 
+std::optional<std::uint32_t> evdevFromVirtualKey(VirtualKeyCode keyCode) {
+  if (keyCode > withoutCounterpartBase) return keyCode - withoutCounterpartBase;
+  const auto* const found = std::ranges::find(table, keyCode, &Row::second);
+  return found == table.end() ? std::nullopt : std::optional(found->first);
+}
+
 VirtualKeyCode virtualKeyWithoutCounterpart(std::uint32_t evdevCode) {
   return static_cast<VirtualKeyCode>(withoutCounterpartBase + evdevCode);
 }

@@ -1,0 +1,135 @@
+#include "Platform/Linux/Sway/SwayWorkspace.h"
+
+#include "Platform/Linux/Process/ProcessFacts.h"
+
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace murmel {
+
+namespace {
+
+using Json = nlohmann::json;
+
+/// Every switch passes through no window or a neighbour for a moment.
+constexpr Duration settlingTime = std::chrono::milliseconds(40);
+
+/// Empty for what is no JSON.
+Json parsed(const std::optional<std::string>& text) {
+  return Json::parse(text.value_or(std::string()), nullptr, /*allow_exceptions=*/false);
+}
+
+/// The window below `node` for which `isWanted` holds; null when there is none. Windows are the nodes with a
+/// process.
+template <class Predicate>
+const Json* findWindow(const Json& node, const Predicate& isWanted) {
+  if (!node.is_object()) return nullptr;
+  if (node.contains("pid") && isWanted(node)) return &node;
+  for (const char* kind : {"nodes", "floating_nodes"}) {
+    const auto children = node.find(kind);
+    if (children == node.end() || !children->is_array()) continue;
+    for (const auto& child : *children) {
+      if (const auto* found = findWindow(child, isWanted)) return found;
+    }
+  }
+  return nullptr;
+}
+
+std::string text(const Json& object, const char* name) {
+  const auto found = object.find(name);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+template <class Number>
+Number number(const Json& object, const char* name) {
+  const auto found = object.find(name);
+  return found != object.end() && found->is_number_integer() ? found->get<Number>() : Number{};
+}
+
+RunningApplication described(const Json& window, pid_t server) {
+  RunningApplication application;
+  application.window = number<std::uint32_t>(window, "id");
+  application.client.processIdentifier = number<pid_t>(window, "pid");
+  application.bundleIdentifier = text(window, "app_id");
+  if (const auto properties = window.find("window_properties"); properties != window.end()) {
+    // A program of the X server, for which the compositor reads the clipboard.
+    application.bundleIdentifier = text(*properties, "class");
+    application.instanceName = text(*properties, "instance");
+    application.clipboardProxy = server;
+  }
+  if (const auto facts = factsOf(application.client.processIdentifier))
+    application.startTime = facts->startTime;
+  return application;
+}
+
+bool isFocused(const Json& window) {
+  const auto focused = window.find("focused");
+  return focused != window.end() && focused->is_boolean() && focused->get<bool>();
+}
+
+}  // namespace
+
+std::unique_ptr<SwayWorkspace> SwayWorkspace::open(Executor& executor, const std::string& path) {
+  auto questions = SwaySocket::open(path);
+  auto events = SwaySocket::open(path);
+  if (!questions || !events) return nullptr;
+  if (!events->ask(SwaySocket::Request::subscribe, R"(["window","workspace"])")) return nullptr;
+  return std::unique_ptr<SwayWorkspace>(
+      new SwayWorkspace(executor, path, std::move(questions), std::move(events)));
+}
+
+SwayWorkspace::SwayWorkspace(Executor& executor, std::string path, std::unique_ptr<SwaySocket> questions,
+                             std::unique_ptr<SwaySocket> events)
+    : executor_(executor),
+      path_(std::move(path)),
+      questions_(std::move(questions)),
+      events_(std::move(events)),
+      announced_(frontmostApplication()),
+      watch_(executor_.watchReadable(events_->descriptor(), [this] { handleEvents(); })) {}
+
+std::optional<std::string> SwayWorkspace::ask(SwaySocket::Request request, const std::string& payload) {
+  // One that was given up because an answer came late is no use any more.
+  if (!questions_ || questions_->hasFailed()) questions_ = SwaySocket::open(path_);
+  return questions_ ? questions_->ask(request, payload) : std::nullopt;
+}
+
+void SwayWorkspace::handleEvents() {
+  bool isNews = false;
+  while (events_->next()) isNews = true;
+  if (isNews) pendingAnnouncement_ = executor_.after(settlingTime, [this] { announce(); });
+  // A connection that has ended stays readable for ever.
+  if (events_->hasFailed()) watch_.reset();
+}
+
+void SwayWorkspace::announce() {
+  const auto front = frontmostApplication();
+  // An empty workspace is not told of, but the way back from it is.
+  const bool isNews = front && (!announced_ || front->window != announced_->window);
+  announced_ = front;
+  if (isNews) activations_.emit(*front);
+}
+
+std::optional<RunningApplication> SwayWorkspace::frontmostApplication() {
+  const auto tree = parsed(ask(SwaySocket::Request::tree));
+  const auto* window = findWindow(tree, &isFocused);
+  if (window == nullptr) return std::nullopt;
+  return described(*window, questions_->server());
+}
+
+bool SwayWorkspace::isTerminated(const RunningApplication& application) {
+  if (application.startTime != 0) {
+    const auto facts = factsOf(application.client.processIdentifier);
+    if (!facts || facts->startTime != application.startTime || facts->hasEnded()) return true;
+  }
+  const auto tree = parsed(ask(SwaySocket::Request::tree));
+  return findWindow(tree, [&](const Json& window) {
+           return number<std::uint32_t>(window, "id") == application.window;
+         }) == nullptr;
+}
+
+void SwayWorkspace::activate(const RunningApplication& application) {
+  ask(SwaySocket::Request::command, "[con_id=" + std::to_string(application.window) + "] focus");
+}
+
+}  // namespace murmel

@@ -1,0 +1,39 @@
+#include "Platform/Linux/Wayland/ScreenLockers.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace murmel {
+
+namespace {
+
+/// As the kernel names them, which keeps fifteen letters.
+constexpr std::array<std::string_view, 6> lockers = {"swaylock", "gtklock", "hyprlock",
+                                                     "waylock",  "schlock", "physlock"};
+
+}  // namespace
+
+bool screenLockerRuns() {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+    const auto name = entry.path().filename().native();
+    if (!std::ranges::all_of(name, [](char character) { return character >= '0' && character <= '9'; }))
+      continue;
+    struct stat about {};
+    // Another user's locker is on another session's screen.
+    if (::stat(entry.path().c_str(), &about) != 0 || about.st_uid != ::getuid()) continue;
+    std::ifstream file(entry.path() / "comm");
+    std::string program;
+    if (std::getline(file, program) && std::ranges::find(lockers, program) != lockers.end()) return true;
+  }
+  return false;
+}
+
+}  // namespace murmel
