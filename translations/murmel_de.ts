@@ -373,6 +373,10 @@
         <translation>Diese Sitzung hat keinen Ordner für Programme, die mit ihr starten.</translation>
     </message>
     <message>
+        <source>This desktop lists every window: no program can keep out of its bar.</source>
+        <translation>Dieser Desktop führt jedes Fenster auf: Kein Programm kann seiner Leiste fernbleiben.</translation>
+    </message>
+    <message>
         <source>Show in the task bar</source>
         <translation>In der Taskleiste zeigen</translation>
     </message>

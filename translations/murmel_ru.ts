@@ -373,6 +373,10 @@
         <translation>В этом сеансе нет папки для автозапуска программ.</translation>
     </message>
     <message>
+        <source>This desktop lists every window: no program can keep out of its bar.</source>
+        <translation>Это рабочее окружение показывает все окна: ни одна программа не может остаться вне его панели.</translation>
+    </message>
+    <message>
         <source>Show in the task bar</source>
         <translation>Показывать на панели задач</translation>
     </message>

@@ -89,6 +89,9 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   // Indicator and tray need a server that lets a window stay without the keyboard.
   const bool choosesPlatform = !installation.environment.value("QT_QPA_PLATFORM").has_value();
   if (choosesPlatform && plan.indicator == IndicatorRoad::x11) qputenv("QT_QPA_PLATFORM", "xcb");
+  // Without the plugin for Wayland there are no windows, and dictation works.
+  if (choosesPlatform && plan.indicator != IndicatorRoad::x11)
+    qputenv("QT_QPA_PLATFORM", "wayland;offscreen");
 
   TerminationSignals signals;
   QApplication application(arguments.count, arguments.values);

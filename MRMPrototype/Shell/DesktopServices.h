@@ -6,6 +6,7 @@
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/DesktopProbe.h"
 #include "Platform/FocusedField.h"
+#include "Platform/IndicatorSurface.h"
 #include "Platform/KeyboardPoster.h"
 #include "Platform/KeyboardProbe.h"
 #include "Platform/MicrophoneAuthorization.h"
@@ -38,6 +39,7 @@ struct DesktopServices {
   ClipboardPasteboard& clipboard;
   KeyboardProbe* keyboardProbe = nullptr;           ///< where keys can be asked about
   ClipboardPasteboard* primarySelection = nullptr;  ///< where the desktop has one
+  IndicatorSurface* indicator = nullptr;            ///< null: a window of its own
   /// The desktop lets a process press keys only when it did so from its start.
   bool pasteNeedsFreshProcess = false;
 };

@@ -45,6 +45,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 const auto front = desktop_.workspace.frontmostApplication();
                 return front ? screenOfWindow(front->window) : nullptr;
               },
+          .surface = desktop.indicator,
       }),
       status_(pill_, process.clock, [this] { return std::string(models_.speech->activeEngine().title); }),
       coordinator_(dictationServices()),
@@ -65,7 +66,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                      .isDictating = [this] { return coordinator_.state().isBusy(); },
                      .restart = [this] { restart(); },
                      .refreshMenu = [this] { tray_.refresh(); }}),
-      windows_(windowParts()),
+      windows_(windowParts(planDesktop(session).session)),
       microphones_(process.executor, {installation.build.displayName, std::nullopt}),
       tray_(process.executor, storage_.defaults, installation.build.displayName, menuServices()),
       delegate_(process.executor, *this, selfTest) {
@@ -142,7 +143,13 @@ FirstRunServices MRMPrototypeApp::setupServices() {
   };
 }
 
-MainWindows::Parts MRMPrototypeApp::windowParts() {
+bool MRMPrototypeApp::canHear(const ShortcutConfiguration& shortcut) {
+  // A tap hears every key or none, and says why elsewhere.
+  auto& source = desktop_.shortcuts;
+  return source.hearsEveryKey() || source.permission(shortcutRequest(shortcut)).granted;
+}
+
+MainWindows::Parts MRMPrototypeApp::windowParts(SessionKind session) {
   return {
       .process = process_,
       .installation = installation_,
@@ -157,6 +164,8 @@ MainWindows::Parts MRMPrototypeApp::windowParts() {
       .unlockStorage = [this] { storage_.health.unlock(); },
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
+      .canHearShortcut = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
+      .session = session,
       .diagnostics =
           [this](std::function<void(const std::string&)> ready) { tasks_.start(diagnose(std::move(ready))); },
   };

@@ -73,7 +73,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] DictationServices dictationServices();
   [[nodiscard]] CheckedServices checkedServices(const SessionFacts& session);
   [[nodiscard]] FirstRunServices setupServices();
-  [[nodiscard]] MainWindows::Parts windowParts();
+  [[nodiscard]] MainWindows::Parts windowParts(SessionKind session);
+  [[nodiscard]] bool canHear(const ShortcutConfiguration& shortcut);
   [[nodiscard]] MenuServices menuServices();
   [[nodiscard]] ShortcutWiring::Actions shortcutActions();
   [[nodiscard]] std::string shortcutWarnings(const ShortcutConfiguration& shortcut);

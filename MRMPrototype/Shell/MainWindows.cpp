@@ -87,6 +87,9 @@ SettingsServices MainWindows::settingsServices() {
   services.shortcutNotice = parts_.shortcutNotice;
   services.recordShortcut = parts_.recordShortcut;
   services.hearsFurtherShortcuts = parts_.desktop.shortcuts.hearsEveryKey();
+  services.canHearShortcut = parts_.canHearShortcut;
+  services.canKeepOutOfTaskBar =
+      parts_.session != SessionKind::sway && parts_.session != SessionKind::wlroots;
   services.preparationStatus = [this](SmartLocalModel model) -> std::optional<std::string> {
     const auto status = parts_.speech.refiners.preparationStatus(model);
     return status ? std::optional(std::string(*status)) : std::nullopt;

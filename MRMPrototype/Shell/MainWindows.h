@@ -46,6 +46,8 @@ class MainWindows {
     std::function<void()> unlockStorage;
     std::function<std::string(const ShortcutConfiguration&)> shortcutNotice;
     RecordShortcut recordShortcut;
+    std::function<bool(const ShortcutConfiguration&)> canHearShortcut;
+    SessionKind session = SessionKind::none;
     std::function<void(std::function<void(const std::string&)>)> diagnostics;
   };
 

@@ -29,4 +29,14 @@ ShortcutConfiguration configuration(ShortcutChoice choice) {
   return {disabled, 0, 0, ""};
 }
 
+std::vector<ShortcutChoice> offeredChoices(
+    const std::function<bool(const ShortcutConfiguration&)>& canBeHeard) {
+  std::vector<ShortcutChoice> offered;
+  for (const auto choice : allCases<ShortcutChoice>()) {
+    if (choice == ShortcutChoice::disabled || !canBeHeard || canBeHeard(configuration(choice)))
+      offered.push_back(choice);
+  }
+  return offered;
+}
+
 }  // namespace murmel

@@ -3,7 +3,9 @@
 #include "Foundation/RawValue.h"
 #include "Shortcut/ShortcutConfiguration.h"
 
+#include <functional>
 #include <string_view>
+#include <vector>
 
 namespace murmel {
 
@@ -39,5 +41,9 @@ constexpr std::string_view id(ShortcutChoice choice) {
 }
 
 ShortcutConfiguration configuration(ShortcutChoice choice);
+
+/// Those that this desktop can hear, and the disabled one. An empty predicate: all.
+std::vector<ShortcutChoice> offeredChoices(
+    const std::function<bool(const ShortcutConfiguration&)>& canBeHeard);
 
 }  // namespace murmel

@@ -16,6 +16,8 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStyleHints>
+#include <QtMath>
+#include <chrono>
 #include <utility>
 
 namespace murmel {
@@ -29,6 +31,10 @@ constexpr int mostLines = 3;
 constexpr int signSize = 20;
 constexpr int buttonSize = 26;
 constexpr double largestRadius = 22;
+/// How often a picture of the level is made.
+constexpr std::chrono::milliseconds pictureInterval(40);
+
+static_assert(static_cast<int>(OverlayPosition::left) == static_cast<int>(IndicatorSurface::Edge::left));
 
 const QColor background(28, 28, 32, 235);
 const QColor edgeLine(255, 255, 255, 46);
@@ -188,6 +194,9 @@ void RecordingPill::showHint(const std::string& hint) {
 
 void RecordingPill::setLevel(double level) {
   meter_->push(level);
+  if (actions_.surface == nullptr || awaitsPicture_) return;
+  awaitsPicture_ = true;
+  QTimer::singleShot(pictureInterval, this, &RecordingPill::presentPicture);
 }
 
 void RecordingPill::showCaptureCondition(CaptureCondition condition) {
@@ -230,9 +239,10 @@ void RecordingPill::render() {
   soFar_->setWords(QString::fromStdString(recognised_));
   meter_->setVisible(isRecording);
   elapsed_->setVisible(isRecording);
-  stop_->setVisible(isRecording);
-  cancel_->setVisible(state_.isBusy() && hint_.empty());
-  dismiss_->setVisible(!rests && isTrouble() && hint_.empty());
+  const bool hasButtons = actions_.surface == nullptr;
+  stop_->setVisible(hasButtons && isRecording);
+  cancel_->setVisible(hasButtons && state_.isBusy() && hint_.empty());
+  dismiss_->setVisible(hasButtons && !rests && isTrouble() && hint_.empty());
   showSign();
   showElapsed();
   const int across = rests ? padding - grid::unit / 2 : padding;
@@ -272,7 +282,30 @@ void RecordingPill::showElapsed() {
   elapsed_->setText(QStringLiteral("%1:%2").arg(seconds / minute).arg(seconds % minute, 2, 10, QChar(u'0')));
 }
 
+void RecordingPill::presentPicture() {
+  awaitsPicture_ = false;
+  if (isResting()) return;
+  const auto* screen = QGuiApplication::primaryScreen();
+  const int scale = screen == nullptr ? 1 : qCeil(screen->devicePixelRatio());
+  QImage image(size() * scale, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::transparent);
+  QWidget::render(&image, {}, {}, QWidget::DrawChildren);
+  IndicatorSurface::Picture picture{
+      {}, image.width(), image.height(), scale, static_cast<IndicatorSurface::Edge>(edge_)};
+  picture.pixels.reserve(static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(image.height()));
+  for (int row = 0; row < image.height(); ++row) {
+    const auto* line = reinterpret_cast<const std::uint32_t*>(image.constScanLine(row));
+    picture.pixels.insert(picture.pixels.end(), line, line + image.width());
+  }
+  actions_.surface->show(picture);
+}
+
 void RecordingPill::appear() {
+  if (actions_.surface != nullptr) {
+    isResting() ? actions_.surface->hide() : presentPicture();
+    return;
+  }
   const bool isNeeded = !isResting() || isShownAtRest_;
   setVisible(isNeeded);
   if (isNeeded) raise();

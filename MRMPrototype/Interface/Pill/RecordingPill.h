@@ -3,6 +3,7 @@
 #include "Dictation/OverlayController.h"
 #include "Foundation/SpokenText.h"
 #include "Interface/Pill/Compositing.h"
+#include "Platform/IndicatorSurface.h"
 #include "Settings/OverlayPosition.h"
 
 #include <QCoreApplication>
@@ -29,6 +30,8 @@ struct PillActions {
   std::function<void(OverlayPosition)> moved;
   /// Where somebody writes at the moment; empty, or null from it: the first screen.
   std::function<QScreen*()> screen;
+  /// Where the desktop shows a picture of the pill, and lets nobody click on it; null: it is a window.
+  IndicatorSurface* surface = nullptr;
 };
 
 /// The floating indicator: the state in words, and while it records the level of the microphone, the time,
@@ -67,6 +70,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   void showSign();
   void showElapsed();
   void appear();
+  void presentPicture();
   void dismiss();
   void place();
   void shape();
@@ -83,6 +87,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   std::string recognised_;
   bool isShownAtRest_ = false;
   bool isDismissed_ = false;
+  bool awaitsPicture_ = false;
   std::optional<QPoint> grip_;  ///< where in the window it is held
   bool isDragged_ = false;
   QElapsedTimer recordingSince_;

@@ -34,13 +34,15 @@ void GeneralPage::addStart() {
   } else {
     row->setUnavailable(tr("This session has no folder for programs that start with it."));
   }
-  addSwitch(
+  auto* taskBar = addSwitch(
       card,
       {tr("Show in the task bar"), tr("Without this, open windows appear in the tray icon's menu only.")},
       {.property = SettingsProperty::showInDock,
        .get = [this] { return settings().showInDock(); },
        .set = [this](bool on) { settings().setShowInDock(on); },
        .standard = true});
+  if (!this->services().canKeepOutOfTaskBar)
+    taskBar->setUnavailable(tr("This desktop lists every window: no program can keep out of its bar."));
 }
 
 void GeneralPage::addDictation() {

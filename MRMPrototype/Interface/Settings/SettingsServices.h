@@ -57,8 +57,12 @@ struct SettingsServices {
   /// What speaks against the shortcut on this desktop; empty when nothing does.
   std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};
   RecordShortcut recordShortcut{};
+  /// Whether this desktop can hear a shortcut at all; empty: any.
+  std::function<bool(const ShortcutConfiguration&)> canHearShortcut{};
   /// Whether further shortcuts than the one of the dictation are heard here.
   bool hearsFurtherShortcuts = true;
+  /// Whether the desktop lets windows keep out of its task bar.
+  bool canKeepOutOfTaskBar = true;
   /// How far the language model is; nothing while nobody has asked for it.
   std::function<std::optional<std::string>(SmartLocalModel)> preparationStatus{};
   /// Why the model, or the Russian corrector, is not ready; empty when there is nothing to say.

@@ -10,9 +10,10 @@ namespace murmel {
 
 namespace {
 
-std::vector<ShortcutConfiguration> readyMade() {
+std::vector<ShortcutConfiguration> readyMade(const SettingsServices& services) {
   std::vector<ShortcutConfiguration> all{proposedShortcuts().front()};
-  for (const auto choice : allCases<ShortcutChoice>()) all.push_back(configuration(choice));
+  if (services.canHearShortcut && !services.canHearShortcut(all.front())) all.clear();
+  for (const auto choice : offeredChoices(services.canHearShortcut)) all.push_back(configuration(choice));
   return all;
 }
 
@@ -22,7 +23,7 @@ ShortcutPage::ShortcutPage(const SettingsServices& services)
     : SettingsPage(tr("Shortcut"),
                    tr("The keys that start and stop a dictation, whatever application is in front."),
                    services),
-      ready_(readyMade()),
+      ready_(readyMade(services)),
       choice_(new ChoiceBox),
       notice_(new NoticeBar(Severity::warning)) {
   addWidget(notice_);

@@ -24,9 +24,7 @@ Task<CheckResult> checkSession(CheckedServices services) {
     co_return CheckResult{CheckState::broken,
                           services.desktopFailure + " “murmel transcribe FILE” works without a desktop."};
   }
-  auto title = sessionTitle(plan.session);
-  if (plan.session != SessionKind::x11) title += ", through XWayland";
-  co_return CheckResult{CheckState::works, title + "."};
+  co_return CheckResult{CheckState::works, sessionTitle(plan.session) + "."};
 }
 
 Task<CheckResult> checkBus(CheckedServices /*services*/) {
@@ -60,22 +58,13 @@ Task<CheckResult> checkPaste(CheckedServices services) {
   if (services.desktop == nullptr)
     co_return CheckResult{CheckState::limited, "There is no desktop to paste on."};
   auto& keyboard = services.desktop->keyboard;
+  const auto obstacle = pasteObstacle(planDesktop(services.facts));
+  if (!obstacle.empty())
+    co_return CheckResult{CheckState::limited, obstacle + " Text is copied, for you to paste."};
   if (!keyboard.mayPost()) {
-    co_return CheckResult{
-        CheckState::limited,
-        "This desktop lets no program press keys (on X11: the XTest extension is missing). Text "
-        "is copied, for you to paste."};
-  }
-  const auto plan = planDesktop(services.facts);
-  if (plan.session != SessionKind::x11) {
-    co_return CheckResult{
-        CheckState::limited,
-        "In this Wayland session text is pasted into X programs only, and copied otherwise."};
-  }
-  if (plan.windows == WindowRoad::none) {
-    co_return CheckResult{
-        CheckState::limited,
-        "No window manager tells which window is active. Text is copied, for you to paste."};
+    co_return CheckResult{CheckState::limited,
+                          "The desktop does not let this program press keys after all. Text is copied, for "
+                          "you to paste."};
   }
   if (!keyboard.canPost(PasteChord::controlV) && !keyboard.canPost(PasteChord::shiftInsert)) {
     co_return CheckResult{CheckState::limited,

@@ -1,0 +1,163 @@
+#include "Shell/WaylandDesktop.h"
+
+#include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
+#include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
+#include "Platform/Linux/PulseAudio/PulseAudioInput.h"
+#include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
+#include "Platform/Linux/Sway/SwayBindings.h"
+#include "Platform/Linux/Sway/SwayWorkspace.h"
+#include "Platform/Linux/Wayland/ForeignToplevels.h"
+#include "Platform/Linux/Wayland/LayerSurface.h"
+#include "Platform/Linux/Wayland/ScreenLockers.h"
+#include "Platform/Linux/Wayland/VirtualKeyboard.h"
+#include "Platform/Linux/Wayland/WaylandPasteboards.h"
+#include "Platform/Linux/X11/X11Pasteboards.h"
+#include "Platform/Qt/DesktopSessionGuard.h"
+#include "Shell/AbsentServices.h"
+#include "Shell/ClipboardKeeping.h"
+
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+/// What is there of each service, in the order in which they need one another.
+struct Roads {
+  std::unique_ptr<ClipboardKeeperProcess> keeper{};
+  std::unique_ptr<WaylandPasteboards> clipboards{};
+  std::unique_ptr<X11Pasteboards> x11Clipboards{};
+  std::unique_ptr<Workspace> workspace{};
+  std::unique_ptr<KeyboardPoster> keyboard{};
+  std::unique_ptr<ShortcutSource> shortcuts{};
+  std::unique_ptr<CancelKey> cancelKey{};
+  std::unique_ptr<IndicatorSurface> indicator{};
+
+  [[nodiscard]] ClipboardPasteboard& general() const {
+    return clipboards ? clipboards->general() : x11Clipboards->general();
+  }
+  [[nodiscard]] ClipboardPasteboard* primary() const {
+    return clipboards ? clipboards->primary() : &x11Clipboards->primary();
+  }
+};
+
+class Connection final : public DesktopConnection {
+ public:
+  Connection(const DesktopParameters& parameters, Roads roads)
+      : microphone_(parameters.process.executor, {parameters.displayName, std::nullopt}),
+        authorization_(PulseAudioAuthorization::Environment::from(parameters.environment)),
+        sounds_({parameters.displayName, std::nullopt}),
+        roads_(std::move(roads)),
+        focusedField_(parameters.process.executor),
+        session_(parameters.process.executor, &screenLockerRuns) {}
+
+  [[nodiscard]] DesktopServices services() override {
+    return {
+        .microphone = microphone_,
+        .microphoneAuthorization = authorization_,
+        .sounds = sounds_,
+        .shortcuts = *roads_.shortcuts,
+        .workspace = *roads_.workspace,
+        .keyboard = *roads_.keyboard,
+        .secureInput = secureInput_,
+        .focusedField = focusedField_,
+        .session = session_,
+        .cancelKey = *roads_.cancelKey,
+        .clipboard = roads_.general(),
+        .primarySelection = roads_.primary(),
+        .indicator = roads_.indicator.get(),
+    };
+  }
+
+ private:
+  PulseAudioInput microphone_;
+  PulseAudioAuthorization authorization_;
+  PulseAudioSoundPlayer sounds_;
+  Roads roads_;
+  UnseenSecureInput secureInput_;
+  AccessibleFocusedField focusedField_;
+  DesktopSessionGuard session_;
+};
+
+std::expected<void, std::string> openClipboard(const DesktopPlan& plan, const DesktopParameters& parameters,
+                                               Roads& roads) {
+  auto& process = parameters.process;
+  switch (plan.clipboard) {
+    case ClipboardRoad::dataControl: {
+      roads.keeper = clipboardKeeper(parameters, {"WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "HOME"});
+      auto opened = WaylandPasteboards::open(process.executor, process.clock, roads.keeper.get());
+      if (!opened) return std::unexpected(opened.error());
+      roads.clipboards = *std::move(opened);
+      return {};
+    }
+    case ClipboardRoad::x11: {
+      roads.keeper = clipboardKeeper(parameters, {"DISPLAY", "XAUTHORITY", "HOME"});
+      auto opened = X11Pasteboards::open(process.executor, process.clock, {}, roads.keeper.get());
+      if (!opened) return std::unexpected(opened.error());
+      roads.x11Clipboards = *std::move(opened);
+      return {};
+    }
+    case ClipboardRoad::none:
+      break;
+  }
+  return std::unexpected("This is a session of " + sessionTitle(plan.session) +
+                         " without XWayland, which Murmel needs there for the clipboard.");
+}
+
+std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopParameters& parameters) {
+  auto& executor = parameters.process.executor;
+  if (plan.windows == WindowRoad::swayTree) {
+    if (auto opened = SwayWorkspace::open(executor, parameters.environment.value("SWAYSOCK").value_or("")))
+      return opened;
+  }
+  if (plan.windows == WindowRoad::foreignToplevel) {
+    if (auto opened = ForeignToplevels::open(executor)) return *std::move(opened);
+  }
+  return std::make_unique<NoWorkspace>();
+}
+
+std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, Workspace& workspace) {
+  if (plan.paste == PasteRoad::virtualKeyboard) {
+    if (auto opened = VirtualKeyboard::open(workspace)) return *std::move(opened);
+  }
+  return std::make_unique<NoKeyboard>();
+}
+
+void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters, Roads& roads) {
+  auto& executor = parameters.process.executor;
+  if (plan.shortcut == ShortcutRoad::swayBindings) {
+    const auto socket = parameters.environment.value("SWAYSOCK").value_or("");
+    roads.shortcuts = std::make_unique<SwayBindings>(executor, socket);
+    roads.cancelKey = std::make_unique<SwayCancelKey>(executor, socket);
+    return;
+  }
+  roads.shortcuts = std::make_unique<NoShortcuts>(
+      "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its "
+      "settings.");
+  roads.cancelKey = std::make_unique<NoCancelKey>();
+}
+
+std::unique_ptr<IndicatorSurface> indicatorFor(const DesktopPlan& plan, const DesktopParameters& parameters) {
+  if (plan.indicator == IndicatorRoad::x11) return nullptr;
+  if (plan.indicator == IndicatorRoad::layerSurface) {
+    if (auto opened = LayerSurface::open(parameters.process.executor)) return opened;
+  }
+  // A window of Wayland's would take the keyboard.
+  return std::make_unique<NoIndicator>();
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::open(
+    const DesktopPlan& plan, const DesktopParameters& parameters) {
+  Roads roads;
+  if (const auto opened = openClipboard(plan, parameters, roads); !opened)
+    return std::unexpected(opened.error());
+  roads.workspace = workspaceFor(plan, parameters);
+  roads.keyboard = keyboardFor(plan, *roads.workspace);
+  openShortcuts(plan, parameters, roads);
+  roads.indicator = indicatorFor(plan, parameters);
+  return std::make_unique<Connection>(parameters, std::move(roads));
+}
+
+}  // namespace murmel
