@@ -1,0 +1,192 @@
+#!/usr/bin/env python3
+"""Whole dictations on a Wayland desktop: the shortcut is held on the user's keyboard, a recording is played into the
+microphone, and the words arrive in real applications, once, with the clipboard as it was.
+
+usage: dictation_test.py BUILD [--count N] [--programs NAME,…] [--held]
+Runs in `private-session --sway|--kwin|--gnome --xwayland --pulse`. A program that does not run is a failure."""
+import argparse
+import http.server
+import json
+import os
+import pathlib
+import signal
+import statistics
+import subprocess
+import sys
+import threading
+import time
+
+HERE = pathlib.Path(__file__).parent
+SESSION = pathlib.Path(os.environ["MURMEL_SESSION_DIRECTORY"])
+CONTROL, SPACE, SHIFT = 29, 57, 42
+RECORDING = "/usr/share/pocketsphinx/test/data/cards/001.wav"
+WORDS = "ten of clubs"
+PAGE = b"""<!doctype html><meta charset=utf-8><textarea autofocus style="width:90%;height:300px"></textarea><script>
+const t=document.querySelector('textarea');t.focus();
+t.addEventListener('input',()=>fetch('/',{method:'POST',body:t.value}));</script>"""
+
+
+def until(condition, seconds=20):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        if condition():
+            return True
+        time.sleep(0.01)
+    return False
+
+
+def succeeds(*command):
+    return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+
+def keys(*lines):
+    with open(os.environ["MURMEL_KEYBOARD"], "w") as keyboard:
+        keyboard.write("\n".join(lines) + "\n")
+
+
+class Page:
+    """A page with a text area, which tells what stands in it."""
+
+    def __init__(self, file):
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def answer(self, body):
+                self.send_response(200)
+                self.send_header("Content-Type", "text/html")
+                self.end_headers()
+                self.wfile.write(body)
+
+            def do_GET(self):
+                self.answer(PAGE)
+
+            def do_POST(self):
+                file.write_bytes(self.rfile.read(int(self.headers["Content-Length"])))
+                self.answer(b"")
+
+            def log_message(self, *_):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+        self.address = f"http://127.0.0.1:{self.server.server_port}/"
+
+
+def program(name, build, file):
+    """Command and environment of a program that writes what it is given to the file."""
+    qt = [f"{build}/tests/qt-editor", str(file)]
+    return {
+        "gtk3": lambda: (["python3", str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "wayland"}),
+        "gtk4": lambda: (["python3", str(HERE / "editor.py"), "4", str(file)],
+                         {"GDK_BACKEND": "wayland", "GSK_RENDERER": "cairo"}),
+        "qt6": lambda: (qt, {"QT_QPA_PLATFORM": "wayland"}),
+        "foot": lambda: (["foot", "sh", "-c", f"stty raw -echo; exec cat >'{file}'"], {}),
+        "x11": lambda: (["python3", str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "x11"}),
+        "chromium": lambda: (["chromium", "--no-sandbox", "--ozone-platform=wayland", "--disable-gpu", "--no-first-run",
+                              "--password-store=basic", f"--user-data-dir={SESSION}/chromium",
+                              f"--app={Page(file).address}"], {}),
+    }[name]()
+
+
+class Clipboard:
+    """What the user has copied, as the desktop's own program sees it."""
+
+    def __init__(self):
+        self.bytes = b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 4000
+        x11 = "gnome" in os.environ["XDG_CURRENT_DESKTOP"].lower()
+        self.copy = ["xclip", "-selection", "clipboard", "-t", "image/png"] if x11 else ["wl-copy", "-t", "image/png"]
+        self.paste = [*self.copy, "-o"] if x11 else ["wl-paste", "-n", "-t", "image/png"]
+        subprocess.run(self.copy, input=self.bytes, stdout=subprocess.DEVNULL, check=True)
+
+    def is_as_it_was(self):
+        found = subprocess.run(self.paste, capture_output=True, timeout=10)
+        return found.stdout == self.bytes
+
+
+class Murmel:
+    def __init__(self, build):
+        self.binary = f"{build}/bin/murmel"
+        settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "MRM" / "defaults.json"
+        settings.parent.mkdir(parents=True, exist_ok=True)
+        settings.write_text(json.dumps({"onboarding.completed": True, "settings.shortcut": "controlSpace"}))
+        self.log = SESSION / "murmel.log"
+        self.process = subprocess.Popen([self.binary], stdout=self.log.open("w"), stderr=subprocess.STDOUT)
+        assert until(lambda: succeeds(self.binary, "status")), "Murmel does not start"
+
+    def is_listening(self):
+        streams = subprocess.run(["pactl", "list", "short", "source-outputs"], capture_output=True, text=True).stdout
+        return len(streams.splitlines()) > 1
+
+    def quit(self):
+        subprocess.run([self.binary, "quit"], check=False)
+        assert self.process.wait(20) == 0, self.log.read_text()
+
+
+def dictate(murmel, file, expected, holds):
+    """Seconds from the press to the open microphone, and from the release to the text; none when it did not come."""
+    pressed = time.monotonic()
+    keys(f"down {CONTROL}", f"down {SPACE}")
+    if not until(murmel.is_listening):
+        return None, "the microphone was not opened"
+    listening = time.monotonic() - pressed
+    subprocess.run(["paplay", "--latency-msec=100", "-d", "mic", RECORDING], check=True)
+    released = time.monotonic()
+    keys(f"up {SPACE}", f"up {CONTROL}", *([f"down {SHIFT}"] if holds else []))
+    came = until(lambda: file.exists() and file.read_text(errors="replace").count(WORDS) >= expected)
+    took = time.monotonic() - released
+    if holds:
+        keys(f"up {SHIFT}")
+    return (listening, took), None if came else "the text did not come"
+
+
+def run(name, murmel, clipboard, build, count, holds):
+    file = SESSION / f"{name}.txt"
+    command, environment = program(name, build, file)
+    log = (SESSION / f"{name}.log").open("w")
+    process = subprocess.Popen(command, env={**os.environ, **environment}, stdout=log, stderr=log)
+    time.sleep(6 if name == "chromium" else 2)  # until it has a window and the keyboard: nothing tells
+    good, times, faults = 0, [], []
+    for number in range(1, count + 1):
+        figures, fault = dictate(murmel, file, number, holds and number % 2 == 0)
+        if not fault and not until(clipboard.is_as_it_was, 5):
+            fault = "the clipboard is another"
+        if process.poll() is not None:
+            fault = "the program has ended"
+        if fault:
+            faults.append(f"{number}: {fault}")
+        else:
+            good += 1
+            times.append(figures)
+        if len(faults) > 3:
+            break
+        time.sleep(0.2)
+    text = file.read_text(errors="replace") if file.exists() else ""
+    if text.replace(WORDS, "").strip() or text.count(WORDS) != count:
+        faults.append(f"it stands there as {text[:200]!r}")
+    process.send_signal(signal.SIGTERM)
+    process.wait()
+    time.sleep(0.5)
+    middle = [f"{statistics.median(column) * 1000:.0f}" for column in zip(*times)] or ["-", "-"]
+    print(f"{name:10} {good:3} of {count:3}   press to listening {middle[0]} ms, release to text {middle[1]} ms", flush=True)
+    for fault in faults:
+        print(f"  {fault}", flush=True)
+    return not faults
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("build")
+    parser.add_argument("--count", type=int, default=2)
+    parser.add_argument("--programs", default="gtk3,qt6,foot,x11")
+    parser.add_argument("--held", action="store_true", help="hold Shift at every second paste")
+    options = parser.parse_args()
+    murmel = Murmel(options.build)
+    clipboard = Clipboard()
+    time.sleep(1.5)
+    results = [run(name, murmel, clipboard, options.build, options.count, options.held)
+               for name in options.programs.split(",")]
+    murmel.quit()
+    if not all(results):
+        print(murmel.log.read_text()[-3000:])
+    sys.exit(0 if all(results) else 1)
+
+
+main()
