@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <stop_token>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -65,6 +67,32 @@ TEST(X11KeyboardPoster, AKeyWithoutMeaningKeepsALoneModifierFromOpeningAMenu) {
                     .c_str()),
             0)
       << presses[1];
+}
+
+TEST(X11KeyboardPoster, NothingComesBetweenTheLookAndTheKeys) {
+  X11KeyboardDesk desk;
+  const auto one = desk.launch("One");
+  const auto handle = *desk.workspace().frontmostApplication();
+  const auto two = desk.launch("Two");
+  const auto other = *desk.workspace().frontmostApplication();
+  std::size_t posted = 0;
+  {
+    // Somebody gives the keyboard to and fro as fast as the server can.
+    const std::jthread swapping([&](const std::stop_token& stop) {
+      const auto x = X11Connection::open("");
+      while (!stop.stop_requested()) {
+        for (const auto window : {handle.window, other.window}) {
+          xcb_set_input_focus((*x)->get(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+          (void)x11Reply((*x)->get(), xcb_get_input_focus_reply, xcb_get_input_focus((*x)->get()));
+        }
+      }
+    });
+    for (int attempt = 0; attempt < 20'000 && posted < 50; ++attempt)
+      posted += desk.poster().post(PasteChord::controlV, handle) == PostResult::posted ? 1 : 0;
+  }
+  EXPECT_TRUE(desk.waitUntil([&] { return desk.chordsSeenBy(one) == posted; }));
+  EXPECT_GT(posted, 0U);
+  EXPECT_EQ(desk.chordsSeenBy(two), 0U);
 }
 
 TEST(X11KeyboardPoster, LocksAreNoHeldModifiers) {
