@@ -114,7 +114,7 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::createFor(
       .modelIntegrityCheck =
           [&store](const std::filesystem::path& folder) { return store.verifyArtifacts(folder); },
       .mayExecute = [policy = std::move(policy)](
-                        const std::filesystem::path& executable) { return policy.mayExecute(executable); },
+                        const std::filesystem::path& executable) { return mayStart(policy, executable); },
       .runningProcessIntegrityCheck =
           [](const ChildProcess& process, const std::filesystem::path&) {
             return process.runningIdentity() == process.launchedIdentity();
@@ -125,6 +125,13 @@ Result<std::unique_ptr<FluidAudioProvider>> FluidAudioProvider::createFor(
                                                        std::move(configuration));
   if (engine != nullptr && engine->takesHints) provider->vocabulary_ = bundle.vocabulary;
   return provider;
+}
+
+bool FluidAudioProvider::mayStart(const ExecutableRuntimePolicy& policy,
+                                  const std::filesystem::path& worker) {
+  const int level = engineModuleLevel(worker.parent_path());
+  return policy.mayExecute(worker) &&
+         (level == 0 || policy.mayExecute(engineModule(worker.parent_path(), level)));
 }
 
 void FluidAudioProvider::startWarmup(WarmupCompletion completion) {

@@ -69,6 +69,8 @@ class FluidAudioProvider final : public TranscriptionProvider {
                                                                const SpeechModelStore& store,
                                                                ExecutableRuntimePolicy policy,
                                                                WorkerLimits limits = {});
+  /// Whether the worker may be started, and the library of engines beside it may be loaded.
+  static bool mayStart(const ExecutableRuntimePolicy& policy, const std::filesystem::path& worker);
 
   /// Starts the worker and lets it load its model. `completion` gets false on any error, and when the
   /// provider goes before it has begun.

@@ -37,6 +37,7 @@ TEST_F(RuntimePolicy, of_a_development_build_starts_any_worker_of_its_own) {
 
 TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
   ASSERT_TRUE(SignedExecutableManifest::sign(folders.executable, ours));
+  std::filesystem::rename(folder.path() / "murmel.manifest", folders.resources / "murmel.manifest");
   EXPECT_FALSE(startsWorker()) << "unsigned";
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));
   EXPECT_FALSE(startsWorker()) << "of another team";
@@ -44,6 +45,9 @@ TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
   EXPECT_TRUE(startsWorker());
   std::ofstream(worker(), std::ios::app) << " changed";
   EXPECT_FALSE(startsWorker()) << "changed since";
+  ASSERT_TRUE(SignedExecutableManifest::sign(worker(), ours));
+  std::ofstream(folders.executable, std::ios::app) << " changed";
+  EXPECT_FALSE(startsWorker()) << "the application itself was changed";
 }
 
 }  // namespace

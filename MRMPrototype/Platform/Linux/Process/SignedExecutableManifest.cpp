@@ -79,7 +79,12 @@ std::string SignedExecutableManifest::team(const ed25519::PublicKey& key) {
 }
 
 std::optional<std::string> SignedExecutableManifest::teamOf(const std::filesystem::path& executable) {
-  const auto text = readManifest(manifestOf(executable));
+  return teamOf(executable, manifestOf(executable));
+}
+
+std::optional<std::string> SignedExecutableManifest::teamOf(const std::filesystem::path& executable,
+                                                            const std::filesystem::path& manifest) {
+  const auto text = readManifest(manifest);
   if (!text) return std::nullopt;
   const auto key = crypto::fromHexadecimal<ed25519::publicKeySize>(valueOf(*text, "key"));
   const auto signature = crypto::fromHexadecimal<ed25519::signatureSize>(valueOf(*text, "signature"));

@@ -26,6 +26,9 @@ struct SignedExecutableManifest {
   /// The team that signed `executable` as it is now. Nothing without a manifest, with one that is malformed,
   /// for another name or other contents, or whose signature does not hold. Reads the whole file; any thread.
   static std::optional<std::string> teamOf(const std::filesystem::path& executable);
+  /// The same with a manifest that lies elsewhere.
+  static std::optional<std::string> teamOf(const std::filesystem::path& executable,
+                                           const std::filesystem::path& manifest);
 
   /// Writes the manifest of `executable` beside it. False when one of the files cannot be read or written.
   static bool sign(const std::filesystem::path& executable, const ed25519::SigningKey& key);
