@@ -1507,6 +1507,10 @@
         <source>Murmel ended before your last words were recognized.</source>
         <translation>Murmel wurde beendet, bevor Ihre letzten Worte erkannt waren.</translation>
     </message>
+    <message>
+        <source>Cannot run here: %1.</source>
+        <translation>Läuft hier nicht: %1.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -1511,6 +1511,10 @@
         <source>Murmel ended before your last words were recognized.</source>
         <translation>Murmel завершился раньше, чем были распознаны последние слова.</translation>
     </message>
+    <message>
+        <source>Cannot run here: %1.</source>
+        <translation>Здесь не работает: %1.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -16,17 +16,25 @@ bool isElsewhere(const RefinerLocations& locations) {
          locations.onnxRuntime->starts_with('/');
 }
 
-std::filesystem::path onnxRuntime(const RefinerLocations& locations) {
-  if (isElsewhere(locations)) return *locations.onnxRuntime;
-  return locations.resourcesDirectory / SageNativeAssets::runtimePath;
+}  // namespace
+
+LanguageModelRuntime RefinerLocations::languageModelRuntime(ExecutableRuntimePolicy policy) const {
+  return LanguageModelRuntime::locate(resourcesDirectory, edition, std::move(policy), languageModelServer);
 }
 
-SageWorkerClient::MayExecute sagePolicy(const RefinerLocations& locations, ExecutableRuntimePolicy policy) {
-  auto elsewhere = isElsewhere(locations) ? onnxRuntime(locations) : std::filesystem::path();
+std::filesystem::path RefinerLocations::onnxRuntimeLibrary() const {
+  if (isElsewhere(*this)) return *onnxRuntime;
+  return resourcesDirectory / SageNativeAssets::runtimePath;
+}
+
+SageWorkerClient::MayExecute RefinerLocations::russianPolicy(ExecutableRuntimePolicy policy) const {
+  auto elsewhere = isElsewhere(*this) ? onnxRuntimeLibrary() : std::filesystem::path();
   return [policy = std::move(policy), elsewhere = std::move(elsewhere)](const std::filesystem::path& file) {
     return policy.mayExecute(file) || (!elsewhere.empty() && file == elsewhere);
   };
 }
+
+namespace {
 
 /// Reasons come from this program and its workers, and none holds a word of the user's.
 std::function<void(const std::string&)> logging(const Logger& log, std::string model) {
@@ -47,14 +55,13 @@ LocalModelRefiners::LocalModelRefiners(Services services, const std::string& app
       applicationIdentifier_(applicationIdentifier),
       log_(services.log, applicationIdentifier, "local-models"),
       choice_(std::move(choice)),
-      assets_(locations.resourcesDirectory, onnxRuntime(locations), services.files),
-      mayExecute_(sagePolicy(locations, policy)),
+      assets_(locations.resourcesDirectory, locations.onnxRuntimeLibrary(), services.files),
+      mayExecute_(locations.russianPolicy(policy)),
       sageLimits_(sageLimits),
       pool_({services.executor, services.clock, services.launcher}, services.files,
             {.applicationIdentifier = applicationIdentifier,
              .temporaryDirectory = locations.temporaryDirectory,
-             .runtime = LanguageModelRuntime::locate(locations.resourcesDirectory, locations.edition, policy,
-                                                     locations.languageModelServer),
+             .runtime = locations.languageModelRuntime(policy),
              .limits = serverLimits,
              .failed = [log = log_](SmartLocalModel model, const std::string& reason) {
                logging(log, std::string(rawValue(model)))(reason);

@@ -30,6 +30,12 @@ struct RefinerLocations {
   std::optional<std::string> languageModelServer;
   /// Of `SageNativeAssets::runtimeEnvironmentVariable`.
   std::optional<std::string> onnxRuntime;
+
+  [[nodiscard]] LanguageModelRuntime languageModelRuntime(ExecutableRuntimePolicy policy) const;
+  /// The library that the Russian corrector loads.
+  [[nodiscard]] std::filesystem::path onnxRuntimeLibrary() const;
+  /// Which files the Russian corrector may consist of.
+  [[nodiscard]] SageWorkerClient::MayExecute russianPolicy(ExecutableRuntimePolicy policy) const;
 };
 
 /// The refiners that run models on this machine, with the processes behind them. Main thread. Destroying it

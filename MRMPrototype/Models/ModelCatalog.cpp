@@ -1,7 +1,6 @@
 #include "Models/ModelCatalog.h"
 
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
-#include "Models/ModelStoreLayout.h"
 #include "Models/SpeechEngines.h"
 
 #include <algorithm>
@@ -93,30 +92,25 @@ const std::vector<CatalogModel>& modelCatalog() {
   return models;
 }
 
-ModelMachine ModelMachine::ofThisMachine(const std::filesystem::path& resources) {
-  std::error_code error;
-  const auto isThere = [&](std::string_view path) {
-    return std::filesystem::is_regular_file(resources / path, error);
-  };
-  return {.memory = static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES)) *
-                    static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)),
-          .speechEngineLevel = engineModuleLevel(resources / workersFolder),
-          .runsLanguageModels = isThere(llamaServerPath),
-          .runsRussian = isThere(russianWorkerPath)};
+std::uint64_t installedMemory() {
+  return static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES)) *
+         static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
 
 std::string whyUnusable(const CatalogModel& model, const ModelMachine& machine) {
+  const auto cannot = [](std::string_view reason) { return fmt::format("Cannot run here: {}.", reason); };
   if (model.importance == MRMModelDownloadImportance::required) {
     if (machine.speechEngineLevel < std::max(1, model.speechEngineLevel))
-      return "Its engine is not in this build, or this processor is too old for it.";
-  } else if (model.name == russianName) {
-    if (!machine.runsRussian) return "This build has no corrector for Russian.";
-  } else if (!machine.runsLanguageModels) {
-    return "This build has no server for language models.";
+      return cannot("its engine is not in this build, or this processor is too old for it");
+  } else {
+    const auto& obstacle =
+        model.name == russianName ? machine.russianObstacle : machine.languageModelObstacle;
+    if (!obstacle.empty()) return cannot(obstacle);
   }
   if (model.memory <= machine.memory) return {};
-  return fmt::format("It needs {:.1f} GB of memory, and this computer has {:.1f} GB.",
-                     static_cast<double>(model.memory) / 1e9, static_cast<double>(machine.memory) / 1e9);
+  return cannot(fmt::format("it needs {:.1f} GB of memory, and this computer has {:.1f} GB",
+                            static_cast<double>(model.memory) / 1e9,
+                            static_cast<double>(machine.memory) / 1e9));
 }
 
 std::uint64_t downloadSize(const CatalogModel& model) {

@@ -3,7 +3,6 @@
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,14 +25,16 @@ struct CatalogModel {
 
 /// What a model can need of a machine.
 struct ModelMachine {
-  std::uint64_t memory = 0;         ///< bytes, of the machine
-  int speechEngineLevel = 0;        ///< the level of x86-64 of the speech engines that it runs; 0: of none
-  bool runsLanguageModels = false;  ///< their server is there
-  bool runsRussian = false;         ///< the corrector's runtime is there
-
-  static ModelMachine ofThisMachine(const std::filesystem::path& resources);
+  std::uint64_t memory = 0;   ///< bytes, of the machine
+  int speechEngineLevel = 0;  ///< the level of x86-64 of the speech engines that it runs; 0: of none
+  /// What stands against running the others, with what mends it, as it follows "Cannot run here: "; empty
+  /// where nothing does.
+  std::string languageModelObstacle{};
+  std::string russianObstacle{};
 };
 
+/// Bytes, of this machine.
+std::uint64_t installedMemory();
 /// Why a model would be of no use there, in a sentence; empty when it can run.
 std::string whyUnusable(const CatalogModel& model, const ModelMachine& machine);
 /// Bytes to download.

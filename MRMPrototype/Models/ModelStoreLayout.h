@@ -10,11 +10,6 @@ inline constexpr std::string_view modelStoreFolder = "Models";
 inline constexpr std::string_view verificationMemoryName = ".verified.json";
 /// Below the store: where the downloader keeps what is still arriving.
 inline constexpr std::string_view partialDownloadsFolder = ".downloads";
-/// Below the resources folder: the language-model server, in a folder that carries its build number.
-inline constexpr std::string_view llamaServerPath = "Runtime/llama-b10448/llama-server";
-/// Below the resources folder: the corrector for Russian.
-inline constexpr std::string_view russianWorkerPath = "Workers/mrm-sage-worker";
-
 /// Below the resources folder: the executables that the application starts.
 inline constexpr std::string_view workersFolder = "Workers";
 /// Below the resources folder: the models that come with the application, the speech model in a folder of its

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <unistd.h>
-
 namespace murmel {
 
 namespace {
@@ -88,16 +86,6 @@ bool SmartModelManager::isSageReady() const {
     hasAny = true;
   }
   return hasAny;
-}
-
-std::filesystem::path SmartModelManager::runtimeExecutable() const {
-  return resources_ / llamaServerPath;
-}
-
-bool SmartModelManager::isRuntimeInstalled() const {
-  std::error_code error;
-  return std::filesystem::is_regular_file(runtimeExecutable(), error) &&
-         ::access(runtimeExecutable().c_str(), X_OK) == 0;
 }
 
 void SmartModelManager::validate() {

@@ -53,10 +53,6 @@ class SmartModelManager {
   /// Whether all of them are installed and verified.
   [[nodiscard]] bool isSageReady() const;
 
-  /// The language-model server of the installed runtime, whether or not it is there.
-  [[nodiscard]] std::filesystem::path runtimeExecutable() const;
-  [[nodiscard]] bool isRuntimeInstalled() const;
-
   /// Looks at everything and reads, in the background, what is not known.
   void validate();
   [[nodiscard]] Registration onInventoryChange(std::function<void()> handler);

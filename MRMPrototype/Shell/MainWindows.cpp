@@ -5,6 +5,7 @@
 #include "MRMUpdateUI/UpdatePanel.h"
 #include "Models/SpeechModels.h"
 #include "Settings/SettingsTransfer.h"
+#include "Shell/LocalRuntimes.h"
 
 #include <QDesktopServices>
 #include <QProcess>
@@ -62,8 +63,7 @@ MainWindows::MainWindows(Parts parts)
       shelf_(
           parts_.process.executor, parts_.process.clock, parts_.models,
           modelStore(parts_.installation.folders),
-          [machine = ModelMachine::ofThisMachine(parts_.installation.folders.resources)](
-              const CatalogModel& model) { return whyUnusable(model, machine); },
+          [this](const CatalogModel& model) { return whyUnusable(model, modelMachine(parts_.installation)); },
           [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
       microphone_(parts_.process.executor, trialInput_, parts_.desktop.microphoneAuthorization,

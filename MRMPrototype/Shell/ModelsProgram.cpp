@@ -4,6 +4,7 @@
 #include "Models/SpeechModels.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Shell/LocalRuntimes.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
 
@@ -58,8 +59,7 @@ int runModels(Arguments arguments, const Installation& installation, const Model
   ModelsCommand command(
       executor, modelStore(installation.folders), client ? &*client : nullptr,
       {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0, .now = [] { return SystemClock().now(); }},
-      ModelMachine::ofThisMachine(installation.folders.resources), modelCatalog(),
-      packagedSpeechModels(installation.folders.resources));
+      modelMachine(installation), modelCatalog(), packagedSpeechModels(installation.folders.resources));
   // Ctrl+C ends a download in order; a second one ends the process.
   const UniqueDescriptor interrupts(interruptDescriptor());
   const auto interrupted = executor.watchReadable(interrupts.get(), [&] {

@@ -2,22 +2,13 @@
 
 #include "Audio/AudioCaptureService.h"
 #include "CleanUp/PersonalVocabulary.h"
+#include "Shell/LocalRuntimes.h"
 
 #include <algorithm>
 
 namespace murmel {
 
 namespace {
-
-RefinerLocations refinerLocations(const Installation& installation) {
-  return {
-      .resourcesDirectory = installation.folders.resources,
-      .temporaryDirectory = installation.folders.temporary,
-      .edition = installation.edition,
-      .languageModelServer = installation.environment.value(LanguageModelRuntime::environmentVariable),
-      .onnxRuntime = installation.environment.value(SageNativeAssets::runtimeEnvironmentVariable),
-  };
-}
 
 RefinementChoice refinementChoice(const DictationSettings& settings) {
   const auto languages = settings.spokenLanguages();

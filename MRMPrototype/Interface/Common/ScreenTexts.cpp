@@ -180,6 +180,7 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "The updater could not be started: %1"), detail),
     same(QT_TRANSLATE_NOOP("Messages", "The update is installed. Start Murmel again: %1"), detail),
     same(QT_TRANSLATE_NOOP("Messages", "This computer's processor cannot run it.")),
+    same(QT_TRANSLATE_NOOP("Messages", "Cannot run here: %1."), detail),
     same(QT_TRANSLATE_NOOP("Messages", "The microphone that the desktop has chosen.")),
 
     // What Murmel says by itself.

@@ -2,6 +2,7 @@
 #include "Recognition/FluidAudioProvider.h"
 #include "Shell/Checks/Checks.h"
 #include "Shell/Checks/SyntheticSpeech.h"
+#include "Shell/LocalRuntimes.h"
 
 #include <filesystem>
 #include <utility>
@@ -37,8 +38,11 @@ Task<CheckResult> checkSpeechRecognition(CheckedServices services) {
   const auto worker = services.installation.folders.resources / "Workers" / FluidAudioProvider::workerName;
   if (!std::filesystem::exists(worker))
     co_return CheckResult{CheckState::broken, "The worker is missing: " + worker.string()};
-  if (!services.installation.policy.mayExecute(worker))
-    co_return CheckResult{CheckState::broken, "The worker is not signed by the makers of this Murmel."};
+  if (!FluidAudioProvider::mayStart(services.installation.policy, worker)) {
+    co_return CheckResult{CheckState::broken,
+                          "The worker or its engine is not as the makers of this Murmel signed it. Install "
+                          "Murmel again."};
+  }
   auto recogniser = services.recognition.make({});
   if (!recogniser) co_return CheckResult{CheckState::broken, recogniser.error().localizedDescription() + "."};
   auto recognising = (*recogniser)->transcribe(syntheticSpeech(), std::nullopt);
@@ -51,15 +55,16 @@ Task<CheckResult> checkSpeechRecognition(CheckedServices services) {
 
 Task<CheckResult> checkRefiners(CheckedServices services) {
   const bool wanted = services.smartFormatting();
-  const auto runtime = services.smartModels.runtimeExecutable();
-  if (services.smartModels.isRuntimeInstalled()) {
-    co_return CheckResult{CheckState::works, "The language-model server is installed; formatting is " +
-                                                 std::string(wanted ? "on." : "off.")};
-  }
-  if (!wanted)
-    co_return CheckResult{CheckState::works, "Formatting is off, and its server is not installed."};
-  co_return CheckResult{CheckState::limited, "The language-model server is not installed (" +
-                                                 runtime.string() + "): text stays as it was recognised."};
+  auto reading = services.queue.run(
+      [&installation = services.installation] { return LocalRuntimes::of(installation, true); });
+  const auto runtimes = co_await reading;
+  auto words = std::string(wanted ? "Formatting is on." : "Formatting is off.");
+  if (!runtimes.languageModels.empty())
+    words += fmt::format(" Language models cannot run here: {}.", runtimes.languageModels);
+  if (!runtimes.russian.empty())
+    words += fmt::format(" The corrector for Russian cannot run here: {}.", runtimes.russian);
+  const bool isLimited = wanted && !(runtimes.languageModels.empty() && runtimes.russian.empty());
+  co_return CheckResult{isLimited ? CheckState::limited : CheckState::works, std::move(words)};
 }
 
 }  // namespace murmel

@@ -81,12 +81,12 @@ TEST_F(Models, SaysWhatAModelIsGoodForAndWhyItIsOfNoUseHere) {
     ModelMachine machine;
     const char* obstacle;
   } rows[] = {
-      {"parakeet", {8'000'000'000, 3, true, true}, ""},
-      {"parakeet", {8'000'000'000, 2, true, true}, "this processor is too old"},
-      {"parakeet", {1'000'000'000, 4, true, true}, "needs 1.3 GB of memory, and this computer has 1.0 GB"},
-      {"whisper-base", {8'000'000'000, 2, true, true}, ""},
-      {"gemma-4-e2b", {8'000'000'000, 3, false, true}, "no server for language models"},
-      {"sage", {8'000'000'000, 3, true, false}, "no corrector for Russian"},
+      {"parakeet", {8'000'000'000, 3, "no server", "no library"}, ""},
+      {"parakeet", {8'000'000'000, 2}, "this processor is too old"},
+      {"parakeet", {1'000'000'000, 4}, "needs 1.3 GB of memory, and this computer has 1.0 GB"},
+      {"whisper-base", {8'000'000'000, 2}, ""},
+      {"gemma-4-e2b", {8'000'000'000, 3, "no server", ""}, "Cannot run here: no server."},
+      {"sage", {8'000'000'000, 3, "", "no library"}, "Cannot run here: no library."},
   };
   for (const auto& row : rows) {
     const auto obstacle = whyUnusable(*catalogModel(row.name), row.machine);

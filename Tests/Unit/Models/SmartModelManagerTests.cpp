@@ -84,13 +84,5 @@ TEST_F(SmartModels, TheRussianCorrectorNeedsAllOfItsFiles) {
   EXPECT_EQ(manager.sageFolder(), folder.path() / "Models/Refinement/sage");
 }
 
-TEST_F(SmartModels, TheRuntimeIsAnExecutableOfTheApplication) {
-  EXPECT_FALSE(manager.isRuntimeInstalled());
-  write("resources/Runtime/llama-b10448/llama-server", "");
-  EXPECT_FALSE(manager.isRuntimeInstalled()) << "not executable";
-  fs::permissions(manager.runtimeExecutable(), fs::perms::owner_all);
-  EXPECT_TRUE(manager.isRuntimeInstalled());
-}
-
 }  // namespace
 }  // namespace murmel
