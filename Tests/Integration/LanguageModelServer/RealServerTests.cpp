@@ -1,5 +1,6 @@
 #include "Foundation/Text/Text.h"
 #include "Integration/LanguageModelServer/ServerBench.h"
+#include "LocalModels/LocalUnixHTTP.h"
 #include "Refinement/BoundedRefinementProvider.h"
 #include "Support/BuildPaths.h"
 
@@ -22,13 +23,19 @@ class RealServer : public ServerBench {
     const std::filesystem::path server =
         given != nullptr ? given
                          : resourcesFolder() / std::filesystem::path(LanguageModelRuntime::relativePath);
-    if (!std::filesystem::exists(server)) GTEST_SKIP() << "there is no llama-server: scripts/fetch-runtime";
+    if (!std::filesystem::exists(server)) {
+      if (std::getenv("MURMEL_RUNTIME_REQUIRED") != nullptr) FAIL() << "there is no " << server;
+      GTEST_SKIP() << "there is no llama-server; “scripts/test --runtime” builds it";
+    }
     settings.runtime.executable = server;
     settings.limits = {};
     settings.limits.asking.firstPause = 0s;
-    const auto write = "/usr/bin/python3 " + sourceFolder() +
-                       "/Tests/Integration/LanguageModelServer/write-random-model.py " + files.model.string();
-    ASSERT_EQ(std::system(write.c_str()), 0);
+    write("write-random-model.py");
+  }
+  void write(const std::string& script, const std::string& text = {}) const {
+    const auto command = "/usr/bin/python3 " + sourceFolder() + "/Tests/Integration/LanguageModelServer/" +
+                         script + " " + files.model.string() + " '" + text + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
   }
 
   static pid_t server() {
@@ -57,6 +64,24 @@ TEST_F(RealServer, AnswersInItsLimits) {
   const auto answer = refine("hello world how are you");
   EXPECT_TRUE(answer == "RAW" || wordsOf(answer) == "hello world how are you") << answer;
   EXPECT_EQ(diagnostic(), "process running on private local socket");
+}
+
+TEST_F(RealServer, FormatsForWhoHasTheKey) {
+  write("write-model.py", "Hi you.");
+  ASSERT_TRUE(prepare()) << diagnostic();
+  EXPECT_EQ(refine("hi you"), "Hi you.");
+  std::filesystem::path socket;
+  for (const auto& entry : std::filesystem::directory_iterator(temporary.path()))
+    if (entry.is_socket()) socket = entry.path();
+  const auto status = [&](std::string_view path) {
+    const SecretBytes wrong(64);
+    const auto answer =
+        LocalUnixHTTP(clock).request({socket, wrong, "GET", path, std::nullopt, 10s, server()});
+    return answer ? answer->status : 0;
+  };
+  EXPECT_EQ(status("/health"), 200);
+  EXPECT_EQ(status("/v1/models"), 401);
+  EXPECT_EQ(status("/"), 404) << "it has no page";
 }
 
 TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
