@@ -41,9 +41,9 @@ struct Roads {
   }
 };
 
-class Connection final : public DesktopConnection {
+class WaylandDesktopConnection final : public DesktopConnection {
  public:
-  Connection(const DesktopParameters& parameters, Roads roads)
+  WaylandDesktopConnection(const DesktopParameters& parameters, Roads roads)
       : microphone_(parameters.process.executor, {parameters.displayName, std::nullopt}),
         authorization_(PulseAudioAuthorization::Environment::from(parameters.environment)),
         sounds_({parameters.displayName, std::nullopt}),
@@ -157,7 +157,7 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::o
   roads.keyboard = keyboardFor(plan, *roads.workspace);
   openShortcuts(plan, parameters, roads);
   roads.indicator = indicatorFor(plan, parameters);
-  return std::make_unique<Connection>(parameters, std::move(roads));
+  return std::make_unique<WaylandDesktopConnection>(parameters, std::move(roads));
 }
 
 }  // namespace murmel
