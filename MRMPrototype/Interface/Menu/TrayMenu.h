@@ -22,7 +22,7 @@ struct MenuStatus {
   QString shortcut;  ///< by its keys; empty when there is none
   QString language;
   QString model;   ///< the speech model in use, or how far a download is
-  QString update;  ///< a version that can be had; empty where none is known
+  QString update{};  ///< a version that can be had; empty where none is known
   bool isPaused = false;
   bool hasLastTranscript = false;
   bool canRetry = false;
@@ -45,7 +45,7 @@ struct MenuServices {
   std::function<void()> pasteLast;
   std::function<void()> bringBackClipboard;
   std::function<void(bool paused)> pause;
-  std::function<void()> openUpdates;
+  std::function<void()> openUpdates{};
   std::function<void()> openSettings;
   std::function<void()> openShortcut;
   std::function<void()> openLanguages;
