@@ -32,7 +32,9 @@ class ExecutableSignature : public ::testing::Test {
   }
   [[nodiscard]] bool mayExecute(const std::filesystem::path& executable) const {
     const auto team = Manifest::team(key.publicKey());
-    return ExecutableRuntimePolicy(folder.path(), team, &Manifest::teamOf).mayExecute(executable);
+    return ExecutableRuntimePolicy(folder.path(), team,
+                                   [](const auto& file) { return Manifest::teamOf(file); })
+        .mayExecute(executable);
   }
 
   TemporaryFolder folder;
