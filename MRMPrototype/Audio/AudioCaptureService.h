@@ -70,12 +70,12 @@ class AudioCaptureService {
   /// Linear interpolation from `sourceRate` to `targetRate` (Hz), without a low-pass filter. Gives
   /// floor(targetRate × count / sourceRate) samples; equal rates give the input back. Finite samples give
   /// finite samples.
-  [[nodiscard]] static std::vector<float> resample(std::vector<float> samples, double sourceRate,
-                                                   double targetRate);
+  [[nodiscard]] static PrivateVector<float> resample(PrivateVector<float> samples, double sourceRate,
+                                                     double targetRate);
 
   /// Signed 16-bit little-endian samples on a symmetric scale: ±1 is ±32767, what is beyond is clipped.
   /// Throws std::invalid_argument when a sample is not finite: captured samples always are.
-  [[nodiscard]] static std::vector<std::uint8_t> encodePCM16LE(std::span<const float> samples);
+  [[nodiscard]] static PrivateVector<std::uint8_t> encodePCM16LE(std::span<const float> samples);
 
   /// Removes the entries of `directory` that are called "mrm-….wav". What cannot be listed or removed stays.
   static void cleanupTemporaryAudio(const std::filesystem::path& directory);

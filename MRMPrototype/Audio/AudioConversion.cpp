@@ -32,15 +32,15 @@ constexpr std::uint16_t littleEndian(std::uint16_t value) {
 
 }  // namespace
 
-std::vector<float> AudioCaptureService::resample(std::vector<float> samples, double sourceRate,
-                                                 double targetRate) {
+PrivateVector<float> AudioCaptureService::resample(PrivateVector<float> samples, double sourceRate,
+                                                   double targetRate) {
   if (sourceRate == targetRate) return samples;
   if (!(sourceRate > 0) || !(targetRate > 0) || samples.empty()) return {};
   const auto count = std::floor(targetRate * static_cast<double>(samples.size()) / sourceRate);
   if (count < 1) return {};
   const double ratio = sourceRate / targetRate;
   const auto last = samples.size() - 1;
-  std::vector<float> output(static_cast<std::size_t>(count));
+  PrivateVector<float> output(static_cast<std::size_t>(count));
   for (std::size_t index = 0; index < output.size(); ++index) {
     const double position = ratio * static_cast<double>(index);
     const auto lower = std::min(last, static_cast<std::size_t>(position));
@@ -53,10 +53,10 @@ std::vector<float> AudioCaptureService::resample(std::vector<float> samples, dou
   return output;
 }
 
-std::vector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const float> samples) {
+PrivateVector<std::uint8_t> AudioCaptureService::encodePCM16LE(std::span<const float> samples) {
   constexpr std::uint32_t exponentBits = 0x7f80'0000;  // all set in infinities and in what is not a number
   constexpr std::size_t chunkLength = 512;             // simple loops over arrays, for the sake of vectors
-  std::vector<std::uint8_t> bytes(2 * samples.size());
+  PrivateVector<std::uint8_t> bytes(2 * samples.size());
   std::array<std::uint16_t, chunkLength> codes{};
   std::uint32_t notFinite = 0;
   for (std::size_t done = 0; done < samples.size();) {

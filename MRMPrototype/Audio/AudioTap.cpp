@@ -98,7 +98,7 @@ std::optional<PendingCapturedAudio> AudioTap::takePending() {
     sampleRate = captureState_.sampleRate;
   }
   if (!(sampleRate > 0)) return std::nullopt;
-  std::vector<float> taken;
+  PrivateVector<float> taken;
   taken.reserve(samplesIn(secondsReservedAfterHandOver, sampleRate));
   {
     const std::lock_guard guard(lock_);

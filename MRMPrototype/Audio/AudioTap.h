@@ -44,8 +44,8 @@ class AudioTap {
 
  private:
   struct CaptureState {
-    std::vector<float> capturedSamples;  // mono, at the device's rate
-    double sampleRate = 0;               // Hz; 0 means that no recording has been configured
+    PrivateVector<float> capturedSamples;  // mono, at the device's rate
+    double sampleRate = 0;                 // Hz; 0 means that no recording has been configured
     float currentLevel = 0;
     CaptureFigures figures;
   };

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Foundation/Crypto/PrivateMemory.h"
+
 #include <cstdint>
 #include <functional>
 #include <ostream>
-#include <vector>
 
 namespace murmel {
 
@@ -13,7 +14,7 @@ inline constexpr int recognitionSampleRate = 16'000;
 /// What a recogniser is given: mono, 16 kHz, signed 16-bit little-endian samples, no header. Somebody's
 /// voice: it stays in memory and is never printed.
 struct CapturedAudio {
-  std::vector<std::uint8_t> pcm16LE;
+  PrivateVector<std::uint8_t> pcm16LE;
 
   /// Seconds.
   [[nodiscard]] double duration() const {
@@ -25,7 +26,7 @@ struct CapturedAudio {
 
 /// What the microphone delivered: mono samples in -1…1 at the device's own rate (Hz).
 struct PendingCapturedAudio {
-  std::vector<float> monoSamples;
+  PrivateVector<float> monoSamples;
   double sampleRate = 0;
 
   friend std::ostream& operator<<(std::ostream&, const PendingCapturedAudio&) = delete;

@@ -14,8 +14,8 @@ namespace {
 
 constexpr float fullScale = 32'767;
 
-std::vector<float> samplesOf(std::span<const std::uint8_t> pcm16LE) {
-  std::vector<float> samples(pcm16LE.size() / 2);
+PrivateVector<float> samplesOf(std::span<const std::uint8_t> pcm16LE) {
+  PrivateVector<float> samples(pcm16LE.size() / 2);
   for (std::size_t index = 0; index < samples.size(); ++index) {
     const auto bits = static_cast<std::uint16_t>(pcm16LE[2 * index] | pcm16LE[2 * index + 1] << 8);
     samples[index] = static_cast<float>(static_cast<std::int16_t>(bits)) / fullScale;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
 
 namespace murmel {
 
@@ -14,7 +15,7 @@ constexpr double greatestGain = 100;         // 40 dB: beyond it there is nothin
 constexpr double silenceSeconds = 0.3;
 constexpr std::size_t bytesPerSample = 2;
 
-std::int16_t sampleAt(const std::vector<std::uint8_t>& bytes, std::size_t at) {
+std::int16_t sampleAt(std::span<const std::uint8_t> bytes, std::size_t at) {
   return static_cast<std::int16_t>(static_cast<std::uint16_t>(bytes[at] | (bytes[at + 1] << 8U)));
 }
 

@@ -110,7 +110,7 @@ CutSegment SegmentCutter::cutAfterFrames(std::size_t frameCount) {
   const auto& meter = detector_->meter();
   const auto cut = meter.firstSample(meter.frameOf(openBegin_) + frameCount);
   const auto sampleCount = static_cast<std::ptrdiff_t>(cut - openBegin_);
-  std::vector<float> samples(open_.begin(), open_.begin() + sampleCount);
+  PrivateVector<float> samples(open_.begin(), open_.begin() + sampleCount);
   auto done = segment(std::move(samples), std::span(openFrames_).first(frameCount));
   open_.erase(open_.begin(), open_.begin() + sampleCount);
   openFrames_.erase(openFrames_.begin(), openFrames_.begin() + static_cast<std::ptrdiff_t>(frameCount));
@@ -119,7 +119,7 @@ CutSegment SegmentCutter::cutAfterFrames(std::size_t frameCount) {
   return done;
 }
 
-CutSegment SegmentCutter::segment(std::vector<float> samples, std::span<const FrameLevel> frames) const {
+CutSegment SegmentCutter::segment(PrivateVector<float> samples, std::span<const FrameLevel> frames) const {
   CutSegment done;
   done.seconds = static_cast<double>(samples.size()) / sampleRate_;
   done.audio.monoSamples = std::move(samples);

@@ -69,14 +69,14 @@ class SegmentCutter {
   [[nodiscard]] std::optional<std::size_t> placeWithoutPause() const;
   /// Ends the segment after its first `frames` frames.
   CutSegment cutAfterFrames(std::size_t frames);
-  CutSegment segment(std::vector<float> samples, std::span<const FrameLevel> frames) const;
+  CutSegment segment(PrivateVector<float> samples, std::span<const FrameLevel> frames) const;
 
   double targetSeconds_;
   double patienceSeconds_;
 
   double sampleRate_ = 0;
   std::optional<PhrasePauseDetector> detector_;
-  std::vector<float> open_;
+  PrivateVector<float> open_;
   std::vector<FrameLevel> openFrames_;
   std::int64_t openBegin_ = 0;  ///< the first sample of the open segment in the stream of this rate
   bool silent_ = true;          ///< whether the open segment may have begun with silence

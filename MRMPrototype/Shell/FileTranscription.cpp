@@ -18,8 +18,8 @@ constexpr double fragmentSeconds = 0.25;
 constexpr double mostWaitingSeconds = 60;
 constexpr Duration waitingInterval = std::chrono::milliseconds(20);
 
-std::vector<float> mixedDown(std::span<const float> interleaved, unsigned channels) {
-  std::vector<float> mono(interleaved.size() / channels);
+PrivateVector<float> mixedDown(std::span<const float> interleaved, unsigned channels) {
+  PrivateVector<float> mono(interleaved.size() / channels);
   for (std::size_t frame = 0; frame < mono.size(); ++frame) {
     float sum = 0;
     for (unsigned channel = 0; channel < channels; ++channel) sum += interleaved[frame * channels + channel];

@@ -51,7 +51,7 @@ class SoundTape {
     return *this;
   }
 
-  [[nodiscard]] const std::vector<float>& samples() const { return samples_; }
+  [[nodiscard]] const PrivateVector<float>& samples() const { return samples_; }
   [[nodiscard]] PendingCapturedAudio audio() const { return {samples_, rate_}; }
   [[nodiscard]] double seconds() const { return static_cast<double>(samples_.size()) / rate_; }
 
@@ -70,7 +70,7 @@ class SoundTape {
   double rate_;
   std::mt19937 random_;
   std::uniform_real_distribution<double> uniform_{-1, 1};
-  std::vector<float> samples_;
+  PrivateVector<float> samples_;
 };
 
 }  // namespace murmel

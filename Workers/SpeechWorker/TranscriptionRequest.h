@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Crypto/PrivateMemory.h"
 #include "Workers/SpeechWorker/SpeechEngine.h"
 
 #include <cstdint>
@@ -20,7 +21,7 @@ struct RequestRefusal {
 /// One transcription that is asked for.
 struct TranscriptionRequest {
   std::int64_t id = 0;
-  std::vector<std::int16_t> samples;  ///< mono, 16 kHz
+  PrivateVector<std::int16_t> samples;  ///< mono, 16 kHz
   SpeechHints hints;
 
   /// Decodes one line without its line feed. Unknown keys are ignored.

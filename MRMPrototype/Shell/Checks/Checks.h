@@ -14,7 +14,10 @@
 #include "Shell/IntelCommand.h"
 #include "Shortcut/ShortcutConfiguration.h"
 
+#include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace murmel {
@@ -48,12 +51,20 @@ std::vector<CheckDefinition> desktopChecks(const CheckedServices& services);
 /// disabled one.
 std::string shortcutNotice(ShortcutSource& source, const ShortcutConfiguration& shortcut);
 
+/// How far what is said stays out of a swap on a disk. `swaps`: as in /proc/swaps. `deviceKind`: what the
+/// kernel calls a mapped device ("dm-0"), "CRYPT-…" for an encrypted one. `lockable`: bytes that this process
+/// may lock in memory.
+CheckResult swapResult(std::string_view swaps,
+                       const std::function<std::string(std::string_view device)>& deviceKind,
+                       std::uint64_t lockable);
+
 /// The single ones, in files of their own.
 Task<CheckResult> checkSpeechModel(CheckedServices services);
 Task<CheckResult> checkSpeechRecognition(CheckedServices services);
 Task<CheckResult> checkMicrophone(CheckedServices services);
 Task<CheckResult> checkKeyRing(CheckedServices services);
 Task<CheckResult> checkFolders(CheckedServices services);
+Task<CheckResult> checkSwap(CheckedServices services);
 Task<CheckResult> checkRefiners(CheckedServices services);
 
 }  // namespace murmel

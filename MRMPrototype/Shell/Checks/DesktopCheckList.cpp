@@ -135,6 +135,7 @@ std::vector<CheckDefinition> desktopChecks(const CheckedServices& services) {
       {"password-fields", "Password fields", with(&checkPasswordFields)},
       {"key-ring", "Key ring", with(&checkKeyRing)},
       {"folders", "Files", with(&checkFolders)},
+      {"swap", "Swap", with(&checkSwap)},
       {"refiners", "Formatting", with(&checkRefiners)},
       {"session-bus", "Session bus", with(&checkBus)},
       {"tray", "Tray", with(&checkTray)},

@@ -1,15 +1,24 @@
 #include "Foundation/Crypto/SecretBytes.h"
+#include "Foundation/Text/Text.h"
 #include "Shell/Checks/Checks.h"
 
 #include <array>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <ranges>
 
+#include <fmt/format.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace murmel {
 
 namespace {
+
+/// Half a minute of speech that waits for its engine, a long history and all keys.
+constexpr std::uint64_t enoughLocked = 4 << 20;
 
 std::optional<SecretStatus> tryKeyRing(SecretStore& secrets, const std::string& service) {
   const std::array<std::uint8_t, 4> bytes{1, 2, 3, 4};
@@ -53,6 +62,50 @@ Task<CheckResult> checkKeyRing(CheckedServices services) {
   }
   co_return CheckResult{CheckState::limited, std::string(describe(*failure)) +
                                                  " History and vocabulary stay in memory until then."};
+}
+
+CheckResult swapResult(std::string_view swaps,
+                       const std::function<std::string(std::string_view device)>& deviceKind,
+                       std::uint64_t lockable) {
+  std::string onDisk;
+  auto lines = std::views::split(swaps, '\n') | std::views::drop(1);  // the first has the titles
+  for (const auto part : lines) {
+    const auto words = text::words(std::string_view(part.begin(), part.end()));
+    if (words.empty()) continue;
+    const std::filesystem::path device(words.front());
+    const auto name = device.filename().string();
+    if (name.starts_with("zram") || deviceKind(name).starts_with("CRYPT-")) continue;
+    onDisk = device.string();
+  }
+  if (onDisk.empty()) return {CheckState::works, "Nothing in memory is written to a disk in the clear."};
+  if (lockable == RLIM_INFINITY)
+    return {CheckState::works, "Speech, words and keys are locked in memory, out of " + onDisk + "."};
+  constexpr double megabyte = 1 << 20;
+  const auto room = fmt::format("{:.1f} MB", static_cast<double>(lockable) / megabyte);
+  if (lockable >= enoughLocked) {
+    return {CheckState::works,
+            fmt::format("Up to {} of speech, words and keys are kept out of {}.", room, onDisk)};
+  }
+  return {CheckState::limited,
+          fmt::format("Only {} can be kept out of {}; more of what you say may be written to it. Encrypt the "
+                      "swap, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.",
+                      room, onDisk)};
+}
+
+Task<CheckResult> checkSwap(CheckedServices /*services*/) {
+  const auto contents = [](const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  rlimit limit{};
+  // Whoever may lock as much as they like has no limit.
+  const bool isLimited = ::geteuid() != 0 && ::getrlimit(RLIMIT_MEMLOCK, &limit) == 0;
+  co_return swapResult(
+      contents("/proc/swaps"),
+      [&contents](std::string_view device) {
+        return contents("/sys/block/" + std::string(device) + "/dm/uuid");
+      },
+      isLimited ? limit.rlim_cur : RLIM_INFINITY);
 }
 
 Task<CheckResult> checkFolders(CheckedServices services) {

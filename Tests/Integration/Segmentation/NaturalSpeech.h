@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Crypto/PrivateMemory.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,7 +29,7 @@ struct JoinedSpeech {
     std::int64_t begin;  ///< first sample of the inserted silence
     std::int64_t end;
   };
-  std::vector<float> samples;
+  PrivateVector<float> samples;
   std::vector<Gap> gaps;
   /// For each 10 ms whether the clean signal is more than 30 dB below the loudest of its prompt.
   std::vector<bool> quiet;

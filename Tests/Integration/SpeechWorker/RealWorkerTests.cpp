@@ -19,9 +19,9 @@ const auto worker = resources / "Workers" / FluidAudioProvider::workerName;
 const std::filesystem::path recordings = "/usr/share/pocketsphinx/test/data/librivox";
 constexpr std::size_t waveHeaderSize = 44;
 
-std::vector<std::uint8_t> samplesOf(const std::string& recording) {
+PrivateVector<std::uint8_t> samplesOf(const std::string& recording) {
   std::ifstream file(recordings / (recording + ".wav"), std::ios::binary);
-  std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+  PrivateVector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
   bytes.erase(bytes.begin(), bytes.begin() + std::min<std::ptrdiff_t>(waveHeaderSize, std::ssize(bytes)));
   return bytes;
 }
@@ -254,7 +254,7 @@ TEST_F(ParakeetWorker, RecognisesALongRecordingInPieces) {
   // The toy hears its word about three times a second, whatever the pieces are.
   std::size_t id = 0;
   for (const int seconds : {1, 49, 125}) {
-    std::vector<std::uint8_t> samples(static_cast<std::size_t>(seconds) * 32'000);
+    PrivateVector<std::uint8_t> samples(static_cast<std::size_t>(seconds) * 32'000);
     // Noise that comes and goes, as speech does: steady noise is not given to an engine.
     std::uint32_t noise = 1;
     for (std::size_t at = 0; at < samples.size(); ++at) {

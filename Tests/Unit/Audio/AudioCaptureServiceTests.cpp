@@ -73,7 +73,8 @@ TEST_F(AudioCaptureServiceTest, MixesAnyNumberOfChannelsDown) {
   struct Row {
     const char* what;
     unsigned channels;
-    std::vector<float> interleaved, mono;
+    std::vector<float> interleaved;
+    PrivateVector<float> mono;
   };
   for (const auto& row :
        std::vector<Row>{{"opposite channels cancel out", 2, {1, -1, 0.5F, 0.5F}, {0, 0.5F}},

@@ -19,8 +19,8 @@ constexpr float endless = std::numeric_limits<float>::infinity();
 constexpr float broken = std::numeric_limits<float>::quiet_NaN();
 constexpr float largest = std::numeric_limits<float>::max();
 
-std::vector<float> ramp(std::size_t count) {
-  std::vector<float> samples(count);
+PrivateVector<float> ramp(std::size_t count) {
+  PrivateVector<float> samples(count);
   std::iota(samples.begin(), samples.end(), 0.0F);
   return samples;
 }
@@ -94,13 +94,13 @@ TEST(EncodePCM16LE, RoundsHalfAwayFromZeroOnASymmetricScale) {
     const auto code = static_cast<std::int16_t>(static_cast<std::uint16_t>(bytes.at(0) | bytes.at(1) << 8));
     EXPECT_EQ(code, row.expected) << row.sample;
   }
-  EXPECT_THAT(AudioCaptureService::encodePCM16LE(std::vector<float>{1, -1, 0.5F}),
+  EXPECT_THAT(AudioCaptureService::encodePCM16LE(PrivateVector<float>{1, -1, 0.5F}),
               ElementsAre(0xff, 0x7f, 0x01, 0x80, 0x00, 0x40));
   EXPECT_TRUE(AudioCaptureService::encodePCM16LE({}).empty());
 }
 
 TEST(EncodePCM16LE, AgreesWithTheLibrarysRoundingEverywhere) {
-  std::vector<float> samples;
+  PrivateVector<float> samples;
   for (int step = -70'000; step <= 70'000; ++step)
     samples.push_back(static_cast<float>(step) / 65'534);  // every code and every half between two
   const auto bytes = AudioCaptureService::encodePCM16LE(samples);
@@ -117,7 +117,7 @@ TEST(EncodePCM16LE, AgreesWithTheLibrarysRoundingEverywhere) {
 
 TEST(EncodePCM16LE, RefusesASampleThatIsNotFinite) {
   for (const float bad : {broken, -broken, endless, -endless}) {
-    std::vector<float> samples(100, 0.1F);
+    PrivateVector<float> samples(100, 0.1F);
     samples[57] = bad;
     EXPECT_THROW(static_cast<void>(AudioCaptureService::encodePCM16LE(samples)), std::invalid_argument)
         << bad;

@@ -139,9 +139,9 @@ TEST_F(DictationEnds, WhatIsCancelledIsNotDeliveredAndCanBeTriedAgainForTenMinut
 
 TEST_F(DictationEnds, AKeptRecordingSoundsAsItWasSpoken) {
   KeptRecording kept;
-  const std::vector<float> spoken{0, 0.5F, -0.5F, 1, -1, 0.001F};
+  const PrivateVector<float> spoken{0, 0.5F, -0.5F, 1, -1, 0.001F};
   kept.append({spoken, recognitionSampleRate});
-  std::vector<float> heard;
+  PrivateVector<float> heard;
   ASSERT_TRUE(kept.replay([&](PendingCapturedAudio part) { heard = std::move(part.monoSamples); }));
   ASSERT_EQ(heard.size(), spoken.size());
   for (std::size_t index = 0; index < spoken.size(); ++index) EXPECT_NEAR(heard[index], spoken[index], 1e-4);
@@ -154,7 +154,7 @@ TEST_F(DictationEnds, AForgottenRecordingIsDelivered) {
   int seconds = 0;
   const auto hear = [&](double loudness, int length) {
     for (int second = 0; second < length && state() == Case::listening; ++second, ++seconds) {
-      std::vector<float> samples(48'000);
+      PrivateVector<float> samples(48'000);
       for (std::size_t index = 0; index < samples.size(); ++index) {
         const double time = static_cast<double>(index) / 48'000;
         const bool syllable = std::fmod(time, 0.4) < 0.2;

@@ -32,7 +32,7 @@ TEST(RetryAudio, MakesQuietAudioLouderAndPutsSilenceAroundIt) {
   for (const auto& row : rows) {
     const auto changed = retryAudio(pcm(row.before)).pcm16LE;
     ASSERT_EQ(changed.size(), 2 * silence + 2 * row.before.size()) << row.what;
-    const std::vector<std::uint8_t> middle(changed.begin() + silence, changed.end() - silence);
+    const PrivateVector<std::uint8_t> middle(changed.begin() + silence, changed.end() - silence);
     EXPECT_EQ(middle, pcm(row.after).pcm16LE) << row.what;
     EXPECT_EQ(changed.front() + changed.back(), 0) << row.what;
   }

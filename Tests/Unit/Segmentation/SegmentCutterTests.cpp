@@ -136,7 +136,7 @@ TEST(SegmentCutter, TakesWhatDevicesDeliver) {
                                                                  {{0.5F}, infinite},
                                                                  {{0.25F}, 48'000}});
   ASSERT_EQ(segments.size(), 2U) << "one a rate";
-  EXPECT_EQ(segments[0].audio.monoSamples, (std::vector<float>{0.5F, 0, 0, 0}));
+  EXPECT_EQ(segments[0].audio.monoSamples, (PrivateVector<float>{0.5F, 0, 0, 0}));
   EXPECT_EQ(segments[1].audio.sampleRate, 48'000);
 }
 

@@ -12,7 +12,7 @@ using namespace murmel;
 
 namespace {
 
-using Pcm = std::vector<std::uint8_t>;
+using Pcm = PrivateVector<std::uint8_t>;
 
 /// A dictation at random: its pauses, its batches, when it is stopped, and what becomes of each request.
 class RandomDictation {

@@ -3,6 +3,7 @@
 #include "Shell/AppDelegate.h"
 #include "Shell/AutomaticPasteRelaunch.h"
 #include "Shell/Checks/CheckRunner.h"
+#include "Shell/Checks/Checks.h"
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/StartReplies.h"
@@ -309,4 +310,18 @@ TEST(AutomaticPasteRelaunch, KeepsRunningWhenTheNewInstanceCannotBeOpened) {
   EXPECT_EQ(alerts.shown[1].title, "Murmel could not reopen");
   EXPECT_EQ(alerts.shown[1].text, "No such file");
   EXPECT_EQ(relauncher.terminated, 0);
+}
+
+TEST(Checks, TellHowFarSpeechStaysOutOfTheSwap) {
+  const std::string titles = "Filename  Type  Size  Used  Priority\n";
+  const auto kind = [](std::string_view device) { return device == "dm-1" ? "CRYPT-PLAIN-swap" : "LVM-abc"; };
+  constexpr std::uint64_t little = 64 << 10;
+  EXPECT_EQ(
+      swapResult(titles + "/dev/zram0 partition 1 0 100\n/dev/dm-1 partition 1 0 -2\n", kind, little).state,
+      CheckState::works);
+  const auto onDisk = titles + "/dev/dm-0 partition 1 0 -2\n";
+  EXPECT_EQ(swapResult(onDisk, kind, 8 << 20).state, CheckState::works);
+  const auto limited = swapResult(onDisk, kind, little);
+  EXPECT_EQ(limited.state, CheckState::limited);
+  EXPECT_NE(limited.sentence.find("0.1 MB can be kept out of /dev/dm-0"), std::string::npos);
 }

@@ -19,7 +19,7 @@ TEST(TranscriptionRequest, ReadsTheAudioHoweverTheLineIsWritten) {
     const auto request = TranscriptionRequest::decode(line);
     ASSERT_TRUE(request.has_value()) << line << ": " << request.error().reason;
     EXPECT_EQ(request->id, 4);
-    EXPECT_EQ(request->samples, (std::vector<std::int16_t>{0, 32'767, -32'768, -5, -2})) << line;
+    EXPECT_EQ(request->samples, (murmel::PrivateVector<std::int16_t>{0, 32'767, -32'768, -5, -2})) << line;
     EXPECT_EQ(request->hints.language, "de");
   }
 }
