@@ -405,8 +405,8 @@
         <translation>Zwischenablage wiederherstellen</translation>
     </message>
     <message>
-        <source>Murmel pastes through the clipboard. This puts back what you had copied before.</source>
-        <translation>Murmel fügt über die Zwischenablage ein. Danach steht dort wieder, was Sie zuvor kopiert hatten.</translation>
+        <source>Murmel pastes through the clipboard. This puts back what you had copied before. Words that could not be pasted stay there for you, marked private; not every clipboard history heeds the mark.</source>
+        <translation>Murmel fügt über die Zwischenablage ein. Danach steht dort wieder, was Sie zuvor kopiert hatten. Worte, die nicht eingefügt werden konnten, bleiben dort für Sie liegen, als privat markiert; nicht jeder Zwischenablage-Verlauf beachtet das.</translation>
     </message>
     <message>
         <source>Recording indicator</source>

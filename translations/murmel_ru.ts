@@ -405,8 +405,8 @@
         <translation>Восстанавливать буфер обмена</translation>
     </message>
     <message>
-        <source>Murmel pastes through the clipboard. This puts back what you had copied before.</source>
-        <translation>Murmel вставляет текст через буфер обмена. После этого в нём снова то, что вы скопировали раньше.</translation>
+        <source>Murmel pastes through the clipboard. This puts back what you had copied before. Words that could not be pasted stay there for you, marked private; not every clipboard history heeds the mark.</source>
+        <translation>Murmel вставляет текст через буфер обмена. После этого в нём снова то, что вы скопировали раньше. Слова, которые не удалось вставить, остаются там для вас с пометкой «личное»; не каждая история буфера обмена её учитывает.</translation>
     </message>
     <message>
         <source>Recording indicator</source>

@@ -349,6 +349,9 @@ Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block
 }
 
 void TextInsertionService::writePrivateText(const SpokenText& text) {
+  // The keys to tell of are those of the application that the user is in now.
+  if (const auto front = desktop_.workspace.frontmostApplication(); front && !target_)
+    lastChord_ = methodFor(*front).value_or(PasteMethod{}).chord;
   scope_.start(clipboards_.copy(text));
 }
 

@@ -51,8 +51,13 @@ int CommandLineSpeech::run(Task<int> work) {
 }
 
 SecureResult<void> CommandLineSpeech::finishHistory() {
+  using Error = SecureLocalStorageError;
   auto kept = storage_.history.finish();
-  for (const auto end = clock.now() + busyLimit; !kept && !kept.error().isDamage() && clock.now() < end;) {
+  const auto isBusy = [&kept] {
+    return !kept && (kept.error().which() == Error::Case::file ||
+                     kept.error() == Error::keychain(secretStatus::serviceUnavailable));
+  };
+  for (const auto end = clock.now() + busyLimit; isBusy() && clock.now() < end;) {
     std::this_thread::sleep_for(busyInterval);
     kept = storage_.history.finish();
   }

@@ -46,6 +46,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 return front ? screenOfWindow(front->window) : nullptr;
               },
           .surface = desktop.indicator,
+          .pasteKeys = [this] { return delivery_.insertion.pasteKeys(); },
       }),
       status_(pill_, process.clock, [this] { return std::string(models_.speech->activeEngine().title); }),
       coordinator_(dictationServices()),
@@ -265,6 +266,7 @@ MenuStatus MRMPrototypeApp::menuStatus() {
       .language = inPlatformWords(settings.languageProfileSummary()),
       .model = modelLine(windows_.shelf().rows()),
       .update = updateWiring_.menuLine(),
+      .pasteKeys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys())),
       .isPaused = gate_.isPaused(),
       .hasLastTranscript = coordinator_.hasLastTranscript(),
       .canRetry = coordinator_.canRetry(),
@@ -298,7 +300,8 @@ Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
   const auto result = co_await inserting;
   delivery_.insertion.endDictationSession();
   if (result == TextDeliveryResult::copiedFallback)
-    tell(DictationState(DictationState::Case::copied).title());
+    tray_.tell(DictationState(DictationState::Case::copied).title(),
+               QString::fromStdString(std::string(delivery_.insertion.pasteKeys())));
 }
 
 void MRMPrototypeApp::connectStorage() {
@@ -328,8 +331,9 @@ void MRMPrototypeApp::connectInterface() {
   observers_.push_back(coordinator_.onRetryChange().subscribe(refresh));
   observers_.push_back(storage_.settings.didChange().subscribe(refresh));
   observers_.push_back(windows_.shelf().changed().subscribe(refresh));
-  observers_.push_back(
-      coordinator_.onNotice().subscribe([this](const std::string& notice) { tell(notice); }));
+  observers_.push_back(coordinator_.onNotice().subscribe([this](const std::string& notice) {
+    tray_.tell(notice, QString::fromStdString(std::string(delivery_.insertion.pasteKeys())));
+  }));
 
   const auto showPill = [this] {
     pill_.setEdge(storage_.settings.overlayPosition());

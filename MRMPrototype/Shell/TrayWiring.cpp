@@ -48,8 +48,8 @@ NoticeRoads TrayWiring::roads() {
   };
 }
 
-void TrayWiring::tell(const std::string& sentence) {
-  notices_.tell(displayName_, inPlatformWords(sentence));
+void TrayWiring::tell(const std::string& sentence, const QString& pasteKeys) {
+  notices_.tell(displayName_, inPlatformWords(sentence, pasteKeys));
 }
 
 void TrayWiring::trayChanged() {

@@ -27,7 +27,8 @@ class TrayWiring {
 
   void refresh() { menu_.refresh(); }
   /// A message of the core, in the words of this desktop.
-  void tell(const std::string& sentence);
+  /// `pasteKeys`: see inPlatformWords.
+  void tell(const std::string& sentence, const QString& pasteKeys = {});
 
  private:
   [[nodiscard]] NoticeRoads roads();

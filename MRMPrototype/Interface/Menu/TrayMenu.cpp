@@ -108,7 +108,7 @@ void TrayMenu::show(const MenuStatus& status) {
   const auto& state = status.state;
   const bool isAtRest = state.which() == DictationState::Case::ready;
   status_->setText(literal(status.isPaused && isAtRest ? tr("Paused: the shortcut is not heard")
-                                                       : inPlatformWords(state.title())));
+                                                       : inPlatformWords(state.title(), status.pasteKeys)));
   toggle_->setText(state.isRecording() ? tr("Stop Dictation") : tr("Start Dictation"));
   toggle_->setEnabled(state.isRecording() || !state.isBusy());
   cancel_->setEnabled(state.isBusy());

@@ -21,8 +21,9 @@ struct MenuStatus {
   DictationState state;
   QString shortcut;  ///< by its keys; empty when there is none
   QString language;
-  QString model;   ///< the speech model in use, or how far a download is
-  QString update{};  ///< a version that can be had; empty where none is known
+  QString model;        ///< the speech model in use, or how far a download is
+  QString update{};     ///< a version that can be had; empty where none is known
+  QString pasteKeys{};  ///< of the application that got the last dictation; empty: the usual ones
   bool isPaused = false;
   bool hasLastTranscript = false;
   bool canRetry = false;

@@ -78,7 +78,7 @@ class PillButton final : public QAbstractButton {
 
 QString RecordingPill::shown() const {
   if (!hint_.empty()) return inPlatformWords(hint_);
-  if (!state_.isRecording()) return inPlatformWords(state_.title());
+  if (!state_.isRecording()) return inPlatformWords(state_.title(), pasteKeys());
   switch (condition_) {
     case CaptureCondition::fine:
       break;
@@ -96,6 +96,13 @@ QString RecordingPill::shown() const {
       return tr("The microphone is very quiet");
   }
   return inPlatformWords(state_.title());
+}
+
+QString RecordingPill::pasteKeys() const {
+  // Before the first dictation nobody can be asked, and no text speaks of them.
+  if (state_.which() == DictationState::Case::ready || !actions_.pasteKeys) return {};
+  const auto keys = actions_.pasteKeys();
+  return QString::fromLatin1(keys.data(), static_cast<qsizetype>(keys.size()));
 }
 
 RecordingPill::RecordingPill(PillActions actions)

@@ -13,6 +13,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 class QAbstractButton;
 class QBoxLayout;
@@ -32,6 +33,8 @@ struct PillActions {
   std::function<QScreen*()> screen;
   /// Where the desktop shows a picture of the pill, and lets nobody click on it; null: it is a window.
   IndicatorSurface* surface = nullptr;
+  /// The keys that paste where the words were to go; empty: the usual ones.
+  std::function<std::string_view()> pasteKeys;
 };
 
 /// The floating indicator: the state in words, and while it records the level of the microphone, the time,
@@ -65,6 +68,7 @@ class RecordingPill final : public QWidget, public OverlayController {
 
  private:
   [[nodiscard]] QString shown() const;
+  [[nodiscard]] QString pasteKeys() const;
   void arrange();
   void render();
   void showSign();

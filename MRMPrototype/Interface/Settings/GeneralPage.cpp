@@ -58,7 +58,9 @@ void GeneralPage::addDictation() {
       ->setKeywords(tr("live insertion phrases"));
   addSwitch(card,
             {tr("Restore the clipboard"),
-             tr("Murmel pastes through the clipboard. This puts back what you had copied before.")},
+             tr("Murmel pastes through the clipboard. This puts back what you had copied before. Words that "
+                "could not be "
+                "pasted stay there for you, marked private; not every clipboard history heeds the mark.")},
             {.property = SettingsProperty::restorePreviousClipboard,
              .get = [this] { return settings().restorePreviousClipboard(); },
              .set = [this](bool on) { settings().setRestorePreviousClipboard(on); },

@@ -26,7 +26,18 @@ TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
     EXPECT_EQ(countOf("clubs", murmel->log()), 0U);
   }
 
-  // The second run has kept what the first one wrote.
+  // What a command changes is in force at once, and what it copies outlives it.
+  start();
+  EXPECT_EQ(command("settings set historyEnabled false"), 0);
+  desk.loop.runFor(std::chrono::seconds(1));
+  const auto editor = openEditor("unkept");
+  dictate(eightOfSpadesAndMore);
+  ASSERT_TRUE(waitForText(eightOfSpadesAndMore.word, "unkept")) << murmel->log();
+  quit();
+  EXPECT_EQ(command("history copy 1"), 0);
+  EXPECT_TRUE(waitForClipboard(sevenOfClubs.word));
+
+  // The second run has kept what the first one wrote, the third nothing.
   PosixFileSystem files;
   SecretServiceStore secrets;
   KeychainEncryptionKeyStore keys(secrets,

@@ -20,6 +20,11 @@ using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
 SecretStatus statusOf(const GlibError& error) {
   if (error.matches(SECRET_ERROR, SECRET_ERROR_IS_LOCKED)) return secretStatus::interactionNotAllowed;
   if (error.matches(SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT)) return secretStatus::itemNotFound;
+  // It is there, but not in order: KWallet says so without the cipher that sessions need (libqca's OpenSSL
+  // plugin).
+  if (error.matches(G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS) ||
+      error.matches(G_DBUS_ERROR, G_DBUS_ERROR_FAILED))
+    return secretStatus::storeFailed;
   // No bus, nobody under the name, nobody who answers.
   if (error.isIn(G_IO_ERROR) || error.isIn(G_DBUS_ERROR)) return secretStatus::serviceUnavailable;
   return secretStatus::storeFailed;
