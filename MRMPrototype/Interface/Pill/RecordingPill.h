@@ -34,7 +34,7 @@ struct PillActions {
   /// Where the desktop shows a picture of the pill, and lets nobody click on it; null: it is a window.
   IndicatorSurface* surface = nullptr;
   /// The keys that paste where the words were to go; empty: the usual ones.
-  std::function<std::string_view()> pasteKeys;
+  std::function<std::string_view()> pasteKeys{};
 };
 
 /// The floating indicator: the state in words, and while it records the level of the microphone, the time,

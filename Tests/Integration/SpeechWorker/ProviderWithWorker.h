@@ -48,7 +48,7 @@ class ProviderWithWorker : public ::testing::Test {
 
   std::unique_ptr<Awaiting<Answer>> start(std::size_t byteCount = 3'200,
                                           std::optional<std::string> language = {}) {
-    CapturedAudio audio{std::vector<std::uint8_t>(byteCount)};
+    CapturedAudio audio{decltype(CapturedAudio::pcm16LE)(byteCount)};
     return std::make_unique<Awaiting<Answer>>(provider().transcribe(std::move(audio), std::move(language)));
   }
 
