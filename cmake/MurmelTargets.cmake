@@ -47,7 +47,12 @@ function(murmel_in_batches result size)
   foreach(source IN LISTS sources)
     cmake_path(ABSOLUTE_PATH source NORMALIZE OUTPUT_VARIABLE path)
     if(path MATCHES "\\.cpp$" AND EXISTS "${path}")
-      file(STRINGS "${path}" moc REGEX "\\.moc\"" LIMIT_COUNT 1)  # Qt's generator looks for these sources
+      # Qt's generator looks for these sources, and for the headers of the same name.
+      file(STRINGS "${path}" moc REGEX "\\.moc\"" LIMIT_COUNT 1)
+      string(REGEX REPLACE "\\.cpp$" ".h" header "${path}")
+      if(NOT moc AND EXISTS "${header}")
+        file(STRINGS "${header}" moc REGEX "Q_OBJECT" LIMIT_COUNT 1)
+      endif()
       # Nor are those that are compiled in a way of their own, which has to be said before the module is.
       set(own)
       foreach(property COMPILE_DEFINITIONS COMPILE_OPTIONS)
