@@ -17,12 +17,13 @@ constexpr const char* collectionPath = "/org/freedesktop/secrets/collection/logi
 
 GVariant* call(const char* interface, const char* method, GVariant* parameters) {
   GError* error = nullptr;
+  // Kept for good: the service forgets the sessions of a connection that is given up, and "unlock" makes two
+  // calls.
   GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
   if (bus == nullptr) throw std::runtime_error(error->message);
   GVariant* const answer =
       g_dbus_connection_call_sync(bus, "org.freedesktop.secrets", servicePath, interface, method, parameters,
                                   nullptr, G_DBUS_CALL_FLAGS_NONE, 5'000, nullptr, &error);
-  g_object_unref(bus);
   if (answer == nullptr) throw std::runtime_error(error->message);
   return answer;
 }
