@@ -61,7 +61,8 @@ void waitAfterTheStop(benchmark::State& state) {
   NoLog log;
   LinuxProcessLauncher launcher;
   // The best engine that lies in the build: Whisper where its model has been fetched.
-  const auto store = ModelManager::forStore(executor, "/nonexistent", MURMEL_RESOURCES_DIR);
+  const auto store = ModelManager::forStore(
+      executor, std::make_shared<ModelInventory>("/nonexistent", MURMEL_RESOURCES_DIR));
   auto& models = *store;
   models.validate();
   while (models.state() == SpeechModelState::verifying)

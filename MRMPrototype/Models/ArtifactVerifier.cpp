@@ -22,6 +22,8 @@ namespace {
 constexpr std::size_t readSize = 1 << 20;
 /// Whoever writes holds the lock for some milliseconds.
 constexpr auto lockLimit = std::chrono::seconds(2);
+/// How often whoever waits for another thread's reading looks whether it shall stop.
+constexpr auto stopInterval = std::chrono::milliseconds(50);
 constexpr auto lockRetryInterval = std::chrono::milliseconds(2);
 
 std::int64_t nanoseconds(const timespec& time) {
@@ -100,9 +102,21 @@ ArtifactVerifier::Finding ArtifactVerifier::look(const ModelArtifact& artifact) 
 }
 
 bool ArtifactVerifier::verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping) {
+  const auto& path = artifact.path.native();
+  {
+    std::unique_lock lock(mutex_);
+    while (reading_.contains(path) && !stopping) readingEnded_.wait_for(lock, stopInterval);
+    reading_.insert(path);
+  }
   const auto finding = look(artifact);
-  if (finding != Finding::unknown) return finding == Finding::verified;
-  return verifyAgain(artifact, stopping);
+  const bool isRight =
+      finding == Finding::unknown ? verifyAgain(artifact, stopping) : finding == Finding::verified;
+  {
+    const std::lock_guard lock(mutex_);
+    reading_.erase(path);
+  }
+  readingEnded_.notify_all();
+  return isRight;
 }
 
 bool ArtifactVerifier::verifyAgain(const ModelArtifact& artifact, const std::atomic<bool>& stopping) {
@@ -117,14 +131,32 @@ bool ArtifactVerifier::verifyAgain(const ModelArtifact& artifact, const std::ato
 }
 
 void ArtifactVerifier::remember(const std::string& path, Known known) {
-  const std::lock_guard lock(mutex_);
-  known_.insert_or_assign(path, std::move(known));
+  {
+    const std::lock_guard lock(mutex_);
+    known_.insert_or_assign(path, std::move(known));
+  }
   write();
 }
 
 void ArtifactVerifier::forgetMissing() {
-  const std::lock_guard lock(mutex_);
   write();
+}
+
+/// The lock of the memory, among processes. Nothing when it cannot be had.
+UniqueDescriptor ArtifactVerifier::lockMemory() const {
+  const auto file = memoryFile_.native() + ".lock";
+  const auto deadline = std::chrono::steady_clock::now() + lockLimit;
+  while (std::chrono::steady_clock::now() < deadline) {
+    UniqueDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+    if (!lock) return {};
+    if (::flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
+      // Whoever emptied the store has removed the lock's file while we were waiting for it.
+      struct stat held {};
+      if (::fstat(lock.get(), &held) == 0 && held.st_nlink > 0) return lock;
+    }
+    std::this_thread::sleep_for(lockRetryInterval);
+  }
+  return {};
 }
 
 ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& file) {
@@ -148,18 +180,20 @@ ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& fil
 
 void ArtifactVerifier::write() {
   if (memoryFile_.empty()) return;
-  std::error_code error;
-  if (known_.empty() && !std::filesystem::exists(memoryFile_, error)) return;
-  // Another process of ours may be at the same: without the lock one would forget what the other has found.
-  const UniqueDescriptor lock(::open((memoryFile_.native() + ".lock").c_str(),
-                                     O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
-  const auto deadline = std::chrono::steady_clock::now() + lockLimit;
-  while (!lock || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (!lock || std::chrono::steady_clock::now() >= deadline) return;
-    std::this_thread::sleep_for(lockRetryInterval);
+  // Not with the mutex that `look` needs: the main thread must not wait for a disk or another process.
+  const std::lock_guard writing(writing_);
+  Memory ours;
+  {
+    const std::lock_guard lock(mutex_);
+    ours = known_;
   }
+  std::error_code error;
+  if (ours.empty() && !std::filesystem::exists(memoryFile_, error)) return;
+  // Another process of ours may be at the same: without the lock one would forget what the other has found.
+  const auto lock = lockMemory();
+  if (!lock) return;
   auto merged = read(memoryFile_);
-  for (const auto& [path, known] : known_) merged.insert_or_assign(path, known);
+  for (const auto& [path, known] : ours) merged.insert_or_assign(path, known);
   nlohmann::json object = nlohmann::json::object();
   for (const auto& [path, known] : merged) {
     if (OpenedFile(path).identity() != known.identity) continue;
@@ -175,6 +209,7 @@ void ArtifactVerifier::write() {
   const auto temporary = memoryFile_.native() + ".new";
   constexpr int indentation = 1;
   {
+    std::filesystem::remove(temporary, error);  // what a killed process left, or somebody's link
     std::ofstream stream(temporary, std::ios::trunc);
     stream << object.dump(indentation, ' ', /*ensure_ascii=*/true, nlohmann::json::error_handler_t::replace);
     if (!stream.flush()) {

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "Foundation/UniqueDescriptor.h"
+
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -47,7 +51,8 @@ class ArtifactVerifier {
 
   /// Without reading the contents.
   [[nodiscard]] Finding look(const ModelArtifact& artifact) const;
-  /// Reads what is not known. Ends early, with false, when `stopping` becomes true.
+  /// Reads what is not known; what another thread is reading is waited for. Ends early, with false, when
+  /// `stopping` becomes true.
   bool verify(const ModelArtifact& artifact, const std::atomic<bool>& stopping);
   /// Reads it, known or not.
   bool verifyAgain(const ModelArtifact& artifact, const std::atomic<bool>& stopping);
@@ -65,12 +70,16 @@ class ArtifactVerifier {
 
   class OpenedFile;
   static Memory read(const std::filesystem::path& file);
+  [[nodiscard]] UniqueDescriptor lockMemory() const;
   void write();
   void refresh() const;
   void remember(const std::string& path, Known known);
 
   const std::filesystem::path memoryFile_;
+  std::mutex writing_;  ///< held while the memory is written; never waited for with the other one held
   mutable std::mutex mutex_;
+  std::condition_variable readingEnded_;
+  std::set<std::string> reading_;                   ///< guarded
   mutable Memory known_;                            ///< what every file that was read contains; guarded
   mutable std::optional<FileIdentity> memoryRead_;  ///< the state of the memory file that is in `known_`
 };

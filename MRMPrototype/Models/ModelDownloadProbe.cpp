@@ -2,7 +2,7 @@
 
 #include "Foundation/Uuid.h"
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
-#include "Models/InstalledModels.h"
+#include "Models/ModelInventory.h"
 
 #include <utility>
 
@@ -42,7 +42,7 @@ void ModelDownloadProbe::changed(const ModelDownloadStatus& status) {
   if (!status.isOver()) return;
   if (status.state == ModelDownloadStatus::State::installed) {
     const std::atomic<bool> notStopping = false;
-    const bool isRight = InstalledModels(store_).verify({std::string(identifier)}, notStopping);
+    const bool isRight = ModelInventory(store_).verify(std::vector{std::string(identifier)}, notStopping);
     return isRight ? finish(passed, "The model downloader works.")
                    : finish(failed, "The model downloader installed something else than it was asked for.");
   }

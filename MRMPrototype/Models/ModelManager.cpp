@@ -1,23 +1,22 @@
 #include "Models/ModelManager.h"
 
-#include "Models/ModelStoreLayout.h"
-
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
 namespace murmel {
 
-std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor, const std::filesystem::path& root,
-                                                     const std::filesystem::path& resources) {
-  return std::make_unique<ModelManager>(executor, speechModels(root, resources),
-                                        root / verificationMemoryName);
+std::unique_ptr<ModelManager> ModelManager::forStore(Executor& executor,
+                                                     std::shared_ptr<ModelInventory> inventory) {
+  auto models = speechModels(inventory->store(), inventory->resources());
+  return std::make_unique<ModelManager>(executor, std::move(models), std::move(inventory));
 }
 
-ModelManager::ModelManager(Executor& executor, std::vector<SpeechModel> models, std::filesystem::path memory)
+ModelManager::ModelManager(Executor& executor, std::vector<SpeechModel> models,
+                           std::shared_ptr<ModelInventory> inventory)
     : executor_(executor),
       models_(std::move(models)),
-      verifier_(std::move(memory)),
+      inventory_(std::move(inventory)),
       queue_(executor, "model-manager") {}
 
 ModelManager::~ModelManager() {
@@ -33,27 +32,17 @@ std::vector<const SpeechModel*> ModelManager::candidatesFor(const std::filesyste
   return all;
 }
 
-ModelManager::Finding ModelManager::look(const SpeechModel& model,
-                                         const std::filesystem::path& folder) const {
-  auto worst = Finding::verified;
-  for (const auto& file : model.files)
-    worst = std::min(worst, verifier_.look({folder / file.path, file.size, file.sha256}));
-  return worst;
-}
-
 bool ModelManager::requiredItemsPresent(const std::filesystem::path& folder) const {
   // What was read once and is known to be something else is not there either.
   return std::ranges::any_of(candidatesFor(folder), [&](const auto* model) {
-    const auto finding = look(*model, folder);
+    const auto finding = inventory_->look(*model, folder);
     return finding == Finding::unknown || finding == Finding::verified;
   });
 }
 
 bool ModelManager::verifyArtifacts(const std::filesystem::path& folder) const {
   return std::ranges::any_of(candidatesFor(folder), [&](const auto* model) {
-    return std::ranges::all_of(model->files, [&](const auto& file) {
-      return verifier_.verify({folder / file.path, file.size, file.sha256}, stopping_);
-    });
+    return inventory_->verify(*model, folder, stopping_);
   });
 }
 
@@ -80,7 +69,7 @@ std::vector<std::size_t> ModelManager::order() const {
 void ModelManager::choose() {
   const auto places = order();
   for (const auto i : places) {
-    const auto finding = look(models_[i], models_[i].folder);
+    const auto finding = inventory_->look(models_[i], models_[i].folder);
     if (finding == Finding::verified) return set(i, SpeechModelState::ready);
     if (finding != Finding::unknown) continue;
     set(i, SpeechModelState::verifying);
@@ -97,7 +86,7 @@ void ModelManager::verifyInBackground(std::size_t model) {
       if (isValid) return set(model, SpeechModelState::ready);
       // What could be read is known now to be wrong, and the next model is looked at. What could not be read,
       // or changed under our eyes, stays unknown: that ends here until somebody asks again.
-      if (look(models_[model], models_[model].folder) == Finding::unknown)
+      if (inventory_->look(models_[model], models_[model].folder) == Finding::unknown)
         return set(model, SpeechModelState::missing);
       choose();
     });

@@ -3,7 +3,7 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/SerialQueue.h"
 #include "Foundation/Async/Signal.h"
-#include "Models/ArtifactVerifier.h"
+#include "Models/ModelInventory.h"
 #include "Models/SpeechModelStore.h"
 #include "Models/SpeechModels.h"
 
@@ -22,14 +22,14 @@ namespace murmel {
 /// installed, and verifies every file by its SHA-256, once and again after a change.
 class ModelManager final : public SpeechModelStore {
  public:
-  /// The models of the store at `root` and the packaged ones, as far as they can run here (see speechModels).
-  /// What was verified is remembered in the store.
-  static std::unique_ptr<ModelManager> forStore(Executor& executor, const std::filesystem::path& root,
-                                                const std::filesystem::path& resources);
+  /// The models of the inventory's store and the packaged ones, as far as they can run here (see
+  /// speechModels).
+  static std::unique_ptr<ModelManager> forStore(Executor& executor,
+                                                std::shared_ptr<ModelInventory> inventory);
 
-  /// `models`: the preferred first; at least one. `memory`: see ArtifactVerifier. Nothing is looked at before
-  /// `validate`.
-  ModelManager(Executor& executor, std::vector<SpeechModel> models, std::filesystem::path memory = {});
+  /// `models`: the preferred first; at least one. Nothing is looked at before `validate`.
+  ModelManager(Executor& executor, std::vector<SpeechModel> models,
+               std::shared_ptr<ModelInventory> inventory = std::make_shared<ModelInventory>());
   /// The packaged model only.
   explicit ModelManager(Executor& executor) : ModelManager(executor, {packagedSpeechModel()}) {}
   /// Interrupts a verification that runs.
@@ -51,11 +51,10 @@ class ModelManager final : public SpeechModelStore {
   [[nodiscard]] Registration onInventoryChange(std::function<void()> handler) override;
 
  private:
-  using Finding = ArtifactVerifier::Finding;
+  using Finding = ModelInventory::Finding;
 
   /// The models whose files `folder` may hold: the one that lives there, or any.
   [[nodiscard]] std::vector<const SpeechModel*> candidatesFor(const std::filesystem::path& folder) const;
-  [[nodiscard]] Finding look(const SpeechModel& model, const std::filesystem::path& folder) const;
   /// The models' places, the preferred one first.
   [[nodiscard]] std::vector<std::size_t> order() const;
   void choose();
@@ -64,7 +63,7 @@ class ModelManager final : public SpeechModelStore {
 
   Executor& executor_;
   const std::vector<SpeechModel> models_;
-  mutable ArtifactVerifier verifier_;
+  const std::shared_ptr<ModelInventory> inventory_;
   std::optional<std::string> language_;
   std::size_t active_ = 0;
   SpeechModelState state_ = SpeechModelState::missing;

@@ -9,7 +9,7 @@ namespace murmel {
 
 namespace {
 
-using Finding = InstalledModels::Finding;
+using Finding = ModelInventory::Finding;
 using State = ModelDownloadStatus::State;
 
 constexpr std::string_view usage =
@@ -17,6 +17,8 @@ constexpr std::string_view usage =
     "       murmel models download [NAME]   fetch a model (the recommended speech model without a name)\n"
     "       murmel models verify [NAME]     read installed models and compare them with what they must be\n"
     "       murmel models remove NAME       remove a model\n";
+
+constexpr std::string_view packagedHint = "It comes with the application or the system and stays.\n";
 
 std::string_view wordFor(Finding finding) {
   switch (finding) {
@@ -66,11 +68,11 @@ std::string bar(const Progress& progress) {
 
 }  // namespace
 
-ModelsCommand::ModelsCommand(Executor& executor, const std::filesystem::path& root,
+ModelsCommand::ModelsCommand(Executor& executor, std::shared_ptr<ModelInventory> inventory,
                              ModelDownloadClient* client, Output output, ModelMachine machine,
                              const std::vector<CatalogModel>& catalog, std::vector<SpeechModel> packaged)
     : executor_(executor),
-      installed_(std::make_shared<InstalledModels>(root)),
+      installed_(std::move(inventory)),
       client_(client),
       output_(std::move(output)),
       machine_(machine),
@@ -88,25 +90,28 @@ void ModelsCommand::start(const std::vector<std::string>& arguments, std::functi
   if (arguments.size() > 2) return showUsage();
   if (verb == "list" && arguments.size() < 2) return list();
 
-  const CatalogModel* model = nullptr;
-  if (arguments.size() == 2) {
-    const auto found = std::ranges::find(catalog_, arguments[1], &CatalogModel::name);
-    if (found == catalog_.end()) {
-      print(fmt::format("There is no model \"{}\"; \"murmel models list\" shows those there are.\n",
-                        arguments[1]));
-      return finish(2);
-    }
-    model = &*found;
+  const auto name = arguments.size() == 2 ? std::optional(arguments[1]) : std::nullopt;
+  const auto model = name ? std::ranges::find(catalog_, *name, &CatalogModel::name) : catalog_.begin();
+  if (name && model == catalog_.end() && packaged(*name) == nullptr) {
+    print(fmt::format("There is no model \"{}\"; \"murmel models list\" shows those there are.\n", *name));
+    return finish(2);
   }
-  if (verb == "download") return download(model != nullptr ? *model : catalog_.front());
-  if (verb == "remove" && model != nullptr) return remove(*model);
-  if (verb != "verify") return showUsage();
-  std::vector<const CatalogModel*> models;
-  for (const auto& entry : catalog_) {
-    if (model == &entry || (model == nullptr && installed_->look(entry.identifiers) != Finding::missing))
-      models.push_back(&entry);
+  if (verb == "verify") return verify(name);
+  if (verb != "download" && (verb != "remove" || !name)) return showUsage();
+  if (model == catalog_.end()) {
+    print(std::string(packagedHint));
+    return finish(verb == "download" ? 0 : 1);
   }
-  verify(models);
+  if (verb == "download") return download(*model);
+  remove(*model);
+}
+
+/// Nothing when it is not there.
+const SpeechModel* ModelsCommand::packaged(std::string_view name) const {
+  const auto found = std::ranges::find_if(packaged_, [&](const SpeechModel& model) {
+    return model.engine->identifier == name && murmel::isThere(model);
+  });
+  return found == packaged_.end() ? nullptr : &*found;
 }
 
 void ModelsCommand::showUsage() {
@@ -118,12 +123,12 @@ void ModelsCommand::list() {
   for (const auto& model : catalog_) {
     const auto finding = installed_->look(model.identifiers);
     const bool isThere = finding != Finding::missing;
-    const auto packaged = std::ranges::find(packaged_, model.name,
-                                            [](const SpeechModel& each) { return each.engine->identifier; });
-    if (!isThere && packaged != packaged_.end() && murmel::isThere(*packaged)) continue;
-    const auto size = isThere ? installed_->bytes(model.identifiers) : downloadSize(model);
-    print(fmt::format("{:<15} {:<38} {:>8}  {:<11} {}\n", model.name, model.title, megabytes(size),
-                      model.licence, wordFor(finding)));
+    if (!isThere && packaged(model.name) != nullptr) continue;
+    const bool isPackaged = installed_->isPackaged(model.identifiers);
+    const auto size = isThere && !isPackaged ? installed_->bytes(model.identifiers) : downloadSize(model);
+    print(fmt::format("{:<15} {:<38} {:>8}  {:<11} {}\n", model.name,
+                      isPackaged ? fmt::format("{} · Packaged", model.title) : std::string(model.title),
+                      megabytes(size), model.licence, wordFor(finding)));
     if (!model.purpose.empty()) print(fmt::format("{:<15} {}\n", "", model.purpose));
     auto obstacle = whyUnusable(model, machine_);
     if (obstacle.empty() && !isThere) obstacle = whyNotDownloadable(model);
@@ -139,7 +144,7 @@ void ModelsCommand::list() {
     for (const auto& file : model.files) size += file.size;
     print(fmt::format("{:<15} {:<40} {:>8}  {}\n", engine.identifier,
                       fmt::format("{} · Packaged", engine.title), there ? megabytes(size) : std::string(),
-                      wordFor(there ? Finding::verified : Finding::missing)));
+                      wordFor(installed_->look(model, model.folder))));
   }
   finish(0);
 }
@@ -230,35 +235,50 @@ void ModelsCommand::interrupt() {
   }
 }
 
-void ModelsCommand::verify(const std::vector<const CatalogModel*>& models) {
-  if (models.empty()) {
+void ModelsCommand::verify(const std::optional<std::string>& name) {
+  std::vector<std::pair<std::string_view, std::function<bool()>>> readings;
+  for (const auto& model : catalog_) {
+    const bool isThere = installed_->look(model.identifiers) != Finding::missing;
+    if (name ? name != model.name || (!isThere && packaged(model.name) != nullptr) : !isThere) continue;
+    readings.emplace_back(model.name,
+                          [this, &model] { return installed_->verifyAgain(model.identifiers, stopping_); });
+  }
+  for (const auto& model : packaged_) {
+    if ((name && name != model.engine->identifier) || !murmel::isThere(model)) continue;
+    readings.emplace_back(model.engine->identifier,
+                          [this, &model] { return installed_->verifyAgain(model, stopping_); });
+  }
+  if (readings.empty()) {
     print("No model is installed.\n");
     return finish(0);
   }
   // Read again, all of it: that is what was asked for.
-  queue_.enqueue([this, models, installed = installed_, alive = std::weak_ptr(alive_)] {
-    std::vector<std::pair<const CatalogModel*, bool>> results;
-    for (const auto* model : models)
-      results.emplace_back(model, installed->verifyAgain(model->identifiers, stopping_));
-    executor_.post([this, results, alive] {
+  queue_.enqueue([this, readings, alive = std::weak_ptr(alive_)] {
+    std::string text;
+    bool allRight = true;
+    for (const auto& [model, isRight] : readings) {
+      const bool right = isRight();
+      text += fmt::format("{:<15} {}\n", model, right ? "verified" : "missing or damaged");
+      allRight = allRight && right;
+    }
+    executor_.post([this, text, allRight, alive] {
       if (alive.expired()) return;
-      bool allRight = true;
-      for (const auto& [model, isRight] : results) {
-        print(fmt::format("{:<15} {}\n", model->name, isRight ? "verified" : "missing or damaged"));
-        allRight = allRight && isRight;
-      }
+      print(text);
       finish(allRight ? 0 : 1);
     });
   });
 }
 
 void ModelsCommand::remove(const CatalogModel& model) {
+  const bool stays = installed_->bytes(model.identifiers) == 0 &&
+                     (installed_->isPackaged(model.identifiers) || packaged(model.name) != nullptr);
   const bool wasThere = installed_->look(model.identifiers) != Finding::missing;
   const bool isGone = installed_->remove(model.identifiers);
   print(!isGone    ? "The model could not be removed.\n"
+        : stays    ? std::string(packagedHint)
         : wasThere ? "Removed.\n"
                    : "The model is not installed.\n");
-  finish(isGone ? 0 : 1);
+  finish(isGone && !stays ? 0 : 1);
 }
 
 void ModelsCommand::finish(int status) {

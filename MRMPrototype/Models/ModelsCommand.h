@@ -3,15 +3,16 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/SerialQueue.h"
 #include "Models/DownloadRate.h"
-#include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Models/ModelDownloadClient.h"
+#include "Models/ModelInventory.h"
 #include "Models/SpeechModels.h"
 
 #include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,9 +31,9 @@ class ModelsCommand {
     std::function<Instant()> now = [] { return Instant(); };
   };
 
-  /// `root`: of the model store. `client` may be nullptr, then nothing can be downloaded. All must outlive
-  /// this. `packaged`: models that come with the application, which are only listed.
-  ModelsCommand(Executor& executor, const std::filesystem::path& root, ModelDownloadClient* client,
+  /// `client` may be nullptr, then nothing can be downloaded. All must outlive this. `packaged`: speech
+  /// models that come with the application or the distribution, which are only listed and verified.
+  ModelsCommand(Executor& executor, std::shared_ptr<ModelInventory> inventory, ModelDownloadClient* client,
                 Output output, ModelMachine machine,
                 const std::vector<CatalogModel>& catalog = modelCatalog(),
                 std::vector<SpeechModel> packaged = {});
@@ -47,18 +48,20 @@ class ModelsCommand {
  private:
   void list();
   void download(const CatalogModel& model);
-  void verify(const std::vector<const CatalogModel*>& models);
+  /// The models of that name, or all that are there.
+  void verify(const std::optional<std::string>& name);
   void remove(const CatalogModel& model);
   void downloadChanged(const CatalogModel& model, const std::string& identifier,
                        const ModelDownloadStatus& changed);
   void rememberAndFinish(const CatalogModel& model);
   void showProgress(const CatalogModel& model, const ModelDownloadStatus& changed);
+  [[nodiscard]] const SpeechModel* packaged(std::string_view name) const;
   void showUsage();
   void finish(int status);
   void print(const std::string& text) { output_.print(text); }
 
   Executor& executor_;
-  std::shared_ptr<InstalledModels> installed_;
+  std::shared_ptr<ModelInventory> installed_;
   ModelDownloadClient* client_;
   Output output_;
   ModelMachine machine_;

@@ -1,7 +1,5 @@
 #include "Models/SmartModelManager.h"
 
-#include "Models/ModelStoreLayout.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -13,14 +11,11 @@ constexpr std::string_view sagePrefix = "sage:";
 
 }  // namespace
 
-SmartModelManager::SmartModelManager(Executor& executor, std::filesystem::path root,
-                                     std::filesystem::path resources,
+SmartModelManager::SmartModelManager(Executor& executor, std::shared_ptr<ModelInventory> inventory,
                                      std::span<const ApprovedModelDownload> files)
     : executor_(executor),
-      root_(std::move(root)),
-      resources_(std::move(resources)),
+      inventory_(std::move(inventory)),
       files_(files),
-      verifier_(root_ / verificationMemoryName),
       queue_(executor, "smart-models") {}
 
 SmartModelManager::~SmartModelManager() {
@@ -30,20 +25,6 @@ SmartModelManager::~SmartModelManager() {
 const ApprovedModelDownload* SmartModelManager::find(std::string_view identifier) const {
   const auto found = std::ranges::find(files_, identifier, &ApprovedModelDownload::identifier);
   return found == files_.end() ? nullptr : &*found;
-}
-
-std::filesystem::path SmartModelManager::place(const ApprovedModelDownload& file) const {
-  std::error_code error;
-  auto own = root_ / file.storePath();
-  auto packaged = resources_ / packagedModelsFolder / file.storePath();
-  const bool isPackaged = !std::filesystem::exists(own, error) && std::filesystem::exists(packaged, error);
-  return isPackaged ? packaged : own;
-}
-
-ModelArtifact SmartModelManager::artifact(const ApprovedModelDownload& file) const {
-  return {place(file),
-          file.byteCount ? std::optional(static_cast<std::uint64_t>(*file.byteCount)) : std::nullopt,
-          file.sha256};
 }
 
 std::string SmartModelManager::identifierFor(std::string_view repository, std::string_view file) const {
@@ -59,23 +40,23 @@ ModelFileState SmartModelManager::state(std::string_view identifier) const {
 
 bool SmartModelManager::isReady(std::string_view identifier) const {
   const auto* entry = find(identifier);
-  return entry != nullptr && verifier_.look(artifact(*entry)) == ArtifactVerifier::Finding::verified;
+  return entry != nullptr && inventory_->look(*entry) == ModelInventory::Finding::verified;
 }
 
 std::filesystem::path SmartModelManager::file(std::string_view identifier) const {
   const auto* entry = find(identifier);
-  return entry == nullptr ? std::filesystem::path() : place(*entry);
+  return entry == nullptr ? std::filesystem::path() : inventory_->place(*entry);
 }
 
 bool SmartModelManager::verifyBeforeLoad(std::string_view identifier) const {
   const auto* entry = find(identifier);
-  return entry != nullptr && verifier_.verify(artifact(*entry), stopping_);
+  return entry != nullptr && inventory_->verify(*entry, stopping_);
 }
 
 std::filesystem::path SmartModelManager::sageFolder() const {
   const auto first = std::ranges::find_if(
       files_, [](const auto& entry) { return entry.identifier.starts_with(sagePrefix); });
-  return first == files_.end() ? std::filesystem::path() : place(*first).parent_path();
+  return first == files_.end() ? std::filesystem::path() : inventory_->place(*first).parent_path();
 }
 
 bool SmartModelManager::isSageReady() const {
@@ -91,20 +72,20 @@ bool SmartModelManager::isSageReady() const {
 void SmartModelManager::validate() {
   ++validation_;
   for (const auto& entry : files_) {
-    switch (verifier_.look(artifact(entry))) {
-      case ArtifactVerifier::Finding::missing:
+    switch (inventory_->look(entry)) {
+      case ModelInventory::Finding::missing:
         set(entry.identifier, ModelFileState::missing);
         break;
-      case ArtifactVerifier::Finding::wrong:
+      case ModelInventory::Finding::wrong:
         set(entry.identifier, ModelFileState::damaged);
         break;
-      case ArtifactVerifier::Finding::verified:
+      case ModelInventory::Finding::verified:
         set(entry.identifier, ModelFileState::ready);
         break;
-      case ArtifactVerifier::Finding::unknown:
+      case ModelInventory::Finding::unknown:
         set(entry.identifier, ModelFileState::verifying);
         queue_.enqueue([this, &entry, validation = validation_, alive = std::weak_ptr(alive_)] {
-          const bool isValid = verifier_.verify(artifact(entry), stopping_);
+          const bool isValid = inventory_->verify(entry, stopping_);
           executor_.post([this, &entry, isValid, validation, alive] {
             if (alive.expired() || validation != validation_) return;
             set(entry.identifier, isValid ? ModelFileState::ready : ModelFileState::damaged);

@@ -4,7 +4,7 @@
 #include "Foundation/Async/SerialQueue.h"
 #include "Foundation/Async/Signal.h"
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
-#include "Models/ArtifactVerifier.h"
+#include "Models/ModelInventory.h"
 
 #include <atomic>
 #include <filesystem>
@@ -25,13 +25,12 @@ enum class ModelFileState {
   ready,      ///< installed and verified
 };
 
-/// The optional refinement models in the store, and the server that runs them. Models are named by the
+/// The optional refinement models. Models are named by the
 /// identifiers of the download manifest. Main thread, except `verifyBeforeLoad`.
 class SmartModelManager {
  public:
-  /// `root`: the model store; `resources`: the application's resources folder, which brings the runtime.
   /// `files` must outlive the manager. Nothing is looked at before `validate`.
-  SmartModelManager(Executor& executor, std::filesystem::path root, std::filesystem::path resources,
+  SmartModelManager(Executor& executor, std::shared_ptr<ModelInventory> inventory,
                     std::span<const ApprovedModelDownload> files = MRMDownloadManifest::optional);
   /// Interrupts a verification that runs.
   ~SmartModelManager();
@@ -59,17 +58,11 @@ class SmartModelManager {
 
  private:
   [[nodiscard]] const ApprovedModelDownload* find(std::string_view identifier) const;
-  /// Where a file lies: in the user's store, else where the package brought it. In the store when it is
-  /// nowhere.
-  [[nodiscard]] std::filesystem::path place(const ApprovedModelDownload& file) const;
-  [[nodiscard]] ModelArtifact artifact(const ApprovedModelDownload& file) const;
   void set(std::string_view identifier, ModelFileState state);
 
   Executor& executor_;
-  const std::filesystem::path root_;
-  const std::filesystem::path resources_;
+  const std::shared_ptr<ModelInventory> inventory_;
   const std::span<const ApprovedModelDownload> files_;
-  mutable ArtifactVerifier verifier_;
   std::map<std::string_view, ModelFileState> states_;
   std::uint64_t validation_ = 0;
   Signal<> inventoryChanged_;

@@ -62,7 +62,6 @@ MainWindows::MainWindows(Parts parts)
     : parts_(std::move(parts)),
       shelf_(
           parts_.process.executor, parts_.process.clock, parts_.models,
-          modelStore(parts_.installation.folders),
           [this](const CatalogModel& model) { return whyUnusable(model, modelMachine(parts_.installation)); },
           [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
@@ -122,14 +121,16 @@ SettingsServices MainWindows::settingsServices() {
 std::vector<ModelShelfRow> MainWindows::packagedModels() const {
   std::vector<ModelShelfRow> rows;
   for (const auto& model : packagedSpeechModels(parts_.installation.folders.resources)) {
-    if (!isThere(model)) continue;
+    const auto finding = parts_.models.inventory->look(model, model.folder);
+    if (finding == ModelInventory::Finding::missing) continue;
     ModelShelfRow row{.name = std::string(model.engine->identifier),
                       .title = std::string(model.engine->title)};
     row.isSpeech = true;
     row.isPackaged = true;
     row.isInUse = parts_.models.speech->state() == SpeechModelState::ready &&
                   parts_.models.speech->activeModelURL() == model.folder;
-    row.state = ModelShelfRow::State::installed;
+    row.state = finding == ModelInventory::Finding::wrong ? ModelShelfRow::State::damaged
+                                                          : ModelShelfRow::State::installed;
     rows.push_back(std::move(row));
   }
   return rows;

@@ -35,6 +35,10 @@ std::filesystem::path modelStore(const ApplicationFolders& folders) {
   return folders.data / modelStoreFolder;
 }
 
+std::shared_ptr<ModelInventory> modelInventory(const Installation& installation) {
+  return std::make_shared<ModelInventory>(modelStore(installation.folders), installation.folders.resources);
+}
+
 std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const Installation& installation) {
   if (!installation.downloaderServiceName) return std::nullopt;
   return ModelDownloadClient::Configuration{
@@ -48,12 +52,11 @@ std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const 
 }
 
 ModelServices::ModelServices(const ProcessServices& process, const Installation& installation)
-    : speech(ModelManager::forStore(process.executor, modelStore(installation.folders),
-                                    installation.folders.resources)),
-      smart(process.executor, modelStore(installation.folders), installation.folders.resources),
+    : inventory(modelInventory(installation)),
+      speech(ModelManager::forStore(process.executor, inventory)),
+      smart(process.executor, inventory),
       priority(std::make_unique<NoDownloads>()),
       canRunDownload_(canRun(speechEngine("parakeet"), installation.folders.resources)) {
-  store_ = modelStore(installation.folders);
   speech->validate();
   smart.validate();
   auto configuration = downloaderConfiguration(installation);
@@ -70,8 +73,8 @@ ModelServices::ModelServices(const ProcessServices& process, const Installation&
 
 void ModelServices::follow(Executor& executor) {
   // A folder that is not there cannot be watched.
-  (void)PosixFileSystem().makeFolders(store_);
-  watch_.emplace(executor, std::vector{store_ / verificationMemoryName}, [this] {
+  (void)PosixFileSystem().makeFolders(inventory->store());
+  watch_.emplace(executor, std::vector{inventory->store() / verificationMemoryName}, [this] {
     speech->validate();
     smart.validate();
   });

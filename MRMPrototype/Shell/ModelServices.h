@@ -3,6 +3,7 @@
 #include "LocalModels/SmartModelFiles.h"
 #include "Models/DownloadRuntimePriority.h"
 #include "Models/ModelDownloadClient.h"
+#include "Models/ModelInventory.h"
 #include "Models/ModelManager.h"
 #include "Models/SmartModelManager.h"
 #include "Platform/Linux/Files/FileWatch.h"
@@ -22,6 +23,9 @@ std::vector<std::string> proxies(const Environment& environment);
 
 /// Where the installed models lie.
 std::filesystem::path modelStore(const ApplicationFolders& folders);
+
+/// The files of models, the user's and those of this installation.
+std::shared_ptr<ModelInventory> modelInventory(const Installation& installation);
 
 /// How the downloader is started; nothing when this build has none that it may use.
 std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const Installation& installation);
@@ -44,6 +48,7 @@ class ModelServices final : public SmartModelFiles {
   bool downloadSpeechModel();
   void cancelSpeechModelDownload();
 
+  const std::shared_ptr<ModelInventory> inventory;  ///< for all who ask about files of models
   std::unique_ptr<ModelManager> speech;
   SmartModelManager smart;
   /// Absent when nothing can be downloaded.
@@ -53,7 +58,6 @@ class ModelServices final : public SmartModelFiles {
  private:
   bool canRunDownload_;  ///< the recommended speech model
   Registration installed_;
-  std::filesystem::path store_;
   std::optional<FileWatch> watch_;
 };
 

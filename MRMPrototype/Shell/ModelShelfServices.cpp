@@ -9,15 +9,15 @@ namespace {
 
 using State = ModelDownloadStatus::State;
 
-ModelShelfRow::State stateFor(InstalledModels::Finding finding) {
+ModelShelfRow::State stateFor(ModelInventory::Finding finding) {
   switch (finding) {
-    case InstalledModels::Finding::missing:
+    case ModelInventory::Finding::missing:
       return ModelShelfRow::State::absent;
-    case InstalledModels::Finding::wrong:
+    case ModelInventory::Finding::wrong:
       return ModelShelfRow::State::damaged;
-    case InstalledModels::Finding::unknown:
+    case ModelInventory::Finding::unknown:
       return ModelShelfRow::State::unverified;
-    case InstalledModels::Finding::verified:
+    case ModelInventory::Finding::verified:
       return ModelShelfRow::State::installed;
   }
   std::unreachable();
@@ -26,13 +26,12 @@ ModelShelfRow::State stateFor(InstalledModels::Finding finding) {
 }  // namespace
 
 ModelShelfServices::ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
-                                       const std::filesystem::path& store,
                                        std::function<std::string(const CatalogModel&)> unusable,
                                        std::function<std::vector<ModelShelfRow>()> packaged)
     : executor_(executor),
       clock_(clock),
       models_(models),
-      installed_(std::make_shared<InstalledModels>(store)),
+      installed_(models.inventory),
       unusable_(std::move(unusable)),
       packaged_(std::move(packaged)),
       queue_(executor, "model-shelf") {
@@ -71,6 +70,7 @@ ModelShelfRow ModelShelfServices::row(const CatalogModel& model) const {
   row.licence = model.licence;
   row.size = downloadSize(model);
   row.onDisk = installed_->bytes(model.identifiers);
+  row.isPackaged = installed_->isPackaged(model.identifiers);
   row.unusable = unusable_(model);
   if (row.unusable.empty() && row.onDisk == 0) row.unusable = whyNotDownloadable(model);
   row.state = working_.contains(model.name) ? ModelShelfRow::State::verifying

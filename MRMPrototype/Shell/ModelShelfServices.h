@@ -3,7 +3,6 @@
 #include "Foundation/Async/SerialQueue.h"
 #include "Interface/Models/ModelShelf.h"
 #include "Models/DownloadRate.h"
-#include "Models/InstalledModels.h"
 #include "Models/ModelCatalog.h"
 #include "Shell/ModelServices.h"
 
@@ -22,7 +21,6 @@ class ModelShelfServices final : public ModelShelf {
   /// The references outlive this. `usable`: why this computer cannot run a model; empty when it can.
   /// `packaged`: the models that came with the application.
   ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
-                     const std::filesystem::path& store,
                      std::function<std::string(const CatalogModel&)> unusable,
                      std::function<std::vector<ModelShelfRow>()> packaged);
   /// Ends a verification that runs.
@@ -50,7 +48,7 @@ class ModelShelfServices final : public ModelShelf {
   Executor& executor_;
   const Clock& clock_;
   ModelServices& models_;
-  std::shared_ptr<InstalledModels> installed_;
+  const std::shared_ptr<ModelInventory> installed_;
   std::function<std::string(const CatalogModel&)> unusable_;
   std::function<std::vector<ModelShelfRow>()> packaged_;
   std::map<std::string_view, DownloadRate> rates_;

@@ -57,7 +57,7 @@ int runModels(Arguments arguments, const Installation& installation, const Model
     std::fflush(stdout);
   };
   ModelsCommand command(
-      executor, modelStore(installation.folders), client ? &*client : nullptr,
+      executor, modelInventory(installation), client ? &*client : nullptr,
       {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0, .now = [] { return SystemClock().now(); }},
       modelMachine(installation), modelCatalog(), packagedSpeechModels(installation.folders.resources));
   // Ctrl+C ends a download in order; a second one ends the process.

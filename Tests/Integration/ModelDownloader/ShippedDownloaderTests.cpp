@@ -85,7 +85,7 @@ TEST_F(ShippedDownloader, ServesTheCommand) {
   const auto run = [&](const std::vector<std::string>& arguments) {
     std::string text;
     int status = -1;
-    ModelsCommand command(executor, folder.path() / "Models", &client,
+    ModelsCommand command(executor, std::make_shared<ModelInventory>(folder.path() / "Models"), &client,
                           {.print = [&](std::string_view more) { text += more; }, .isTerminal = false}, {},
                           catalog);
     command.start(arguments, [&](int ended) { status = ended; });

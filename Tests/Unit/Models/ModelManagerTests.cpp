@@ -235,31 +235,31 @@ TEST_F(SeveralModels, AModelWhoseEngineKnowsTheForcedLanguageGoesFirst) {
 }
 
 TEST_F(SeveralModels, ReadsNothingAgainAfterARestart) {
-  const auto memory = folder.path() / "memory.json";
+  const auto inventory = [&] { return std::make_shared<ModelInventory>(folder.path()); };
   {
-    ModelManager manager(executor, models(), memory);
+    ModelManager manager(executor, models(), inventory());
     EXPECT_EQ(active(manager), "best");
   }
-  ModelManager restarted(executor, models(), memory);
+  ModelManager restarted(executor, models(), inventory());
   restarted.validate();
   EXPECT_EQ(restarted.state(), good) << "known at once";
   // But a change while nobody looked is noticed.
   write("best", "hellO");
-  ModelManager again(executor, models(), memory);
+  ModelManager again(executor, models(), inventory());
   again.validate();
   EXPECT_EQ(again.state(), verifying);
   EXPECT_EQ(active(again), "fallback");
 }
 
 TEST_F(SeveralModels, ADamagedMemoryOnlyCostsTime) {
-  const auto memory = folder.path() / "memory.json";
+  const auto memory = folder.path() / ".verified.json";
   for (const auto* text : {"", "null", "[1,2]", "{\"x\":{}}", "{\"x\":{\"size\":-1}}", "\xff\xfe"}) {
     std::ofstream(memory, std::ios::trunc) << text;
-    ModelManager manager(executor, models(), memory);
+    ModelManager manager(executor, models(), std::make_shared<ModelInventory>(folder.path()));
     EXPECT_EQ(active(manager), "best") << text;
   }
   // A memory that cannot be written neither.
-  ModelManager manager(executor, models(), folder.path() / "no" / "such" / "memory.json");
+  ModelManager manager(executor, models(), std::make_shared<ModelInventory>(folder.path() / "no" / "such"));
   EXPECT_EQ(active(manager), "best");
 }
 

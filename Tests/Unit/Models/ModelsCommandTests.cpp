@@ -26,12 +26,15 @@ class Models : public testing::Test {
   };
   Answer run(const std::vector<std::string>& arguments) {
     Answer answer{-1, {}};
-    ModelsCommand command(executor, store, &client,
+    ModelsCommand command(executor, inventory(), &client,
                           {.print = [&](std::string_view text) { answer.text += text; }, .isTerminal = false},
                           machine, catalog);
     command.start(arguments, [&](int status) { answer.status = status; });
     EXPECT_TRUE(executor.waitUntil([&] { return answer.status >= 0; }));
     return answer;
+  }
+  [[nodiscard]] std::shared_ptr<ModelInventory> inventory() const {
+    return std::make_shared<ModelInventory>(store, folder.path() / "package");
   }
   void put(const fs::path& place, const std::string& text) const {
     fs::create_directories((store / place).parent_path());
@@ -73,6 +76,20 @@ TEST_F(Models, ListsVerifiesAndRemovesWhatIsThere) {
   EXPECT_EQ(run({"remove", "first"}).text, "Removed.\n");
   EXPECT_TRUE(fs::is_empty(store)) << "a folder or a temporary file stayed";
   EXPECT_EQ(run({"remove", "first"}).text, "The model is not installed.\n");
+}
+
+TEST_F(Models, FindsWhatThePackageBringsAndLeavesItThere) {
+  put("../package/Models" / config, "{}");
+  EXPECT_EQ(inventory()->look(std::vector<std::string>{"parakeet:config.json"}),
+            ModelInventory::Finding::unknown);
+  EXPECT_THAT(run({"verify"}).text, HasSubstr("first           verified"));
+  EXPECT_THAT(run({"list"}).text, HasSubstr("First model · Packaged"));
+  EXPECT_EQ(run({"remove", "first"}).status, 1);
+  // The user's own goes first, also when it is worse: that is the one that is repaired.
+  put(config, "[]");
+  EXPECT_EQ(run({"verify", "first"}).status, 1);
+  EXPECT_EQ(run({"remove", "first"}).text, "Removed.\n");
+  EXPECT_EQ(run({"verify", "first"}).status, 0);
 }
 
 TEST_F(Models, SaysWhatAModelIsGoodForAndWhyItIsOfNoUseHere) {

@@ -43,7 +43,9 @@ class SmartModels : public testing::Test {
 
   TemporaryFolder folder;
   ManualExecutor executor;
-  SmartModelManager manager{executor, folder.path() / "Models", folder.path() / "resources", approvedFiles};
+  SmartModelManager manager{
+      executor, std::make_shared<ModelInventory>(folder.path() / "Models", folder.path() / "resources"),
+      approvedFiles};
 };
 
 TEST_F(SmartModels, AModelIsReadyOnceItsContentHasBeenRead) {
@@ -65,7 +67,7 @@ TEST_F(SmartModels, AModelIsReadyOnceItsContentHasBeenRead) {
 }
 
 TEST_F(SmartModels, EveryModelOfTheSettingsHasAFile) {
-  const SmartModelManager shipped(executor, folder.path(), folder.path());
+  const SmartModelManager shipped(executor, std::make_shared<ModelInventory>(folder.path()));
   for (const auto model : allCases<SmartLocalModel>()) {
     const auto description = describe(model);
     const auto identifier = shipped.identifierFor(description.repository, description.file);

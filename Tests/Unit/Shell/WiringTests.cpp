@@ -141,7 +141,7 @@ TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
   FakeRefinementSource refinement;
   int shutdowns = 0;
   TemporaryFolder store;
-  SmartModelManager models(executor, store.path(), store.path());
+  SmartModelManager models(executor, std::make_shared<ModelInventory>(store.path()));
   const RefinerWarmth warmth(settings, models, refinement, [&] { ++shutdowns; });
   settings.setSmartFormatting(true);
   EXPECT_EQ(refinement.warmUps, 1);
