@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <utility>
 
 namespace murmel {
 
@@ -18,10 +19,8 @@ Credit::Kind kindOf(const QString& word) {
   return Credit::Kind::library;
 }
 
-/// The license of what is shipped lies with it; that of a library, in the documentation of its package.
-std::filesystem::path textOf(const QJsonObject& entry, const std::filesystem::path& resources) {
-  const auto file = entry[QStringLiteral("file")].toString();
-  if (!file.isEmpty()) return resources / "licenses" / file.toStdString();
+/// Of a library, in the documentation of its package, with the names of everybody.
+std::filesystem::path ownText(const QJsonObject& entry) {
   const auto packages = entry[QStringLiteral("packages")].toArray();
   return packages.isEmpty() ? std::filesystem::path()
                             : documentation / packages.first().toString().toStdString() / "copyright";
@@ -36,12 +35,18 @@ std::vector<Credit> readCredits(const std::filesystem::path& resources) {
   const auto entries = QJsonDocument::fromJson(file.readAll()).array();
   for (const auto& value : entries) {
     const auto entry = value.toObject();
+    std::error_code missing;
+    auto text = ownText(entry);
+    const bool isGeneral = text.empty() || !std::filesystem::exists(text, missing);
+    if (isGeneral)
+      text = resources / "licenses" / (entry[QStringLiteral("license")].toString().toStdString() + ".txt");
     credits.push_back({.kind = kindOf(entry[QStringLiteral("kind")].toString()),
                        .name = entry[QStringLiteral("name")].toString(),
                        .license = entry[QStringLiteral("license")].toString(),
                        .holder = entry[QStringLiteral("holder")].toString(),
                        .address = entry[QStringLiteral("home")].toString(),
-                       .text = textOf(entry, resources)});
+                       .text = std::move(text),
+                       .isTextGeneral = isGeneral});
   }
   return credits;
 }

@@ -17,10 +17,12 @@ struct Credit {
   QString address;  ///< of its home page
   /// The text of the license, where it is on this machine.
   std::filesystem::path text;
+  bool isTextGeneral = false;  ///< it names no holder
 };
 
 /// From the list that is installed with the application; empty when it cannot be read. The list names, for
-/// each entry, the package whose copyright file has the full text.
+/// each entry, the package whose copyright file has the full text; where there is none, the text of the
+/// license lies beside the list.
 std::vector<Credit> readCredits(const std::filesystem::path& resources);
 
 }  // namespace murmel

@@ -18,6 +18,7 @@ namespace {
 
 constexpr QSize wantedCreditsSize(860, 600);
 constexpr int creditsListWidth = 260;
+constexpr int creditHeight = 7 * grid::unit;
 constexpr qint64 maximumText = 1 << 20;  // bytes
 
 }  // namespace
@@ -34,6 +35,13 @@ CreditsWindow::CreditsWindow(std::vector<Credit> credits)
   list_->setFrameShape(QFrame::NoFrame);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setAccessibleName(tr("What Murmel is made of"));
+  list_->viewport()->setAutoFillBackground(false);
+  auto* side = new QWidget;
+  side->setAutoFillBackground(true);
+  side->setBackgroundRole(QPalette::AlternateBase);
+  auto* sideLines = new QVBoxLayout(side);
+  sideLines->setContentsMargins(grid::medium, grid::medium, 0, grid::medium);
+  sideLines->addWidget(list_);
   text_->setReadOnly(true);
   text_->setTabChangesFocus(true);
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -50,7 +58,7 @@ CreditsWindow::CreditsWindow(std::vector<Credit> credits)
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
   line->setSpacing(0);
-  line->addWidget(list_);
+  line->addWidget(side);
   line->addLayout(reader, 1);
 
   connect(list_, &QListWidget::currentRowChanged, this, [this](int row) { show(row); });
@@ -82,10 +90,14 @@ void CreditsWindow::fill() {
       font.setWeight(QFont::DemiBold);
       heading->setFont(font);
       heading->setFlags(Qt::ItemIsEnabled);
+      heading->setSizeHint(
+          QSize(0, list_->count() > 1 ? grid::controlHeight + grid::medium : grid::controlHeight));
+      heading->setTextAlignment(Qt::AlignBottom | Qt::AlignLeading);
       heading->setData(Qt::UserRole, -1);
     }
     kind = credit.kind;
     auto* item = new QListWidgetItem(credit.name, list_);
+    item->setSizeHint(QSize(0, creditHeight));
     item->setData(Qt::UserRole, static_cast<int>(index));
   }
   if (list_->count() > 1) list_->setCurrentRow(1);
@@ -104,9 +116,11 @@ void CreditsWindow::show(int row) {
   about_->setText(about.join(QStringLiteral(" · ")));
   QFile file(QString::fromStdString(credit.text.string()));
   const bool isThere = !credit.text.empty() && file.open(QIODevice::ReadOnly);
-  text_->setPlainText(isThere ? QString::fromUtf8(file.read(maximumText))
-                              : tr("The full text of the license is not on this computer; it is at %1.")
-                                    .arg(QStringLiteral("https://spdx.org/licenses/")));
+  if (!isThere)
+    return text_->setPlainText(tr("The full text of the license is not on this computer; it is at %1.")
+                                   .arg(QStringLiteral("https://spdx.org/licenses/")));
+  const auto text = QString::fromUtf8(file.read(maximumText));
+  text_->setPlainText(credit.isTextGeneral ? QStringLiteral("© %1\n\n%2").arg(credit.holder, text) : text);
 }
 
 }  // namespace murmel
