@@ -17,18 +17,23 @@ class MicrophoneTest final : public MicrophoneTrial {
                  const std::filesystem::path& temporaryFolder, std::function<std::string()> name);
 
   [[nodiscard]] std::string microphoneName() const override { return name_(); }
-  std::expected<Registration, std::string> listen(std::function<void(double level)> level) override;
+  Registration listen(std::function<void(double level)> level,
+                      std::function<void(const std::string&)> failed) override;
 
  private:
   Task<void> begin();
+  Task<void> goOn();
   void tick();
+  void fail(const std::string& sentence);
+  void end();
 
   Executor& executor_;
   AudioCaptureService capture_;
   std::function<std::string()> name_;
   std::function<void(double)> level_;
+  std::function<void(const std::string&)> failed_;
   Registration timer_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  std::shared_ptr<int> trial_;  ///< of now: a handle of an earlier one ends nothing
   Scope tasks_;
 };
 

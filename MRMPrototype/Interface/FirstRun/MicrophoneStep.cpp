@@ -70,20 +70,20 @@ void MicrophoneStep::fill(const std::vector<MicrophoneSource>& sources) {
 }
 
 void MicrophoneStep::listen() {
-  loudest_ = 0;
-  trial_.reset();
+  meter_->clear();
   if (services_.microphone == nullptr)
     return verdict_->setText(tr("The microphone cannot be tried in this session."));
-  auto listening = services_.microphone->listen([this](double level) { hear(level); });
-  if (!listening) return verdict_->setText(inPlatformWords(listening.error()));
-  trial_ = *std::move(listening);
+  trial_ = services_.microphone->listen([this](double level) { hear(level); },
+                                        [this](const std::string& sentence) {
+                                          meter_->clear();
+                                          verdict_->setText(inPlatformWords(sentence));
+                                        });
   hear(0);
 }
 
 void MicrophoneStep::hear(double level) {
   meter_->show(level);
-  loudest_ = std::max(loudest_, level);
-  verdict_->setText(microphoneVerdict(loudest_));
+  verdict_->setText(microphoneVerdict(meter_->loudest()));
 }
 
 }  // namespace murmel

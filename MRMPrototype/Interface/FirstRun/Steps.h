@@ -82,7 +82,6 @@ class MicrophoneStep final : public FormPage {
   QLabel* verdict_;
   std::vector<MicrophoneSource> sources_;
   Registration trial_;
-  double loudest_ = 0;
 };
 
 /// Which keys start a dictation.

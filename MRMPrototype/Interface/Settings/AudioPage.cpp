@@ -3,7 +3,6 @@
 #include "Interface/Settings/Pages.h"
 
 #include <QVBoxLayout>
-#include <algorithm>
 
 namespace murmel {
 
@@ -26,6 +25,7 @@ AudioPage::AudioPage(const SettingsServices& services)
   line->addWidget(meter_);
   line->addWidget(verdict_);
   line->addWidget(buttonRow({test_}));
+  verdict_->hide();
   auto* row = card.addRow(tr("Level"), tr("Start the test and say a sentence. Nothing of it is kept."), trial,
                           FormRow::Place::below);
   row->setKeywords(tr("input volume gain meter"));
@@ -49,29 +49,36 @@ void AudioPage::showEvent(QShowEvent* event) {
 }
 
 void AudioPage::hideEvent(QHideEvent* event) {
-  if (trial_) toggleTrial();
+  endTrial();
   SettingsPage::hideEvent(event);
 }
 
 void AudioPage::toggleTrial() {
-  if (trial_) {
-    trial_ = {};
-    test_->setText(tr("Test Microphone"));
-    meter_->clear();
-    return;
-  }
-  loudest_ = 0;
-  auto listening = services().microphone->listen([this](double level) { hear(level); });
-  if (!listening) return verdict_->setText(inPlatformWords(listening.error()));
-  trial_ = *std::move(listening);
+  if (trial_) return endTrial();
+  trial_ = services().microphone->listen([this](double level) { hear(level); },
+                                         [this](const std::string& sentence) {
+                                           endTrial();
+                                           say(inPlatformWords(sentence));
+                                         });
   test_->setText(tr("Stop Test"));
   hear(0);
 }
 
+void AudioPage::endTrial() {
+  trial_ = {};
+  test_->setText(tr("Test Microphone"));
+  meter_->clear();
+  say({});
+}
+
 void AudioPage::hear(double level) {
   meter_->show(level);
-  loudest_ = std::max(loudest_, level);
-  verdict_->setText(microphoneVerdict(loudest_));
+  say(microphoneVerdict(meter_->loudest()));
+}
+
+void AudioPage::say(const QString& words) {
+  verdict_->setText(words);
+  verdict_->setVisible(!words.isEmpty());
 }
 
 }  // namespace murmel

@@ -3,12 +3,14 @@
 #include <QCoreApplication>
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 namespace murmel {
 
 namespace {
 
 constexpr double peakFall = 0.02;  ///< with each level, of about twenty a second
+constexpr int levelsTogether = 100;
 
 }  // namespace
 
@@ -21,12 +23,16 @@ LevelBar::LevelBar() {
 void LevelBar::show(double level) {
   level_ = std::clamp(level, 0.0, 1.0);
   peak_ = std::max(level_, peak_ - peakFall);
+  if (++levels_ % levelsTogether == 0) loudestBefore_ = std::exchange(loudest_, 0);
+  loudest_ = std::max(loudest_, level_);
   update();
 }
 
 void LevelBar::clear() {
   level_ = 0;
   peak_ = 0;
+  loudest_ = 0;
+  loudestBefore_ = 0;
   update();
 }
 

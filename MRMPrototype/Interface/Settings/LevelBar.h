@@ -12,6 +12,8 @@ class LevelBar final : public QWidget {
   /// 0…1.
   void show(double level);
   void clear();
+  /// Of the last five to ten seconds: somebody who was too loud may be so no longer.
+  [[nodiscard]] double loudest() const { return loudest_ > loudestBefore_ ? loudest_ : loudestBefore_; }
   [[nodiscard]] QSize sizeHint() const override { return {220, 14}; }
 
  protected:
@@ -20,9 +22,12 @@ class LevelBar final : public QWidget {
  private:
   double level_ = 0;
   double peak_ = 0;
+  double loudest_ = 0;
+  double loudestBefore_ = 0;
+  int levels_ = 0;
 };
 
-/// What to say of the loudest level of a trial so far.
+/// What to say of the loudest level of the last seconds.
 QString microphoneVerdict(double loudest);
 
 }  // namespace murmel

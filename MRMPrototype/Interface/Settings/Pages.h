@@ -51,14 +51,15 @@ class AudioPage final : public SettingsPage {
 
  private:
   void toggleTrial();
+  void endTrial();
   void hear(double level);
+  void say(const QString& words);
 
   FormRow* microphone_ = nullptr;
   LevelBar* meter_;
   QLabel* verdict_;
   QPushButton* test_;
   Registration trial_;
-  double loudest_ = 0;
 };
 
 /// Which languages are spoken.

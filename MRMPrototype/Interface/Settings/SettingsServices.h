@@ -36,8 +36,10 @@ class MicrophoneTrial {
   /// Its name as the desktop shows it; empty when there is none.
   [[nodiscard]] virtual std::string microphoneName() const = 0;
   /// Calls `level`, from 0 to 1, about twenty times a second until the handle is destroyed. Nothing is kept.
-  /// The error is one sentence for the user.
-  virtual std::expected<Registration, std::string> listen(std::function<void(double level)> level) = 0;
+  /// Calls `failed` instead, later and with one sentence for the user, when nothing is heard any more; the
+  /// handle is then of no more use. A second trial ends the first.
+  virtual Registration listen(std::function<void(double level)> level,
+                              std::function<void(const std::string& sentence)> failed) = 0;
 };
 
 /// Lets the user press the keys that are to be used, over `window`; `save` is called with them, or never.

@@ -39,7 +39,7 @@ class GalleryData::ExampleMicrophones final : public Microphones, public Microph
   }
   void choose(const std::string& /*name*/, std::function<void(bool)> answer) override { answer(true); }
   [[nodiscard]] std::string microphoneName() const override { return "Built-in Audio Analog Stereo"; }
-  std::expected<Registration, std::string> listen(std::function<void(double)> level) override {
+  Registration listen(std::function<void(double)> level, std::function<void(const std::string&)>) override {
     executor_.post([level = std::move(level)] { level(0.62); });
     return Registration([] {});
   }
@@ -173,6 +173,10 @@ FirstRunServices GalleryData::firstRunServices() {
 SettingsServices GalleryData::services() {
   SettingsServices services{settings, history, models};
   services.autostart = autostart_.get();
+  services.microphone = microphones_.get();
+  services.languageNote = [](DictationLanguage language) {
+    return std::string(language == DictationLanguage::serbian ? "unknown to the speech model in use" : "");
+  };
   services.shortcutNotice = [](const ShortcutConfiguration& shortcut) {
     return std::string(shortcut.kind == ShortcutConfiguration::Kind::modifiersOnly
                            ? "This keyboard does not tell the desktop about Fn. Choose another shortcut."
