@@ -1511,6 +1511,418 @@
         <source>Cannot run here: %1.</source>
         <translation>Läuft hier nicht: %1.</translation>
     </message>
+    <message>
+        <source>Still transcribing the last dictation…</source>
+        <translation>Das letzte Diktat wird noch erkannt …</translation>
+    </message>
+    <message>
+        <source>Opening the microphone…</source>
+        <translation>Das Mikrofon wird geöffnet …</translation>
+    </message>
+    <message>
+        <source>The words are being inserted already.</source>
+        <translation>Die Wörter werden schon eingefügt.</translation>
+    </message>
+    <message>
+        <source>Nothing is being dictated.</source>
+        <translation>Es wird nichts diktiert.</translation>
+    </message>
+    <message>
+        <source>Murmel is about to end.</source>
+        <translation>Murmel wird gleich beendet.</translation>
+    </message>
+    <message>
+        <source>Murmel is ending.</source>
+        <translation>Murmel wird beendet.</translation>
+    </message>
+    <message>
+        <source>Murmel cannot do that now.</source>
+        <translation>Das kann Murmel jetzt nicht.</translation>
+    </message>
+    <message>
+        <source>A dictation is under way.</source>
+        <translation>Ein Diktat läuft.</translation>
+    </message>
+    <message>
+        <source>There is no failed or cancelled dictation to try again.</source>
+        <translation>Es gibt kein fehlgeschlagenes oder abgebrochenes Diktat, das wiederholt werden könnte.</translation>
+    </message>
+    <message>
+        <source>The kept recording cannot be read any more.</source>
+        <translation>Die aufbewahrte Aufnahme lässt sich nicht mehr lesen.</translation>
+    </message>
+    <message>
+        <source>The last dictation is still being transcribed.</source>
+        <translation>Das letzte Diktat wird noch erkannt.</translation>
+    </message>
+    <message>
+        <source>Murmel is listening already.</source>
+        <translation>Murmel hört schon zu.</translation>
+    </message>
+    <message>
+        <source>Nothing is being recorded.</source>
+        <translation>Es wird nichts aufgenommen.</translation>
+    </message>
+    <message>
+        <source>There is no dictation to copy.</source>
+        <translation>Es gibt kein Diktat zum Kopieren.</translation>
+    </message>
+    <message>
+        <source>There is no dictation to paste.</source>
+        <translation>Es gibt kein Diktat zum Einfügen.</translation>
+    </message>
+    <message>
+        <source>Another session is in front.</source>
+        <translation>Eine andere Sitzung ist im Vordergrund.</translation>
+    </message>
+    <message>
+        <source>The computer is going to sleep.</source>
+        <translation>Der Computer geht in den Ruhezustand.</translation>
+    </message>
+    <message>
+        <source>The screen is locked.</source>
+        <translation>Der Bildschirm ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The application did not take the last dictation. It is on the clipboard — press %paste.</source>
+        <translation>Die Anwendung hat das letzte Diktat nicht angenommen. Es ist in der Zwischenablage – drücken Sie %paste.</translation>
+    </message>
+    <message>
+        <source>model process exited</source>
+        <translation>der Prozess des Modells hat sich beendet</translation>
+    </message>
+    <message>
+        <source>two answers in a row took too long</source>
+        <translation>zwei Antworten in Folge haben zu lange gedauert</translation>
+    </message>
+    <message>
+        <source>an answer was not understood</source>
+        <translation>eine Antwort war nicht zu verstehen</translation>
+    </message>
+    <message>
+        <source>too many open files</source>
+        <translation>zu viele offene Dateien</translation>
+    </message>
+    <message>
+        <source>inference server exited while starting</source>
+        <translation>der Server hat sich beim Start beendet</translation>
+    </message>
+    <message>
+        <source>inference server did not become ready</source>
+        <translation>der Server wurde nicht bereit</translation>
+    </message>
+    <message>
+        <source>running inference server identity validation failed</source>
+        <translation>der laufende Server ist nicht der erwartete</translation>
+    </message>
+    <message>
+        <source>running correction worker identity validation failed</source>
+        <translation>das laufende Korrekturprogramm ist nicht das erwartete</translation>
+    </message>
+    <message>
+        <source>correction worker signature validation failed</source>
+        <translation>die Signatur des Korrekturprogramms stimmt nicht</translation>
+    </message>
+    <message>
+        <source>%1 is not installed; “%2” brings it</source>
+        <translation>%1 ist nicht installiert; „%2“ holt es</translation>
+    </message>
+    <message>
+        <source>%1 is not as its makers signed it; “%2” brings it again</source>
+        <translation>%1 ist nicht so, wie die Hersteller es signiert haben; „%2“ holt es erneut</translation>
+    </message>
+    <message>
+        <source>llama-server needs a processor with AVX2</source>
+        <translation>llama-server braucht einen Prozessor mit AVX2</translation>
+    </message>
+    <message>
+        <source>the ONNX Runtime</source>
+        <translation>die ONNX Runtime</translation>
+    </message>
+    <message>
+        <source>its engine is not in this build, or this processor is too old for it</source>
+        <translation>seine Engine fehlt in diesem Build, oder dieser Prozessor ist zu alt dafür</translation>
+    </message>
+    <message>
+        <source>it needs %1 GB of memory, and this computer has %2 GB</source>
+        <translation>es braucht %1 GB Speicher, und dieser Computer hat %2 GB</translation>
+    </message>
+    <message>
+        <source>Where this model is published has never been confirmed, so it cannot be downloaded.</source>
+        <translation>Wo dieses Modell veröffentlicht ist, wurde nie bestätigt; deshalb kann es nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space: %1 are needed, %2 are free.</source>
+        <translation>Auf der Platte ist zu wenig Platz: %1 werden gebraucht, %2 sind frei.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space for the model.</source>
+        <translation>Auf der Platte ist zu wenig Platz für das Modell.</translation>
+    </message>
+    <message>
+        <source>Another download into this folder is running.</source>
+        <translation>Ein anderer Download in diesen Ordner läuft.</translation>
+    </message>
+    <message>
+        <source>Something else is where the folder %1 of the model store belongs.</source>
+        <translation>Wo der Modellordner %1 hingehört, liegt etwas anderes.</translation>
+    </message>
+    <message>
+        <source>A folder is where the model file belongs: %1</source>
+        <translation>Wo die Modelldatei hingehört, ist ein Ordner: %1</translation>
+    </message>
+    <message>
+        <source>The model host offers a file of another size (%1 bytes instead of %2).</source>
+        <translation>Der Modellserver bietet eine Datei anderer Größe an (%1 statt %2 Byte).</translation>
+    </message>
+    <message>
+        <source>The model host refuses the file (HTTP %1).</source>
+        <translation>Der Modellserver verweigert die Datei (HTTP %1).</translation>
+    </message>
+    <message>
+        <source>The model host does not have the file (HTTP %1).</source>
+        <translation>Der Modellserver hat die Datei nicht (HTTP %1).</translation>
+    </message>
+    <message>
+        <source>The model host asks to slow down (HTTP 429). Try again later.</source>
+        <translation>Der Modellserver bittet um Geduld (HTTP 429). Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>The model host failed (HTTP %1). Try again later.</source>
+        <translation>Der Modellserver meldet einen Fehler (HTTP %1). Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>The model host did not answer in time.</source>
+        <translation>Der Modellserver hat nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>The model host redirects to an address that is not encrypted.</source>
+        <translation>Der Modellserver verweist auf eine unverschlüsselte Adresse.</translation>
+    </message>
+    <message>
+        <source>The model host could not prove its identity.</source>
+        <translation>Der Modellserver konnte sich nicht ausweisen.</translation>
+    </message>
+    <message>
+        <source>The model host could not be found. Is this computer online?</source>
+        <translation>Der Modellserver wurde nicht gefunden. Ist dieser Computer online?</translation>
+    </message>
+    <message>
+        <source>The model host could not be reached.</source>
+        <translation>Der Modellserver ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The model host sends from one address to the next without end.</source>
+        <translation>Der Modellserver verweist endlos von einer Adresse zur nächsten.</translation>
+    </message>
+    <message>
+        <source>The connection to the model host was lost.</source>
+        <translation>Die Verbindung zum Modellserver ist abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The model host sent more than the file has.</source>
+        <translation>Der Modellserver hat mehr gesendet, als die Datei hat.</translation>
+    </message>
+    <message>
+        <source>What the model host sent is not the approved file; it was thrown away.</source>
+        <translation>Was der Modellserver gesendet hat, ist nicht die geprüfte Datei; es wurde verworfen.</translation>
+    </message>
+    <message>
+        <source>There is no new version to install.</source>
+        <translation>Es gibt keine neue Version zu installieren.</translation>
+    </message>
+    <message>
+        <source>This version is not on the list of updates.</source>
+        <translation>Diese Version steht nicht auf der Liste der Updates.</translation>
+    </message>
+    <message>
+        <source>This build does not know where its updates come from.</source>
+        <translation>Dieser Build weiß nicht, woher seine Updates kommen.</translation>
+    </message>
+    <message>
+        <source>The download was stopped.</source>
+        <translation>Der Download wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be read (%2). It stays as it is; changes are kept in memory.</source>
+        <translation>Die Einstellungsdatei %1 kann nicht gelesen werden (%2). Sie bleibt, wie sie ist; Änderungen bleiben im Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be understood: %2. The last good settings are in force.</source>
+        <translation>Die Einstellungsdatei %1 ist nicht zu verstehen: %2. Es gelten die letzten guten Einstellungen.</translation>
+    </message>
+    <message>
+        <source>The settings file was damaged (%1). It was set aside as %2.</source>
+        <translation>Die Einstellungsdatei war beschädigt (%1). Sie wurde als %2 beiseitegelegt.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be made (%2). Changes are kept in memory.</source>
+        <translation>Die Einstellungsdatei %1 kann nicht angelegt werden (%2). Änderungen bleiben im Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be set aside (%2). Changes are kept in memory.</source>
+        <translation>Die Einstellungsdatei %1 kann nicht beiseitegelegt werden (%2). Änderungen bleiben im Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be written (%2). Changes are kept in memory.</source>
+        <translation>Die Einstellungsdatei %1 kann nicht geschrieben werden (%2). Änderungen bleiben im Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; cannot be taken over. %2</source>
+        <translation>Die Einstellung „%1“ kann nicht übernommen werden. %2</translation>
+    </message>
+    <message>
+        <source>It can be true or false.</source>
+        <translation>Möglich sind true und false.</translation>
+    </message>
+    <message>
+        <source>It can be %1, or the JSON of a shortcut.</source>
+        <translation>Möglich sind %1 oder das JSON eines Kürzels.</translation>
+    </message>
+    <message>
+        <source>It can be %1.</source>
+        <translation>Möglich sind %1.</translation>
+    </message>
+    <message>
+        <source>It is a number of minutes from 0 to %1.</source>
+        <translation>Es ist eine Zahl von Minuten zwischen 0 und %1.</translation>
+    </message>
+    <message>
+        <source>It is a list of %1.</source>
+        <translation>Es ist eine Liste aus %1.</translation>
+    </message>
+    <message>
+        <source>It is neither text nor true or false.</source>
+        <translation>Es ist weder Text noch true oder false.</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Auslagerung</translation>
+    </message>
+    <message>
+        <source>It does not answer.</source>
+        <translation>Keine Antwort.</translation>
+    </message>
+    <message>
+        <source>Formatting is on.</source>
+        <translation>Das Formatieren ist an.</translation>
+    </message>
+    <message>
+        <source>Formatting is off.</source>
+        <translation>Das Formatieren ist aus.</translation>
+    </message>
+    <message>
+        <source>Language models cannot run here: %1.</source>
+        <translation>Sprachmodelle können hier nicht laufen: %1.</translation>
+    </message>
+    <message>
+        <source>The corrector for Russian cannot run here: %1.</source>
+        <translation>Die Korrektur für Russisch kann hier nicht laufen: %1.</translation>
+    </message>
+    <message>
+        <source>The worker or its engine is not as the makers of this Murmel signed it. Install Murmel again.</source>
+        <translation>Das Programm oder seine Engine ist nicht so, wie die Hersteller dieses Murmel sie signiert haben. Installieren Sie Murmel neu.</translation>
+    </message>
+    <message>
+        <source>No shortcut is set. The tray icon and “murmel toggle” start dictation.</source>
+        <translation>Es ist kein Kürzel eingestellt. Das Symbol in der Leiste und „murmel toggle“ starten ein Diktat.</translation>
+    </message>
+    <message>
+        <source>The desktop does not let this program press keys after all. Text is copied, for you to paste.</source>
+        <translation>Der Desktop lässt dieses Programm doch keine Tasten drücken. Text wird kopiert, Sie fügen ihn ein.</translation>
+    </message>
+    <message>
+        <source>Text is copied, for you to paste.</source>
+        <translation>Text wird kopiert, Sie fügen ihn ein.</translation>
+    </message>
+    <message>
+        <source>History and vocabulary stay in memory until then.</source>
+        <translation>Bis dahin bleiben Verlauf und Wörter im Arbeitsspeicher.</translation>
+    </message>
+    <message>
+        <source>Only %1 can be kept out of %2; more of what you say may be written to it. Encrypt the swap, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.</source>
+        <translation>Nur %1 lassen sich aus %2 heraushalten; mehr von dem, was Sie sagen, könnte dorthin geschrieben werden. Verschlüsseln Sie die Auslagerung, oder heben Sie die Grenze für gesperrten Speicher (LimitMEMLOCK) auf 8 MB an.</translation>
+    </message>
+    <message>
+        <source>Murmel cannot start: %1 cannot be written to.</source>
+        <translation>Murmel kann nicht starten: In %1 lässt sich nichts schreiben.</translation>
+    </message>
+    <message>
+        <source>Neither the X server nor the Wayland compositor of this session can be reached.</source>
+        <translation>Weder der X-Server noch der Wayland-Compositor dieser Sitzung ist erreichbar.</translation>
+    </message>
+    <message>
+        <source>The X server that DISPLAY names cannot be reached.</source>
+        <translation>Der X-Server, den DISPLAY nennt, ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor that WAYLAND_DISPLAY names cannot be reached.</source>
+        <translation>Der Wayland-Compositor, den WAYLAND_DISPLAY nennt, ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor cannot be reached.</source>
+        <translation>Der Wayland-Compositor ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor does not answer.</source>
+        <translation>Der Wayland-Compositor antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>There is no display.</source>
+        <translation>Es gibt keine Anzeige.</translation>
+    </message>
+    <message>
+        <source>The X server lets no program press keys: its XTest extension is missing.</source>
+        <translation>Der X-Server lässt kein Programm Tasten drücken: Seine Erweiterung XTest fehlt.</translation>
+    </message>
+    <message>
+        <source>The X server does not describe its keyboard (XKB).</source>
+        <translation>Der X-Server beschreibt seine Tastatur nicht (XKB).</translation>
+    </message>
+    <message>
+        <source>The X server does not tell of clipboard changes (XFixes).</source>
+        <translation>Der X-Server meldet keine Änderungen der Zwischenablage (XFixes).</translation>
+    </message>
+    <message>
+        <source>No window manager tells which window is active.</source>
+        <translation>Kein Fensterverwalter sagt, welches Fenster aktiv ist.</translation>
+    </message>
+    <message>
+        <source>KWin lets installed programs alone press keys and see which window is active. Install Murmel&apos;s package, or its desktop file in ~/.local/share/applications, and start Murmel anew.</source>
+        <translation>KWin lässt nur installierte Programme Tasten drücken und sehen, welches Fenster aktiv ist. Installieren Sie das Paket von Murmel oder seine Desktop-Datei in ~/.local/share/applications, und starten Sie Murmel neu.</translation>
+    </message>
+    <message>
+        <source>GNOME tells programs which window is active through an extension only. Enable Murmel&apos;s with “gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.</source>
+        <translation>GNOME sagt Programmen nur über eine Erweiterung, welches Fenster aktiv ist. Schalten Sie die von Murmel nach der Installation mit „gnome-extensions enable murmel@app.murmel“ ein, und melden Sie sich neu an.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program press keys or see which window is active.</source>
+        <translation>Dieser Desktop lässt kein Programm Tasten drücken oder sehen, welches Fenster aktiv ist.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Dieser Desktop lässt kein Programm ein Kürzel hören. Legen Sie in seinen Einstellungen eine Taste auf den Befehl „murmel toggle“.</translation>
+    </message>
+    <message>
+        <source>The compositor lets no program press keys.</source>
+        <translation>Der Compositor lässt kein Programm Tasten drücken.</translation>
+    </message>
+    <message>
+        <source>The compositor does not let this program press keys.</source>
+        <translation>Der Compositor lässt dieses Programm keine Tasten drücken.</translation>
+    </message>
+    <message>
+        <source>The compositor does not tell of its windows.</source>
+        <translation>Der Compositor meldet seine Fenster nicht.</translation>
+    </message>
+    <message>
+        <source>The compositor lets no program without a window have the clipboard.</source>
+        <translation>Der Compositor gibt Programmen ohne Fenster die Zwischenablage nicht.</translation>
+    </message>
+    <message>
+        <source>There is no keyboard layout to press keys of (xkb-data).</source>
+        <translation>Es gibt keine Tastaturbelegung, um Tasten zu drücken (xkb-data).</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1600,21 +2012,6 @@
     <message>
         <source>Continue</source>
         <translation>Fortsetzen</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
-    </message>
-    <message>
-        <source>%1 a second</source>
-        <translation>%1 pro Sekunde</translation>
-    </message>
-    <message numerus="yes">
-        <source>about %n minute(s) left</source>
-        <translation>
-            <numerusform>noch etwa %n Minute</numerusform>
-            <numerusform>noch etwa %n Minuten</numerusform>
-        </translation>
     </message>
 </context>
 <context>

@@ -36,16 +36,6 @@
     </message>
 </context>
 <context>
-    <name>ModelStep</name>
-    <message numerus="yes">
-        <source>about %n minute(s) left</source>
-        <translation>
-            <numerusform>about %n minute left</numerusform>
-            <numerusform>about %n minutes left</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
     <name>ModelsPage</name>
     <message numerus="yes">
         <source>%n second(s) left</source>

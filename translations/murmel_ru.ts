@@ -1515,6 +1515,418 @@
         <source>Cannot run here: %1.</source>
         <translation>Здесь не работает: %1.</translation>
     </message>
+    <message>
+        <source>Still transcribing the last dictation…</source>
+        <translation>Предыдущая диктовка ещё распознаётся…</translation>
+    </message>
+    <message>
+        <source>Opening the microphone…</source>
+        <translation>Микрофон открывается…</translation>
+    </message>
+    <message>
+        <source>The words are being inserted already.</source>
+        <translation>Слова уже вставляются.</translation>
+    </message>
+    <message>
+        <source>Nothing is being dictated.</source>
+        <translation>Ничего не диктуется.</translation>
+    </message>
+    <message>
+        <source>Murmel is about to end.</source>
+        <translation>Murmel сейчас завершится.</translation>
+    </message>
+    <message>
+        <source>Murmel is ending.</source>
+        <translation>Murmel завершается.</translation>
+    </message>
+    <message>
+        <source>Murmel cannot do that now.</source>
+        <translation>Сейчас Murmel не может этого сделать.</translation>
+    </message>
+    <message>
+        <source>A dictation is under way.</source>
+        <translation>Идёт диктовка.</translation>
+    </message>
+    <message>
+        <source>There is no failed or cancelled dictation to try again.</source>
+        <translation>Нет неудавшейся или отменённой диктовки, которую можно повторить.</translation>
+    </message>
+    <message>
+        <source>The kept recording cannot be read any more.</source>
+        <translation>Сохранённую запись больше нельзя прочитать.</translation>
+    </message>
+    <message>
+        <source>The last dictation is still being transcribed.</source>
+        <translation>Предыдущая диктовка ещё распознаётся.</translation>
+    </message>
+    <message>
+        <source>Murmel is listening already.</source>
+        <translation>Murmel уже слушает.</translation>
+    </message>
+    <message>
+        <source>Nothing is being recorded.</source>
+        <translation>Запись не идёт.</translation>
+    </message>
+    <message>
+        <source>There is no dictation to copy.</source>
+        <translation>Нет диктовки, которую можно скопировать.</translation>
+    </message>
+    <message>
+        <source>There is no dictation to paste.</source>
+        <translation>Нет диктовки, которую можно вставить.</translation>
+    </message>
+    <message>
+        <source>Another session is in front.</source>
+        <translation>На экране другой сеанс.</translation>
+    </message>
+    <message>
+        <source>The computer is going to sleep.</source>
+        <translation>Компьютер засыпает.</translation>
+    </message>
+    <message>
+        <source>The screen is locked.</source>
+        <translation>Экран заблокирован.</translation>
+    </message>
+    <message>
+        <source>The application did not take the last dictation. It is on the clipboard — press %paste.</source>
+        <translation>Программа не приняла последнюю диктовку. Она в буфере обмена — нажмите %paste.</translation>
+    </message>
+    <message>
+        <source>model process exited</source>
+        <translation>процесс модели завершился</translation>
+    </message>
+    <message>
+        <source>two answers in a row took too long</source>
+        <translation>два ответа подряд заняли слишком много времени</translation>
+    </message>
+    <message>
+        <source>an answer was not understood</source>
+        <translation>ответ не удалось понять</translation>
+    </message>
+    <message>
+        <source>too many open files</source>
+        <translation>слишком много открытых файлов</translation>
+    </message>
+    <message>
+        <source>inference server exited while starting</source>
+        <translation>сервер завершился при запуске</translation>
+    </message>
+    <message>
+        <source>inference server did not become ready</source>
+        <translation>сервер так и не стал готов</translation>
+    </message>
+    <message>
+        <source>running inference server identity validation failed</source>
+        <translation>работает не тот сервер, который ожидался</translation>
+    </message>
+    <message>
+        <source>running correction worker identity validation failed</source>
+        <translation>работает не та программа исправления, которая ожидалась</translation>
+    </message>
+    <message>
+        <source>correction worker signature validation failed</source>
+        <translation>подпись программы исправления неверна</translation>
+    </message>
+    <message>
+        <source>%1 is not installed; “%2” brings it</source>
+        <translation>%1 не установлен; его установит «%2»</translation>
+    </message>
+    <message>
+        <source>%1 is not as its makers signed it; “%2” brings it again</source>
+        <translation>%1 не такой, каким его подписали авторы; «%2» установит его заново</translation>
+    </message>
+    <message>
+        <source>llama-server needs a processor with AVX2</source>
+        <translation>llama-server требует процессор с AVX2</translation>
+    </message>
+    <message>
+        <source>the ONNX Runtime</source>
+        <translation>ONNX Runtime</translation>
+    </message>
+    <message>
+        <source>its engine is not in this build, or this processor is too old for it</source>
+        <translation>его движка нет в этой сборке, или процессор для него слишком стар</translation>
+    </message>
+    <message>
+        <source>it needs %1 GB of memory, and this computer has %2 GB</source>
+        <translation>ему нужно %1 ГБ памяти, а у этого компьютера %2 ГБ</translation>
+    </message>
+    <message>
+        <source>Where this model is published has never been confirmed, so it cannot be downloaded.</source>
+        <translation>Где опубликована эта модель, не подтверждено, поэтому загрузить её нельзя.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space: %1 are needed, %2 are free.</source>
+        <translation>Не хватает места на диске: нужно %1, свободно %2.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space for the model.</source>
+        <translation>На диске не хватает места для модели.</translation>
+    </message>
+    <message>
+        <source>Another download into this folder is running.</source>
+        <translation>В эту папку уже идёт другая загрузка.</translation>
+    </message>
+    <message>
+        <source>Something else is where the folder %1 of the model store belongs.</source>
+        <translation>На месте папки моделей %1 находится что-то другое.</translation>
+    </message>
+    <message>
+        <source>A folder is where the model file belongs: %1</source>
+        <translation>На месте файла модели находится папка: %1</translation>
+    </message>
+    <message>
+        <source>The model host offers a file of another size (%1 bytes instead of %2).</source>
+        <translation>Сервер моделей предлагает файл другого размера (%1 байт вместо %2).</translation>
+    </message>
+    <message>
+        <source>The model host refuses the file (HTTP %1).</source>
+        <translation>Сервер моделей не отдаёт файл (HTTP %1).</translation>
+    </message>
+    <message>
+        <source>The model host does not have the file (HTTP %1).</source>
+        <translation>На сервере моделей нет этого файла (HTTP %1).</translation>
+    </message>
+    <message>
+        <source>The model host asks to slow down (HTTP 429). Try again later.</source>
+        <translation>Сервер моделей просит подождать (HTTP 429). Попробуйте позже.</translation>
+    </message>
+    <message>
+        <source>The model host failed (HTTP %1). Try again later.</source>
+        <translation>На сервере моделей ошибка (HTTP %1). Попробуйте позже.</translation>
+    </message>
+    <message>
+        <source>The model host did not answer in time.</source>
+        <translation>Сервер моделей не ответил вовремя.</translation>
+    </message>
+    <message>
+        <source>The model host redirects to an address that is not encrypted.</source>
+        <translation>Сервер моделей отправляет на незашифрованный адрес.</translation>
+    </message>
+    <message>
+        <source>The model host could not prove its identity.</source>
+        <translation>Сервер моделей не смог подтвердить, что это он.</translation>
+    </message>
+    <message>
+        <source>The model host could not be found. Is this computer online?</source>
+        <translation>Сервер моделей не найден. Есть ли у компьютера сеть?</translation>
+    </message>
+    <message>
+        <source>The model host could not be reached.</source>
+        <translation>Сервер моделей недоступен.</translation>
+    </message>
+    <message>
+        <source>The model host sends from one address to the next without end.</source>
+        <translation>Сервер моделей без конца отправляет с одного адреса на другой.</translation>
+    </message>
+    <message>
+        <source>The connection to the model host was lost.</source>
+        <translation>Связь с сервером моделей потеряна.</translation>
+    </message>
+    <message>
+        <source>The model host sent more than the file has.</source>
+        <translation>Сервер моделей прислал больше, чем есть в файле.</translation>
+    </message>
+    <message>
+        <source>What the model host sent is not the approved file; it was thrown away.</source>
+        <translation>Сервер моделей прислал не тот файл, который одобрен; он отброшен.</translation>
+    </message>
+    <message>
+        <source>There is no new version to install.</source>
+        <translation>Нет новой версии, которую можно установить.</translation>
+    </message>
+    <message>
+        <source>This version is not on the list of updates.</source>
+        <translation>Этой версии нет в списке обновлений.</translation>
+    </message>
+    <message>
+        <source>This build does not know where its updates come from.</source>
+        <translation>Эта сборка не знает, откуда берутся её обновления.</translation>
+    </message>
+    <message>
+        <source>The download was stopped.</source>
+        <translation>Загрузка остановлена.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be read (%2). It stays as it is; changes are kept in memory.</source>
+        <translation>Файл настроек %1 не читается (%2). Он остаётся как есть; изменения хранятся в памяти.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be understood: %2. The last good settings are in force.</source>
+        <translation>Файл настроек %1 не удаётся понять: %2. Действуют последние исправные настройки.</translation>
+    </message>
+    <message>
+        <source>The settings file was damaged (%1). It was set aside as %2.</source>
+        <translation>Файл настроек был повреждён (%1). Он отложен как %2.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be made (%2). Changes are kept in memory.</source>
+        <translation>Файл настроек %1 нельзя создать (%2). Изменения хранятся в памяти.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be set aside (%2). Changes are kept in memory.</source>
+        <translation>Файл настроек %1 нельзя отложить (%2). Изменения хранятся в памяти.</translation>
+    </message>
+    <message>
+        <source>The settings file %1 cannot be written (%2). Changes are kept in memory.</source>
+        <translation>Файл настроек %1 нельзя записать (%2). Изменения хранятся в памяти.</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; cannot be taken over. %2</source>
+        <translation>Настройку «%1» нельзя принять. %2</translation>
+    </message>
+    <message>
+        <source>It can be true or false.</source>
+        <translation>Возможны true и false.</translation>
+    </message>
+    <message>
+        <source>It can be %1, or the JSON of a shortcut.</source>
+        <translation>Возможны %1 или JSON сочетания клавиш.</translation>
+    </message>
+    <message>
+        <source>It can be %1.</source>
+        <translation>Возможны %1.</translation>
+    </message>
+    <message>
+        <source>It is a number of minutes from 0 to %1.</source>
+        <translation>Это число минут от 0 до %1.</translation>
+    </message>
+    <message>
+        <source>It is a list of %1.</source>
+        <translation>Это список из %1.</translation>
+    </message>
+    <message>
+        <source>It is neither text nor true or false.</source>
+        <translation>Это не текст и не true или false.</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Подкачка</translation>
+    </message>
+    <message>
+        <source>It does not answer.</source>
+        <translation>Не отвечает.</translation>
+    </message>
+    <message>
+        <source>Formatting is on.</source>
+        <translation>Форматирование включено.</translation>
+    </message>
+    <message>
+        <source>Formatting is off.</source>
+        <translation>Форматирование выключено.</translation>
+    </message>
+    <message>
+        <source>Language models cannot run here: %1.</source>
+        <translation>Языковые модели здесь не работают: %1.</translation>
+    </message>
+    <message>
+        <source>The corrector for Russian cannot run here: %1.</source>
+        <translation>Исправление русского здесь не работает: %1.</translation>
+    </message>
+    <message>
+        <source>The worker or its engine is not as the makers of this Murmel signed it. Install Murmel again.</source>
+        <translation>Программа или её движок не такие, какими их подписали авторы этого Murmel. Установите Murmel заново.</translation>
+    </message>
+    <message>
+        <source>No shortcut is set. The tray icon and “murmel toggle” start dictation.</source>
+        <translation>Сочетание не задано. Диктовку начинают значок в трее и «murmel toggle».</translation>
+    </message>
+    <message>
+        <source>The desktop does not let this program press keys after all. Text is copied, for you to paste.</source>
+        <translation>Рабочий стол всё же не даёт программе нажимать клавиши. Текст копируется, вставьте его сами.</translation>
+    </message>
+    <message>
+        <source>Text is copied, for you to paste.</source>
+        <translation>Текст копируется, вставьте его сами.</translation>
+    </message>
+    <message>
+        <source>History and vocabulary stay in memory until then.</source>
+        <translation>До тех пор история и словарь остаются в памяти.</translation>
+    </message>
+    <message>
+        <source>Only %1 can be kept out of %2; more of what you say may be written to it. Encrypt the swap, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.</source>
+        <translation>Только %1 можно удержать вне %2; остальное из сказанного может туда попасть. Зашифруйте подкачку или поднимите предел закреплённой памяти (LimitMEMLOCK) до 8 МБ.</translation>
+    </message>
+    <message>
+        <source>Murmel cannot start: %1 cannot be written to.</source>
+        <translation>Murmel не может запуститься: в %1 нельзя писать.</translation>
+    </message>
+    <message>
+        <source>Neither the X server nor the Wayland compositor of this session can be reached.</source>
+        <translation>Недоступны ни X-сервер, ни композитор Wayland этого сеанса.</translation>
+    </message>
+    <message>
+        <source>The X server that DISPLAY names cannot be reached.</source>
+        <translation>X-сервер, названный в DISPLAY, недоступен.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor that WAYLAND_DISPLAY names cannot be reached.</source>
+        <translation>Композитор Wayland, названный в WAYLAND_DISPLAY, недоступен.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor cannot be reached.</source>
+        <translation>Композитор Wayland недоступен.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor does not answer.</source>
+        <translation>Композитор Wayland не отвечает.</translation>
+    </message>
+    <message>
+        <source>There is no display.</source>
+        <translation>Нет дисплея.</translation>
+    </message>
+    <message>
+        <source>The X server lets no program press keys: its XTest extension is missing.</source>
+        <translation>X-сервер не даёт программам нажимать клавиши: нет его расширения XTest.</translation>
+    </message>
+    <message>
+        <source>The X server does not describe its keyboard (XKB).</source>
+        <translation>X-сервер не описывает свою клавиатуру (XKB).</translation>
+    </message>
+    <message>
+        <source>The X server does not tell of clipboard changes (XFixes).</source>
+        <translation>X-сервер не сообщает об изменениях буфера обмена (XFixes).</translation>
+    </message>
+    <message>
+        <source>No window manager tells which window is active.</source>
+        <translation>Ни один оконный менеджер не сообщает, какое окно активно.</translation>
+    </message>
+    <message>
+        <source>KWin lets installed programs alone press keys and see which window is active. Install Murmel&apos;s package, or its desktop file in ~/.local/share/applications, and start Murmel anew.</source>
+        <translation>KWin позволяет нажимать клавиши и видеть активное окно только установленным программам. Установите пакет Murmel или его desktop-файл в ~/.local/share/applications и запустите Murmel заново.</translation>
+    </message>
+    <message>
+        <source>GNOME tells programs which window is active through an extension only. Enable Murmel&apos;s with “gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.</source>
+        <translation>GNOME сообщает программам об активном окне только через расширение. После установки включите расширение Murmel командой «gnome-extensions enable murmel@app.murmel» и войдите в сеанс заново.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program press keys or see which window is active.</source>
+        <translation>Этот рабочий стол не даёт программам нажимать клавиши и видеть активное окно.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Этот рабочий стол не даёт программам слышать сочетания клавиш. В его настройках назначьте клавишу на команду «murmel toggle».</translation>
+    </message>
+    <message>
+        <source>The compositor lets no program press keys.</source>
+        <translation>Композитор не даёт программам нажимать клавиши.</translation>
+    </message>
+    <message>
+        <source>The compositor does not let this program press keys.</source>
+        <translation>Композитор не даёт этой программе нажимать клавиши.</translation>
+    </message>
+    <message>
+        <source>The compositor does not tell of its windows.</source>
+        <translation>Композитор не сообщает о своих окнах.</translation>
+    </message>
+    <message>
+        <source>The compositor lets no program without a window have the clipboard.</source>
+        <translation>Композитор не даёт буфер обмена программам без окна.</translation>
+    </message>
+    <message>
+        <source>There is no keyboard layout to press keys of (xkb-data).</source>
+        <translation>Нет раскладки, чтобы нажимать клавиши (xkb-data).</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1604,22 +2016,6 @@
     <message>
         <source>Continue</source>
         <translation>Продолжить</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 из %2</translation>
-    </message>
-    <message>
-        <source>%1 a second</source>
-        <translation>%1 в секунду</translation>
-    </message>
-    <message numerus="yes">
-        <source>about %n minute(s) left</source>
-        <translation>
-            <numerusform>осталась примерно %n минута</numerusform>
-            <numerusform>осталось примерно %n минуты</numerusform>
-            <numerusform>осталось примерно %n минут</numerusform>
-        </translation>
     </message>
 </context>
 <context>

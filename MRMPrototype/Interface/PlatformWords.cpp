@@ -8,6 +8,7 @@
 #include <array>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace murmel {
 
@@ -81,36 +82,68 @@ QString symbolsInWords(std::string_view title) {
   return keys.join(u'+');
 }
 
-/// What stands for "%1" when the text is of this row; nothing when it is not.
-std::optional<std::string_view> argumentOf(const ScreenText& row, std::string_view text) {
-  const auto place = row.core.find("%1");
+/// What stands for "%1", "%2" and so on when the text is of this row; nothing when it is not.
+std::optional<std::vector<std::string_view>> argumentsOf(std::string_view core, std::string_view text) {
+  std::vector<std::string_view> arguments;
+  auto place = core.find('%');
+  if (!text.starts_with(core.substr(0, place))) return std::nullopt;
   if (place == std::string_view::npos)
-    return text == row.core ? std::optional(std::string_view()) : std::nullopt;
-  const auto before = row.core.substr(0, place);
-  const auto behind = row.core.substr(place + 2);
-  if (text.size() <= before.size() + behind.size()) return std::nullopt;
-  if (!text.starts_with(before) || !text.ends_with(behind)) return std::nullopt;
-  return text.substr(before.size(), text.size() - before.size() - behind.size());
+    return text == core ? std::optional(std::move(arguments)) : std::nullopt;
+  text.remove_prefix(place);
+  while (place != std::string_view::npos) {
+    constexpr std::size_t placeholder = 2;
+    const auto next = core.find('%', place + placeholder);
+    const auto behind =
+        core.substr(place + placeholder,
+                    next == std::string_view::npos ? std::string_view::npos : next - place - placeholder);
+    if (next == std::string_view::npos && !text.ends_with(behind)) return std::nullopt;
+    // The last one goes as far as it can, the others end where the row goes on.
+    const auto end = next == std::string_view::npos ? text.size() - behind.size() : text.find(behind, 1);
+    if (end == 0 || end == std::string_view::npos) return std::nullopt;
+    arguments.push_back(text.substr(0, end));
+    text.remove_prefix(end + behind.size());
+    place = next;
+  }
+  return arguments;
 }
 
-std::optional<QString> ofTable(std::string_view text, const QString& pasteKeys) {
+QString shown(ScreenText::Argument kind, std::string_view argument) {
+  switch (kind) {
+    case ScreenText::Argument::text:
+      return inPlatformWords(argument);
+    case ScreenText::Argument::shortcut:
+      return symbolsInWords(argument);
+    case ScreenText::Argument::none:
+    case ScreenText::Argument::detail:
+      break;
+  }
+  return qtText(argument);
+}
+
+enum class Rows { plain, withArguments };
+
+std::optional<QString> ofTable(std::string_view text, const QString& pasteKeys, Rows which) {
   for (const auto& row : screenTexts()) {
-    const auto argument = argumentOf(row, text);
-    if (!argument) continue;
+    if ((row.argument == ScreenText::Argument::none) != (which == Rows::plain)) continue;
+    const auto arguments = argumentsOf(row.core, text);
+    if (!arguments) continue;
     auto words = translated("Messages", row.screen);
     words.replace(QStringLiteral("%paste"), pasteKeys.isEmpty() ? pasteChord() : pasteKeys);
-    if (row.argument == ScreenText::Argument::detail) words = words.arg(qtText(*argument));
-    if (row.argument == ScreenText::Argument::text) words = words.arg(inPlatformWords(*argument));
-    if (row.argument == ScreenText::Argument::shortcut) words = words.arg(symbolsInWords(*argument));
-    return words;
+    if (arguments->empty()) return words;
+    const auto first = shown(row.argument, arguments->front());
+    // Both at once: the first may hold what looks like a place for the second.
+    return arguments->size() == 1 ? words.arg(first)
+                                  : words.arg(first, shown(row.argument, arguments->back()));
   }
   return std::nullopt;
 }
 
-/// Warnings come joined by a space: each of them by itself.
+/// Sentences come joined by a space: each of them by itself.
 std::optional<QString> ofSeveral(std::string_view text, const QString& pasteKeys) {
   for (auto end = text.find(". "); end != std::string_view::npos; end = text.find(". ", end + 1)) {
-    const auto first = ofTable(text.substr(0, end + 1), pasteKeys);
+    const auto sentence = text.substr(0, end + 1);
+    auto first = ofTable(sentence, pasteKeys, Rows::plain);
+    if (!first) first = ofTable(sentence, pasteKeys, Rows::withArguments);
     if (first) return *first + u' ' + inPlatformWords(text.substr(end + 2), pasteKeys);
   }
   return std::nullopt;
@@ -119,8 +152,10 @@ std::optional<QString> ofSeveral(std::string_view text, const QString& pasteKeys
 }  // namespace
 
 QString inPlatformWords(std::string_view text, const QString& pasteKeys) {
-  if (auto whole = ofTable(text, pasteKeys)) return *std::move(whole);
+  if (auto whole = ofTable(text, pasteKeys, Rows::plain)) return *std::move(whole);
+  // First, for a row that ends in a detail would take the sentences behind it for its own.
   if (auto parts = ofSeveral(text, pasteKeys)) return *std::move(parts);
+  if (auto whole = ofTable(text, pasteKeys, Rows::withArguments)) return *std::move(whole);
   return qtText(text);
 }
 

@@ -5,8 +5,9 @@
 
 namespace murmel {
 
-/// A text of the core and what this desktop's screens say for it. "%1" stands for what differs from time to
-/// time; "%paste" on the screen's side for the keys that paste.
+/// A text of the core and what this desktop's screens say for it. "%1", "%2" and so on, in this order in the
+/// core's text, stand for what differs from time to time; "%paste" on the screen's side for the keys that
+/// paste.
 struct ScreenText {
   enum class Argument {
     none,

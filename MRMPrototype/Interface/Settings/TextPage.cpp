@@ -96,7 +96,7 @@ void TextPage::showFormatting() {
                                                               : tr("Installed.");
   const auto failure = services().preparationFailure ? services().preparationFailure(model) : std::string();
   if (isInstalled && settings().smartFormatting() && !failure.empty())
-    description += QStringLiteral(" (%1)").arg(QString::fromStdString(failure));
+    description += QStringLiteral(" (%1)").arg(inPlatformWords(failure));
   model_->setDescription(description);
   // What is on stays changeable: somebody may want to switch it off.
   formatting_->setUnavailable(isInstalled || settings().smartFormatting()

@@ -63,6 +63,13 @@ TEST(PlatformWords, says_the_texts_of_the_core_in_the_words_of_this_desktop) {
        "audio processed. Insertion stopped. Remaining text copied — press ⌘V.",
        "Part of the recording was not recognized. Audio configuration changed. Recording stopped; captured "
        "audio processed. Insertion stopped. Remaining text copied — press Ctrl+V."},
+      // Texts in texts, also with sentences behind them.
+      {"Language models cannot run here: Double tap Option. Insertion stopped. Remaining text copied — press "
+       "⌘V.",
+       "Language models cannot run here: Double tap Alt. Insertion stopped. Remaining text copied — press "
+       "Ctrl+V."},
+      {"The setting \"%2\" cannot be taken over. Double tap Option",
+       "The setting \"%2\" cannot be taken over. Double tap Alt"},
       // A detail that merely looks like one of the texts stays what it is.
       {"Local transcription failed: Command ⌘V not found",
        "Local transcription failed: Command ⌘V not found"},
