@@ -67,6 +67,7 @@ AboutWindow::AboutWindow(AboutServices services)
                  button(tr("Leave a Tip…"), [this] { services_.openAddress(services_.tipJar); }));
   }
   lines->addWidget(card);
+  lines->addSpacing(grid::small);
   lines->addStretch(1);
   auto* done = button(tr("Close"), [this] { close(); });
   done->setDefault(true);

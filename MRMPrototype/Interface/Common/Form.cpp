@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -19,7 +20,8 @@ void drawSheet(QWidget& sheet, const QColor& fill, const QColor& line) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(line, 1));
   painter.setBrush(fill);
-  painter.drawRoundedRect(QRectF(sheet.rect()).adjusted(0.5, 0.5, -0.5, -0.5), grid::radius, grid::radius);
+  painter.drawRoundedRect(QRectF(sheet.contentsRect()).adjusted(0.5, 0.5, -0.5, -0.5), grid::radius,
+                          grid::radius);
 }
 
 }  // namespace
@@ -110,6 +112,7 @@ NoticeBar::NoticeBar(Severity severity, QWidget* parent)
   auto* line = line_;
   line->setContentsMargins(4 * grid::unit, grid::medium, grid::medium, grid::medium);
   line->setSpacing(grid::medium);
+  setContentsMargins(0, 0, 0, grid::unit);  // from what follows
   line->addWidget(sign_, 0, Qt::AlignTop);
   line->addWidget(text_, 1);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -176,6 +179,8 @@ FormPage::FormPage(const QString& title, const QString& introduction) : title_(t
   column_->addSpacing(grid::small);
   column_->addStretch(1);
 
+  // The bar stands in the margin: pages with and without one have the same edges.
+  verticalScrollBar()->installEventFilter(this);
   setWidget(content);
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
@@ -223,6 +228,17 @@ int FormPage::filter(const QString& words) {
     found += shown;
   }
   return found;
+}
+
+bool FormPage::eventFilter(QObject* watched, QEvent* event) {
+  const bool appears = event->type() == QEvent::Show;
+  if (watched == verticalScrollBar() && (appears || event->type() == QEvent::Hide)) {
+    const auto rest = grid::large - (appears ? verticalScrollBar()->sizeHint().width() : 0);
+    const bool isAtLeft = isRightToLeft();
+    widget()->layout()->setContentsMargins(isAtLeft ? rest : grid::large, grid::large,
+                                           isAtLeft ? grid::large : rest, grid::large);
+  }
+  return QScrollArea::eventFilter(watched, event);
 }
 
 bool FormPage::focusNextPrevChild(bool next) {

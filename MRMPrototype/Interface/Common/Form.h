@@ -97,6 +97,7 @@ class FormPage : public QScrollArea {
 
  protected:
   /// What arrives by keyboard is scrolled to.
+  bool eventFilter(QObject* watched, QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
 
  private:

@@ -35,7 +35,6 @@ FirstRunWindow::FirstRunWindow(FirstRunServices services)
   pages_->addWidget(new MicrophoneStep(services_));
   pages_->addWidget(new ShortcutStep(services_));
   pages_->addWidget(new TryStep(services_, [this] { succeed(); }));
-  later_->setFlat(true);
   next_->setDefault(true);
   auto* buttons = new QHBoxLayout;
   buttons->setContentsMargins(grid::large, grid::medium, grid::large, grid::medium);

@@ -1,7 +1,7 @@
 #include "Interface/FirstRun/Steps.h"
+#include "Interface/Models/ModelsPage.h"
 #include "Interface/PlatformWords.h"
 
-#include <QLocale>
 #include <QProgressBar>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -40,6 +40,7 @@ ModelStep::ModelStep(const FirstRunServices& services)
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(grid::small);
   progress_->setTextVisible(false);
+  progress_->setFixedHeight(ModelsPage::progressHeight);
   progress_->setAccessibleName(tr("Download"));
   column->addWidget(progress_);
   column->addWidget(progressWords_);
@@ -75,26 +76,15 @@ void ModelStep::refresh() {
   act_->setText(literal(isUnderWay(better->state) ? tr("Pause")
                         : better->received > 0    ? tr("Continue")
                                                   : tr("Download")));
-  const QLocale locale;
-  const auto bytes = [&locale](std::uint64_t count) {
-    return locale.formattedDataSize(static_cast<qint64>(count), 1, QLocale::DataSizeSIFormat);
-  };
   constexpr int steps = 1'000;
   const auto size = better->size.value_or(0);
   progress_->setRange(0, size > 0 ? steps : 0);
   if (size > 0) progress_->setValue(static_cast<int>(better->received * steps / size));
   QStringList words;
   if (better->received > 0)
-    words += tr("%1 of %2").arg(bytes(better->received), bytes(size));
+    words += ModelsPage::progressWords(*better);
   else if (size > 0)
-    words += bytes(size);
-  if (better->bytesPerSecond && isUnderWay(better->state))
-    words += tr("%1 a second").arg(bytes(static_cast<std::uint64_t>(*better->bytesPerSecond)));
-  if (better->remainingSeconds && isUnderWay(better->state)) {
-    constexpr std::int64_t minute = 60;
-    const auto minutes = static_cast<int>((*better->remainingSeconds + minute - 1) / minute);
-    words += tr("about %n minute(s) left", nullptr, minutes);
-  }
+    words += ModelsPage::sizeWords(size);
   if (!better->problem.empty()) words += inPlatformWords(better->problem);
   progressWords_->setText(words.join(QStringLiteral(" · ")));
 }

@@ -13,11 +13,6 @@ namespace murmel {
 
 namespace {
 
-QString sizeWords(std::uint64_t bytes) {
-  return QLocale().formattedDataSize(static_cast<qint64>(bytes), bytes < 1'000'000'000 ? 0 : 1,
-                                     QLocale::DataSizeSIFormat);
-}
-
 QString fromCore(const std::string& text) {
   return inPlatformWords(text);
 }
@@ -33,7 +28,6 @@ class ModelsPage::Row final : public QWidget {
  private:
   void askToRemove();
   [[nodiscard]] static QString stateWords(const ModelShelfRow& row);
-  [[nodiscard]] static QString progressWords(const ModelShelfRow& row);
 
   ModelShelf& shelf_;
   std::string name_;
@@ -59,7 +53,7 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
       verify_(button(ModelsPage::tr("Verify"), [this] { shelf_.verify(name_); })),
       remove_(button(ModelsPage::tr("Remove…"), [this] { askToRemove(); })) {
   progress_->setTextVisible(false);
-  progress_->setFixedHeight(8);
+  progress_->setFixedHeight(progressHeight);
   progress_->setRange(0, 1000);
   auto* lines = new QVBoxLayout(this);
   lines->setContentsMargins(4 * grid::unit, grid::medium, 4 * grid::unit, grid::medium);
@@ -107,15 +101,21 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
     action->setAccessibleName(QStringLiteral("%1: %2").arg(action->text(), title));
 }
 
-QString ModelsPage::Row::progressWords(const ModelShelfRow& row) {
-  QStringList parts{row.size ? ModelsPage::tr("%1 of %2").arg(sizeWords(row.received), sizeWords(*row.size))
+QString ModelsPage::sizeWords(std::uint64_t bytes) {
+  return QLocale().formattedDataSize(static_cast<qint64>(bytes), bytes < 1'000'000'000 ? 0 : 1,
+                                     QLocale::DataSizeSIFormat);
+}
+
+QString ModelsPage::progressWords(const ModelShelfRow& row) {
+  QStringList parts{row.size ? tr("%1 of %2").arg(sizeWords(row.received), sizeWords(*row.size))
                              : sizeWords(row.received)};
-  if (row.bytesPerSecond)
-    parts += ModelsPage::tr("%1 per second").arg(sizeWords(static_cast<std::uint64_t>(*row.bytesPerSecond)));
-  if (row.remainingSeconds) {
+  const bool isRunning = row.state == ModelShelfRow::State::downloading;
+  if (isRunning && row.bytesPerSecond)
+    parts += tr("%1 per second").arg(sizeWords(static_cast<std::uint64_t>(*row.bytesPerSecond)));
+  if (isRunning && row.remainingSeconds) {
     const auto seconds = static_cast<int>(*row.remainingSeconds);
-    parts += seconds < 90 ? ModelsPage::tr("%n second(s) left", nullptr, seconds)
-                          : ModelsPage::tr("%n minute(s) left", nullptr, (seconds + 30) / 60);
+    parts += seconds < 90 ? tr("%n second(s) left", nullptr, seconds)
+                          : tr("%n minute(s) left", nullptr, (seconds + 30) / 60);
   }
   return parts.join(QStringLiteral(" · "));
 }

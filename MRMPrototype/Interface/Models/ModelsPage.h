@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Interface/Common/Form.h"
+#include "Interface/Common/Style.h"
 #include "Interface/Models/ModelShelf.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,11 @@ class ModelsPage final : public FormPage {
 
   /// Says why the page has opened by itself.
   void showRequired(const QString& why) { notice_->setText(why); }
+
+  /// What has arrived of how much; while it arrives, how fast and how long it will take.
+  static QString progressWords(const ModelShelfRow& row);
+  static QString sizeWords(std::uint64_t bytes);
+  static constexpr int progressHeight = 2 * grid::unit;
 
  private:
   class Row;

@@ -35,7 +35,7 @@ SettingsWindow::SettingsWindow(const SettingsServices& services)
       list_(new QListWidget),
       search_(searchField(tr("Search settings"))),
       pages_(new QStackedWidget),
-      reset_(button(tr("Reset This Page…"), [this] { resetPage(); })),
+      foot_(buttonRow({button(tr("Reset This Page…"), [this] { resetPage(); })})),
       nothing_(label(tr("No setting has these words."), LabelRole::second)),
       models_(new ModelsPage(services.models)) {
   build();
@@ -66,12 +66,11 @@ void SettingsWindow::build() {
   side->addWidget(nothing_);
   nothing_->hide();
 
-  auto* foot = buttonRow({reset_});
-  foot->layout()->setContentsMargins(grid::large, grid::small, grid::large, grid::medium);
+  foot_->layout()->setContentsMargins(grid::large, grid::small, grid::large, grid::medium);
   auto* body = new QVBoxLayout;
   body->setSpacing(0);
   body->addWidget(pages_, 1);
-  body->addWidget(foot);
+  body->addWidget(foot_);
 
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins(0, 0, 0, 0);
@@ -105,7 +104,7 @@ void SettingsWindow::showPage(int index) {
   if (index < 0) return;
   pages_->setCurrentIndex(index);
   const auto* const page = dynamic_cast<SettingsPage*>(pages_->widget(index));
-  reset_->setVisible(page != nullptr && page->canReset());
+  foot_->setVisible(page != nullptr && page->canReset());
 }
 
 void SettingsWindow::search(const QString& words) {

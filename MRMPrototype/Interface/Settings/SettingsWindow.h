@@ -39,7 +39,7 @@ class SettingsWindow final : public Window {
   QListWidget* list_;
   QLineEdit* search_;
   QStackedWidget* pages_;
-  QPushButton* reset_;
+  QWidget* foot_;  ///< with the button that resets the page
   QLabel* nothing_;
   ModelsPage* models_;
 };
