@@ -1,6 +1,10 @@
 #include "Shell/WaylandDesktop.h"
 
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
+#include "Platform/Linux/Bus/SessionBus.h"
+#include "Platform/Linux/KWin/FakeInputKeyboard.h"
+#include "Platform/Linux/KWin/GlobalAccel.h"
+#include "Platform/Linux/KWin/PlasmaWindows.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
@@ -9,6 +13,7 @@
 #include "Platform/Linux/Wayland/ForeignToplevels.h"
 #include "Platform/Linux/Wayland/LayerSurface.h"
 #include "Platform/Linux/Wayland/ScreenLockers.h"
+#include "Platform/Linux/Wayland/UsersKeymap.h"
 #include "Platform/Linux/Wayland/VirtualKeyboard.h"
 #include "Platform/Linux/Wayland/WaylandPasteboards.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
@@ -27,6 +32,8 @@ struct Roads {
   std::unique_ptr<ClipboardKeeperProcess> keeper{};
   std::unique_ptr<WaylandPasteboards> clipboards{};
   std::unique_ptr<X11Pasteboards> x11Clipboards{};
+  std::unique_ptr<SessionBus> bus{};
+  std::unique_ptr<UsersKeymap> keymap{};
   std::unique_ptr<Workspace> workspace{};
   std::unique_ptr<KeyboardPoster> keyboard{};
   std::unique_ptr<ShortcutSource> shortcuts{};
@@ -113,12 +120,18 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
   if (plan.windows == WindowRoad::foreignToplevel) {
     if (auto opened = ForeignToplevels::open(executor)) return *std::move(opened);
   }
+  if (plan.windows == WindowRoad::plasmaWindows) {
+    if (auto opened = PlasmaWindows::open(executor)) return *std::move(opened);
+  }
   return std::make_unique<NoWorkspace>();
 }
 
-std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, Workspace& workspace) {
+std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const Roads& roads) {
   if (plan.paste == PasteRoad::virtualKeyboard) {
-    if (auto opened = VirtualKeyboard::open(workspace)) return *std::move(opened);
+    if (auto opened = VirtualKeyboard::open(*roads.workspace)) return *std::move(opened);
+  }
+  if (plan.paste == PasteRoad::fakeInput && roads.keymap) {
+    if (auto opened = FakeInputKeyboard::open(*roads.workspace, *roads.keymap)) return *std::move(opened);
   }
   return std::make_unique<NoKeyboard>();
 }
@@ -129,6 +142,11 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
     const auto socket = parameters.environment.value("SWAYSOCK").value_or("");
     roads.shortcuts = std::make_unique<SwayBindings>(executor, socket);
     roads.cancelKey = std::make_unique<SwayCancelKey>(executor, socket);
+    return;
+  }
+  if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {
+    roads.shortcuts = std::make_unique<GlobalAccelShortcuts>(*roads.bus, *roads.keymap);
+    roads.cancelKey = std::make_unique<GlobalAccelCancelKey>(*roads.bus);
     return;
   }
   roads.shortcuts = std::make_unique<NoShortcuts>(
@@ -153,8 +171,10 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::o
   Roads roads;
   if (const auto opened = openClipboard(plan, parameters, roads); !opened)
     return std::unexpected(opened.error());
+  roads.bus = SessionBus::open(parameters.process.executor);
+  if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
   roads.workspace = workspaceFor(plan, parameters);
-  roads.keyboard = keyboardFor(plan, *roads.workspace);
+  roads.keyboard = keyboardFor(plan, roads);
   openShortcuts(plan, parameters, roads);
   roads.indicator = indicatorFor(plan, parameters);
   return std::make_unique<WaylandDesktopConnection>(parameters, std::move(roads));

@@ -1,3 +1,4 @@
+#include "Platform/Linux/Process/VisibleExecutable.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 
 #include <chrono>
@@ -10,7 +11,8 @@ namespace murmel {
 
 namespace {
 
-constexpr auto answerLimit = std::chrono::seconds(1);
+/// Some answer late while their desktop starts.
+constexpr auto answerLimit = std::chrono::seconds(5);
 
 struct CloseDisplay {
   void operator()(wl_display* display) const { wl_display_disconnect(display); }
@@ -55,6 +57,7 @@ SessionFacts::Wayland probeWayland(const Environment& environment) {
   facts.named = true;
   // The library says so on standard error, which is no place for it.
   if (!name->starts_with('/') && !environment.value("XDG_RUNTIME_DIR")) return facts;
+  const VisibleExecutable visible;
   const std::unique_ptr<wl_display, CloseDisplay> display(wl_display_connect(name->c_str()));
   if (!display) return facts;
   wl_registry* registry = wl_display_get_registry(display.get());

@@ -12,9 +12,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Every switch passes through no window or a neighbour for a moment.
-constexpr Duration settlingTime = std::chrono::milliseconds(40);
-
 /// Empty for what is no JSON.
 Json parsed(const std::optional<std::string>& text) {
   return Json::parse(text.value_or(std::string()), nullptr, /*allow_exceptions=*/false);
@@ -81,12 +78,13 @@ std::unique_ptr<SwayWorkspace> SwayWorkspace::open(Executor& executor, const std
 
 SwayWorkspace::SwayWorkspace(Executor& executor, std::string path, std::unique_ptr<SwaySocket> questions,
                              std::unique_ptr<SwaySocket> events)
-    : executor_(executor),
-      path_(std::move(path)),
+    : path_(std::move(path)),
       questions_(std::move(questions)),
       events_(std::move(events)),
-      announced_(frontmostApplication()),
-      watch_(executor_.watchReadable(events_->descriptor(), [this] { handleEvents(); })) {}
+      activations_(executor, [this] { return frontmostApplication(); }),
+      watch_(executor.watchReadable(events_->descriptor(), [this] { handleEvents(); })) {
+  activations_.begin();
+}
 
 std::optional<std::string> SwayWorkspace::ask(SwaySocket::Request request, const std::string& payload) {
   // One that was given up because an answer came late is no use any more.
@@ -97,17 +95,9 @@ std::optional<std::string> SwayWorkspace::ask(SwaySocket::Request request, const
 void SwayWorkspace::handleEvents() {
   bool isNews = false;
   while (events_->next()) isNews = true;
-  if (isNews) pendingAnnouncement_ = executor_.after(settlingTime, [this] { announce(); });
+  if (isNews) activations_.changed();
   // A connection that has ended stays readable for ever.
   if (events_->hasFailed()) watch_.reset();
-}
-
-void SwayWorkspace::announce() {
-  const auto front = frontmostApplication();
-  // An empty workspace is not told of, but the way back from it is.
-  const bool isNews = front && (!announced_ || front->window != announced_->window);
-  announced_ = front;
-  if (isNews) activations_.emit(*front);
 }
 
 std::optional<RunningApplication> SwayWorkspace::frontmostApplication() {

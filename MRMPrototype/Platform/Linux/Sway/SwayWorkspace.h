@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Foundation/Async/Executor.h"
-#include "Foundation/Async/Signal.h"
 #include "Platform/Linux/Sway/SwaySocket.h"
-#include "Platform/Workspace.h"
+#include "Platform/SettledActivations.h"
 
 #include <memory>
 #include <optional>
@@ -29,15 +27,11 @@ class SwayWorkspace final : public Workspace {
                 std::unique_ptr<SwaySocket> events);
   std::optional<std::string> ask(SwaySocket::Request request, const std::string& payload = {});
   void handleEvents();
-  void announce();
 
-  Executor& executor_;
   std::string path_;
   std::unique_ptr<SwaySocket> questions_;
   std::unique_ptr<SwaySocket> events_;
-  std::optional<RunningApplication> announced_;
-  Signal<const RunningApplication&> activations_;
-  Registration pendingAnnouncement_;
+  SettledActivations activations_;
   Registration watch_;
 };
 

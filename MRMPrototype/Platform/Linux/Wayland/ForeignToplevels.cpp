@@ -8,8 +8,6 @@ namespace murmel {
 
 namespace {
 
-/// Every switch passes through no window or a neighbour for a moment.
-constexpr Duration settlingTime = std::chrono::milliseconds(40);
 constexpr std::uint32_t newestVersion = 3;
 
 }  // namespace
@@ -43,16 +41,15 @@ std::expected<std::unique_ptr<ForeignToplevels>, std::string> ForeignToplevels::
   // The windows that are there are introduced first, and then described.
   if (!windows->connection_->roundTrip() || !windows->connection_->roundTrip())
     return std::unexpected("The Wayland compositor does not answer.");
-  windows->announced_ =
-      windows->frontmostApplication().transform([](const RunningApplication& front) { return front.window; });
+  windows->activations_.begin();
   return windows;
 }
 
 ForeignToplevels::ForeignToplevels(Executor& executor, std::unique_ptr<WaylandConnection> connection,
                                    zwlr_foreign_toplevel_manager_v1* manager)
-    : executor_(executor),
-      connection_(std::move(connection)),
-      manager_(manager, &zwlr_foreign_toplevel_manager_v1_destroy) {
+    : connection_(std::move(connection)),
+      manager_(manager, &zwlr_foreign_toplevel_manager_v1_destroy),
+      activations_(executor, [this] { return frontmostApplication(); }) {
   static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{
       .toplevel =
           [](void* self, zwlr_foreign_toplevel_manager_v1* /*manager*/,
@@ -62,7 +59,7 @@ ForeignToplevels::ForeignToplevels(Executor& executor, std::unique_ptr<WaylandCo
       .finished = [](void* /*self*/, zwlr_foreign_toplevel_manager_v1* /*manager*/) {},
   };
   zwlr_foreign_toplevel_manager_v1_add_listener(manager_.get(), &listener, this);
-  watch_ = executor_.watchReadable(connection_->descriptor(), [this] { dispatch(); });
+  watch_ = executor.watchReadable(connection_->descriptor(), [this] { dispatch(); });
 }
 
 ForeignToplevels::~ForeignToplevels() = default;
@@ -82,30 +79,18 @@ void ForeignToplevels::introduced(zwlr_foreign_toplevel_handle_v1* handle) {
             static_cast<Window*>(self)->isActive =
                 std::ranges::find(list, ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED) != list.end();
           },
-      .done = [](void* self, Handle /*handle*/) { static_cast<Window*>(self)->owner.changed(); },
+      .done = [](void* self, Handle /*handle*/) { static_cast<Window*>(self)->owner.activations_.changed(); },
       .closed =
           [](void* self, Handle /*handle*/) {
             auto& window = *static_cast<Window*>(self);
             window.isClosed = true;
-            window.owner.changed();
+            window.owner.activations_.changed();
           },
       .parent = [](void* /*self*/, Handle /*handle*/, Handle /*parent*/) {},
   };
   windows_.push_back(std::make_unique<Window>(
       Window{*this, ++lastNumber_, {handle, &zwlr_foreign_toplevel_handle_v1_destroy}}));
   zwlr_foreign_toplevel_handle_v1_add_listener(handle, &listener, windows_.back().get());
-}
-
-void ForeignToplevels::changed() {
-  pendingAnnouncement_ = executor_.after(settlingTime, [this] { announce(); });
-}
-
-void ForeignToplevels::announce() {
-  const auto front = frontmostApplication();
-  const auto number = front ? std::optional(front->window) : std::nullopt;
-  const bool isNews = front && number != announced_;
-  announced_ = number;
-  if (isNews) activations_.emit(*front);
 }
 
 void ForeignToplevels::dispatch() {

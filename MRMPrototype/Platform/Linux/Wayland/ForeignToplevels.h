@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Foundation/Async/Executor.h"
-#include "Foundation/Async/Signal.h"
 #include "Platform/Linux/Wayland/WaylandConnection.h"
-#include "Platform/Workspace.h"
+#include "Platform/SettledActivations.h"
 
 #include <cstdint>
 #include <expected>
@@ -38,19 +36,14 @@ class ForeignToplevels final : public Workspace {
   ForeignToplevels(Executor& executor, std::unique_ptr<WaylandConnection> connection,
                    zwlr_foreign_toplevel_manager_v1* manager);
   void introduced(zwlr_foreign_toplevel_handle_v1* handle);
-  void changed();
-  void announce();
   void dispatch();
   [[nodiscard]] Window* find(std::uint32_t number);
 
-  Executor& executor_;
   std::unique_ptr<WaylandConnection> connection_;
   WaylandObject<zwlr_foreign_toplevel_manager_v1> manager_;
   std::vector<std::unique_ptr<Window>> windows_;
   std::uint32_t lastNumber_ = 0;
-  std::optional<std::uint32_t> announced_;
-  Signal<const RunningApplication&> activations_;
-  Registration pendingAnnouncement_;
+  SettledActivations activations_;
   Registration watch_;
 };
 

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 
+#include "Platform/Linux/Process/VisibleExecutable.h"
+
 #include <algorithm>
 #include <chrono>
 
@@ -19,10 +21,13 @@ constexpr wl_callback_listener syncListener{
 
 std::expected<std::unique_ptr<WaylandConnection>, std::string> WaylandConnection::open(
     const std::string& display) {
+  // KWin offers some interfaces to the executables alone that a desktop file names.
+  const VisibleExecutable visible;
   auto* connected = wl_display_connect(display.empty() ? nullptr : display.c_str());
   if (connected == nullptr) return std::unexpected("The Wayland compositor cannot be reached.");
   std::unique_ptr<WaylandConnection> connection(new WaylandConnection(connected));
-  if (!connection->roundTrip()) return std::unexpected("The Wayland compositor does not answer.");
+  if (!connection->roundTrip(firstAnswerLimit))
+    return std::unexpected("The Wayland compositor does not answer.");
   return connection;
 }
 

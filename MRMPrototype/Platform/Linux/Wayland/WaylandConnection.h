@@ -34,6 +34,9 @@ class WaylandConnection {
   /// For whoever waits for an answer of the compositor.
   static constexpr Duration answerLimit = std::chrono::seconds(1);
 
+  /// For the first answer: KWin gives it when all of its desktop has started, and that takes its time.
+  static constexpr Duration firstAnswerLimit = std::chrono::seconds(5);
+
   /// `display` empty: that of the environment. The error is one sentence.
   static std::expected<std::unique_ptr<WaylandConnection>, std::string> open(const std::string& display = {});
   ~WaylandConnection();
