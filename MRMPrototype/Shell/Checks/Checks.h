@@ -59,6 +59,7 @@ CheckResult swapResult(std::string_view swaps,
                        std::uint64_t lockable);
 
 /// The single ones, in files of their own.
+Task<CheckResult> checkEdition(CheckedServices services);
 Task<CheckResult> checkSpeechModel(CheckedServices services);
 Task<CheckResult> checkSpeechRecognition(CheckedServices services);
 Task<CheckResult> checkMicrophone(CheckedServices services);

@@ -1,6 +1,5 @@
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
-#include "Product/MRMBuildIdentity.h"
 #include "Shell/Checks/Checks.h"
 #include "Shell/IntelCommand.h"
 #include "Shortcut/HotkeyService.h"
@@ -11,12 +10,6 @@
 namespace murmel {
 
 namespace {
-
-Task<CheckResult> checkEdition(CheckedServices services) {
-  co_return CheckResult{CheckState::works, versionLine(services.installation.build) + ". " +
-                                               std::string(editionTagline(services.installation.edition)) +
-                                               "."};
-}
 
 Task<CheckResult> checkSession(CheckedServices services) {
   const auto plan = planDesktop(services.facts);
