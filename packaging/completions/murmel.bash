@@ -10,7 +10,12 @@ _murmel() {
     mapfile -t COMPREPLY < <(compgen -W "$(murmel "$command" --help 2>/dev/null | grep -oE -- '--[a-z][a-z-]*' | sort -u)" -- "$word")
     return
   fi
+  if [ "$command" = settings ] && [[ ${COMP_WORDS[2]} = @(get|set|reset) ]] && [ "$COMP_CWORD" -eq 3 ]; then
+    mapfile -t COMPREPLY < <(compgen -W "$(murmel settings list 2>/dev/null | cut -d' ' -f1)" -- "$word")
+    return
+  fi
   case $command in
+    settings) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "list get set reset" -- "$word") ;;
     transcribe) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     models) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "list download verify remove" -- "$word") ;;
     update) [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W "check install" -- "$word") ;;
