@@ -1927,6 +1927,22 @@
         <source>There is no keyboard layout to press keys of (xkb-data).</source>
         <translation>Нет раскладки, чтобы нажимать клавиши (xkb-data).</translation>
     </message>
+    <message>
+        <source>Nothing in memory is written to a disk in the clear.</source>
+        <translation>Ничего из памяти не записывается на диск в открытом виде.</translation>
+    </message>
+    <message>
+        <source>Speech, words and keys are locked in memory, out of %1.</source>
+        <translation>Речь, слова и ключи закреплены в памяти и не попадают в %1.</translation>
+    </message>
+    <message>
+        <source>Up to %1 of speech, words and keys are kept out of the swap.</source>
+        <translation>До %1 речи, слов и ключей не попадает в подкачку.</translation>
+    </message>
+    <message>
+        <source>Only %1 can be kept out of the swap; more of what you say may be written to it. Encrypt it, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.</source>
+        <translation>Только %1 можно удержать вне подкачки; больше из сказанного вами может быть записано в неё. Зашифруйте её или увеличьте предел закреплённой памяти (LimitMEMLOCK) до 8 МБ.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -2587,6 +2603,14 @@
     <message>
         <source>punctuation voice dictation commands</source>
         <translation>пунктуация знаки голос диктовка команды</translation>
+    </message>
+    <message>
+        <source>Space between dictations</source>
+        <translation>Пробел между диктовками</translation>
+    </message>
+    <message>
+        <source>When you dictate twice in a row into the same field and press nothing in between, a space is pasted before the second text. Needs a desktop that lets Murmel hear every key (X11).</source>
+        <translation>Если вы диктуете два раза подряд в одно поле и ничего не нажимаете между ними, перед вторым текстом вставляется пробел. Нужен рабочий стол, на котором Murmel слышит каждую клавишу (X11).</translation>
     </message>
 </context>
 <context>

@@ -42,6 +42,7 @@ TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextIns
       pasteCleanup_(desktop.executor, desktop.clock, clipboards_.replaced(), logger_),
       settlements_(pasteCleanup_.onSettled([this](PasteSettlement settlement) {
         if (lastResult_) lastResult_ = deliveryResult(settlement);
+        if (!hasArrived(settlement)) spacing_.forget();
       })) {}
 
 void TextInsertionService::beginDictationSession() {
@@ -241,7 +242,8 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   co_await releasing;
 
   auto reads = std::make_unique<TargetReads>(pasteReader(*application));
-  auto opening = clipboards_.open(text, pasteReader(*application), method->usesPrimary);
+  auto opening = clipboards_.open(spacing_.spaced(text, application->window), pasteReader(*application),
+                                  method->usesPrimary);
   auto transactions = co_await opening;
   if (transactions.empty()) {
     logger_.event(LogLevel::error, "clipboard_unavailable");
@@ -284,6 +286,7 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     const auto result = co_await takingBack;
     co_return result;
   }
+  spacing_.posted(text, application->window);
   SentPaste paste{std::move(transactions), std::move(reads), postedAt};
   paste.hasField = field != FocusedFieldKind::none;
   auto settling = settlePosted(std::move(paste));

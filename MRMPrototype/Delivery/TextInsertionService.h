@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Delivery/DeliveryClipboards.h"
+#include "Delivery/DictationSpacing.h"
 #include "Delivery/InsertionFocusPolicy.h"
 #include "Delivery/PasteChordTable.h"
 #include "Delivery/PasteCleanup.h"
@@ -52,6 +53,9 @@ class TextInsertionService final : public TextInsertion {
 
   /// The user's choice; from the next dictation on.
   void setRestoresPreviousClipboard(bool restores) { restoresFromNextSession_ = restores; }
+
+  /// For the space between two dictations.
+  [[nodiscard]] DictationSpacing& spacing() { return spacing_; }
 
   void beginDictationSession() override;
   void recordingEnded() override { recordingHasEnded_ = true; }
@@ -110,6 +114,7 @@ class TextInsertionService final : public TextInsertion {
   Logger logger_;
   bool restoresFromNextSession_;
   DeliveryClipboards clipboards_;
+  DictationSpacing spacing_;
   std::uint32_t ownField_ = 0;
   std::optional<RunningApplication> target_;
   std::optional<LiveInsertionBlock> lastBlock_;

@@ -9,6 +9,7 @@
 namespace murmel {
 
 enum class KeyEventType : std::uint32_t {
+  buttonDown = 1,  ///< a button of the pointer, not its wheel; without a key
   keyDown = 10,
   keyUp = 11,
   flagsChanged = 12,  ///< a modifier key went down or up; Caps Lock only when it goes down

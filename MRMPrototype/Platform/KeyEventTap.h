@@ -24,8 +24,8 @@ class InstalledKeyEventTap {
   virtual bool enable() = 0;
 };
 
-/// The desktop's system-wide keyboard observation. Listens only: every event reaches the application in front
-/// as if nobody watched. Main thread.
+/// The desktop's system-wide observation of the keyboard, and of clicks, as far as it tells of them. Listens
+/// only: every event reaches the application in front as if nobody watched. Main thread.
 class KeyEventTap {
  public:
   using Handler = std::function<void(const KeyEvent&)>;

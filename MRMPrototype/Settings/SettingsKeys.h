@@ -24,6 +24,7 @@ inline constexpr std::string_view processWhileRecording = "settings.processWhile
 inline constexpr std::string_view insertWhileRecording = "settings.insertWhileRecording";
 inline constexpr std::string_view removeFillerWords = "settings.removeFillerWords";
 inline constexpr std::string_view spokenCommands = "settings.spokenCommands";
+inline constexpr std::string_view spaceBetweenDictations = "settings.spaceBetweenDictations";
 inline constexpr std::string_view restorePreviousClipboard = "settings.restorePreviousClipboard";
 inline constexpr std::string_view automaticUpdateChecks = "settings.automaticUpdateChecks";
 inline constexpr std::string_view historyEnabled = "settings.historyEnabled";

@@ -108,6 +108,7 @@ void SettingsRepository::read() {
   const auto idle = defaults_.get<std::int64_t>(settingsKey::recogniserIdleMinutes).value_or(usualMinutes);
   publish(P::recogniserIdleMinutes, recogniserIdleMinutes_, std::clamp<std::int64_t>(idle, 0, oneDay));
   boolean(P::insertWhileRecording, insertWhileRecording_, settingsKey::insertWhileRecording, false);
+  boolean(P::spaceBetweenDictations, spaceBetweenDictations_, settingsKey::spaceBetweenDictations, false);
   boolean(P::restorePreviousClipboard, restorePreviousClipboard_, settingsKey::restorePreviousClipboard,
           true);
   boolean(P::showRestingIndicator, showRestingIndicator_, settingsKey::showRestingIndicator, false);
@@ -267,6 +268,11 @@ void SettingsRepository::setRemoveFillerWords(bool on) {
 
 void SettingsRepository::setSpokenCommands(bool on) {
   assignBoolean(SettingsProperty::spokenCommands, spokenCommands_, on, settingsKey::spokenCommands);
+}
+
+void SettingsRepository::setSpaceBetweenDictations(bool on) {
+  assignBoolean(SettingsProperty::spaceBetweenDictations, spaceBetweenDictations_, on,
+                settingsKey::spaceBetweenDictations);
 }
 
 void SettingsRepository::setRestorePreviousClipboard(bool on) {

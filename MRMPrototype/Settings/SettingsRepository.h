@@ -36,6 +36,7 @@ enum class SettingsProperty {
   insertWhileRecording,
   removeFillerWords,
   spokenCommands,
+  spaceBetweenDictations,
   restorePreviousClipboard,
   historyEnabled,
   historyRetention,
@@ -99,6 +100,7 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool insertWhileRecording() const override { return insertWhileRecording_; }
   [[nodiscard]] bool removeFillerWords() const override { return removeFillerWords_; }
   [[nodiscard]] bool spokenCommands() const override { return spokenCommands_; }
+  [[nodiscard]] bool spaceBetweenDictations() const { return spaceBetweenDictations_; }
   [[nodiscard]] bool restorePreviousClipboard() const { return restorePreviousClipboard_; }
   [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
   [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
@@ -136,6 +138,7 @@ class SettingsRepository : public DictationSettings {
   void setInsertWhileRecording(bool on);
   void setRemoveFillerWords(bool on);
   void setSpokenCommands(bool on);
+  void setSpaceBetweenDictations(bool on);
   void setRestorePreviousClipboard(bool on);
   void setHistoryEnabled(bool on);
   void setHistoryRetention(HistoryRetention retention);
@@ -208,6 +211,7 @@ class SettingsRepository : public DictationSettings {
   HistoryRetention historyRetention_{};
   bool removeFillerWords_ = false;
   bool spokenCommands_ = false;
+  bool spaceBetweenDictations_ = false;
   double forgottenRecordingMinutes_ = 10;
   bool cancelsWithEscape_ = true;
   bool keepFailedRecordings_ = true;

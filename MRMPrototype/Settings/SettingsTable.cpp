@@ -53,6 +53,8 @@ std::vector<SettingRow> makeTable() {
       {insertWhileRecording, Kind::boolean, "false", "insert phrases while you still speak"},
       {removeFillerWords, Kind::boolean, "false", "remove filler words"},
       {spokenCommands, Kind::boolean, "false", "“comma”, “new line” and the like are commands"},
+      {spaceBetweenDictations, Kind::boolean, "false",
+       "a space between two dictations in a row into the same field"},
       {restorePreviousClipboard, Kind::boolean, "true", "put the previous clipboard back after the paste"},
       {smartFormatting, Kind::boolean, "false", "punctuation and capitals by a local language model"},
       {smartLocalModel, Kind::choice, "gemma4E2", "that language model", names<SmartLocalModel>()},

@@ -48,6 +48,10 @@ DeliveryServices::DeliveryServices(const ProcessServices& process, const Install
       observer_(settings.didChange().subscribe([this, &settings](SettingsProperty property) {
         if (property == SettingsProperty::restorePreviousClipboard)
           insertion.setRestoresPreviousClipboard(settings.restorePreviousClipboard());
-      })) {}
+        if (property == SettingsProperty::spaceBetweenDictations)
+          insertion.spacing().setEnabled(settings.spaceBetweenDictations());
+      })) {
+  insertion.spacing().setEnabled(settings.spaceBetweenDictations());
+}
 
 }  // namespace murmel

@@ -313,6 +313,7 @@ void MRMPrototypeApp::connectStorage() {
 }
 
 void MRMPrototypeApp::connectInterface() {
+  delivery_.insertion.spacing().follow([this] { return shortcut_.hotkey().userInput(); });
   coordinator_.onRequiredModelMissing([this] {
     windows_.openRequiredModel(
         inPlatformWords("Download the required Parakeet speech model to use dictation"));

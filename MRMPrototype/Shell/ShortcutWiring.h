@@ -38,6 +38,8 @@ class ShortcutWiring {
     hotkey_.start(std::move(shortcut));
   }
 
+  [[nodiscard]] const HotkeyService& hotkey() const { return hotkey_; }
+
  private:
   HotkeyService hotkey_;
   Registration wake_;

@@ -75,6 +75,10 @@ void HotkeyService::receive(const ShortcutEvent& heard) {
     });
     return;
   }
+  if (event.type == KeyEventType::buttonDown) {
+    postIfAlive([this] { ++userInput_; });
+    return;
+  }
   const auto uptime = durationToSeconds(clock_.now().time_since_epoch());
   if (const auto hotkeyEvent = MRMHotkeyEvent::from(event, uptime)) {
     postIfAlive([this, hotkeyEvent = *hotkeyEvent] { handle(hotkeyEvent); });
@@ -84,12 +88,16 @@ void HotkeyService::receive(const ShortcutEvent& heard) {
 void HotkeyService::handle(const MRMHotkeyEvent& event) {
   const auto shortcut = shortcutProvider_();
   carryOut(stateMachine_.adopt(shortcut));
-  carryOut(stateMachine_.consume(event, shortcut));
+  using Kind = ShortcutConfiguration::Kind;
   using Transition = HotkeyStateMachine::Transition;
+  bool isOurs = event.isRepeat && shortcut.kind == Kind::key && shortcut.keyCode == event.keyCode;
+  isOurs = carryOut(stateMachine_.consume(event, shortcut)) || isOurs;
   for (auto& further : further_) {
     const auto transition = further.machine.consume(event, further.shortcut());
+    isOurs = isOurs || transition != Transition::none;
     if (transition == Transition::press || transition == Transition::toggle) further.run();
   }
+  if (!isOurs && event.type == KeyEventType::keyDown) ++userInput_;
 }
 
 ShortcutConfiguration HotkeyService::wanted() const {
@@ -117,7 +125,7 @@ void HotkeyService::giveBack() {
   if (isHeld_) tellRelease();
 }
 
-void HotkeyService::carryOut(HotkeyStateMachine::Transition transition) {
+bool HotkeyService::carryOut(HotkeyStateMachine::Transition transition) {
   switch (transition) {
     case HotkeyStateMachine::Transition::press:
       tellPress();
@@ -129,8 +137,9 @@ void HotkeyService::carryOut(HotkeyStateMachine::Transition transition) {
       callIfSet(onToggle);
       break;
     case HotkeyStateMachine::Transition::none:
-      break;
+      return false;
   }
+  return true;
 }
 
 void HotkeyService::handle(ShortcutActivity activity) {
@@ -172,6 +181,7 @@ bool HotkeyService::createGlobalEventTap() {
   installed_ = shortcutRequest(wanted());
   eventTap_ = source_.install(installed_, [this](const ShortcutEvent& event) { receive(event); });
   if (!eventTap_) return false;
+  ++userInput_;  // nobody knows what was pressed before
   eventTapRetry_.reset();
   return true;
 }

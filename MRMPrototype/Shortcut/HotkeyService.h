@@ -50,6 +50,12 @@ class HotkeyService {
     further_.push_back({std::move(shortcut), std::move(run), {}});
   }
 
+  /// How often the user has pressed a key or a button of the pointer, without modifiers alone and without the
+  /// shortcuts; only good for comparing. Nothing where not every key is heard.
+  [[nodiscard]] std::optional<std::uint64_t> userInput() const {
+    return eventTap_ && source_.hearsEveryKey() ? std::optional(userInput_) : std::nullopt;
+  }
+
   /// Begins to observe. `shortcutProvider` gives the shortcut of the moment and is asked for every event.
   void start(std::function<ShortcutConfiguration()> shortcutProvider);
 
@@ -65,7 +71,8 @@ class HotkeyService {
   void receive(const ShortcutEvent& event);
   void handle(const MRMHotkeyEvent& event);
   void handle(ShortcutActivity activity);
-  void carryOut(HotkeyStateMachine::Transition transition);
+  /// Whether it asked for something.
+  bool carryOut(HotkeyStateMachine::Transition transition);
   void tellPress();
   void tellRelease();
   /// Tells the release of a press whose own will not be heard.
@@ -86,6 +93,7 @@ class HotkeyService {
   HotkeyNotifications notifications_;
 
   HotkeyStateMachine stateMachine_;
+  std::uint64_t userInput_ = 0;
   bool isHeld_ = false;  ///< a press was told, and not yet its release
   std::function<ShortcutConfiguration()> shortcutProvider_;
   std::vector<Further> further_;

@@ -35,6 +35,15 @@ void TextPage::addCleanUp() {
              .set = [this](bool on) { settings().setSpokenCommands(on); },
              .standard = false})
       ->setKeywords(tr("punctuation voice dictation commands"));
+  addSwitch(
+      card,
+      {tr("Space between dictations"),
+       tr("When you dictate twice in a row into the same field and press nothing in between, a space is "
+          "pasted before the second text. Needs a desktop that lets Murmel hear every key (X11).")},
+      {.property = SettingsProperty::spaceBetweenDictations,
+       .get = [this] { return settings().spaceBetweenDictations(); },
+       .set = [this](bool on) { settings().setSpaceBetweenDictations(on); },
+       .standard = false});
 }
 
 void TextPage::addFormatting() {

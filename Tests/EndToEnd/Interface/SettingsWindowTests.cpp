@@ -60,6 +60,7 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
       {Page::languages, "Recognize", settingsKey::languageMode, text("selected"), text("automaticAll")},
       {Page::text, "Remove filler words", settingsKey::removeFillerWords, true, false},
       {Page::text, "Spoken commands", settingsKey::spokenCommands, true, false},
+      {Page::text, "Space between dictations", settingsKey::spaceBetweenDictations, true, false},
       {Page::text, "Automatic correction routing", settingsKey::smartRefinementRouting,
        text("selectedMultilingualModel"), text("automaticByLanguage")},
       {Page::text, "Format with a local model", settingsKey::smartFormatting, false, false},

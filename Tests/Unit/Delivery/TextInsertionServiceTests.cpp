@@ -446,4 +446,35 @@ TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {
   EXPECT_NE(desk.log.lines.find("clipboard_unavailable"), std::string::npos);
 }
 
+TEST(DictationSpacing, PutsASpaceBetweenTwoDictationsWithNothingInBetween) {
+  const struct {
+    const char* what;
+    const char* first;
+    const char* second;
+    std::uint32_t window;
+    std::optional<std::uint64_t> inputsLater;
+    const char* pasted;
+  } rows[] = {
+      {"in a row", "One.", "Two.", 7, 3, " Two."},
+      {"into another window", "One.", "Two.", 8, 3, "Two."},
+      {"with a key in between", "One.", "Two.", 7, 4, "Two."},
+      {"on a desktop that stopped telling", "One.", "Two.", 7, std::nullopt, "Two."},
+      {"punctuation goes on", "One", ", two", 7, 3, ", two"},
+      {"a quotation begins", "One:", "\"two\"", 7, 3, " \"two\""},
+      {"after a line break", "One.\n", "Two.", 7, 3, "Two."},
+      {"a script without spaces", "一。", "二。", 7, 3, "二。"},
+  };
+  for (const auto& row : rows) {
+    std::optional<std::uint64_t> inputs = 3;
+    DictationSpacing spacing;
+    spacing.follow([&] { return inputs; });
+    spacing.setEnabled(true);
+    spacing.posted(SpokenText(row.first), 7);
+    inputs = row.inputsLater;
+    EXPECT_EQ(spacing.spaced(SpokenText(row.second), row.window).reveal(), row.pasted) << row.what;
+    spacing.setEnabled(false);
+    EXPECT_EQ(spacing.spaced(SpokenText(row.second), row.window).reveal(), row.second) << row.what;
+  }
+}
+
 }  // namespace murmel::test

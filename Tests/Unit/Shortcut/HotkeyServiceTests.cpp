@@ -90,6 +90,27 @@ TEST_F(HotkeyServiceTest, TurnsKeysIntoCallsWithTheShortcutOfTheMoment) {
   EXPECT_EQ(calls, "press release toggle toggle toggle ") << "the time comes from the clock";
 }
 
+TEST_F(HotkeyServiceTest, CountsWhatTheUserPressesBesidesTheShortcuts) {
+  EXPECT_EQ(service->userInput(), std::nullopt) << "nobody listens";
+  const auto chosen = configuration(ShortcutChoice::controlSpace);
+  shortcut = chosen;
+  start();
+  const auto counts = [&](const KeyEvent& event) {
+    const auto before = service->userInput();
+    deliver(event);
+    return service->userInput() != before;
+  };
+  const auto key = [&](std::uint64_t modifiers, bool isRepeat) {
+    return KeyEvent{KeyEventType::keyDown, modifiers, chosen.keyCode, isRepeat, ""};
+  };
+  EXPECT_FALSE(counts(key(keyModifier::control, false)) || counts(key(keyModifier::control, true)) ||
+               counts({KeyEventType::keyUp, 0, chosen.keyCode, false, ""}) || counts(optionDown));
+  EXPECT_TRUE(counts(key(0, false))) << "the same key without its modifier writes";
+  EXPECT_TRUE(counts({KeyEventType::buttonDown, 0, 0, false, ""}));
+  select(ShortcutChoice::disabled);
+  EXPECT_EQ(service->userInput(), std::nullopt);
+}
+
 TEST_F(HotkeyServiceTest, NeverCallsFromInsideTheTap) {
   start();
   taps.deliver(optionDown);

@@ -19,6 +19,9 @@ namespace {
 constexpr std::uint16_t inputMajorVersion = 2;
 constexpr std::uint16_t inputMinorVersion = 2;
 
+/// What follows is the wheel.
+constexpr std::uint32_t lastButton = 3;
+
 /// Every XTest keyboard is called so after its master.
 constexpr std::string_view syntheticKeyboardNameEnd = "XTEST keyboard";
 
@@ -62,7 +65,8 @@ bool selectInput(xcb_connection_t* connection, xcb_window_t root) {
   };
   // All devices would deliver every key twice, once for the device and once for its master.
   const Mask keys{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-                  XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE};
+                  XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE |
+                      XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
   const Mask devices{{XCB_INPUT_DEVICE_ALL, 1}, XCB_INPUT_XI_EVENT_MASK_HIERARCHY};
   for (const auto& mask : {keys, devices}) {
     const auto cookie = xcb_input_xi_select_events_checked(connection, root, 1, &mask.head);
@@ -164,6 +168,8 @@ X11KeyConnection::Notice X11KeyConnection::interpret(const xcb_generic_event_t& 
 X11KeyConnection::Notice X11KeyConnection::interpretKey(const xcb_generic_event_t& event) {
   const auto type = as<xcb_ge_generic_event_t>(event).event_type;
   if (type == XCB_INPUT_HIERARCHY) return Notice::devices;
+  if (type == XCB_INPUT_RAW_BUTTON_PRESS)
+    return as<xcb_input_raw_button_press_event_t>(event).detail <= lastButton ? Notice::button : Notice::none;
   if (type != XCB_INPUT_RAW_KEY_PRESS && type != XCB_INPUT_RAW_KEY_RELEASE) return Notice::none;
   const auto& key = as<xcb_input_raw_key_press_event_t>(event);
   rawKey = {.keyCode = key.detail,

@@ -27,6 +27,7 @@ class X11KeyConnection {
   enum class Notice {
     none,
     key,      ///< `rawKey` holds it
+    button,   ///< a button of the pointer went down
     layout,   ///< another keymap: call `readLayout`
     locks,    ///< `layoutState` holds the new locks and groups
     devices,  ///< a device came, went, or was switched off or on

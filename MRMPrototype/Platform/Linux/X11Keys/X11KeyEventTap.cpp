@@ -96,6 +96,9 @@ class X11KeyEventTap::Tap final : public std::enable_shared_from_this<Tap> {
       case X11KeyConnection::Notice::key:
         takeKey(RawKey(connection_->rawKey));
         break;
+      case X11KeyConnection::Notice::button:
+        pending_.push_back({KeyEventType::buttonDown, 0, 0, false, ""});
+        break;
       case X11KeyConnection::Notice::layout:
         layoutIsStale_ = true;
         break;
