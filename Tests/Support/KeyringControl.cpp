@@ -1,11 +1,15 @@
 #include "Support/KeyringControl.h"
 
+#include "Support/ChildProgram.h"
+
 #include <csignal>
 #include <cstdlib>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
 #include <gio/gio.h>
+#include <unistd.h>
 
 namespace murmel::keyringControl {
 
@@ -15,15 +19,16 @@ constexpr const char* password = "testpw";
 constexpr const char* servicePath = "/org/freedesktop/secrets";
 constexpr const char* collectionPath = "/org/freedesktop/secrets/collection/login";
 
-GVariant* call(const char* interface, const char* method, GVariant* parameters) {
+GVariant* call(const char* interface, const char* method, GVariant* parameters,
+               const char* name = "org.freedesktop.secrets", const char* path = servicePath) {
   GError* error = nullptr;
   // Kept for good: the service forgets the sessions of a connection that is given up, and "unlock" makes two
   // calls.
   GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
   if (bus == nullptr) throw std::runtime_error(error->message);
   GVariant* const answer =
-      g_dbus_connection_call_sync(bus, "org.freedesktop.secrets", servicePath, interface, method, parameters,
-                                  nullptr, G_DBUS_CALL_FLAGS_NONE, 5'000, nullptr, &error);
+      g_dbus_connection_call_sync(bus, name, path, interface, method, parameters, nullptr,
+                                  G_DBUS_CALL_FLAGS_NONE, 5'000, nullptr, &error);
   if (answer == nullptr) throw std::runtime_error(error->message);
   return answer;
 }
@@ -63,6 +68,27 @@ void freeze() {
 
 void thaw() {
   ::kill(process(), SIGCONT);
+}
+
+void restart() {
+  static std::optional<test::ChildProgram> daemon;
+  const auto hasOwner = [] {
+    constexpr const char* bus = "org.freedesktop.DBus";
+    GVariant* const answer = call(bus, "NameHasOwner", g_variant_new("(s)", "org.freedesktop.secrets"), bus,
+                                  "/org/freedesktop/DBus");
+    gboolean owned = FALSE;
+    g_variant_get(answer, "(b)", &owned);
+    g_variant_unref(answer);
+    return owned != FALSE;
+  };
+  ::kill(process(), SIGKILL);
+  while (hasOwner()) ::usleep(10'000);
+  daemon.emplace(std::vector<std::string>{
+      "sh", "-c",
+      "cd $MURMEL_SESSION_DIRECTORY && exec gnome-keyring-daemon --foreground --unlock "
+      "--components=secrets --control-directory=keyring <keyring.pw >keyring.log 2>&1"});
+  ::setenv("MURMEL_KEYRING_PID", std::to_string(daemon->identifier()).c_str(), 1);
+  while (!hasOwner()) ::usleep(10'000);
 }
 
 }  // namespace murmel::keyringControl

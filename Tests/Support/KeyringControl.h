@@ -13,6 +13,8 @@ void unlock();
 /// Stops the service from answering, and lets it go on.
 void freeze();
 void thaw();
+/// The daemon dies and another one takes its place, unlocked.
+void restart();
 
 }  // namespace keyringControl
 

@@ -49,6 +49,14 @@ TEST_F(SecretServiceTrouble, AFrozenServiceCostsOneWaitAndIsFoundAgain) {
   EXPECT_TRUE(store.remove(service, "kept"));
 }
 
+TEST_F(SecretServiceTrouble, AServiceThatDiedAndCameBackIsFoundWithTheNextCall) {
+  SecretServiceStore store;
+  ASSERT_TRUE(store.add(service, "kept", secret()));
+  keyringControl::restart();
+  EXPECT_TRUE(store.find(service, "kept"));
+  EXPECT_TRUE(store.remove(service, "kept"));
+}
+
 TEST_F(SecretServiceTrouble, AServiceThatIsFrozenFromTheStartDoesNotHoldUpTheEnd) {
   constexpr auto limit = 200ms;
   keyringControl::freeze();

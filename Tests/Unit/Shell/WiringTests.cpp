@@ -12,6 +12,7 @@
 #include "Shell/PermissionService.h"
 #include "Shell/SettingsReactions.h"
 #include "Shell/ShortcutWiring.h"
+#include "Shell/StorageHealth.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/Awaiting.h"
@@ -21,6 +22,7 @@
 #include "Support/TemporaryFolder.h"
 #include "Unit/Delivery/DeliveryHarness.h"
 
+#include <future>
 #include <optional>
 #include <string>
 #include <vector>
@@ -149,6 +151,38 @@ TEST_F(SettingsWiring, KeepsTheChosenRefinerLoadedOnlyWhileFormattingIsOn) {
   EXPECT_EQ(refinement.warmUps, 2) << "another language may need another model";
   settings.setSmartFormatting(false);
   EXPECT_EQ(shutdowns, 1);
+}
+
+TEST_F(SettingsWiring, WordsWaitInMemoryUntilTheKeyRingIsUnlocked) {
+  secrets.setLocked(true);
+  settings.setHistoryEnabled(true);
+  HistoryRepository history(executor, queue, historyFile(files, keys, folder.path()));
+  std::atomic<int> asked = 0;
+  std::promise<void> answer;
+  const auto ask = [&, answered = answer.get_future().share()] {
+    ++asked;
+    answered.wait();
+    return secrets.unlock();
+  };
+  std::optional<StorageHealth> health(std::in_place, executor, settings, history, ask);
+  HistoryEntry entry;
+  entry.id = Uuid::random();
+  entry.text = SpokenText("words");
+  history.add(entry);
+  ASSERT_TRUE(executor.waitUntil([&] { return health->notice().has_value(); }));
+  EXPECT_TRUE(health->notice()->canUnlock);
+  health->unlock();
+  health->unlock();  // the user is being asked already
+  // Nobody waits for the user: one health goes meanwhile, and its answer reaches nobody.
+  StorageHealth later(executor, settings, history, ask);
+  later.unlock();
+  EXPECT_TRUE(executor.waitUntil([&] { return asked == 2; }));
+  health.reset();
+  answer.set_value();
+  EXPECT_TRUE(executor.waitUntil([&] { return !later.notice() && history.isSettled(); }));
+  EXPECT_EQ(asked, 2);
+  const HistoryRepository stored(executor, queue, historyFile(files, keys, folder.path()));
+  EXPECT_TRUE(executor.waitUntil([&] { return stored.entries().size() == 1; }));
 }
 
 /// A compositor that watches one shortcut.
