@@ -1923,22 +1923,6 @@
         <source>There is no keyboard layout to press keys of (xkb-data).</source>
         <translation>Es gibt keine Tastaturbelegung, um Tasten zu drücken (xkb-data).</translation>
     </message>
-    <message>
-        <source>Nothing in memory is written to a disk in the clear.</source>
-        <translation>Nichts aus dem Arbeitsspeicher wird im Klartext auf einen Datenträger geschrieben.</translation>
-    </message>
-    <message>
-        <source>Speech, words and keys are locked in memory, out of %1.</source>
-        <translation>Sprache, Wörter und Schlüssel bleiben im Arbeitsspeicher und werden nicht nach %1 ausgelagert.</translation>
-    </message>
-    <message>
-        <source>Up to %1 of speech, words and keys are kept out of the swap.</source>
-        <translation>Bis zu %1 an Sprache, Wörtern und Schlüsseln werden nicht ausgelagert.</translation>
-    </message>
-    <message>
-        <source>Only %1 can be kept out of the swap; more of what you say may be written to it. Encrypt it, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.</source>
-        <translation>Nur %1 können vor dem Auslagern bewahrt werden; mehr von dem, was Sie sagen, kann dort geschrieben werden. Verschlüsseln Sie den Auslagerungsspeicher, oder heben Sie die Grenze für gesperrten Speicher (LimitMEMLOCK) auf 8 MB an.</translation>
-    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

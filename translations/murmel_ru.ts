@@ -1927,22 +1927,6 @@
         <source>There is no keyboard layout to press keys of (xkb-data).</source>
         <translation>Нет раскладки, чтобы нажимать клавиши (xkb-data).</translation>
     </message>
-    <message>
-        <source>Nothing in memory is written to a disk in the clear.</source>
-        <translation>Ничего из памяти не записывается на диск в открытом виде.</translation>
-    </message>
-    <message>
-        <source>Speech, words and keys are locked in memory, out of %1.</source>
-        <translation>Речь, слова и ключи закреплены в памяти и не попадают в %1.</translation>
-    </message>
-    <message>
-        <source>Up to %1 of speech, words and keys are kept out of the swap.</source>
-        <translation>До %1 речи, слов и ключей не попадает в подкачку.</translation>
-    </message>
-    <message>
-        <source>Only %1 can be kept out of the swap; more of what you say may be written to it. Encrypt it, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.</source>
-        <translation>Только %1 можно удержать вне подкачки; больше из сказанного вами может быть записано в неё. Зашифруйте её или увеличьте предел закреплённой памяти (LimitMEMLOCK) до 8 МБ.</translation>
-    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -84,13 +84,12 @@ CheckResult swapResult(std::string_view swaps,
   const auto room = fmt::format("{:.1f} MB", static_cast<double>(lockable) / megabyte);
   if (lockable >= enoughLocked) {
     return {CheckState::works,
-            fmt::format("Up to {} of speech, words and keys are kept out of the swap.", room)};
+            fmt::format("Up to {} of speech, words and keys are kept out of {}.", room, onDisk)};
   }
-  return {
-      CheckState::limited,
-      fmt::format("Only {} can be kept out of the swap; more of what you say may be written to it. Encrypt "
-                  "it, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.",
-                  room)};
+  return {CheckState::limited,
+          fmt::format("Only {} can be kept out of {}; more of what you say may be written to it. Encrypt the "
+                      "swap, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB.",
+                      room, onDisk)};
 }
 
 Task<CheckResult> checkSwap(CheckedServices /*services*/) {
