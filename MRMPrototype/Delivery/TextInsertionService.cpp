@@ -254,7 +254,8 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
   for (const auto& transaction : transactions)
     reads->follow(transaction.pasteboard(), transaction.ownership().changeCount);
 
-  const bool looksFirst = method->looksFirst || lookers_.contains(application->bundleIdentifier);
+  const bool looksFirst =
+      method->looksFirst || application->proxyLooksFirst || lookers_.contains(application->bundleIdentifier);
   auto preparing = awaitReadiness(*reads, looksFirst);
   co_await preparing;
   if (reads->lastAsked()) {

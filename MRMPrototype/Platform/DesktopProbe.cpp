@@ -44,10 +44,8 @@ std::string failureOf(const SessionFacts& facts) {
 
 /// By what the compositor and the bus offer, for whatever has no road of its own.
 void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
-  if (plan.shortcut == ShortcutRoad::none && facts.shortcutPortal > 0) plan.shortcut = ShortcutRoad::portal;
   if (plan.paste == PasteRoad::none && offers(facts, {"zwp_virtual_keyboard_manager_v1"}))
     plan.paste = PasteRoad::virtualKeyboard;
-  if (plan.paste == PasteRoad::none && facts.keyboardPortal > 0) plan.paste = PasteRoad::portal;
   if (plan.clipboard == ClipboardRoad::none && offers(facts, {"zwlr_data_control_manager_v1"})) {
     plan.clipboard = ClipboardRoad::dataControl;
   }
@@ -87,7 +85,11 @@ DesktopPlan planDesktop(const SessionFacts& facts) {
       break;
     case SessionKind::gnome:
       plan.shortcut = ShortcutRoad::gnomeKeyBinding;
-      if (hasName(facts, desktopBusName::mutterRemoteDesktop)) plan.paste = PasteRoad::mutterRemoteDesktop;
+      if (hasName(facts, desktopBusName::shellExtension)) {
+        plan.shortcut = ShortcutRoad::shellExtension;
+        plan.paste = PasteRoad::shellExtension;
+        plan.windows = WindowRoad::shellExtension;
+      }
       // Its own protocol has no clipboard for programs without a window, but it keeps both sides in step.
       if (facts.x11.reachable) plan.clipboard = ClipboardRoad::x11;
       break;
@@ -110,8 +112,9 @@ std::string pasteObstacle(const DesktopPlan& plan) {
       return "KWin lets installed programs alone press keys and see which window is active. Install Murmel's "
              "package, or its desktop file in ~/.local/share/applications, and start Murmel anew.";
     case SessionKind::gnome:
-      return "GNOME tells programs which window is active through an extension only. Enable Murmel's with "
-             "“gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.";
+      return "GNOME tells programs which window is active through an extension only. Murmel's can be enabled "
+             "in "
+             "its setup; if GNOME does not know it yet, log in again.";
     case SessionKind::none:
     case SessionKind::sway:
     case SessionKind::wlroots:

@@ -27,18 +27,18 @@ struct SessionFacts {
   bool swaySocket = false;           ///< sway's own interface answers
   std::set<std::string> busNames{};  ///< on the session bus, those that `desktopBusNames` lists
   bool tray = false;                 ///< somebody shows tray icons
-  unsigned shortcutPortal = 0;       ///< version of the portal for global shortcuts; 0: there is none
-  unsigned keyboardPortal = 0;       ///< of the portal for remote desktops, which may press keys
 };
 
 /// The names whose owners a plan depends on.
 namespace desktopBusName {
 inline constexpr const char* globalAccel = "org.kde.kglobalaccel";
 inline constexpr const char* gnomeShell = "org.gnome.Shell";
-inline constexpr const char* mutterRemoteDesktop = "org.gnome.Mutter.RemoteDesktop";
+inline constexpr const char* shellExtension = "app.murmel.Shell";  ///< Murmel's extension of GNOME Shell
 inline constexpr const char* trayWatcher = "org.kde.StatusNotifierWatcher";
-inline constexpr const char* portal = "org.freedesktop.portal.Desktop";
 }  // namespace desktopBusName
+
+/// What GNOME Shell knows Murmel's extension by.
+inline constexpr const char* shellExtensionIdentifier = "murmel@app.murmel";
 
 enum class SessionKind { none, x11, sway, wlroots, kwin, gnome, otherWayland };
 
@@ -48,15 +48,15 @@ enum class ShortcutRoad {
   keyTap,
   swayBindings,
   globalAccel,
-  gnomeKeyBinding,
-  portal,
+  shellExtension,
+  gnomeKeyBinding,  ///< one that Murmel makes, and that runs `murmel toggle`
 };
 /// Who presses the paste keys.
-enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, mutterRemoteDesktop, portal };
+enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, shellExtension };
 /// How the clipboard is read and written.
 enum class ClipboardRoad { none, x11, dataControl };
 /// Who tells which application is in front.
-enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows };
+enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows, shellExtension };
 /// How the indicator is put on the screen without taking the keyboard.
 enum class IndicatorRoad { none, x11, layerSurface };
 

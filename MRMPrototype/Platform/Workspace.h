@@ -18,6 +18,7 @@ struct RunningApplication {
   std::uint32_t window = 0;      ///< the window that was in front
   std::uint64_t startTime = 0;   ///< of the process, to tell it from a later one with the same number
   pid_t clipboardProxy = 0;      ///< who reads the clipboard in its stead; 0: itself
+  bool proxyLooksFirst = false;  ///< and it reads everything that is copied, as soon as it is
   bool isPanel = false;          ///< a panel, dock or notification, not a place where somebody writes
 };
 

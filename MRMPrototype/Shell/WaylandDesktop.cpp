@@ -2,6 +2,10 @@
 
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 #include "Platform/Linux/Bus/SessionBus.h"
+#include "Platform/Linux/Gnome/GnomeKeyboard.h"
+#include "Platform/Linux/Gnome/GnomeShortcuts.h"
+#include "Platform/Linux/Gnome/GnomeWorkspace.h"
+#include "Platform/Linux/Gnome/ShellExtension.h"
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 #include "Platform/Linux/KWin/GlobalAccel.h"
 #include "Platform/Linux/KWin/PlasmaWindows.h"
@@ -111,8 +115,15 @@ std::expected<void, std::string> openClipboard(const DesktopPlan& plan, const De
                          " without XWayland, which Murmel needs there for the clipboard.");
 }
 
-std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopParameters& parameters) {
+/// The extension may be enabled, or come back after the screen was locked, at any time.
+bool isGnome(const DesktopPlan& plan, const Roads& roads) {
+  return plan.session == SessionKind::gnome && roads.bus && roads.keymap;
+}
+
+std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopParameters& parameters,
+                                        const Roads& roads) {
   auto& executor = parameters.process.executor;
+  if (isGnome(plan, roads)) return std::make_unique<GnomeWorkspace>(executor, *roads.bus);
   if (plan.windows == WindowRoad::swayTree) {
     if (auto opened = SwayWorkspace::open(executor, parameters.environment.value("SWAYSOCK").value_or("")))
       return opened;
@@ -126,7 +137,10 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
   return std::make_unique<NoWorkspace>();
 }
 
-std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const Roads& roads) {
+std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const DesktopParameters& parameters,
+                                            const Roads& roads) {
+  if (isGnome(plan, roads))
+    return std::make_unique<GnomeKeyboard>(parameters.process.executor, *roads.bus, *roads.keymap);
   if (plan.paste == PasteRoad::virtualKeyboard) {
     if (auto opened = VirtualKeyboard::open(*roads.workspace)) return *std::move(opened);
   }
@@ -142,6 +156,11 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
     const auto socket = parameters.environment.value("SWAYSOCK").value_or("");
     roads.shortcuts = std::make_unique<SwayBindings>(executor, socket);
     roads.cancelKey = std::make_unique<SwayCancelKey>(executor, socket);
+    return;
+  }
+  if (isGnome(plan, roads)) {
+    roads.shortcuts = std::make_unique<GnomeShortcuts>(*roads.bus, *roads.keymap);
+    roads.cancelKey = std::make_unique<GnomeCancelKey>(*roads.bus);
     return;
   }
   if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {
@@ -173,8 +192,8 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::o
     return std::unexpected(opened.error());
   roads.bus = SessionBus::open(parameters.process.executor);
   if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
-  roads.workspace = workspaceFor(plan, parameters);
-  roads.keyboard = keyboardFor(plan, roads);
+  roads.workspace = workspaceFor(plan, parameters, roads);
+  roads.keyboard = keyboardFor(plan, parameters, roads);
   openShortcuts(plan, parameters, roads);
   roads.indicator = indicatorFor(plan, parameters);
   return std::make_unique<WaylandDesktopConnection>(parameters, std::move(roads));

@@ -21,7 +21,7 @@ TEST(DesktopPlan, ServesEachSessionByTheBestRoadThatItHas) {
   const std::set<std::string> plasma{"org_kde_plasma_shell", "zwlr_data_control_manager_v1"};
   auto plasmaGranted = plasma;
   plasmaGranted.insert({"org_kde_kwin_fake_input", "org_kde_plasma_window_management"});
-  const std::set<std::string> gnomeNames{desktopBusName::gnomeShell, desktopBusName::mutterRemoteDesktop};
+  const std::set<std::string> gnomeNames{desktopBusName::gnomeShell, desktopBusName::shellExtension};
   struct Row {
     std::string what;
     SessionFacts facts;
@@ -60,17 +60,8 @@ TEST(DesktopPlan, ServesEachSessionByTheBestRoadThatItHas) {
              IndicatorRoad::layerSurface,
              {}}},
            {"Plasma that has not granted us its own protocols",
-            {.x11 = xwayland,
-            .wayland = wayland(plasma),
-            .busNames = {desktopBusName::globalAccel},
-            .keyboardPortal = 1},
-            {kwin,
-             ShortcutRoad::globalAccel,
-             PasteRoad::portal,
-             ClipboardRoad::dataControl,
-             {},
-             IndicatorRoad::x11,
-             {}}},
+            {.x11 = xwayland, .wayland = wayland(plasma), .busNames = {desktopBusName::globalAccel}},
+            {kwin, ShortcutRoad::globalAccel, {}, ClipboardRoad::dataControl, {}, IndicatorRoad::x11, {}}},
            {"Plasma that has",
             {.x11 = xwayland, .wayland = wayland(plasmaGranted), .busNames = {desktopBusName::globalAccel}},
             {kwin,
@@ -81,17 +72,18 @@ TEST(DesktopPlan, ServesEachSessionByTheBestRoadThatItHas) {
              IndicatorRoad::x11,
              {}}},
            {"GNOME",
+            {.x11 = xwayland, .wayland = wayland({}), .busNames = {desktopBusName::gnomeShell}},
+            {gnome, ShortcutRoad::gnomeKeyBinding, {}, ClipboardRoad::x11, {}, IndicatorRoad::x11, {}}},
+           {"GNOME with the extension",
             {.x11 = xwayland, .wayland = wayland({}), .busNames = gnomeNames},
             {gnome,
-             ShortcutRoad::gnomeKeyBinding,
-             PasteRoad::mutterRemoteDesktop,
+             ShortcutRoad::shellExtension,
+             PasteRoad::shellExtension,
              ClipboardRoad::x11,
-             {},
+             WindowRoad::shellExtension,
              IndicatorRoad::x11,
              {}}},
-           {"an unknown compositor with portals",
-            {.wayland = wayland({}), .shortcutPortal = 1},
-            {otherWayland, ShortcutRoad::portal, {}, {}, {}, {}, {}}},
+           {"an unknown compositor", {.wayland = wayland({})}, {otherWayland, {}, {}, {}, {}, {}, {}}},
            {"nothing", {}, {.failure = "There is no display."}},
            {"a display that is gone",
             {.x11 = {.named = true}},

@@ -1,9 +1,9 @@
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 
-#include "Platform/Linux/Keys/PasteKeys.h"
-
 #include <ranges>
 #include <utility>
+
+#include <linux/input-event-codes.h>
 
 namespace murmel {
 
@@ -44,16 +44,6 @@ FakeInputKeyboard::FakeInputKeyboard(Workspace& workspace, const UsersKeymap& ke
                                      org_kde_kwin_fake_input* input)
     : workspace_(workspace), keymap_(keymap), connection_(std::move(connection)), input_(input, &destroy) {}
 
-std::optional<std::vector<std::uint32_t>> FakeInputKeyboard::keysFor(PasteChord chord) const {
-  std::vector<std::uint32_t> keys(keysOf(chord).begin(), keysOf(chord).end());
-  if (keys.back() == KEY_V) {
-    const auto key = keymap_.keyFor(XKB_KEY_v);
-    if (!key) return std::nullopt;
-    keys.back() = *key;
-  }
-  return keys;
-}
-
 void FakeInputKeyboard::send(std::uint32_t key, bool goesDown) {
   org_kde_kwin_fake_input_keyboard_key(input_.get(), key, goesDown ? 1 : 0);
 }
@@ -67,7 +57,7 @@ Task<void> FakeInputKeyboard::awaitReleasedModifiers() {
 }
 
 PostResult FakeInputKeyboard::post(PasteChord chord, const RunningApplication& target) {
-  const auto keys = keysFor(chord);
+  const auto keys = keymap_.keysFor(chord);
   // Answers to what was asked before, an error for instance.
   if (!keys || !connection_->roundTrip()) return PostResult::unavailable;
   const auto front = workspace_.frontmostApplication();

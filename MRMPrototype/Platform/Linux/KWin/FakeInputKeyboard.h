@@ -6,9 +6,7 @@
 
 #include <expected>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include <fake-input.h>
 
@@ -23,7 +21,7 @@ class FakeInputKeyboard final : public KeyboardPoster {
                                                                              const UsersKeymap& keymap);
 
   [[nodiscard]] bool mayPost() override { return !connection_->hasFailed(); }
-  [[nodiscard]] bool canPost(PasteChord chord) override { return keysFor(chord).has_value(); }
+  [[nodiscard]] bool canPost(PasteChord chord) override { return keymap_.keysFor(chord).has_value(); }
   void maskHeldModifiers() override;
   Task<void> awaitReleasedModifiers() override;
   PostResult post(PasteChord chord, const RunningApplication& target) override;
@@ -31,7 +29,6 @@ class FakeInputKeyboard final : public KeyboardPoster {
  private:
   FakeInputKeyboard(Workspace& workspace, const UsersKeymap& keymap,
                     std::unique_ptr<WaylandConnection> connection, org_kde_kwin_fake_input* input);
-  [[nodiscard]] std::optional<std::vector<std::uint32_t>> keysFor(PasteChord chord) const;
   void send(std::uint32_t key, bool goesDown);
 
   Workspace& workspace_;

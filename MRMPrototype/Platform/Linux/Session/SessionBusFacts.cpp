@@ -28,15 +28,6 @@ std::optional<bool> isOwned(sd_bus* bus, const char* name) {
   return owned != 0;
 }
 
-/// 0 when the portal does not have this interface.
-unsigned portalVersion(sd_bus* bus, const char* interface) {
-  unsigned version = 0;
-  const int status =
-      sd_bus_get_property_trivial(bus, desktopBusName::portal, "/org/freedesktop/portal/desktop", interface,
-                                  "version", nullptr, 'u', &version);
-  return status < 0 ? 0 : version;
-}
-
 }  // namespace
 
 void probeSessionBus(SessionFacts& facts) {
@@ -45,16 +36,12 @@ void probeSessionBus(SessionFacts& facts) {
   const std::unique_ptr<sd_bus, CloseBus> bus(opened);
   sd_bus_set_method_call_timeout(bus.get(), answerLimitMicroseconds);
   for (const char* name : {desktopBusName::trayWatcher, desktopBusName::globalAccel,
-                           desktopBusName::gnomeShell, desktopBusName::mutterRemoteDesktop}) {
+                           desktopBusName::gnomeShell, desktopBusName::shellExtension}) {
     const auto owned = isOwned(bus.get(), name);
     if (!owned) return;  // asking on would take a second each
     if (*owned) facts.busNames.insert(name);
   }
   if (facts.busNames.contains(desktopBusName::trayWatcher)) facts.tray = true;
-  if (!facts.wayland.reachable) return;
-  // Asking starts the portals, which every desktop that has them does anyway.
-  facts.shortcutPortal = portalVersion(bus.get(), "org.freedesktop.portal.GlobalShortcuts");
-  facts.keyboardPortal = portalVersion(bus.get(), "org.freedesktop.portal.RemoteDesktop");
 }
 
 }  // namespace murmel

@@ -2,6 +2,7 @@
 
 #include "Foundation/UniqueDescriptor.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
+#include "Platform/Linux/Keys/PasteKeys.h"
 
 #include <sys/mman.h>
 
@@ -109,6 +110,16 @@ std::optional<std::uint32_t> UsersKeymap::keyFor(xkb_keysym_t wanted) const {
     if (here) found = here;
   }
   return found;
+}
+
+std::optional<std::vector<std::uint32_t>> UsersKeymap::keysFor(PasteChord chord) const {
+  std::vector<std::uint32_t> keys(keysOf(chord).begin(), keysOf(chord).end());
+  if (keys.back() == KEY_V) {
+    const auto key = keyFor(XKB_KEY_v);
+    if (!key) return std::nullopt;
+    keys.back() = *key;
+  }
+  return keys;
 }
 
 }  // namespace murmel

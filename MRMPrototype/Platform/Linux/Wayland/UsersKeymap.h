@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/Signal.h"
+#include "Platform/KeyboardPoster.h"
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <xkbcommon/xkbcommon.h>
 
@@ -29,6 +31,9 @@ class UsersKeymap {
   /// The key that writes this in each layout that can write it; nothing when it is another one in some, or in
   /// none.
   [[nodiscard]] std::optional<std::uint32_t> keyFor(xkb_keysym_t symbol) const;
+  /// The keys of a chord in the order in which they go down; nothing when the V is not on the keyboard, or in
+  /// several places.
+  [[nodiscard]] std::optional<std::vector<std::uint32_t>> keysFor(PasteChord chord) const;
   /// The user has another layout now.
   [[nodiscard]] Signal<>& didChange() { return didChange_; }
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Platform/KeyboardPoster.h"
+#include "Platform/Linux/Bus/SessionBus.h"
+#include "Platform/Linux/Wayland/UsersKeymap.h"
+
+#include <cstdint>
+
+namespace murmel {
+
+/// Has the extension of GNOME Shell press keys, on a keyboard with the user's layout. What the user holds
+/// down counts there and cannot be let go of in their stead. Main thread.
+class GnomeKeyboard final : public KeyboardPoster {
+ public:
+  /// All outlive this.
+  GnomeKeyboard(Executor& executor, SessionBus& bus, const UsersKeymap& keymap)
+      : executor_(executor), bus_(bus), keymap_(keymap) {}
+
+  [[nodiscard]] bool mayPost() override;
+  [[nodiscard]] bool canPost(PasteChord chord) override { return keymap_.keysFor(chord).has_value(); }
+  void maskHeldModifiers() override {}
+  /// Waits longer than elsewhere: while one is held nothing can be pasted.
+  Task<void> awaitReleasedModifiers() override;
+  PostResult post(PasteChord chord, const RunningApplication& target) override;
+
+ private:
+  [[nodiscard]] bool modifiersAreHeld();
+
+  Executor& executor_;
+  SessionBus& bus_;
+  const UsersKeymap& keymap_;
+};
+
+}  // namespace murmel
