@@ -13,8 +13,6 @@ namespace murmel {
 
 namespace {
 
-/// In which the window manager brings another application to the front.
-constexpr auto pasteAgainDelay = std::chrono::milliseconds(250);
 constexpr std::string_view onboardingCompletedKey = "onboarding.completed";
 
 }  // namespace
@@ -273,35 +271,6 @@ MenuStatus MRMPrototypeApp::menuStatus() {
       .canBringBackClipboard = canBringBackClipboard_,
       .keepsHistory = settings.historyEnabled(),
   };
-}
-
-Task<void> MRMPrototypeApp::diagnose(std::function<void(const std::string&)> ready) {
-  auto [sender, receiver] = makeOneShot<bool>();
-  const auto finished = checks_.didChange().subscribe([this, &sender = sender] {
-    if (!checks_.isRunning())
-      process_.executor.post([given = std::move(sender)]() mutable { given.send(true); });
-  });
-  checks_.run();
-  co_await receiver;
-  auto text = versionLine(installation_.build) + '\n';
-  for (const auto& report : checks_.reports())
-    text += report.name + ": " + std::string(checkStateName(report.state)) + '\n';
-  ready(text);
-}
-
-Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
-  if (coordinator_.state().isBusy()) co_return;
-  // Until the window that asked for it has gone and another application is in front.
-  auto waiting = sleepFor(process_.executor, pasteAgainDelay);
-  co_await waiting;
-  if (coordinator_.state().isBusy()) co_return;
-  delivery_.insertion.beginDictationSession();
-  auto inserting = delivery_.insertion.insertOrCopy(std::move(words), false);
-  const auto result = co_await inserting;
-  delivery_.insertion.endDictationSession();
-  if (result == TextDeliveryResult::copiedFallback)
-    tray_.tell(DictationState(DictationState::Case::copied).title(),
-               QString::fromStdString(std::string(delivery_.insertion.pasteKeys())));
 }
 
 void MRMPrototypeApp::connectStorage() {
