@@ -7,6 +7,7 @@
 #include <csignal>
 #include <ctime>
 #include <limits>
+#include <optional>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -78,8 +79,8 @@ Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
   if (output_ < 0) return failed("worker output unavailable");
   const auto deadline = clock_.now() + limit;
   while (true) {
-    while (const auto line = nextLine()) {
-      if (auto message = WorkerMessage::decode(*line)) return *std::move(message);
+    while (const auto line = lines_.next()) {
+      if (auto message = WorkerMessage::decode(line->text)) return *std::move(message);
     }
     if (ended_ || cancellation_.isCancelled()) return failed("worker exited unexpectedly");
     const auto milliseconds = pollLimit(clock_, deadline);
@@ -95,31 +96,12 @@ Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
   }
 }
 
-/// Takes the first complete line out of the buffer; a view into it that is good until more is received.
-std::optional<std::string_view> WorkerChannel::nextLine() {
-  while (true) {
-    const auto feed = buffer_.find('\n', searched_);
-    if (feed == std::string::npos) break;
-    const std::string_view line(buffer_.data() + consumed_, feed - consumed_);
-    consumed_ = searched_ = feed + 1;
-    if (!std::exchange(skipsLine_, false)) return line;
-  }
-  searched_ = buffer_.size();
-  if (skipsLine_ || buffer_.size() - consumed_ > longestLine) {
-    skipsLine_ = true;
-    consumed_ = buffer_.size();
-  }
-  return std::nullopt;
-}
-
 /// Appends what the worker has written to the buffer.
 WorkerChannel::Received WorkerChannel::receive() {
-  buffer_.erase(0, std::exchange(consumed_, 0));
-  searched_ = 0;
   std::array<char, chunkSize> chunk;  // NOLINT(*-member-init): filled by the read
   const auto count = ::read(output_, chunk.data(), chunk.size());
   if (count > 0) {
-    buffer_.append(chunk.data(), static_cast<std::size_t>(count));
+    lines_.append({chunk.data(), static_cast<std::size_t>(count)});
     return Received::bytes;
   }
   if (count == 0) {

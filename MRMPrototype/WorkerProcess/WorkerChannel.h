@@ -1,13 +1,12 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
+#include "Foundation/Text/LineSplitter.h"
 #include "Product/MRMError.h"
 #include "WorkerProcess/WorkerCancellation.h"
 #include "WorkerProcess/WorkerMessage.h"
 
 #include <cstddef>
-#include <optional>
-#include <string>
 #include <string_view>
 
 namespace murmel {
@@ -33,24 +32,20 @@ class WorkerChannel {
   Result<void> writeLine(std::string_view line, Duration limit);
 
   /// What is held of the worker's output. For tests.
-  [[nodiscard]] std::size_t bufferedBytes() const { return buffer_.size(); }
+  [[nodiscard]] std::size_t bufferedBytes() const { return lines_.held(); }
 
  private:
   enum class Received { bytes, nothing, end, failure };
 
-  std::optional<std::string_view> nextLine();
   Received receive();
   Result<void> write(std::string_view bytes, Instant deadline);
-  [[nodiscard]] bool hasRoom() const { return buffer_.size() - consumed_ <= longestLine; }
+  [[nodiscard]] bool hasRoom() const { return lines_.waiting() <= longestLine; }
 
   int input_;
   int output_;
   const Clock& clock_;
   const WorkerCancellation& cancellation_;
-  std::string buffer_;  ///< received bytes; those before `consumed_` are used up
-  std::size_t consumed_ = 0;
-  std::size_t searched_ = 0;  ///< no line feed between `consumed_` and here
-  bool skipsLine_ = false;    ///< inside a line that is too long
+  LineSplitter lines_{longestLine};
   bool ended_ = false;
 };
 

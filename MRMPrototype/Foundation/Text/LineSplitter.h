@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -21,16 +22,23 @@ class LineSplitter {
   explicit LineSplitter(std::size_t longestLine) : longestLine_(longestLine) {}
 
   void append(std::string_view bytes) {
-    buffer_.erase(0, std::exchange(consumed_, 0));
+    const auto used = std::exchange(consumed_, 0);
+    buffer_.erase(0, used);
+    searched_ -= std::min(searched_, used);
     buffer_.append(bytes);
   }
 
+  /// Bytes that are held, and those of them that have not been given out.
+  [[nodiscard]] std::size_t held() const { return buffer_.size(); }
+  [[nodiscard]] std::size_t waiting() const { return buffer_.size() - consumed_; }
+
   std::optional<Line> next() {
     while (true) {
-      const auto feed = buffer_.find('\n', consumed_);
+      const auto feed = buffer_.find('\n', std::max(consumed_, searched_));
       const auto size = (feed == std::string::npos ? buffer_.size() : feed) - consumed_;
       const bool isTooLong = size > longestLine_;
       if (feed == std::string::npos) {
+        searched_ = buffer_.size();
         if (skips_ || isTooLong) consumed_ = buffer_.size();
         return isTooLong && !std::exchange(skips_, true) ? std::optional(Line{{}, true}) : std::nullopt;
       }
@@ -45,7 +53,8 @@ class LineSplitter {
   std::size_t longestLine_;
   std::string buffer_;
   std::size_t consumed_ = 0;
-  bool skips_ = false;  ///< inside a line that has been announced as too long
+  std::size_t searched_ = 0;  ///< no line feed between `consumed_` and here
+  bool skips_ = false;        ///< inside a line that has been announced as too long
 };
 
 }  // namespace murmel
