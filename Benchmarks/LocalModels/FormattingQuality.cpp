@@ -9,28 +9,13 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Refinement/BoundedRefinementProvider.h"
 #include "Support/Awaiting.h"
+#include "Support/OneModel.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <iostream>
 
 using namespace murmel;
-
-namespace {
-
-class OneModel final : public SmartModelFiles {
- public:
-  explicit OneModel(std::filesystem::path file) : file_(std::move(file)) {}
-  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel) const override {
-    return file_;
-  }
-  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
-
- private:
-  std::filesystem::path file_;
-};
-
-}  // namespace
 
 int main(int count, char** arguments) {
   constexpr int expectedCount = 4;

@@ -7,6 +7,7 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
+#include "Support/OneModel.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fstream>
@@ -22,18 +23,6 @@ std::string fortyWords() {
   for (int word = 1; word < 40; ++word) text += word % 7 == 0 ? " twenty3" : " somebody";
   return text;
 }
-
-class OneModel final : public SmartModelFiles {
- public:
-  explicit OneModel(std::filesystem::path file) : file_(std::move(file)) {}
-  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel) const override {
-    return file_;
-  }
-  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
-
- private:
-  std::filesystem::path file_;
-};
 
 void refinement(benchmark::State& state) {
   const TemporaryFolder folder;

@@ -6,6 +6,7 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
+#include "Support/OneModel.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
 
@@ -23,19 +24,6 @@
 #include <gtest/gtest.h>
 
 namespace murmel {
-
-/// One model that is installed, in two names: the stub's script.
-class StubModelFiles final : public SmartModelFiles {
- public:
-  explicit StubModelFiles(std::filesystem::path file) : model(std::move(file)) {}
-  [[nodiscard]] std::optional<std::filesystem::path> modelFile(SmartLocalModel asked) const override {
-    if (asked != SmartLocalModel::qwen06 && asked != SmartLocalModel::qwen17) return std::nullopt;
-    return model;
-  }
-  [[nodiscard]] std::optional<std::filesystem::path> russianModelDirectory() const override { return {}; }
-
-  std::filesystem::path model;
-};
 
 /// Servers that are started through the real launcher. When a test is over, no child, no descriptor and no
 /// file of theirs may be left.
@@ -130,7 +118,7 @@ class ServerBench : public ::testing::Test {
   ManualExecutor executor;
   SystemClock clock;
   LinuxProcessLauncher launcher;
-  StubModelFiles files{store.path() / "model.gguf"};
+  OneModel files{store.path() / "model.gguf"};
   QwenServerPool::Settings settings{
       .applicationIdentifier = "test",
       .temporaryDirectory = temporary.path(),
