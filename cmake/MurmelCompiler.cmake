@@ -23,6 +23,11 @@ add_compile_options(-pthread -fPIC -fno-semantic-interposition)
 # All symbols are bound at the start: nothing is left to be written afterwards, and the lazy way saves vector registers,
 # with pieces of what was copied last, on the stack, where they stay.
 add_link_options(-Wl,-z,relro,-z,now)
+# What is not shipped is linked by whoever is quickest.
+find_program(MURMEL_MOLD mold)
+if(MURMEL_MOLD AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_link_options(-fuse-ld=mold)
+endif()
 
 if(MURMEL_SANITIZE STREQUAL "THREAD")
   add_compile_options(-fsanitize=thread)
