@@ -91,6 +91,23 @@ TEST_F(ClipboardTransactionTest, TheSameTextByAnotherIsAChange) {
   EXPECT_EQ(desk.clipboardText(), "words");
 }
 
+TEST_F(ClipboardTransactionTest, WhatIsWrittenAtAnyStepOfTheRestoreStays) {
+  for (int step = 0; step < 8; ++step) {
+    capture();
+    auto transaction = open("words");
+    std::optional<Restoration> restored;
+    desk.start(transaction.restorePrevious(), restored);
+    Registration timer;
+    std::function<void(int)> write = [&](int left) {
+      if (left == 0) return desk.general.writeByAnother(plainText("theirs"));
+      timer = desk.executor.after(0s, [&write, left] { write(left - 1); });
+    };
+    write(step);
+    desk.executor.runUntilIdle();
+    EXPECT_EQ(desk.clipboardText(), "theirs") << step;
+  }
+}
+
 TEST_F(ClipboardTransactionTest, TheSecondTransactionEndsTheFirst) {
   capture();
   auto first = open("one");
