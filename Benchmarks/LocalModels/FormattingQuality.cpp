@@ -10,6 +10,7 @@
 #include "Refinement/BoundedRefinementProvider.h"
 #include "Support/Awaiting.h"
 #include "Support/OneModel.h"
+#include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -38,7 +39,7 @@ int main(int count, char** arguments) {
   for (std::string line; std::getline(std::cin, line);) {
     server->startIfNeeded();
     executor.waitUntil([&] { return server->preparation() != ModelSupervisor::Preparation::preparing; });
-    Awaiting<Result<std::string>> asking(provider.refine(line));
+    Awaiting<Result<std::string>> asking(refining(provider, line));
     // Longer than tests wait.
     while (!asking.done()) executor.waitUntil([&] { return asking.done(); });
     std::cout << asking->value_or(line) << std::endl;

@@ -8,6 +8,7 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/OneModel.h"
+#include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fstream>
@@ -42,7 +43,7 @@ void refinement(benchmark::State& state) {
   QwenLocalRefinementProvider provider(pool.server(SmartLocalModel::qwen06), /*prewarmed=*/false);
   const auto text = fortyWords();
   for (auto _ : state) {
-    Awaiting<Result<std::string>> asking(provider.refine(text));
+    Awaiting<Result<std::string>> asking(refining(provider, text));
     executor.waitUntil([&] { return asking.done(); });
     if (!*asking) return state.SkipWithError("refused");
   }

@@ -1,5 +1,7 @@
 #include "LocalModels/ModelSupervisor.h"
 
+#include "Foundation/Crypto/Wipe.h"
+
 #include <algorithm>
 #include <atomic>
 #include <system_error>
@@ -186,12 +188,12 @@ void ModelSupervisor::shutdown() {
   tellChange();
 }
 
-Task<std::optional<std::string>> ModelSupervisor::ask(std::string question, Reading reading) {
+Task<std::optional<SpokenText>> ModelSupervisor::ask(SpokenText question, Reading reading) {
   return askOn(shared_from_this(), std::move(question), reading);
 }
 
-Task<std::optional<std::string>> ModelSupervisor::askOn(std::shared_ptr<ModelSupervisor> supervisor,
-                                                        std::string question, Reading reading) {
+Task<std::optional<SpokenText>> ModelSupervisor::askOn(std::shared_ptr<ModelSupervisor> supervisor,
+                                                       SpokenText question, Reading reading) {
   if (supervisor->preparation() != Preparation::ready) co_return std::nullopt;
   auto cancellation = makeOrNothing<WorkerCancellation>();
   if (!cancellation) co_return std::nullopt;
@@ -206,8 +208,8 @@ Task<std::optional<std::string>> ModelSupervisor::askOn(std::shared_ptr<ModelSup
   co_return answer;
 }
 
-std::optional<std::string> ModelSupervisor::exchange(const std::string& question, Instant deadline,
-                                                     const WorkerCancellation& patience, Reading reading) {
+std::optional<SpokenText> ModelSupervisor::exchange(const SpokenText& question, Instant deadline,
+                                                    const WorkerCancellation& patience, Reading reading) {
   std::shared_ptr<Run> run;
   {
     const std::lock_guard guard(lock_);
@@ -220,7 +222,7 @@ std::optional<std::string> ModelSupervisor::exchange(const std::string& question
     if (patience.isCancelled() || run->cancellation.isCancelled() || !run->process) return std::nullopt;
     // A question that has waited for another one most of its time says nothing about the process.
     const bool hasItsTime = deadline - services_.clock.now() > limits_.request / 2;
-    answer = run->process->ask(question, deadline, patience);
+    answer = run->process->ask(question.reveal(), deadline, patience);
     if (answer) {
       run->timeouts = 0;
       run->hasAnswered = true;
@@ -230,7 +232,10 @@ std::optional<std::string> ModelSupervisor::exchange(const std::string& question
       giveUp(*run, "an answer was not understood");
     }
   }
-  return answer ? reading(question, *answer) : std::nullopt;
+  if (!answer) return std::nullopt;
+  auto read = reading(question.reveal(), *answer);
+  wipe(*answer);
+  return read ? std::optional<SpokenText>(*std::move(read)) : std::nullopt;
 }
 
 ModelSupervisor::Preparation ModelSupervisor::preparation() const {

@@ -4,6 +4,7 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/SerialQueue.h"
 #include "Foundation/Async/Task.h"
+#include "Foundation/SpokenText.h"
 #include "WorkerProcess/WorkerCancellation.h"
 
 #include <chrono>
@@ -92,7 +93,7 @@ class ModelSupervisor : public std::enable_shared_from_this<ModelSupervisor> {
 
   /// What `reading` makes of the model's answer. Nothing when the process is not ready, and when no usable
   /// answer has come within the limit. Destroying the task gives the question up.
-  [[nodiscard]] Task<std::optional<std::string>> ask(std::string question, Reading reading);
+  [[nodiscard]] Task<std::optional<SpokenText>> ask(SpokenText question, Reading reading);
 
   /// Ends the process, soon: the destruction waits for it. Questions get no answer; failures are forgotten.
   void shutdown();
@@ -106,10 +107,10 @@ class ModelSupervisor : public std::enable_shared_from_this<ModelSupervisor> {
   struct Run;
   class Patience;
 
-  static Task<std::optional<std::string>> askOn(std::shared_ptr<ModelSupervisor> supervisor,
-                                                std::string question, Reading reading);
-  [[nodiscard]] std::optional<std::string> exchange(const std::string& question, Instant deadline,
-                                                    const WorkerCancellation& patience, Reading reading);
+  static Task<std::optional<SpokenText>> askOn(std::shared_ptr<ModelSupervisor> supervisor,
+                                               SpokenText question, Reading reading);
+  [[nodiscard]] std::optional<SpokenText> exchange(const SpokenText& question, Instant deadline,
+                                                   const WorkerCancellation& patience, Reading reading);
   void serve(const std::shared_ptr<Run>& run, const Make& make);
   bool becomeReady(const Run& run);
   void giveUp(Run& run, std::string reason);

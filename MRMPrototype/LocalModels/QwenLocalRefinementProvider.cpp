@@ -13,7 +13,7 @@ QwenLocalRefinementProvider::QwenLocalRefinementProvider(std::shared_ptr<QwenPer
   if (prewarmed) server_->startIfNeeded();
 }
 
-Task<Result<std::string>> QwenLocalRefinementProvider::refine(std::string text) {
+Task<Result<SpokenText>> QwenLocalRefinementProvider::refine(SpokenText text) {
   if (!server_->isInstalled()) co_return std::unexpected(MRMError(MRMError::Case::smartModelMissing));
   // A server that has ended, or was never asked for, is there for the next dictation.
   server_->startIfNeeded();
@@ -22,8 +22,8 @@ Task<Result<std::string>> QwenLocalRefinementProvider::refine(std::string text) 
   co_return result;
 }
 
-Task<Result<std::string>> QwenLocalRefinementProvider::run(std::shared_ptr<QwenPersistentServer> server,
-                                                           std::string text) {
+Task<Result<SpokenText>> QwenLocalRefinementProvider::run(std::shared_ptr<QwenPersistentServer> server,
+                                                          SpokenText text) {
   auto asking = server->refine(std::move(text), &projected);
   auto formatted = co_await asking;
   if (!formatted) co_return std::unexpected(MRMError(MRMError::Case::smartRefinementFailed));

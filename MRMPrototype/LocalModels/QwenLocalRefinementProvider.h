@@ -19,14 +19,14 @@ class QwenLocalRefinementProvider final : public RefinementProvider {
   QwenLocalRefinementProvider(std::shared_ptr<QwenPersistentServer> server, bool prewarmed);
 
   [[nodiscard]] const std::string& providerID() const override { return server_->providerID(); }
-  Task<Result<std::string>> refine(std::string text) override;
+  Task<Result<SpokenText>> refine(SpokenText text) override;
 
   /// The recognised text with the answer's formatting; nothing when it is not shown to be safe. Pure;
   /// done where the answer is waited for, not on the main thread.
   static std::optional<std::string> projected(std::string_view recognized, std::string_view answer);
 
  private:
-  static Task<Result<std::string>> run(std::shared_ptr<QwenPersistentServer> server, std::string text);
+  static Task<Result<SpokenText>> run(std::shared_ptr<QwenPersistentServer> server, SpokenText text);
 
   std::shared_ptr<QwenPersistentServer> server_;
 };

@@ -39,7 +39,7 @@ class QwenPersistentServer {
 
   void startIfNeeded() { supervisor_->startIfNeeded(); }
   /// What `reading` makes of the model's answer to a request to format `text`; see `ModelSupervisor::ask`.
-  [[nodiscard]] Task<std::optional<std::string>> refine(std::string text, ModelSupervisor::Reading reading) {
+  [[nodiscard]] Task<std::optional<SpokenText>> refine(SpokenText text, ModelSupervisor::Reading reading) {
     return supervisor_->ask(std::move(text), reading);
   }
   void shutdown() { supervisor_->shutdown(); }

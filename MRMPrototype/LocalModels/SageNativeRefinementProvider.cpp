@@ -26,7 +26,7 @@ SageNativeRefinementProvider::SageNativeRefinementProvider(Services services,
       std::move(source), limits.asking, std::move(events));
 }
 
-Task<Result<std::string>> SageNativeRefinementProvider::refine(std::string text) {
+Task<Result<SpokenText>> SageNativeRefinementProvider::refine(SpokenText text) {
   if (!assets_.isReady()) co_return std::unexpected(MRMError(MRMError::Case::smartModelMissing));
   // A worker that has ended, or was never asked for, is there for the next dictation.
   supervisor_->startIfNeeded();
@@ -35,8 +35,8 @@ Task<Result<std::string>> SageNativeRefinementProvider::refine(std::string text)
   co_return result;
 }
 
-Task<Result<std::string>> SageNativeRefinementProvider::run(std::shared_ptr<ModelSupervisor> supervisor,
-                                                            std::string text) {
+Task<Result<SpokenText>> SageNativeRefinementProvider::run(std::shared_ptr<ModelSupervisor> supervisor,
+                                                           SpokenText text) {
   auto asking = supervisor->ask(std::move(text), &ConservativeFormattingProjection::project);
   auto formatted = co_await asking;
   if (!formatted) co_return std::unexpected(MRMError(MRMError::Case::smartRefinementFailed));

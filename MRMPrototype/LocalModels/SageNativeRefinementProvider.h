@@ -39,10 +39,10 @@ class SageNativeRefinementProvider final : public RefinementProvider {
   [[nodiscard]] std::string diagnostic() const { return supervisor_->diagnostic(); }
 
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
-  Task<Result<std::string>> refine(std::string text) override;
+  Task<Result<SpokenText>> refine(SpokenText text) override;
 
  private:
-  static Task<Result<std::string>> run(std::shared_ptr<ModelSupervisor> supervisor, std::string text);
+  static Task<Result<SpokenText>> run(std::shared_ptr<ModelSupervisor> supervisor, SpokenText text);
 
   const std::string providerID_{identifier};
   const SageNativeAssets& assets_;

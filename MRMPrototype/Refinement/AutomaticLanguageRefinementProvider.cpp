@@ -24,8 +24,8 @@ RefinementProvider* AutomaticLanguageRefinementProvider::refinerFor(std::string_
   std::unreachable();
 }
 
-Task<Result<std::string>> AutomaticLanguageRefinementProvider::refine(std::string text) {
-  auto* const refiner = refinerFor(text);
+Task<Result<SpokenText>> AutomaticLanguageRefinementProvider::refine(SpokenText text) {
+  auto* const refiner = refinerFor(text.reveal());
   if (!refiner) co_return text;
   auto refining = refiner->refine(text);
   auto refined = co_await refining;

@@ -24,7 +24,7 @@ class AutomaticLanguageRefinementProvider final : public RefinementProvider {
   AutomaticLanguageRefinementProvider(Refiners refiners, const LanguageRecognizer& recognizer);
 
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
-  Task<Result<std::string>> refine(std::string text) override;
+  Task<Result<SpokenText>> refine(SpokenText text) override;
 
  private:
   [[nodiscard]] RefinementProvider* refinerFor(std::string_view text) const;

@@ -25,18 +25,18 @@ std::vector<BoundedRefinementProvider::Piece> BoundedRefinementProvider::pieces(
   return result;
 }
 
-Task<Result<std::string>> BoundedRefinementProvider::refine(std::string text) {
-  const auto all = pieces(text);
+Task<Result<SpokenText>> BoundedRefinementProvider::refine(SpokenText text) {
+  const auto all = pieces(text.reveal());
   std::string output;
   for (const auto& piece : all) {
-    auto refining = inner_->refine(piece.text);
+    auto refining = inner_->refine(SpokenText(piece.text));
     const auto refined = co_await refining;
     if (!refined) co_return std::unexpected(refined.error());
-    const auto useful = text::trimmed(*refined);
+    const auto useful = text::trimmed(refined->reveal());
     output += piece.precedingWhitespace;
     output += useful.empty() ? std::string_view(piece.text) : useful;
   }
-  co_return output;
+  co_return SpokenText(std::move(output));
 }
 
 }  // namespace murmel

@@ -25,7 +25,7 @@ class BoundedRefinementProvider final : public RefinementProvider {
   explicit BoundedRefinementProvider(std::unique_ptr<RefinementProvider> inner);
 
   [[nodiscard]] const std::string& providerID() const override { return inner_->providerID(); }
-  Task<Result<std::string>> refine(std::string text) override;
+  Task<Result<SpokenText>> refine(SpokenText text) override;
 
   /// A short text is one piece as it stands. A longer one is cut after every 40 words; white space before its
   /// first and behind its last word is left out.

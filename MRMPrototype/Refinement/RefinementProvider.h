@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Async/Task.h"
+#include "Foundation/SpokenText.h"
 #include "Product/MRMError.h"
 
 #include <string>
@@ -13,7 +14,7 @@ class RefinementProvider {
   virtual ~RefinementProvider() = default;
   [[nodiscard]] virtual const std::string& providerID() const = 0;
   /// Cancelled by destroying the task.
-  virtual Task<Result<std::string>> refine(std::string text) = 0;
+  virtual Task<Result<SpokenText>> refine(SpokenText text) = 0;
 };
 
 }  // namespace murmel

@@ -49,7 +49,7 @@ std::shared_ptr<RefinementProvider> makeRefinementProvider(const RefinementChoic
 class DisabledRefinementProvider final : public RefinementProvider {
  public:
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
-  Task<Result<std::string>> refine(std::string text) override { co_return text; }
+  Task<Result<SpokenText>> refine(SpokenText text) override { co_return text; }
 
  private:
   std::string providerID_ = "disabled";

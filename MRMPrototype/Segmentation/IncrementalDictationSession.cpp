@@ -200,11 +200,11 @@ Task<void> IncrementalDictationSession::deliver(std::size_t place, SpokenSpan sp
   SpokenText text = std::move(outcome.text);
   if (configuration_.refinement) {
     seams_.pause();
-    auto refinement = configuration_.refinement->refine(text.reveal());
-    Result<std::string> refined = co_await refinement;
+    auto refinement = configuration_.refinement->refine(text);
+    const Result<SpokenText> refined = co_await refinement;
     // Without an answer of the refiner the words stay as they were recognised.
     if (refined) {
-      const auto trimmed = text::trimmed(*refined);
+      const auto trimmed = text::trimmed(refined->reveal());
       if (!trimmed.empty()) text = SpokenText(std::string(trimmed));
     }
     if (!refined && !refinementFailure_) refinementFailure_ = refined.error();

@@ -36,9 +36,9 @@ Task<void> SeamReview::review(bool onlyNeighbours) {
     const auto left = pieces_[index].second.text.reveal();
     const auto right = pieces_[index + 1].second.text.reveal();
     if (const auto question = SeamFormatting::question(left, right)) {
-      auto asking = refiner_->refine(*question);
-      const Result<std::string> answer = co_await asking;
-      const auto sides = answer ? SeamFormatting::applied(left, right, *answer) : std::nullopt;
+      auto asking = refiner_->refine(SpokenText(*question));
+      const Result<SpokenText> answer = co_await asking;
+      const auto sides = answer ? SeamFormatting::applied(left, right, answer->reveal()) : std::nullopt;
       const auto place = std::ranges::find(pieces_, seam.first, &Pieces::value_type::first);
       index = static_cast<std::size_t>(place - pieces_.begin());
       if (sides) {

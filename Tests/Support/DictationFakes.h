@@ -177,7 +177,7 @@ class FakeTranscriptionProviderFactory final : public TranscriptionProviderFacto
 class UnusedRefiner final : public RefinementProvider {
  public:
   [[nodiscard]] const std::string& providerID() const override { return identifier; }
-  Task<Result<std::string>> refine(std::string text) override { co_return text; }
+  Task<Result<SpokenText>> refine(SpokenText text) override { co_return text; }
 
   std::string identifier = "unused";
 };

@@ -21,10 +21,12 @@ class ScriptedRefinementProvider final : public RefinementProvider {
   ScriptedRefinementProvider(Executor& executor, Script script)
       : executor_(executor), script_(std::move(script)) {}
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
-  Task<Result<std::string>> refine(std::string text) override {
+  Task<Result<SpokenText>> refine(SpokenText text) override {
     auto wait = sleepFor(executor_, std::chrono::milliseconds(500));
     co_await wait;
-    co_return script_(std::move(text));
+    auto refined = script_(std::move(text).reveal());
+    if (!refined) co_return std::unexpected(refined.error());
+    co_return SpokenText(*std::move(refined));
   }
 
  private:

@@ -59,8 +59,8 @@ TEST_F(ServerBench, AsksOneQuestionAtATime) {
   ASSERT_TRUE(prepare());
   const auto refiner = provider();
   const auto other = provider();
-  Awaiting<Answer> first(refiner->refine("first"));
-  Awaiting<Answer> second(other->refine("second"));
+  Awaiting<Answer> first(refining(*refiner, "first"));
+  Awaiting<Answer> second(refining(*other, "second"));
   ASSERT_TRUE(executor.waitUntil([&] { return count("holding") == 1; }));
   EXPECT_FALSE(first.done() || second.done());
   std::ofstream(gate) << '.';
@@ -75,8 +75,8 @@ TEST_F(ServerBench, TheSecondQuestionGivesUpWhenItsOwnLimitPasses) {
   script("answer silent\nanswer silent");
   ASSERT_TRUE(prepare());
   const auto refiner = provider();
-  Awaiting<Answer> first(refiner->refine("first"));
-  Awaiting<Answer> second(refiner->refine("second"));
+  Awaiting<Answer> first(refining(*refiner, "first"));
+  Awaiting<Answer> second(refining(*refiner, "second"));
   const auto before = clock.now();
   EXPECT_EQ(described(second), "RAW");
   EXPECT_TRUE(first.done());
@@ -88,8 +88,8 @@ TEST_F(ServerBench, AQuestionThatIsGivenUpMakesRoomAtOnce) {
   script("answer silent\nanswer format");
   ASSERT_TRUE(prepare());
   const auto refiner = provider();
-  Awaiting<Answer> first(refiner->refine("first"));
-  Awaiting<Answer> never(refiner->refine("never asked"));
+  Awaiting<Answer> first(refining(*refiner, "first"));
+  Awaiting<Answer> never(refining(*refiner, "never asked"));
   ASSERT_TRUE(executor.waitUntil([&] { return count("question") == 1; }));
   never.cancel();
   first.cancel();
@@ -101,7 +101,7 @@ TEST_F(ServerBench, ARequestOutlivesEverybodyElse) {
   script("answer silent");
   ASSERT_TRUE(prepare());
   auto refiner = provider();
-  Awaiting<Answer> asking(refiner->refine("hello"));
+  Awaiting<Answer> asking(refining(*refiner, "hello"));
   ASSERT_TRUE(executor.waitUntil([&] { return count("question") == 1; }));
   refiner.reset();
   releasePool();
@@ -112,7 +112,7 @@ TEST_F(ServerBench, LeavesTheMainThreadFreeWhileItWaits) {
   script("answer silent");
   ASSERT_TRUE(prepare());
   const auto refiner = provider();
-  Awaiting<Answer> asking(refiner->refine("hello"));
+  Awaiting<Answer> asking(refining(*refiner, "hello"));
   int ticks = 0;
   const auto timer = executor.after(1s, [&] { ++ticks; });
   executor.advance(2s);

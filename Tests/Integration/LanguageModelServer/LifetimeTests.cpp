@@ -151,7 +151,7 @@ TEST_F(ServerBench, RefusesWhatItMayNotExecute) {
 TEST_F(ServerBench, SaysThatTheModelIsNotInstalled) {
   constexpr auto missing = "Smart Local model or runtime is not installed";
   QwenLocalRefinementProvider other(pool().server(SmartLocalModel::qwen4), /*prewarmed=*/true);
-  Awaiting<Answer> asking(other.refine("hello"));
+  Awaiting<Answer> asking(refining(other, "hello"));
   EXPECT_EQ(described(asking), missing);
   EXPECT_EQ(pool().server(SmartLocalModel::qwen4)->diagnostic(), missing);
   releasePool();

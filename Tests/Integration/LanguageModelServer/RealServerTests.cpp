@@ -104,7 +104,7 @@ TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
     for (int piece = 0, after = 0; after < 3; ++piece, after += hasHappened ? 1 : 0) {
       const std::string text = "piece " + std::to_string(piece) + " of what somebody says at length today";
       const auto before = clock.now();
-      Awaiting<Answer> asking(refiner->refine(text));
+      Awaiting<Answer> asking(refining(*refiner, text));
       const auto answer = described(asking);
       EXPECT_LT(clock.now() - before, 3s + 500ms) << moment;
       EXPECT_TRUE(answer == "RAW" || wordsOf(answer) == text) << answer;

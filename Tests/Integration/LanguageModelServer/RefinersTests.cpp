@@ -29,7 +29,7 @@ class Refiners : public ServerBench {
     return executor.waitUntil([&] { return preparing.done(); }) && *preparing;
   }
   std::string refined(RefinementProvider& refiner, const std::string& text) {
-    Awaiting<Answer> asking(refiner.refine(text));
+    Awaiting<Answer> asking(refining(refiner, text));
     return described(asking);
   }
 

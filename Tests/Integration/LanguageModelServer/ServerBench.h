@@ -8,6 +8,7 @@
 #include "Support/Awaiting.h"
 #include "Support/OneModel.h"
 #include "Support/ProcessTraces.h"
+#include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -87,7 +88,7 @@ class ServerBench : public ::testing::Test {
   /// The formatted text; "RAW" when the recognised one would be delivered.
   std::string refine(const std::string& text) {
     const auto refiner = provider();
-    Awaiting<Answer> asking(refiner->refine(text));
+    Awaiting<Answer> asking(refining(*refiner, text));
     return described(asking);
   }
   std::string described(Awaiting<Answer>& asking) {

@@ -3,6 +3,7 @@
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/Awaiting.h"
+#include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 
 #include <atomic>
@@ -68,7 +69,7 @@ class SageProvider : public ::testing::Test, public SmartModelFiles {
   }
 
   std::string refine(const std::string& text) {
-    Awaiting<Answer> asking(provider().refine(text));
+    Awaiting<Answer> asking(refining(provider(), text));
     return described(asking);
   }
   std::string described(Awaiting<Answer>& asking) {

@@ -7,6 +7,7 @@
 #include "Support/BuildPaths.h"
 #include "Support/MemoryLogSink.h"
 #include "Support/ProcessTraces.h"
+#include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 #include "WorkerProcess/WorkerChannel.h"
 
@@ -205,7 +206,7 @@ TEST_F(SageWorker, RefinesThroughTheApplicationsRefiners) {
   ASSERT_TRUE(executor.waitUntil([&] { return preparing.done(); }));
   EXPECT_TRUE(*preparing);
   const auto refiner = refiners.makeRefinementProvider();
-  Awaiting<Result<std::string>> asking(refiner->refine("привет мир нет " + repeated("как дела ", 30)));
+  Awaiting<Result<std::string>> asking(refining(*refiner, "привет мир нет " + repeated("как дела ", 30)));
   ASSERT_TRUE(executor.waitUntil([&] { return asking.done(); }));
   ASSERT_TRUE(asking->has_value());
   const auto& refined = **asking;

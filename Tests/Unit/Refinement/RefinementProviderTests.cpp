@@ -4,6 +4,7 @@
 #include "Refinement/AutomaticLanguageRefinementProvider.h"
 #include "Refinement/BoundedRefinementProvider.h"
 #include "Refinement/RefinementSource.h"
+#include "Support/Refining.h"
 
 #include <functional>
 #include <memory>
@@ -27,14 +28,16 @@ class ScriptedRefiner final : public RefinementProvider {
 
   [[nodiscard]] const std::string& providerID() const override { return providerID_; }
 
-  Task<Refined> refine(std::string text) override {
-    asked.push_back(text);
+  Task<Result<SpokenText>> refine(SpokenText text) override {
+    asked.push_back(text.reveal());
     if (holdAnswers) {
       auto [sender, receiver] = makeOneShot<bool>();
       release.emplace(std::move(sender));
       co_await receiver;
     }
-    co_return script_(text);
+    auto refined = script_(text.reveal());
+    if (!refined) co_return std::unexpected(refined.error());
+    co_return SpokenText(*std::move(refined));
   }
 
   std::vector<std::string> asked;
@@ -47,8 +50,8 @@ class ScriptedRefiner final : public RefinementProvider {
 };
 
 Task<void> keep(RefinementProvider& provider, std::string text, std::optional<Refined>& result) {
-  auto refining = provider.refine(std::move(text));
-  result = co_await refining;
+  auto answer = refining(provider, std::move(text));
+  result = co_await answer;
 }
 
 std::optional<Refined> refined(RefinementProvider& provider, std::string text) {
