@@ -1,6 +1,7 @@
 #include "Settings/VocabularyCommand.h"
 
 #include "Foundation/Text/Text.h"
+#include "Storage/FileAccess.h"
 
 #include <algorithm>
 #include <fstream>
@@ -9,10 +10,7 @@
 #include <sstream>
 #include <utility>
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace murmel {
 
@@ -48,8 +46,9 @@ std::string textOf(const std::optional<SecretBytes>& content) {
 
 }  // namespace
 
-VocabularyCommand::VocabularyCommand(SecureLocalFile file, CommandStreams streams, Unlock unlock)
-    : file_(std::move(file)), streams_(std::move(streams)), unlock_(std::move(unlock)) {}
+VocabularyCommand::VocabularyCommand(FileSystem& files, SecureLocalFile file, CommandStreams streams,
+                                     Unlock unlock)
+    : files_(files), file_(std::move(file)), streams_(std::move(streams)), unlock_(std::move(unlock)) {}
 
 int VocabularyCommand::run(const std::vector<std::string>& arguments) {
   const auto verb = arguments.empty() ? std::string("list") : arguments[0];
@@ -128,11 +127,8 @@ int VocabularyCommand::writeOut(const std::string& file) {
     return commandDone;
   }
   // For the owner alone, and never over something that is there.
-  const int made = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  const bool isWritten =
-      made >= 0 && ::write(made, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-  if (made >= 0) ::close(made);
-  if (isWritten) return commandDone;
+  if (writeNewFile(files_, file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}))
+    return commandDone;
   streams_.complain(fmt::format("{} exists already, or cannot be written.", file));
   return commandFailed;
 }

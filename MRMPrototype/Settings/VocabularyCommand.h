@@ -24,7 +24,8 @@ class VocabularyCommand {
   /// Asks the user to unlock the key ring, and waits.
   using Unlock = std::function<std::expected<void, SecretStatus>()>;
 
-  VocabularyCommand(SecureLocalFile file, CommandStreams streams, Unlock unlock);
+  /// The references outlive this.
+  VocabularyCommand(FileSystem& files, SecureLocalFile file, CommandStreams streams, Unlock unlock);
 
   /// Gives the exit status.
   int run(const std::vector<std::string>& arguments);
@@ -40,6 +41,7 @@ class VocabularyCommand {
   int misused();
   int failed(const SecureLocalStorageError& error);
 
+  FileSystem& files_;
   SecureLocalFile file_;
   CommandStreams streams_;
   Unlock unlock_;

@@ -45,7 +45,7 @@ int runVocabulary(Arguments /*arguments*/, const Installation& installation, con
   PosixFileSystem files;
   SecretServiceStore secrets;
   auto keys = editionKeys(secrets, installation.identifier, vocabularyKeyServiceSuffix);
-  VocabularyCommand command(vocabularyFile(files, keys, installation.folders.data), standardStreams(),
+  VocabularyCommand command(files, vocabularyFile(files, keys, installation.folders.data), standardStreams(),
                             [&secrets] { return secrets.unlock(); });
   return command.run(role.arguments);
 }

@@ -76,6 +76,15 @@ FileResult<std::optional<std::vector<std::uint8_t>>> readWholeFile(FileSystem& f
   return bytes;
 }
 
+FileResult<void> writeNewFile(FileSystem& files, const std::filesystem::path& file,
+                              std::span<const std::uint8_t> bytes) {
+  const auto descriptor = files.createNew(file);
+  if (!descriptor) return std::unexpected(descriptor.error());
+  auto written = writeAll(files, descriptor->get(), bytes);
+  if (!written) (void)files.remove(file);
+  return written;
+}
+
 FileResult<void> replaceFile(FileSystem& files, const std::filesystem::path& file,
                              std::span<const std::uint8_t> bytes, const PrepareReplacement& prepare,
                              Durability durability) {

@@ -33,6 +33,10 @@ FileResult<void> replaceFile(FileSystem& files, const std::filesystem::path& fil
                              std::span<const std::uint8_t> bytes, const PrepareReplacement& prepare = {},
                              Durability durability = Durability::machine);
 
+/// A new file for the owner alone. EEXIST when something is there; after another error nothing is.
+FileResult<void> writeNewFile(FileSystem& files, const std::filesystem::path& file,
+                              std::span<const std::uint8_t> bytes);
+
 /// Where `replaceFile` makes its copy: what a crash may leave behind.
 std::filesystem::path temporaryPath(const std::filesystem::path& file);
 

@@ -4,6 +4,7 @@
 #include "Settings/SettingsKeys.h"
 #include "Settings/VocabularyCommand.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
+#include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
 
@@ -26,7 +27,7 @@ class KeptCommands : public ::testing::Test {
   int vocabulary(const std::vector<std::string>& arguments, const std::string& typed = {}) {
     clear();
     std::istringstream input(typed);
-    return VocabularyCommand({files, keys, folder.path() / "words"}, streams(input),
+    return VocabularyCommand(files, {files, keys, folder.path() / "words"}, streams(input),
                              [this] { return secrets.unlock(); })
         .run(arguments);
   }
@@ -71,6 +72,13 @@ TEST_F(KeptCommands, TheVocabularyTakesWordsFromItsInputAlone) {
   EXPECT_EQ(vocabulary({"remove"}, "murmel\n"), 0);
   EXPECT_EQ(vocabulary({"list"}), 0);
   EXPECT_EQ(output, "postgresql = PostgreSQL\n");
+  const auto copy = folder.path() / "exported";
+  files.failAlways("write", ENOSPC);
+  EXPECT_EQ(vocabulary({"export", copy}), 1);
+  files.failNever();
+  EXPECT_EQ(vocabulary({"export", copy}), 0) << "half a file is not left in the way";
+  EXPECT_EQ(contentsOf(copy), "postgresql = PostgreSQL\n");
+  EXPECT_EQ(vocabulary({"export", copy}), 1) << "nothing is written over";
   secrets.setLocked(true);
   EXPECT_EQ(vocabulary({"list"}), 1);
   EXPECT_EQ(complaint, "The vocabulary cannot be opened: The key ring is locked.");
