@@ -7,7 +7,7 @@ option(MURMEL_PRECOMPILED_HEADERS "Compile the common headers once" ON)
 set(MURMEL_COMMON_HEADERS
   <algorithm> <array> <atomic> <chrono> <coroutine> <cstddef> <cstdint> <cstring> <expected> <filesystem> <functional>
   <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
-  <fmt/format.h>)
+  <fmt/format.h> <nlohmann/json.hpp>)
 
 # The compiler never writes the same precompiled file twice. Beside it stands what it was made from, for a compiler cache
 # that is told to compare that instead (ccache: pch_external_checksum), so that several checkouts share it.
@@ -18,21 +18,35 @@ function(murmel_name_headers target contents)
     "${contents} ${CMAKE_CXX_COMPILER_VERSION} ${fmt_VERSION} ${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}} ${options}\n")
 endfunction()
 
-# murmel_use_common_headers(<target>): the product's precompiled headers.
+# What files with windows include besides.
+set(MURMEL_QT_HEADERS
+  <QApplication> <QKeyEvent> <QLabel> <QLocale> <QPainter> <QPointer> <QPushButton> <QString> <QTimer> <QVBoxLayout> <QWidget>)
+
+# murmel_use_common_headers(<target> [QT]): the product's precompiled headers; QT: with those of Qt's windows.
 function(murmel_use_common_headers target)
   if(NOT MURMEL_PRECOMPILED_HEADERS)
     return()
   endif()
-  if(NOT TARGET murmel_common_headers)
+  set(headers murmel_common_headers)
+  set(contents ${MURMEL_COMMON_HEADERS})
+  set(libraries fmt::fmt)
+  if("QT" IN_LIST ARGN)
+    set(headers murmel_qt_headers)
+    list(APPEND contents ${MURMEL_QT_HEADERS})
+    list(APPEND libraries Qt6::Widgets)
+  endif()
+  if(NOT TARGET ${headers})
     file(WRITE "${CMAKE_BINARY_DIR}/common_headers.cpp" "")
-    add_library(murmel_common_headers STATIC "${CMAKE_BINARY_DIR}/common_headers.cpp")
-    target_link_libraries(murmel_common_headers PRIVATE murmel_options fmt::fmt)
-    target_precompile_headers(murmel_common_headers PRIVATE ${MURMEL_COMMON_HEADERS})
-    murmel_name_headers(murmel_common_headers "${MURMEL_COMMON_HEADERS}")
+    add_library(${headers} STATIC "${CMAKE_BINARY_DIR}/common_headers.cpp")
+    target_link_libraries(${headers} PRIVATE murmel_options ${libraries})
+    target_precompile_headers(${headers} PRIVATE ${contents})
+    murmel_name_headers(${headers} "${contents}")
   endif()
   # The compiled headers fit only who says the same about their libraries.
-  target_compile_definitions(${target} PRIVATE $<TARGET_PROPERTY:fmt::fmt,INTERFACE_COMPILE_DEFINITIONS>)
-  target_precompile_headers(${target} REUSE_FROM murmel_common_headers)
+  foreach(library IN LISTS libraries)
+    target_compile_definitions(${target} PRIVATE $<TARGET_PROPERTY:${library},INTERFACE_COMPILE_DEFINITIONS>)
+  endforeach()
+  target_precompile_headers(${target} REUSE_FROM ${headers})
 endfunction()
 
 # Several sources are compiled as one where somebody builds everything: their headers are read and their templates made
@@ -103,7 +117,11 @@ function(murmel_module)
     add_library(${target} STATIC ${sources})
     target_include_directories(${target} PUBLIC "${CMAKE_SOURCE_DIR}/MRMPrototype" "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${target} PUBLIC ${dependencies} PRIVATE murmel_options ${ARG_LIBRARIES})
-    murmel_use_common_headers(${target})
+    if("Qt6::Widgets" IN_LIST ARG_LIBRARIES)
+      murmel_use_common_headers(${target} QT)
+    else()
+      murmel_use_common_headers(${target})
+    endif()
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE "${CMAKE_SOURCE_DIR}/MRMPrototype" "${CMAKE_SOURCE_DIR}")
