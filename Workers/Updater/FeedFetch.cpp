@@ -3,10 +3,9 @@
 #include "Foundation/Async/Clock.h"
 #include "MRMUpdatePolicy/UpdateFeed.h"
 #include "Workers/ModelDownloader/CurlTransport.h"
+#include "Workers/Updater/UpdateOrder.h"
 
 #include <optional>
-
-#include <poll.h>
 
 namespace murmel::updater {
 
@@ -49,11 +48,6 @@ class SmallAnswer final : public downloader::TransferObserver {
   bool hasFailed_ = false;
   bool isOver_ = false;
 };
-
-bool hasEnded(int input) {
-  pollfd state{.fd = input, .events = POLLIN, .revents = 0};
-  return ::poll(&state, 1, 0) > 0;  // nothing is ever said here: what can be read is the end
-}
 
 }  // namespace
 

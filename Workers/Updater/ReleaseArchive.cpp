@@ -26,7 +26,7 @@ constexpr mode_t fileModes = 0755;
 constexpr const char* notWhole = "The new version did not arrive as it was released.";
 constexpr const char* notAsExpected = "The new version holds something that does not belong there.";
 
-std::unexpected<std::string> failure(std::string_view doing) {
+std::unexpected<std::string> copyFailure(std::string_view doing) {
   return std::unexpected(downloader::FileError::from(doing, errno).message);
 }
 
@@ -78,7 +78,7 @@ std::expected<void, std::string> copyContents(archive* reader, archive* writer, 
     if (left < 0) return std::unexpected(notAsExpected);
     if (archive_write_data_block(writer, piece, size, offset) != ARCHIVE_OK) {
       errno = archive_errno(writer);
-      return failure("unpack the new version");
+      return copyFailure("unpack the new version");
     }
   }
 }
@@ -88,20 +88,20 @@ std::expected<void, std::string> copyContents(archive* reader, archive* writer, 
 std::expected<UniqueDescriptor, std::string> verifiedCopy(int source, int folder, std::int64_t size,
                                                           std::string_view sha256) {
   UniqueDescriptor copy(::openat(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-  if (!copy) return failure("unpack the new version");
+  if (!copy) return copyFailure("unpack the new version");
   std::vector<std::uint8_t> piece(pieceSize);
   crypto::Sha256 hash;
   std::int64_t copied = 0;
   while (true) {
     const auto count = ::read(source, piece.data(), piece.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return failure("read the new version");
+    if (count < 0) return copyFailure("read the new version");
     if (count == 0) break;
     copied += count;
     if (copied > size) return std::unexpected(notWhole);
     const auto bytes = std::span<const std::uint8_t>(piece).first(static_cast<std::size_t>(count));
     hash.update(bytes);
-    if (!writeAll(copy.get(), bytes)) return failure("unpack the new version");
+    if (!writeAll(copy.get(), bytes)) return copyFailure("unpack the new version");
   }
   if (copied != size || crypto::hexadecimal(hash.finish()) != sha256) return std::unexpected(notWhole);
   return copy;
@@ -109,7 +109,8 @@ std::expected<UniqueDescriptor, std::string> verifiedCopy(int source, int folder
 
 std::expected<void, std::string> unpackArchive(int source, int folder) {
   // The library writes below the working folder; it is this process's own.
-  if (::lseek(source, 0, SEEK_SET) != 0 || ::fchdir(folder) != 0) return failure("unpack the new version");
+  if (::lseek(source, 0, SEEK_SET) != 0 || ::fchdir(folder) != 0)
+    return copyFailure("unpack the new version");
   ::umask(0022);
   const std::unique_ptr<archive, ReaderDeleter> reader(archive_read_new());
   archive_read_support_format_tar(reader.get());
@@ -135,12 +136,12 @@ std::expected<void, std::string> unpackArchive(int source, int folder) {
       archive_entry_set_perm(entry, archive_entry_perm(entry) & fileModes);
     if (archive_write_header(writer.get(), entry) != ARCHIVE_OK) {
       errno = archive_errno(writer.get());
-      return failure("unpack the new version");
+      return copyFailure("unpack the new version");
     }
     if (const auto copied = copyContents(reader.get(), writer.get(), left); !copied) return copied;
     if (archive_write_finish_entry(writer.get()) != ARCHIVE_OK) {
       errno = archive_errno(writer.get());
-      return failure("unpack the new version");
+      return copyFailure("unpack the new version");
     }
   }
 }

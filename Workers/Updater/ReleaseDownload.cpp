@@ -3,23 +3,17 @@
 #include "Foundation/Async/Clock.h"
 #include "Workers/ModelDownloader/CurlTransport.h"
 #include "Workers/ModelDownloader/DownloadQueue.h"
+#include "Workers/Updater/UpdateOrder.h"
 
 #include <array>
 #include <optional>
 #include <variant>
-
-#include <poll.h>
 
 namespace murmel::updater {
 
 namespace {
 
 constexpr std::string_view identifier = "release";
-
-bool hasEnded(int input) {
-  pollfd state{.fd = input, .events = POLLIN, .revents = 0};
-  return ::poll(&state, 1, 0) > 0;
-}
 
 /// Passes reports on, and keeps how it ended.
 struct Outcome {

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include <nlohmann/json.hpp>
+#include <poll.h>
 #include <unistd.h>
 
 namespace murmel::updater {
@@ -53,6 +54,11 @@ std::expected<UpdateRelease, std::string> readOrder(int input, const UpdaterOpti
       std::ranges::find(feed->releases, order["sha256"].get<std::string>(), &UpdateRelease::sha256);
   if (found == feed->releases.end()) return std::unexpected("This version is not on the list of updates.");
   return *found;
+}
+
+bool hasEnded(int input) {
+  pollfd state{.fd = input, .events = POLLIN, .revents = 0};
+  return ::poll(&state, 1, 0) > 0;
 }
 
 }  // namespace murmel::updater

@@ -16,4 +16,7 @@ namespace murmel::updater {
 std::expected<UpdateRelease, std::string> readOrder(int input, const UpdaterOptions& options,
                                                     std::int64_t now);
 
+/// Whether whoever started this has gone. Nothing is said after the order: what can be read is the end.
+bool hasEnded(int input);
+
 }  // namespace murmel::updater
