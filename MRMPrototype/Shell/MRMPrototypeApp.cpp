@@ -44,6 +44,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                 return front ? screenOfWindow(front->window) : nullptr;
               },
           .surface = desktop.indicator,
+          .compositor = &compositor_,
           .pasteKeys = [this] { return delivery_.insertion.pasteKeys(); },
       }),
       status_(pill_, process.clock, [this] { return std::string(models_.speech->activeEngine().title); }),

@@ -11,6 +11,7 @@
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/PulseAudio/PulseAudioMicrophones.h"
 #include "Platform/Qt/LogindSleepMonitor.h"
+#include "Platform/Qt/QtCompositor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Platform/Qt/TaskBarPresence.h"
 #include "Shell/AppDelegate.h"
@@ -130,6 +131,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   EngineForLanguage engineForLanguage_;
 
   IntelCommandTarget commands_;
+  QtCompositor compositor_;
   RecordingPill pill_;
   StatusPublisher status_;
   DictationCoordinator coordinator_;

@@ -152,7 +152,8 @@ RecordingPill::RecordingPill(PillActions actions)
   constexpr int milliseconds = 1'000;
   second_.setInterval(milliseconds);
   QObject::connect(&second_, &QTimer::timeout, this, [this] { showElapsed(); });
-  compositor_.emplace(*this, [this] { shape(); });
+  if (actions_.compositor != nullptr)
+    compositing_ = actions_.compositor->didChange().subscribe([this] { shape(); });
   arrange();
 }
 
@@ -346,7 +347,7 @@ double RecordingPill::cornerRadius() const {
 void RecordingPill::shape() {
   // Without a compositor there is no translucency, and the corners would be black: cut them off. The mask has
   // hard edges, so it is used only there.
-  if (isComposited()) {
+  if (actions_.compositor == nullptr || actions_.compositor->isThere()) {
     clearMask();
     return;
   }

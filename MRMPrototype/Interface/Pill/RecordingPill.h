@@ -2,7 +2,7 @@
 
 #include "Dictation/OverlayController.h"
 #include "Foundation/SpokenText.h"
-#include "Interface/Pill/Compositing.h"
+#include "Platform/Compositor.h"
 #include "Platform/IndicatorSurface.h"
 #include "Settings/OverlayPosition.h"
 
@@ -33,6 +33,8 @@ struct PillActions {
   std::function<QScreen*()> screen;
   /// Where the desktop shows a picture of the pill, and lets nobody click on it; null: it is a window.
   IndicatorSurface* surface = nullptr;
+  /// Without one its corners are cut off; null: there always is one.
+  Compositor* compositor = nullptr;
   /// The keys that paste where the words were to go; empty: the usual ones.
   std::function<std::string_view()> pasteKeys{};
 };
@@ -105,7 +107,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   QAbstractButton* cancel_;
   QAbstractButton* dismiss_;
   QBoxLayout* layout_;
-  std::optional<CompositorWatch> compositor_;
+  Registration compositing_;
 };
 
 }  // namespace murmel

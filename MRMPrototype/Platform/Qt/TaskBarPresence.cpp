@@ -1,32 +1,14 @@
 #include "Platform/Qt/TaskBarPresence.h"
 
+#include "Platform/Qt/QtXConnection.h"
+
 #include <QEvent>
-#include <QGuiApplication>
 #include <QWindow>
 #include <array>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-
-#include <xcb/xcb.h>
 
 namespace murmel {
 
 namespace {
-
-/// Null where the application does not run on X11.
-xcb_connection_t* qtConnection() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 == nullptr ? nullptr : x11->connection();
-}
-
-xcb_atom_t atom(xcb_connection_t* connection, const char* name) {
-  const auto cookie =
-      xcb_intern_atom(connection, /*only_if_exists=*/0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-      xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 /// Whether a task bar would list it at all.
 bool isOrdinary(const QWindow& window) {
@@ -38,9 +20,10 @@ bool isOrdinary(const QWindow& window) {
 class TaskBarPresence::Filter final : public QObject {
  public:
   Filter() {
-    if (auto* connection = qtConnection()) {
-      state_ = atom(connection, "_NET_WM_STATE");
-      skips_ = {atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"), atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
+    if (auto* connection = qtXConnection()) {
+      state_ = atomNamed(connection, "_NET_WM_STATE");
+      skips_ = {atomNamed(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+                atomNamed(connection, "_NET_WM_STATE_SKIP_PAGER")};
     }
     qGuiApp->installEventFilter(this);
   }
@@ -67,7 +50,7 @@ class TaskBarPresence::Filter final : public QObject {
  private:
   /// Qt keeps what it finds on a window that is not mapped yet, and adds its own.
   void prepare(QWindow& window) const {
-    auto* connection = qtConnection();
+    auto* connection = qtXConnection();
     if (connection == nullptr) return;
     const auto id = static_cast<xcb_window_t>(window.winId());
     xcb_delete_property(connection, id, state_);
@@ -79,7 +62,7 @@ class TaskBarPresence::Filter final : public QObject {
   }
 
   void askWindowManager(QWindow& window) const {
-    auto* connection = qtConnection();
+    auto* connection = qtXConnection();
     if (connection == nullptr) return;
     constexpr std::uint32_t remove = 0;
     constexpr std::uint32_t add = 1;

@@ -1,5 +1,7 @@
 #include "Platform/Qt/TrayWatch.h"
 
+#include "Platform/Qt/QtXConnection.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -7,13 +9,8 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QGuiApplication>
 #include <QObject>
 #include <algorithm>
-#include <cstdlib>
-#include <string_view>
-
-#include <xcb/xcb.h>
 
 namespace murmel {
 
@@ -22,27 +19,18 @@ namespace {
 const auto service = QStringLiteral("org.kde.StatusNotifierWatcher");
 const auto path = QStringLiteral("/StatusNotifierWatcher");
 
-template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
 /// The tray of X, asked over Qt's own connection.
 class EmbeddingTray {
  public:
   EmbeddingTray() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 != nullptr) connection_ = x11->connection();
     if (connection_ == nullptr) return;
-    selection_ = atom("_NET_SYSTEM_TRAY_S0");
-    manager_ = atom("MANAGER");
-    colours_ = atom("_NET_SYSTEM_TRAY_COLORS");
+    selection_ = atomNamed(connection_, "_NET_SYSTEM_TRAY_S0");
+    manager_ = atomNamed(connection_, "MANAGER");
+    colours_ = atomNamed(connection_, "_NET_SYSTEM_TRAY_COLORS");
   }
 
   [[nodiscard]] xcb_window_t owner() const {
-    if (connection_ == nullptr) return XCB_WINDOW_NONE;
-    const auto asking = xcb_get_selection_owner(connection_, selection_);
-    const Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(connection_, asking, nullptr), &std::free);
-    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+    return connection_ == nullptr ? xcb_window_t{XCB_WINDOW_NONE} : selectionOwner(connection_, selection_);
   }
   /// A tray tells all clients of the root that it is there.
   [[nodiscard]] bool isAnnouncement(const void* message) const {
@@ -58,8 +46,7 @@ class EmbeddingTray {
     const auto window = owner();
     if (window == XCB_WINDOW_NONE) return std::nullopt;
     const auto asking = xcb_get_property(connection_, 0, window, colours_, XCB_ATOM_CARDINAL, 0, colourCount);
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, asking, nullptr),
-                                                &std::free);
+    const auto reply = ownReply(xcb_get_property_reply(connection_, asking, nullptr));
     if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 12) return std::nullopt;
     const auto* parts = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     constexpr std::uint32_t middle = 0x8000;
@@ -67,14 +54,7 @@ class EmbeddingTray {
   }
 
  private:
-  [[nodiscard]] xcb_atom_t atom(std::string_view name) const {
-    const auto asking = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, asking, nullptr),
-                                               &std::free);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-  }
-
-  xcb_connection_t* connection_ = nullptr;
+  xcb_connection_t* connection_ = qtXConnection();
   xcb_atom_t selection_ = XCB_ATOM_NONE;
   xcb_atom_t manager_ = XCB_ATOM_NONE;
   xcb_atom_t colours_ = XCB_ATOM_NONE;

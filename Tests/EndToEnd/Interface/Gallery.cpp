@@ -11,6 +11,7 @@
 #include "Interface/PlatformWords.h"
 #include "Interface/Recorder/RecorderSheet.h"
 #include "Interface/Settings/SettingsWindow.h"
+#include "Platform/Qt/QtCompositor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 
 #include <QApplication>
@@ -62,7 +63,12 @@ QStringList clippedIn(const QWidget& window, const QString& name) {
 /// The indicator in the forms that it takes.
 void showPill(const std::function<void(QWidget&, const char*)>& save) {
   using Case = DictationState::Case;
-  RecordingPill pill({.toggle = [] {}, .cancel = [] {}, .moved = [](OverlayPosition) {}, .screen = {}});
+  QtCompositor compositor;
+  RecordingPill pill({.toggle = [] {},
+                      .cancel = [] {},
+                      .moved = [](OverlayPosition) {},
+                      .screen = {},
+                      .compositor = &compositor});
   const auto speak = [&](OverlayPosition edge, const char* name) {
     pill.setEdge(edge);
     pill.update(Case::listening);

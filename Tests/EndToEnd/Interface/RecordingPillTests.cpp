@@ -1,6 +1,7 @@
 #include "Interface/Common/Style.h"
 #include "Interface/Pill/PillPlace.h"
 #include "Interface/Pill/RecordingPill.h"
+#include "Platform/Qt/QtCompositor.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 
@@ -65,10 +66,12 @@ class Pill : public ::testing::Test {
   int clicks = 0;
   int cancelled = 0;
   std::vector<OverlayPosition> moves;
+  QtCompositor compositing;
   RecordingPill pill{{.toggle = [this] { ++clicks; },
                       .cancel = [this] { ++cancelled; },
                       .moved = [this](OverlayPosition edge) { moves.push_back(edge); },
-                      .screen = {}}};
+                      .screen = {},
+                      .compositor = &compositing}};
 };
 
 TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {

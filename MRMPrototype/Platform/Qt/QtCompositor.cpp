@@ -1,74 +1,39 @@
-#include "Interface/Pill/Compositing.h"
+#include "Platform/Qt/QtCompositor.h"
+
+#include "Platform/Qt/QtXConnection.h"
 
 #include <QAbstractNativeEventFilter>
-#include <QGuiApplication>
 #include <QScreen>
-#include <QWidget>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-#include <utility>
 
-#include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
 namespace murmel {
 
 namespace {
 
-/// Owned by the compositor of the first screen; there are no others any more.
 constexpr std::string_view compositorSelection = "_NET_WM_CM_S0";
-
-template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-template <class T>
-Reply<T> own(T* reply) {
-  return {reply, &std::free};
-}
-
-/// Null off X, and on Qt's platforms that have none.
-xcb_connection_t* xConnection() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 == nullptr ? nullptr : x11->connection();
-}
-
-xcb_atom_t selectionAtom(xcb_connection_t* connection) {
-  const auto naming =
-      xcb_intern_atom(connection, /*only_if_exists=*/0,
-                      static_cast<std::uint16_t>(compositorSelection.size()), compositorSelection.data());
-  const auto name = own(xcb_intern_atom_reply(connection, naming, nullptr));
-  return name ? name->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 }  // namespace
 
-bool isComposited() {
-  auto* connection = xConnection();
-  if (connection == nullptr) return true;
-  const auto asking = xcb_get_selection_owner(connection, selectionAtom(connection));
-  const auto owner = own(xcb_get_selection_owner_reply(connection, asking, nullptr));
-  return owner && owner->owner != XCB_WINDOW_NONE;
-}
-
-class CompositorWatch::Filter final : public QAbstractNativeEventFilter {
+class QtCompositor::Filter final : public QAbstractNativeEventFilter {
  public:
-  Filter(QWidget& window, std::function<void()> changed) : changed_(std::move(changed)) {
-    auto* connection = xConnection();
-    if (connection == nullptr) return;
+  Filter(xcb_connection_t* connection, Signal<>& didChange)
+      : connection_(connection),
+        didChange_(didChange),
+        selection_(atomNamed(connection, compositorSelection)) {
+    qGuiApp->installNativeEventFilter(this);
     const auto* extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
     if (extension == nullptr || extension->present == 0) return;
     const auto asking =
         xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);
-    own(xcb_xfixes_query_version_reply(connection, asking, nullptr));
+    ownReply(xcb_xfixes_query_version_reply(connection, asking, nullptr));
     event_ = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-    selection_ = selectionAtom(connection);
-    xcb_xfixes_select_selection_input(connection, static_cast<xcb_window_t>(window.winId()), selection_,
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_xfixes_select_selection_input(connection, root, selection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     xcb_flush(connection);
-    qGuiApp->installNativeEventFilter(this);
   }
   ~Filter() override {
     if (qGuiApp != nullptr) qGuiApp->removeNativeEventFilter(this);
@@ -76,36 +41,44 @@ class CompositorWatch::Filter final : public QAbstractNativeEventFilter {
   Filter(const Filter&) = delete;
   Filter& operator=(const Filter&) = delete;
 
+  [[nodiscard]] bool hasOwner() const { return selectionOwner(connection_, selection_) != XCB_WINDOW_NONE; }
+
   bool nativeEventFilter(const QByteArray& kind, void* message, qintptr* /*result*/) override {
     if (kind != "xcb_generic_event_t") return false;
     constexpr std::uint8_t typeMask = 0x7F;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & typeMask) != event_) return false;
+    if (event_ == 0 || (event->response_type & typeMask) != event_) return false;
     if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event)->selection == selection_)
-      changed_();
+      didChange_.emit();
     return false;
   }
 
  private:
-  std::function<void()> changed_;
+  xcb_connection_t* connection_;
+  Signal<>& didChange_;
+  xcb_atom_t selection_;
   std::uint8_t event_ = 0;
-  xcb_atom_t selection_ = XCB_ATOM_NONE;
 };
 
-CompositorWatch::CompositorWatch(QWidget& window, std::function<void()> changed)
-    : filter_(std::make_unique<Filter>(window, std::move(changed))) {}
+QtCompositor::QtCompositor() {
+  if (auto* connection = qtXConnection()) filter_ = std::make_unique<Filter>(connection, didChange_);
+}
 
-CompositorWatch::~CompositorWatch() = default;
+QtCompositor::~QtCompositor() = default;
+
+bool QtCompositor::isThere() const {
+  return filter_ == nullptr || filter_->hasOwner();
+}
 
 QScreen* screenOfWindow(unsigned long window) {
-  auto* connection = xConnection();
+  auto* connection = qtXConnection();
   if (connection == nullptr || window == 0) return nullptr;
   const auto id = static_cast<xcb_window_t>(window);
   const auto measuring = xcb_get_geometry(connection, id);
-  const auto geometry = own(xcb_get_geometry_reply(connection, measuring, nullptr));
+  const auto geometry = ownReply(xcb_get_geometry_reply(connection, measuring, nullptr));
   if (!geometry) return nullptr;
   const auto placing = xcb_translate_coordinates(connection, id, geometry->root, 0, 0);
-  const auto place = own(xcb_translate_coordinates_reply(connection, placing, nullptr));
+  const auto place = ownReply(xcb_translate_coordinates_reply(connection, placing, nullptr));
   if (!place) return nullptr;
   const QRect frame(place->dst_x, place->dst_y, geometry->width, geometry->height);
   QScreen* best = nullptr;
