@@ -9,7 +9,7 @@ using namespace murmel;
 
 namespace {
 
-constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr double unlimited = std::numeric_limits<double>::infinity();
 
 std::vector<CutSegment> cut(double target, const std::vector<PendingCapturedAudio>& batches) {
   SegmentCutter cutter(target);
@@ -51,7 +51,7 @@ TEST(SegmentCutter, CutsNearTheTarget) {
       {"the first pause, when it is late enough", 3, phrases(2, 4, 0.9), {4.95, 4.9, 0.45}},
       {"a long target passes pauses over", 15, phrases(8, 2.1, 0.9), {15.1, 9.4}},
       {"no pause between phrases: a breath after twice the target", 3, phrases(4, 3, 0.55), {7.4, 7.1, 0.2}},
-      {"no target: one segment", infinite, phrases(8, 2.1, 0.9), {24.5}},
+      {"no target: one segment", unlimited, phrases(8, 2.1, 0.9), {24.5}},
       {"a pause after the last word is cut off", 15, SoundTape().noise(0.5).speech(3).noise(20), {23.5}},
   };
   for (const auto& row : rows) {
@@ -65,7 +65,7 @@ TEST(SegmentCutter, CutsNearTheTarget) {
 TEST(SegmentCutter, NeverGrowsBeyondWhatARecogniserTakes) {
   SoundTape endless;
   while (endless.seconds() < 130) endless.speech(0.4).noise(0.1);
-  for (const double target : {3.0, 15.0, 60.0, infinite}) {
+  for (const double target : {3.0, 15.0, 60.0, unlimited}) {
     const auto segments = cut(target, endless);
     for (const auto& segment : segments) EXPECT_LE(segment.seconds, 49.2) << target;
     EXPECT_GE(segments.size(), 3U) << target;
@@ -115,7 +115,7 @@ TEST(SegmentCutter, EverySampleIsInExactlyOneSegment) {
       }
       everything.insert(everything.end(), samples.begin(), samples.end());
     }
-    const double target = std::vector{3.0, 15.0, infinite}[random() % 3];
+    const double target = std::vector{3.0, 15.0, unlimited}[random() % 3];
     std::vector<float> found;
     for (const auto& segment : cut(target, batches)) {
       EXPECT_GT(segment.seconds, 0);
@@ -133,7 +133,7 @@ TEST(SegmentCutter, TakesWhatDevicesDeliver) {
                                                                  {{}, 48'000},
                                                                  {{0.5F}, 0},
                                                                  {{0.5F}, -1},
-                                                                 {{0.5F}, infinite},
+                                                                 {{0.5F}, unlimited},
                                                                  {{0.25F}, 48'000}});
   ASSERT_EQ(segments.size(), 2U) << "one a rate";
   EXPECT_EQ(segments[0].audio.monoSamples, (PrivateVector<float>{0.5F, 0, 0, 0}));
