@@ -64,12 +64,15 @@ void MRMPrototypeApp::connectCommands() {
   show(IntelCommand::openMicrophoneSettings, [this] {
     if (!openSoundSettings()) windows_.openSettings(SettingsWindow::Page::audio);
   });
-  // Nobody can be asked for a permission here: what is missing, and what to do about it, stands in the setup.
+  // Few desktops can be asked for a permission: what is missing, and what to do about it, stands in the
+  // setup.
   using Step = FirstRunWindow::Step;
   for (const auto& [command, step] : {std::pair(IntelCommand::openSetup, Step::welcome),
                                       {IntelCommand::requestInputMonitoring, Step::shortcut},
                                       {IntelCommand::requestAutomaticPaste, Step::tryIt}}) {
     show(command, [this, step] {
+      const bool asks = step != Step::welcome && desktop_.askForAccess;
+      if (asks) desktop_.askForAccess();
       permissions_.refresh();
       openSetupWindow(step);
     });

@@ -19,6 +19,7 @@
 #include "Shell/ProcessServices.h"
 
 #include <expected>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -42,6 +43,8 @@ struct DesktopServices {
   IndicatorSurface* indicator = nullptr;            ///< null: a window of its own
   /// The desktop lets a process press keys only when it did so from its start.
   bool pasteNeedsFreshProcess = false;
+  /// Asks the desktop for what it gives with the user's word alone; empty where there is nothing to ask for.
+  std::function<void()> askForAccess{};
 };
 
 /// Holds the adapters of one desktop. Main thread.

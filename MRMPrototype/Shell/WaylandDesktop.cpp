@@ -43,6 +43,7 @@ struct Roads {
   std::unique_ptr<ShortcutSource> shortcuts{};
   std::unique_ptr<CancelKey> cancelKey{};
   std::unique_ptr<IndicatorSurface> indicator{};
+  std::function<void()> askForAccess{};
 
   [[nodiscard]] ClipboardPasteboard& general() const {
     return clipboards ? clipboards->general() : x11Clipboards->general();
@@ -77,6 +78,7 @@ class WaylandDesktopConnection final : public DesktopConnection {
         .clipboard = roads_.general(),
         .primarySelection = roads_.primary(),
         .indicator = roads_.indicator.get(),
+        .askForAccess = roads_.askForAccess,
     };
   }
 
@@ -161,6 +163,7 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
   if (isGnome(plan, roads)) {
     roads.shortcuts = std::make_unique<GnomeShortcuts>(*roads.bus, *roads.keymap);
     roads.cancelKey = std::make_unique<GnomeCancelKey>(*roads.bus);
+    roads.askForAccess = [bus = roads.bus.get()] { enableShellExtension(*bus); };
     return;
   }
   if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {

@@ -51,8 +51,11 @@ Task<CheckResult> checkPaste(CheckedServices services) {
   if (services.desktop == nullptr)
     co_return CheckResult{CheckState::limited, "There is no desktop to paste on."};
   auto& keyboard = services.desktop->keyboard;
-  const auto obstacle = pasteObstacle(planDesktop(services.facts));
-  if (!obstacle.empty())
+  const auto plan = planDesktop(services.facts);
+  const auto obstacle = pasteObstacle(plan);
+  // GNOME's extension may have been enabled since.
+  const bool hasGone = plan.session == SessionKind::gnome && keyboard.mayPost();
+  if (!obstacle.empty() && !hasGone)
     co_return CheckResult{CheckState::limited, obstacle + " Text is copied, for you to paste."};
   if (!keyboard.mayPost()) {
     co_return CheckResult{CheckState::limited,

@@ -120,8 +120,9 @@ class Murmel:
 
     def texts(self):
         """What was dictated, the newest first."""
-        found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True).stdout
-        return [entry["text"] for entry in json.loads(found or "[]")]
+        found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True)
+        self.complaint = found.stderr.strip()
+        return [entry["text"] for entry in json.loads(found.stdout or "[]")]
 
     def quit(self):
         subprocess.run([self.binary, "quit"], check=False)
@@ -144,13 +145,13 @@ def dictate(murmel, read, before, holds):
         # Nobody can let go of it in the user's stead there: the paste waits.
         time.sleep(1)
         keys(f"up {SHIFT}")
-    came = until(lambda: read() != before)
+    came = until(lambda: read() != before, 60)
     took = time.monotonic() - released
-    entered = until(lambda: len(murmel.texts()) > len(known), 10)
+    entered = until(lambda: len(murmel.texts()) > len(known), 60)
     if holds:
         keys(f"up {SHIFT}")
     if not entered:
-        return None, "nothing was recognised"
+        return None, f"the history has nothing new ({murmel.complaint}), and {read()!r} stands there"
     text = murmel.texts()[0]
     if not came or not until(lambda: read() == before + text, 2):
         return None, f"not {before + text!r} stands there, but {read()!r}"
