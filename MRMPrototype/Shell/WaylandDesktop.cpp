@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 #include "Platform/Linux/Bus/SessionBus.h"
+#include "Platform/Linux/Gnome/BridgedPasteboard.h"
 #include "Platform/Linux/Gnome/GnomeKeyboard.h"
 #include "Platform/Linux/Gnome/GnomeShortcuts.h"
 #include "Platform/Linux/Gnome/GnomeWorkspace.h"
@@ -36,6 +37,7 @@ struct Roads {
   std::unique_ptr<ClipboardKeeperProcess> keeper{};
   std::unique_ptr<WaylandPasteboards> clipboards{};
   std::unique_ptr<X11Pasteboards> x11Clipboards{};
+  std::unique_ptr<BridgedPasteboard> bridged{};
   std::unique_ptr<SessionBus> bus{};
   std::unique_ptr<UsersKeymap> keymap{};
   std::unique_ptr<Workspace> workspace{};
@@ -46,6 +48,7 @@ struct Roads {
   std::function<void()> askForAccess{};
 
   [[nodiscard]] ClipboardPasteboard& general() const {
+    if (bridged) return *bridged;
     return clipboards ? clipboards->general() : x11Clipboards->general();
   }
   [[nodiscard]] ClipboardPasteboard* primary() const {
@@ -108,6 +111,8 @@ std::expected<void, std::string> openClipboard(const DesktopPlan& plan, const De
       auto opened = X11Pasteboards::open(process.executor, process.clock, {}, roads.keeper.get());
       if (!opened) return std::unexpected(opened.error());
       roads.x11Clipboards = *std::move(opened);
+      if (plan.session == SessionKind::gnome)
+        roads.bridged = std::make_unique<BridgedPasteboard>(roads.x11Clipboards->general());
       return {};
     }
     case ClipboardRoad::none:

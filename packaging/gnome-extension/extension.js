@@ -22,7 +22,8 @@ const INTERFACE = `<node><interface name="app.murmel.Shell">
 
 // What Paste answers.
 const POSTED = 0, NOT_IN_FRONT = 1, MODIFIERS_HELD = 2;
-// The shell gives modifiers to the keys that it has not sent yet: they stay down for a while.
+// The shell takes the modifiers of a key from another thread than the key: they go down before, and stay down for a while.
+const PASTE_GAP_MS = 20;
 const PASTE_HOLD_MS = 150;
 const WATCH_MS = 15;
 const MODES = Shell.ActionMode.NORMAL | Shell.ActionMode.OVERVIEW | Shell.ActionMode.POPUP;
@@ -57,9 +58,9 @@ class Service {
             Gio.bus_unwatch_name(watch);
         global.display.disconnect(this._accelerators);
         global.display.disconnect(this._focus);
-        if (this._release) {
-            GLib.source_remove(this._release);
-            this._releaseKeys();
+        if (this._step) {
+            GLib.source_remove(this._step);
+            this._releaseModifiers();
         }
         this._object.unexport();
         Gio.bus_unown_name(this._owner);
@@ -102,27 +103,52 @@ class Service {
         return heldModifiers();
     }
 
-    Paste(number, keys) {
-        const focus = global.display.focus_window;
-        if (!focus || focus.get_stable_sequence() !== number || Main.actionMode !== Shell.ActionMode.NORMAL)
-            return NOT_IN_FRONT;
-        if (this._release || heldModifiers() !== 0)
-            return MODIFIERS_HELD;
-        for (const key of keys)
-            this._keyboard.notify_key(GLib.get_monotonic_time(), key, Clutter.KeyState.PRESSED);
-        this._keyboard.notify_key(GLib.get_monotonic_time(), keys.pop(), Clutter.KeyState.RELEASED);
-        this._down = keys.reverse();
-        this._release = GLib.timeout_add(GLib.PRIORITY_DEFAULT, PASTE_HOLD_MS, () => {
-            this._releaseKeys();
-            return GLib.SOURCE_REMOVE;
+    PasteAsync([number, keys], invocation) {
+        const answer = result => invocation.return_value(new GLib.Variant('(u)', [result]));
+        if (!this._mayPasteInto(number)) {
+            answer(NOT_IN_FRONT);
+            return;
+        }
+        if (this._step || heldModifiers() !== 0) {
+            answer(MODIFIERS_HELD);
+            return;
+        }
+        const key = keys.pop();
+        this._down = keys;
+        for (const modifier of keys)
+            this._press(modifier, true);
+        this._after(PASTE_GAP_MS, () => {
+            const isInFront = this._mayPasteInto(number);
+            if (isInFront) {
+                this._press(key, true);
+                this._press(key, false);
+            }
+            answer(isInFront ? POSTED : NOT_IN_FRONT);
+            this._after(PASTE_HOLD_MS, () => this._releaseModifiers());
         });
-        return POSTED;
     }
 
-    _releaseKeys() {
-        this._release = 0;
-        for (const key of this._down)
-            this._keyboard.notify_key(GLib.get_monotonic_time(), key, Clutter.KeyState.RELEASED);
+    _mayPasteInto(number) {
+        const focus = global.display.focus_window;
+        return focus && focus.get_stable_sequence() === number && Main.actionMode === Shell.ActionMode.NORMAL;
+    }
+
+    _after(milliseconds, job) {
+        this._step = GLib.timeout_add(GLib.PRIORITY_DEFAULT, milliseconds, () => {
+            this._step = 0;
+            job();
+            return GLib.SOURCE_REMOVE;
+        });
+    }
+
+    _press(key, isDown) {
+        const state = isDown ? Clutter.KeyState.PRESSED : Clutter.KeyState.RELEASED;
+        this._keyboard.notify_key(GLib.get_monotonic_time(), key, state);
+    }
+
+    _releaseModifiers() {
+        for (const modifier of this._down.reverse())
+            this._press(modifier, false);
     }
 
     _follow(client) {

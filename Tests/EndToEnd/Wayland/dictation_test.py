@@ -103,8 +103,16 @@ class Clipboard:
         return found.stdout == self.bytes
 
 
+def has_key_ring():
+    """Which begins to exist some time after its service does; without it the history stays in memory."""
+    answer = subprocess.run(["gdbus", "call", "--session", "-d", "org.freedesktop.secrets", "-o", "/org/freedesktop/secrets", "-m",
+                             "org.freedesktop.Secret.Service.ReadAlias", "default"], capture_output=True, text=True).stdout
+    return "/collection/" in answer
+
+
 class Murmel:
     def __init__(self, build):
+        assert until(has_key_ring, 60), "there is no key ring"
         self.binary = f"{build}/bin/murmel"
         settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "MRM" / "defaults.json"
         settings.parent.mkdir(parents=True, exist_ok=True)
@@ -112,7 +120,7 @@ class Murmel:
                                         "settings.historyEnabled": True}))
         self.log = SESSION / "murmel.log"
         self.process = subprocess.Popen([self.binary], stdout=self.log.open("w"), stderr=subprocess.STDOUT)
-        assert until(lambda: succeeds(self.binary, "status")), "Murmel does not start"
+        assert until(lambda: succeeds(self.binary, "status"), 120), "Murmel does not start"
 
     def is_listening(self):
         streams = subprocess.run(["pactl", "list", "short", "source-outputs"], capture_output=True, text=True).stdout
@@ -126,7 +134,7 @@ class Murmel:
 
     def quit(self):
         subprocess.run([self.binary, "quit"], check=False)
-        assert self.process.wait(20) == 0, self.log.read_text()
+        assert self.process.wait(60) == 0, self.log.read_text()
 
 
 def dictate(murmel, read, before, holds):
@@ -135,7 +143,7 @@ def dictate(murmel, read, before, holds):
     known = murmel.texts()
     pressed = time.monotonic()
     keys(f"down {CONTROL}", f"down {SPACE}")
-    if not until(murmel.is_listening):
+    if not until(murmel.is_listening, 60):
         return None, "the microphone was not opened"
     listening = time.monotonic() - pressed
     subprocess.run(["paplay", "--latency-msec=100", "-d", "mic", RECORDING], check=True)
@@ -153,7 +161,7 @@ def dictate(murmel, read, before, holds):
     if not entered:
         return None, f"the history has nothing new ({murmel.complaint}), and {read()!r} stands there"
     text = murmel.texts()[0]
-    if not came or not until(lambda: read() == before + text, 2):
+    if not came or not until(lambda: read() == before + text, 20):
         return None, f"not {before + text!r} stands there, but {read()!r}"
     return (text, listening, took), None
 
@@ -173,7 +181,7 @@ def run(name, murmel, build, count, holds):
     for number in range(1, count + 1):
         done, fault = dictate(murmel, read, before, holds and number % 2 == 0)
         before = read()
-        if not fault and not until(clipboard.is_as_it_was, 5):
+        if not fault and not until(clipboard.is_as_it_was, 30):
             fault = "the clipboard is another"
         if process.poll() is not None:
             fault = f"the program has ended: {(SESSION / f'{name}.log').read_text()[-400:]}"

@@ -9,6 +9,7 @@ namespace {
 
 constexpr Duration heldPollInterval = std::chrono::milliseconds(20);
 constexpr int heldPollCount = 150;  // 3 s
+constexpr Duration pasteLimit = std::chrono::seconds(3);
 
 }  // namespace
 
@@ -35,9 +36,11 @@ PostResult GnomeKeyboard::post(PasteChord chord, const RunningApplication& targe
   if (!keys || !call || sd_bus_message_append(call.get(), "u", target.window) < 0 ||
       sd_bus_message_append_array(call.get(), 'u', keys->data(), keys->size() * sizeof(std::uint32_t)) < 0)
     return PostResult::unavailable;
-  const auto answer = bus_.send(std::move(call));
+  if (!mayPost()) return PostResult::unavailable;
+  const auto answer = bus_.send(std::move(call), pasteLimit);
   std::uint32_t result = 0;
-  if (!answer || sd_bus_message_read(answer.get(), "u", &result) < 0) return PostResult::unavailable;
+  // A shell that is busy presses them later: whether the text was read says what came of it.
+  if (!answer || sd_bus_message_read(answer.get(), "u", &result) < 0) return PostResult::posted;
   constexpr std::uint32_t posted = 0;
   constexpr std::uint32_t notInFront = 1;
   if (result == posted) return PostResult::posted;
