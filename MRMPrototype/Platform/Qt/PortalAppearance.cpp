@@ -40,6 +40,8 @@ class PortalAppearance::Listener final : public QObject {
   explicit Listener(const Signal<>& changed) : changed_(changed) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
+    // Or Qt does not know the slot's last argument yet, and refuses the connection.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(bus, group, schemeKey);

@@ -1,12 +1,16 @@
 #include "Platform/Qt/LogindSleepMonitor.h"
+#include "Platform/Qt/PortalAppearance.h"
 #include "Platform/Qt/TaskBarPresence.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QWidget>
 #include <algorithm>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -90,6 +94,45 @@ TEST(LogindSleepMonitor, tells_when_a_suspend_is_over_and_not_when_it_begins) {
   tell(false);
   EXPECT_TRUE(waitUntil([&] { return wakes > 1; }));
   EXPECT_EQ(wakes, 2);
+}
+
+/// The desktop's settings portal.
+class Portal final : public QDBusVirtualObject {
+ public:
+  [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+  bool handleMessage(const QDBusMessage& question, const QDBusConnection& connection) override {
+    const auto found = values.find(question.arguments().at(1).toString());
+    if (found == values.end()) return false;
+    const auto value = QDBusVariant(found->second);
+    return connection.send(
+        question.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(value)))));
+  }
+  const std::map<QString, QVariant> values{
+      {"color-scheme", 1U}, {"contrast", 0U}, {"enable-animations", true}};
+};
+
+TEST(PortalAppearance, follows_what_the_desktop_says) {
+  auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "portal");
+  Portal portal;
+  ASSERT_TRUE(bus.registerVirtualObject("/org/freedesktop/portal/desktop", &portal));
+  ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
+  PortalAppearance appearance;
+  const auto becomes = [&](PortalAppearance::Preference wanted) {
+    return waitUntil([&] { return appearance.preference() == wanted; });
+  };
+  EXPECT_TRUE(becomes({true, false, false}));
+  const auto change = [&](const char* group, const char* key, const QVariant& value) {
+    auto signal = QDBusMessage::createSignal("/org/freedesktop/portal/desktop",
+                                             "org.freedesktop.portal.Settings", "SettingChanged");
+    signal << group << key << QVariant::fromValue(QDBusVariant(value));
+    bus.send(signal);
+  };
+  change("org.freedesktop.appearance", "color-scheme", 2U);
+  EXPECT_TRUE(becomes({false, false, false}));
+  change("org.freedesktop.appearance", "contrast", 1U);
+  change("org.gnome.desktop.interface", "enable-animations", false);
+  change("org.freedesktop.appearance", "color-scheme", 0U);
+  EXPECT_TRUE(becomes({std::nullopt, true, true}));
 }
 
 }  // namespace
