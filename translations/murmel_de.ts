@@ -245,6 +245,22 @@
         <source>Microphone level</source>
         <translation>Mikrofonpegel</translation>
     </message>
+    <message>
+        <source>Choosing another one changes it for the whole desktop.</source>
+        <translation>Ein anderes zu wählen ändert es für den ganzen Desktop.</translation>
+    </message>
+    <message>
+        <source>This session has no list of microphones.</source>
+        <translation>In dieser Sitzung gibt es keine Liste der Mikrofone.</translation>
+    </message>
+    <message>
+        <source>Volume and devices</source>
+        <translation>Lautstärke und Geräte</translation>
+    </message>
+    <message>
+        <source>In the sound settings of the desktop.</source>
+        <translation>In den Klangeinstellungen des Desktops.</translation>
+    </message>
 </context>
 <context>
     <name>Common</name>
@@ -1030,10 +1046,6 @@
     <message>
         <source>This computer&apos;s processor cannot run it.</source>
         <translation>Der Prozessor dieses Computers kann es nicht ausführen.</translation>
-    </message>
-    <message>
-        <source>The microphone that the desktop has chosen.</source>
-        <translation>Das Mikrofon, das der Desktop gewählt hat.</translation>
     </message>
     <message>
         <source>The key ring is locked.</source>
@@ -1923,6 +1935,18 @@
         <source>There is no keyboard layout to press keys of (xkb-data).</source>
         <translation>Es gibt keine Tastaturbelegung, um Tasten zu drücken (xkb-data).</translation>
     </message>
+    <message>
+        <source>PocketSphinx, US English</source>
+        <translation>PocketSphinx, US-Englisch</translation>
+    </message>
+    <message>
+        <source>Hears about a hundred languages; about 3 English words in 100 are wrong.</source>
+        <translation>Hört etwa hundert Sprachen; etwa 3 von 100 englischen Wörtern sind falsch.</translation>
+    </message>
+    <message>
+        <source>Hears US English alone; about 27 words in 100 are wrong, and it sets no punctuation.</source>
+        <translation>Hört nur US-Englisch; etwa 27 von 100 Wörtern sind falsch, Satzzeichen setzt es nicht.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1965,10 +1989,6 @@
     <message>
         <source>Sound Settings…</source>
         <translation>Klangeinstellungen …</translation>
-    </message>
-    <message>
-        <source>There is no microphone.</source>
-        <translation>Es gibt kein Mikrofon.</translation>
     </message>
     <message>
         <source>The microphone cannot be tried in this session.</source>
@@ -2862,16 +2882,16 @@
         <translation>Hier ausprobieren</translation>
     </message>
     <message>
-        <source>A whole dictation, by the same road as in any application.</source>
-        <translation>Ein ganzes Diktat, auf demselben Weg wie in jeder Anwendung.</translation>
-    </message>
-    <message>
         <source>Your words appear here</source>
         <translation>Hier erscheinen Ihre Worte</translation>
     </message>
     <message>
         <source>Hold %1, say a sentence, let go.</source>
         <translation>%1 halten, einen Satz sagen, loslassen.</translation>
+    </message>
+    <message>
+        <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
+        <translation>Ein ganzes Diktat, auf demselben Weg wie in jeder Anwendung. Sobald hier Wörter angekommen sind, können Sie abschließen.</translation>
     </message>
 </context>
 <context>

@@ -245,6 +245,22 @@
         <source>Microphone level</source>
         <translation>Уровень микрофона</translation>
     </message>
+    <message>
+        <source>Choosing another one changes it for the whole desktop.</source>
+        <translation>Выбор другого изменит его для всей среды.</translation>
+    </message>
+    <message>
+        <source>This session has no list of microphones.</source>
+        <translation>В этом сеансе нет списка микрофонов.</translation>
+    </message>
+    <message>
+        <source>Volume and devices</source>
+        <translation>Громкость и устройства</translation>
+    </message>
+    <message>
+        <source>In the sound settings of the desktop.</source>
+        <translation>В настройках звука среды.</translation>
+    </message>
 </context>
 <context>
     <name>Common</name>
@@ -1034,10 +1050,6 @@
     <message>
         <source>This computer&apos;s processor cannot run it.</source>
         <translation>Процессор этого компьютера не может её выполнять.</translation>
-    </message>
-    <message>
-        <source>The microphone that the desktop has chosen.</source>
-        <translation>Микрофон, выбранный в системе.</translation>
     </message>
     <message>
         <source>The key ring is locked.</source>
@@ -1927,6 +1939,18 @@
         <source>There is no keyboard layout to press keys of (xkb-data).</source>
         <translation>Нет раскладки, чтобы нажимать клавиши (xkb-data).</translation>
     </message>
+    <message>
+        <source>PocketSphinx, US English</source>
+        <translation>PocketSphinx, американский английский</translation>
+    </message>
+    <message>
+        <source>Hears about a hundred languages; about 3 English words in 100 are wrong.</source>
+        <translation>Понимает около ста языков; неверны примерно 3 английских слова из 100.</translation>
+    </message>
+    <message>
+        <source>Hears US English alone; about 27 words in 100 are wrong, and it sets no punctuation.</source>
+        <translation>Понимает только американский английский; неверны около 27 слов из 100, знаков препинания не ставит.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>
@@ -1969,10 +1993,6 @@
     <message>
         <source>Sound Settings…</source>
         <translation>Настройки звука…</translation>
-    </message>
-    <message>
-        <source>There is no microphone.</source>
-        <translation>Микрофона нет.</translation>
     </message>
     <message>
         <source>The microphone cannot be tried in this session.</source>
@@ -2869,16 +2889,16 @@
         <translation>Попробуйте здесь</translation>
     </message>
     <message>
-        <source>A whole dictation, by the same road as in any application.</source>
-        <translation>Полная диктовка, тем же путём, что и в любом приложении.</translation>
-    </message>
-    <message>
         <source>Your words appear here</source>
         <translation>Здесь появятся ваши слова</translation>
     </message>
     <message>
         <source>Hold %1, say a sentence, let go.</source>
         <translation>Удерживайте %1, скажите фразу, отпустите.</translation>
+    </message>
+    <message>
+        <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
+        <translation>Полная диктовка, тем же путём, что и в любом приложении. Когда слова появятся здесь, можно завершить.</translation>
     </message>
 </context>
 <context>

@@ -66,8 +66,8 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
                      .isDictating = [this] { return coordinator_.state().isBusy(); },
                      .restart = [this] { restart(); },
                      .refreshMenu = [this] { tray_.refresh(); }}),
-      windows_(windowParts(planDesktop(session).session)),
       microphones_(process.executor, {installation.build.displayName, std::nullopt}),
+      windows_(windowParts(planDesktop(session).session)),
       tray_(process.executor, storage_.defaults, installation.build.displayName, menuServices()),
       delegate_(process.executor, *this, selfTest) {
   connectStorage();
@@ -158,6 +158,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts(SessionKind session) {
       .storage = storage_,
       .speech = speech_,
       .updater = updateWiring_.updater(),
+      .microphones = microphones_,
       .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
       .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
       .openSetup = [this] { openSetupWindow(); },
@@ -249,6 +250,7 @@ void MRMPrototypeApp::recordShortcut(QWidget* window,
       .localKeys = localKeys_,
       .source = &desktop_.shortcuts,
       .probe = desktop_.keyboardProbe,
+      .session = &desktop_.session,
       .suspendShortcuts = [this] { return gate_.suspend(); },
       .notice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
   };

@@ -149,9 +149,9 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   SerialQueue checkQueue_;
   CheckRunner checks_;
   UpdateWiring updateWiring_;
+  PulseAudioMicrophones microphones_;
   MainWindows windows_;
   bool canBringBackClipboard_ = false;
-  PulseAudioMicrophones microphones_;
   TrayWiring tray_;
   QPointer<FirstRunWindow> setup_;
   QObject connections_;  ///< those of Qt end with it

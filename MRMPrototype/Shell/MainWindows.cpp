@@ -66,8 +66,7 @@ MainWindows::MainWindows(Parts parts)
           [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),
       microphone_(parts_.process.executor, trialInput_, parts_.desktop.microphoneAuthorization,
-                  parts_.installation.folders.temporary,
-                  [] { return std::string("The microphone that the desktop has chosen."); }),
+                  parts_.installation.folders.temporary),
       autostart_(parts_.installation.folders.configuration,
                  {parts_.installation.identifier, parts_.installation.build.displayName,
                   parts_.installation.folders.executable}) {}
@@ -83,6 +82,7 @@ SettingsServices MainWindows::settingsServices() {
   SettingsServices services{parts_.storage.settings, parts_.storage.history, shelf_};
   services.autostart = &autostart_;
   services.microphone = &microphone_;
+  services.microphones = &parts_.microphones;
   services.shortcutNotice = parts_.shortcutNotice;
   services.recordShortcut = parts_.recordShortcut;
   services.hearsFurtherShortcuts = parts_.desktop.shortcuts.hearsEveryKey();
@@ -124,7 +124,9 @@ std::vector<ModelShelfRow> MainWindows::packagedModels() const {
     const auto finding = parts_.models.inventory->look(model, model.folder);
     if (finding == ModelInventory::Finding::missing) continue;
     ModelShelfRow row{.name = std::string(model.engine->identifier),
-                      .title = std::string(model.engine->title)};
+                      .title = std::string(model.engine->title),
+                      .purpose = std::string(model.engine->purpose),
+                      .licence = std::string(model.engine->license)};
     row.isSpeech = true;
     row.isPackaged = true;
     row.isInUse = parts_.models.speech->state() == SpeechModelState::ready &&

@@ -37,6 +37,7 @@ class MainWindows {
     StorageServices& storage;
     SpeechServices& speech;
     DirectUpdater& updater;
+    Microphones& microphones;
     /// Puts private words on the clipboard.
     std::function<void(const SpokenText&)> copy;
     /// Into the application that was in front before our window.

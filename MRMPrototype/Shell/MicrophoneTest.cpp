@@ -12,9 +12,8 @@ constexpr auto tickInterval = std::chrono::milliseconds(50);
 }  // namespace
 
 MicrophoneTest::MicrophoneTest(Executor& executor, AudioInput& input, MicrophoneAuthorization& authorization,
-                               const std::filesystem::path& temporaryFolder,
-                               std::function<std::string()> name)
-    : executor_(executor), capture_(executor, input, authorization, temporaryFolder), name_(std::move(name)) {
+                               const std::filesystem::path& temporaryFolder)
+    : executor_(executor), capture_(executor, input, authorization, temporaryFolder) {
   capture_.setOnConfigurationChange([this] { tasks_.start(goOn()); });
 }
 

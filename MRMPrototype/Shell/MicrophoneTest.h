@@ -12,11 +12,10 @@ namespace murmel {
 /// hears becomes a level and is thrown away. Main thread.
 class MicrophoneTest final : public MicrophoneTrial {
  public:
-  /// The references outlive this. `name` is asked for every time.
+  /// The references outlive this.
   MicrophoneTest(Executor& executor, AudioInput& input, MicrophoneAuthorization& authorization,
-                 const std::filesystem::path& temporaryFolder, std::function<std::string()> name);
+                 const std::filesystem::path& temporaryFolder);
 
-  [[nodiscard]] std::string microphoneName() const override { return name_(); }
   Registration listen(std::function<void(double level)> level,
                       std::function<void(const std::string&)> failed) override;
 
@@ -29,7 +28,6 @@ class MicrophoneTest final : public MicrophoneTrial {
 
   Executor& executor_;
   AudioCaptureService capture_;
-  std::function<std::string()> name_;
   std::function<void(double)> level_;
   std::function<void(const std::string&)> failed_;
   Registration timer_;

@@ -19,7 +19,7 @@ class Switch final : public QCheckBox {
 };
 
 /// A choice that the wheel does not change: whoever scrolls the page means the page.
-class ChoiceBox final : public QComboBox {
+class ChoiceBox : public QComboBox {
  public:
   explicit ChoiceBox(QWidget* parent = nullptr);
   /// Large letters on a small screen shorten it rather than push the page aside.

@@ -1,5 +1,6 @@
 #include "Interface/Common/Style.h"
 
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QPainter>
 #include <QPainterPath>
@@ -90,6 +91,11 @@ void drawIndicator(const QStyleOption& option, QPainter& painter, bool isRound) 
   } else {
     painter.drawPolyline(QPolygonF({c + QPointF(-3.5, 0), c + QPointF(-1, 2.8), c + QPointF(3.8, -3)}));
   }
+}
+
+/// What a choice opens, around the list itself.
+bool isListOfChoices(const QWidget* widget) {
+  return widget != nullptr && widget->inherits("QComboBoxPrivateContainer");
 }
 
 void drawComboBox(const QStyleOptionComboBox& option, QPainter& painter, const QWidget* widget) {
@@ -194,6 +200,12 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             grid::controlRadius);
       break;
     case PE_Frame:
+      if (isListOfChoices(widget)) {  // a window of its own, whose corners nothing rounds
+        painter->setPen(option->palette.color(QPalette::Mid));
+        painter->setBrush(option->palette.color(QPalette::Base));
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        break;
+      }
       box(*painter, option->rect, option->palette.color(QPalette::Base), option->palette.color(QPalette::Mid),
           grid::controlRadius);
       if (option->state.testFlag(State_HasFocus))
@@ -274,8 +286,12 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
       return 18;
     case PM_DefaultFrameWidth:
       // Rounded corners need room beside what a frame holds.
-      return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr
-                 ? 4
+      return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr || isListOfChoices(widget)
+                 ? grid::unit
+                 : QProxyStyle::pixelMetric(metric, option, widget);
+    case PM_FocusFrameHMargin:  // of the words in a list, which begin where those of a field do
+      return qobject_cast<const QAbstractItemView*>(widget) != nullptr
+                 ? grid::small - 1
                  : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:

@@ -10,8 +10,8 @@ namespace murmel {
 CheckList::CheckList(DesktopChecks& checks, std::vector<std::string> identifiers, bool isRest)
     : checks_(checks), identifiers_(std::move(identifiers)), isRest_(isRest) {
   auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(grid::small);
+  column->setContentsMargins(0, grid::unit, 0, 0);
+  column->setSpacing(grid::unit);
   for (const auto& report : checks_.reports()) {
     const bool isNamed = std::ranges::find(identifiers_, report.identifier) != identifiers_.end();
     if (isNamed == isRest_) continue;
@@ -26,12 +26,18 @@ CheckList::CheckList(DesktopChecks& checks, std::vector<std::string> identifiers
   refresh();
 }
 
+void CheckList::leaveOut(std::string sentence) {
+  leftOut_ = std::move(sentence);
+  refresh();
+}
+
 void CheckList::refresh() {
   bool isAnyShown = false;
   for (const auto& report : checks_.reports()) {
     const auto bar = bars_.find(report.identifier);
     if (bar == bars_.end()) continue;
-    const bool fails = report.state == CheckState::limited || report.state == CheckState::broken;
+    const bool fails = (report.state == CheckState::limited || report.state == CheckState::broken) &&
+                       report.sentence != leftOut_;
     bar->second->setText(fails ? inPlatformWords(report.name) + QStringLiteral(": ") +
                                      inPlatformWords(report.sentence)
                                : QString());

@@ -10,7 +10,8 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services)
     : FormPage(tr("Shortcut"),
                tr("The keys that start and stop a dictation, whatever application is in front.")),
       services_(services),
-      notice_(new NoticeBar(Severity::warning)) {
+      notice_(new NoticeBar(Severity::warning)),
+      checks_(new CheckList(services.checks, {"shortcut"})) {
   addWidget(notice_);
   auto& card = *addCard();
   auto* record = button(tr("Record Another…"), [this] {
@@ -29,7 +30,7 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services)
   const auto [hold, tap] = proposedShortcuts();
   propose(hold, tr("Hold both while you speak. They write nothing and are on every keyboard."));
   propose(tap, tr("Twice to start, twice to stop: nothing has to be held down."));
-  addWidget(new CheckList(services.checks, {"shortcut"}));
+  addWidget(checks_);
   changes_ = services_.settings.shortcutDidChange().subscribe([this] { show(); });
   show();
 }
@@ -37,7 +38,9 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services)
 void ShortcutStep::showEvent(QShowEvent* event) {
   FormPage::showEvent(event);
   // Where the shortcut of now is no good, one key takes the proposal.
-  if (!notice_->isHidden()) proposals_.front().second->setFocus();
+  if (notice_->isHidden()) return;
+  window()->setAttribute(Qt::WA_KeyboardFocusChange);  // or nobody would see that
+  proposals_.front().second->setFocus();
 }
 
 void ShortcutStep::show() {
@@ -46,8 +49,9 @@ void ShortcutStep::show() {
   current_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
   for (const auto& [proposal, use] : proposals_)
     use->setText(isSameShortcut(proposal, shortcut) ? tr("In Use") : tr("Use"));
-  notice_->setText(services_.shortcutNotice ? inPlatformWords(services_.shortcutNotice(shortcut))
-                                            : QString());
+  const auto against = services_.shortcutNotice ? services_.shortcutNotice(shortcut) : std::string();
+  notice_->setText(inPlatformWords(against));
+  checks_->leaveOut(against);
 }
 
 }  // namespace murmel

@@ -10,19 +10,22 @@
 #include <utility>
 #include <vector>
 
-class QComboBox;
 class QPlainTextEdit;
 class QProgressBar;
 
 namespace murmel {
 
 class LevelBar;
+class MicrophoneChoice;
 
 /// Failed checks, each beside what mends it.
 class CheckList final : public QWidget {
  public:
   /// Those of these identifiers; all others when `isRest`.
   CheckList(DesktopChecks& checks, std::vector<std::string> identifiers, bool isRest = false);
+
+  /// The page says this sentence itself.
+  void leaveOut(std::string sentence);
 
  private:
   void refresh();
@@ -31,6 +34,7 @@ class CheckList final : public QWidget {
   std::vector<std::string> identifiers_;
   bool isRest_;
   std::map<std::string, NoticeBar*> bars_;
+  std::string leftOut_;
   Registration changes_;
 };
 
@@ -71,16 +75,13 @@ class MicrophoneStep final : public FormPage {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  void list();
-  void fill(const std::vector<MicrophoneSource>& sources);
   void listen();
   void hear(double level);
 
   FirstRunServices services_;
-  QComboBox* choice_;
+  MicrophoneChoice* choice_;
   LevelBar* meter_;
   QLabel* verdict_;
-  std::vector<MicrophoneSource> sources_;
   Registration trial_;
 };
 
@@ -100,6 +101,7 @@ class ShortcutStep final : public FormPage {
   FormRow* current_;
   std::vector<std::pair<ShortcutConfiguration, QPushButton*>> proposals_;
   NoticeBar* notice_;
+  CheckList* checks_;
   Registration changes_;
 };
 

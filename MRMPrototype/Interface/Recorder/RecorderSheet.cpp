@@ -63,13 +63,21 @@ RecorderSheet::RecorderSheet(QWidget* parent, RecorderServices services,
   QTimer::singleShot(0, this, [this] { listen(); });
 }
 
+bool RecorderSheet::isLeft() {
+  if (services_.session == nullptr || !services_.session->obstacle()) return false;
+  // Not from inside the tap, which goes with the sheet.
+  QTimer::singleShot(0, this, [this] { reject(); });
+  return true;
+}
+
 void RecorderSheet::listen() {
+  if (services_.session != nullptr) locking_ = services_.session->onChange([this] { isLeft(); });
   auto* source = services_.source;
   if (source != nullptr && source->hearsEveryKey()) {
     tap_ = source->install({}, [this](const ShortcutEvent& heard) {
       const auto* event = std::get_if<KeyEvent>(&heard);
-      // What is typed into other windows is nobody's business.
-      if (event == nullptr || !isActiveWindow()) return;
+      // What is typed into other windows is nobody's business; a locker leaves ours the active one.
+      if (event == nullptr || !isActiveWindow() || isLeft()) return;
       auto named = *event;
       if (named.type == KeyEventType::keyDown && services_.probe != nullptr)
         named.characters = services_.probe->label(named.keyCode);
@@ -135,7 +143,7 @@ void RecorderSheet::show(const ShortcutRecorder& recorder) {
   marks_.front()->setAccessibleName(done);
   setFixedHeight(layout()->totalHeightForWidth(sheetWidth));
   if (!isNew) return;
-  setAccessibleName(title);
+  setAccessibleName(windowTitle() + QStringLiteral(": ") + title);
   QAccessibleEvent told(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&told);
 }

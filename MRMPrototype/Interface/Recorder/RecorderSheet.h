@@ -3,6 +3,7 @@
 #include "Interface/Common/Form.h"
 #include "Platform/KeyboardProbe.h"
 #include "Platform/LocalKeyMonitor.h"
+#include "Platform/SessionGuard.h"
 #include "Platform/ShortcutSource.h"
 #include "Shortcut/ShortcutRecorder.h"
 
@@ -20,6 +21,7 @@ struct RecorderServices {
   LocalKeyMonitor& localKeys;
   ShortcutSource* source = nullptr;  ///< hears keys that a window manager keeps to itself
   KeyboardProbe* probe = nullptr;
+  SessionGuard* session = nullptr;  ///< knows when keys are for a screen locker
   /// No shortcut starts a dictation until the handle is destroyed.
   std::function<Registration()> suspendShortcuts;
   /// What speaks against it here, in sentences of the core; empty when nothing does.
@@ -39,6 +41,8 @@ class RecorderSheet final : public QDialog {
 
  private:
   void listen();
+  /// Leaves when nobody sits here any more: what is typed then is a password.
+  bool isLeft();
   void take(const KeyEvent& event);
   void feed(const KeyEvent& event);
   void show(const ShortcutRecorder& recorder);
@@ -49,6 +53,7 @@ class RecorderSheet final : public QDialog {
   /// Super or Shift went down alone: a mistake when it comes up again, else the beginning of a chord.
   std::optional<KeyEvent> beginning_;
   std::uint64_t modifiers_ = 0;  ///< of the last event
+  Registration locking_;
   Registration suspension_;
   Registration localKeys_;
   std::unique_ptr<InstalledShortcut> tap_;

@@ -1,5 +1,6 @@
 #include "Interface/PlatformWords.h"
 #include "Interface/Settings/LevelBar.h"
+#include "Interface/Settings/MicrophoneChoice.h"
 #include "Interface/Settings/Pages.h"
 
 #include <QVBoxLayout>
@@ -10,14 +11,18 @@ AudioPage::AudioPage(const SettingsServices& services)
     : SettingsPage(tr("Audio"),
                    tr("Murmel records from the microphone that the desktop uses, into memory only."),
                    services),
+      choice_(new MicrophoneChoice(services.microphones,
+                                   [this] {
+                                     if (trial_) listen();
+                                   })),
       meter_(new LevelBar),
       verdict_(label({}, LabelRole::second)),
       test_(button(tr("Test Microphone"), [this] { toggleTrial(); })) {
   auto& card = *addCard(tr("Microphone"));
-  auto* const openSound = this->services().openSoundSettings
-                              ? button(tr("Sound Settings…"), this->services().openSoundSettings)
-                              : nullptr;
-  microphone_ = card.addRow(tr("Microphone in use"), {}, openSound);
+  auto* row = card.addRow(tr("Microphone in use"),
+                          tr("Choosing another one changes it for the whole desktop."), choice_);
+  if (this->services().microphones == nullptr)
+    row->setUnavailable(tr("This session has no list of microphones."));
   auto* trial = new QWidget;
   auto* line = new QVBoxLayout(trial);
   line->setContentsMargins(0, 0, 0, 0);
@@ -26,11 +31,15 @@ AudioPage::AudioPage(const SettingsServices& services)
   line->addWidget(verdict_);
   line->addWidget(buttonRow({test_}));
   verdict_->hide();
-  auto* row = card.addRow(tr("Level"), tr("Start the test and say a sentence. Nothing of it is kept."), trial,
-                          FormRow::Place::below);
+  row = card.addRow(tr("Level"), tr("Start the test and say a sentence. Nothing of it is kept."), trial,
+                    FormRow::Place::below);
   row->setKeywords(tr("input volume gain meter"));
   if (this->services().microphone == nullptr)
     row->setUnavailable(tr("The microphone cannot be tried in this session."));
+  if (this->services().openSoundSettings) {
+    card.addRow(tr("Volume and devices"), tr("In the sound settings of the desktop."),
+                button(tr("Sound Settings…"), this->services().openSoundSettings));
+  }
 
   auto& sounds = *addCard(tr("Sounds"));
   addSwitch(sounds,
@@ -43,9 +52,7 @@ AudioPage::AudioPage(const SettingsServices& services)
 
 void AudioPage::showEvent(QShowEvent* event) {
   SettingsPage::showEvent(event);
-  if (services().microphone == nullptr) return;
-  const auto name = services().microphone->microphoneName();
-  microphone_->setDescription(name.empty() ? tr("There is no microphone.") : inPlatformWords(name));
+  choice_->refresh();
 }
 
 void AudioPage::hideEvent(QHideEvent* event) {
@@ -55,12 +62,17 @@ void AudioPage::hideEvent(QHideEvent* event) {
 
 void AudioPage::toggleTrial() {
   if (trial_) return endTrial();
+  test_->setText(tr("Stop Test"));
+  listen();
+}
+
+void AudioPage::listen() {
+  meter_->clear();
   trial_ = services().microphone->listen([this](double level) { hear(level); },
                                          [this](const std::string& sentence) {
                                            endTrial();
                                            say(inPlatformWords(sentence));
                                          });
-  test_->setText(tr("Stop Test"));
   hear(0);
 }
 

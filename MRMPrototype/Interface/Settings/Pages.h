@@ -8,6 +8,7 @@
 namespace murmel {
 
 class LevelBar;
+class MicrophoneChoice;
 
 /// Starting, showing itself, and what happens while one speaks.
 class GeneralPage final : public SettingsPage {
@@ -51,11 +52,12 @@ class AudioPage final : public SettingsPage {
 
  private:
   void toggleTrial();
+  void listen();
   void endTrial();
   void hear(double level);
   void say(const QString& words);
 
-  FormRow* microphone_ = nullptr;
+  MicrophoneChoice* choice_;
   LevelBar* meter_;
   QLabel* verdict_;
   QPushButton* test_;

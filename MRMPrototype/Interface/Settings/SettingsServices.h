@@ -17,6 +17,7 @@ class QWidget;
 namespace murmel {
 
 class HistoryRepository;
+class Microphones;
 class ModelShelf;
 class SettingsRepository;
 
@@ -33,8 +34,6 @@ class Autostart {
 class MicrophoneTrial {
  public:
   virtual ~MicrophoneTrial() = default;
-  /// Its name as the desktop shows it; empty when there is none.
-  [[nodiscard]] virtual std::string microphoneName() const = 0;
   /// Calls `level`, from 0 to 1, about twenty times a second until the handle is destroyed. Nothing is kept.
   /// Calls `failed` instead, later and with one sentence for the user, when nothing is heard any more; the
   /// handle is then of no more use. A second trial ends the first.
@@ -55,6 +54,7 @@ struct SettingsServices {
 
   Autostart* autostart = nullptr;
   MicrophoneTrial* microphone = nullptr;
+  Microphones* microphones = nullptr;
 
   /// What speaks against the shortcut on this desktop; empty when nothing does.
   std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <fstream>
 
 namespace murmel::test {
 
@@ -12,10 +13,11 @@ namespace {
 /// A Tuesday afternoon.
 constexpr WallTime now{std::chrono::sys_days(std::chrono::year(2025) / 3 / 4) + std::chrono::hours(15)};
 
-InMemoryDefaultsStore storedBefore(bool troubles) {
-  InMemoryDefaultsStore defaults;
-  if (troubles) defaults.set(settingsKey::modelMigrationPreviousSelection, std::string("qwen4"));
-  return defaults;
+std::filesystem::path settingsFile(const std::filesystem::path& folder, bool troubles) {
+  auto file = folder / "defaults.json";
+  if (troubles)
+    std::ofstream(file) << "{\"" << settingsKey::modelMigrationPreviousSelection << R"(": "qwen4"})";
+  return file;
 }
 
 }  // namespace
@@ -35,10 +37,9 @@ class GalleryData::NoAutostart final : public Autostart {
 class GalleryData::ExampleMicrophones final : public Microphones, public MicrophoneTrial {
  public:
   void list(std::function<void(std::vector<MicrophoneSource>)> answer) override {
-    answer({{"one", "Built-in Audio Analog Stereo", true}, {"two", "USB headset", false}});
+    answer({{"one", "Built-in Audio", true}, {"two", "USB headset", false}});
   }
   void choose(const std::string& /*name*/, std::function<void(bool)> answer) override { answer(true); }
-  [[nodiscard]] std::string microphoneName() const override { return "Built-in Audio Analog Stereo"; }
   Registration listen(std::function<void(double)> level, std::function<void(const std::string&)>) override {
     executor_.post([level = std::move(level)] { level(0.62); });
     return Registration([] {});
@@ -66,7 +67,7 @@ std::vector<ModelShelfRow> ExampleShelf::rows() const {
   return {
       {.name = "base",
        .title = "Whisper base",
-       .purpose = "Comes with Murmel. Good for short, clear speech.",
+       .purpose = "Hears about a hundred languages; about 3 English words in 100 are wrong.",
        .licence = "MIT",
        .isSpeech = true,
        .isPackaged = true,
@@ -112,7 +113,7 @@ GalleryData::GalleryData(bool troubles)
       autostart_(std::make_unique<NoAutostart>()),
       microphones_(std::make_unique<ExampleMicrophones>()),
       checks_(troubles),
-      defaults(storedBefore(troubles)),
+      defaults(files_, settingsFile(folder_.path(), troubles)),
       settings({defaults, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
       history(executor_, queue_, historyFile(files_, keys_, folder_.path())) {
@@ -174,6 +175,7 @@ SettingsServices GalleryData::services() {
   SettingsServices services{settings, history, models};
   services.autostart = autostart_.get();
   services.microphone = microphones_.get();
+  services.microphones = microphones_.get();
   services.languageNote = [](DictationLanguage language) {
     return std::string(language == DictationLanguage::serbian ? "unknown to the speech model in use" : "");
   };

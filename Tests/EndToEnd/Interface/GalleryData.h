@@ -10,9 +10,9 @@
 #include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Settings/JsonDefaultsStore.h"
 #include "Settings/SettingsRepository.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
-#include "Support/InMemoryDefaultsStore.h"
 #include "Support/TemporaryFolder.h"
 
 namespace murmel::test {
@@ -63,6 +63,10 @@ class GalleryData {
   [[nodiscard]] HistoryServices historyServices();
   [[nodiscard]] static AboutServices aboutServices();
   [[nodiscard]] FirstRunServices firstRunServices();
+  /// What the settings file holds, to somebody who reads it now.
+  [[nodiscard]] std::optional<DefaultsValue> stored(std::string_view key) {
+    return JsonDefaultsStore(files_, folder_.path() / "defaults.json").value(key);
+  }
 
  private:
   class NoAutostart;
@@ -79,7 +83,7 @@ class GalleryData {
   ExampleChecks checks_;
 
  public:
-  InMemoryDefaultsStore defaults;
+  JsonDefaultsStore defaults;  ///< in a file of its own, as the user's
   SettingsRepository settings;
   HistoryRepository history;
   ExampleShelf models;

@@ -36,7 +36,15 @@ class Pill : public ::testing::Test {
     const auto reply = test::XObserver::own(xcb_get_window_attributes_reply(x.connection(), cookie, nullptr));
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
   }
+  /// The server has moved the window to where the toolkit believes it to be: these clicks come another way.
+  [[nodiscard]] bool isInPlace() const {
+    const auto window = static_cast<xcb_window_t>(pill.winId());
+    const auto sized = test::XObserver::own(
+        xcb_get_geometry_reply(x.connection(), xcb_get_geometry(x.connection(), window), nullptr));
+    return sized && QRect(sized->x, sized->y, sized->width, sized->height) == pill.geometry();
+  }
   void click(QPoint where) const {
+    ASSERT_TRUE(waitUntil([this] { return isInPlace(); }));
     const auto root = x.screen().root;
     xcb_test_fake_input(x.connection(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root,
                         static_cast<std::int16_t>(where.x()), static_cast<std::int16_t>(where.y()), 0);
@@ -81,6 +89,7 @@ TEST_F(Pill, never_takes_the_focus_when_it_shows_changes_or_is_clicked) {
   show(Case::listening);
   pill.update(Case::transcribing);
   pill.update(Case::listening);
+  QCoreApplication::processEvents();
   click(pill.mapToGlobal(pill.findChild<QLabel*>()->geometry().center()));
   ASSERT_TRUE(waitUntil([this] { return clicks == 1; }));
   press("Stop and insert");

@@ -2,6 +2,7 @@
 #include "Interface/Common/Form.h"
 #include "Interface/Settings/SettingsWindow.h"
 #include "Settings/SettingsKeys.h"
+#include "Shortcut/ShortcutConflicts.h"
 #include "Support/X11/WindowTests.h"
 
 #include <QApplication>
@@ -47,8 +48,8 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
     Page page;
     const char* name;
     std::string_view key;
-    DefaultsValue after;
-    DefaultsValue standard;
+    std::optional<DefaultsValue> after;  ///< nothing: anything else than before
+    std::optional<DefaultsValue> standard;
   };
   const auto text = [](const char* raw) { return DefaultsValue(std::string(raw)); };
   const std::vector<Row> rows{
@@ -56,39 +57,59 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
       {Page::general, "Insert while I speak", settingsKey::insertWhileRecording, true, false},
       {Page::general, "Restore the clipboard", settingsKey::restorePreviousClipboard, false, true},
       {Page::general, "Position", settingsKey::overlayAnchor, text("bottom"), text("right")},
+      {Page::general, "Keep it on the screen", settingsKey::showRestingIndicator, true, false},
+      {Page::shortcut, "Dictation shortcut", settingsKey::shortcutConfiguration, {}, {}},
       {Page::audio, "Play sounds", settingsKey::feedbackSound, false, true},
       {Page::languages, "Recognize", settingsKey::languageMode, text("selected"), text("automaticAll")},
+      {Page::languages, "My languages", settingsKey::selectedLanguages, {}, {}},
+      {Page::languages, "Recognize", settingsKey::languageMode, text("single"), text("automaticAll")},
+      {Page::languages, "Language", settingsKey::singleLanguage, text("es"), text("en")},
       {Page::text, "Remove filler words", settingsKey::removeFillerWords, true, false},
       {Page::text, "Spoken commands", settingsKey::spokenCommands, true, false},
       {Page::text, "Space between dictations", settingsKey::spaceBetweenDictations, true, false},
       {Page::text, "Automatic correction routing", settingsKey::smartRefinementRouting,
        text("selectedMultilingualModel"), text("automaticByLanguage")},
+      {Page::text, "Language model", settingsKey::smartLocalModel, {}, text("gemma4E2")},
       {Page::text, "Format with a local model", settingsKey::smartFormatting, false, false},
       {Page::privacy, "Keep a history", settingsKey::historyEnabled, false, false},
       {Page::privacy, "Auto-delete history", settingsKey::historyRetention, text("fiveMinutes"),
        text("forever")},
       {Page::advanced, "Recognize while I speak", settingsKey::processWhileRecording, false, true},
+      {Page::advanced, "Keep the speech model in memory", settingsKey::recogniserIdleMinutes,
+       std::int64_t{60}, std::int64_t{10}},
+      {Page::advanced, "Check for updates automatically", settingsKey::automaticUpdateChecks, true, false},
   };
   SettingsWindow window(data.services());
   for (const auto& row : rows) {
     window.present(row.page);
     auto* operated = control(window, row.name);
     ASSERT_NE(operated, nullptr) << row.name;
-    QTest::keyClick(operated, qobject_cast<QComboBox*>(operated) != nullptr ? Qt::Key_Down : Qt::Key_Space);
-    EXPECT_EQ(data.defaults.value(row.key), row.after) << row.name;
+    if (auto* const list = operated->findChild<QListWidget*>(); list != nullptr) {
+      list->setCurrentRow(2);
+      operated = list;
+    }
+    const auto before = data.stored(row.key);
+    const auto* const choice = qobject_cast<QComboBox*>(operated);
+    const bool isLast = choice != nullptr && choice->currentIndex() + 1 == choice->count();
+    QTest::keyClick(operated, choice == nullptr ? Qt::Key_Space : isLast ? Qt::Key_Up : Qt::Key_Down);
+    const auto now = data.stored(row.key);
+    EXPECT_TRUE(row.after ? now == row.after : now != before) << row.name;
   }
   const auto* retention = qobject_cast<QComboBox*>(control(window, "Auto-delete history"));
   data.settings.setHistoryRetention(HistoryRetention::oneWeek);
   EXPECT_EQ(retention->currentText(), "After 1 week") << "a change from elsewhere";
-  for (const auto page :
-       {Page::general, Page::audio, Page::languages, Page::text, Page::privacy, Page::advanced}) {
+  for (const auto page : {Page::general, Page::shortcut, Page::audio, Page::languages, Page::text,
+                          Page::privacy, Page::advanced}) {
     window.present(page);
     button(window, "Reset This Page…")->click();
     ASSERT_TRUE(waitUntil([] { return question() != nullptr; }));
     button(*question(), "Reset")->click();
     ASSERT_TRUE(waitUntil([] { return question() == nullptr; }));
   }
-  for (const auto& row : rows) EXPECT_EQ(data.defaults.value(row.key), row.standard) << row.name;
+  for (const auto& row : rows) {
+    EXPECT_TRUE(!row.standard || data.stored(row.key) == row.standard) << row.name;
+  }
+  EXPECT_TRUE(isSameShortcut(data.settings.shortcut(), proposedShortcuts().front()));
   EXPECT_EQ(retention->currentText(), "Never delete automatically");
 }
 
