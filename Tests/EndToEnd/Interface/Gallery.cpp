@@ -132,7 +132,17 @@ int main(int argc, char** argv) {
   about->present();
   auto* credits = new CreditsWindow(readCredits(MURMEL_RESOURCES_DIR));
   credits->present();
-  if (!options.isSet("save") && !options.isSet("measure")) return QApplication::exec();
+  QtLocalKeyMonitor keys;
+  const auto openRecorder = [&] {
+    auto* recorder = new RecorderSheet(&settings, {.localKeys = keys, .suspendShortcuts = {}, .notice = {}},
+                                       [](const ShortcutConfiguration&) {});
+    recorder->open();
+    return recorder;
+  };
+  if (!options.isSet("save") && !options.isSet("measure")) {
+    openRecorder();
+    return QApplication::exec();
+  }
 
   QStringList clipped;
   const auto save = [&](QWidget& window, const char* name) {
@@ -160,10 +170,7 @@ int main(int argc, char** argv) {
     setup->present(step);
     save(*setup, name);
   }
-  QtLocalKeyMonitor keys;
-  auto* recorder = new RecorderSheet(&settings, {.localKeys = keys, .suspendShortcuts = {}, .notice = {}},
-                                     [](const ShortcutConfiguration&) {});
-  recorder->open();
+  auto* recorder = openRecorder();
   save(*recorder, "recorder");
   recorder->close();
   showPill(save);

@@ -25,13 +25,17 @@ std::unique_ptr<test::ApplicationProcess>& desktop() {
   return process;
 }
 
+void startDesktop() {
+  desktop() = std::make_unique<test::ApplicationProcess>(
+      std::vector<std::string>{buildFolder() + "/tests/status-notifier-host"});
+}
+
 class Tray : public ::testing::Test, public Microphones {
  protected:
   void SetUp() override {
     if (!desktop()) {
       EXPECT_EQ(watch.tray(), TrayWatch::Tray::none);
-      desktop() = std::make_unique<test::ApplicationProcess>(
-          std::vector<std::string>{buildFolder() + "/tests/status-notifier-host"});
+      startDesktop();
     }
     ASSERT_TRUE(waitUntil([&] { return watch.tray() == TrayWatch::Tray::statusNotifier; }));
     const auto before = desktop()->told("item").size();
@@ -142,6 +146,17 @@ TEST_F(Tray, has_words_of_the_history_only_while_their_menu_is_open) {
   EXPECT_EQ(calls, std::vector<std::string>{"copy Fish & chips"});
   desktop()->tell("closed Copy from History");
   EXPECT_TRUE(waitUntil([this] { return menu().find("Fish") == std::string::npos; }));
+}
+
+TEST_F(Tray, is_in_a_panel_again_that_was_restarted) {
+  const auto watching = watch.changed().subscribe([this] { tray.appear(); });
+  desktop().reset();
+  ASSERT_TRUE(waitUntil([&] { return watch.tray() == TrayWatch::Tray::none; }));
+  startDesktop();
+  ASSERT_TRUE(waitUntil([&] { return !desktop()->told("item").empty(); }));
+  ASSERT_TRUE(waitUntil([this] { return menu().find("Start Dictation") != std::string::npos; }));
+  click("Start Dictation");
+  EXPECT_EQ(calls, std::vector<std::string>{"toggle"});
 }
 
 TEST_F(Tray, lets_one_choose_the_microphone_of_the_desktop) {

@@ -37,11 +37,18 @@ Use a multilingual model in Conservative mode. Murmel projects punctuation onto 
 Your previous model, Qwen3 4B Q4 · Best quality, is unavailable. Gemma was selected so you can stay offline. You can download and select your previous model in Speech Models.
 Secure local storage is unavailable. Changes remain in memory for this session and may not survive relaunch.
 Qwen3 0.6B Q8 · Fast baseline
-Qwen3 1.7B Q8 · Balanced
 Download the required Parakeet speech model to use dictation
 Speech Models
 Full edition · Ready offline · Models included
 Tip jar
+Record a shortcut
+Press and release your shortcut three times
+Fn, Alt, and Ctrl work alone. Super and Shift must be combined with another modifier or a key. Press Esc to cancel.
+Gemma 4 E2B Q4 · Recommended
+Qwen3 1.7B Q8 · Balanced
+Qwen3 4B Q4 · Best quality
+SAGE 95M · Russian
+Parakeet TDT 0.6B v3 Q8 · Recommended
 """.strip().splitlines()
 OPERABLE = {Atspi.Role.CHECK_BOX, Atspi.Role.PUSH_BUTTON, Atspi.Role.COMBO_BOX, Atspi.Role.LIST, Atspi.Role.TABLE,
             Atspi.Role.TEXT, Atspi.Role.ENTRY, Atspi.Role.RADIO_BUTTON, Atspi.Role.SLIDER}
