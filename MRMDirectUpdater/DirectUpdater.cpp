@@ -182,7 +182,10 @@ Task<UpdaterRun::Result> DirectUpdater::run(std::string task, std::string order)
     co_return std::unexpected(std::string("The updater is missing from the app or is not the app's own."));
   ProcessRequest request{.executable = configuration_.executable,
                          .arguments = {task},
-                         .environment = configuration_.environment};
+                         .environment = configuration_.environment,
+                         .sandbox = {.readable = configuration_.readable}};
+  if (task == "feed" || task == "download") request.sandbox.network = ProcessSandbox::Network::internet;
+  if (task != "feed") request.sandbox.writable = {configuration_.root};
   if (task != "feed") {
     request.arguments.emplace_back("--root");
     request.arguments.push_back(configuration_.root.string());

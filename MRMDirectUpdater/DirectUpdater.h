@@ -68,6 +68,7 @@ class DirectUpdater {
     std::vector<std::string> environment;
     std::vector<std::string> arguments;  ///< behind the task; only a development build's updater knows any
     std::function<bool(const std::filesystem::path&)> mayExecute;
+    std::vector<std::filesystem::path> readable{};  ///< what the arguments name
   };
 
   struct Ports {

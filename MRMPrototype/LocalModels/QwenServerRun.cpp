@@ -69,7 +69,10 @@ std::expected<void, std::string> QwenServerRun::launch(const std::filesystem::pa
   if (!configuration_.mayExecute(configuration_.executable)) return wrongIdentity;
   auto launched = launcher_.launch({.executable = configuration_.executable,
                                     .arguments = configuration_.arguments(place_->socketURL(), apiKeyFileURL),
-                                    .environment = {}});
+                                    .environment = {},
+                                    .sandbox = {.readable = {configuration_.model, apiKeyFileURL},
+                                                .socketFolder = place_->socketURL().parent_path(),
+                                                .network = ProcessSandbox::Network::unixServer}});
   if (!launched) return std::unexpected(std::move(launched.error()));
   process_ = *std::move(launched);
   const auto running = process_->runningIdentity();

@@ -49,6 +49,7 @@ Result<ProcessRequest> SageWorkerClient::prepareLaunch() const {
       .executable = paths_.worker,
       .arguments = {"--model-dir", paths_.modelDirectory.string(), "--runtime", paths_.runtime.string()},
       .environment = {},
+      .sandbox = {.readable = {paths_.modelDirectory, paths_.runtime}},
   };
 }
 

@@ -114,7 +114,10 @@ void ModelDownloadClient::startProcess() {
   arguments.insert(arguments.end(), configuration_.arguments.begin(), configuration_.arguments.end());
   auto launched = launcher_.launch({.executable = configuration_.executable,
                                     .arguments = std::move(arguments),
-                                    .environment = configuration_.environment});
+                                    .environment = configuration_.environment,
+                                    .sandbox = {.readable = configuration_.readable,
+                                                .writable = {configuration_.store},
+                                                .network = ProcessSandbox::Network::internet}});
   if (!launched)
     return failAll("downloader", "The model downloader could not be started: " + launched.error());
   process_ = *std::move(launched);

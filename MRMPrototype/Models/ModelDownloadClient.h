@@ -50,6 +50,7 @@ class ModelDownloadClient {
     std::vector<std::string> arguments;
     /// Whether the executable may be started; asked before every start.
     std::function<bool(const std::filesystem::path&)> mayExecute;
+    std::vector<std::filesystem::path> readable{};  ///< what the arguments name
   };
 
   using Handler = std::function<void(std::string identifier, ModelDownloadStatus status)>;

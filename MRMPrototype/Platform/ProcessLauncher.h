@@ -22,6 +22,32 @@ struct ExecutableIdentity {
   friend bool operator==(const ExecutableIdentity&, const ExecutableIdentity&) = default;
 };
 
+/// What a child may do beside computing, reading its input and writing its output. What is not named here is
+/// refused by the system from before the child's first instruction on: other files, other processes,
+/// programs, connections.
+struct ProcessSandbox {
+  enum class Network {
+    none,
+    unixServer,  ///< listens on a Unix socket that it makes in `socketFolder`
+    unixOnly,    ///< connects to Unix sockets
+    internet,    ///< opens connections; nobody connects to it
+  };
+  static constexpr std::uint64_t unlimited = ~std::uint64_t{0};
+  struct Limits {
+    std::uint64_t openFiles = 256;
+    std::uint64_t largestFile = unlimited;  ///< in bytes; nothing where nothing is writable
+  };
+
+  /// Files and folders, beside the system's libraries and the folder of the executable.
+  std::vector<std::filesystem::path> readable{};
+  /// Folders with everything below them.
+  std::vector<std::filesystem::path> writable{};
+  std::filesystem::path socketFolder{};  ///< sockets may be made there, and nothing else
+  Network network = Network::none;
+  bool startsCopies = false;  ///< may fork, never execute
+  Limits limits{};
+};
+
 /// A child with its standard input and output as pipes, standard error the null device, no other descriptor,
 /// and only the environment that is given here. It dies with the thread that launched it, and leaves no core
 /// dump.
@@ -29,6 +55,7 @@ struct ProcessRequest {
   std::filesystem::path executable;      ///< absolute
   std::vector<std::string> arguments;    ///< without the program name
   std::vector<std::string> environment;  ///< "NAME=value"
+  ProcessSandbox sandbox{};
 };
 
 /// A running or ended child. Destroying it ends the child and reaps it. One thread at a time, except

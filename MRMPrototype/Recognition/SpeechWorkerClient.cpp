@@ -44,6 +44,7 @@ Result<ProcessRequest> SpeechWorkerClient::prepareLaunch() const {
       .executable = configuration_.workerURL,
       .arguments = {"--model-dir", configuration_.modelURL.string(), "--precision", "int8"},
       .environment = {},
+      .sandbox = {.readable = {configuration_.modelURL}},
   };
 }
 

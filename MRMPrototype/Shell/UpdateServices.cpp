@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QScopedPointer>
 #include <QTimer>
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <utility>
@@ -45,19 +46,21 @@ std::vector<std::string> developmentArguments(const Installation& installation) 
   return arguments;
 }
 
-/// The key that a development build is told, in place of the one that a release has compiled in.
-std::string trustedFingerprint(const std::vector<std::string>& arguments) {
-  for (std::size_t index = 0; index + 1 < arguments.size(); ++index) {
-    if (arguments[index] == "--development-key") return arguments[index + 1];
-  }
-  return std::string(releaseKeyFingerprint());
+std::optional<std::string> valueOf(std::string_view name, const std::vector<std::string>& arguments) {
+  const auto found = std::ranges::find(arguments, name);
+  if (found == arguments.end() || found + 1 == arguments.end()) return std::nullopt;
+  return *(found + 1);
 }
 
 }  // namespace
 
 DirectUpdater::Configuration updaterConfiguration(const Installation& installation) {
   auto arguments = developmentArguments(installation);
-  auto fingerprint = trustedFingerprint(arguments);
+  // The key that a development build is told, in place of the one that a release has compiled in.
+  auto fingerprint = valueOf("--development-key", arguments).value_or(std::string(releaseKeyFingerprint()));
+  std::vector<std::filesystem::path> readable;
+  if (const auto certificates = valueOf("--development-certificates", arguments))
+    readable.emplace_back(*certificates);
   std::error_code unreadable;
   const auto home =
       std::filesystem::canonical(installation.environment.value("HOME").value_or("/"), unreadable);
@@ -76,6 +79,7 @@ DirectUpdater::Configuration updaterConfiguration(const Installation& installati
       .arguments = std::move(arguments),
       .mayExecute = [policy = installation.policy](
                         const std::filesystem::path& executable) { return policy.mayExecute(executable); },
+      .readable = std::move(readable),
   };
 }
 

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -60,11 +59,8 @@ int main() {
   const bool isWayland = std::getenv("WAYLAND_DISPLAY") != nullptr;
   const auto keeper = isWayland ? openWaylandKeeper() : openX11Keeper();
   if (!keeper) return 1;
-  const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
   // From here on it can speak to the display server, and reach nothing else.
-  using worker::OpenConnections;
-  if (!worker::isolate(folder, isWayland ? OpenConnections::sentMessages : OpenConnections::readAndWritten))
-    return 1;
+  if (!worker::isolate({}) || !worker::keepConnections()) return 1;
   keeper->start();
 
   const auto say = [](char byte) { return ::write(STDOUT_FILENO, &byte, 1) == 1; };

@@ -32,11 +32,10 @@ FoundModel modelIn(const std::filesystem::path& modelDirectory) {
   return {&speechEngines.back(), modelDirectory};
 }
 
-std::expected<EngineModule, std::string> EngineModule::open(const SpeechEngineRow& engine) {
+std::expected<EngineModule, std::string> EngineModule::open(const SpeechEngineRow& engine,
+                                                            const std::filesystem::path& folder) {
   if (processorLevel() < engine.processorLevel)
     return std::unexpected("this processor cannot run the speech model");
-  std::error_code error;
-  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
   const auto file = engineModule(folder, engineModuleLevel(folder));
   // Before its library is there, which reads it once: its threads spin shortly for each other, then they
   // sleep.

@@ -23,9 +23,10 @@ FoundModel modelIn(const std::filesystem::path& modelDirectory);
 /// several levels of processors: no instruction of it may run before the processor has been asked.
 class EngineModule {
  public:
-  /// Opens the module that suits this processor; before the worker gives up opening files. It stays open. The
-  /// error is a short reason.
-  static std::expected<EngineModule, std::string> open(const SpeechEngineRow& engine);
+  /// Opens the module in `folder` that suits this processor; before the worker gives up opening files. It
+  /// stays open. The error is a short reason.
+  static std::expected<EngineModule, std::string> open(const SpeechEngineRow& engine,
+                                                       const std::filesystem::path& folder);
 
   [[nodiscard]] LoadedEngine load(const std::filesystem::path& modelFile) const {
     return load_(modelFile, threads_);

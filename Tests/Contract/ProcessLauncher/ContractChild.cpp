@@ -9,36 +9,44 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <string>
 
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace {
 
+/// By questions about itself alone: a child does not get at /proc.
 void report(char** environment) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("SigBlk:") || line.starts_with("SigIgn:") || line.starts_with("NoNewPrivs:"))
-      std::cout << line << '\n';
-  }
-  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-    std::error_code gone;  // the iterator's own descriptor
-    const auto target = std::filesystem::read_symlink(entry, gone).string();
-    if (target.ends_with("/fd") || target.ends_with("/status")) continue;
-    std::cout << "fd " << entry.path().filename().string() << ' ' << target.substr(0, target.find(':'))
+  constexpr int searched = 4'096;
+  for (int descriptor = 0; descriptor < searched; ++descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) continue;
+    const bool isNull = S_ISCHR(status.st_mode) && status.st_rdev == makedev(1, 3);
+    std::cout << "fd " << descriptor
+              << (S_ISFIFO(status.st_mode) ? " pipe"
+                  : isNull                 ? " /dev/null"
+                                           : " other")
               << '\n';
+  }
+  sigset_t blocked;
+  ::sigprocmask(SIG_SETMASK, nullptr, &blocked);
+  for (int signal = 1; signal < NSIG; ++signal) {
+    struct sigaction action {};
+    const bool isIgnored = ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    if (isIgnored || ::sigismember(&blocked, signal) == 1) std::cout << "signal " << signal << '\n';
   }
   for (; *environment != nullptr; ++environment) std::cout << "env " << *environment << '\n';
   int deathSignal = 0;
   ::prctl(PR_GET_PDEATHSIG, &deathSignal);
   rlimit core{};
   ::getrlimit(RLIMIT_CORE, &core);
-  std::cout << "pdeathsig " << deathSignal << '\n'
+  std::cout << "no new privileges " << ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) << '\n'
+            << "pdeathsig " << deathSignal << '\n'
             << "core " << core.rlim_max << '\n'
             << "session leader " << (::getsid(0) == ::getpid()) << '\n'
             << "umask " << std::oct << ::umask(0) << std::dec << '\n'

@@ -1,4 +1,5 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
+#include "Support/ChildProgram.h"
 
 #include <csignal>
 #include <iterator>
@@ -238,15 +239,14 @@ TEST_F(ServerBench, EndsAServerThatStillStarts) {
 
 TEST_F(ServerBench, NothingSurvivesTheSuddenDeathOfTheApplication) {
   script("answer format");
-  auto host = launcher.launch({MURMEL_SERVER_HOST, {temporary.path(), MURMEL_STUB_SERVER, files.model}, {}});
-  ASSERT_TRUE(host.has_value()) << host.error();
+  test::ChildProgram host({MURMEL_SERVER_HOST, temporary.path(), MURMEL_STUB_SERVER, files.model});
   std::string line;
-  for (char byte = 0; ::read((*host)->output(), &byte, 1) == 1 && byte != '\n';) line += byte;
+  for (char byte = 0; ::read(host.output(), &byte, 1) == 1 && byte != '\n';) line += byte;
   const auto server = static_cast<pid_t>(std::stoi(line));
   ASSERT_GT(server, 0);
   EXPECT_FALSE(isGone(server));
   EXPECT_EQ(leftBehind().size(), 2U);
-  (*host)->terminate(0ms);
+  host.end(SIGKILL);
   EXPECT_TRUE(executor.waitUntil([&] { return isGone(server); }));
   ASSERT_TRUE(prepare());
   EXPECT_EQ(leftBehind().size(), 2U) << "the dead one's socket and folder are still there";

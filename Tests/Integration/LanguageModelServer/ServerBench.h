@@ -4,11 +4,11 @@
 #include "LocalModels/QwenLocalRefinementProvider.h"
 #include "LocalModels/QwenServerPool.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/OneModel.h"
 #include "Support/ProcessTraces.h"
 #include "Support/Refining.h"
+#include "Support/RoomyLauncher.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -118,7 +118,7 @@ class ServerBench : public ::testing::Test {
   TemporaryFolder store;
   ManualExecutor executor;
   SystemClock clock;
-  LinuxProcessLauncher launcher;
+  RoomyLauncher launcher{store.path()};
   OneModel files{store.path() / "model.gguf"};
   QwenServerPool::Settings settings{
       .applicationIdentifier = "test",

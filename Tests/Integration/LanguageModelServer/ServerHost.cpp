@@ -3,7 +3,7 @@
 
 #include "Foundation/Async/Clock.h"
 #include "LocalModels/QwenServerRun.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Support/RoomyLauncher.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +23,7 @@ int main(int argumentCount, char** arguments) {
       .mayExecute = [](const std::filesystem::path&) { return true; },
       .limits = {},
   };
-  LinuxProcessLauncher launcher;
+  RoomyLauncher launcher(configuration.model.parent_path());
   const SystemClock clock;
   const WorkerCancellation never;
   QwenServerRun run(configuration, launcher, clock, never);

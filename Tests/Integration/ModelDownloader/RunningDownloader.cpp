@@ -33,7 +33,10 @@ RunningDownloader::RunningDownloader(const Setting& setting) {
        .arguments = {"--manifest", manifest, "--store", setting.store.string(), "--development-host",
                      setting.address, "--development-certificates", setting.certificate,
                      "--development-time-scale", setting.timeScale},
-       .environment = {}});
+       .environment = {},
+       .sandbox = {.readable = {manifest, setting.certificate},
+                   .writable = {setting.store},
+                   .network = ProcessSandbox::Network::internet}});
   if (!launched) throw std::runtime_error(launched.error());
   process_ = std::move(*launched);
 }

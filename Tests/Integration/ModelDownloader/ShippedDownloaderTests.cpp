@@ -44,7 +44,8 @@ class ShippedDownloader : public testing::Test {
         .environment = {},
         .arguments = {"--development-host", host.address("shipped", actions), "--development-certificates",
                       host.certificate(), "--development-time-scale", "0.002"},
-        .mayExecute = {}};
+        .mayExecute = {},
+        .readable = {host.certificate()}};
   }
   std::pair<int, std::string> probe(const ModelDownloadClient::Configuration& setting) {
     std::optional<std::pair<int, std::string>> result;

@@ -54,8 +54,10 @@ class SageWorker : public ::testing::Test {
 
   void start(const std::filesystem::path& model, const std::filesystem::path& library = runtime) {
     channel_.reset();
-    auto launched =
-        launcher.launch({worker, {"--model-dir", model.string(), "--runtime", library.string()}, {}});
+    auto launched = launcher.launch({worker,
+                                     {"--model-dir", model.string(), "--runtime", library.string()},
+                                     {},
+                                     {.readable = {model, library}}});
     ASSERT_TRUE(launched.has_value()) << launched.error();
     process = *std::move(launched);
     channel_.emplace(process->input(), process->output(), clock, cancellation_);

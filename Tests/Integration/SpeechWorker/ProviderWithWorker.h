@@ -2,10 +2,10 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Recognition/FluidAudioProvider.h"
 #include "Support/Awaiting.h"
 #include "Support/ProcessTraces.h"
+#include "Support/RoomyLauncher.h"
 #include "Support/TemporaryFolder.h"
 
 #include <chrono>
@@ -78,7 +78,7 @@ class ProviderWithWorker : public ::testing::Test {
   TemporaryFolder model;
   ManualExecutor executor;
   SystemClock clock;
-  LinuxProcessLauncher launcher;
+  RoomyLauncher launcher{model.path()};
   Duration idleLimit{};
   SpeechWorkerConfiguration configuration{
       .workerURL = MURMEL_SCRIPTED_WORKER,

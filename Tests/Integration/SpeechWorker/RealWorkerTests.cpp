@@ -74,7 +74,9 @@ class WorkerDriver {
     ASSERT_TRUE(channel_->writeLine(line, std::chrono::seconds(60)).has_value());
   }
   void startWorker(std::vector<std::string> arguments) {
-    auto launched = launcher.launch({worker, std::move(arguments), {}});
+    ProcessSandbox sandbox;
+    if (arguments.size() > 1) sandbox.readable = {arguments[1]};
+    auto launched = launcher.launch({worker, std::move(arguments), {}, sandbox});
     ASSERT_TRUE(launched.has_value()) << launched.error();
     adopt(*std::move(launched));
   }
@@ -275,7 +277,10 @@ TEST_F(ParakeetWorker, SaysThatTheEngineIsMissing) {
   const auto copy = folder.path() / "Workers" / FluidAudioProvider::workerName;
   std::filesystem::create_directory(copy.parent_path());
   std::filesystem::copy(worker, copy);
-  auto launched = launcher.launch({copy, {"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"}, {}});
+  auto launched = launcher.launch({copy,
+                                   {"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"},
+                                   {},
+                                   {.readable = {MURMEL_TINY_PARAKEET}}});
   ASSERT_TRUE(launched.has_value());
   adopt(*std::move(launched));
   EXPECT_EQ(read()->errorType, "speech engine is missing from the app");

@@ -61,7 +61,7 @@ class Worker {
     if (command == "ignore-term") std::signal(SIGTERM, SIG_IGN);
     if (command == "stall") stall();
     if (command == "exit") std::_Exit(std::stoi(rest));
-    if (command == "die") std::raise(SIGKILL);
+    if (command == "die") std::abort();
   }
 
  private:

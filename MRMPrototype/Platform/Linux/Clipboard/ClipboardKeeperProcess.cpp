@@ -26,6 +26,26 @@ bool isReady(int descriptor, short events) {
   return ::poll(&wait, 1, patienceMilliseconds) == 1;
 }
 
+/// The sockets of the display server that the variables name, and what the user proves himself there with.
+std::vector<std::filesystem::path> waysToTheServer(const std::vector<std::string>& environment) {
+  const auto value = [&](std::string_view name) -> std::string {
+    for (const auto& variable : environment)
+      if (variable.starts_with(name)) return variable.substr(name.size());
+    return {};
+  };
+  std::vector<std::filesystem::path> ways;
+  if (const auto display = value("WAYLAND_DISPLAY="); !display.empty())
+    ways.push_back(std::filesystem::path(value("XDG_RUNTIME_DIR=")) / display);
+  const auto display = value("DISPLAY=");
+  if (const auto colon = display.rfind(':'); colon != std::string::npos) {
+    const auto number = display.substr(colon + 1);
+    ways.push_back("/tmp/.X11-unix/X" + number.substr(0, number.find('.')));
+    const auto authority = value("XAUTHORITY=");
+    ways.emplace_back(authority.empty() ? value("HOME=") + "/.Xauthority" : authority);
+  }
+  return ways;
+}
+
 }  // namespace
 
 ClipboardKeeperProcess::ClipboardKeeperProcess(ProcessLauncher& launcher, Configuration configuration)
@@ -105,7 +125,12 @@ void ClipboardKeeperProcess::tell(const Kept& kept) {
 bool ClipboardKeeperProcess::start() {
   process_.reset();
   if (!configuration_.mayExecute(configuration_.executable)) return false;
-  auto started = launcher_.launch({configuration_.executable, {}, configuration_.environment});
+  auto started = launcher_.launch({.executable = configuration_.executable,
+                                   .arguments = {},
+                                   .environment = configuration_.environment,
+                                   .sandbox = {.readable = waysToTheServer(configuration_.environment),
+                                               .network = ProcessSandbox::Network::unixOnly,
+                                               .startsCopies = true}});
   if (!started) return false;
   process_ = *std::move(started);
   // It speaks once it has detached itself and can serve: from then on our end is no end to it.

@@ -1,10 +1,13 @@
 #include "Platform/Linux/Process/ChildSetup.h"
 
+#include "Platform/Linux/Confinement/Landlock.h"
+
 #include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
 #include <linux/close_range.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,10 +18,11 @@ namespace murmel {
 
 namespace {
 
-// Private places of the child, both closed by the exec.
+// Private places of the child, all closed by the exec.
 constexpr int executablePlace = 3;
 constexpr int reportPlace = 4;
-static_assert(reportPlace + 1 == childLowestFree);
+constexpr int landlockPlace = 5;
+static_assert(landlockPlace + 1 == childLowestFree);
 
 constexpr int failureStatus = 127;  // what shells say when a program could not be started
 
@@ -33,14 +37,19 @@ bool placeDescriptors(const ChildSetup& setup) {
   return ::dup2(setup.input, STDIN_FILENO) >= 0 && ::dup2(setup.output, STDOUT_FILENO) >= 0 &&
          ::dup2(setup.nullDevice, STDERR_FILENO) >= 0 &&
          ::dup3(setup.executable, executablePlace, O_CLOEXEC) >= 0 &&
-         ::dup3(setup.report, reportPlace, O_CLOEXEC) >= 0 && ::close_range(childLowestFree, ~0U, 0) == 0;
+         ::dup3(setup.report, reportPlace, O_CLOEXEC) >= 0 &&
+         (setup.landlock < 0 || ::dup3(setup.landlock, landlockPlace, O_CLOEXEC) >= 0) &&
+         ::close_range(childLowestFree, ~0U, 0) == 0;
 }
 
-bool setLimits() {
+bool setLimits(const ChildSetup& setup) {
   // One byte, not zero: with a pipe in core_pattern the kernel ignores a limit of zero, but takes one as "no
   // dump at all"; for a file it is too small to write anything.
   constexpr rlimit noCore{1, 1};
-  return ::setrlimit(RLIMIT_CORE, &noCore) == 0 && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+  const rlimit files{setup.openFiles, setup.openFiles};
+  const rlimit size{setup.largestFile, setup.largestFile};
+  return ::setrlimit(RLIMIT_CORE, &noCore) == 0 && ::setrlimit(RLIMIT_NOFILE, &files) == 0 &&
+         ::setrlimit(RLIMIT_FSIZE, &size) == 0 && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
 }
 
 /// Handlers go with the exec, but ignored signals and the mask would be inherited.
@@ -60,19 +69,27 @@ void becomeExecutable(const ChildSetup& setup) {
   using Step = ChildFailure::Step;
   // First of all, so that the window in which the parent can die unnoticed is closed by the comparison.
   if (::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0) != 0) fail(setup.report, Step::limits);
-  if (::getppid() != setup.parent) {
+  // Not by its number, which has no meaning in another namespace: a pipe that nobody reads has no owner.
+  ::close(setup.reportEnd);
+  pollfd owner{setup.report, 0, 0};
+  if (::poll(&owner, 1, 0) != 0) {
     errno = ESRCH;
     fail(setup.report, Step::parentDied);
   }
   if (!placeDescriptors(setup)) fail(setup.report, Step::descriptors);
-  if (!setLimits()) fail(reportPlace, Step::limits);
+  if (!setLimits(setup)) fail(reportPlace, Step::limits);
   // A session of its own: no controlling terminal, and a Ctrl+C meant for us does not reach it. Both calls
   // cannot fail in a freshly forked child.
   ::setsid();
   ::umask(S_IRWXG | S_IRWXO);
   if (::chdir("/") != 0) fail(reportPlace, Step::limits);
   resetSignals();
-  ::syscall(SYS_execveat, executablePlace, "", setup.arguments, setup.environment, AT_EMPTY_PATH);
+  if (setup.root != nullptr && !setup.root->enter()) fail(reportPlace, Step::root);
+  if (setup.landlock >= 0 && !confinement::imposeLandlock(landlockPlace))
+    fail(reportPlace, Step::confinement);
+  if (!confinement::impose(*setup.calls)) fail(reportPlace, Step::confinement);
+  ::syscall(SYS_execveat, executablePlace, "", setup.arguments, setup.environment, AT_EMPTY_PATH,
+            setup.password);
   fail(reportPlace, Step::execute);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Process/ChildSetup.h"
 #include "Platform/Linux/Process/LinuxChildProcess.h"
+#include "Platform/Linux/Process/PreparedSandbox.h"
 
 #include <array>
 #include <cerrno>
@@ -89,7 +90,10 @@ pid_t forkQuietly(const ChildSetup& setup) {
   ::sigfillset(&all);
   ::pthread_sigmask(SIG_SETMASK, &all, &before);
   // Without the atfork handlers of libraries: the child calls nothing of theirs.
-  const pid_t child = ::_Fork();
+  const pid_t child =
+      setup.root == nullptr
+          ? ::_Fork()
+          : static_cast<pid_t>(::syscall(SYS_clone, setup.root->cloneFlags() | SIGCHLD, 0, 0, 0, 0));
   if (child == 0) becomeExecutable(setup);
   const int error = errno;
   ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -108,6 +112,9 @@ std::string_view description(ChildFailure::Step step) {
       return "cannot set up the descriptors of the process";
     case ChildFailure::Step::limits:
       return "cannot set the limits of the process";
+    case ChildFailure::Step::root:
+    case ChildFailure::Step::confinement:
+      return "cannot confine the process";
     case ChildFailure::Step::parentDied:
       return "the application ended";
     case ChildFailure::Step::execute:
@@ -117,15 +124,33 @@ std::string_view description(ChildFailure::Step step) {
 }
 
 /// Waits until the child has become the program or has told why not.
-std::expected<void, std::string> awaitExec(int report) {
+std::optional<ChildFailure> awaitExec(int report) {
   ChildFailure told;
   ssize_t count = 0;
   do {
     count = ::read(report, &told, sizeof told);
   } while (count < 0 && errno == EINTR);
-  if (count == 0) return {};
-  if (count != sizeof told) return std::unexpected("the process ended before it began");
-  return failure(description(told.step), told.error);
+  if (count == 0) return std::nullopt;
+  if (count == sizeof told) return told;
+  return ChildFailure{ChildFailure::Step::execute, ECHILD};
+}
+
+/// The number of the child that has become the program.
+std::expected<pid_t, ChildFailure> startedChild(ChildSetup setup) {
+  auto report = makePipe();
+  if (!report.isComplete()) return std::unexpected(ChildFailure{ChildFailure::Step::descriptors, errno});
+  setup.report = report.writeEnd.get();
+  setup.reportEnd = report.readEnd.get();
+  const pid_t child = forkQuietly(setup);
+  if (child < 0)
+    return std::unexpected(ChildFailure{
+        setup.root == nullptr ? ChildFailure::Step::descriptors : ChildFailure::Step::root, errno});
+  report.writeEnd.reset();
+  if (const auto failed = awaitExec(report.readEnd.get())) {
+    reapFailed(child);
+    return std::unexpected(*failed);
+  }
+  return child;
 }
 
 }  // namespace
@@ -134,12 +159,15 @@ std::expected<std::unique_ptr<ChildProcess>, std::string> LinuxProcessLauncher::
     const ProcessRequest& request) {
   auto executable = openExecutable(request.executable);
   if (!executable) return std::unexpected(std::move(executable.error()));
+  auto sandbox = PreparedSandbox::of(request, policy_);
+  if (!sandbox) return std::unexpected(std::move(sandbox.error()));
+  const auto landlock = raised(std::move(sandbox->landlock));
+  if (sandbox->hasLandlock && !landlock) return failure("cannot confine the process", errno);
   const auto program = raised(std::move(executable->descriptor));
   const auto nullDevice = raised(UniqueDescriptor(::open("/dev/null", O_RDWR | O_CLOEXEC)));
   auto input = makePipe();
   auto output = makePipe();
-  auto report = makePipe();
-  if (!program || !nullDevice || !input.isComplete() || !output.isComplete() || !report.isComplete())
+  if (!program || !nullDevice || !input.isComplete() || !output.isComplete())
     return failure("cannot open the pipes of the process", errno);
   ::fcntl(input.writeEnd.get(), F_SETPIPE_SZ, inputPipeSize);  // A smaller pipe is only slower.
 
@@ -148,32 +176,37 @@ std::expected<std::unique_ptr<ChildProcess>, std::string> LinuxProcessLauncher::
   auto environment = request.environment;
   const auto argumentPointers = pointers(arguments);
   const auto environmentPointers = pointers(environment);
-  const ChildSetup setup{
+  ChildSetup setup{
       .input = input.readEnd.get(),
       .output = output.writeEnd.get(),
       .nullDevice = nullDevice.get(),
       .executable = program.get(),
-      .report = report.writeEnd.get(),
-      .parent = ::getpid(),
       .arguments = argumentPointers.data(),
       .environment = environmentPointers.data(),
+      .landlock = landlock.get(),
+      .root = hasNamespaces_ ? &sandbox->root : nullptr,
+      .calls = &sandbox->calls,
+      .password = sandbox->password,
+      .openFiles = request.sandbox.limits.openFiles,
+      .largestFile = request.sandbox.writable.empty() ? 0 : request.sandbox.limits.largestFile,
   };
-  const pid_t child = forkQuietly(setup);
-  if (child < 0) return failure("cannot create the process", errno);
-  report.writeEnd.reset();
-  if (const auto started = awaitExec(report.readEnd.get()); !started) {
-    reapFailed(child);
-    return std::unexpected(started.error());
+  auto child = startedChild(setup);
+  if (!child && child.error().step == ChildFailure::Step::root) {
+    // Not every system lets ordinary users make namespaces. The rest of the confinement holds without.
+    hasNamespaces_ = false;
+    setup.root = nullptr;
+    child = startedChild(setup);
   }
+  if (!child) return failure(description(child.error().step), child.error().error);
   // The child is ours and not reaped: the number cannot have been given away.
-  UniqueDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
+  UniqueDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
   if (!process) {
     const int error = errno;
-    ::kill(child, SIGKILL);
-    reapFailed(child);
+    ::kill(*child, SIGKILL);
+    reapFailed(*child);
     return failure("cannot watch the process", error);
   }
-  return std::make_unique<LinuxChildProcess>(child, std::move(process), std::move(input.writeEnd),
+  return std::make_unique<LinuxChildProcess>(*child, std::move(process), std::move(input.writeEnd),
                                              std::move(output.readEnd), executable->identity);
 }
 

@@ -2,7 +2,16 @@
 
 #include "Platform/ProcessLauncher.h"
 
+#include <atomic>
+
 namespace murmel {
+
+/// How far children are confined.
+struct ConfinementPolicy {
+  bool allowsUnconfined = false;  ///< starts children where the system cannot hide files from them, too
+  int newestLandlock = 99;        ///< newer versions are not used; 0: as if there were none
+  bool usesNamespaces = true;     ///< where the system lets an ordinary user make them
+};
 
 /// Starts children so that nothing of this process leaks into them: no descriptor, no variable, no signal
 /// mask, no terminal, no privilege to gain. The file that is opened here is the file that runs, whatever
@@ -13,7 +22,13 @@ namespace murmel {
 /// /proc/<pid>/exe could not be read otherwise. Programs only, no scripts.
 class LinuxProcessLauncher final : public ProcessLauncher {
  public:
+  explicit LinuxProcessLauncher(ConfinementPolicy policy = {}) : policy_(policy) {}
+
   std::expected<std::unique_ptr<ChildProcess>, std::string> launch(const ProcessRequest& request) override;
+
+ private:
+  ConfinementPolicy policy_;
+  std::atomic<bool> hasNamespaces_{policy_.usesNamespaces};
 };
 
 }  // namespace murmel
