@@ -5,7 +5,7 @@
   no desktop library.
 - Some libraries stay behind one facade: ICU behind Foundation/Text, OpenSSL behind Foundation/Crypto, JSON in no header.
 - The modules have no cycle, and only Shell knows the concrete adapters. Workers know no desktop, but
-  for the clipboard keeper, which goes on serving what the X11 adapter served.
+  for the clipboard keeper, which goes on serving what the X11 adapter served; all may confine themselves.
 - A module includes only what its CMakeLists.txt names as a dependency (directly or through another module), and names
   nothing that it does not include.
 - The picture in docs/architecture.md is the one that the CMake files make; `--draw` puts it there.
@@ -24,6 +24,8 @@ DESKTOP_HEADER = re.compile(
 
 ADAPTERS = "Platform/Linux/"
 SERVING = ("Platform/Linux/Clipboard", "Platform/Linux/Wayland", "Platform/Linux/X11")
+# What the launcher holds children with, they hold themselves with.
+CONFINEMENT = "Platform/Linux/Confinement"
 # Workers bring recognisers and the network library; they have no desktop.
 WORKER_LIBRARY = re.compile(r"^(curl/.*|pocketsphinx.*|sphinxbase/.*)$")
 PICTURE = re.compile(r"(<!-- modules -->\n```\n)(.*?)(```\n)", re.DOTALL)
@@ -105,7 +107,8 @@ def problems_of(root):
         for target, reason in targets.items():
             if target.startswith(("Platform/Linux", "Platform/Qt")) and not name.startswith(
                     ("Shell", "Platform/Linux", "Platform/Qt")) and not (
-                        "Workers/ClipboardKeeper/" in reason and target in SERVING):
+                        "Workers/ClipboardKeeper/" in reason and target in SERVING) and not (
+                            name.startswith("Workers") and target == CONFINEMENT):
                 problems.append(f"{reason}: only Shell knows the adapters")
             if target == "Platform/Fake":
                 problems.append(f"{reason}: fakes are for the tests")
