@@ -93,7 +93,8 @@ TEST(DeliveryBesideClipboardManagers, NoneOfThemFindsAWordOfWhatIsPasted) {
     }));
 
     const std::string words = "twelve secret sentences dictated";
-    for (int dictation = 0; dictation < 10; ++dictation) {
+    const int dictations = triesEverything() ? 10 : 3;
+    for (int dictation = 0; dictation < dictations; ++dictation) {
       desk.begin();
       EXPECT_EQ(desk.deliver(words + " " + std::to_string(dictation)), TextDeliveryResult::insertionSent);
       desk.service->endDictationSession();
@@ -103,7 +104,7 @@ TEST(DeliveryBesideClipboardManagers, NoneOfThemFindsAWordOfWhatIsPasted) {
     // What the user copies afterwards is kept as ever: by then the manager has dealt with all before it.
     copy("copied afterwards");
     ASSERT_TRUE(desk.waitUntil([&] { return isInMemory("copied afterwards", process.identifier()); }));
-    EXPECT_EQ(target->told("pasted").size(), 10U);
+    EXPECT_EQ(target->told("pasted").size(), static_cast<std::size_t>(dictations));
     EXPECT_FALSE(isInMemory(words, process.identifier()));
     EXPECT_EQ(filesWith("twelve secret", home), std::vector<std::string>{});
   }

@@ -14,7 +14,7 @@ namespace {
 class WindowWithField {
  public:
   WindowWithField(const std::string& toolkit, const std::string& kind)
-      : process_({"env", "-u", "NO_AT_BRIDGE", "/usr/bin/python3",
+      : process_({"env", "-u", "NO_AT_BRIDGE", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1", "/usr/bin/python3",
                   sourceFolder() + "/Tests/EndToEnd/Delivery/field.py", toolkit, kind}) {}
   bool isInFront(DeliveryDesk& desk) const {
     const auto front = desk.workspace().frontmostApplication();
@@ -22,8 +22,9 @@ class WindowWithField {
   }
 
   static bool isInstalled(const std::string& toolkit) {
-    const auto imports = "import gi; gi.require_version(\"Gtk\", \"" + toolkit.substr(3) +
-                         ".0\"); from gi.repository import Gtk";
+    const auto imports = toolkit == "qt5" ? std::string("import PyQt5.QtWidgets")
+                                          : "import gi; gi.require_version(\"Gtk\", \"" + toolkit.substr(3) +
+                                                ".0\"); from gi.repository import Gtk";
     return std::system(("/usr/bin/python3 -c '" + imports + "' 2>/dev/null").c_str()) == 0;
   }
 
@@ -32,6 +33,23 @@ class WindowWithField {
 };
 
 }  // namespace
+
+// First: the bus does not run yet.
+TEST(DeliveryToFields, APasswordFieldOfQtIsSeenThoughTheBusComesLater) {
+  if (!WindowWithField::isInstalled("qt5")) GTEST_SKIP() << "PyQt5 is not installed";
+  const WindowWithField before("qt5", "password");
+  DeliveryDesk desk;
+  ASSERT_TRUE(desk.waitUntil([&] { return before.isInFront(desk); }));
+  EXPECT_FALSE(desk.field.canTell());
+  std::system("gdbus call --session -d org.a11y.Bus -o /org/a11y/bus -m org.a11y.Bus.GetAddress >/dev/null");
+  ASSERT_TRUE(desk.waitUntil([&] {
+    return desk.loop.await(desk.field.kind(*desk.workspace().frontmostApplication())) ==
+           FocusedFieldKind::hidden;
+  }));
+  desk.begin();
+  EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
+}
 
 TEST(DeliveryToFields, APasswordFieldGetsNothingWheneverItGotTheFocus) {
   int tried = 0;
