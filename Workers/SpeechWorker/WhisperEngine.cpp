@@ -123,20 +123,30 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
   }
   if (!heard) return std::unexpected(heard.error());
   const bool isLost = heard->tokens > attempt.tokenLimit || repetitionIn(heard->text) != std::string::npos;
-  if (!isLost) return withoutSoundDescriptions(heard->text);
+  if (!isLost) {
+    auto text = withoutSoundDescriptions(heard->text);
+    const bool isShort = !text.empty() && heard->tokens < whisperTokenLeast(samples);
+    if (!isShort || samples.size() < shortestToHalve) return text;
+    // It has stopped at the end of a sentence although somebody speaks on, or that is no speech.
+    const auto both = inHalves(samples, known);
+    return both && both->size() > text.size() ? both : text;
+  }
   // It has lost its way, or somebody has said a thing twice. Of what comes after that nothing may be missing:
   // in two parts each is heard once. In a short one the whole window finds the way nearly always.
-  if (samples.size() >= shortestToHalve) {
-    const auto seconds = static_cast<double>(samples.size()) / sampleRate;
-    const QuietCutLimits halves{
-        .longest = 0.7 * seconds, .earliest = 0.3 * seconds, .shortestLast = 0.3 * seconds};
-    return inPieces(samples, halves, [&](auto half) { return recognisePiece(half, known); });
-  }
+  if (samples.size() >= shortestToHalve) return inHalves(samples, known);
   heard = listen(scaled, {.window = 0, .tokenLimit = 0, .language = *known.language, .prompt = {}});
   if (!heard) return std::unexpected(heard.error());
   if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
     heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
   return withoutSoundDescriptions(heard->text);
+}
+
+std::expected<std::string, std::string> WhisperEngine::inHalves(std::span<const std::int16_t> samples,
+                                                                const SpeechHints& hints) {
+  const auto seconds = static_cast<double>(samples.size()) / sampleRate;
+  const QuietCutLimits halves{
+      .longest = 0.7 * seconds, .earliest = 0.3 * seconds, .shortestLast = 0.3 * seconds};
+  return inPieces(samples, halves, [&](auto half) { return recognisePiece(half, hints); });
 }
 
 std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span<const float> samples,

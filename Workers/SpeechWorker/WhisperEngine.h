@@ -31,6 +31,8 @@ class WhisperEngine final : public SpeechEngine {
   WhisperEngine(whisper_context* context, int threads) : context_(context), threads_(threads) {}
   std::expected<std::string, std::string> recognisePiece(std::span<const std::int16_t> samples,
                                                          const SpeechHints& hints);
+  std::expected<std::string, std::string> inHalves(std::span<const std::int16_t> samples,
+                                                   const SpeechHints& hints);
   std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);
   /// The code of the language that is spoken.
   std::string languageOf(std::span<const float> samples);

@@ -20,6 +20,10 @@ constexpr int mostTokens = 220;
 constexpr int tokensPerSecond = 10;  // English has up to 5, Russian up to 7, a scrap of speech up to 8
 constexpr int tokenAllowance = 16;
 
+constexpr std::size_t frameSamples = 320;     // 20 ms
+constexpr double quietestSpeech = 0.05;       // of the loudest frame's amplitude: 26 dB below
+constexpr double leastTokensPerSecond = 1.5;  // slow English has 2; loud pauses count as speech here
+
 constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
 constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
 
@@ -91,6 +95,19 @@ int whisperWindow(std::size_t samples) {
 int whisperTokenLimit(std::size_t samples) {
   const double seconds = static_cast<double>(samples) / sampleRate;
   return std::min(mostTokens, tokenAllowance + static_cast<int>(seconds * tokensPerSecond));
+}
+
+int whisperTokenLeast(std::span<const std::int16_t> samples) {
+  std::vector<double> levels;
+  for (std::size_t begin = 0; begin + frameSamples <= samples.size(); begin += frameSamples) {
+    double sum = 0;
+    for (const auto sample : samples.subspan(begin, frameSamples)) sum += std::pow(sample, 2);
+    levels.push_back(std::sqrt(sum / frameSamples));
+  }
+  if (levels.empty()) return 0;
+  const double least = quietestSpeech * std::ranges::max(levels);
+  const auto frames = std::ranges::count_if(levels, [&](double level) { return level > least; });
+  return static_cast<int>(static_cast<double>(frames) / stepsPerSecond * leastTokensPerSecond);
 }
 
 std::size_t repetitionIn(std::string_view text) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,10 @@ int whisperWindow(std::size_t samples);
 /// More tokens than speech of this length has in any language written with an alphabet. The library has no
 /// room for more than 220.
 int whisperTokenLimit(std::size_t samples);
+
+/// Fewer tokens than the speech in these samples (16 kHz, mono) has in any language: the model ends its text
+/// now and then when a sentence ends, whatever comes after.
+int whisperTokenLeast(std::span<const std::int16_t> samples);
 
 /// Where text begins to say again what it has just said, as a model does that has lost its way: three or more
 /// words twice in a row, or one or two words four times; npos when it does not. The same letters over and
