@@ -45,7 +45,7 @@ enum class FeedFault {
 std::string_view sentence(FeedFault fault);
 
 /// Longest feed that is looked at.
-inline constexpr std::size_t largestFeed = 256 * 1'024;
+inline constexpr std::size_t largestFeed = std::size_t{256} * 1'024;
 
 /// Reads a feed: three lines, then a JSON document to the end.
 ///

@@ -130,7 +130,7 @@ class ModelSupervisor : public std::enable_shared_from_this<ModelSupervisor> {
   bool starting_ = false;
   bool failed_ = false;
   int failures_ = 0;  ///< processes in a row that have not answered anything
-  Instant notBefore_{};
+  Instant notBefore_;
   std::string diagnostic_ = "idle";
 
   SerialQueue queue_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <tuple>
 
 #include <fmt/format.h>
 
@@ -81,7 +82,7 @@ FileResult<void> writeNewFile(FileSystem& files, const std::filesystem::path& fi
   const auto descriptor = files.createNew(file);
   if (!descriptor) return std::unexpected(descriptor.error());
   auto written = writeAll(files, descriptor->get(), bytes);
-  if (!written) (void)files.remove(file);
+  if (!written) std::ignore = files.remove(file);
   return written;
 }
 
@@ -90,11 +91,11 @@ FileResult<void> replaceFile(FileSystem& files, const std::filesystem::path& fil
                              Durability durability) {
   const auto copy = temporaryPath(file);
   if (const auto written = writeCopy(files, copy, bytes, prepare, durability); !written) {
-    (void)removeIfPresent(files, copy);  // what stays is removed before the next write
+    std::ignore = removeIfPresent(files, copy);  // what stays is removed before the next write
     return written;
   }
   if (const auto renamed = files.rename(copy, file); !renamed) {
-    (void)removeIfPresent(files, copy);
+    std::ignore = removeIfPresent(files, copy);
     return renamed;
   }
   return durability == Durability::machine ? files.synchronizeFolder(file.parent_path()) : FileResult<void>();

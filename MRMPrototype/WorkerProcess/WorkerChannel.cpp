@@ -17,7 +17,7 @@ namespace murmel {
 
 namespace {
 
-constexpr std::size_t chunkSize = 64 * 1'024;  // what a pipe holds
+constexpr std::size_t chunkSize = std::size_t{64} * 1'024;  // what a pipe holds
 
 /// What `poll` is given for the time until `deadline`, in whole milliseconds. Nothing when it has come.
 std::optional<int> pollLimit(const Clock& clock, Instant deadline) {

@@ -23,7 +23,7 @@ constexpr const char* misunderstood = "The updater was told something that it do
 
 std::optional<std::string> readLine(int input) {
   LineSplitter lines(longestOrder);
-  std::array<char, 16 * 1'024> bytes{};
+  std::array<char, std::size_t{16} * 1'024> bytes{};
   while (true) {
     if (const auto line = lines.next())
       return line->tooLong ? std::nullopt : std::optional(std::string(line->text));
