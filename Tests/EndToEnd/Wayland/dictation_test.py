@@ -113,6 +113,7 @@ def has_key_ring():
 class Murmel:
     def __init__(self, build):
         assert until(has_key_ring, 60), "there is no key ring"
+        self.listed, self.complaint = 0, ""
         self.binary = f"{build}/bin/murmel"
         settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "MRM" / "defaults.json"
         settings.parent.mkdir(parents=True, exist_ok=True)
@@ -128,9 +129,18 @@ class Murmel:
 
     def texts(self):
         """What was dictated, the newest first."""
-        found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True)
-        self.complaint = found.stderr.strip()
-        return [entry["text"] for entry in json.loads(found.stdout or "[]")]
+        listed = []
+
+        def is_whole():
+            # A key ring that is busy does not give the key in time: then there is nothing to be seen for once.
+            found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True)
+            listed[:] = [entry["text"] for entry in json.loads(found.stdout or "[]")]
+            self.complaint = found.stderr.strip()
+            return len(listed) >= self.listed
+
+        until(is_whole, 30)
+        self.listed = len(listed)
+        return listed
 
     def quit(self):
         subprocess.run([self.binary, "quit"], check=False)
