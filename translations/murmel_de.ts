@@ -570,6 +570,10 @@
         <source>Delete All</source>
         <translation>Alles löschen</translation>
     </message>
+    <message>
+        <source>What is stored cannot be read now.</source>
+        <translation>Was gespeichert ist, lässt sich jetzt nicht lesen.</translation>
+    </message>
 </context>
 <context>
     <name>Keys</name>

@@ -574,6 +574,10 @@
         <source>Delete All</source>
         <translation>Удалить всё</translation>
     </message>
+    <message>
+        <source>What is stored cannot be read now.</source>
+        <translation>Сохранённое сейчас нельзя прочитать.</translation>
+    </message>
 </context>
 <context>
     <name>Keys</name>

@@ -160,8 +160,12 @@ void HistoryWindow::refresh() {
   off_->setText(services_.settings.historyEnabled() ? QString()
                                                     : tr("History is optional and off by default."));
   storage_->setText(storageWords(services_.history.trouble()));
-  empty_->setText(entries.empty() ? tr("No dictation is stored.") : tr("No dictation has these words."));
+  empty_->setText(!entries.empty()              ? tr("No dictation has these words.")
+                  : services_.history.trouble() ? tr("What is stored cannot be read now.")
+                                                : tr("No dictation is stored."));
+  const bool appear = body_->currentIndex() == 1 && model_.shownEntries() > 0;
   body_->setCurrentIndex(model_.shownEntries() > 0 ? 0 : 1);
+  if (appear && !search_->hasFocus()) list_->setFocus();  // once unlocked, say
   count_->setText(tr("%n dictation(s)", nullptr, model_.shownEntries()) + QStringLiteral(" · ") +
                   tr("%n word(s)", nullptr, model_.shownWords()));
   removeAll_->setEnabled(!entries.empty() ||
