@@ -3,6 +3,7 @@
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
+#include "Support/KeyringControl.h"
 
 namespace murmel::test {
 
@@ -48,6 +49,48 @@ TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
   // The newest first.
   expectOnceEach(entries->at(0).text.reveal(), {sevenOfClubs});
   expectOnceEach(entries->at(1).text.reveal(), {tenOfClubs});
+}
+
+TEST_F(DictationDesk, TheHistoryWindowShowsCopiesAndDeletesWhatTheKeyRingUnlocks) {
+  constexpr const char* historyIsInFront =
+      "xdotool getactivewindow getwindowname | grep -q '^Murmel History$'";
+  const auto tap = [this](std::uint8_t key) {
+    desk.user.press(key, true);
+    desk.user.press(key, false);
+    desk.loop.runFor(std::chrono::milliseconds(100));
+  };
+  constexpr std::uint8_t tab = 23;
+  constexpr std::uint8_t enter = 36;
+  constexpr std::uint8_t space = 65;
+  constexpr std::uint8_t control = 37;
+  constexpr std::uint8_t c = 54;
+  constexpr std::uint8_t deletion = 119;
+  settings(R"("settings.shortcut": "optionKey", "settings.historyEnabled": true)");
+  std::filesystem::remove(data() / "history.sealed");
+  start();
+  const auto editor = openEditor("spoken");
+  dictate(sevenOfClubs);
+  ASSERT_TRUE(waitForText(sevenOfClubs.word, "spoken")) << murmel->log();
+  quit();
+
+  keyringControl::lock();
+  start();
+  EXPECT_EQ(command("open-history"), 0);
+  ASSERT_TRUE(waitUntilCommand(historyIsInFront));
+  keyringControl::unlock();
+  for (int step = 0; step < 3; ++step) tap(tab);  // to the button that unlocks
+  tap(space);
+  EXPECT_TRUE(waitUntil([&] {
+    desk.user.press(control, true);
+    tap(c);
+    desk.user.press(control, false);
+    return DeliveryDesk::clipboardText().find(sevenOfClubs.word) != std::string::npos;
+  })) << murmel->log();
+  tap(deletion);
+  tap(tab);  // from the safe answer
+  tap(enter);
+  const auto list = std::string(MURMEL_EXECUTABLE) + " history list";
+  EXPECT_TRUE(waitUntilCommand(list + " | grep -q empty")) << outputOf(list);
 }
 
 }  // namespace murmel::test
