@@ -29,6 +29,14 @@ if(MURMEL_MOLD AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND CMAKE_CXX_COMPILER_ID S
   add_link_options(-fuse-ld=mold)
 endif()
 
+if(CMAKE_BUILD_TYPE MATCHES "^Rel" AND NOT MURMEL_SANITIZE)
+  # What is shipped: an overwritten stack or return address ends the process, and so does a copy beyond its target.
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    add_compile_options(-fcf-protection)
+  endif()
+endif()
+
 if(MURMEL_SANITIZE STREQUAL "THREAD")
   add_compile_options(-fsanitize=thread)
   add_link_options(-fsanitize=thread)

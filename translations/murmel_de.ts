@@ -1816,6 +1816,26 @@
         <translation>Auslagerung</translation>
     </message>
     <message>
+        <source>Confinement</source>
+        <translation>Abschottung</translation>
+    </message>
+    <message>
+        <source>No helper process sees your files, other programs or a network it has no business with.</source>
+        <translation>Kein Hilfsprozess sieht Ihre Dateien, andere Programme oder ein Netz, das ihn nichts angeht.</translation>
+    </message>
+    <message>
+        <source>No helper process reaches your files, other programs or a network it has no business with. They can see names of files: this system lets nobody make namespaces.</source>
+        <translation>Kein Hilfsprozess erreicht Ihre Dateien, andere Programme oder ein Netz, das ihn nichts angeht. Dateinamen können sie sehen: Dieses System lässt niemanden Namensräume anlegen.</translation>
+    </message>
+    <message>
+        <source>Helper processes are not confined: %1.</source>
+        <translation>Hilfsprozesse sind nicht abgeschottet: %1.</translation>
+    </message>
+    <message>
+        <source>Helper processes can reach what they should not (%1).</source>
+        <translation>Hilfsprozesse erreichen, was sie nicht sollten (%1).</translation>
+    </message>
+    <message>
         <source>It does not answer.</source>
         <translation>Keine Antwort.</translation>
     </message>

@@ -1820,6 +1820,26 @@
         <translation>Подкачка</translation>
     </message>
     <message>
+        <source>Confinement</source>
+        <translation>Изоляция</translation>
+    </message>
+    <message>
+        <source>No helper process sees your files, other programs or a network it has no business with.</source>
+        <translation>Ни один вспомогательный процесс не видит ваших файлов, других программ или сети, которая ему не нужна.</translation>
+    </message>
+    <message>
+        <source>No helper process reaches your files, other programs or a network it has no business with. They can see names of files: this system lets nobody make namespaces.</source>
+        <translation>Ни один вспомогательный процесс не достигает ваших файлов, других программ или сети, которая ему не нужна. Имена файлов они видят: эта система никому не даёт создавать пространства имён.</translation>
+    </message>
+    <message>
+        <source>Helper processes are not confined: %1.</source>
+        <translation>Вспомогательные процессы не изолированы: %1.</translation>
+    </message>
+    <message>
+        <source>Helper processes can reach what they should not (%1).</source>
+        <translation>Вспомогательные процессы достигают того, чего не должны (%1).</translation>
+    </message>
+    <message>
         <source>It does not answer.</source>
         <translation>Не отвечает.</translation>
     </message>

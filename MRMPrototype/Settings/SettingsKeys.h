@@ -49,6 +49,9 @@ inline constexpr std::string_view fnDefaultMigration = "settings.fnDefaultMigrat
 inline constexpr std::string_view smartLocalQwenMigration = "settings.smartLocalQwenMigration";
 inline constexpr std::string_view legacyPreferencesMigration = "migration.productionBundleIdentity.v1";
 
+/// Lets workers run where the system cannot keep them from the user's files.
+inline constexpr std::string_view allowUnconfinedWorkers = "security.allowUnconfinedWorkers";
+
 /// Read and written by the onboarding.
 inline constexpr std::string_view onboardingCompleted = "onboarding.completed";
 

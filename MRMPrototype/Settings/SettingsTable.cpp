@@ -64,6 +64,8 @@ std::vector<SettingRow> makeTable() {
       {historyRetention, Kind::choice, "forever", "how long entries of the history are kept",
        names<HistoryRetention>()},
       {automaticUpdateChecks, Kind::boolean, "false", "look for a new version once a day"},
+      {allowUnconfinedWorkers, Kind::boolean, "false",
+       "run helper processes also where the system cannot keep them from your files"},
   };
 }
 

@@ -1,6 +1,7 @@
 #include "Shell/CommandLineSpeech.h"
 
 #include "Foundation/Async/Timers.h"
+#include "Shell/Confinement.h"
 
 #include <thread>
 #include <utility>
@@ -24,6 +25,7 @@ Task<void> exitWith(Task<int> work) {
 CommandLineSpeech::CommandLineSpeech(Arguments arguments, const Installation& givenInstallation,
                                      const SpeechOptions& options)
     : application_(arguments.count, arguments.values),
+      launcher_(confinementPolicy(givenInstallation)),
       models_({executor, clock, log_, launcher_}, givenInstallation),
       storage_(
           executor, givenInstallation, [this](SmartLocalModel model) { return models_.readiness(model); },

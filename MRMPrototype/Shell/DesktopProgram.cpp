@@ -1,8 +1,8 @@
 #include "Platform/Linux/Journal/JournalLogSink.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Shell/Appearance.h"
+#include "Shell/Confinement.h"
 #include "Shell/MRMPrototypeApp.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
@@ -110,7 +110,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   QtExecutor executor;
   SystemClock clock;
   JournalLogSink log(JournalLogSink::Fallback::standardError);
-  LinuxProcessLauncher launcher;
+  LinuxProcessLauncher launcher(confinementPolicy(installation));
   const ProcessServices process{executor, clock, log, launcher};
   const auto desktop = connectToDesktop(plan, {.process = process,
                                                .installation = installation,

@@ -1,7 +1,6 @@
 #include "Interface/PlatformWords.h"
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
@@ -13,6 +12,7 @@
 #include "Settings/SettingsKeys.h"
 #include "Settings/SettingsMigrations.h"
 #include "Shell/Checks/Checks.h"
+#include "Shell/Confinement.h"
 #include "Shell/FluidAudioRecognition.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
@@ -113,6 +113,7 @@ class Doctor {
         .recognition = recognition_,
         .smartModels = models_.smart,
         .secrets = secrets_,
+        .launcher = launcher_,
         .shortcut = [this] { return settingsMigration::shortcut(settings_, installation_.channel); },
         .smartFormatting = [this] { return settings_.boolean(settingsKey::smartFormatting, false); },
     };
@@ -123,7 +124,7 @@ class Doctor {
   QtExecutor executor_;
   SystemClock clock_;
   JournalLogSink log_{JournalLogSink::Fallback::none};
-  LinuxProcessLauncher launcher_;
+  LinuxProcessLauncher launcher_{confinementPolicy(installation_)};
   ProcessServices process_{executor_, clock_, log_, launcher_};
   SerialQueue queue_{executor_, "murmel-doctor"};
   SecretServiceStore secrets_;

@@ -116,6 +116,7 @@ CheckedServices MRMPrototypeApp::checkedServices(const SessionFacts& session) {
       .recognition = speech_.recognition,
       .smartModels = models_.smart,
       .secrets = storage_.secrets,
+      .launcher = process_.launcher,
       .shortcut = [this] { return storage_.settings.shortcut(); },
       .smartFormatting = [this] { return storage_.settings.smartFormatting(); },
       .perform = [this](IntelCommand command) { perform(command); },

@@ -2,8 +2,8 @@
 #include "Models/ModelDownloadProbe.h"
 #include "Models/ModelsCommand.h"
 #include "Models/SpeechModels.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Shell/Confinement.h"
 #include "Shell/LocalRuntimes.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
@@ -47,7 +47,7 @@ void allowInterrupts() {
 int runModels(Arguments arguments, const Installation& installation, const ModelsRole& role) {
   const QCoreApplication application(arguments.count, arguments.values);
   QtExecutor executor;
-  LinuxProcessLauncher launcher;
+  LinuxProcessLauncher launcher(confinementPolicy(installation));
   std::optional<ModelDownloadClient> client;
   if (auto configuration = downloaderConfiguration(installation)) {
     client.emplace(executor, launcher, *std::move(configuration));
@@ -79,7 +79,7 @@ int runModelDownloadProbe(Arguments arguments, const Installation& installation)
     return ModelDownloadProbe::failed;
   }
   QtExecutor executor;
-  LinuxProcessLauncher launcher;
+  LinuxProcessLauncher launcher(confinementPolicy(installation));
   ModelDownloadProbe probe(executor, launcher, *std::move(configuration), installation.folders.temporary);
   executor.post([&] {
     probe.run([](ModelDownloadProbe::Status status, const std::string& line) {

@@ -1,7 +1,7 @@
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Shell/Confinement.h"
 #include "Shell/InstanceLock.h"
 #include "Shell/InterruptSignal.h"
 #include "Shell/Programs.h"
@@ -117,7 +117,7 @@ int runUpdate(Arguments arguments, const Installation& installation, const Updat
     lock = *std::move(taken);
   }
   SystemClock clock;
-  LinuxProcessLauncher launcher;
+  LinuxProcessLauncher launcher(confinementPolicy(installation));
   PosixFileSystem files;
   DirectUpdater updater(updaterConfiguration(installation), {.executor = executor,
                                                              .clock = clock,

@@ -5,6 +5,8 @@
 #include "Platform/Linux/Confinement/Landlock.h"
 
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <optional>
 
 #include <fcntl.h>
@@ -12,6 +14,7 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace murmel::worker {
 
@@ -30,6 +33,20 @@ bool isRefused(int result) {
 bool refusesConnections() {
   return isRefused(::socket(AF_INET, SOCK_STREAM, 0)) && isRefused(::socket(AF_INET6, SOCK_STREAM, 0)) &&
          isRefused(::socket(AF_UNIX, SOCK_STREAM, 0));
+}
+
+/// Harmless where it succeeds: no signal, to the own group; a program without the memory for its arguments.
+bool refusesProcesses() {
+  char* const none[] = {nullptr};
+  const bool refusesPrograms =
+      ::execve("/bin/true", none, reinterpret_cast<char* const*>(1)) != 0 && errno != EFAULT;
+  return refusesPrograms && ::kill(0, 0) != 0 && errno == EPERM;
+}
+
+bool refusesFiles() {
+  const UniqueDescriptor root(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const UniqueDescriptor users(::open("/etc/passwd", O_RDONLY | O_CLOEXEC));
+  return !root && !users;
 }
 
 bool refusesCode() {
@@ -61,13 +78,22 @@ std::expected<void, std::string> isolate(const std::filesystem::path& readable) 
 std::expected<void, std::string> closeDoors() {
   constexpr rlimit none{0, 0};
   const auto program = confinement::readyWorker();
-  if (::setrlimit(RLIMIT_NOFILE, &none) != 0 || !impose(program) || !refusesConnections() || !refusesCode())
+  if (::setrlimit(RLIMIT_NOFILE, &none) != 0 || !impose(program) || !refusesConnections() ||
+      !refusesProcesses() || !refusesFiles() || !refusesCode())
     return notIsolated();
   return {};
 }
 
+std::expected<void, std::string> provedConfined(bool connects) {
+  if (std::getenv("MURMEL_UNCONFINED") != nullptr)
+    return {};  // NOLINT(concurrency-mt-unsafe): there is one thread
+  if (refusesFiles() && refusesProcesses() && (connects || refusesConnections())) return {};
+  return std::unexpected(std::string("This process is not confined and does nothing."));
+}
+
 std::expected<void, std::string> keepConnections() {
-  if (!impose(confinement::connectedKeeper()) || !refusesConnections() || !refusesCode())
+  if (!impose(confinement::connectedKeeper()) || !refusesConnections() || !refusesProcesses() ||
+      !refusesFiles() || !refusesCode())
     return notIsolated();
   return {};
 }

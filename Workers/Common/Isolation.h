@@ -15,6 +15,10 @@ std::expected<void, std::string> isolate(const std::filesystem::path& readable);
 /// executable any more. Proves that it holds by trying. Call when everything is loaded.
 std::expected<void, std::string> closeDoors();
 
+/// Whether this process, from its start on, is held to what it may do; tried. `connects`: connections are
+/// what it is for. The error is for the user; nothing is asked of a process that is known to be unconfined.
+std::expected<void, std::string> provedConfined(bool connects);
+
 /// The keeper of the clipboard gives up everything but messages on the connections that it has.
 std::expected<void, std::string> keepConnections();
 

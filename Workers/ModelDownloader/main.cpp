@@ -1,4 +1,5 @@
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
+#include "Workers/Common/Isolation.h"
 #include "Workers/ModelDownloader/Downloader.h"
 #include "Workers/ModelDownloader/Report.h"
 
@@ -14,6 +15,10 @@ int main(int count, char** arguments) {
   const auto options = downloader::Options::parse({arguments + 1, arguments + count});
   if (!options) {
     std::fputs(downloader::lineFor(downloader::FatalReport{options.error()}).c_str(), stdout);
+    return 2;
+  }
+  if (const auto confined = worker::provedConfined(/*connects=*/true); !confined) {
+    std::fputs(downloader::lineFor(downloader::FatalReport{confined.error()}).c_str(), stdout);
     return 2;
   }
   std::vector<ApprovedModelDownload> manifest(MRMDownloadManifest::all.begin(),

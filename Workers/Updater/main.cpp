@@ -1,4 +1,5 @@
 #include "Foundation/Async/Clock.h"
+#include "Workers/Common/Isolation.h"
 #include "Workers/ModelDownloader/StoreFolder.h"
 #include "Workers/Updater/FeedFetch.h"
 #include "Workers/Updater/InstallationFolder.h"
@@ -62,6 +63,9 @@ int main(int count, char** arguments) {
     report.failed(options.error());
     return 2;
   }
+  const bool connects = options->task == UpdaterTask::feed || options->task == UpdaterTask::download;
+  if (const auto confined = worker::provedConfined(connects); !confined)
+    return report.failed(confined.error()), 1;
   if (options->task == UpdaterTask::feed) {
     const auto feed = fetchFeed(*options, STDIN_FILENO);
     if (!feed) return report.failed(feed.error()), 1;

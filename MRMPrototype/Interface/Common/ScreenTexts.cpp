@@ -332,6 +332,11 @@ constexpr auto texts = std::to_array<ScreenText>({
 
     // More of what was tried.
     same(QT_TRANSLATE_NOOP("Messages", "Swap")),
+    same(QT_TRANSLATE_NOOP("Messages", "Confinement")),
+    same(QT_TRANSLATE_NOOP("Messages", "No helper process sees your files, other programs or a network it has no business with.")),
+    same(QT_TRANSLATE_NOOP("Messages", "No helper process reaches your files, other programs or a network it has no business with. They can see names of files: this system lets nobody make namespaces.")),
+    same(QT_TRANSLATE_NOOP("Messages", "Helper processes are not confined: %1."), text),
+    same(QT_TRANSLATE_NOOP("Messages", "Helper processes can reach what they should not (%1)."), text),
     same(QT_TRANSLATE_NOOP("Messages", "It does not answer.")),
     same(QT_TRANSLATE_NOOP("Messages", "Formatting is on.")),
     same(QT_TRANSLATE_NOOP("Messages", "Formatting is off.")),

@@ -6,6 +6,7 @@
 #include "Platform/AudioInput.h"
 #include "Platform/DesktopProbe.h"
 #include "Platform/MicrophoneAuthorization.h"
+#include "Platform/ProcessLauncher.h"
 #include "Platform/SecretStore.h"
 #include "Recognition/TranscriptionProviderFactory.h"
 #include "Shell/Checks/CheckRunner.h"
@@ -38,6 +39,7 @@ struct CheckedServices {
   TranscriptionProviderFactory& recognition;
   SmartModelManager& smartModels;
   SecretStore& secrets;
+  ProcessLauncher& launcher;
   std::function<ShortcutConfiguration()> shortcut;
   std::function<bool()> smartFormatting;
   /// Carries out the command that leads to a cure; empty where nobody can.
@@ -66,6 +68,7 @@ Task<CheckResult> checkMicrophone(CheckedServices services);
 Task<CheckResult> checkKeyRing(CheckedServices services);
 Task<CheckResult> checkFolders(CheckedServices services);
 Task<CheckResult> checkSwap(CheckedServices services);
+Task<CheckResult> checkConfinement(CheckedServices services);
 Task<CheckResult> checkRefiners(CheckedServices services);
 
 }  // namespace murmel

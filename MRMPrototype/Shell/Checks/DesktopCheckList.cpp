@@ -132,6 +132,7 @@ std::vector<CheckDefinition> desktopChecks(const CheckedServices& services) {
       {"key-ring", "Key ring", with(&checkKeyRing)},
       {"folders", "Files", with(&checkFolders)},
       {"swap", "Swap", with(&checkSwap)},
+      {"confinement", "Confinement", with(&checkConfinement)},
       {"refiners", "Formatting", with(&checkRefiners)},
       {"session-bus", "Session bus", with(&checkBus)},
       {"tray", "Tray", with(&checkTray)},

@@ -199,6 +199,6 @@ TEST_F(Confinement, IsNotClaimedWithoutLandlock) {
   const auto refused = strict.launch({escapingChild(), {}, {}});
   ASSERT_FALSE(refused.has_value());
   EXPECT_THAT(refused.error(), HasSubstr("security.allowUnconfinedWorkers"));
-  LinuxProcessLauncher lenient({.allowsUnconfined = true, .newestLandlock = 0});
+  LinuxProcessLauncher lenient({.allowsUnconfined = [] { return true; }, .newestLandlock = 0});
   EXPECT_TRUE(lenient.launch({escapingChild(), {}, {}}).has_value());
 }

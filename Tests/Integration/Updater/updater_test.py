@@ -306,7 +306,8 @@ class UpdaterTest(unittest.TestCase):
                  "sha256": hashlib.sha256(self.archive.read_bytes()).hexdigest()}
         command = [*wrapper, CURRENT / "lib/murmel/Workers/mrm-updater", task, "--root", ROOT,
                    *environment["MURMEL_UPDATER_ARGUMENTS"].split()]
-        with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as process:
+        # Not confined, for it is not started by the launcher.
+        with subprocess.Popen(command, env=os.environ | {"MURMEL_UNCONFINED": "1"}, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as process:
             process.stdin.write(json.dumps(order) + "\n")
             process.stdin.flush()  # and kept open: its end means that nobody wants the update any more
             return process.stdout.read()

@@ -174,6 +174,8 @@ std::expected<std::unique_ptr<ChildProcess>, std::string> LinuxProcessLauncher::
   std::vector<std::string> arguments{request.executable.string()};
   arguments.insert(arguments.end(), request.arguments.begin(), request.arguments.end());
   auto environment = request.environment;
+  // Else it would find out by itself, and refuse.
+  if (!sandbox->hasLandlock) environment.emplace_back("MURMEL_UNCONFINED=1");
   const auto argumentPointers = pointers(arguments);
   const auto environmentPointers = pointers(environment);
   ChildSetup setup{

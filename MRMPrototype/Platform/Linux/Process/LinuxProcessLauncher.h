@@ -3,14 +3,17 @@
 #include "Platform/ProcessLauncher.h"
 
 #include <atomic>
+#include <functional>
+#include <utility>
 
 namespace murmel {
 
 /// How far children are confined.
 struct ConfinementPolicy {
-  bool allowsUnconfined = false;  ///< starts children where the system cannot hide files from them, too
-  int newestLandlock = 99;        ///< newer versions are not used; 0: as if there were none
-  bool usesNamespaces = true;     ///< where the system lets an ordinary user make them
+  /// Whether children start also where the system cannot hide files from them; asked only there.
+  std::function<bool()> allowsUnconfined{};
+  int newestLandlock = 99;     ///< newer versions are not used; 0: as if there were none
+  bool usesNamespaces = true;  ///< where the system lets an ordinary user make them
 };
 
 /// Starts children so that nothing of this process leaks into them: no descriptor, no variable, no signal
@@ -22,7 +25,7 @@ struct ConfinementPolicy {
 /// /proc/<pid>/exe could not be read otherwise. Programs only, no scripts.
 class LinuxProcessLauncher final : public ProcessLauncher {
  public:
-  explicit LinuxProcessLauncher(ConfinementPolicy policy = {}) : policy_(policy) {}
+  explicit LinuxProcessLauncher(ConfinementPolicy policy = {}) : policy_(std::move(policy)) {}
 
   std::expected<std::unique_ptr<ChildProcess>, std::string> launch(const ProcessRequest& request) override;
 

@@ -104,7 +104,7 @@ std::expected<PreparedSandbox, std::string> PreparedSandbox::of(const ProcessReq
   const std::unexpected<std::string> cannot("cannot confine the process");
   const auto readable = allReadable(request.sandbox);
   const int version = std::min(confinement::landlockVersion(), policy.newestLandlock);
-  if (version < 1 && !policy.allowsUnconfined)
+  if (version < 1 && !(policy.allowsUnconfined && policy.allowsUnconfined()))
     return std::unexpected(
         "this system cannot keep it from the user's files (Landlock is missing); "
         "“murmel settings set security.allowUnconfinedWorkers true” lets it run all the same");
