@@ -1,3 +1,4 @@
+#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Support/DictationRig.h"
 #include "Support/FileAudioInput.h"
@@ -50,7 +51,7 @@ std::vector<std::uint8_t> naturalSpeech(double seconds) {
 class Bench {
  public:
   Bench(double seconds, FileAudioInput::Pace pace)
-      : recognition_(executor_, clock_, trustedWorker(MURMEL_ECHO_WORKER, folder_.path())),
+      : recognition_(executor_, clock_, launcher_, trustedWorker(MURMEL_ECHO_WORKER, folder_.path())),
         rig(executor_, clock_, recognition_, folder_.write("speech.wav", naturalSpeech(seconds)), pace) {
     dictate();  // the worker is started, the memory is there
   }
@@ -76,6 +77,7 @@ class Bench {
   QtExecutor executor_;
   SystemClock clock_;
   TemporaryFolder folder_;
+  LinuxProcessLauncher launcher_;
   WorkerRecognition recognition_;
 
  public:

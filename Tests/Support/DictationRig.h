@@ -10,7 +10,7 @@
 #include "Platform/Fake/FakeSecureInput.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/FakeWorkspace.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Platform/ProcessLauncher.h"
 #include "Recognition/FluidAudioProvider.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/DictationFakes.h"
@@ -28,11 +28,12 @@
 
 namespace murmel::test {
 
-/// Recognises with a worker of the test's, started through the real launcher and kept.
+/// Recognises with a worker of the test's, started through a real launcher and kept.
 class WorkerRecognition final : public TranscriptionProviderFactory {
  public:
-  WorkerRecognition(Executor& executor, const Clock& clock, SpeechWorkerConfiguration configuration)
-      : executor_(executor), clock_(clock), configuration_(std::move(configuration)) {}
+  WorkerRecognition(Executor& executor, const Clock& clock, ProcessLauncher& launcher,
+                    SpeechWorkerConfiguration configuration)
+      : executor_(executor), clock_(clock), launcher_(launcher), configuration_(std::move(configuration)) {}
 
   Result<std::shared_ptr<TranscriptionProvider>> make(std::function<void(bool)> warmupCompletion) override {
     const FluidAudioProvider::Services services{executor_, clock_, launcher_};
@@ -44,7 +45,7 @@ class WorkerRecognition final : public TranscriptionProviderFactory {
  private:
   Executor& executor_;
   const Clock& clock_;
-  LinuxProcessLauncher launcher_;
+  ProcessLauncher& launcher_;
   SpeechWorkerConfiguration configuration_;
 };
 

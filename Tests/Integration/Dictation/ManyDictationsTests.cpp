@@ -3,6 +3,7 @@
 #include "Support/FileAudioInput.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessTraces.h"
+#include "Support/RoomyLauncher.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -42,7 +43,9 @@ TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
   TemporaryFolder model;
   model.write("script", bytesOf("ready\nserve\n"));
   ManualExecutor executor;
-  WorkerRecognition recognition(executor, executor, trustedWorker(MURMEL_SCRIPTED_WORKER, model.path()));
+  RoomyLauncher launcher(model.path());
+  WorkerRecognition recognition(executor, executor, launcher,
+                                trustedWorker(MURMEL_SCRIPTED_WORKER, model.path()));
   {
     DictationRig rig(executor, executor, recognition, "/usr/share/pocketsphinx/test/data/cards/001.wav",
                      FileAudioInput::Pace::asFastAsItCan);
