@@ -87,7 +87,8 @@ TEST_F(RealServer, FormatsForWhoHasTheKey) {
 TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
   ASSERT_TRUE(prepare()) << diagnostic();
   std::mt19937 numbers(1);
-  const auto misfortunes = std::to_array({SIGKILL, SIGSTOP, SIGTERM, SIGSEGV});
+  // Not SIGSEGV: the first process of a namespace ends of its own faults, not of such a signal from outside.
+  const auto misfortunes = std::to_array({SIGKILL, SIGSTOP, SIGTERM});
   for (std::size_t moment = 0; moment < 20; ++moment) {
     const auto signal = misfortunes[moment % misfortunes.size()];
     const auto delay = std::chrono::milliseconds(numbers() % 150);
