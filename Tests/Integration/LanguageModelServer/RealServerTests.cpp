@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <random>
 #include <thread>
+#include <vector>
 
 using namespace murmel;
 using namespace std::chrono_literals;
@@ -74,7 +75,7 @@ TEST_F(RealServer, FormatsForWhoHasTheKey) {
   for (const auto& entry : std::filesystem::directory_iterator(temporary.path()))
     if (entry.is_socket()) socket = entry.path();
   const auto status = [&](std::string_view path) {
-    const SecretBytes wrong(64);
+    const SecretBytes wrong(std::vector<std::uint8_t>(64, 'x'));
     const auto answer =
         LocalUnixHTTP(clock).request({socket, wrong, "GET", path, std::nullopt, 10s, server()});
     return answer ? answer->status : 0;
