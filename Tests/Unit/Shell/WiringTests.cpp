@@ -13,6 +13,7 @@
 #include "Shell/SettingsReactions.h"
 #include "Shell/ShortcutWiring.h"
 #include "Shell/StorageHealth.h"
+#include "Shell/StorageServices.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/Awaiting.h"
@@ -252,3 +253,39 @@ TEST(ShortcutWiring, TellsACompositorOfEachShortcutAndHearsWhatItSays) {
 }
 
 }  // namespace
+
+TEST(StorageWiring, DeletesWhatIsDueWhileNothingElseHappensAndWhenLessIsKept) {
+  ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);  // the user's own key ring is left alone
+  const TemporaryFolder folder;
+  ManualExecutor executor;
+  const auto information = informationOfThisBuild();
+  ASSERT_TRUE(information);
+  const ApplicationFolders folders{.executable = {},
+                                   .resources = {},
+                                   .configuration = folder.path(),
+                                   .data = folder.path(),
+                                   .temporary = folder.path()};
+  StorageServices storage(
+      executor, Installation::from(*information, folders, {}), [](SmartLocalModel) { return false; },
+      nullptr);
+  const auto keep = [&] {
+    HistoryEntry entry;
+    entry.id = Uuid::random();
+    entry.createdAt = historyDate(executor.wallNow());
+    storage.history.add(std::move(entry));
+  };
+  storage.settings.setHistoryRetention(HistoryRetention::fiveMinutes);
+  storage.follow(executor, executor);
+  keep();
+  executor.advance(299s);
+  EXPECT_EQ(storage.history.entries().size(), 1U);
+  executor.advance(2s);
+  EXPECT_EQ(storage.history.entries().size(), 0U);
+
+  storage.settings.setHistoryRetention(HistoryRetention::forever);
+  keep();
+  executor.advance(24h);
+  EXPECT_EQ(storage.history.entries().size(), 1U);
+  storage.settings.setHistoryRetention(HistoryRetention::fiveMinutes);
+  EXPECT_EQ(storage.history.entries().size(), 0U);
+}
