@@ -22,7 +22,7 @@ namespace {
 using murmel::UniqueDescriptor;
 
 bool opens(const char* path, int flags) {
-  return static_cast<bool>(UniqueDescriptor(::open(path, flags | O_CLOEXEC)));
+  return static_cast<bool>(UniqueDescriptor(::open(path, flags | O_CLOEXEC, S_IRUSR | S_IWUSR)));
 }
 
 bool hasSocket(int family) {
