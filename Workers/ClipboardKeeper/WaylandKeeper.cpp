@@ -28,13 +28,12 @@ class WaylandKeeper final : public Keeper {
   WaylandKeeper& operator=(const WaylandKeeper&) = delete;
 
   bool open() {
-    DataControlSelection::Observer clipboard{.read = [](const ClipboardRead&) {},
-                                             .changedByAnother =
-                                                 [this](std::int64_t) {
-                                                   if (serving_) ::eventfd_write(over_.get(), 1);
-                                                 }};
-    DataControlSelection::Observer primary{.read = [](const ClipboardRead&) {},
-                                           .changedByAnother = [](std::int64_t) {}};
+    SelectionObserver clipboard{.read = [](const ClipboardRead&) {},
+                                .changedByAnother =
+                                    [this](std::int64_t) {
+                                      if (serving_) ::eventfd_write(over_.get(), 1);
+                                    }};
+    SelectionObserver primary{.read = [](const ClipboardRead&) {}, .changedByAnother = [](std::int64_t) {}};
     device_ = DataControlDevice::open(loop_, clock_, std::move(clipboard), std::move(primary), nullptr);
     return device_ != nullptr;
   }

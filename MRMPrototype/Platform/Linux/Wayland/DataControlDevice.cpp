@@ -13,8 +13,8 @@ constexpr std::uint32_t versionWithPrimary = 2;
 }  // namespace
 
 std::unique_ptr<DataControlDevice> DataControlDevice::open(WaylandLoop& loop, const Clock& clock,
-                                                           DataControlSelection::Observer clipboard,
-                                                           DataControlSelection::Observer primary,
+                                                           SelectionObserver clipboard,
+                                                           SelectionObserver primary,
                                                            ClipboardKeeper* keeper) {
   auto& connection = loop.connection();
   std::unique_ptr<DataControlDevice> device(new DataControlDevice());

@@ -12,8 +12,7 @@ class DataControlDevice {
  public:
   /// Null where the compositor offers no clipboard to programs without a window.
   static std::unique_ptr<DataControlDevice> open(WaylandLoop& loop, const Clock& clock,
-                                                 DataControlSelection::Observer clipboard,
-                                                 DataControlSelection::Observer primary,
+                                                 SelectionObserver clipboard, SelectionObserver primary,
                                                  ClipboardKeeper* keeper);
 
   [[nodiscard]] DataControlSelection& clipboard() { return *clipboard_; }

@@ -100,7 +100,7 @@ struct DataControlSelection::Source {
 
 DataControlSelection::DataControlSelection(WaylandLoop& loop, zwlr_data_control_manager_v1* manager,
                                            zwlr_data_control_device_v1* device, Kind kind, const Clock& clock,
-                                           Observer observer, ClipboardKeeper* keeper)
+                                           SelectionObserver observer, ClipboardKeeper* keeper)
     : loop_(loop),
       manager_(manager),
       device_(device),

@@ -2,6 +2,7 @@
 
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/Linux/Clipboard/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/SelectionPasteboard.h"
 #include "Platform/Linux/Wayland/WaylandLoop.h"
 
 #include <cstdint>
@@ -20,10 +21,6 @@ namespace murmel {
 /// what others offer, and its contents while they are ours. On the loop's thread.
 class DataControlSelection {
  public:
-  struct Observer {
-    std::function<void(const ClipboardRead&)> read;
-    std::function<void(std::int64_t changeCount)> changedByAnother;
-  };
   enum class Kind { clipboard, primary };
 
   /// What somebody offers: the forms, and where they are to be had.
@@ -34,8 +31,8 @@ class DataControlSelection {
 
   /// `keeper`, if any, is told what is served, and outlives this.
   DataControlSelection(WaylandLoop& loop, zwlr_data_control_manager_v1* manager,
-                       zwlr_data_control_device_v1* device, Kind kind, const Clock& clock, Observer observer,
-                       ClipboardKeeper* keeper = nullptr);
+                       zwlr_data_control_device_v1* device, Kind kind, const Clock& clock,
+                       SelectionObserver observer, ClipboardKeeper* keeper = nullptr);
   ~DataControlSelection();
   DataControlSelection(const DataControlSelection&) = delete;
   DataControlSelection& operator=(const DataControlSelection&) = delete;
@@ -77,7 +74,7 @@ class DataControlSelection {
   zwlr_data_control_device_v1* device_;
   Kind kind_;
   const Clock& clock_;
-  Observer observer_;
+  SelectionObserver observer_;
   ClipboardKeeper* keeper_;
 
   std::int64_t changeCount_ = 1;

@@ -26,7 +26,7 @@ std::optional<std::uint8_t> firstXFixesEvent(X11Connection& connection) {
 }
 
 X11Selection::X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock,
-                           std::string name, Observer observer, ClipboardKeeper* keeper)
+                           std::string name, SelectionObserver observer, ClipboardKeeper* keeper)
     : loop_(loop),
       connection_(loop.connection()),
       sender_(sender),

@@ -2,6 +2,7 @@
 
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/Linux/Clipboard/ClipboardKeeper.h"
+#include "Platform/Linux/Clipboard/SelectionPasteboard.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
@@ -25,14 +26,9 @@ std::optional<std::uint8_t> firstXFixesEvent(X11Connection& connection);
 /// own it, which it serves to those for whom they are meant. On the event loop's thread.
 class X11Selection {
  public:
-  struct Observer {
-    std::function<void(const ClipboardRead&)> read;
-    std::function<void(std::int64_t changeCount)> changedByAnother;
-  };
-
   /// `keeper`, if any, is told what is served, and outlives this.
   X11Selection(X11EventLoop& loop, X11IncrementalSender& sender, const Clock& clock, std::string name,
-               Observer observer, ClipboardKeeper* keeper = nullptr);
+               SelectionObserver observer, ClipboardKeeper* keeper = nullptr);
 
   /// What stands on the selection, after everything that the server has told so far and a round trip to it.
   struct Standing {
@@ -82,7 +78,7 @@ class X11Selection {
   X11IncrementalSender& sender_;
   const Clock& clock_;
   std::string name_;
-  Observer observer_;
+  SelectionObserver observer_;
   ClipboardKeeper* keeper_;
   xcb_atom_t atom_;
   xcb_window_t window_;
