@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Whole dictations on a Wayland desktop: the shortcut is held on the user's keyboard, a recording is played into the
-microphone, and the words arrive in real applications, once, with the clipboard as it was.
+"""Whole dictations on a desktop: the shortcut is held on the user's keyboard, a recording is played into the microphone, and
+the words arrive in real applications, once, with the clipboard as it was.
 
 usage: dictation_test.py BUILD [--count N] [--programs NAME,…] [--held]
-Runs in `private-session --sway|--kwin|--gnome --xwayland --pulse`. A program that does not run is a failure."""
+Runs in `private-session --sway|--kwin|--gnome --xwayland --pulse --keyring`, or with --wm in their stead to compare with X11. A
+program that does not run is a failure."""
 import argparse
 import http.server
 import json
@@ -16,15 +17,18 @@ import sys
 import threading
 import time
 
+from gi.repository import Gio, GLib
+
 HERE = pathlib.Path(__file__).parent
 SESSION = pathlib.Path(os.environ["MURMEL_SESSION_DIRECTORY"])
 CONTROL, SPACE, SHIFT = 29, 57, 42
+DIGITS = {key: str((key - 1) % 10) for key in range(2, 12)}
 RECORDING = "/usr/share/pocketsphinx/test/data/cards/001.wav"
-GNOME = os.environ["XDG_CURRENT_DESKTOP"] == "GNOME"
-KWIN = os.environ["XDG_CURRENT_DESKTOP"] == "KDE"
+DESKTOP = os.environ.get("XDG_CURRENT_DESKTOP", "X11")
+GNOME, KWIN, X11 = (DESKTOP == name for name in ("GNOME", "KDE", "X11"))
 PAGE = b"""<!doctype html><meta charset=utf-8><textarea autofocus style="width:90%;height:300px"></textarea><script>
-const t=document.querySelector('textarea');t.focus();
-t.addEventListener('input',()=>fetch('/',{method:'POST',body:t.value}));</script>"""
+const t=document.querySelector('textarea');t.focus();let last=Promise.resolve();
+t.addEventListener('input',()=>{const body=t.value;last=last.then(()=>fetch('/',{method:'POST',body}))});</script>"""
 
 
 def until(condition, seconds=20):
@@ -41,6 +45,11 @@ def succeeds(*command):
 
 
 def keys(*lines):
+    if X11:
+        words = [line.split() for line in lines]
+        subprocess.run(["xdotool", *(word for what, key in words
+                                     for word in ({"tap": "key"}.get(what, "key" + what), str(int(key) + 8)))], check=True)
+        return
     with open(os.environ["MURMEL_KEYBOARD"], "w") as keyboard:
         keyboard.write("\n".join(lines) + "\n")
 
@@ -75,14 +84,14 @@ def program(name, build, file):
     """Command and environment of a program that writes what it is given to the file."""
     qt = [f"{build}/tests/qt-editor", str(file)]
     return {
-        "gtk3": lambda: (["python3", str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "wayland"}),
-        "gtk4": lambda: (["python3", str(HERE / "editor.py"), "4", str(file)],
+        "gtk3": lambda: ([sys.executable, str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "wayland"}),
+        "gtk4": lambda: ([sys.executable, str(HERE / "editor.py"), "4", str(file)],
                          {"GDK_BACKEND": "wayland", "GSK_RENDERER": "cairo"}),
         "qt6": lambda: (qt, {"QT_QPA_PLATFORM": "wayland"}),
-        # KWin gives a screen without a size, which foot cannot be shown on.
-        "terminal": lambda: ((["xfce4-terminal", "--disable-server", "-x"] if KWIN else ["foot"]) +
-                             ["sh", "-c", f"stty raw -echo; exec cat >'{file}'"], {"GDK_BACKEND": "wayland"}),
-        "x11": lambda: (["python3", str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "x11"}),
+        # KWin gives a screen without a size in millimetres, by which foot divides.
+        "terminal": lambda: ((["konsole", "--nofork", "-e"] if KWIN else ["foot"]) +
+                             ["sh", "-c", f"stty raw -echo; exec cat >'{file}'"], {"QT_QPA_PLATFORM": "wayland"}),
+        "x11": lambda: ([sys.executable, str(HERE / "editor.py"), "3", str(file)], {"GDK_BACKEND": "x11"}),
         "chromium": lambda: (["chromium", "--no-sandbox", "--ozone-platform=wayland", "--disable-gpu", "--no-first-run",
                               "--password-store=basic", f"--user-data-dir={SESSION}/chromium",
                               f"--app={Page(file).address}"], {}),
@@ -94,8 +103,8 @@ class Clipboard:
 
     def __init__(self):
         self.bytes = b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 4000
-        self.copy = ["xclip", "-selection", "clipboard", "-t", "image/png"] if GNOME else ["wl-copy", "-t", "image/png"]
-        self.paste = [*self.copy, "-o"] if GNOME else ["wl-paste", "-n", "-t", "image/png"]
+        self.copy = ["xclip", "-selection", "clipboard", "-t", "image/png"] if GNOME or X11 else ["wl-copy", "-t", "image/png"]
+        self.paste = [*self.copy, "-o"] if GNOME or X11 else ["wl-paste", "-n", "-t", "image/png"]
         subprocess.run(self.copy, input=self.bytes, stdout=subprocess.DEVNULL, check=True)
 
     def is_as_it_was(self):
@@ -113,103 +122,116 @@ def has_key_ring():
 class Murmel:
     def __init__(self, build):
         assert until(has_key_ring, 60), "there is no key ring"
-        self.listed, self.complaint = 0, ""
         self.binary = f"{build}/bin/murmel"
         settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "MRM" / "defaults.json"
         settings.parent.mkdir(parents=True, exist_ok=True)
         settings.write_text(json.dumps({"onboarding.completed": True, "settings.shortcut": "controlSpace",
                                         "settings.historyEnabled": True}))
+        self.states, self.message = [], ""  # with the times at which they began
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged", None, "app.murmel.Dictation1",
+                                  Gio.DBusSignalFlags.NONE, self.hear)
+        threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
         self.log = SESSION / "murmel.log"
         self.process = subprocess.Popen([self.binary], stdout=self.log.open("w"), stderr=subprocess.STDOUT)
         assert until(lambda: succeeds(self.binary, "status"), 120), "Murmel does not start"
 
-    def is_listening(self):
-        streams = subprocess.run(["pactl", "list", "short", "source-outputs"], capture_output=True, text=True).stdout
-        return len(streams.splitlines()) > 1
+    def hear(self, _bus, _sender, _path, _interface, _signal, arguments):
+        values = arguments.unpack()[1]
+        self.message = values["Message"]
+        if not self.states or self.states[-1][1] != values["State"]:
+            self.states.append((time.monotonic(), values["State"]))
 
-    def texts(self):
-        """What was dictated, the newest first."""
-        listed = []
+    def since(self, start, state):
+        """When it began to be in the state, after a time."""
+        return next((began for began, what in list(self.states) if began >= start and what == state), None)
 
-        def is_whole():
-            # A key ring that is busy does not give the key in time: then there is nothing to be seen for once.
-            found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True)
-            listed[:] = [entry["text"] for entry in json.loads(found.stdout or "[]")]
-            self.complaint = found.stderr.strip()
-            return len(listed) >= self.listed
-
-        until(is_whole, 30)
-        self.listed = len(listed)
-        return listed
+    def newest(self):
+        """The newest of the texts that were dictated; empty when there is none."""
+        # A key ring that is busy does not give the key in time: then there is nothing to be seen for once.
+        found = subprocess.run([self.binary, "history", "list", "--json"], capture_output=True, text=True)
+        entries = json.loads(found.stdout or "[]")
+        return (entries[0]["id"], entries[0]["text"]) if entries else None
 
     def quit(self):
         subprocess.run([self.binary, "quit"], check=False)
         assert self.process.wait(60) == 0, self.log.read_text()
 
 
-def dictate(murmel, read, before, holds):
-    """What was written, and the seconds from the press to the open microphone and from the release to the text; or what
-    went wrong. The text is what the history has: how well it was recognised is no matter here."""
-    known = murmel.texts()
+def has_the_keyboard(read):
+    """Whether what is typed stands in the program in the end. The last key that was typed is the last that stands there."""
+    for key, digit in list(DIGITS.items()) * 3:
+        keys(f"tap {key}")
+        if until(lambda: read().endswith(digit), 2):
+            return True
+    return False
+
+
+def dictate(murmel, read, holds):
+    """The seconds from the press to the open microphone and from the release to the text; or what went wrong. The text is what
+    the history has: how well it was recognised is no matter here."""
+    before, known = read(), murmel.newest()
     pressed = time.monotonic()
     keys(f"down {CONTROL}", f"down {SPACE}")
-    if not until(murmel.is_listening, 60):
-        return None, "the microphone was not opened"
-    listening = time.monotonic() - pressed
-    subprocess.run(["paplay", "--latency-msec=100", "-d", "mic", RECORDING], check=True)
+    if not until(lambda: murmel.since(pressed, "listening"), 60):
+        keys(f"up {SPACE}", f"up {CONTROL}")
+        return None, f"the microphone was not opened: {murmel.states[-3:]} {murmel.message}"
+    listening = murmel.since(pressed, "listening") - pressed
+    subprocess.run(["paplay", "--latency-msec=20", "-d", "mic", RECORDING], check=True)
     released = time.monotonic()
     keys(f"up {SPACE}", f"up {CONTROL}", *([f"down {SHIFT}"] if holds else []))
+    # Nobody can let go of it in the user's stead on GNOME: the paste waits.
+    early = holds and GNOME and until(lambda: read() != before, 1)
     if holds and GNOME:
-        # Nobody can let go of it in the user's stead there: the paste waits.
-        time.sleep(1)
         keys(f"up {SHIFT}")
     came = until(lambda: read() != before, 60)
     took = time.monotonic() - released
-    entered = until(lambda: len(murmel.texts()) > len(known), 60)
-    if holds:
+    over = until(lambda: murmel.since(released, "delivered") or murmel.since(released, "ready"), 60)
+    if holds and not GNOME:
         keys(f"up {SHIFT}")
-    if not entered:
-        return None, f"the history has nothing new ({murmel.complaint}), and {read()!r} stands there"
-    text = murmel.texts()[0]
+    story = f"{[(round(at - released, 3), what) for at, what in murmel.states if at > released]} {murmel.message!r}"
+    if early or not over or not until(lambda: murmel.newest() != known, 30):
+        return None, f"early {early}, over {over}, {read()[len(before):]!r} stands there; {story}"
+    text = murmel.newest()[1]
     if not came or not until(lambda: read() == before + text, 20):
-        return None, f"not {before + text!r} stands there, but {read()!r}"
-    return (text, listening, took), None
+        return None, f"not {text!r} has come, but {read()[len(before):]!r}; {story}"
+    return (listening, took), None
 
 
 def run(name, murmel, build, count, holds):
-    clipboard = Clipboard()
     file = SESSION / f"{name}.txt"
     command, environment = program(name, build, file)
     log = (SESSION / f"{name}.log").open("w")
     process = subprocess.Popen(command, env={**os.environ, **environment}, stdout=log, stderr=log)
-    time.sleep(6 if name == "chromium" else 2)  # until it has a window and the keyboard: nothing tells
 
     def read():
         return file.read_text(errors="replace") if file.exists() else ""
 
-    good, times, faults, before = 0, [], [], ""
+    good, times, faults = 0, [], []
+    clipboard = Clipboard()
     for number in range(1, count + 1):
-        done, fault = dictate(murmel, read, before, holds and number % 2 == 0)
-        before = read()
-        if not fault and not until(clipboard.is_as_it_was, 30):
-            fault = "the clipboard is another"
+        if number == 1 and not has_the_keyboard(read):
+            faults.append(f"it takes no keys: {read()!r} {(SESSION / f'{name}.log').read_text()[-400:]}")
+            print(f"  {name} {faults[-1]}", flush=True)
+            break
+        done, fault = dictate(murmel, read, holds and number % 2 == 0)
+        if not until(clipboard.is_as_it_was, 30):
+            fault = f"{fault or ''} the clipboard is another"
+            clipboard = Clipboard()
         if process.poll() is not None:
             fault = f"the program has ended: {(SESSION / f'{name}.log').read_text()[-400:]}"
         if fault:
             faults.append(f"{number}: {fault}")
+            print(f"  {name} {faults[-1]}", flush=True)
         else:
             good += 1
-            times.append(done[1:])
-        if len(faults) > 3:
+            times.append(done)
+        if len(faults) > 5:
             break
-        time.sleep(0.2)
     process.send_signal(signal.SIGTERM)
     process.wait()
-    time.sleep(0.5)
     middle = [f"{statistics.median(column) * 1000:.0f}" for column in zip(*times)] or ["-", "-"]
     print(f"{name:10} {good:3} of {count:3}   press to listening {middle[0]} ms, release to text {middle[1]} ms", flush=True)
-    for fault in faults:
-        print(f"  {fault}", flush=True)
     return not faults
 
 
@@ -221,7 +243,6 @@ def main():
     parser.add_argument("--held", action="store_true", help="hold Shift at every second paste")
     options = parser.parse_args()
     murmel = Murmel(options.build)
-    time.sleep(1.5)
     results = [run(name, murmel, options.build, options.count, options.held)
                for name in options.programs.split(",")]
     murmel.quit()
