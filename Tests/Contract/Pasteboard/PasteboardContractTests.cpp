@@ -25,15 +25,15 @@ class PasteboardContract : public ::testing::Test {
   Registration changes;
 };
 
-using Desks = ::testing::Types<FakeDesk, X11Desk>;
+using Desks = ::testing::Types<FakeDesk, X11Desk, WaylandDesk>;
 TYPED_TEST_SUITE(PasteboardContract, Desks);
 
 TYPED_TEST(PasteboardContract, CapturesEverythingThatAnotherOffersAndGivesItBack) {
-  const auto contents = tenTypes();
+  const auto contents = TypeParam::withForms(tenTypes());
   this->desk.writeByAnother(contents);
   const auto captured = this->await(this->pasteboard.capture());
   EXPECT_TRUE(captured.complete);
-  ASSERT_TRUE(*captured.contents == contents);
+  ASSERT_TRUE(TypeParam::withForms(*captured.contents) == contents);
 
   ASSERT_TRUE(this->await(this->pasteboard.mrmReplace(oneText("words"))));
   EXPECT_EQ(this->desk.readByAnother("UTF8_STRING"), "words");
@@ -41,7 +41,8 @@ TYPED_TEST(PasteboardContract, CapturesEverythingThatAnotherOffersAndGivesItBack
   ASSERT_TRUE(this->await(this->pasteboard.mrmReplace(*captured.contents)));
   for (const auto& value : contents.items.front().values)
     EXPECT_TRUE(this->desk.readByAnother(value.type) == value.data) << value.type;
-  EXPECT_TRUE(*this->await(this->pasteboard.capture()).contents == contents) << "our own contents too";
+  EXPECT_TRUE(TypeParam::withForms(*this->await(this->pasteboard.capture()).contents) == contents)
+      << "our own contents too";
 }
 
 TYPED_TEST(PasteboardContract, AnEmptyClipboardIsCapturedAndRestoredAsEmpty) {
@@ -124,9 +125,11 @@ TYPED_TEST(PasteboardContract, GivesTheTextToOneProgramAloneUntilEverybodyIsServ
 
   this->await(this->pasteboard.mrmReplaceFor(this->desk.reader(), contents));
   EXPECT_EQ(this->desk.readByAnother("UTF8_STRING"), "words");
-  EXPECT_TRUE(this->desk.readByAnother("TARGETS"));
-  ASSERT_TRUE(this->waitUntil([&] { return this->seenReads.size() == 5; }));
-  EXPECT_EQ(this->seenReads.back().kind, ClipboardRead::Kind::listOfForms);
+  // On Wayland the compositor tells what there is.
+  const bool listsForms = this->desk.readByAnother("TARGETS").has_value();
+  EXPECT_EQ(listsForms, TypeParam::asksForForms);
+  ASSERT_TRUE(this->waitUntil([&] { return this->seenReads.size() == (listsForms ? 5U : 4U); }));
+  EXPECT_EQ(this->seenReads.back().kind == ClipboardRead::Kind::listOfForms, listsForms);
 }
 
 TYPED_TEST(PasteboardContract, CarriesOutWhatWasBegunWhenNobodyWaitsAnyMore) {

@@ -3,6 +3,7 @@
 #include "Foundation/Async/Scope.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Wayland/WaylandPasteboards.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Support/X11/ClipboardPeer.h"
 
@@ -40,6 +41,10 @@ class TaskRunner {
 /// The fake, and the other applications that it brings with it.
 class FakeDesk {
  public:
+  static constexpr bool asksForForms = true;
+  /// What is left of the contents on this desktop.
+  static ClipboardSnapshot withForms(ClipboardSnapshot contents) { return contents; }
+
   TaskRunner runner;
   FakePasteboard board{runner.executor, runner.executor};
 
@@ -52,6 +57,9 @@ class FakeDesk {
 /// The clipboard of a real X server, with other clients on connections of their own.
 class X11Desk {
  public:
+  static constexpr bool asksForForms = true;
+  static ClipboardSnapshot withForms(ClipboardSnapshot contents) { return contents; }
+
   X11Desk() {
     auto opened = X11Pasteboards::open(runner.executor, clock);
     if (!opened) throw std::runtime_error(opened.error());
@@ -74,6 +82,47 @@ class X11Desk {
     return value ? std::optional(value->data) : std::nullopt;
   }
   [[nodiscard]] DesktopClient reader() const { return otherReader.client(); }
+};
+
+/// The clipboard of a real compositor, with another client on a connection of its own.
+class WaylandDesk {
+ public:
+  static constexpr bool asksForForms = false;
+  /// Forms are names and bytes there. The other client knows its contents again by a form of its own.
+  static ClipboardSnapshot withForms(ClipboardSnapshot contents) {
+    for (auto& item : contents.items) {
+      std::erase_if(item.values, [](const auto& value) { return value.type.contains("murmel-offer"); });
+      for (auto& value : item.values) value = {value.type, value.data, "", 8};
+    }
+    return contents;
+  }
+
+  WaylandDesk() : other(open()) {
+    runner.await(other->general().mrmReplace({}));
+    boards = open();
+  }
+  ClipboardPasteboard& pasteboard() { return boards->general(); }
+  void writeByAnother(const ClipboardSnapshot& contents) {
+    if (!runner.await(other->general().mrmReplace(contents))) throw std::runtime_error("not written");
+  }
+  /// Who is refused a text is given an end without a beginning.
+  std::optional<std::string> readByAnother(const std::string& type) {
+    const auto value = runner.await(other->general().data(type));
+    return type == "UTF8_STRING" && value == "" ? std::nullopt : value;
+  }
+  [[nodiscard]] static DesktopClient reader() { return {::getpid(), 0}; }
+
+  TaskRunner runner;
+  SystemClock clock;
+  std::unique_ptr<WaylandPasteboards> other;
+  std::unique_ptr<WaylandPasteboards> boards;
+
+ private:
+  std::unique_ptr<WaylandPasteboards> open() {
+    auto opened = WaylandPasteboards::open(runner.executor, clock);
+    if (!opened) throw std::runtime_error(opened.error());
+    return *std::move(opened);
+  }
 };
 
 inline ClipboardSnapshot oneText(const std::string& text) {

@@ -1,3 +1,4 @@
+#include "Support/Wayland/SwayTargetDesk.h"
 #include "Support/X11/DesktopOfTargets.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +25,7 @@ class WorkspaceContract : public ::testing::Test {
   Registration subscription;
 };
 
-using Desks = ::testing::Types<FakeTargetDesk, X11TargetDesk>;
+using Desks = ::testing::Types<FakeTargetDesk, X11TargetDesk, SwayTargetDesk>;
 TYPED_TEST_SUITE(WorkspaceContract, Desks);
 
 TYPED_TEST(WorkspaceContract, NamesTheApplicationInFrontAndTellsOfSwitches) {
