@@ -71,14 +71,6 @@
         <translation>Erkennung</translation>
     </message>
     <message>
-        <source>Recognize while I speak</source>
-        <translation>Beim Sprechen erkennen</translation>
-    </message>
-    <message>
-        <source>Works on finished phrases during a dictation, so that the end comes sooner. From the next dictation.</source>
-        <translation>Verarbeitet fertige Sätze schon während des Diktats, damit das Ende schneller kommt. Ab dem nächsten Diktat.</translation>
-    </message>
-    <message>
         <source>Updates</source>
         <translation>Aktualisierungen</translation>
     </message>
@@ -161,6 +153,14 @@
     <message>
         <source>At most once a day. Nothing is downloaded or installed without your word.</source>
         <translation>Höchstens einmal am Tag. Ohne Ihr Wort wird nichts geladen oder installiert.</translation>
+    </message>
+    <message>
+        <source>Work ahead while I speak</source>
+        <translation>Beim Sprechen vorarbeiten</translation>
+    </message>
+    <message>
+        <source>Recognizes what you have said during a long dictation, so that the words come sooner after it. Nothing is inserted by this. From the next dictation.</source>
+        <translation>Erkennt schon während eines langen Diktats, was gesagt wurde, damit die Wörter danach schneller kommen. Eingefügt wird dadurch nichts. Ab dem nächsten Diktat.</translation>
     </message>
 </context>
 <context>
@@ -307,6 +307,14 @@
         <source>The full text of the license is not on this computer; it is at %1.</source>
         <translation>Der volle Text der Lizenz ist nicht auf diesem Computer; er steht unter %1.</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Taken from %1.</source>
+        <translation>Entnommen aus %1.</translation>
+    </message>
 </context>
 <context>
     <name>Dialogs</name>
@@ -338,10 +346,6 @@
         <translation>Murmel einrichten</translation>
     </message>
     <message>
-        <source>Later</source>
-        <translation>Später</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Zurück</translation>
     </message>
@@ -356,6 +360,14 @@
     <message>
         <source>Next</source>
         <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Finish Later</source>
+        <translation>Später fertigstellen</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>%1 verwenden</translation>
     </message>
 </context>
 <context>
@@ -405,14 +417,6 @@
         <translation>Beim Diktieren</translation>
     </message>
     <message>
-        <source>Insert while I speak</source>
-        <translation>Beim Sprechen einfügen</translation>
-    </message>
-    <message>
-        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. From the next dictation.</source>
-        <translation>Sucht nach frühestens 3 Sekunden eine Sprechpause und fügt dann erkannte und formatierte Sätze ein – nicht einzelne Wörter. Ab dem nächsten Diktat.</translation>
-    </message>
-    <message>
         <source>live insertion phrases</source>
         <translation>live einfügen sätze</translation>
     </message>
@@ -447,6 +451,14 @@
     <message>
         <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
         <translation>Ein kleiner Knopf, der ein Diktat beginnt. Ohne Tastenkürzel ist er immer da.</translation>
+    </message>
+    <message>
+        <source>Insert phrases while I speak</source>
+        <translation>Sätze beim Sprechen einfügen</translation>
+    </message>
+    <message>
+        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. A phrase pause is a short silence. From the next dictation.</source>
+        <translation>Sucht nach frühestens 3 Sekunden eine Sprechpause und fügt dann erkannte und formatierte Sätze ein – nicht einzelne Wörter. Eine Sprechpause ist eine kurze Stille. Ab dem nächsten Diktat.</translation>
     </message>
 </context>
 <context>
@@ -1928,10 +1940,6 @@
         <translation>KWin lässt nur installierte Programme Tasten drücken und sehen, welches Fenster aktiv ist. Installieren Sie das Paket von Murmel oder seine Desktop-Datei in ~/.local/share/applications, und starten Sie Murmel neu.</translation>
     </message>
     <message>
-        <source>GNOME tells programs which window is active through an extension only. Enable Murmel&apos;s with “gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.</source>
-        <translation>GNOME sagt Programmen nur über eine Erweiterung, welches Fenster aktiv ist. Schalten Sie die von Murmel nach der Installation mit „gnome-extensions enable murmel@app.murmel“ ein, und melden Sie sich neu an.</translation>
-    </message>
-    <message>
         <source>This desktop lets no program press keys or see which window is active.</source>
         <translation>Dieser Desktop lässt kein Programm Tasten drücken oder sehen, welches Fenster aktiv ist.</translation>
     </message>
@@ -1970,6 +1978,42 @@
     <message>
         <source>Hears US English alone; about 27 words in 100 are wrong, and it sets no punctuation.</source>
         <translation>Hört nur US-Englisch; etwa 27 von 100 Wörtern sind falsch, Satzzeichen setzt es nicht.</translation>
+    </message>
+    <message>
+        <source>GNOME tells programs which window is active through an extension only. Murmel&apos;s can be enabled in its setup; if GNOME does not know it yet, log in again.</source>
+        <translation>GNOME sagt Programmen nur über eine Erweiterung, welches Fenster aktiv ist. Die von Murmel lässt sich in der Einrichtung einschalten; kennt GNOME sie noch nicht, melden Sie sich neu an.</translation>
+    </message>
+    <message>
+        <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
+        <translation>%1 kann diese Taste nicht hören. Wählen Sie eine andere, zum Beispiel F10 oder Strg+Leertaste.</translation>
+    </message>
+    <message>
+        <source>%1 tells nobody when a modifier key alone is let go of. Choose a key with modifiers, Ctrl+Space for instance.</source>
+        <translation>%1 sagt niemandem, wann eine Umschalttaste allein losgelassen wird. Wählen Sie eine Taste mit Umschalttasten, zum Beispiel Strg+Leertaste.</translation>
+    </message>
+    <message>
+        <source>sway tells nobody when a modifier key is let go of. Choose a key with modifiers, Ctrl+Space for instance.</source>
+        <translation>sway sagt niemandem, wann eine Umschalttaste losgelassen wird. Wählen Sie eine Taste mit Umschalttasten, zum Beispiel Strg+Leertaste.</translation>
+    </message>
+    <message>
+        <source>KDE&apos;s service for global shortcuts does not answer.</source>
+        <translation>KDEs Dienst für globale Tastenkürzel antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>KDE or another program has this shortcut. Choose another one, or take it away there in the system settings.</source>
+        <translation>KDE oder ein anderes Programm hat dieses Kürzel. Wählen Sie ein anderes, oder nehmen Sie es dort in den Systemeinstellungen weg.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s settings daemon, which listens for shortcuts, is not installed. Enable Murmel&apos;s extension instead.</source>
+        <translation>GNOMEs Einstellungsdienst, der auf Tastenkürzel hört, ist nicht installiert. Schalten Sie stattdessen die Erweiterung von Murmel ein.</translation>
+    </message>
+    <message>
+        <source>KWin does not let this program press keys.</source>
+        <translation>KWin lässt dieses Programm keine Tasten drücken.</translation>
+    </message>
+    <message>
+        <source>KWin does not tell this program of its windows.</source>
+        <translation>KWin sagt diesem Programm nichts von seinen Fenstern.</translation>
     </message>
 </context>
 <context>
@@ -2167,10 +2211,6 @@
         <translation>Sprachmodelle</translation>
     </message>
     <message>
-        <source>Models run on this computer. Every file is compared with its known digest before it is used.</source>
-        <translation>Modelle laufen auf diesem Computer. Jede Datei wird vor Gebrauch mit ihrer bekannten Prüfsumme verglichen.</translation>
-    </message>
-    <message>
         <source>Speech recognition</source>
         <translation>Spracherkennung</translation>
     </message>
@@ -2189,6 +2229,22 @@
     <message>
         <source>Comes with Murmel</source>
         <translation>Kommt mit Murmel</translation>
+    </message>
+    <message>
+        <source>Use</source>
+        <translation>Verwenden</translation>
+    </message>
+    <message>
+        <source>Models run on this computer. Every file is checked before it is used. Q4 and Q8 in a name: the higher, the more exact, and the larger.</source>
+        <translation>Modelle laufen auf diesem Computer. Jede Datei wird vor der Verwendung geprüft. Q4 und Q8 im Namen: je höher, desto genauer und größer.</translation>
+    </message>
+    <message>
+        <source>Of those that are here, the best one for your language is used.</source>
+        <translation>Von denen, die da sind, wird das beste für Ihre Sprache verwendet.</translation>
+    </message>
+    <message>
+        <source>Used when “Format with a local model” is on, under Text.</source>
+        <translation>Verwendet, wenn unter „Text“ „Mit lokalem Modell formatieren“ eingeschaltet ist.</translation>
     </message>
 </context>
 <context>
@@ -2277,10 +2333,6 @@
         <translation>Kein Netz für Ihre Worte</translation>
     </message>
     <message>
-        <source>Recognition and correction run in processes that have no network. Only the download of models that you ask for opens a connection.</source>
-        <translation>Erkennung und Korrektur laufen in Prozessen ohne Netz. Nur das Herunterladen von Modellen, das Sie anstoßen, öffnet eine Verbindung.</translation>
-    </message>
-    <message>
         <source>No words in logs</source>
         <translation>Keine Worte in Protokollen</translation>
     </message>
@@ -2303,6 +2355,10 @@
         <source>They stay until you delete them, although the history is off.</source>
         <translation>Sie bleiben, bis Sie sie löschen, obwohl der Verlauf aus ist.</translation>
     </message>
+    <message>
+        <source>Recognition and correction run in processes that have no network. Murmel opens a connection only to download a model that you ask for, and to look for new versions where you have allowed it.</source>
+        <translation>Erkennung und Korrektur laufen in Prozessen ohne Netz. Murmel öffnet eine Verbindung nur, um ein Modell herunterzuladen, das Sie wollen, und um nach neuen Versionen zu sehen, wenn Sie das erlaubt haben.</translation>
+    </message>
 </context>
 <context>
     <name>RecorderSheet</name>
@@ -2313,6 +2369,14 @@
     <message>
         <source>%1 of %2 times</source>
         <translation>%1 von %2 Mal</translation>
+    </message>
+    <message>
+        <source>This desktop hears no modifier key alone: hold modifiers together with a key.</source>
+        <translation>Dieser Desktop hört keine Umschalttaste allein: Halten Sie Umschalttasten zusammen mit einer Taste.</translation>
+    </message>
+    <message>
+        <source>Most keyboards keep Fn to themselves: if nothing shows when you press it, it is not heard here.</source>
+        <translation>Die meisten Tastaturen behalten Fn für sich: Wenn sich beim Drücken nichts zeigt, wird es hier nicht gehört.</translation>
     </message>
 </context>
 <context>
@@ -2369,6 +2433,18 @@
         <source>Warning</source>
         <translation>Warnung</translation>
     </message>
+    <message>
+        <source>Speak, then let go</source>
+        <translation>Sprechen, dann loslassen</translation>
+    </message>
+    <message>
+        <source>Speak, then press again</source>
+        <translation>Sprechen, dann nochmals drücken</translation>
+    </message>
+    <message>
+        <source>Speak, then press again or click here</source>
+        <translation>Sprechen, dann nochmals drücken oder hier klicken</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindow</name>
@@ -2424,18 +2500,6 @@
         <translation>tasten hotkey halten tippen</translation>
     </message>
     <message>
-        <source>Record a Shortcut…</source>
-        <translation>Aufnehmen …</translation>
-    </message>
-    <message>
-        <source>Another shortcut</source>
-        <translation>Ein anderes Tastenkürzel</translation>
-    </message>
-    <message>
-        <source>Press the keys you want to use.</source>
-        <translation>Drücken Sie die Tasten, die Sie verwenden möchten.</translation>
-    </message>
-    <message>
         <source>Keys cannot be recorded in this session.</source>
         <translation>In dieser Sitzung lassen sich keine Tasten aufnehmen.</translation>
     </message>
@@ -2479,6 +2543,26 @@
         <source>Record…</source>
         <translation>Aufnehmen …</translation>
     </message>
+    <message>
+        <source>Record other keys</source>
+        <translation>Andere Tasten aufnehmen</translation>
+    </message>
+    <message>
+        <source>Keys of your own</source>
+        <translation>Eigene Tasten</translation>
+    </message>
+    <message>
+        <source>Press the keys that you want to use instead of the shortcut above.</source>
+        <translation>Drücken Sie die Tasten, die Sie statt des Kürzels oben verwenden wollen.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Ändern …</translation>
+    </message>
 </context>
 <context>
     <name>ShortcutStep</name>
@@ -2489,10 +2573,6 @@
     <message>
         <source>The keys that start and stop a dictation, whatever application is in front.</source>
         <translation>Die Tasten, die ein Diktat beginnen und beenden, welche Anwendung auch vorn ist.</translation>
-    </message>
-    <message>
-        <source>Record Another…</source>
-        <translation>Ein anderes aufnehmen …</translation>
     </message>
     <message>
         <source>Keys cannot be recorded in this session.</source>
@@ -2521,6 +2601,14 @@
     <message>
         <source>In Use</source>
         <translation>Verwendet</translation>
+    </message>
+    <message>
+        <source>Record Other Keys…</source>
+        <translation>Andere Tasten aufnehmen …</translation>
+    </message>
+    <message>
+        <source>Hold the keys while you speak. This desktop hears them, but no modifier key alone.</source>
+        <translation>Halten Sie die Tasten, während Sie sprechen. Dieser Desktop hört sie, aber keine Umschalttaste allein.</translation>
     </message>
 </context>
 <context>
@@ -2630,8 +2718,12 @@
         <translation>Leerzeichen zwischen Diktaten</translation>
     </message>
     <message>
-        <source>When you dictate twice in a row into the same field and press nothing in between, a space is pasted before the second text. Needs a desktop that lets Murmel hear every key (X11).</source>
-        <translation>Wenn Sie zweimal nacheinander in dasselbe Feld diktieren und dazwischen nichts drücken, wird vor dem zweiten Text ein Leerzeichen eingefügt. Das braucht einen Desktop, auf dem Murmel jede Taste hört (X11).</translation>
+        <source>When you dictate twice in a row into the same field and press nothing in between, a space is pasted before the second text.</source>
+        <translation>Wenn Sie zweimal nacheinander in dasselbe Feld diktieren und dazwischen nichts drücken, wird vor dem zweiten Text ein Leerzeichen eingefügt.</translation>
+    </message>
+    <message>
+        <source>This desktop does not let Murmel hear whether a key is pressed in between.</source>
+        <translation>Dieser Desktop lässt Murmel nicht hören, ob dazwischen eine Taste gedrückt wird.</translation>
     </message>
 </context>
 <context>
@@ -3066,20 +3158,8 @@
         <translation>In jede Anwendung diktieren</translation>
     </message>
     <message>
-        <source>Hold a shortcut, speak, let go: your words appear where you write.</source>
-        <translation>Ein Kürzel halten, sprechen, loslassen: Ihre Worte erscheinen dort, wo Sie schreiben.</translation>
-    </message>
-    <message>
         <source>What Murmel does</source>
         <translation>Was Murmel tut</translation>
-    </message>
-    <message>
-        <source>Listens while you hold the shortcut</source>
-        <translation>Es hört zu, während Sie das Kürzel halten</translation>
-    </message>
-    <message>
-        <source>And at no other time.</source>
-        <translation>Und sonst nie.</translation>
     </message>
     <message>
         <source>Recognizes speech on this computer</source>
@@ -3116,6 +3196,18 @@
     <message>
         <source>There is a history only if you want one, and it is encrypted.</source>
         <translation>Einen Verlauf gibt es nur, wenn Sie ihn wollen, und er ist verschlüsselt.</translation>
+    </message>
+    <message>
+        <source>Press a shortcut and speak: your words appear where you write.</source>
+        <translation>Tastenkürzel drücken und sprechen: Ihre Wörter erscheinen dort, wo Sie schreiben.</translation>
+    </message>
+    <message>
+        <source>Listens only while you dictate</source>
+        <translation>Hört nur zu, während Sie diktieren</translation>
+    </message>
+    <message>
+        <source>From the shortcut, or a click on its button, until you let go or press again.</source>
+        <translation>Vom Tastenkürzel oder einem Klick auf seinen Knopf an, bis Sie loslassen oder nochmals drücken.</translation>
     </message>
 </context>
 </TS>

@@ -71,14 +71,6 @@
         <translation>Распознавание</translation>
     </message>
     <message>
-        <source>Recognize while I speak</source>
-        <translation>Распознавать во время речи</translation>
-    </message>
-    <message>
-        <source>Works on finished phrases during a dictation, so that the end comes sooner. From the next dictation.</source>
-        <translation>Обрабатывает готовые фразы во время диктовки, чтобы результат появился раньше. Со следующей диктовки.</translation>
-    </message>
-    <message>
         <source>Updates</source>
         <translation>Обновления</translation>
     </message>
@@ -161,6 +153,14 @@
     <message>
         <source>At most once a day. Nothing is downloaded or installed without your word.</source>
         <translation>Не чаще раза в день. Без вашего слова ничего не загружается и не устанавливается.</translation>
+    </message>
+    <message>
+        <source>Work ahead while I speak</source>
+        <translation>Работать наперёд во время речи</translation>
+    </message>
+    <message>
+        <source>Recognizes what you have said during a long dictation, so that the words come sooner after it. Nothing is inserted by this. From the next dictation.</source>
+        <translation>Распознаёт сказанное уже во время длинной диктовки, чтобы слова появились скорее после неё. Сама по себе ничего не вставляет. Со следующей диктовки.</translation>
     </message>
 </context>
 <context>
@@ -307,6 +307,14 @@
         <source>The full text of the license is not on this computer; it is at %1.</source>
         <translation>Полного текста лицензии нет на этом компьютере; он находится по адресу %1.</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Taken from %1.</source>
+        <translation>Взято из %1.</translation>
+    </message>
 </context>
 <context>
     <name>Dialogs</name>
@@ -338,10 +346,6 @@
         <translation>Настройка Murmel</translation>
     </message>
     <message>
-        <source>Later</source>
-        <translation>Позже</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Назад</translation>
     </message>
@@ -356,6 +360,14 @@
     <message>
         <source>Next</source>
         <translation>Далее</translation>
+    </message>
+    <message>
+        <source>Finish Later</source>
+        <translation>Завершить позже</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>Взять %1</translation>
     </message>
 </context>
 <context>
@@ -405,14 +417,6 @@
         <translation>Во время диктовки</translation>
     </message>
     <message>
-        <source>Insert while I speak</source>
-        <translation>Вставлять во время речи</translation>
-    </message>
-    <message>
-        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. From the next dictation.</source>
-        <translation>Ищет паузу между фразами не ранее чем через 3 секунды и вставляет распознанные и оформленные фразы, а не отдельные слова. Со следующей диктовки.</translation>
-    </message>
-    <message>
         <source>live insertion phrases</source>
         <translation>живая вставка фразы</translation>
     </message>
@@ -447,6 +451,14 @@
     <message>
         <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
         <translation>Небольшая кнопка, которая начинает диктовку. Без сочетания клавиш она есть всегда.</translation>
+    </message>
+    <message>
+        <source>Insert phrases while I speak</source>
+        <translation>Вставлять фразы во время речи</translation>
+    </message>
+    <message>
+        <source>Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words. A phrase pause is a short silence. From the next dictation.</source>
+        <translation>Ищет паузу между фразами не ранее чем через 3 секунды и вставляет распознанные и оформленные фразы, а не отдельные слова. Пауза — это короткая тишина. Со следующей диктовки.</translation>
     </message>
 </context>
 <context>
@@ -1932,10 +1944,6 @@
         <translation>KWin позволяет нажимать клавиши и видеть активное окно только установленным программам. Установите пакет Murmel или его desktop-файл в ~/.local/share/applications и запустите Murmel заново.</translation>
     </message>
     <message>
-        <source>GNOME tells programs which window is active through an extension only. Enable Murmel&apos;s with “gnome-extensions enable murmel@app.murmel” after it has been installed, and log in again.</source>
-        <translation>GNOME сообщает программам об активном окне только через расширение. После установки включите расширение Murmel командой «gnome-extensions enable murmel@app.murmel» и войдите в сеанс заново.</translation>
-    </message>
-    <message>
         <source>This desktop lets no program press keys or see which window is active.</source>
         <translation>Этот рабочий стол не даёт программам нажимать клавиши и видеть активное окно.</translation>
     </message>
@@ -1974,6 +1982,42 @@
     <message>
         <source>Hears US English alone; about 27 words in 100 are wrong, and it sets no punctuation.</source>
         <translation>Понимает только американский английский; неверны около 27 слов из 100, знаков препинания не ставит.</translation>
+    </message>
+    <message>
+        <source>GNOME tells programs which window is active through an extension only. Murmel&apos;s can be enabled in its setup; if GNOME does not know it yet, log in again.</source>
+        <translation>GNOME сообщает программам об активном окне только через расширение. Расширение Murmel можно включить при настройке; если GNOME его ещё не знает, войдите в сеанс заново.</translation>
+    </message>
+    <message>
+        <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
+        <translation>%1 не слышит эту клавишу. Выберите другую, например F10 или Ctrl+Пробел.</translation>
+    </message>
+    <message>
+        <source>%1 tells nobody when a modifier key alone is let go of. Choose a key with modifiers, Ctrl+Space for instance.</source>
+        <translation>%1 никому не сообщает, когда отпускают один модификатор. Выберите клавишу с модификаторами, например Ctrl+Пробел.</translation>
+    </message>
+    <message>
+        <source>sway tells nobody when a modifier key is let go of. Choose a key with modifiers, Ctrl+Space for instance.</source>
+        <translation>sway никому не сообщает, когда отпускают модификатор. Выберите клавишу с модификаторами, например Ctrl+Пробел.</translation>
+    </message>
+    <message>
+        <source>KDE&apos;s service for global shortcuts does not answer.</source>
+        <translation>Служба глобальных сочетаний KDE не отвечает.</translation>
+    </message>
+    <message>
+        <source>KDE or another program has this shortcut. Choose another one, or take it away there in the system settings.</source>
+        <translation>Это сочетание занято KDE или другой программой. Выберите другое или освободите его в параметрах системы.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s settings daemon, which listens for shortcuts, is not installed. Enable Murmel&apos;s extension instead.</source>
+        <translation>Служба параметров GNOME, которая слушает сочетания, не установлена. Вместо неё включите расширение Murmel.</translation>
+    </message>
+    <message>
+        <source>KWin does not let this program press keys.</source>
+        <translation>KWin не разрешает этой программе нажимать клавиши.</translation>
+    </message>
+    <message>
+        <source>KWin does not tell this program of its windows.</source>
+        <translation>KWin не сообщает этой программе о своих окнах.</translation>
     </message>
 </context>
 <context>
@@ -2173,10 +2217,6 @@
         <translation>Речевые модели</translation>
     </message>
     <message>
-        <source>Models run on this computer. Every file is compared with its known digest before it is used.</source>
-        <translation>Модели работают на этом компьютере. Каждый файл перед использованием сверяется с известной контрольной суммой.</translation>
-    </message>
-    <message>
         <source>Speech recognition</source>
         <translation>Распознавание речи</translation>
     </message>
@@ -2195,6 +2235,22 @@
     <message>
         <source>Comes with Murmel</source>
         <translation>Входит в состав Murmel</translation>
+    </message>
+    <message>
+        <source>Use</source>
+        <translation>Взять</translation>
+    </message>
+    <message>
+        <source>Models run on this computer. Every file is checked before it is used. Q4 and Q8 in a name: the higher, the more exact, and the larger.</source>
+        <translation>Модели работают на этом компьютере. Каждый файл проверяется перед использованием. Q4 и Q8 в названии: чем больше, тем точнее и тем больше места.</translation>
+    </message>
+    <message>
+        <source>Of those that are here, the best one for your language is used.</source>
+        <translation>Из имеющихся берётся лучшая для вашего языка.</translation>
+    </message>
+    <message>
+        <source>Used when “Format with a local model” is on, under Text.</source>
+        <translation>Работают, когда в разделе «Текст» включено «Форматировать локальной моделью».</translation>
     </message>
 </context>
 <context>
@@ -2283,10 +2339,6 @@
         <translation>Никакой сети для ваших слов</translation>
     </message>
     <message>
-        <source>Recognition and correction run in processes that have no network. Only the download of models that you ask for opens a connection.</source>
-        <translation>Распознавание и коррекция работают в процессах без сети. Соединение открывает только запрошенная вами загрузка моделей.</translation>
-    </message>
-    <message>
         <source>No words in logs</source>
         <translation>Никаких слов в журналах</translation>
     </message>
@@ -2310,6 +2362,10 @@
         <source>They stay until you delete them, although the history is off.</source>
         <translation>Они останутся, пока вы их не удалите, хотя история выключена.</translation>
     </message>
+    <message>
+        <source>Recognition and correction run in processes that have no network. Murmel opens a connection only to download a model that you ask for, and to look for new versions where you have allowed it.</source>
+        <translation>Распознавание и коррекция работают в процессах без сети. Murmel открывает соединение, только чтобы загрузить запрошенную вами модель и проверить новые версии, если вы это разрешили.</translation>
+    </message>
 </context>
 <context>
     <name>RecorderSheet</name>
@@ -2320,6 +2376,14 @@
     <message>
         <source>%1 of %2 times</source>
         <translation>%1 из %2 раз</translation>
+    </message>
+    <message>
+        <source>This desktop hears no modifier key alone: hold modifiers together with a key.</source>
+        <translation>Этот рабочий стол не слышит один модификатор: удерживайте модификаторы вместе с клавишей.</translation>
+    </message>
+    <message>
+        <source>Most keyboards keep Fn to themselves: if nothing shows when you press it, it is not heard here.</source>
+        <translation>Большинство клавиатур не сообщают о Fn: если при нажатии ничего не видно, здесь её не слышно.</translation>
     </message>
 </context>
 <context>
@@ -2376,6 +2440,18 @@
         <source>Warning</source>
         <translation>Предупреждение</translation>
     </message>
+    <message>
+        <source>Speak, then let go</source>
+        <translation>Говорите, затем отпустите</translation>
+    </message>
+    <message>
+        <source>Speak, then press again</source>
+        <translation>Говорите, затем нажмите снова</translation>
+    </message>
+    <message>
+        <source>Speak, then press again or click here</source>
+        <translation>Говорите, затем нажмите снова или щёлкните здесь</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindow</name>
@@ -2431,18 +2507,6 @@
         <translation>клавиши горячие удерживать нажать</translation>
     </message>
     <message>
-        <source>Record a Shortcut…</source>
-        <translation>Записать сочетание…</translation>
-    </message>
-    <message>
-        <source>Another shortcut</source>
-        <translation>Другое сочетание</translation>
-    </message>
-    <message>
-        <source>Press the keys you want to use.</source>
-        <translation>Нажмите клавиши, которые хотите использовать.</translation>
-    </message>
-    <message>
         <source>Keys cannot be recorded in this session.</source>
         <translation>В этом сеансе записать клавиши нельзя.</translation>
     </message>
@@ -2486,6 +2550,26 @@
         <source>Record…</source>
         <translation>Записать…</translation>
     </message>
+    <message>
+        <source>Record other keys</source>
+        <translation>Записать другие клавиши</translation>
+    </message>
+    <message>
+        <source>Keys of your own</source>
+        <translation>Свои клавиши</translation>
+    </message>
+    <message>
+        <source>Press the keys that you want to use instead of the shortcut above.</source>
+        <translation>Нажмите клавиши, которые хотите использовать вместо сочетания выше.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Изменить…</translation>
+    </message>
 </context>
 <context>
     <name>ShortcutStep</name>
@@ -2496,10 +2580,6 @@
     <message>
         <source>The keys that start and stop a dictation, whatever application is in front.</source>
         <translation>Клавиши, которые начинают и останавливают диктовку в любом приложении.</translation>
-    </message>
-    <message>
-        <source>Record Another…</source>
-        <translation>Записать другое…</translation>
     </message>
     <message>
         <source>Keys cannot be recorded in this session.</source>
@@ -2528,6 +2608,14 @@
     <message>
         <source>In Use</source>
         <translation>Используется</translation>
+    </message>
+    <message>
+        <source>Record Other Keys…</source>
+        <translation>Записать другие клавиши…</translation>
+    </message>
+    <message>
+        <source>Hold the keys while you speak. This desktop hears them, but no modifier key alone.</source>
+        <translation>Удерживайте клавиши, пока говорите. Их этот рабочий стол слышит, а один модификатор — нет.</translation>
     </message>
 </context>
 <context>
@@ -2637,8 +2725,12 @@
         <translation>Пробел между диктовками</translation>
     </message>
     <message>
-        <source>When you dictate twice in a row into the same field and press nothing in between, a space is pasted before the second text. Needs a desktop that lets Murmel hear every key (X11).</source>
-        <translation>Если вы диктуете два раза подряд в одно поле и ничего не нажимаете между ними, перед вторым текстом вставляется пробел. Нужен рабочий стол, на котором Murmel слышит каждую клавишу (X11).</translation>
+        <source>When you dictate twice in a row into the same field and press nothing in between, a space is pasted before the second text.</source>
+        <translation>Если вы диктуете два раза подряд в одно поле и ничего не нажимаете между ними, перед вторым текстом вставляется пробел.</translation>
+    </message>
+    <message>
+        <source>This desktop does not let Murmel hear whether a key is pressed in between.</source>
+        <translation>Этот рабочий стол не даёт Murmel слышать, нажимают ли клавиши между диктовками.</translation>
     </message>
 </context>
 <context>
@@ -3074,20 +3166,8 @@
         <translation>Диктуйте в любое приложение</translation>
     </message>
     <message>
-        <source>Hold a shortcut, speak, let go: your words appear where you write.</source>
-        <translation>Удерживайте сочетание клавиш, говорите, отпустите: слова появятся там, где вы пишете.</translation>
-    </message>
-    <message>
         <source>What Murmel does</source>
         <translation>Что делает Murmel</translation>
-    </message>
-    <message>
-        <source>Listens while you hold the shortcut</source>
-        <translation>Слушает, пока вы удерживаете сочетание</translation>
-    </message>
-    <message>
-        <source>And at no other time.</source>
-        <translation>И никогда больше.</translation>
     </message>
     <message>
         <source>Recognizes speech on this computer</source>
@@ -3124,6 +3204,18 @@
     <message>
         <source>There is a history only if you want one, and it is encrypted.</source>
         <translation>История ведётся, только если вы этого хотите, и она зашифрована.</translation>
+    </message>
+    <message>
+        <source>Press a shortcut and speak: your words appear where you write.</source>
+        <translation>Нажмите сочетание клавиш и говорите: слова появятся там, где вы пишете.</translation>
+    </message>
+    <message>
+        <source>Listens only while you dictate</source>
+        <translation>Слушает, только пока вы диктуете</translation>
+    </message>
+    <message>
+        <source>From the shortcut, or a click on its button, until you let go or press again.</source>
+        <translation>От нажатия сочетания или щелчка по кнопке, пока вы не отпустите или не нажмёте снова.</translation>
     </message>
 </context>
 </TS>

@@ -46,6 +46,7 @@ MRMPrototypeApp::MRMPrototypeApp(const ProcessServices& process, const Installat
           .surface = desktop.indicator,
           .compositor = &compositor_,
           .pasteKeys = [this] { return delivery_.insertion.pasteKeys(); },
+          .isHeld = [this] { return isShortcutHeld_; },
       }),
       status_(pill_, process.clock, [this] { return std::string(models_.speech->activeEngine().title); }),
       coordinator_(dictationServices()),
@@ -131,6 +132,7 @@ FirstRunServices MRMPrototypeApp::setupServices() {
       .microphone = &windows_.microphone(),
       .microphones = &microphones_,
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
+      .canHearShortcut = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .openSoundSettings = [this] { perform(IntelCommand::openMicrophoneSettings); },
       .state = [this] { return coordinator_.state(); },
@@ -220,8 +222,16 @@ ShortcutWiring::Actions MRMPrototypeApp::shortcutActions() {
         [this, chosen] { return gate_.isClosed() ? ShortcutConfiguration{} : (storage_.settings.*chosen)(); };
   };
   return {
-      .press = [this] { coordinator_.shortcutPressed(); },
-      .release = [this] { coordinator_.shortcutReleased(); },
+      .press =
+          [this] {
+            isShortcutHeld_ = true;
+            coordinator_.shortcutPressed();
+          },
+      .release =
+          [this] {
+            isShortcutHeld_ = false;
+            coordinator_.shortcutReleased();
+          },
       .toggle = [this] { perform(IntelCommand::toggleDictation); },
       .further = {{unlessClosed(&SettingsRepository::cancelShortcut),
                    [this] { perform(IntelCommand::cancelDictation); }},
@@ -254,6 +264,7 @@ void MRMPrototypeApp::recordShortcut(QWidget* window,
       .session = &desktop_.session,
       .suspendShortcuts = [this] { return gate_.suspend(); },
       .notice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
+      .canHear = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
   };
   (new RecorderSheet(window, std::move(services), std::move(save)))->open();
 }

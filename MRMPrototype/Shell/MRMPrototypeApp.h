@@ -132,6 +132,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
 
   IntelCommandTarget commands_;
   QtCompositor compositor_;
+  bool isShortcutHeld_ = false;
   RecordingPill pill_;
   StatusPublisher status_;
   DictationCoordinator coordinator_;

@@ -61,7 +61,7 @@ bool openSoundSettings() {
 MainWindows::MainWindows(Parts parts)
     : parts_(std::move(parts)),
       shelf_(
-          parts_.process.executor, parts_.process.clock, parts_.models,
+          parts_.process.executor, parts_.process.clock, parts_.models, parts_.storage.settings,
           [this](const CatalogModel& model) { return whyUnusable(model, modelMachine(parts_.installation)); },
           [this] { return packagedModels(); }),
       trialInput_(parts_.process.executor, {parts_.installation.build.displayName, std::nullopt}),

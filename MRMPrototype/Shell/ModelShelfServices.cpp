@@ -1,5 +1,8 @@
 #include "Shell/ModelShelfServices.h"
 
+#include "MRMDownloadManifest/MRMDownloadManifest.h"
+#include "Refinement/SmartLocalModel.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -23,20 +26,34 @@ ModelShelfRow::State stateFor(ModelInventory::Finding finding) {
   std::unreachable();
 }
 
+/// The model of the settings that this entry of the catalogue is; nothing for the others.
+std::optional<SmartLocalModel> choiceOf(const CatalogModel& model) {
+  for (const auto choice : allCases<SmartLocalModel>()) {
+    if (describe(choice).displayName == model.title) return choice;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 ModelShelfServices::ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
+                                       SettingsRepository& settings,
                                        std::function<std::string(const CatalogModel&)> unusable,
                                        std::function<std::vector<ModelShelfRow>()> packaged)
     : executor_(executor),
       clock_(clock),
       models_(models),
+      settings_(settings),
       installed_(models.inventory),
       unusable_(std::move(unusable)),
       packaged_(std::move(packaged)),
       queue_(executor, "model-shelf") {
   observers_.push_back(models_.speech->onInventoryChange([this] { changed_.emit(); }));
   observers_.push_back(models_.smart.onInventoryChange([this] { changed_.emit(); }));
+  observers_.push_back(settings_.didChange().subscribe([this](SettingsProperty property) {
+    if (property == SettingsProperty::smartLocalModel || property == SettingsProperty::smartFormatting)
+      changed_.emit();
+  }));
   if (!models_.downloads) return;
   observers_.push_back(models_.downloads->onChange(
       [this](const std::string& identifier, const ModelDownloadStatus&) { downloadChanged(identifier); }));
@@ -77,7 +94,20 @@ ModelShelfRow ModelShelfServices::row(const CatalogModel& model) const {
                                             : stateFor(installed_->look(model.identifiers));
   if (row.state == ModelShelfRow::State::absent || row.state == ModelShelfRow::State::damaged)
     addDownload(model, row);
+  showUse(model, row);
   return row;
+}
+
+void ModelShelfServices::showUse(const CatalogModel& model, ModelShelfRow& row) const {
+  if (row.state != ModelShelfRow::State::installed) return;
+  if (row.isSpeech) {
+    const auto* const file = MRMDownloadManifest::asset(model.identifiers.front());
+    row.isInUse = file != nullptr && models_.speech->state() == SpeechModelState::ready &&
+                  models_.speech->activeModelURL() == installed_->store() / file->folder;
+  } else if (const auto choice = choiceOf(model)) {
+    row.canBeChosen = true;
+    row.isInUse = settings_.smartFormatting() && settings_.smartLocalModel() == *choice;
+  }
 }
 
 void ModelShelfServices::addDownload(const CatalogModel& model, ModelShelfRow& row) const {
@@ -156,6 +186,14 @@ void ModelShelfServices::remove(const std::string& name) {
   if (model == nullptr) return;
   if (models_.downloads) models_.downloads->discard(model->identifiers);
   run(*model, true);
+}
+
+void ModelShelfServices::choose(const std::string& name) {
+  const auto* const model = catalogModel(name);
+  const auto choice = model == nullptr ? std::nullopt : choiceOf(*model);
+  if (!choice) return;
+  settings_.setSmartLocalModel(*choice);
+  settings_.setSmartFormatting(true);
 }
 
 void ModelShelfServices::run(const CatalogModel& model, bool removing) {

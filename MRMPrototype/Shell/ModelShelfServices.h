@@ -4,6 +4,7 @@
 #include "Interface/Models/ModelShelf.h"
 #include "Models/DownloadRate.h"
 #include "Models/ModelCatalog.h"
+#include "Settings/SettingsRepository.h"
 #include "Shell/ModelServices.h"
 
 #include <atomic>
@@ -18,10 +19,10 @@ namespace murmel {
 /// and removing files happens on a queue. Main thread.
 class ModelShelfServices final : public ModelShelf {
  public:
-  /// The references outlive this. `usable`: why this computer cannot run a model; empty when it can.
+  /// The references outlive this. `unusable`: why this computer cannot run a model; empty when it can.
   /// `packaged`: the models that came with the application.
   ModelShelfServices(Executor& executor, const Clock& clock, ModelServices& models,
-                     std::function<std::string(const CatalogModel&)> unusable,
+                     SettingsRepository& settings, std::function<std::string(const CatalogModel&)> unusable,
                      std::function<std::vector<ModelShelfRow>()> packaged);
   /// Ends a verification that runs.
   ~ModelShelfServices() override;
@@ -37,9 +38,11 @@ class ModelShelfServices final : public ModelShelf {
   void pause(const std::string& name) override;
   void verify(const std::string& name) override;
   void remove(const std::string& name) override;
+  void choose(const std::string& name) override;
 
  private:
   [[nodiscard]] ModelShelfRow row(const CatalogModel& model) const;
+  void showUse(const CatalogModel& model, ModelShelfRow& row) const;
   void addDownload(const CatalogModel& model, ModelShelfRow& row) const;
   [[nodiscard]] std::int64_t received(const CatalogModel& model) const;
   void downloadChanged(const std::string& identifier);
@@ -48,6 +51,7 @@ class ModelShelfServices final : public ModelShelf {
   Executor& executor_;
   const Clock& clock_;
   ModelServices& models_;
+  SettingsRepository& settings_;
   const std::shared_ptr<ModelInventory> installed_;
   std::function<std::string(const CatalogModel&)> unusable_;
   std::function<std::vector<ModelShelfRow>()> packaged_;

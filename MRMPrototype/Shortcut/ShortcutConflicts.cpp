@@ -64,9 +64,17 @@ std::vector<std::string_view> shortcutConflicts(const ShortcutConfiguration& sho
   return found;
 }
 
-std::array<ShortcutConfiguration, 2> proposedShortcuts() {
-  return {{{Kind::modifiersOnly, virtualKey::leftControl, control | command, ""},
-           configuration(ShortcutChoice::doubleTapOption)}};
+std::vector<ShortcutConfiguration> proposedShortcuts(
+    const std::function<bool(const ShortcutConfiguration&)>& canBeHeard) {
+  constexpr std::size_t most = 2;
+  std::vector<ShortcutConfiguration> proposals;
+  for (const auto& shortcut :
+       {ShortcutConfiguration{Kind::modifiersOnly, virtualKey::leftControl, control | command, ""},
+        configuration(ShortcutChoice::doubleTapOption), configuration(ShortcutChoice::controlSpace),
+        configuration(ShortcutChoice::commandShiftD)}) {
+    if (proposals.size() < most && (!canBeHeard || canBeHeard(shortcut))) proposals.push_back(shortcut);
+  }
+  return proposals;
 }
 
 bool isSameShortcut(const ShortcutConfiguration& one, const ShortcutConfiguration& other) {

@@ -2,7 +2,7 @@
 
 #include "Shortcut/ShortcutConfiguration.h"
 
-#include <array>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -19,8 +19,10 @@ std::vector<std::string_view> shortcutConflicts(const ShortcutConfiguration& sho
                                                 const KeyboardFacts& facts);
 
 /// What is proposed where Fn cannot be heard, the best first: to hold Ctrl and Super, which write nothing and
-/// are on every keyboard, then a double tap of Alt.
-std::array<ShortcutConfiguration, 2> proposedShortcuts();
+/// are on every keyboard, and a double tap of Alt; where the desktop hears neither, two that it does.
+/// An empty predicate: it hears everything.
+std::vector<ShortcutConfiguration> proposedShortcuts(
+    const std::function<bool(const ShortcutConfiguration&)>& canBeHeard = {});
 
 /// The same keys in the same use: for a chord it does not matter which of its keys went down last.
 bool isSameShortcut(const ShortcutConfiguration& one, const ShortcutConfiguration& other);

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <utility>
 
 namespace murmel {
@@ -27,6 +28,37 @@ std::filesystem::path ownText(const QJsonObject& entry) {
 }
 
 }  // namespace
+
+QString readableLicense(const QString& file) {
+  static const QRegularExpression field(QStringLiteral("^([A-Z][A-Za-z-]+):\\s*(.*)$"));
+  static const QRegularExpression gap(QStringLiteral("\n\\s*\n"));
+  if (!file.startsWith(QStringLiteral("Format:")) && !file.startsWith(QStringLiteral("Upstream-Name:")))
+    return file;
+  QStringList texts;
+  for (const auto& paragraph : file.split(gap, Qt::SkipEmptyParts)) {
+    QStringList lines;
+    QString name;
+    bool isPackaging = false;
+    for (auto line : paragraph.split(u'\n')) {
+      if (const auto match = field.match(line); match.hasMatch()) {
+        name = match.captured(1);
+        line = match.captured(2);
+        isPackaging |= name == QStringLiteral("Files") && line == QStringLiteral("debian/*");
+        if (name == QStringLiteral("License"))
+          line.prepend(lines.isEmpty() ? QString() : QStringLiteral("License: "));
+      }
+      const bool isCopyright = name == QStringLiteral("Copyright");
+      if (!isCopyright && name != QStringLiteral("License") && name != QStringLiteral("Comment")) continue;
+      line = line.trimmed();
+      if (line == QStringLiteral(".")) line.clear();
+      if (isCopyright && !line.isEmpty() && line.front().isDigit()) line.prepend(QStringLiteral("© "));
+      if (!line.isEmpty() || !lines.isEmpty()) lines += line;
+    }
+    const auto text = lines.join(u'\n').trimmed();
+    if (!text.isEmpty() && !isPackaging && !texts.contains(text)) texts += text;
+  }
+  return texts.isEmpty() ? file : texts.join(QStringLiteral("\n\n"));
+}
 
 std::vector<Credit> readCredits(const std::filesystem::path& resources) {
   QFile file(QString::fromStdString((resources / listName).string()));

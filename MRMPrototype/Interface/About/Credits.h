@@ -25,4 +25,8 @@ struct Credit {
 /// license lies beside the list.
 std::vector<Credit> readCredits(const std::filesystem::path& resources);
 
+/// What there is to read in a copyright file: where it is in the form that packagers use, without the fields
+/// that say which file is under what and where it was fetched.
+QString readableLicense(const QString& file);
+
 }  // namespace murmel

@@ -3,7 +3,6 @@
 #include "Interface/Common/Form.h"
 
 #include <QFile>
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -44,7 +43,6 @@ CreditsWindow::CreditsWindow(std::vector<Credit> credits)
   sideLines->addWidget(list_);
   text_->setReadOnly(true);
   text_->setTabChangesFocus(true);
-  text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   text_->setAccessibleName(tr("License"));
   about_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse);
 
@@ -55,6 +53,9 @@ CreditsWindow::CreditsWindow(std::vector<Credit> credits)
   reader->addWidget(about_);
   reader->addSpacing(grid::small);
   reader->addWidget(text_, 1);
+  reader->addWidget(buttonRow({button(tr("Close"), [this] { close(); })}));
+  fadeAtTheEdges(*list_);
+  fadeAtTheEdges(*text_);
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
   line->setSpacing(0);
@@ -96,7 +97,8 @@ void CreditsWindow::fill() {
       heading->setData(Qt::UserRole, -1);
     }
     kind = credit.kind;
-    auto* item = new QListWidgetItem(credit.name, list_);
+    // Names are written from left to right, also the signs at their end.
+    auto* item = new QListWidgetItem(credit.name + QChar(0x200E), list_);
     item->setSizeHint(QSize(0, creditHeight));
     item->setData(Qt::UserRole, static_cast<int>(index));
   }
@@ -120,7 +122,9 @@ void CreditsWindow::show(int row) {
     return text_->setPlainText(tr("The full text of the license is not on this computer; it is at %1.")
                                    .arg(QStringLiteral("https://spdx.org/licenses/")));
   const auto text = QString::fromUtf8(file.read(maximumText));
-  text_->setPlainText(credit.isTextGeneral ? QStringLiteral("© %1\n\n%2").arg(credit.holder, text) : text);
+  text_->setPlainText(credit.isTextGeneral ? QStringLiteral("© %1\n\n%2").arg(credit.holder, text)
+                                           : readableLicense(text) + QStringLiteral("\n\n") +
+                                                 tr("Taken from %1.").arg(file.fileName()));
 }
 
 }  // namespace murmel

@@ -3,12 +3,15 @@
 #include "Interface/Common/Icons.h"
 #include "Interface/Common/Style.h"
 
+#include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QToolButton>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cstdlib>
 
 namespace murmel {
 
@@ -16,6 +19,7 @@ namespace {
 
 constexpr QSize switchSize(44, 24);
 constexpr int minimumChoiceWidth = 160;
+constexpr int fadeHeight = 28;
 
 }  // namespace
 
@@ -101,12 +105,68 @@ QLineEdit* searchField(const QString& what) {
   field->setPlaceholderText(what);
   field->setAccessibleName(what);
   field->setClearButtonEnabled(true);
+  // Also words in a language that is written from left to right, which would go to the left by themselves.
+  if (field->isRightToLeft()) field->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   field->addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition)->setText(what);
   for (auto* inner : field->findChildren<QToolButton*>()) {
     if (inner->accessibleName().isEmpty() && inner->text().isEmpty())
       inner->setAccessibleName(QCoreApplication::translate("Common", "Clear"));
   }
   return field;
+}
+
+namespace {
+
+/// Covers a list or a page, and lets what goes on beyond its edges fade there.
+class Fade final : public QWidget {
+ public:
+  explicit Fade(QAbstractScrollArea& area) : QWidget(&area), area_(area) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    area_.viewport()->installEventFilter(this);
+    const auto* const bar = area_.verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, [this] { update(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this] { update(); });
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Move || event->type() == QEvent::Show) {
+      setGeometry(area_.viewport()->geometry());
+      raise();
+    }
+    return QWidget::eventFilter(watched, event);
+  }
+  void paintEvent(QPaintEvent* /*event*/) override {
+    const auto* const bar = area_.verticalScrollBar();
+    const auto height = std::min(fadeHeight, QWidget::height() / 4);
+    if (bar->value() > bar->minimum()) draw(0, height);
+    if (bar->value() < bar->maximum()) draw(QWidget::height(), QWidget::height() - height);
+  }
+
+ private:
+  /// The colour that is seen where the list is empty.
+  [[nodiscard]] QColor ground() const {
+    const QWidget* below = area_.viewport();
+    while (!below->autoFillBackground() && !below->isWindow()) below = below->parentWidget();
+    return below->palette().color(below->backgroundRole());
+  }
+  void draw(int edge, int inner) {
+    auto colour = ground();
+    QLinearGradient gradient(0, edge, 0, inner);
+    gradient.setColorAt(0, colour);
+    colour.setAlpha(0);
+    gradient.setColorAt(1, colour);
+    QPainter(this).fillRect(QRect(QPoint(0, std::min(edge, inner)), QSize(width(), std::abs(inner - edge))),
+                            gradient);
+  }
+
+  QAbstractScrollArea& area_;
+};
+
+}  // namespace
+
+void fadeAtTheEdges(QAbstractScrollArea& area) {
+  new Fade(area);
 }
 
 QString literal(QString text) {

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+class QAbstractScrollArea;
+
 namespace murmel {
 
 /// Something that is on or off at once; a check box drawn as a switch.
@@ -35,6 +37,9 @@ QLabel* label(const QString& text, LabelRole role = LabelRole::text);
 
 /// A field to search with, and a button that clears it.
 QLineEdit* searchField(const QString& what);
+
+/// What goes on beyond the upper and lower edge fades there, so that a row which is cut looks like one.
+void fadeAtTheEdges(QAbstractScrollArea& area);
 
 /// The text of a button, menu entry or field label: an ampersand in it is an ampersand.
 QString literal(QString text);

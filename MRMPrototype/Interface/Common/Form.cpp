@@ -187,6 +187,7 @@ FormPage::FormPage(const QString& title, const QString& introduction) : title_(t
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::NoFocus);
   setAccessibleName(title);
+  fadeAtTheEdges(*this);
 }
 
 Card* FormPage::addCard(const QString& heading, const QString& description) {
@@ -248,7 +249,7 @@ bool FormPage::focusNextPrevChild(bool next) {
   return moved;
 }
 
-QWidget* buttonRow(const std::vector<QPushButton*>& buttons) {
+QWidget* buttonRow(const std::vector<QWidget*>& buttons) {
   auto* row = new QWidget;
   auto* line = new QHBoxLayout(row);
   line->setContentsMargins(0, 0, 0, 0);

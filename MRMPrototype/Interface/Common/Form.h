@@ -112,8 +112,8 @@ class FormPage : public QScrollArea {
   std::vector<Section> sections_;
 };
 
-/// A row of buttons, in reading order from the end of the line.
-QWidget* buttonRow(const std::vector<QPushButton*>& buttons);
+/// A row of buttons, and of what they are about, in reading order from the end of the line.
+QWidget* buttonRow(const std::vector<QWidget*>& buttons);
 
 QPushButton* button(const QString& title, std::function<void()> run);
 /// Without words on it; `name` is for screen readers and the tool tip.

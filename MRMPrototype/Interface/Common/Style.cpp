@@ -163,6 +163,10 @@ QColor colourOf(Meaning meaning, const QPalette& palette) {
   std::unreachable();
 }
 
+QColor outlineOf(const QPalette& palette) {
+  return mixed(palette.color(QPalette::Base), palette.color(QPalette::PlaceholderText), 0.7);
+}
+
 Style::Style() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -223,7 +227,7 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
                         const QWidget* widget) const {
   const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
   if (element == CE_ProgressBarGroove && bar != nullptr) {
-    box(*painter, bar->rect, bar->palette.color(QPalette::AlternateBase), bar->palette.color(QPalette::Mid),
+    box(*painter, bar->rect, bar->palette.color(QPalette::AlternateBase), outlineOf(bar->palette),
         bar->rect.height() / 2.0);
   } else if (element == CE_ProgressBarContents && bar != nullptr && bar->maximum > bar->minimum) {
     const auto part = static_cast<double>(bar->progress - bar->minimum) / (bar->maximum - bar->minimum);

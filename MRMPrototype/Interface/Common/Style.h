@@ -63,6 +63,10 @@ class Style final : public QProxyStyle {
   bool reducesMotion_ = false;
 };
 
+/// Of what is not text and has to be seen nevertheless: the edge of a bar that is empty, a circle that is
+/// open.
+QColor outlineOf(const QPalette& palette);
+
 /// Whether what this widget shows may move by itself.
 bool mayMove(const QWidget& widget);
 

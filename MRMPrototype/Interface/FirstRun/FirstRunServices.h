@@ -22,6 +22,8 @@ struct FirstRunServices {
   Microphones* microphones = nullptr;
   /// What speaks against a shortcut here; empty when nothing does.
   std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};
+  /// Whether this desktop can hear a shortcut at all; empty: any.
+  std::function<bool(const ShortcutConfiguration&)> canHearShortcut{};
   RecordShortcut recordShortcut{};
   std::function<void()> openSoundSettings{};
   std::function<DictationState()> state{};

@@ -1,6 +1,7 @@
 #include "Interface/FirstRun/FirstRunWindow.h"
 
 #include "Interface/FirstRun/Steps.h"
+#include "Interface/PlatformWords.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -22,30 +23,33 @@ FirstRunWindow::FirstRunWindow(FirstRunServices services)
       services_(std::move(services)),
       pages_(new QStackedWidget),
       progress_(label({}, LabelRole::second)),
-      later_(button(tr("Later"), [this] { close(); })),
+      later_(button(tr("Finish Later"), [this] { close(); })),
       back_(button(tr("Back"), [this] { go(pages_->currentIndex() - 1); })),
-      next_(button({}, [this] {
-        if (pages_->currentIndex() + 1 < pages_->count()) return go(pages_->currentIndex() + 1);
-        services_.finished();
-        close();
-      })) {
+      next_(button({}, [this] { goOn(); })) {
   setAttribute(Qt::WA_DeleteOnClose);
   pages_->addWidget(new WelcomeStep(services_));
   pages_->addWidget(new ModelStep(services_));
   pages_->addWidget(new MicrophoneStep(services_));
-  pages_->addWidget(new ShortcutStep(services_));
+  shortcut_ = new ShortcutStep(services_, [this] { showNext(); });
+  pages_->addWidget(shortcut_);
   pages_->addWidget(new TryStep(services_, [this] { succeed(); }));
   next_->setDefault(true);
+  // The step stands in the middle as long as both sides leave it there.
+  auto* left = new QHBoxLayout;
+  left->addWidget(later_);
+  left->addStretch(1);
+  auto* right = new QHBoxLayout;
+  right->setSpacing(grid::small);
+  right->addStretch(1);
+  right->addWidget(back_);
+  right->addWidget(next_);
+  progress_->setWordWrap(false);
   auto* buttons = new QHBoxLayout;
   buttons->setContentsMargins(grid::large, grid::medium, grid::large, grid::medium);
   buttons->setSpacing(grid::small);
-  buttons->addWidget(later_);
-  buttons->addStretch(1);
-  progress_->setWordWrap(false);
+  buttons->addLayout(left, 1);
   buttons->addWidget(progress_);
-  buttons->addStretch(1);
-  buttons->addWidget(back_);
-  buttons->addWidget(next_);
+  buttons->addLayout(right, 1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -67,12 +71,29 @@ void FirstRunWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void FirstRunWindow::go(int step) {
-  const bool isLast = step + 1 == pages_->count();
   next_->setFocus();
   pages_->setCurrentIndex(step);  // which may have something better to begin with
   progress_->setText(tr("Step %1 of %2").arg(step + 1).arg(pages_->count()));
   back_->setEnabled(step > 0);
-  next_->setText(isLast ? tr("Finish") : tr("Next"));
+  showNext();
+}
+
+void FirstRunWindow::goOn() {
+  if (pages_->currentWidget() == shortcut_) {
+    if (const auto offer = shortcut_->offer()) shortcut_->take(*offer);
+  }
+  if (pages_->currentIndex() + 1 < pages_->count()) return go(pages_->currentIndex() + 1);
+  services_.finished();
+  close();
+}
+
+void FirstRunWindow::showNext() {
+  if (shortcut_ == nullptr) return;  // which is being made
+  const bool isLast = pages_->currentIndex() + 1 == pages_->count();
+  const auto offer = pages_->currentWidget() == shortcut_ ? shortcut_->offer() : std::nullopt;
+  next_->setText(literal(offer    ? tr("Use %1").arg(shortcutTitle(*offer))
+                         : isLast ? tr("Finish")
+                                  : tr("Next")));
   next_->setEnabled(!isLast || hasSucceeded_);
 }
 

@@ -12,6 +12,8 @@ class QStackedWidget;
 
 namespace murmel {
 
+class ShortcutStep;
+
 /// Leads from a bare installation to the first dictated words, in five steps. It can be left at any step and
 /// opened again; only words that have arrived finish it. Deletes itself when it is closed.
 class FirstRunWindow final : public Window {
@@ -29,10 +31,13 @@ class FirstRunWindow final : public Window {
 
  private:
   void go(int step);
+  void goOn();
+  void showNext();
   void succeed();
 
   FirstRunServices services_;
   QStackedWidget* pages_;
+  ShortcutStep* shortcut_ = nullptr;
   QLabel* progress_;
   QPushButton* later_;
   QPushButton* back_;

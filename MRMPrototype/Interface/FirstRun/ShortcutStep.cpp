@@ -1,46 +1,58 @@
 #include "Interface/FirstRun/Steps.h"
 #include "Interface/PlatformWords.h"
+#include "Platform/KeyModifiers.h"
 #include "Settings/SettingsRepository.h"
 #include "Shortcut/ShortcutConflicts.h"
 #include "Shortcut/ShortcutHelp.h"
 
 namespace murmel {
 
-ShortcutStep::ShortcutStep(const FirstRunServices& services)
+ShortcutStep::ShortcutStep(const FirstRunServices& services, std::function<void()> offerChanged)
     : FormPage(tr("Shortcut"),
                tr("The keys that start and stop a dictation, whatever application is in front.")),
       services_(services),
+      offerChanged_(std::move(offerChanged)),
       notice_(new NoticeBar(Severity::warning)),
       checks_(new CheckList(services.checks, {"shortcut"})) {
   addWidget(notice_);
   auto& card = *addCard();
-  auto* record = button(tr("Record Another…"), [this] {
-    services_.recordShortcut(window(),
-                             [this](const auto& chosen) { services_.settings.setShortcut(chosen); });
+  auto* record = button(tr("Record Other Keys…"), [this] {
+    services_.recordShortcut(window(), [this](const auto& chosen) { take(chosen); });
   });
   current_ = card.addRow(QString(), {}, record);
   if (!services_.recordShortcut) current_->setUnavailable(tr("Keys cannot be recorded in this session."));
   auto& proposals = *addCard(tr("Suggestions"));
-  const auto propose = [&](const ShortcutConfiguration& shortcut, const QString& why) {
-    auto* use = button(tr("Use"), [this, shortcut] { services_.settings.setShortcut(shortcut); });
+  for (const auto& shortcut : proposedShortcuts(services_.canHearShortcut)) {
+    auto* use = button(tr("Use"), [this, shortcut] { take(shortcut); });
     use->setAccessibleName(tr("Use %1").arg(shortcutTitle(shortcut)));
-    proposals.addRow(shortcutTitle(shortcut), why, use);
+    using Kind = ShortcutConfiguration::Kind;
+    proposals.addRow(
+        shortcutTitle(shortcut),
+        shortcut.kind == Kind::modifiersOnly
+            ? tr("Hold both while you speak. They write nothing and are on every keyboard.")
+        : shortcut.kind == Kind::doubleTapModifier
+            ? tr("Twice to start, twice to stop: nothing has to be held down.")
+            : tr("Hold the keys while you speak. This desktop hears them, but no modifier key alone."),
+        use);
     proposals_.emplace_back(shortcut, use);
-  };
-  const auto [hold, tap] = proposedShortcuts();
-  propose(hold, tr("Hold both while you speak. They write nothing and are on every keyboard."));
-  propose(tap, tr("Twice to start, twice to stop: nothing has to be held down."));
+  }
   addWidget(checks_);
   changes_ = services_.settings.shortcutDidChange().subscribe([this] { show(); });
   show();
 }
 
-void ShortcutStep::showEvent(QShowEvent* event) {
-  FormPage::showEvent(event);
-  // Where the shortcut of now is no good, one key takes the proposal.
-  if (notice_->isHidden()) return;
-  window()->setAttribute(Qt::WA_KeyboardFocusChange);  // or nobody would see that
-  proposals_.front().second->setFocus();
+std::optional<ShortcutConfiguration> ShortcutStep::offer() const {
+  const auto shortcut = services_.settings.shortcut();
+  // Most keyboards keep Fn to themselves, and no desktop can tell which do.
+  const bool isHeard = (shortcut.modifierRawValue & keyModifier::function) == 0 &&
+                       (shortcut.kind == ShortcutConfiguration::Kind::disabled ||
+                        !services_.canHearShortcut || services_.canHearShortcut(shortcut));
+  if (isHeard || proposals_.empty()) return std::nullopt;
+  return proposals_.front().first;
+}
+
+void ShortcutStep::take(const ShortcutConfiguration& shortcut) {
+  services_.settings.setShortcut(shortcut);
 }
 
 void ShortcutStep::show() {
@@ -52,6 +64,7 @@ void ShortcutStep::show() {
   const auto against = services_.shortcutNotice ? services_.shortcutNotice(shortcut) : std::string();
   notice_->setText(inPlatformWords(against));
   checks_->leaveOut(against);
+  offerChanged_();
 }
 
 }  // namespace murmel

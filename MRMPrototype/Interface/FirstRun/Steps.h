@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QPointer>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -89,15 +90,18 @@ class MicrophoneStep final : public FormPage {
 class ShortcutStep final : public FormPage {
   Q_DECLARE_TR_FUNCTIONS(ShortcutStep)
  public:
-  explicit ShortcutStep(const FirstRunServices& services);
+  /// `offerChanged`: what `offer` gives may be another.
+  ShortcutStep(const FirstRunServices& services, std::function<void()> offerChanged);
 
- protected:
-  void showEvent(QShowEvent* event) override;
+  /// What going on takes, since the shortcut of now is not heard here; nothing when it is.
+  [[nodiscard]] std::optional<ShortcutConfiguration> offer() const;
+  void take(const ShortcutConfiguration& shortcut);
 
  private:
   void show();
 
   FirstRunServices services_;
+  std::function<void()> offerChanged_;
   FormRow* current_;
   std::vector<std::pair<ShortcutConfiguration, QPushButton*>> proposals_;
   NoticeBar* notice_;

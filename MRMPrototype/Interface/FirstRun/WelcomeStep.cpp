@@ -4,9 +4,10 @@ namespace murmel {
 
 WelcomeStep::WelcomeStep(const FirstRunServices& services)
     : FormPage(tr("Dictate into any application"),
-               tr("Hold a shortcut, speak, let go: your words appear where you write.")) {
+               tr("Press a shortcut and speak: your words appear where you write.")) {
   auto& does = *addCard(tr("What Murmel does"));
-  does.addRow(tr("Listens while you hold the shortcut"), tr("And at no other time."), nullptr);
+  does.addRow(tr("Listens only while you dictate"),
+              tr("From the shortcut, or a click on its button, until you let go or press again."), nullptr);
   does.addRow(tr("Recognizes speech on this computer"), tr("Also without a network."), nullptr);
   does.addRow(
       tr("Inserts the words for you"),

@@ -72,6 +72,8 @@ void HistoryWindow::build() {
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setResizeMode(QListView::Adjust);
   list_->setAccessibleName(tr("Dictations"));
+  fadeAtTheEdges(*list_);
+  fadeAtTheEdges(*text_);
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { showCurrent(); });
 
   auto* split = new QSplitter;
@@ -88,7 +90,13 @@ void HistoryWindow::build() {
   auto* foot = new QWidget;
   auto* footLine = new QHBoxLayout(foot);
   footLine->setContentsMargins(grid::medium, grid::small, grid::medium, grid::small);
+  footLine->setSpacing(grid::medium);
   footLine->addWidget(count_, 1);
+  auto* title = label(tr("Auto-delete history"), LabelRole::second);
+  title->setWordWrap(false);
+  title->setBuddy(retention_);
+  footLine->addWidget(title);
+  footLine->addWidget(retention_);
   footLine->addWidget(removeAll_);
 
   auto* lines = new QVBoxLayout(this);
@@ -111,15 +119,7 @@ QWidget* HistoryWindow::buildHead() {
   auto* lines = new QVBoxLayout(head);
   lines->setContentsMargins(grid::medium, grid::medium, grid::medium, grid::medium);
   lines->setSpacing(grid::small);
-  auto* line = new QHBoxLayout;
-  line->setSpacing(grid::medium);
-  line->addWidget(search_, 1);
-  auto* title = label(tr("Auto-delete history"), LabelRole::second);
-  title->setWordWrap(false);
-  title->setBuddy(retention_);
-  line->addWidget(title);
-  line->addWidget(retention_);
-  lines->addLayout(line);
+  lines->addWidget(search_);
   lines->addWidget(off_);
   lines->addWidget(storage_);
   return head;

@@ -31,6 +31,7 @@ struct ModelShelfRow {
   bool isSpeech = false;                ///< else it corrects text
   bool isPackaged = false;              ///< came with the application: nothing is to be done about it
   bool isInUse = false;                 ///< a dictation would use it now
+  bool canBeChosen = false;             ///< one of several that the user chooses from
   std::optional<std::uint64_t> size{};  ///< bytes to download, where it is known
   std::uint64_t onDisk = 0;             ///< bytes
   State state = State::absent;
@@ -60,6 +61,8 @@ class ModelShelf {
   virtual void pause(const std::string& name) = 0;
   virtual void verify(const std::string& name) = 0;
   virtual void remove(const std::string& name) = 0;
+  /// From the next dictation on.
+  virtual void choose(const std::string& name) = 0;
 };
 
 }  // namespace murmel

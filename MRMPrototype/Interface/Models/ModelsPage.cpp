@@ -35,6 +35,8 @@ class ModelsPage::Row final : public QWidget {
   QLabel* about_;
   QLabel* state_;
   QProgressBar* progress_;
+  QLabel* sign_;  ///< beside a state that is trouble
+  QPushButton* use_;
   QPushButton* download_;
   QPushButton* pause_;
   QPushButton* verify_;
@@ -48,6 +50,8 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
       about_(label({}, LabelRole::second)),
       state_(label({}, LabelRole::second)),
       progress_(new QProgressBar),
+      sign_(new QLabel),
+      use_(button(ModelsPage::tr("Use"), [this] { shelf_.choose(name_); })),
       download_(button(ModelsPage::tr("Download"), [this] { shelf_.download(name_); })),
       pause_(button(ModelsPage::tr("Pause"), [this] { shelf_.pause(name_); })),
       verify_(button(ModelsPage::tr("Verify"), [this] { shelf_.verify(name_); })),
@@ -62,8 +66,9 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
   lines->addWidget(about_);
   auto* foot = new QHBoxLayout;
   foot->setSpacing(grid::small);
+  foot->addWidget(sign_);
   foot->addWidget(state_, 1);
-  for (auto* action : {download_, pause_, verify_, remove_}) foot->addWidget(action);
+  for (auto* action : {use_, download_, pause_, verify_, remove_}) foot->addWidget(action);
   lines->addSpacing(grid::unit);
   lines->addWidget(progress_);
   lines->addLayout(foot);
@@ -79,6 +84,12 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
   about_->setText(about.join(u' '));
   about_->setVisible(!about.isEmpty());
   state_->setText(stateWords(row));
+  const bool isTrouble = row.state == failed || row.state == damaged;
+  sign_->setVisible(isTrouble);
+  state_->setForegroundRole(isTrouble ? QPalette::WindowText : QPalette::PlaceholderText);
+  if (isTrouble)
+    sign_->setPixmap(
+        symbolPixmap(Symbol::warning, 16, colourOf(Meaning::danger, palette()), devicePixelRatioF()));
 
   const bool isRunning = row.state == downloading || row.state == waiting;
   const bool isThere =
@@ -94,10 +105,11 @@ void ModelsPage::Row::show(const ModelShelfRow& row) {
                                                    : ModelsPage::tr("Download")));
   download_->setVisible(!row.isPackaged && !isRunning && !isThere && row.state != verifying);
   download_->setEnabled(row.unusable.empty() && shelf_.downloadsUnavailable().empty());
+  use_->setVisible(row.canBeChosen && !row.isInUse);
   pause_->setVisible(isRunning);
   verify_->setVisible(isThere);
   remove_->setVisible(isThere || row.state == paused || (row.state == failed && row.onDisk > 0));
-  for (auto* action : {download_, pause_, verify_, remove_})
+  for (auto* action : {use_, download_, pause_, verify_, remove_})
     action->setAccessibleName(QStringLiteral("%1: %2").arg(action->text(), title));
 }
 
@@ -155,9 +167,10 @@ void ModelsPage::Row::askToRemove() {
 }
 
 ModelsPage::ModelsPage(ModelShelf& shelf)
-    : FormPage(tr("Speech Models"),
-               tr("Models run on this computer. Every file is compared with its known digest "
-                  "before it is used.")),
+    : FormPage(
+          tr("Speech Models"),
+          tr("Models run on this computer. Every file is checked before it is used. Q4 and Q8 in a name: "
+             "the higher, the more exact, and the larger.")),
       shelf_(shelf),
       notice_(new NoticeBar(Severity::warning)),
       total_(label({}, LabelRole::second)) {
@@ -165,8 +178,10 @@ ModelsPage::ModelsPage(ModelShelf& shelf)
   auto* unavailable = new NoticeBar(Severity::information);
   unavailable->setText(fromCore(shelf_.downloadsUnavailable()));
   addWidget(unavailable);
-  speech_ = addCard(tr("Speech recognition"));
-  correction_ = addCard(tr("Punctuation and capitals"));
+  speech_ = addCard(tr("Speech recognition"),
+                    tr("Of those that are here, the best one for your language is used."));
+  correction_ =
+      addCard(tr("Punctuation and capitals"), tr("Used when “Format with a local model” is on, under Text."));
   addWidget(total_);
   changes_ = shelf_.changed().subscribe([this] { refresh(); });
   refresh();

@@ -105,6 +105,14 @@ QString RecordingPill::pasteKeys() const {
   return QString::fromLatin1(keys.data(), static_cast<qsizetype>(keys.size()));
 }
 
+/// How the recording ends, as long as there is nothing better to show.
+QString RecordingPill::advice() const {
+  if (state_.which() != DictationState::Case::listening || condition_ != CaptureCondition::fine) return {};
+  if (actions_.isHeld && actions_.isHeld()) return tr("Speak, then let go");
+  return actions_.surface != nullptr ? tr("Speak, then press again")
+                                     : tr("Speak, then press again or click here");
+}
+
 RecordingPill::RecordingPill(PillActions actions)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint),
@@ -241,10 +249,11 @@ void RecordingPill::render() {
   const bool isRecording = state_.isRecording() && hint_.empty();
   const bool rests = isResting();
   words_->setVisible(!rests);
+  const auto below = recognised_.empty() && hint_.empty() ? advice() : QString::fromStdString(recognised_);
   words_->setLines(recognised_.empty() ? mostLines : 1);
   words_->setWords(shown());
-  soFar_->setVisible(!rests && !recognised_.empty());
-  soFar_->setWords(QString::fromStdString(recognised_));
+  soFar_->setVisible(!rests && !below.isEmpty());
+  soFar_->setWords(below);
   meter_->setVisible(isRecording);
   elapsed_->setVisible(isRecording);
   const bool hasButtons = actions_.surface == nullptr;

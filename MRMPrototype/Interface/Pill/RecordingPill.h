@@ -37,6 +37,8 @@ struct PillActions {
   Compositor* compositor = nullptr;
   /// The keys that paste where the words were to go; empty: the usual ones.
   std::function<std::string_view()> pasteKeys{};
+  /// The shortcut is held down, and letting it go ends the recording; empty: it never is.
+  std::function<bool()> isHeld{};
 };
 
 /// The floating indicator: the state in words, and while it records the level of the microphone, the time,
@@ -71,6 +73,7 @@ class RecordingPill final : public QWidget, public OverlayController {
  private:
   [[nodiscard]] QString shown() const;
   [[nodiscard]] QString pasteKeys() const;
+  [[nodiscard]] QString advice() const;
   void arrange();
   void render();
   void showSign();

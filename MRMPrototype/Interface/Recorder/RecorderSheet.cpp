@@ -2,6 +2,7 @@
 
 #include "Interface/PlatformWords.h"
 #include "Platform/KeyModifiers.h"
+#include "Shortcut/ShortcutChoice.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -128,12 +129,12 @@ void RecorderSheet::show(const ShortcutRecorder& recorder) {
   const auto title = candidate ? shortcutTitle(*candidate) : inPlatformWords(recorder.titleLine());
   const bool isNew = title != keys_->text();
   keys_->setText(title);
-  help_->setText(inPlatformWords(recorder.helpLine()));
+  help_->setText(inPlatformWords(recorder.helpLine()) + QStringLiteral("\n") + limits());
   const auto against = candidate && services_.notice ? services_.notice(*candidate) : std::string();
   if (isNew) conflict_->setText(inPlatformWords(against));
   for (int mark = 0; mark < ShortcutRecorder::requiredConfirmations; ++mark) {
     const bool isDone = candidate && mark < recorder.confirmations();
-    const auto colour = isDone ? colourOf(Meaning::good, palette()) : palette().color(QPalette::Mid);
+    const auto colour = isDone ? colourOf(Meaning::good, palette()) : outlineOf(palette());
     marks_.at(static_cast<std::size_t>(mark))
         ->setPixmap(
             symbolPixmap(isDone ? Symbol::good : Symbol::ring, markSize, colour, devicePixelRatioF()));
@@ -146,6 +147,13 @@ void RecorderSheet::show(const ShortcutRecorder& recorder) {
   setAccessibleName(windowTitle() + QStringLiteral(": ") + title);
   QAccessibleEvent told(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&told);
+}
+
+QString RecorderSheet::limits() const {
+  if (services_.canHear && !services_.canHear(configuration(ShortcutChoice::controlKey)))
+    return tr("This desktop hears no modifier key alone: hold modifiers together with a key.");
+  return tr(
+      "Most keyboards keep Fn to themselves: if nothing shows when you press it, it is not heard here.");
 }
 
 bool RecorderSheet::event(QEvent* event) {

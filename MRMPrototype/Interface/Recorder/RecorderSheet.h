@@ -26,6 +26,8 @@ struct RecorderServices {
   std::function<Registration()> suspendShortcuts;
   /// What speaks against it here, in sentences of the core; empty when nothing does.
   std::function<std::string(const ShortcutConfiguration&)> notice;
+  /// Whether this desktop can hear a shortcut at all; empty: any.
+  std::function<bool(const ShortcutConfiguration&)> canHear{};
 };
 
 /// Lets the user press the keys that are to be used, three times in a row. Every key belongs to the
@@ -46,6 +48,8 @@ class RecorderSheet final : public QDialog {
   void take(const KeyEvent& event);
   void feed(const KeyEvent& event);
   void show(const ShortcutRecorder& recorder);
+  /// Which of the keys that the help names are not heard here.
+  [[nodiscard]] QString limits() const;
 
   RecorderServices services_;
   std::function<void(const ShortcutConfiguration&)> save_;

@@ -14,8 +14,9 @@ AdvancedPage::AdvancedPage(const SettingsServices& services)
     : SettingsPage(tr("Advanced"), {}, services), outcome_(new NoticeBar(Severity::information)) {
   auto& card = *addCard(tr("Recognition"));
   addSwitch(card,
-            {tr("Recognize while I speak"), tr("Works on finished phrases during a dictation, so that the "
-                                               "end comes sooner. From the next dictation.")},
+            {tr("Work ahead while I speak"),
+             tr("Recognizes what you have said during a long dictation, so that the words come sooner after "
+                "it. Nothing is inserted by this. From the next dictation.")},
             {.property = SettingsProperty::processWhileRecording,
              .get = [this] { return settings().processWhileRecording(); },
              .set = [this](bool on) { settings().setProcessWhileRecording(on); },

@@ -48,9 +48,9 @@ void GeneralPage::addStart() {
 void GeneralPage::addDictation() {
   auto& card = *addCard(tr("While you dictate"));
   addSwitch(card,
-            {tr("Insert while I speak"),
+            {tr("Insert phrases while I speak"),
              tr("Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted "
-                "phrases—not individual words. From the next dictation.")},
+                "phrases—not individual words. A phrase pause is a short silence. From the next dictation.")},
             {.property = SettingsProperty::insertWhileRecording,
              .get = [this] { return settings().insertWhileRecording(); },
              .set = [this](bool on) { settings().setInsertWhileRecording(on); },

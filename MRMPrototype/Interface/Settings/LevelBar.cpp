@@ -42,7 +42,7 @@ void LevelBar::paintEvent(QPaintEvent* /*event*/) {
   const auto& colours = palette();
   const QRectF groove = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
   const auto radius = groove.height() / 2;
-  painter.setPen(QPen(colours.color(QPalette::Mid), 1));
+  painter.setPen(QPen(outlineOf(colours), 1));
   painter.setBrush(colours.color(QPalette::AlternateBase));
   painter.drawRoundedRect(groove, radius, radius);
   if (peak_ <= 0) return;

@@ -40,7 +40,7 @@ PrivacyPage::PrivacyPage(const SettingsServices& services)
        .set = [this](HistoryRetention retention) { settings().setHistoryRetention(retention); },
        .standard = HistoryRetention::forever},
       std::move(titles));
-  std::vector<QPushButton*> buttons{deleteAll_};
+  std::vector<QWidget*> buttons{deleteAll_};
   if (this->services().openHistory)
     buttons.push_back(button(tr("Open History…"), this->services().openHistory));
   stored_ = card.addRow(tr("Stored entries"), {}, buttonRow(buttons));
@@ -50,8 +50,8 @@ PrivacyPage::PrivacyPage(const SettingsServices& services)
                nullptr);
   facts.addRow(
       tr("No network for your words"),
-      tr("Recognition and correction run in processes that have no network. Only the download of models "
-         "that you ask for opens a connection."),
+      tr("Recognition and correction run in processes that have no network. Murmel opens a connection only "
+         "to download a model that you ask for, and to look for new versions where you have allowed it."),
       nullptr);
   facts.addRow(tr("No words in logs"), tr("Logs hold times and counts, never what you said."), nullptr);
 

@@ -11,9 +11,12 @@ namespace murmel {
 namespace {
 
 std::vector<ShortcutConfiguration> readyMade(const SettingsServices& services) {
-  std::vector<ShortcutConfiguration> all{proposedShortcuts().front()};
-  if (services.canHearShortcut && !services.canHearShortcut(all.front())) all.clear();
-  for (const auto choice : offeredChoices(services.canHearShortcut)) all.push_back(configuration(choice));
+  std::vector<ShortcutConfiguration> all;
+  const auto add = [&all](const ShortcutConfiguration& shortcut) {
+    if (std::ranges::find(all, shortcut) == all.end()) all.push_back(shortcut);
+  };
+  for (const auto& proposal : proposedShortcuts(services.canHearShortcut)) add(proposal);
+  for (const auto choice : offeredChoices(services.canHearShortcut)) add(configuration(choice));
   return all;
 }
 
@@ -35,10 +38,12 @@ ShortcutPage::ShortcutPage(const SettingsServices& services)
     const auto position = static_cast<std::size_t>(index);
     if (position < ready_.size()) settings().setShortcut(ready_[position]);
   });
-  auto* record = button(tr("Record a Shortcut…"), [this] {
+  auto* record = button(tr("Record…"), [this] {
     this->services().recordShortcut(window(), [this](const auto& chosen) { settings().setShortcut(chosen); });
   });
-  auto* row = card.addRow(tr("Another shortcut"), tr("Press the keys you want to use."), record);
+  record->setAccessibleName(tr("Record other keys"));
+  auto* row = card.addRow(tr("Keys of your own"),
+                          tr("Press the keys that you want to use instead of the shortcut above."), record);
   if (!this->services().recordShortcut) row->setUnavailable(tr("Keys cannot be recorded in this session."));
   if (this->services().openSetup) {
     card.addRow(tr("Setup and permissions"), inPlatformWords(inputMonitoringExplanation),
@@ -54,21 +59,25 @@ ShortcutPage::ShortcutPage(const SettingsServices& services)
       SettingsProperty::pasteAgainShortcut, [this]() -> auto& { return settings().pasteAgainShortcut(); },
       [this](const auto& shortcut) { settings().setPasteAgainShortcut(shortcut); });
   follow(SettingsProperty::shortcut, [this] { show(); });
-  onReset([this] { settings().setShortcut(proposedShortcuts().front()); });
+  onReset([this] { settings().setShortcut(ready_.front()); });
 }
 
 void ShortcutPage::addFurther(Card& card, const QString& title, const QString& description,
                               SettingsProperty property, std::function<const ShortcutConfiguration&()> get,
                               std::function<void(const ShortcutConfiguration&)> set) {
+  auto* keys = label({}, LabelRole::second);
+  keys->setWordWrap(false);
   auto* choose = button({}, [this, set] { services().recordShortcut(window(), set); });
   auto* remove = symbolButton(Symbol::remove, tr("Remove this shortcut"), [set] { set({}); });
-  auto* row = card.addRow(title, description, buttonRow({choose, remove}));
+  auto* row = card.addRow(title, description, buttonRow({keys, choose, remove}));
   if (!services().recordShortcut || !services().hearsFurtherShortcuts)
     row->setUnavailable(tr("This desktop watches no further shortcut for Murmel."));
-  follow(property, [title, choose, remove, get] {
+  follow(property, [title, keys, choose, remove, get] {
     const bool isSet = get().kind != ShortcutConfiguration::Kind::disabled;
-    choose->setText(isSet ? literal(shortcutTitle(get())) : tr("Record…"));
-    choose->setAccessibleName(title + QStringLiteral(": ") + choose->text());
+    keys->setText(isSet ? shortcutTitle(get()) : tr("None"));
+    choose->setText(isSet ? tr("Change…") : tr("Record…"));
+    choose->setAccessibleName(title + QStringLiteral(": ") + keys->text() + QStringLiteral(", ") +
+                              choose->text());
     remove->setVisible(isSet);
   });
   onReset([set] { set({}); });

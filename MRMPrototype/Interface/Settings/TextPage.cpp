@@ -35,15 +35,17 @@ void TextPage::addCleanUp() {
              .set = [this](bool on) { settings().setSpokenCommands(on); },
              .standard = false})
       ->setKeywords(tr("punctuation voice dictation commands"));
-  addSwitch(
+  auto* space = addSwitch(
       card,
       {tr("Space between dictations"),
        tr("When you dictate twice in a row into the same field and press nothing in between, a space is "
-          "pasted before the second text. Needs a desktop that lets Murmel hear every key (X11).")},
+          "pasted before the second text.")},
       {.property = SettingsProperty::spaceBetweenDictations,
        .get = [this] { return settings().spaceBetweenDictations(); },
        .set = [this](bool on) { settings().setSpaceBetweenDictations(on); },
        .standard = false});
+  if (!services().hearsFurtherShortcuts)
+    space->setUnavailable(tr("This desktop does not let Murmel hear whether a key is pressed in between."));
 }
 
 void TextPage::addFormatting() {

@@ -68,7 +68,8 @@ void showPill(const std::function<void(QWidget&, const char*)>& save) {
                       .cancel = [] {},
                       .moved = [](OverlayPosition) {},
                       .screen = {},
-                      .compositor = &compositor});
+                      .compositor = &compositor,
+                      .isHeld = [] { return true; }});
   const auto speak = [&](OverlayPosition edge, const char* name) {
     pill.setEdge(edge);
     pill.update(Case::listening);
@@ -82,7 +83,7 @@ void showPill(const std::function<void(QWidget&, const char*)>& save) {
       "The minutes of the meeting go to everybody who was invited, not only to those who came, and they go "
       "there today."));
   save(pill, "pill-words");
-  pill.update(DictationState::error("Download the required Parakeet speech model to use dictation"));
+  pill.update(DictationState::error("Could not start microphone recording"));
   save(pill, "pill-error");
   pill.setEdge(OverlayPosition::left);
   save(pill, "pill-error-upright");

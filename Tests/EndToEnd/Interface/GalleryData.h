@@ -30,6 +30,7 @@ class ExampleShelf final : public ModelShelf {
   void pause(const std::string& name) override { calls.push_back("pause " + name); }
   void verify(const std::string& name) override { calls.push_back("verify " + name); }
   void remove(const std::string& name) override { calls.push_back("remove " + name); }
+  void choose(const std::string& name) override { calls.push_back("choose " + name); }
 
   std::vector<std::string> calls;
 

@@ -54,7 +54,7 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
   const auto text = [](const char* raw) { return DefaultsValue(std::string(raw)); };
   const std::vector<Row> rows{
       {Page::general, "Show in the task bar", settingsKey::showInDock, false, true},
-      {Page::general, "Insert while I speak", settingsKey::insertWhileRecording, true, false},
+      {Page::general, "Insert phrases while I speak", settingsKey::insertWhileRecording, true, false},
       {Page::general, "Restore the clipboard", settingsKey::restorePreviousClipboard, false, true},
       {Page::general, "Position", settingsKey::overlayAnchor, text("bottom"), text("right")},
       {Page::general, "Keep it on the screen", settingsKey::showRestingIndicator, true, false},
@@ -74,7 +74,7 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
       {Page::privacy, "Keep a history", settingsKey::historyEnabled, false, false},
       {Page::privacy, "Auto-delete history", settingsKey::historyRetention, text("fiveMinutes"),
        text("forever")},
-      {Page::advanced, "Recognize while I speak", settingsKey::processWhileRecording, false, true},
+      {Page::advanced, "Work ahead while I speak", settingsKey::processWhileRecording, false, true},
       {Page::advanced, "Keep the speech model in memory", settingsKey::recogniserIdleMinutes,
        std::int64_t{60}, std::int64_t{10}},
       {Page::advanced, "Check for updates automatically", settingsKey::automaticUpdateChecks, true, false},
@@ -175,9 +175,10 @@ TEST_F(Windows, ask_the_shelf_of_models_for_what_their_buttons_say) {
   window.present(SettingsWindow::Page::models);
   button(window, "Pause")->click();
   button(window, "Verify")->click();
+  button(window, "Use")->click();
   button(window, "Try Again")->click();
-  EXPECT_EQ(data.models.calls,
-            (std::vector<std::string>{"pause parakeet", "verify gemma-4-e2b", "download sage"}));
+  EXPECT_EQ(data.models.calls, (std::vector<std::string>{"pause parakeet", "verify gemma-4-e2b",
+                                                         "choose qwen-0.6b", "download sage"}));
   EXPECT_FALSE(button(window, "Download")->isEnabled()) << "of a model that cannot run here";
 }
 

@@ -33,6 +33,9 @@ TEST(ShortcutConflicts, NameWhatElseHappensAndNothingForTheProposals) {
       {proposedShortcuts()[0], {}, {}},
       {proposedShortcuts()[1], {}, {}},
   };
+  const auto isKey = [](const ShortcutConfiguration& shortcut) { return shortcut.kind == Kind::key; };
+  EXPECT_EQ(proposedShortcuts(isKey).front(), configuration(ShortcutChoice::controlSpace))
+      << "where no modifier is heard alone";
   for (const auto& row : rows) {
     const auto found = shortcutConflicts(row.shortcut, row.facts);
     ASSERT_EQ(found.size(), row.words.size()) << row.shortcut.title();
