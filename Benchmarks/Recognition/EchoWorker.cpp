@@ -13,6 +13,7 @@ class NoEngine final : public murmel::worker::SpeechEngine {
                                                     const murmel::worker::SpeechHints&) override {
     return std::to_string(samples.size());
   }
+  void forget() override {}
 };
 
 }  // namespace

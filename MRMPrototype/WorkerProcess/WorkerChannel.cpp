@@ -17,7 +17,7 @@ namespace murmel {
 
 namespace {
 
-constexpr std::size_t chunkSize = std::size_t{64} * 1'024;  // what a pipe holds
+constexpr std::size_t chunkSize = 4'096;  // replies are short
 
 /// What `poll` is given for the time until `deadline`, in whole milliseconds. Nothing when it has come.
 std::optional<int> pollLimit(const Clock& clock, Instant deadline) {
@@ -80,7 +80,10 @@ Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
   const auto deadline = clock_.now() + limit;
   while (true) {
     while (const auto line = lines_.next()) {
-      if (auto message = WorkerMessage::decode(line->text)) return *std::move(message);
+      auto message = WorkerMessage::decode(line->text);
+      if (!message) continue;
+      lines_.forgetUsed();
+      return *std::move(message);
     }
     if (ended_ || cancellation_.isCancelled()) return failed("worker exited unexpectedly");
     const auto milliseconds = pollLimit(clock_, deadline);

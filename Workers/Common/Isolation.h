@@ -19,6 +19,14 @@ std::expected<void, std::string> closeDoors();
 /// what it is for. The error is for the user; nothing is asked of a process that is known to be unconfined.
 std::expected<void, std::string> provedConfined(bool connects);
 
+/// From now on no other process of the user looks into this one: there are words in it. Not before, because
+/// the application looks which program it is.
+void closeMemory();
+
+/// A worker ends when it is asked to, also where it is the first process of its namespace, of which the
+/// system takes no default actions.
+void endWhenAsked();
+
 /// The keeper of the clipboard gives up everything but messages on the connections that it has.
 std::expected<void, std::string> keepConnections();
 

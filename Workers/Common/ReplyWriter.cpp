@@ -1,5 +1,6 @@
 #include "Workers/Common/ReplyWriter.h"
 
+#include "Foundation/Crypto/Wipe.h"
 #include "Foundation/WriteAll.h"
 
 #include <string>
@@ -33,7 +34,10 @@ bool ReplyWriter::result(std::int64_t id, std::string_view text) {
   auto object = event("result");
   object["id"] = id;
   object["text"] = text;
-  return writeAll(descriptor_, lineOf(object));
+  const bool isHeard = writeAll(descriptor_, lineOf(object));
+  wipeStack();
+  wipeVectorRegisters();
+  return isHeard;
 }
 
 bool ReplyWriter::error(std::optional<std::int64_t> id, std::string_view reason) {

@@ -64,7 +64,9 @@ void serve(LineReader& requests, ReplyWriter& replies, TextCorrector& corrector)
         isHeard = replies.error(std::nullopt, "request is too long");
         break;
       case LineReader::Outcome::line:
+        closeMemory();
         isHeard = answer(requests.line(), replies, corrector);
+        requests.release();
         break;
     }
     if (!isHeard) return;
@@ -98,6 +100,7 @@ std::expected<void, std::string> run(std::span<char* const> given, ReplyWriter& 
 /// object a line. Ends with 0 when its input ends, with 1 when it could not begin.
 int main(int argumentCount, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
+  endWhenAsked();
   ::prctl(PR_SET_NAME, "mrm-sage");
   const auto protocol = takeStandardOutput();
   if (!protocol) return EXIT_FAILURE;

@@ -24,6 +24,10 @@ void ParakeetEngine::Deleter::operator()(parakeet_context* context) const {
   parakeet_free(context);
 }
 
+void ParakeetEngine::Deleter::operator()(parakeet_state* state) const {
+  parakeet_free_state(state);
+}
+
 std::expected<std::unique_ptr<ParakeetEngine>, std::string> ParakeetEngine::load(
     const std::filesystem::path& modelFile, int threads) {
   // Its log quotes what was recognised. The first parameter's type has another name in each build of the
@@ -34,16 +38,23 @@ std::expected<std::unique_ptr<ParakeetEngine>, std::string> ParakeetEngine::load
   ModelReader reader(modelFile);
   if (!reader.isOpen()) return std::unexpected("speech model could not be loaded");
   auto loader = reader.loader<parakeet_model_loader>();
-  parakeet_context* const context = parakeet_init_with_params(&loader, settings);
+  parakeet_context* const context = parakeet_init_with_params_no_state(&loader, settings);
   if (context == nullptr) return std::unexpected("speech model could not be loaded");
   std::unique_ptr<ParakeetEngine> engine(new ParakeetEngine(context, threads));
-  if (!reader.sawWholeFile()) return std::unexpected("speech model could not be loaded");
+  engine->forget();
+  if (!reader.sawWholeFile() || !engine->state_) return std::unexpected("speech model could not be loaded");
   return engine;
 }
 
 std::expected<std::string, std::string> ParakeetEngine::recognise(std::span<const std::int16_t> samples,
                                                                   const SpeechHints&) {
+  if (!state_) return std::unexpected("not enough memory");
   return inPieces(samples, pieces, [&](auto piece) { return recognisePiece(piece); });
+}
+
+void ParakeetEngine::forget() {
+  state_.reset();  // the spectrum, the words, and whatever was computed in between
+  state_.reset(parakeet_init_state(context_.get()));
 }
 
 std::expected<std::string, std::string> ParakeetEngine::recognisePiece(
@@ -53,11 +64,12 @@ std::expected<std::string, std::string> ParakeetEngine::recognisePiece(
   auto settings = parakeet_full_default_params(PARAKEET_SAMPLING_GREEDY);
   settings.n_threads = threads_;
   settings.no_context = true;
-  if (parakeet_full(context_.get(), settings, scaled.data(), static_cast<int>(scaled.size())) != 0)
+  if (parakeet_full_with_state(context_.get(), state_.get(), settings, scaled.data(),
+                               static_cast<int>(scaled.size())) != 0)
     return std::unexpected("speech recogniser failed");
   std::string text;
-  for (int i = 0; i < parakeet_full_n_segments(context_.get()); ++i)
-    text += parakeet_full_get_segment_text(context_.get(), i);
+  for (int i = 0; i < parakeet_full_n_segments_from_state(state_.get()); ++i)
+    text += parakeet_full_get_segment_text_from_state(state_.get(), i);
   const auto first = text.find_first_not_of(' ');
   if (first == std::string::npos) return "";
   return text.substr(first, text.find_last_not_of(' ') - first + 1);

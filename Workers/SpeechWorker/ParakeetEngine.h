@@ -6,6 +6,7 @@
 #include <memory>
 
 struct parakeet_context;
+struct parakeet_state;
 
 namespace murmel::worker {
 
@@ -20,15 +21,19 @@ class ParakeetEngine final : public SpeechEngine {
 
   std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
                                                     const SpeechHints& hints) override;
+  void forget() override;
 
  private:
   struct Deleter {
     void operator()(parakeet_context* context) const;
+    void operator()(parakeet_state* state) const;
   };
   ParakeetEngine(parakeet_context* context, int threads) : context_(context), threads_(threads) {}
   std::expected<std::string, std::string> recognisePiece(std::span<const std::int16_t> samples);
 
   std::unique_ptr<parakeet_context, Deleter> context_;
+  std::unique_ptr<parakeet_state, Deleter>
+      state_;  ///< of one request; nothing when there was no memory for it
   int threads_;
 };
 

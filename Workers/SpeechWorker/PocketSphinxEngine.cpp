@@ -4,6 +4,7 @@
 #include "Workers/SpeechWorker/QuietCut.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <sstream>
@@ -48,6 +49,16 @@ std::expected<std::string, std::string> PocketSphinxEngine::recognise(std::span<
                                                                       const SpeechHints& hints) {
   learn(hints.words);
   return inPieces(samples, {}, [&](auto piece) { return recognisePiece(piece); });
+}
+
+void PocketSphinxEngine::forget() {
+  // A little silence takes the place of the last sound; the words go when an utterance begins.
+  constexpr std::array<std::int16_t, 1'600> silence{};
+  constexpr int noSearch = TRUE;
+  constexpr int fullUtterance = FALSE;
+  if (ps_start_utt(decoder_.get()) < 0) return;
+  ps_process_raw(decoder_.get(), silence.data(), silence.size(), noSearch, fullUtterance);
+  ps_end_utt(decoder_.get());
 }
 
 void PocketSphinxEngine::learn(const std::vector<std::string>& names) {

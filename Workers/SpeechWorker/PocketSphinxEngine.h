@@ -23,6 +23,7 @@ class PocketSphinxEngine final : public SpeechEngine {
 
   std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
                                                     const SpeechHints& hints) override;
+  void forget() override;
 
  private:
   struct Deleter {

@@ -1,5 +1,6 @@
 #include "Workers/SpeechWorker/RequestLoop.h"
 
+#include "Workers/Common/Isolation.h"
 #include "Workers/SpeechWorker/TranscriptionRequest.h"
 
 #include <new>
@@ -33,7 +34,9 @@ void serveRequests(LineReader& requests, ReplyWriter& replies, SpeechEngine& eng
         isHeard = replies.error(std::nullopt, "request is too long");
         break;
       case LineReader::Outcome::line:
+        closeMemory();
         isHeard = answer(requests, replies, engine);
+        engine.forget();
         break;
     }
     if (!isHeard) return;

@@ -23,6 +23,8 @@ class SpeechEngine {
   /// the user. UTF-8.
   virtual std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
                                                             const SpeechHints& hints) = 0;
+  /// Gives up what is left of the last recording and of its words, as far as the engine's library lets it.
+  virtual void forget() = 0;
 };
 
 }  // namespace murmel::worker

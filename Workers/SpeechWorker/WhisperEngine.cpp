@@ -83,6 +83,10 @@ void WhisperEngine::Deleter::operator()(whisper_context* context) const {
   whisper_free(context);
 }
 
+void WhisperEngine::Deleter::operator()(whisper_state* state) const {
+  whisper_free_state(state);
+}
+
 std::expected<std::unique_ptr<WhisperEngine>, std::string> WhisperEngine::load(
     const std::filesystem::path& modelFile, int threads) {
   // Its log quotes what was recognised.
@@ -93,16 +97,23 @@ std::expected<std::unique_ptr<WhisperEngine>, std::string> WhisperEngine::load(
   ModelReader reader(modelFile);
   if (!reader.isOpen()) return std::unexpected("speech model could not be loaded");
   auto loader = reader.loader<whisper_model_loader>();
-  whisper_context* const context = whisper_init_with_params(&loader, settings);
+  whisper_context* const context = whisper_init_with_params_no_state(&loader, settings);
   if (context == nullptr) return std::unexpected("speech model could not be loaded");
   std::unique_ptr<WhisperEngine> engine(new WhisperEngine(context, threads));
-  if (!reader.sawWholeFile()) return std::unexpected("speech model could not be loaded");
+  engine->forget();
+  if (!reader.sawWholeFile() || !engine->state_) return std::unexpected("speech model could not be loaded");
   return engine;
 }
 
 std::expected<std::string, std::string> WhisperEngine::recognise(std::span<const std::int16_t> samples,
                                                                  const SpeechHints& hints) {
+  if (!state_) return std::unexpected("not enough memory");
   return inPieces(samples, pieces, [&](auto piece) { return recognisePiece(piece, hints); });
+}
+
+void WhisperEngine::forget() {
+  state_.reset();  // the spectrum, the words, and whatever was computed in between
+  state_.reset(whisper_init_state(context_.get()));
 }
 
 std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<const std::int16_t> samples,
@@ -154,12 +165,13 @@ std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span
   auto settings = settingsFor(threads_, attempt.window, attempt.language.c_str());
   settings.max_tokens = attempt.tokenLimit;
   if (!attempt.prompt.empty()) settings.initial_prompt = attempt.prompt.c_str();
-  if (whisper_full(context_.get(), settings, samples.data(), static_cast<int>(samples.size())) != 0)
+  if (whisper_full_with_state(context_.get(), state_.get(), settings, samples.data(),
+                              static_cast<int>(samples.size())) != 0)
     return std::unexpected("speech recogniser failed");
   Heard heard;
-  for (int i = 0; i < whisper_full_n_segments(context_.get()); ++i) {
-    heard.text += whisper_full_get_segment_text(context_.get(), i);
-    heard.tokens += whisper_full_n_tokens(context_.get(), i);
+  for (int i = 0; i < whisper_full_n_segments_from_state(state_.get()); ++i) {
+    heard.text += whisper_full_get_segment_text_from_state(state_.get(), i);
+    heard.tokens += whisper_full_n_tokens_from_state(state_.get(), i);
   }
   return heard;
 }
@@ -169,10 +181,12 @@ std::string WhisperEngine::languageOf(std::span<const float> samples) {
   // The library listens with the window of the call before: this one sets it, and the spectrum, and stops.
   auto settings = settingsFor(threads_, languageWindow, fallback.c_str());
   settings.encoder_begin_callback = [](whisper_context*, whisper_state*, void*) { return false; };
-  if (whisper_full(context_.get(), settings, samples.data(), static_cast<int>(samples.size())) != 0)
+  if (whisper_full_with_state(context_.get(), state_.get(), settings, samples.data(),
+                              static_cast<int>(samples.size())) != 0)
     return fallback;
   std::vector<float> shares(static_cast<std::size_t>(whisper_lang_max_id()) + 1);
-  if (whisper_lang_auto_detect(context_.get(), 0, threads_, shares.data()) < 0) return fallback;
+  if (whisper_lang_auto_detect_with_state(context_.get(), state_.get(), 0, threads_, shares.data()) < 0)
+    return fallback;
   const auto likeliest = std::ranges::max_element(shares);
   int best = static_cast<int>(likeliest - shares.begin());
   if (*likeliest < clearMajority && !isOffered(whisper_lang_str(best))) {

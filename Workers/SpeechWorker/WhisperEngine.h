@@ -6,6 +6,7 @@
 #include <memory>
 
 struct whisper_context;
+struct whisper_state;
 
 namespace murmel::worker {
 
@@ -20,10 +21,12 @@ class WhisperEngine final : public SpeechEngine {
 
   std::expected<std::string, std::string> recognise(std::span<const std::int16_t> samples,
                                                     const SpeechHints& hints) override;
+  void forget() override;
 
  private:
   struct Deleter {
     void operator()(whisper_context* context) const;
+    void operator()(whisper_state* state) const;
   };
   struct Attempt;
   struct Heard;
@@ -38,6 +41,8 @@ class WhisperEngine final : public SpeechEngine {
   std::string languageOf(std::span<const float> samples);
 
   std::unique_ptr<whisper_context, Deleter> context_;
+  std::unique_ptr<whisper_state, Deleter>
+      state_;  ///< of one request; nothing when there was no memory for it
   int threads_;
 };
 

@@ -1,3 +1,4 @@
+#include "Workers/Common/Isolation.h"
 #include "Workers/Common/WorkerOutput.h"
 #include "Workers/SpeechWorker/Preparation.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
@@ -16,6 +17,7 @@ int main(int argumentCount, char** arguments) {
   using namespace murmel;
   using namespace murmel::worker;
   std::signal(SIGPIPE, SIG_IGN);
+  endWhenAsked();
   ::prctl(PR_SET_NAME, "mrm-fluidaudio");
   const auto protocol = takeStandardOutput();
   if (!protocol) return EXIT_FAILURE;

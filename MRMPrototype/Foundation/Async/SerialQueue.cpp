@@ -44,6 +44,7 @@ void SerialQueue::work() {
     job();
     job = nullptr;
     // It may now sleep for hours.
+    wipeStack();
     wipeVectorRegisters();
   }
 }

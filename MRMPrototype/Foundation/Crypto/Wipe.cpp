@@ -14,6 +14,12 @@ void wipe(std::string& text) noexcept {
   text.clear();
 }
 
+[[gnu::noinline]] void wipeStack() noexcept {
+  constexpr std::size_t depth = 32 * 1'024;
+  std::uint8_t below[depth];  // NOLINT(*-avoid-c-arrays): an array object would be used before it has a value
+  ::explicit_bzero(below, sizeof below);
+}
+
 void wipeVectorRegisters() noexcept {
 #if defined(__x86_64__)
   // Those that only AVX-512 has are cleared with them where it is: copies use the second half of the file

@@ -16,4 +16,7 @@ void wipe(std::string& text) noexcept;
 /// for as long as the thread has nothing to do.
 void wipeVectorRegisters() noexcept;
 
+/// Overwrites what returned functions have left on the stack of this thread, as deep as computing goes.
+void wipeStack() noexcept;
+
 }  // namespace murmel

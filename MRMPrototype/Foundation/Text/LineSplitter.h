@@ -28,6 +28,12 @@ class LineSplitter {
     buffer_.append(bytes);
   }
 
+  /// Gives up the memory of what has been given out.
+  void forgetUsed() {
+    append({});
+    buffer_.shrink_to_fit();
+  }
+
   /// Bytes that are held, and those of them that have not been given out.
   [[nodiscard]] std::size_t held() const { return buffer_.size(); }
   [[nodiscard]] std::size_t waiting() const { return buffer_.size() - consumed_; }

@@ -1,13 +1,12 @@
 #include "Sentinel.h"
 #include "Support/FileBytes.h"
+#include "Support/ProcessMemory.h"
 #include "Support/TemporaryFolder.h"
 
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -87,27 +86,8 @@ class Witness {
     return status;
   }
 
-  /// How often pieces of the sentence are in the memory of the process, all of it: what is left out of core
-  /// dumps too.
-  [[nodiscard]] int occurrencesInMemory() const {
-    const auto directory = "/proc/" + std::to_string(process_);
-    std::ifstream maps(directory + "/maps");
-    const int memory = ::open((directory + "/mem").c_str(), O_RDONLY | O_CLOEXEC);
-    int count = 0;
-    std::string contents;
-    for (std::string line; std::getline(maps, line);) {
-      std::size_t begin = 0;
-      std::size_t end = 0;
-      std::array<char, 5> access{};
-      if (std::sscanf(line.c_str(), "%zx-%zx %4s", &begin, &end, access.data()) != 3 || access[0] != 'r')
-        continue;
-      contents.resize(end - begin);
-      const auto size = ::pread(memory, contents.data(), contents.size(), static_cast<off_t>(begin));
-      if (size > 0) count += occurrences({contents.data(), static_cast<std::size_t>(size)});
-    }
-    ::close(memory);
-    return count;
-  }
+  /// How often pieces of the sentence are in the memory of the process.
+  [[nodiscard]] int occurrencesInMemory() const { return test::ProcessMemory(process_).count(pieces()); }
 
  private:
   pid_t process_ = -1;
