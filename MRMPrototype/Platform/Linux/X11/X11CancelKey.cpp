@@ -27,12 +27,13 @@ X11CancelKey::X11CancelKey(Executor& executor, std::unique_ptr<X11Connection> co
 
 Registration X11CancelKey::take(std::function<void()> pressed) {
   // The layout may have changed since the last time.
-  const auto key = keyboard_ ? keyboard_->keyFor(XKB_KEY_Escape) : std::nullopt;
-  if (!key) return {};
-  if (!grab(*key, XCB_MOD_MASK_ANY)) {
+  const auto found = keyboard_ ? keyboard_->keyFor(XKB_KEY_Escape) : std::nullopt;
+  if (!found) return {};
+  const auto key = found->code;
+  if (!grab(key, XCB_MOD_MASK_ANY)) {
     // Somebody has it with some modifiers, as window managers do: the other combinations are free.
     for (std::uint16_t mask = 0; mask < modifierMasks; ++mask)
-      xcb_grab_key(connection_->get(), 0, connection_->root(), mask, *key, XCB_GRAB_MODE_ASYNC,
+      xcb_grab_key(connection_->get(), 0, connection_->root(), mask, key, XCB_GRAB_MODE_ASYNC,
                    XCB_GRAB_MODE_ASYNC);
   }
   xcb_flush(connection_->get());
@@ -41,7 +42,7 @@ Registration X11CancelKey::take(std::function<void()> pressed) {
   executor_.post([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) drain();
   });
-  return Registration([this, key = *key] {
+  return Registration([this, key] {
     pressed_ = nullptr;
     xcb_ungrab_key(connection_->get(), key, connection_->root(), XCB_MOD_MASK_ANY);
     xcb_flush(connection_->get());

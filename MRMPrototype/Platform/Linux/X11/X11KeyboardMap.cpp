@@ -62,7 +62,7 @@ bool X11KeyboardMap::gives(xkb_keycode_t key, xkb_layout_index_t group, xkb_keys
   return count == 1 && symbols[0] == symbol;
 }
 
-std::optional<xcb_keycode_t> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
+std::optional<X11Key> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
   // The answer comes after the news of every change of the map before it.
   const auto state = x11Reply(connection_.get(), xcb_xkb_get_state_reply,
                               xcb_xkb_get_state(connection_.get(), coreKeyboard));
@@ -70,18 +70,26 @@ std::optional<xcb_keycode_t> X11KeyboardMap::keyFor(xkb_keysym_t symbol) {
   if (!state || keymap_ == nullptr) return std::nullopt;
   const auto first = xkb_keymap_min_keycode(keymap_);
   const auto last = xkb_keymap_max_keycode(keymap_);
-  std::optional<xcb_keycode_t> elsewhere;
+  std::optional<X11Key> elsewhere;
   for (auto key = first; key <= last; ++key) {
     const auto groups = xkb_keymap_num_layouts_for_key(keymap_, key);
     for (xkb_layout_index_t group = 0; group < groups; ++group) {
       if (!gives(key, group, symbol)) continue;
       // Keys with fewer groups than the keyboard give their last one for the others.
       const bool isActive = group == std::min<xkb_layout_index_t>(state->group, groups - 1);
-      if (isActive) return static_cast<xcb_keycode_t>(key);
-      if (!elsewhere) elsewhere = static_cast<xcb_keycode_t>(key);
+      if (isActive) return X11Key{static_cast<xcb_keycode_t>(key), std::nullopt};
+      if (!elsewhere) elsewhere = {static_cast<xcb_keycode_t>(key), static_cast<std::uint8_t>(group)};
     }
   }
   return elsewhere;
+}
+
+std::optional<std::uint8_t> X11KeyboardMap::exchangeGroup(std::uint8_t group) {
+  const auto state = x11Reply(connection_.get(), xcb_xkb_get_state_reply,
+                              xcb_xkb_get_state(connection_.get(), coreKeyboard));
+  if (!state) return std::nullopt;
+  xcb_xkb_latch_lock_state(connection_.get(), coreKeyboard, 0, 0, 1, group, 0, 0, 0);
+  return state->lockedGroup;
 }
 
 std::optional<xcb_keycode_t> X11KeyboardMap::keyWithoutSymbol() {

@@ -12,6 +12,12 @@
 namespace murmel {
 
 /// The keyboard as it is laid out now: which key gives which symbol, and which keys are held. Main thread.
+/// A key and, where another layout group than the active one gives its symbol, that group.
+struct X11Key {
+  xcb_keycode_t code = 0;
+  std::optional<std::uint8_t> otherGroup;
+};
+
 class X11KeyboardMap {
  public:
   /// Null when the server has no XKB extension.
@@ -21,8 +27,11 @@ class X11KeyboardMap {
   X11KeyboardMap& operator=(const X11KeyboardMap&) = delete;
 
   /// The key that gives `symbol` without any modifier: in the layout group that is active, else in another
-  /// one, because applications look for the letters of a shortcut in the other groups too.
-  std::optional<xcb_keycode_t> keyFor(xkb_keysym_t symbol);
+  /// one.
+  std::optional<X11Key> keyFor(xkb_keysym_t symbol);
+
+  /// Makes a layout group the active one; the number of that which was, nothing when the server does not say.
+  std::optional<std::uint8_t> exchangeGroup(std::uint8_t group);
 
   /// A key that gives no symbol in any layout, which no application has a use for.
   std::optional<xcb_keycode_t> keyWithoutSymbol();

@@ -84,7 +84,7 @@ std::optional<X11KeyboardPoster::Chord> X11KeyboardPoster::keysOf(PasteChord cho
     if (symbol == 0) continue;
     const auto code = map_->keyFor(symbol);
     if (!code) return std::nullopt;
-    found.modifiers.push_back(*code);
+    found.modifiers.push_back(code->code);
   }
   const auto code = map_->keyFor(keys->key);
   if (!code) return std::nullopt;
@@ -170,8 +170,12 @@ PostResult X11KeyboardPoster::post(PasteChord chord, const RunningApplication& t
     if (!heldModifiers.empty()) pressNeutralKey();
     for (const auto held : heldModifiers) send(held, false);
     for (const auto modifier : keys->modifiers) send(modifier, true);
-    send(keys->key, true);
-    send(keys->key, false);
+    // Some applications do not look for the letters of a shortcut in the layouts that are not active.
+    const auto layout =
+        keys->key.otherGroup ? map_->exchangeGroup(*keys->key.otherGroup) : std::optional<std::uint8_t>();
+    send(keys->key.code, true);
+    send(keys->key.code, false);
+    if (layout) map_->exchangeGroup(*layout);
     for (const auto modifier : std::views::reverse(keys->modifiers)) send(modifier, false);
   }
   // The keys have been delivered when the server answers.

@@ -31,7 +31,7 @@ class X11KeyboardPoster final : public KeyboardPoster {
  private:
   struct Chord {
     std::vector<xcb_keycode_t> modifiers;
-    xcb_keycode_t key = 0;
+    X11Key key;
   };
 
   X11KeyboardPoster(Executor& executor, InjectedKeys* injectedKeys, std::unique_ptr<X11Connection> connection,
