@@ -1440,6 +1440,10 @@
         <translation>Die Tastaturbelegung hat keine Tasten zum Einfügen. Text wird kopiert, zum Einfügen von Hand.</translation>
     </message>
     <message>
+        <source>GTK programs tell of them, Qt programs and browsers only while assistive technologies are switched on. Prompts that take the keyboard for themselves are seen in any case.</source>
+        <translation>GTK-Programme geben sie zu erkennen, Qt-Programme und Browser nur, solange Hilfstechnologien eingeschaltet sind. Abfragen, die die Tastatur für sich nehmen, werden in jedem Fall erkannt.</translation>
+    </message>
+    <message>
         <source>They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.</source>
         <translation>Sie sehen aus wie andere Felder: Der Bus für Barrierefreiheit (at-spi2-core) läuft nicht. Abfragen, die die Tastatur für sich nehmen, werden trotzdem erkannt.</translation>
     </message>

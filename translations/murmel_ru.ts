@@ -1444,6 +1444,10 @@
         <translation>В раскладке нет клавиш для вставки. Текст копируется, вставьте его сами.</translation>
     </message>
     <message>
+        <source>GTK programs tell of them, Qt programs and browsers only while assistive technologies are switched on. Prompts that take the keyboard for themselves are seen in any case.</source>
+        <translation>Программы на GTK сообщают о них, программы на Qt и браузеры — только пока включены вспомогательные технологии. Запросы, захватывающие клавиатуру, видны в любом случае.</translation>
+    </message>
+    <message>
         <source>They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.</source>
         <translation>Они выглядят как обычные поля: шина доступности (at-spi2-core) не запущена. Запросы, захватывающие клавиатуру, видны и так.</translation>
     </message>

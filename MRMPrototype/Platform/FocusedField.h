@@ -14,13 +14,19 @@ enum class FocusedFieldKind {
   unanswered,  ///< the application does tell of its fields, but did not this time
 };
 
+/// Which applications can tell of their fields.
+enum class FieldTellers {
+  nobody,
+  some,  ///< but not those that do so only when assistive technologies are switched on
+  all,   ///< whose toolkit tells at all
+};
+
 /// What applications tell of the field that has the keyboard. Main thread.
 class FocusedField {
  public:
   virtual ~FocusedField() = default;
 
-  /// Whether applications can tell of their fields at all.
-  [[nodiscard]] virtual bool canTell() = 0;
+  [[nodiscard]] virtual FieldTellers tellers() = 0;
 
   /// Text will be meant for `application` soon: finds out by then what has the keyboard in it.
   virtual void prepare(const RunningApplication& application) = 0;

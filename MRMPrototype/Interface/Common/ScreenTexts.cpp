@@ -225,6 +225,7 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "In this Wayland session text is pasted into X programs only, and copied otherwise.")),
     same(QT_TRANSLATE_NOOP("Messages", "No window manager tells which window is active. Text is copied, for you to paste.")),
     same(QT_TRANSLATE_NOOP("Messages", "The keyboard layout has no keys to paste with. Text is copied, for you to paste.")),
+    same(QT_TRANSLATE_NOOP("Messages", "GTK programs tell of them, Qt programs and browsers only while assistive technologies are switched on. Prompts that take the keyboard for themselves are seen in any case.")),
     same(QT_TRANSLATE_NOOP("Messages", "They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.")),
     same(QT_TRANSLATE_NOOP("Messages", "It is locked. History and vocabulary stay in memory until it is unlocked.")),
     same(QT_TRANSLATE_NOOP("Messages", "No secret service answers. History and vocabulary stay in memory only.")),

@@ -7,7 +7,7 @@ namespace murmel {
 /// A field of which a test says what it is.
 class FakeFocusedField final : public FocusedField {
  public:
-  [[nodiscard]] bool canTell() override { return true; }
+  [[nodiscard]] FieldTellers tellers() override { return FieldTellers::all; }
   void prepare(const RunningApplication& /*application*/) override { ++prepared_; }
   Task<FocusedFieldKind> kind(RunningApplication /*application*/) override { co_return kind_; }
   void setKind(FocusedFieldKind kind) { kind_ = kind; }

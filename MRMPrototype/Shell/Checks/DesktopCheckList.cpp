@@ -72,9 +72,17 @@ Task<CheckResult> checkPaste(CheckedServices services) {
 Task<CheckResult> checkPasswordFields(CheckedServices services) {
   if (services.desktop == nullptr)
     co_return CheckResult{CheckState::limited, "There is no desktop with applications that tell of them."};
-  if (services.desktop->focusedField.canTell()) {
-    co_return CheckResult{CheckState::works,
-                          "Applications can tell of them; nothing is pasted into those that do."};
+  switch (services.desktop->focusedField.tellers()) {
+    case FieldTellers::all:
+      co_return CheckResult{CheckState::works,
+                            "Applications can tell of them; nothing is pasted into those that do."};
+    case FieldTellers::some:
+      co_return CheckResult{CheckState::limited,
+                            "GTK programs tell of them, Qt programs and browsers only while assistive "
+                            "technologies are switched on. Prompts that take the keyboard for themselves "
+                            "are seen in any case."};
+    case FieldTellers::nobody:
+      break;
   }
   co_return CheckResult{CheckState::limited,
                         "They look like other fields: the accessibility bus (at-spi2-core) does not run. "

@@ -121,7 +121,7 @@ class DeliveryDesk : public X11TargetDesk {
   std::unique_ptr<X11Pasteboards> pasteboards;
   std::unique_ptr<X11KeyboardPoster> keyboard;
   std::unique_ptr<X11SecureInput> secureInput;
-  AccessibleFocusedField field{loop.executor};
+  AccessibleFocusedField field{loop.executor, std::chrono::seconds(10)};  // the machine may be busy
   UsersKeyboard user;
   std::vector<PasteSettlement> settled;
   std::optional<TextInsertionService> service;

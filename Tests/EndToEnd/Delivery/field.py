@@ -1,22 +1,8 @@
-"""A window with one part that has the keyboard: field.py gtk3|gtk4|qt5 password|entry|button"""
+"""A window with one part that has the keyboard: field.py gtk3|gtk4 password|entry|button"""
 
 import sys
 
 toolkit, kind = sys.argv[1:]
-
-if toolkit == "qt5":
-    from PyQt5.QtWidgets import QApplication, QLineEdit, QPushButton, QVBoxLayout, QWidget
-
-    application = QApplication([])
-    window = QWidget()
-    widget = QPushButton("button") if kind == "button" else QLineEdit()
-    if kind == "password":
-        widget.setEchoMode(QLineEdit.Password)
-    QVBoxLayout(window).addWidget(widget)
-    window.show()
-    window.activateWindow()
-    widget.setFocus()
-    sys.exit(application.exec_())
 
 import gi
 

@@ -8,30 +8,30 @@ namespace murmel {
 
 namespace {
 
-constexpr std::uint64_t patienceMicroseconds =
-    std::chrono::duration_cast<std::chrono::microseconds>(AccessibilityBus::patience).count();
 constexpr auto accessible = "org.a11y.atspi.Accessible";
 
-/// Where the bus listens; nothing when it does not run. It is not started for us.
-std::optional<std::string> addressOfTheBus() {
+struct Unreference {
+  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+};
+
+/// What the session's service says that runs the bus, which is not started for us; null without an answer.
+std::unique_ptr<sd_bus_message, Unreference> askService(Duration patience, const char* interface,
+                                                        const char* member, const char* property = nullptr) {
   sd_bus* opened = nullptr;
-  if (sd_bus_open_user(&opened) < 0) return std::nullopt;
+  if (sd_bus_open_user(&opened) < 0) return nullptr;
   const std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)> session(opened,
                                                                              &sd_bus_flush_close_unref);
-  sd_bus_message* call = nullptr;
-  std::optional<std::string> address;
-  if (sd_bus_message_new_method_call(session.get(), &call, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus",
-                                     "GetAddress") >= 0) {
-    sd_bus_message_set_auto_start(call, 0);
-    sd_bus_message* reply = nullptr;
-    const char* text = nullptr;
-    if (sd_bus_call(session.get(), call, patienceMicroseconds, nullptr, &reply) >= 0 &&
-        sd_bus_message_read(reply, "s", &text) >= 0)
-      address = text;
-    sd_bus_message_unref(reply);
-  }
-  sd_bus_message_unref(call);
-  return address;
+  sd_bus_message* created = nullptr;
+  if (sd_bus_message_new_method_call(opened, &created, "org.a11y.Bus", "/org/a11y/bus", interface, member) <
+      0)
+    return nullptr;
+  const std::unique_ptr<sd_bus_message, Unreference> call(created);
+  sd_bus_message_set_auto_start(created, 0);
+  if (property != nullptr) sd_bus_message_append(created, "ss", "org.a11y.Status", property);
+  sd_bus_message* reply = nullptr;
+  const auto limit = std::chrono::duration_cast<std::chrono::microseconds>(patience).count();
+  sd_bus_call(opened, created, static_cast<std::uint64_t>(limit), nullptr, &reply);
+  return std::unique_ptr<sd_bus_message, Unreference>(reply);
 }
 
 }  // namespace
@@ -48,9 +48,9 @@ void AccessibilityBus::MessageDeleter::operator()(sd_bus_message* message) const
   sd_bus_message_unref(message);
 }
 
-AccessibilityBus::AccessibilityBus(Executor& executor,
+AccessibilityBus::AccessibilityBus(Executor& executor, Duration patience,
                                    std::function<void(const AccessibleObject&, bool)> onFocus)
-    : executor_(executor), onFocus_(std::move(onFocus)) {}
+    : executor_(executor), patience_(patience), onFocus_(std::move(onFocus)) {}
 
 AccessibilityBus::~AccessibilityBus() {
   disconnect();
@@ -69,9 +69,11 @@ void AccessibilityBus::disconnect() {
 bool AccessibilityBus::connect() {
   if (bus_ && sd_bus_is_open(bus_.get()) > 0) return true;
   disconnect();
-  const auto address = addressOfTheBus();
+  const auto answer = askService(patience_, "org.a11y.Bus", "GetAddress");
+  const char* address = nullptr;
   sd_bus* created = nullptr;
-  if (!address || sd_bus_new(&created) < 0) return false;
+  if (!answer || sd_bus_message_read(answer.get(), "s", &address) < 0 || sd_bus_new(&created) < 0)
+    return false;
   bus_.reset(created);
   ++connectionNumber_;
   sd_bus_slot* slot = nullptr;
@@ -79,7 +81,7 @@ bool AccessibilityBus::connect() {
     return focusChanged(message, self, error);
   };
   const bool listens =
-      sd_bus_set_address(created, address->c_str()) >= 0 && sd_bus_set_bus_client(created, 1) >= 0 &&
+      sd_bus_set_address(created, address) >= 0 && sd_bus_set_bus_client(created, 1) >= 0 &&
       sd_bus_start(created) >= 0 &&
       sd_bus_add_match_async(created, &slot,
                              "type='signal',interface='org.a11y.atspi.Event.Object',member='StateChanged',"
@@ -97,6 +99,12 @@ bool AccessibilityBus::connect() {
   watch_ = executor_.watchReadable(sd_bus_get_fd(created), [this] { process(); });
   process();
   return true;
+}
+
+bool AccessibilityBus::isForAll() const {
+  const auto answer = askService(patience_, "org.freedesktop.DBus.Properties", "Get", "IsEnabled");
+  int enabled = 0;
+  return answer && sd_bus_message_read(answer.get(), "v", "b", &enabled) >= 0 && enabled != 0;
 }
 
 void AccessibilityBus::process() {
@@ -137,8 +145,7 @@ Task<AccessibilityBus::Message> AccessibilityBus::ask(Message call) {
     auto& open = *static_cast<Question*>(asked);
     auto waiting = std::exchange(open.sender, std::nullopt);
     if (!waiting) return 0;
-    const bool isError = sd_bus_message_is_method_error(reply, nullptr) != 0;
-    Message answer(isError ? nullptr : sd_bus_message_ref(reply));
+    Message answer(sd_bus_message_ref(reply));
     // Whoever waits goes on from the loop: the bus is not to be used from inside its own callback.
     open.executor.post(
         [to = *std::move(waiting), answer = std::move(answer)]() mutable { to.send(std::move(answer)); });
@@ -147,7 +154,7 @@ Task<AccessibilityBus::Message> AccessibilityBus::ask(Message call) {
   sd_bus_slot* slot = nullptr;
   if (sd_bus_call_async(bus_.get(), &slot, call.get(), answered, question.get(), 0) < 0) co_return Message();
   const std::unique_ptr<sd_bus_slot, SlotDeleter> pending(slot);
-  const auto limit = executor_.after(patience, [question] { question->sender.reset(); });
+  const auto limit = executor_.after(patience_, [question] { question->sender.reset(); });
   auto answer = co_await receiver;
   if (!answer) co_return Message();
   co_return *std::move(answer);
@@ -188,8 +195,9 @@ Task<std::optional<std::uint64_t>> AccessibilityBus::states(AccessibleObject obj
 Task<std::optional<std::vector<AccessibleObject>>> AccessibilityBus::children(AccessibleObject object) {
   auto asking = ask(newCall(object, accessible, "GetChildren"));
   const auto answer = co_await asking;
-  if (!answer || sd_bus_message_enter_container(answer.get(), 'a', "(so)") < 0) co_return std::nullopt;
+  if (!answer) co_return std::nullopt;
   std::vector<AccessibleObject> found;
+  if (sd_bus_message_enter_container(answer.get(), 'a', "(so)") < 0) co_return found;
   const char* application = nullptr;
   const char* path = nullptr;
   while (sd_bus_message_read(answer.get(), "(so)", &application, &path) > 0)

@@ -29,19 +29,21 @@ struct AccessibleObject {
 };
 
 /// The bus on which applications tell assistive programs of their interfaces, where it runs; nothing is
-/// started or switched on for it. Questions are answered within 50 ms or not at all. Main thread.
+/// started or switched on for it. Main thread.
 class AccessibilityBus {
  public:
-  static constexpr Duration patience = std::chrono::milliseconds(50);
-
-  /// `onFocus` hears of parts that have got the keyboard (true) or lost it. The executor outlives this.
-  AccessibilityBus(Executor& executor, std::function<void(const AccessibleObject&, bool)> onFocus);
+  /// Questions are answered within `patience` or not at all. `onFocus` hears of parts that have got the
+  /// keyboard (true) or lost it. The executor outlives this.
+  AccessibilityBus(Executor& executor, Duration patience,
+                   std::function<void(const AccessibleObject&, bool)> onFocus);
   ~AccessibilityBus();
   AccessibilityBus(const AccessibilityBus&) = delete;
   AccessibilityBus& operator=(const AccessibilityBus&) = delete;
 
   /// Reaches the bus if that has not been done; false where there is none. Cheap when connected.
   bool connect();
+  /// Whether assistive technologies are switched on for the session, for which some applications wait.
+  [[nodiscard]] bool isForAll() const;
   /// Hears what has arrived.
   void process();
   /// A number that is different after every new connection: what was known of the one before is void.
@@ -52,6 +54,7 @@ class AccessibilityBus {
   Task<std::optional<std::uint32_t>> role(AccessibleObject object);
   /// One bit a state.
   Task<std::optional<std::uint64_t>> states(AccessibleObject object);
+  /// Empty where the application answers that it does not tell.
   Task<std::optional<std::vector<AccessibleObject>>> children(AccessibleObject object);
   Task<std::optional<AccessibleObject>> parent(AccessibleObject object);
   /// Where every application hangs.
@@ -72,10 +75,11 @@ class AccessibilityBus {
   static int focusChanged(sd_bus_message* message, void* self, void* error);
   void disconnect();
   Message newCall(const AccessibleObject& object, const char* interface, const char* member);
-  /// Null without an answer.
+  /// Null without an answer. An answer may say that something is wrong.
   Task<Message> ask(Message call);
 
   Executor& executor_;
+  const Duration patience_;
   std::function<void(const AccessibleObject&, bool)> onFocus_;
   int connectionNumber_ = 0;
   std::unique_ptr<sd_bus, BusDeleter> bus_;

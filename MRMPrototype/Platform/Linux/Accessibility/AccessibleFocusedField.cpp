@@ -23,8 +23,6 @@ constexpr int stateManagesDescendants = 31;
 constexpr std::array<std::uint32_t, 16> rolesWithoutText = {7,  26, 27, 29, 32, 33, 34, 35,
                                                             37, 43, 44, 45, 48, 51, 62, 88};
 
-constexpr Duration patience = std::chrono::milliseconds(250);
-
 /// An interface of more parts than this is not searched to its end.
 constexpr int mostParts = 3'000;
 
@@ -34,10 +32,11 @@ bool has(std::uint64_t states, int state) {
 
 }  // namespace
 
-AccessibleFocusedField::AccessibleFocusedField(Executor& executor)
-    : executor_(executor), bus_(executor, [this](const AccessibleObject& object, bool isFocused) {
-        focusChanged(object, isFocused);
-      }) {}
+AccessibleFocusedField::AccessibleFocusedField(Executor& executor, Duration patience)
+    : executor_(executor),
+      patience_(patience),
+      bus_(executor, patience / 5,
+           [this](const AccessibleObject& object, bool isFocused) { focusChanged(object, isFocused); }) {}
 
 AccessibleFocusedField::~AccessibleFocusedField() = default;
 
@@ -85,11 +84,9 @@ Task<std::vector<AccessibleObject>> AccessibleFocusedField::rootsOf(pid_t proces
   co_return roots;
 }
 
-Task<std::optional<AccessibleObject>> AccessibleFocusedField::searchBelow(AccessibleObject root) {
-  auto listing = bus_.children(root);
-  const auto windows = co_await listing;
-  std::deque<AccessibleObject> waiting;
-  if (windows) waiting.assign(windows->begin(), windows->end());
+Task<std::optional<AccessibleObject>> AccessibleFocusedField::searchIn(
+    std::vector<AccessibleObject> windows) {
+  std::deque<AccessibleObject> waiting(windows.begin(), windows.end());
   std::size_t windowsLeft = waiting.size();
   std::optional<AccessibleObject> focusedWindow;
   for (int part = 0; part < mostParts && !waiting.empty(); ++part) {
@@ -157,7 +154,10 @@ Task<FocusedFieldKind> AccessibleFocusedField::findBelow(AccessibleObject root, 
       co_return kind;
     }
   }
-  auto searching = searchBelow(root);
+  auto listing = bus_.children(root);
+  auto windows = co_await listing;
+  if (!windows) co_return FocusedFieldKind::unanswered;
+  auto searching = searchIn(*std::move(windows));
   const auto found = co_await searching;
   // Some tell of their windows only; they have nothing to say about fields.
   Focus focus{found, FocusedFieldKind::notTold};
@@ -189,6 +189,11 @@ Task<void> AccessibleFocusedField::answer(RunningApplication application,
   executor_.post([to, kind] { to->send(kind); });
 }
 
+FieldTellers AccessibleFocusedField::tellers() {
+  if (!bus_.connect()) return FieldTellers::nobody;
+  return bus_.isForAll() ? FieldTellers::all : FieldTellers::some;
+}
+
 Task<FocusedFieldKind> AccessibleFocusedField::kind(RunningApplication application) {
   if (!bus_.connect()) co_return FocusedFieldKind::notTold;
   bus_.process();
@@ -196,7 +201,7 @@ Task<FocusedFieldKind> AccessibleFocusedField::kind(RunningApplication applicati
   auto [sender, receiver] = makeOneShot<FocusedFieldKind>();
   const auto to = std::make_shared<OneShotSender<FocusedFieldKind>>(std::move(sender));
   scope_.start(answer(application, to));
-  const auto limit = executor_.after(patience, [to] { to->send(FocusedFieldKind::unanswered); });
+  const auto limit = executor_.after(patience_, [to] { to->send(FocusedFieldKind::unanswered); });
   const auto kind = co_await receiver;
   co_return kind.value_or(FocusedFieldKind::notTold);
 }

@@ -20,11 +20,11 @@ namespace murmel {
 /// before the bus was reached. Main thread.
 class AccessibleFocusedField final : public FocusedField {
  public:
-  /// The executor outlives this.
-  explicit AccessibleFocusedField(Executor& executor);
+  /// An application has `patience` to say what has the keyboard. The executor outlives this.
+  explicit AccessibleFocusedField(Executor& executor, Duration patience = std::chrono::milliseconds(250));
   ~AccessibleFocusedField() override;
 
-  [[nodiscard]] bool canTell() override { return bus_.connect(); }
+  [[nodiscard]] FieldTellers tellers() override;
   void prepare(const RunningApplication& application) override;
   Task<FocusedFieldKind> kind(RunningApplication application) override;
 
@@ -45,12 +45,13 @@ class AccessibleFocusedField final : public FocusedField {
   Task<FocusedFieldKind> findBelow(AccessibleObject root, Purpose purpose);
   /// The parts of the desktop that are the process's.
   Task<std::vector<AccessibleObject>> rootsOf(pid_t process);
-  /// What has the focus below `root`, looked for where no word of it has come.
-  Task<std::optional<AccessibleObject>> searchBelow(AccessibleObject root);
+  /// What of the windows, or in them, has the focus, looked for where no word of it has come.
+  Task<std::optional<AccessibleObject>> searchIn(std::vector<AccessibleObject> windows);
   Task<FocusedFieldKind> kindOf(AccessibleObject object);
   Task<bool> hides(AccessibleObject object);
 
   Executor& executor_;
+  const Duration patience_;
   AccessibilityBus bus_;
   int knownConnection_ = 0;
   std::map<std::string, Focus> focus_;  ///< by the application's name on the bus
