@@ -38,43 +38,54 @@ TEST(DeliveryOfALargeClipboard, APictureOfALargeScreenComesBackAndDelaysNoPaste)
     GTEST_SKIP() << "PyQt5 is not installed";
   DeliveryDesk desk;
   const auto target = desk.launch("Editor");
-  std::size_t deliveries = 0;
-  // Of five: the machine may be busy with something else.
-  const auto medianTime = [&] {
-    std::vector<double> times;
-    for (int run = 0; run < 5; ++run) {
-      desk.begin();
-      const auto start = desk.loop.clock.now();
-      EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
-      times.push_back(std::chrono::duration<double, std::milli>(desk.loop.clock.now() - start).count());
-      desk.service->endDictationSession();
-      EXPECT_TRUE(desk.waitUntilSettled(++deliveries));
-      EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
-      EXPECT_TRUE(desk.service->clipboardWasKept());
-    }
-    std::ranges::sort(times);
-    return times[2];
+  std::optional<ApplicationProcess> owner;
+  const auto copyPicture = [&] {
+    owner.reset();
+    owner.emplace(
+        std::vector<std::string>{"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"});
+    ASSERT_TRUE(desk.waitUntil([&] { return !owner->told("owned").empty(); }));
   };
-  const auto withText = medianTime();
-
-  ApplicationProcess owner({"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"});
-  ASSERT_TRUE(desk.waitUntil([&] { return !owner.told("owned").empty(); }));
+  std::size_t deliveries = 0;
+  const auto timeOfDelivery = [&] {
+    const auto start = desk.loop.clock.now();
+    EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
+    const std::chrono::duration<double, std::milli> time = desk.loop.clock.now() - start;
+    const bool kept = desk.service->clipboardWasKept();
+    desk.service->endDictationSession();
+    EXPECT_TRUE(desk.waitUntilSettled(++deliveries));
+    return std::pair(time.count(), kept);
+  };
   // The words of a short dictation do not wait for the picture.
+  copyPicture();
   desk.service->beginDictationSession();
   desk.loop.runFor(100ms);
-  const auto start = desk.loop.clock.now();
-  EXPECT_EQ(desk.deliver("short"), TextDeliveryResult::insertionSent);
-  const std::chrono::duration<double, std::milli> interrupted = desk.loop.clock.now() - start;
-  EXPECT_FALSE(desk.service->clipboardWasKept());
-  desk.service->endDictationSession();
-  ASSERT_TRUE(desk.waitUntilSettled(++deliveries));
+  const auto [interrupted, keptInTheMiddle] = timeOfDelivery();
+  EXPECT_FALSE(keptInTheMiddle);
 
-  ApplicationProcess again({"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"});
-  ASSERT_TRUE(desk.waitUntil([&] { return !again.told("owned").empty(); }));
-  const auto captureStart = desk.loop.clock.now();
-  desk.begin();
-  const std::chrono::duration<double> captured = desk.loop.clock.now() - captureStart;
-  const auto withPicture = medianTime();
+  // In turns: whatever else the machine does meets both alike.
+  std::vector<double> withText;
+  std::vector<double> withPicture;
+  Duration captured{};
+  for (int pair = 0; pair < 7; ++pair) {
+    for (auto* times : {&withText, &withPicture}) {
+      if (times == &withPicture) {
+        copyPicture();
+      } else {
+        desk.usersClipboard = std::make_unique<ClipboardOwner>("CLIPBOARD", richClipboard());
+      }
+      const auto captureStart = desk.loop.clock.now();
+      desk.begin();
+      captured = desk.loop.clock.now() - captureStart;
+      const auto [time, kept] = timeOfDelivery();
+      EXPECT_TRUE(kept);
+      EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
+      times->push_back(time);
+    }
+  }
+  const auto median = [](std::vector<double> times) {
+    std::ranges::sort(times);
+    return times[times.size() / 2];
+  };
   const auto back = DeliveryDesk::contentsOf("CLIPBOARD");
   ASSERT_FALSE(back.items.empty());
   EXPECT_GE(back.items.front().values.size(), 10U);
@@ -82,9 +93,11 @@ TEST(DeliveryOfALargeClipboard, APictureOfALargeScreenComesBackAndDelaysNoPaste)
   std::size_t bytes = 0;
   for (const auto& value : back.items.front().values) bytes += value.data.size();
   std::printf(
-      "stop to keys: text %.1f ms, picture %.1f ms, picture in the middle of its capture %.1f ms; "
+      "stop to keys: text %.1f ms, picture %.1f ms, ratio %.2f, picture in the middle of its capture %.1f "
+      "ms; "
       "%zu forms, %zu bytes captured in %.1f s\n",
-      withText, withPicture, interrupted.count(), back.items.front().values.size(), bytes, captured.count());
+      median(withText), median(withPicture), median(withPicture) / median(withText), interrupted,
+      back.items.front().values.size(), bytes, std::chrono::duration<double>(captured).count());
 }
 
 struct Owner {
@@ -145,13 +158,15 @@ constexpr const char* gimpScript =
 
 INSTANTIATE_TEST_SUITE_P(
     Owners, DeliveryBesideAnOwner,
-    ::testing::Values(Owner{"flameshot",
-                            "command -v flameshot",
-                            {"sh", "-c", "flameshot & sleep 3; flameshot full -c; wait"}},
-                      Owner{"gimp", "command -v gimp", {"gimp", "-n", "-s", "-b", gimpScript}},
-                      Owner{"pyqt5",
-                            "/usr/bin/python3 -c 'import PyQt5.QtWidgets'",
-                            {"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"}}),
+    ::testing::Values(
+        Owner{"flameshot",
+              "command -v flameshot",
+              {"sh", "-c",
+               "flameshot & gdbus wait --session org.flameshot.Flameshot; flameshot full -c; wait"}},
+        Owner{"gimp", "command -v gimp", {"gimp", "-n", "-s", "-b", gimpScript}},
+        Owner{"pyqt5",
+              "/usr/bin/python3 -c 'import PyQt5.QtWidgets'",
+              {"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"}}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace murmel::test

@@ -15,8 +15,7 @@ constexpr const char* terminalServer =
     "exec /usr/libexec/gnome-terminal-server";
 
 /// It asks for the size of its letters when it is new, and takes keys where the pointer has clicked.
-constexpr const char* firstRun =
-    "sleep 4; xdotool mousemove 640 430 click 1; sleep 1; xdotool mousemove 640 350 click 1; sleep 1";
+constexpr const char* firstRun = "xdotool mousemove 640 430 click 1; xdotool mousemove 640 350 click 1";
 
 const std::vector<RealApplication> applications{
     {"mousepad", "Mousepad", {"mousepad", "--disable-server", "FILE"}},
@@ -41,9 +40,13 @@ const std::vector<RealApplication> applications{
     {"konsole", "konsole", {"konsole", "--separate", "-e", "SCRIPT"}, true},
     {"scite", "Scite", {"sh", "-c", "echo code.page=65001 >~/.SciTEUser.properties; exec scite FILE"}},
     {"terminology", "terminology", {"terminology", "-e", "SCRIPT"}, true, true, firstRun},
-    {"cool-retro-term", "cool-retro-term", {"cool-retro-term", "-e", "SCRIPT"}, true, true, "sleep 5"},
-    {"l3afpad", "L3afpad", {"l3afpad", "FILE"}, false, true, "sleep 0.5", PasteSettlement::clipboardChanged},
+    {"cool-retro-term", "cool-retro-term", {"cool-retro-term", "-e", "SCRIPT"}, true},
+    {"l3afpad", "L3afpad", {"l3afpad", "FILE"}, false, true, "", PasteSettlement::clipboardChanged},
     {"gvim", "Gvim", {"gvim", "-f", "-c", "inoremap <C-S> <C-O>:w<CR>|startinsert", "FILE"}},
+    {"firefox-esr", "firefox-esr", {"firefox-esr", "--no-remote", "--new-instance", "PAGE"}},
+    {"chromium",
+     "Chromium",
+     {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "PAGE"}},
     {"zutty",
      "Zutty",
      {"zutty", "-fontpath", "/usr/share/fonts", "-font", "DejaVuSansMono", "-e", "SCRIPT"},
@@ -62,6 +65,22 @@ TEST_P(DeliveryToManyApplications, TenTextsArriveAndTheClipboardIsAsBefore) {
     GTEST_SKIP() << "it is not installed";
   }
   RealApplicationRun(GetParam()).deliver(triesEverything() ? 10 : 2);
+}
+
+TEST(DeliveryWithTwoLayouts, TheTextArrivesWhileTheOneWithoutLatinLettersIsActive) {
+  constexpr std::uint8_t menu = 135;
+  ASSERT_EQ(std::system("setxkbmap us,ru -option grp:menu_toggle"), 0);
+  UsersKeyboard().strike({menu});
+  for (const auto& application : applications) {
+    const std::set<std::string> tried{"kitty", "xterm", "urxvt", "xfce4-terminal", "mousepad", "featherpad"};
+    if (!tried.contains(application.program) || !RealApplicationRun::isInstalled(application.program))
+      continue;
+    SCOPED_TRACE(application.program);
+    RealApplicationRun run(application);
+    run.deliver(2);
+    EXPECT_TRUE(run.contents().starts_with("ч")) << "the delivery before has left another layout";
+  }
+  std::system("setxkbmap us -option");
 }
 
 INSTANTIATE_TEST_SUITE_P(Programs, DeliveryToManyApplications, ::testing::ValuesIn(applications),

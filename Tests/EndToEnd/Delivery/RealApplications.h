@@ -3,6 +3,9 @@
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,14 +19,15 @@
 namespace murmel::test {
 
 /// A program to deliver to. FILE in its command stands for the file that an editor is to open, SCRIPT for a
-/// program that writes to that file what a terminal gives it, unchanged and at once.
+/// program that writes to that file what a terminal gives it, unchanged and at once, PAGE for a page whose
+/// title is what stands in its field.
 struct RealApplication {
   std::string program;
   std::string windowClass;
   std::vector<std::string> command;
   bool isTerminal = false;
-  bool savesOnRequest = true;             ///< by Ctrl+S; an editor of ours saves by itself
-  std::string preparation = "sleep 0.5";  ///< programs show their window before they take keys
+  bool savesOnRequest = true;    ///< by Ctrl+S; an editor of ours saves by itself
+  std::string preparation = {};  ///< done until it takes keys
   /// Some put the text that they paste on the clipboard themselves.
   PasteSettlement settlement = PasteSettlement::clipboardRestored;
 };
@@ -38,8 +42,13 @@ class RealApplicationRun {
     if (!application_.isTerminal) std::ofstream(file_).flush();
     std::ofstream(script) << "#!/bin/sh\nstty raw -echo\nexec cat >'" << file_ << "'\n";
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto page = folder + "/" + name + ".html";
+    std::ofstream(page) << "<meta charset=utf-8><textarea autofocus oninput='document.title ="
+                           " `{${this.value.replaceAll(` `, `_`)}}`'></textarea>";
     for (auto& argument : application_.command) {
-      for (const auto& [word, meaning] : {std::pair{std::string("FILE"), file_}, {"SCRIPT", script}}) {
+      hasPage_ = hasPage_ || argument == "PAGE";
+      for (const auto& [word, meaning] :
+           {std::pair{std::string("FILE"), file_}, {"SCRIPT", script}, {"PAGE", "file://" + page}}) {
         if (const auto at = argument.find(word); at != std::string::npos)
           argument.replace(at, word.size(), meaning);
       }
@@ -60,13 +69,22 @@ class RealApplicationRun {
       const bool isReady = !application_.isTerminal || std::filesystem::exists(file_);
       return isReady && front && front->bundleIdentifier == application_.windowClass;
     }));
-    std::system(application_.preparation.c_str());
+    // Programs show their window before they take keys.
+    ASSERT_TRUE(desk.waitUntil([&] {
+      std::system(application_.preparation.c_str());
+      desk.user.strike({letter});
+      save(desk.user);
+      return desk.loop.waitUntil([&] { return !contents().empty(); }, std::chrono::seconds(1));
+    }));
     std::string expected;
     for (int dictation = 1; dictation <= dictations; ++dictation) {
       SCOPED_TRACE(dictation);
       const auto text = " Grüße, Welt — " + std::to_string(dictation) + ".";
       expected += text;
+      // The shortcut is held: a lone Alt opens no menu.
+      desk.user.press(leftAlt, true);
       desk.begin();
+      desk.user.press(leftAlt, false);
       const auto result = desk.deliver(text);
       desk.service->endDictationSession();
       ASSERT_TRUE(desk.waitUntilSettled(static_cast<std::size_t>(dictation)));
@@ -77,27 +95,40 @@ class RealApplicationRun {
       }
       EXPECT_TRUE(DeliveryDesk::contentsOf("PRIMARY") == DeliveryDesk::selection());
     }
-    if (!application_.isTerminal && application_.savesOnRequest) {
-      for (const auto& [key, down] : {std::pair{37, true}, {39, true}, {39, false}, {37, false}})
-        desk.user.press(static_cast<std::uint8_t>(key), down);
-    }
+    save(desk.user);
     // Some editors end a file with a line of its own.
     EXPECT_TRUE(desk.waitUntil([&] {
-      const auto contents = contentsOfFile();
-      return contents == expected || contents == expected + "\n";
-    })) << contentsOfFile();
+      const auto all = contents();
+      const auto delivered = all.substr(std::min(all.find(' '), all.size()));
+      return delivered == expected || delivered == expected + "\n";
+    })) << contents();
     EXPECT_TRUE(desk.user.held().empty());
     EXPECT_EQ(desk.log.lines.find("Welt"), std::string::npos);
   }
 
- private:
-  [[nodiscard]] std::string contentsOfFile() const {
+  /// What stands in the editor or has come to the terminal.
+  [[nodiscard]] std::string contents() const {
+    if (hasPage_)
+      std::system(("xdotool getactivewindow getwindowname 2>/dev/null | sed -n 's/^{\\(.*\\)}.*/\\1/p' |"
+                   " tr -d '\\n' | tr _ ' ' >" +
+                   file_)
+                      .c_str());
     std::ifstream file(file_, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
+ private:
+  static constexpr std::uint8_t letter = 53;
+  static constexpr std::uint8_t leftAlt = 64;
+
+  void save(UsersKeyboard& user) const {
+    constexpr std::uint8_t control = 37;
+    constexpr std::uint8_t letterS = 39;
+    if (!application_.isTerminal && !hasPage_ && application_.savesOnRequest) user.strike({control, letterS});
+  }
   RealApplication application_;
   std::string file_;
+  bool hasPage_ = false;
 };
 
 }  // namespace murmel::test

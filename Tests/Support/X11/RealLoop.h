@@ -19,7 +19,7 @@ class RealLoop {
   QtExecutor executor;
   SystemClock clock;
 
-  bool waitUntil(const std::function<bool()>& condition, Duration limit = std::chrono::seconds(20)) {
+  bool waitUntil(const std::function<bool()>& condition, Duration limit = std::chrono::seconds(60)) {
     const auto end = clock.now() + limit;
     while (!condition()) {
       if (clock.now() >= end) return false;

@@ -1,6 +1,7 @@
 #include "Support/X11/UsersKeyboard.h"
 
 #include <cstdlib>
+#include <ranges>
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
@@ -24,6 +25,11 @@ void UsersKeyboard::press(std::uint8_t keyCode, bool down) {
                       XCB_NONE, 0, 0, 0);
   if (down) connection_->down.push_back(keyCode);
   held();  // the answer comes after the key
+}
+
+void UsersKeyboard::strike(std::vector<std::uint8_t> keyCodes) {
+  for (const auto key : keyCodes) press(key, true);
+  for (const auto key : std::views::reverse(keyCodes)) press(key, false);
 }
 
 std::vector<int> UsersKeyboard::held() {

@@ -12,6 +12,8 @@ class UsersKeyboard {
   UsersKeyboard();
   ~UsersKeyboard();
   void press(std::uint8_t keyCode, bool down);
+  /// All of them together, the first one down first.
+  void strike(std::vector<std::uint8_t> keyCodes);
   /// Every key that is down now.
   std::vector<int> held();
 
