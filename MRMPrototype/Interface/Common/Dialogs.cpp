@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
@@ -24,9 +25,18 @@ struct Dialogs {
 
 void confirmRemoval(QWidget* parent, const QString& question, const QString& consequence,
                     const QString& agree, std::function<void()> confirmed) {
-  auto* box = new QMessageBox(QMessageBox::Warning, question, question, QMessageBox::NoButton, parent);
+  auto* box = new QMessageBox(QMessageBox::Warning, QCoreApplication::applicationName(), question,
+                              QMessageBox::NoButton, parent);
   box->setTextFormat(Qt::PlainText);
   box->setInformativeText(consequence);
+  constexpr int readableWidth = 340;
+  for (auto* words : box->findChildren<QLabel*>()) {
+    const bool isQuestion = words->text() == question;
+    auto font = words->font();
+    if (isQuestion) font.setWeight(QFont::DemiBold);
+    words->setFont(font);
+    if (isQuestion || words->text() == consequence) words->setMinimumWidth(readableWidth);
+  }
   box->setAttribute(Qt::WA_DeleteOnClose);
   auto* keep = box->addButton(literal(Dialogs::tr("Cancel")), QMessageBox::RejectRole);
   auto* remove = box->addButton(literal(agree), QMessageBox::DestructiveRole);

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace murmel {
@@ -97,13 +98,17 @@ void Card::addWidget(QWidget* widget) {
 void Card::paintEvent(QPaintEvent* /*event*/) {
   drawSheet(*this, palette().color(QPalette::Base), palette().color(QPalette::Mid));
   QPainter painter(this);
-  painter.setPen(QPen(palette().color(QPalette::Mid), 1));
+  // Between the pixels of the screen, lines would be of one width here and of another there.
+  const auto scale = devicePixelRatioF();
+  const auto thickness = std::max(1.0, std::floor(scale)) / scale;
   bool isFirst = true;
   for (int index = 0; index < lines_->count(); ++index) {
     const auto* const widget = lines_->itemAt(index)->widget();
     if (widget == nullptr || widget->isHidden()) continue;
     if (!std::exchange(isFirst, false))
-      painter.drawLine(4 * grid::unit, widget->y(), width() - 4 * grid::unit, widget->y());
+      painter.fillRect(QRectF(4 * grid::unit, std::round(widget->y() * scale) / scale,
+                              width() - 8 * grid::unit, thickness),
+                       palette().color(QPalette::Mid));
   }
 }
 
@@ -113,7 +118,7 @@ NoticeBar::NoticeBar(Severity severity, QWidget* parent)
   line->setContentsMargins(4 * grid::unit, grid::medium, grid::medium, grid::medium);
   line->setSpacing(grid::medium);
   setContentsMargins(0, 0, 0, grid::unit);  // from what follows
-  line->addWidget(sign_, 0, Qt::AlignTop);
+  line->addWidget(sign_, 0, Qt::AlignVCenter);
   line->addWidget(text_, 1);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   text_->setFocusPolicy(Qt::NoFocus);

@@ -1,7 +1,10 @@
 #include "Interface/Common/Style.h"
 
+#include "Interface/Common/Icons.h"
+
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOption>
@@ -327,6 +330,25 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 
 bool mayMove(const QWidget& widget) {
   return widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget) > 0;
+}
+
+QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
+  constexpr int size = 40;
+  const auto palette = widget != nullptr ? widget->palette() : QGuiApplication::palette();
+  const auto drawn = [&](Symbol symbol, const QColor& colour) {
+    return QIcon(symbolPixmap(symbol, size, colour, widget != nullptr ? widget->devicePixelRatioF() : 1));
+  };
+  switch (which) {
+    case SP_MessageBoxInformation:
+    case SP_MessageBoxQuestion:
+      return drawn(Symbol::information, palette.color(QPalette::Highlight));
+    case SP_MessageBoxWarning:
+      return drawn(Symbol::warning, colourOf(Meaning::warning, palette));
+    case SP_MessageBoxCritical:
+      return drawn(Symbol::warning, colourOf(Meaning::danger, palette));
+    default:
+      return QProxyStyle::standardIcon(which, option, widget);
+  }
 }
 
 QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,

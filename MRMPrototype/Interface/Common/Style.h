@@ -59,6 +59,10 @@ class Style final : public QProxyStyle {
   [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const override;
 
+  /// Of messages: the symbols that the windows use.
+  [[nodiscard]] QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                                   const QWidget* widget) const override;
+
  private:
   bool reducesMotion_ = false;
 };

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QScreen>
+#include <QStyle>
 
 namespace murmel {
 
@@ -21,7 +22,9 @@ Window::Window(const QString& title, QSize wanted) : wanted_(wanted) {
 }
 
 void Window::fitTo(const QWidget& content) {
-  wanted_ = wanted_.expandedTo({0, content.layout()->totalHeightForWidth(wanted_.width())});
+  // Beside a scroll bar, which would stay where it was once needed.
+  const int width = wanted_.width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  wanted_ = wanted_.expandedTo({0, content.layout()->totalHeightForWidth(width)});
 }
 
 void Window::present() {

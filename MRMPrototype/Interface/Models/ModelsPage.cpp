@@ -71,6 +71,7 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
   for (auto* action : {use_, download_, pause_, verify_, remove_}) foot->addWidget(action);
   lines->addSpacing(grid::unit);
   lines->addWidget(progress_);
+  lines->addSpacing(grid::unit);
   lines->addLayout(foot);
 }
 

@@ -22,7 +22,7 @@ constexpr int sidebarWidth = 216;
 class Sidebar final : public QWidget {
  public:
   Sidebar() {
-    setFixedWidth(sidebarWidth);
+    setFixedWidth(sidebarWidth);  // or what the longest title takes
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::AlternateBase);
   }
@@ -47,6 +47,7 @@ SettingsWindow::SettingsWindow(const SettingsServices& services)
   add(models_, Symbol::models);
   add(new PrivacyPage(services), Symbol::history);
   add(new AdvancedPage(services), Symbol::advanced);
+  body_->addWidget(foot_);  // after the pages, also for the keyboard
   list_->setCurrentRow(0);
 }
 
@@ -67,10 +68,10 @@ void SettingsWindow::build() {
   nothing_->hide();
 
   foot_->layout()->setContentsMargins(grid::large, grid::small, grid::large, grid::medium);
-  auto* body = new QVBoxLayout;
+  body_ = new QVBoxLayout;
+  auto* const body = body_;
   body->setSpacing(0);
   body->addWidget(pages_, 1);
-  body->addWidget(foot_);
 
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins(0, 0, 0, 0);
@@ -84,7 +85,11 @@ void SettingsWindow::build() {
 
 void SettingsWindow::add(FormPage* page, Symbol symbol) {
   auto* item = new QListWidgetItem(symbolIcon(symbol), page->title(), list_);
-  item->setSizeHint(QSize(sidebarWidth - 3 * grid::large, grid::controlHeight + 4));
+  const int words =
+      list_->iconSize().width() + 5 * grid::small + list_->fontMetrics().horizontalAdvance(page->title());
+  item->setSizeHint(QSize(words, grid::controlHeight + 4));
+  auto* const sidebar = list_->parentWidget();
+  sidebar->setFixedWidth(std::max(sidebar->width(), words + 2 * grid::medium));
   pages_->addWidget(page);
 }
 

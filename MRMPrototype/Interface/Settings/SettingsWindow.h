@@ -8,6 +8,7 @@
 class QLineEdit;
 class QListWidget;
 class QStackedWidget;
+class QVBoxLayout;
 
 namespace murmel {
 
@@ -39,6 +40,7 @@ class SettingsWindow final : public Window {
   QListWidget* list_;
   QLineEdit* search_;
   QStackedWidget* pages_;
+  QVBoxLayout* body_ = nullptr;
   QWidget* foot_;  ///< with the button that resets the page
   QLabel* nothing_;
   ModelsPage* models_;

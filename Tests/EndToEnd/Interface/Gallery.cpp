@@ -19,6 +19,7 @@
 #include <QCommandLineParser>
 #include <QLabel>
 #include <QLibraryInfo>
+#include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
@@ -44,10 +45,12 @@ QStringList clippedIn(const QWidget& window, const QString& name) {
     const auto* const button = qobject_cast<const QPushButton*>(widget);
     const auto* const choice = qobject_cast<const QComboBox*>(widget);
     const auto* const area = qobject_cast<const QScrollArea*>(widget);
+    const auto* const list = qobject_cast<const QListWidget*>(widget);
     const bool isLow = label != nullptr && label->wordWrap() && !label->text().isEmpty() &&
                        label->height() < label->heightForWidth(label->width());
     const bool isNarrow =
         (button != nullptr && !button->text().isEmpty() && button->width() < button->sizeHint().width()) ||
+        (list != nullptr && list->sizeHintForColumn(0) > list->viewport()->width()) ||
         (choice != nullptr && choice->width() < choice->sizeHint().width()) ||
         (label != nullptr && !label->wordWrap() && label->width() < label->sizeHint().width());
     const bool isWide = area != nullptr && area->widget()->width() > area->viewport()->width();
