@@ -37,9 +37,6 @@ inline constexpr const char* shellExtension = "app.murmel.Shell";  ///< Murmel's
 inline constexpr const char* trayWatcher = "org.kde.StatusNotifierWatcher";
 }  // namespace desktopBusName
 
-/// What GNOME Shell knows Murmel's extension by.
-inline constexpr const char* shellExtensionIdentifier = "murmel@app.murmel";
-
 enum class SessionKind { none, x11, sway, wlroots, kwin, gnome, otherWayland };
 
 /// Who tells that the shortcut was pressed.

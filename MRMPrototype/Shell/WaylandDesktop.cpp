@@ -147,7 +147,8 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
 std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const DesktopParameters& parameters,
                                             const Roads& roads) {
   if (isGnome(plan, roads))
-    return std::make_unique<GnomeKeyboard>(parameters.process.executor, *roads.bus, *roads.keymap);
+    return std::make_unique<GnomeKeyboard>(parameters.process.executor, *roads.bus, *roads.keymap,
+                                           roads.general());
   if (plan.paste == PasteRoad::virtualKeyboard) {
     if (auto opened = VirtualKeyboard::open(*roads.workspace)) return *std::move(opened);
   }

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Gnome/GnomeKeyboard.h"
 
+#include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Timers.h"
 #include "Platform/Linux/Gnome/ShellExtension.h"
 
@@ -30,6 +31,15 @@ Task<void> GnomeKeyboard::awaitReleasedModifiers() {
   }
 }
 
+void GnomeKeyboard::letGoWhenRead(DesktopClient reader) {
+  // The shell's look at what is new comes before.
+  read_ = clipboard_.onRead([this, reader, postedAt = SystemClock().now()](const ClipboardRead& read) {
+    const bool isText = read.kind == ClipboardRead::Kind::text;
+    if (isText && read.at >= postedAt && isSameProgram(read.reader, reader))
+      bus_.tell(shellExtension, "LetGo");
+  });
+}
+
 PostResult GnomeKeyboard::post(PasteChord chord, const RunningApplication& target) {
   const auto keys = keymap_.keysFor(chord);
   auto call = bus_.newCall(shellExtension, "Paste");
@@ -38,6 +48,7 @@ PostResult GnomeKeyboard::post(PasteChord chord, const RunningApplication& targe
     return PostResult::unavailable;
   if (!mayPost()) return PostResult::unavailable;
   const auto answer = bus_.send(std::move(call), pasteLimit);
+  letGoWhenRead(pasteReader(target));
   std::uint32_t result = 0;
   // A shell that is busy presses them later: whether the text was read says what came of it.
   if (!answer || sd_bus_message_read(answer.get(), "u", &result) < 0) return PostResult::posted;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ClipboardPasteboard.h"
 #include "Platform/KeyboardPoster.h"
 #include "Platform/Linux/Bus/SessionBus.h"
 #include "Platform/Linux/Wayland/UsersKeymap.h"
@@ -13,8 +14,9 @@ namespace murmel {
 class GnomeKeyboard final : public KeyboardPoster {
  public:
   /// All outlive this.
-  GnomeKeyboard(Executor& executor, SessionBus& bus, const UsersKeymap& keymap)
-      : executor_(executor), bus_(bus), keymap_(keymap) {}
+  GnomeKeyboard(Executor& executor, SessionBus& bus, const UsersKeymap& keymap,
+                ClipboardPasteboard& clipboard)
+      : executor_(executor), bus_(bus), keymap_(keymap), clipboard_(clipboard) {}
 
   [[nodiscard]] bool mayPost() override;
   [[nodiscard]] bool canPost(PasteChord chord) override { return keymap_.keysFor(chord).has_value(); }
@@ -25,10 +27,14 @@ class GnomeKeyboard final : public KeyboardPoster {
 
  private:
   [[nodiscard]] bool modifiersAreHeld();
+  /// The extension keeps the modifiers of a chord down until then.
+  void letGoWhenRead(DesktopClient reader);
 
   Executor& executor_;
   SessionBus& bus_;
   const UsersKeymap& keymap_;
+  ClipboardPasteboard& clipboard_;
+  Registration read_;
 };
 
 }  // namespace murmel

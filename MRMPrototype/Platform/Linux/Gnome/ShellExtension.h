@@ -9,13 +9,13 @@ namespace murmel {
 inline const BusObject shellExtension{desktopBusName::shellExtension, "/app/murmel/Shell",
                                       "app.murmel.Shell"};
 
-/// Has GNOME Shell enable it. False when the shell does not know it: those that were installed since the
-/// session has begun it finds at the next.
-inline bool enableShellExtension(SessionBus& bus) {
-  const auto answer = bus.call({desktopBusName::gnomeShell, "/org/gnome/Shell", "org.gnome.Shell.Extensions"},
-                               "EnableExtension", "s", shellExtensionIdentifier);
-  int isEnabled = 0;
-  return answer && sd_bus_message_read(answer.get(), "b", &isEnabled) >= 0 && isEnabled != 0;
+/// Has GNOME Shell enable it, in the form that the shell takes. A shell does not know what was installed
+/// since the session has begun: that it finds at the next.
+inline void enableShellExtension(SessionBus& bus) {
+  for (const char* form : {"murmel@app.murmel", "murmel-45@app.murmel"}) {
+    bus.call({desktopBusName::gnomeShell, "/org/gnome/Shell", "org.gnome.Shell.Extensions"},
+             "EnableExtension", "s", form);
+  }
 }
 
 }  // namespace murmel

@@ -1,10 +1,9 @@
 /* What GNOME Shell tells Murmel and does for it, on the session bus as app.murmel.Shell. Whoever has bound keys loses them
-   when they leave the bus. The shell switches extensions off while the screen is locked, and this with them. */
-const {Clutter, Gio, GLib, Meta, Shell} = imports.gi;
-const Main = imports.ui.main;
-
+   when they leave the bus. The shell switches extensions off while the screen is locked, and this with them. Its beginning and
+   its end differ: those before GNOME 45 are no modules. */
 const NAME = 'app.murmel.Shell';
 const PATH = '/app/murmel/Shell';
+const MURMELS = ['app.murmel.Murmel', 'app.murmel.Murmel.Lite', 'app.murmel.Murmel.Development'];
 const INTERFACE = `<node><interface name="app.murmel.Shell">
   <method name="Bind"><arg type="s" name="name" direction="in"/><arg type="s" name="accelerator" direction="in"/>
     <arg type="b" direction="out"/></method>
@@ -15,6 +14,7 @@ const INTERFACE = `<node><interface name="app.murmel.Shell">
   <method name="HeldModifiers"><arg type="u" direction="out"/></method>
   <method name="Paste"><arg type="u" name="window" direction="in"/><arg type="au" name="keys" direction="in"/>
     <arg type="u" direction="out"/></method>
+  <method name="LetGo"/>
   <signal name="Pressed"><arg type="s" name="name"/></signal>
   <signal name="Released"><arg type="s" name="name"/></signal>
   <signal name="ActiveWindowChanged"/>
@@ -22,9 +22,11 @@ const INTERFACE = `<node><interface name="app.murmel.Shell">
 
 // What Paste answers.
 const POSTED = 0, NOT_IN_FRONT = 1, MODIFIERS_HELD = 2;
-// The shell takes the modifiers of a key from another thread than the key: they go down before, and stay down for a while.
-const PASTE_GAP_MS = 20;
-const PASTE_HOLD_MS = 150;
+// The shell takes the modifiers of a key from another thread than the key, and asks the input method before it gives a window
+// the key: the modifiers stay down until Murmel says that the text was read, or for HOLD_LIMIT_MS when nobody reads it.
+const PRESS_LIMIT_MS = 300;
+const HOLD_LIMIT_MS = 1000;
+const POLL_MS = 2;
 const WATCH_MS = 15;
 const MODES = Shell.ActionMode.NORMAL | Shell.ActionMode.OVERVIEW | Shell.ActionMode.POPUP;
 const MODIFIERS = Clutter.ModifierType.SHIFT_MASK | Clutter.ModifierType.CONTROL_MASK | Clutter.ModifierType.MOD1_MASK |
@@ -42,12 +44,16 @@ class Service {
     constructor() {
         this._bindings = new Map();   // by name: {action, client, watch}
         this._clients = new Map();    // by bus name: the watch for its end
+        this._murmels = new Set();    // bus names that are Murmel's
+        for (const [, name] of INTERFACE.matchAll(/method name="(\w+)"/g))
+            this[`${name}Async`] = (args, invocation) => this._answer(name, args, invocation);
         this._object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, this);
         this._object.export(Gio.DBus.session, PATH);
         this._owner = Gio.bus_own_name_on_connection(Gio.DBus.session, NAME, Gio.BusNameOwnerFlags.NONE, null, null);
         this._accelerators = global.display.connect('accelerator-activated', (_display, action) => this._activated(action));
         this._focus = global.display.connect('notify::focus-window', () => this._object.emit_signal('ActiveWindowChanged', null));
-        const seat = Clutter.get_default_backend().get_default_seat();
+        const backend = global.stage.context?.get_backend?.() ?? Clutter.get_default_backend();
+        const seat = backend.get_default_seat();
         this._keyboard = seat.create_virtual_device(Clutter.InputDeviceType.KEYBOARD_DEVICE);
     }
 
@@ -67,7 +73,42 @@ class Service {
         this._keyboard = null;
     }
 
-    BindAsync([name, accelerator], invocation) {
+    // Calls are answered that come from the process that is Murmel on the bus.
+    _answer(method, args, invocation) {
+        const sender = invocation.get_sender();
+        const askBus = (name, then) => Gio.DBus.session.call('org.freedesktop.DBus', '/', 'org.freedesktop.DBus',
+            'GetConnectionUnixProcessID', new GLib.Variant('(s)', [name]), null, Gio.DBusCallFlags.NONE, 1000, null,
+            (bus, result) => {
+                try {
+                    then(bus.call_finish(result).deepUnpack()[0]);
+                } catch {
+                    then(0);
+                }
+            });
+        const isMurmel = process => {
+            if (process)
+                this._murmels.add(sender);
+            this[`_${method}`](args, invocation);
+        };
+        const refuse = () => invocation.return_dbus_error('org.freedesktop.DBus.Error.AccessDenied', 'This is for Murmel.');
+        if (this._murmels.has(sender)) {
+            isMurmel(0);
+            return;
+        }
+        askBus(sender, process => {
+            const ask = ([name, ...others]) => askBus(name, owner => {
+                if (owner && owner === process)
+                    isMurmel(process);
+                else if (others.length > 0)
+                    ask(others);
+                else
+                    refuse();
+            });
+            ask(MURMELS);
+        });
+    }
+
+    _Bind([name, accelerator], invocation) {
         this._unbind(name);
         const client = invocation.get_sender();
         const action = global.display.grab_accelerator(accelerator, Meta.KeyBindingFlags.IGNORE_AUTOREPEAT);
@@ -79,31 +120,33 @@ class Service {
         invocation.return_value(new GLib.Variant('(b)', [action !== Meta.KeyBindingAction.NONE]));
     }
 
-    Unbind(name) {
+    _Unbind([name], invocation) {
         this._unbind(name);
+        invocation.return_value(null);
     }
 
-    ActiveWindow() {
+    _ActiveWindow(_args, invocation) {
         const window = global.display.focus_window;
-        if (!window || Main.actionMode !== Shell.ActionMode.NORMAL)
-            return ['', '', 0, 0, false];
-        return [window.get_wm_class() || '', window.get_gtk_application_id() || '', Math.max(window.get_pid(), 0),
-            window.get_stable_sequence(), window.get_client_type() === Meta.WindowClientType.X11];
+        const described = !window || Main.actionMode !== Shell.ActionMode.NORMAL ? ['', '', 0, 0, false]
+            : [window.get_wm_class() || '', window.get_gtk_application_id() || '', Math.max(window.get_pid(), 0),
+                window.get_stable_sequence(), window.get_client_type() === Meta.WindowClientType.X11];
+        invocation.return_value(new GLib.Variant('((ssuub))', [described]));
     }
 
-    HasWindow(number) {
-        return windowNumbered(number) !== undefined;
+    _HasWindow([number], invocation) {
+        invocation.return_value(new GLib.Variant('(b)', [windowNumbered(number) !== undefined]));
     }
 
-    Activate(number) {
+    _Activate([number], invocation) {
         windowNumbered(number)?.activate(global.get_current_time());
+        invocation.return_value(null);
     }
 
-    HeldModifiers() {
-        return heldModifiers();
+    _HeldModifiers(_args, invocation) {
+        invocation.return_value(new GLib.Variant('(u)', [heldModifiers()]));
     }
 
-    PasteAsync([number, keys], invocation) {
+    _Paste([number, keys], invocation) {
         const answer = result => invocation.return_value(new GLib.Variant('(u)', [result]));
         if (!this._mayPasteInto(number)) {
             answer(NOT_IN_FRONT);
@@ -117,15 +160,23 @@ class Service {
         this._down = keys;
         for (const modifier of keys)
             this._press(modifier, true);
-        this._after(PASTE_GAP_MS, () => {
+        // Milliseconds in 32 bits; X programs say it themselves.
+        const wasGiven = () => ((global.display.focus_window.get_user_time() - this._pressedAt) | 0) >= 0;
+        this._when(() => !this._mayPasteInto(number) || wasGiven(), PRESS_LIMIT_MS, () => {
             const isInFront = this._mayPasteInto(number);
+            this._isRead = !isInFront;
             if (isInFront) {
                 this._press(key, true);
                 this._press(key, false);
             }
             answer(isInFront ? POSTED : NOT_IN_FRONT);
-            this._after(PASTE_HOLD_MS, () => this._releaseModifiers());
+            this._when(() => this._isRead, HOLD_LIMIT_MS, () => this._releaseModifiers());
         });
+    }
+
+    _LetGo(_args, invocation) {
+        this._isRead = true;
+        invocation.return_value(null);
     }
 
     _mayPasteInto(number) {
@@ -133,17 +184,25 @@ class Service {
         return focus && focus.get_stable_sequence() === number && Main.actionMode === Shell.ActionMode.NORMAL;
     }
 
-    _after(milliseconds, job) {
-        this._step = GLib.timeout_add(GLib.PRIORITY_DEFAULT, milliseconds, () => {
+    // Calls back when it is so, or at the limit.
+    _when(isSo, limit, then) {
+        const end = GLib.get_monotonic_time() + limit * 1000;
+        this._step = GLib.timeout_add(GLib.PRIORITY_DEFAULT, POLL_MS, () => {
+            if (!isSo() && GLib.get_monotonic_time() < end)
+                return GLib.SOURCE_CONTINUE;
             this._step = 0;
-            job();
+            then();
             return GLib.SOURCE_REMOVE;
         });
     }
 
     _press(key, isDown) {
-        const state = isDown ? Clutter.KeyState.PRESSED : Clutter.KeyState.RELEASED;
-        this._keyboard.notify_key(GLib.get_monotonic_time(), key, state);
+        // Each in a millisecond of its own, by which it is known again.
+        const time = Math.max(GLib.get_monotonic_time(), (this._lastTime || 0) + 1000);
+        this._lastTime = time;
+        if (isDown)
+            this._pressedAt = Math.floor(time / 1000);
+        this._keyboard.notify_key(time, key, isDown ? Clutter.KeyState.PRESSED : Clutter.KeyState.RELEASED);
     }
 
     _releaseModifiers() {
@@ -193,18 +252,4 @@ class Service {
             });
         }
     }
-}
-
-let service = null;
-
-function init() {
-}
-
-function enable() {
-    service = new Service();
-}
-
-function disable() {
-    service.destroy();
-    service = null;
 }
