@@ -52,8 +52,6 @@ class PasteCleanup {
   /// Whether the paste was read by the target: as soon as it is, or false when it is settled without.
   Task<bool> arrival();
 
-  [[nodiscard]] bool isPending() const { return pending_ != nullptr; }
-
   /// Waits until no paste is pending.
   Task<void> idle();
 

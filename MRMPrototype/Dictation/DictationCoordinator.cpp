@@ -268,7 +268,6 @@ Task<void> DictationCoordinator::goOnWithNewDevice(OperationIdentifier operation
 void DictationCoordinator::showCaptureCondition(CaptureCondition condition) {
   if (std::exchange(captureCondition_, condition) == condition) return;
   services_.overlay.showCaptureCondition(condition);
-  onCaptureCondition_.emit(condition);
 }
 
 bool DictationCoordinator::stop() {

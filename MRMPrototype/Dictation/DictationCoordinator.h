@@ -113,9 +113,6 @@ class DictationCoordinator {
   /// The words of the running dictation, piece by piece as they are recognised. For the windows of this
   /// process: they are never told to another.
   [[nodiscard]] Signal<const RecognisedPiece&>& onRecognised() { return onRecognised_; }
-  /// How the running recording fares; fine at rest.
-  [[nodiscard]] CaptureCondition captureCondition() const { return captureCondition_; }
-  [[nodiscard]] Signal<CaptureCondition>& onCaptureCondition() { return onCaptureCondition_; }
 
   [[nodiscard]] bool canRetry() const { return retryBuffer_.available(); }
   [[nodiscard]] Signal<bool>& onRetryChange() { return retryBuffer_.onChange(); }
@@ -191,7 +188,6 @@ class DictationCoordinator {
   Signal<bool> onLastTranscriptChange_;
   Signal<const RecognisedPiece&> onRecognised_;
   CaptureCondition captureCondition_ = CaptureCondition::fine;
-  Signal<CaptureCondition> onCaptureCondition_;
   RuntimePriority runtimePriority_;
   RecogniserPreparation preparation_;
   Registration modelInventoryObserver_;

@@ -30,7 +30,6 @@ class HistoryFile {
  public:
   explicit HistoryFile(SecureLocalFile storage) : storage_(std::move(storage)) {}
 
-  [[nodiscard]] const std::filesystem::path& location() const { return storage_.fileURL(); }
   /// Empty when there is no file. A damaged file stays where it is.
   SecureResult<std::vector<HistoryEntry>> load();
   /// Applies changes to what is in the file now, and gives what is there afterwards. A damaged file is set

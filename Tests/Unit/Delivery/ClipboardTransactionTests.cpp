@@ -1,4 +1,3 @@
-#include "Delivery/ClipboardArchive.h"
 #include "Delivery/ClipboardTransaction.h"
 #include "Delivery/PrivateTranscript.h"
 #include "DeliveryHarness.h"
@@ -56,14 +55,6 @@ TEST(PrivateTranscript, HasTheTextTheConventionsAndTheMarkerInThisOrder) {
   const auto unmarked = privateTranscript(SpokenText("при"), std::nullopt);
   EXPECT_EQ(unmarked.find("owner"), nullptr);
   EXPECT_EQ(unmarked.find("STRING"), nullptr) << "there is no such letter in Latin-1";
-}
-
-TEST(ClipboardArchive, GivesBackEveryByteAndTakesNothingThatIsNotWhole) {
-  const auto bytes = archived(richClipboard());
-  EXPECT_EQ(unarchived(bytes), richClipboard());
-  EXPECT_EQ(unarchived(archived({})), ClipboardSnapshot{});
-  for (std::size_t size = 0; size < bytes.size(); ++size) EXPECT_FALSE(unarchived(bytes.substr(0, size)));
-  EXPECT_FALSE(unarchived(bytes + "more"));
 }
 
 TEST_F(ClipboardTransactionTest, WritesMarkedTextForOneReaderAndPutsEverythingBack) {
