@@ -48,11 +48,6 @@ std::filesystem::path SmartModelManager::file(std::string_view identifier) const
   return entry == nullptr ? std::filesystem::path() : inventory_->place(*entry);
 }
 
-bool SmartModelManager::verifyBeforeLoad(std::string_view identifier) const {
-  const auto* entry = find(identifier);
-  return entry != nullptr && inventory_->verify(*entry, stopping_);
-}
-
 std::filesystem::path SmartModelManager::sageFolder() const {
   const auto first = std::ranges::find_if(
       files_, [](const auto& entry) { return entry.identifier.starts_with(sagePrefix); });

@@ -25,8 +25,7 @@ enum class ModelFileState {
   ready,      ///< installed and verified
 };
 
-/// The optional refinement models. Models are named by the
-/// identifiers of the download manifest. Main thread, except `verifyBeforeLoad`.
+/// The optional refinement models, named by the identifiers of the download manifest. Main thread.
 class SmartModelManager {
  public:
   /// `files` must outlive the manager. Nothing is looked at before `validate`.
@@ -44,8 +43,6 @@ class SmartModelManager {
   [[nodiscard]] bool isReady(std::string_view identifier) const;
   /// Where the file of a model is or would be. Empty for an identifier that is not in the list.
   [[nodiscard]] std::filesystem::path file(std::string_view identifier) const;
-  /// Checks one file before it is given to a server or worker; may read all of it. Any thread.
-  [[nodiscard]] bool verifyBeforeLoad(std::string_view identifier) const;
 
   /// The folder of the Russian corrector's files.
   [[nodiscard]] std::filesystem::path sageFolder() const;

@@ -60,7 +60,6 @@ TEST_F(SmartModels, AModelIsReadyOnceItsContentHasBeenRead) {
   // Changed behind our back: not ready from that moment on.
   write("Models/Refinement/qwen.gguf", "hellO");
   EXPECT_FALSE(manager.isReady("qwen:0.6b"));
-  EXPECT_FALSE(manager.verifyBeforeLoad("qwen:0.6b"));
   settle();
   EXPECT_EQ(manager.state("qwen:0.6b"), ModelFileState::damaged);
   EXPECT_FALSE(manager.isReady("qwen:4b")) << "not in the list";
