@@ -47,6 +47,7 @@ const std::vector<RealApplication> applications{
     {"chromium",
      "Chromium",
      {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "PAGE"}},
+    {"emacs", "Emacs", {"emacs", "-Q", "--eval", "(global-set-key (kbd \"C-s\") 'save-buffer)", "FILE"}},
     {"zutty",
      "Zutty",
      {"zutty", "-fontpath", "/usr/share/fonts", "-font", "DejaVuSansMono", "-e", "SCRIPT"},

@@ -52,6 +52,8 @@ TEST(PrivateTranscript, HasTheTextTheConventionsAndTheMarkerInThisOrder) {
   EXPECT_EQ(marked.find("STRING")->data, "h\xE9llo");
   EXPECT_EQ(marked.find("TEXT")->encoding, "UTF8_STRING");
 
+  EXPECT_EQ(privateTranscript(SpokenText("„é“ — wait…"), std::nullopt).find("STRING")->data,
+            "\"\xE9\" - wait...");
   const auto unmarked = privateTranscript(SpokenText("при"), std::nullopt);
   EXPECT_EQ(unmarked.find("owner"), nullptr);
   EXPECT_EQ(unmarked.find("STRING"), nullptr) << "there is no such letter in Latin-1";
