@@ -118,11 +118,10 @@ void DirectUpdater::install(bool whenIdle) {
   if (configuration_.road != UpdateRoad::direct || !status_.release || status_.isUnderWay()) return;
   status_.progress = {};
   show(Phase::downloading);
-  tasks_.start(bring(whenIdle));
+  tasks_.start(bring(*status_.release, whenIdle));
 }
 
-Task<void> DirectUpdater::bring(bool whenIdle) {
-  const auto release = *status_.release;
+Task<void> DirectUpdater::bring(UpdateRelease release, bool whenIdle) {
   auto downloading = run("download", orderFor(release));
   auto downloaded = co_await downloading;
   if (!downloaded) {

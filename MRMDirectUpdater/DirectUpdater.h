@@ -116,7 +116,7 @@ class DirectUpdater {
  private:
   [[nodiscard]] std::int64_t secondsNow() const;
   Task<void> look();
-  Task<void> bring(bool whenIdle);
+  Task<void> bring(UpdateRelease release, bool whenIdle);
   Task<std::expected<void, std::string>> exchangeVersions(UpdateRelease release);
   Task<UpdaterRun::Result> run(std::string task, std::string order);
   [[nodiscard]] std::string orderFor(const UpdateRelease& release) const;

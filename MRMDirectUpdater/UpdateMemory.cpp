@@ -17,9 +17,9 @@ constexpr Duration longestWait = std::chrono::milliseconds(500);
 
 UpdateMemory UpdateMemory::read(FileSystem& files, const std::filesystem::path& file) {
   UpdateMemory memory;
-  const auto bytes = readWholeFile(files, file, largestMemory);
-  if (!bytes || !*bytes) return memory;
-  const auto object = Json::parse((*bytes)->begin(), (*bytes)->end(), nullptr, /*allow_exceptions=*/false);
+  const auto bytes = readWholeFile(files, file, largestMemory).value_or(std::nullopt);
+  if (!bytes) return memory;
+  const auto object = Json::parse(bytes->begin(), bytes->end(), nullptr, /*allow_exceptions=*/false);
   if (!object.is_object()) return memory;
   if (object.contains("lastCheck") && object["lastCheck"].is_number_integer())
     memory.lastCheck = object["lastCheck"].get<std::int64_t>();

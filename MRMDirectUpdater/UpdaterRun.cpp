@@ -55,7 +55,7 @@ UpdaterRun::UpdaterRun(Executor& executor, ProcessLauncher& launcher, const Proc
 }
 
 void UpdaterRun::receive() {
-  std::array<char, 16 * 1'024> bytes{};
+  std::array<char, 16'384> bytes{};
   while (true) {
     const auto count = ::read(process_->output(), bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;

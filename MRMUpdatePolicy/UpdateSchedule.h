@@ -30,7 +30,7 @@ struct UpdateScheduleDecision {
 };
 
 /// Automatic checks are made at most once in so many seconds, whether they succeed or not.
-inline constexpr std::int64_t updateCheckInterval = 24 * 60 * 60;
+inline constexpr std::int64_t updateCheckInterval = 86'400;
 
 /// Whether to look for an update now. At most one check a day, also when the clock is set back or the
 /// computer has slept for a month; none on a connection that is metered, none while somebody dictates, none
