@@ -649,6 +649,10 @@
         <source>Page Down</source>
         <translation>Bild ab</translation>
     </message>
+    <message>
+        <source>This desktop does not tell when keys are let go of: press once to start, and again to stop.</source>
+        <translation>Dieser Desktop sagt nicht, wann Tasten losgelassen werden: einmal drücken zum Beginnen, nochmals zum Beenden.</translation>
+    </message>
 </context>
 <context>
     <name>LanguagesPage</name>
@@ -3013,6 +3017,10 @@
         <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
         <translation>Ein ganzes Diktat, auf demselben Weg wie in jeder Anwendung. Sobald hier Wörter angekommen sind, können Sie abschließen.</translation>
     </message>
+    <message>
+        <source>Press %1, say a sentence, press it again.</source>
+        <translation>Drücken Sie %1, sagen Sie einen Satz, drücken Sie nochmals.</translation>
+    </message>
 </context>
 <context>
     <name>UpdatePanel</name>
@@ -3170,10 +3178,6 @@
         <translation>Es erkennt Sprache auf diesem Computer</translation>
     </message>
     <message>
-        <source>Also without a network.</source>
-        <translation>Auch ohne Netz.</translation>
-    </message>
-    <message>
         <source>Inserts the words for you</source>
         <translation>Es fügt die Worte für Sie ein</translation>
     </message>
@@ -3212,6 +3216,10 @@
     <message>
         <source>From the shortcut, or a click on its button, until you let go or press again.</source>
         <translation>Vom Tastenkürzel oder einem Klick auf seinen Knopf an, bis Sie loslassen oder nochmals drücken.</translation>
+    </message>
+    <message>
+        <source>No network is needed for it.</source>
+        <translation>Dafür ist kein Netz nötig.</translation>
     </message>
 </context>
 </TS>

@@ -653,6 +653,10 @@
         <source>Page Down</source>
         <translation>Page Down</translation>
     </message>
+    <message>
+        <source>This desktop does not tell when keys are let go of: press once to start, and again to stop.</source>
+        <translation>Этот рабочий стол не сообщает, когда клавиши отпускают: нажмите один раз, чтобы начать, и ещё раз, чтобы закончить.</translation>
+    </message>
 </context>
 <context>
     <name>LanguagesPage</name>
@@ -3020,6 +3024,10 @@
         <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
         <translation>Полная диктовка, тем же путём, что и в любом приложении. Когда слова появятся здесь, можно завершить.</translation>
     </message>
+    <message>
+        <source>Press %1, say a sentence, press it again.</source>
+        <translation>Нажмите %1, скажите фразу, нажмите снова.</translation>
+    </message>
 </context>
 <context>
     <name>UpdatePanel</name>
@@ -3178,10 +3186,6 @@
         <translation>Распознаёт речь на этом компьютере</translation>
     </message>
     <message>
-        <source>Also without a network.</source>
-        <translation>Также без сети.</translation>
-    </message>
-    <message>
         <source>Inserts the words for you</source>
         <translation>Вставляет слова за вас</translation>
     </message>
@@ -3220,6 +3224,10 @@
     <message>
         <source>From the shortcut, or a click on its button, until you let go or press again.</source>
         <translation>От нажатия сочетания или щелчка по кнопке, пока вы не отпустите или не нажмёте снова.</translation>
+    </message>
+    <message>
+        <source>No network is needed for it.</source>
+        <translation>Сеть для этого не нужна.</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,7 @@
 
 #include "Interface/Common/ScreenTexts.h"
 #include "Platform/KeyModifiers.h"
+#include "Shortcut/ShortcutHelp.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -170,6 +171,18 @@ QString shortcutTitle(const ShortcutConfiguration& shortcut) {
   if (shortcut.kind == Kind::key) keys += keyName(shortcut.keyLabel);
   keys.removeAll(QString());
   return keys.isEmpty() ? inPlatformWords(shortcut.title()) : keys.join(u'+');
+}
+
+QString shortcutUse(const ShortcutConfiguration& shortcut,
+                    const std::function<bool(const ShortcutConfiguration&)>& tellsOfRelease) {
+  using Kind = ShortcutConfiguration::Kind;
+  const bool isHeld = shortcut.kind == Kind::key || shortcut.kind == Kind::modifiersOnly;
+  auto use = inPlatformWords(modeHelpText(shortcut.kind));
+  if (isHeld && tellsOfRelease && !tellsOfRelease(shortcut))
+    use += u'\n' + translated("Keys", QT_TRANSLATE_NOOP("Keys",
+                                                        "This desktop does not tell when keys are let go "
+                                                        "of: press once to start, and again to stop."));
+  return use;
 }
 
 }  // namespace murmel

@@ -3,6 +3,7 @@
 #include "Shortcut/ShortcutConfiguration.h"
 
 #include <QString>
+#include <functional>
 #include <string_view>
 
 namespace murmel {
@@ -14,5 +15,9 @@ QString inPlatformWords(std::string_view text, const QString& pasteKeys = {});
 
 /// The shortcut by the names that stand on keyboards here: "Ctrl+Shift+D".
 QString shortcutTitle(const ShortcutConfiguration& shortcut);
+
+/// How the shortcut is used here. `tellsOfRelease` as the services have it; empty: the desktop does.
+QString shortcutUse(const ShortcutConfiguration& shortcut,
+                    const std::function<bool(const ShortcutConfiguration&)>& tellsOfRelease);
 
 }  // namespace murmel

@@ -51,6 +51,9 @@ class ShortcutSource {
   [[nodiscard]] virtual std::unique_ptr<InstalledShortcut> install(const ShortcutRequest& shortcut,
                                                                    Handler handler) = 0;
 
+  /// Whether it is told when this shortcut is let go of; where not, each press means start or stop.
+  [[nodiscard]] virtual bool tellsOfRelease(const ShortcutRequest& /*shortcut*/) { return true; }
+
   /// Whether an installed one serves every shortcut, so that a change of the shortcut needs no new one.
   [[nodiscard]] virtual bool hearsEveryKey() const = 0;
 

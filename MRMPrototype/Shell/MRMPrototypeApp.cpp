@@ -133,6 +133,7 @@ FirstRunServices MRMPrototypeApp::setupServices() {
       .microphones = &microphones_,
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .canHearShortcut = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
+      .tellsOfRelease = [this](const ShortcutConfiguration& shortcut) { return tellsOfRelease(shortcut); },
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .openSoundSettings = [this] { perform(IntelCommand::openMicrophoneSettings); },
       .state = [this] { return coordinator_.state(); },
@@ -152,6 +153,10 @@ bool MRMPrototypeApp::canHear(const ShortcutConfiguration& shortcut) {
   return source.hearsEveryKey() || source.permission(shortcutRequest(shortcut)).granted;
 }
 
+bool MRMPrototypeApp::tellsOfRelease(const ShortcutConfiguration& shortcut) {
+  return desktop_.shortcuts.tellsOfRelease(shortcutRequest(shortcut));
+}
+
 MainWindows::Parts MRMPrototypeApp::windowParts(SessionKind session) {
   return {
       .process = process_,
@@ -169,6 +174,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts(SessionKind session) {
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .canHearShortcut = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
+      .tellsOfRelease = [this](const ShortcutConfiguration& shortcut) { return tellsOfRelease(shortcut); },
       .session = session,
       .diagnostics =
           [this](std::function<void(const std::string&)> ready) { tasks_.start(diagnose(std::move(ready))); },

@@ -76,6 +76,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] FirstRunServices setupServices();
   [[nodiscard]] MainWindows::Parts windowParts(SessionKind session);
   [[nodiscard]] bool canHear(const ShortcutConfiguration& shortcut);
+  [[nodiscard]] bool tellsOfRelease(const ShortcutConfiguration& shortcut);
   [[nodiscard]] MenuServices menuServices();
   [[nodiscard]] ShortcutWiring::Actions shortcutActions();
   [[nodiscard]] std::string shortcutWarnings(const ShortcutConfiguration& shortcut);

@@ -87,6 +87,7 @@ SettingsServices MainWindows::settingsServices() {
   services.recordShortcut = parts_.recordShortcut;
   services.hearsFurtherShortcuts = parts_.desktop.shortcuts.hearsEveryKey();
   services.canHearShortcut = parts_.canHearShortcut;
+  services.tellsOfRelease = parts_.tellsOfRelease;
   services.canKeepOutOfTaskBar =
       parts_.session != SessionKind::sway && parts_.session != SessionKind::wlroots;
   services.preparationStatus = [this](SmartLocalModel model) -> std::optional<std::string> {

@@ -48,6 +48,7 @@ class MainWindows {
     std::function<std::string(const ShortcutConfiguration&)> shortcutNotice;
     RecordShortcut recordShortcut;
     std::function<bool(const ShortcutConfiguration&)> canHearShortcut;
+    std::function<bool(const ShortcutConfiguration&)> tellsOfRelease;
     SessionKind session = SessionKind::none;
     std::function<void(std::function<void(const std::string&)>)> diagnostics;
   };

@@ -39,6 +39,7 @@ FormRow::FormRow(const QString& title, const QString& description, QWidget* cont
   words->addWidget(reason_);
   title_->setVisible(!title.isEmpty());
   reason_->hide();
+  reason_->setForegroundRole(QPalette::WindowText);
   setDescription(description);
 
   auto* line =

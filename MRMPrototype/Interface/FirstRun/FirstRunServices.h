@@ -24,6 +24,8 @@ struct FirstRunServices {
   std::function<std::string(const ShortcutConfiguration&)> shortcutNotice{};
   /// Whether this desktop can hear a shortcut at all; empty: any.
   std::function<bool(const ShortcutConfiguration&)> canHearShortcut{};
+  /// Whether the desktop says when the shortcut is let go of; empty: it does.
+  std::function<bool(const ShortcutConfiguration&)> tellsOfRelease{};
   RecordShortcut recordShortcut{};
   std::function<void()> openSoundSettings{};
   std::function<DictationState()> state{};

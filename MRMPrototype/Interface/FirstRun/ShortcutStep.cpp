@@ -3,7 +3,6 @@
 #include "Platform/KeyModifiers.h"
 #include "Settings/SettingsRepository.h"
 #include "Shortcut/ShortcutConflicts.h"
-#include "Shortcut/ShortcutHelp.h"
 
 namespace murmel {
 
@@ -58,7 +57,7 @@ void ShortcutStep::take(const ShortcutConfiguration& shortcut) {
 void ShortcutStep::show() {
   const auto shortcut = services_.settings.shortcut();
   current_->setTitle(shortcutTitle(shortcut));
-  current_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
+  current_->setDescription(shortcutUse(shortcut, services_.tellsOfRelease));
   for (const auto& [proposal, use] : proposals_)
     use->setText(isSameShortcut(proposal, shortcut) ? tr("In Use") : tr("Use"));
   const auto against = services_.shortcutNotice ? services_.shortcutNotice(shortcut) : std::string();

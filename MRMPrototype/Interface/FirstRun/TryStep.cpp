@@ -42,8 +42,11 @@ void TryStep::show() {
   const auto shortcut = services_.settings.shortcut();
   using Kind = ShortcutConfiguration::Kind;
   const bool isHeld = shortcut.kind == Kind::key || shortcut.kind == Kind::modifiersOnly;
-  task_->setText(isHeld ? tr("Hold %1, say a sentence, let go.").arg(shortcutTitle(shortcut))
-                        : inPlatformWords(modeHelpText(shortcut.kind)));
+  const bool endsByRelease = !services_.tellsOfRelease || services_.tellsOfRelease(shortcut);
+  task_->setText(!isHeld ? inPlatformWords(modeHelpText(shortcut.kind))
+                 : endsByRelease
+                     ? tr("Hold %1, say a sentence, let go.").arg(shortcutTitle(shortcut))
+                     : tr("Press %1, say a sentence, press it again.").arg(shortcutTitle(shortcut)));
 }
 
 void TryStep::showEvent(QShowEvent* event) {

@@ -8,7 +8,7 @@ WelcomeStep::WelcomeStep(const FirstRunServices& services)
   auto& does = *addCard(tr("What Murmel does"));
   does.addRow(tr("Listens only while you dictate"),
               tr("From the shortcut, or a click on its button, until you let go or press again."), nullptr);
-  does.addRow(tr("Recognizes speech on this computer"), tr("Also without a network."), nullptr);
+  does.addRow(tr("Recognizes speech on this computer"), tr("No network is needed for it."), nullptr);
   does.addRow(
       tr("Inserts the words for you"),
       tr("What you had copied before is put back. When an application takes no text, your words stay on "

@@ -24,14 +24,9 @@ QColor inkOf(TrayLook look, bool isPanelDark) {
   std::unreachable();
 }
 
-QPixmap drawn(TrayLook look, const QColor& ink, int size) {
-  QPixmap pixmap(size, size);
-  pixmap.fill(Qt::transparent);
-  QPainter painter(&pixmap);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.scale(size / 24.0, size / 24.0);
+void draw(QPainter& painter, TrayLook look, const QColor& ink, double width) {
   if (look == TrayLook::paused) painter.setOpacity(0.55);
-  const QPen pen(ink, 2, Qt::SolidLine, Qt::RoundCap);
+  const QPen pen(ink, width, Qt::SolidLine, Qt::RoundCap);
   painter.setPen(pen);
   const bool isFilled = look == TrayLook::recording || look == TrayLook::working;
   painter.setBrush(isFilled ? QBrush(ink) : QBrush(Qt::NoBrush));
@@ -48,6 +43,18 @@ QPixmap drawn(TrayLook look, const QColor& ink, int size) {
     painter.drawLine(QPointF(20.5, 3.5), QPointF(20.5, 9));
     painter.drawPoint(QPointF(20.5, 13));
   }
+}
+
+QPixmap drawn(TrayLook look, bool isPanelDark, int size) {
+  QPixmap pixmap(size, size);
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(size / 24.0, size / 24.0);
+  // Not every panel tells its colour: around the symbol there is some of the other, for those that do not.
+  constexpr int part = 170;
+  draw(painter, look, isPanelDark ? QColor(0, 0, 0, part) : QColor(255, 255, 255, part), 4);
+  draw(painter, look, inkOf(look, isPanelDark), 2);
   return pixmap;
 }
 
@@ -64,7 +71,7 @@ TrayLook trayLook(const DictationState& state, bool isPaused) {
 
 QIcon trayIcon(TrayLook look, bool isPanelDark) {
   QIcon icon;
-  for (const int size : {16, 22, 24, 32, 48, 64}) icon.addPixmap(drawn(look, inkOf(look, isPanelDark), size));
+  for (const int size : {16, 22, 24, 32, 48, 64}) icon.addPixmap(drawn(look, isPanelDark, size));
   return icon;
 }
 

@@ -61,6 +61,8 @@ struct SettingsServices {
   RecordShortcut recordShortcut{};
   /// Whether this desktop can hear a shortcut at all; empty: any.
   std::function<bool(const ShortcutConfiguration&)> canHearShortcut{};
+  /// Whether the desktop says when the shortcut is let go of; empty: it does.
+  std::function<bool(const ShortcutConfiguration&)> tellsOfRelease{};
   /// Whether further shortcuts than the one of the dictation are heard here.
   bool hearsFurtherShortcuts = true;
   /// Whether the desktop lets windows keep out of its task bar.

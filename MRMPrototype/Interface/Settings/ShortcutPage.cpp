@@ -92,7 +92,7 @@ void ShortcutPage::show() {
   // One that was recorded stands below the ready-made ones.
   if (found == ready_.end()) choice_->addItem(shortcutTitle(shortcut));
   choice_->setCurrentIndex(static_cast<int>(found - ready_.begin()));
-  row_->setDescription(inPlatformWords(modeHelpText(shortcut.kind)));
+  row_->setDescription(shortcutUse(shortcut, services().tellsOfRelease));
   if (services().shortcutNotice) notice_->setText(inPlatformWords(services().shortcutNotice(shortcut)));
 }
 

@@ -13,6 +13,7 @@
 #include "Interface/Settings/SettingsWindow.h"
 #include "Platform/Qt/QtCompositor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
+#include "Shortcut/ShortcutConflicts.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -138,8 +139,9 @@ int main(int argc, char** argv) {
   credits->present();
   QtLocalKeyMonitor keys;
   const auto openRecorder = [&] {
-    auto* recorder = new RecorderSheet(&settings, {.localKeys = keys, .suspendShortcuts = {}, .notice = {}},
-                                       [](const ShortcutConfiguration&) {});
+    auto* recorder = new RecorderSheet(
+        &settings, {.localKeys = keys, .suspendShortcuts = {}, .notice = {}, .canHear = data.canHear()},
+        [](const ShortcutConfiguration&) {});
     recorder->open();
     return recorder;
   };
@@ -173,6 +175,8 @@ int main(int argc, char** argv) {
                                    {Step::tryIt, "setup-try"}}) {
     setup->present(step);
     save(*setup, name);
+    if (step == Step::shortcut)
+      data.settings.setShortcut(proposedShortcuts(data.canHear()).front());  // as Enter does
   }
   auto* recorder = openRecorder();
   save(*recorder, "recorder");

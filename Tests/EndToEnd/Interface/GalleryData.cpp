@@ -122,6 +122,7 @@ GalleryData::GalleryData(bool troubles)
       autostart_(std::make_unique<NoAutostart>()),
       microphones_(std::make_unique<ExampleMicrophones>()),
       checks_(troubles),
+      hearsKeysOnly_(troubles),
       defaults(files_, settingsFile(folder_.path(), troubles)),
       settings({defaults, executor_, queue_, vocabularyFile(files_, keys_, folder_.path()), true,
                 [](SmartLocalModel) { return true; }}),
@@ -168,11 +169,18 @@ HistoryServices GalleryData::historyServices() {
 
 GalleryData::~GalleryData() = default;
 
+std::function<bool(const ShortcutConfiguration&)> GalleryData::canHear() const {
+  if (!hearsKeysOnly_) return {};
+  return
+      [](const ShortcutConfiguration& shortcut) { return shortcut.kind == ShortcutConfiguration::Kind::key; };
+}
+
 FirstRunServices GalleryData::firstRunServices() {
   FirstRunServices services{settings, models, checks_};
   services.microphone = microphones_.get();
   services.microphones = microphones_.get();
   services.shortcutNotice = this->services().shortcutNotice;
+  services.canHearShortcut = canHear();
   services.recordShortcut = [](QWidget*, auto) {};
   services.openSoundSettings = [] {};
   services.state = [] { return DictationState(); };
@@ -193,6 +201,9 @@ SettingsServices GalleryData::services() {
                            ? "This keyboard does not tell the desktop about Fn. Choose another shortcut."
                            : "");
   };
+  services.canHearShortcut = canHear();
+  services.hearsFurtherShortcuts = !hearsKeysOnly_;
+  services.canKeepOutOfTaskBar = !hearsKeysOnly_;
   services.recordShortcut = [](QWidget*, auto) {};
   services.preparationStatus = [](SmartLocalModel) {
     return std::optional<std::string>("Ready · kept warm in memory");

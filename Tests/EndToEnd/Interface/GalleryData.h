@@ -56,7 +56,8 @@ class ExampleChecks final : public DesktopChecks {
 /// a QApplication.
 class GalleryData {
  public:
-  /// `troubles`: with a key ring that fails and a model that was replaced.
+  /// `troubles`: with a key ring that fails, a model that was replaced, and a desktop that hears no
+  /// modifiers.
   explicit GalleryData(bool troubles);
   ~GalleryData();
 
@@ -68,6 +69,8 @@ class GalleryData {
   [[nodiscard]] std::optional<DefaultsValue> stored(std::string_view key) {
     return JsonDefaultsStore(files_, folder_.path() / "defaults.json").value(key);
   }
+
+  [[nodiscard]] std::function<bool(const ShortcutConfiguration&)> canHear() const;
 
  private:
   class NoAutostart;
@@ -82,6 +85,7 @@ class GalleryData {
   std::unique_ptr<Autostart> autostart_;
   std::unique_ptr<ExampleMicrophones> microphones_;
   ExampleChecks checks_;
+  bool hearsKeysOnly_;
 
  public:
   JsonDefaultsStore defaults;  ///< in a file of its own, as the user's

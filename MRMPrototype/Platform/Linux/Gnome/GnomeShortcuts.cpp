@@ -147,13 +147,17 @@ ListenEventAccess GnomeShortcuts::permission(const ShortcutRequest& shortcut) {
   return {true, {}};
 }
 
+bool GnomeShortcuts::tellsOfRelease(const ShortcutRequest& shortcut) {
+  return hasExtension() && (shortcut.modifiers & boundModifiers) != 0;
+}
+
 std::unique_ptr<InstalledShortcut> GnomeShortcuts::install(const ShortcutRequest& shortcut, Handler handler) {
   if (!permission(shortcut).granted || !installed_.expired()) return nullptr;
   const auto accelerator = *acceleratorOf(shortcut, keymap_);
   auto counted = std::make_unique<Counted>();
   if (hasExtension()) {
-    const bool isHeld = (shortcut.modifiers & boundModifiers) != 0;
-    counted->shortcut = std::make_shared<ExtensionShortcut>(bus_, accelerator, isHeld, std::move(handler));
+    counted->shortcut =
+        std::make_shared<ExtensionShortcut>(bus_, accelerator, tellsOfRelease(shortcut), std::move(handler));
   } else {
     counted->shortcut = std::make_shared<SettingsShortcut>(accelerator);
   }

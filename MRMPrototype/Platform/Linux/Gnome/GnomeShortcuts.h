@@ -21,6 +21,7 @@ class GnomeShortcuts final : public ShortcutSource {
   [[nodiscard]] std::unique_ptr<InstalledShortcut> install(const ShortcutRequest& shortcut,
                                                            Handler handler) override;
   [[nodiscard]] bool hearsEveryKey() const override { return false; }
+  [[nodiscard]] bool tellsOfRelease(const ShortcutRequest& shortcut) override;
   [[nodiscard]] Signal<>& permissionDidChange() override { return permissionDidChange_; }
   void resync() override {}
 
