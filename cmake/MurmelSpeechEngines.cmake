@@ -12,6 +12,7 @@ set_property(CACHE MURMEL_SPEECH_ENGINES PROPERTY STRINGS AUTO OFF)
 # v3 has AVX2 and is three times as fast as v2; v4 has AVX-512.
 set(MURMEL_SPEECH_ENGINE_LEVELS "2;3;4" CACHE STRING "Levels of x86-64 that the engines are built for")
 
+set(kernel "${CMAKE_SOURCE_DIR}/Workers/SpeechWorker/EngineKernel")
 set(package "whisper.rn@0.7.4")
 # The package's "integrity" of the registry, in hexadecimal.
 set(packageSHA512
@@ -58,11 +59,14 @@ function(murmel_fetch_engine_sources result reason)
   set(${result} "${folder}/package/cpp" PARENT_SCOPE)
 endfunction()
 
-# Always optimised: unoptimised it recognises slower than people speak. Not our code, so no warnings, no sanitizers.
+# Always optimised: unoptimised it recognises slower than people speak. Mostly not our code, so no warnings, no sanitizers.
 function(murmel_engine_objects target folder level)
   add_library(${target} OBJECT ${ARGN})
   target_include_directories(${target} SYSTEM PRIVATE "${folder}" "${folder}/ggml-cpu")
+  target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}" "${kernel}")
   target_compile_definitions(${target} PRIVATE _GNU_SOURCE WSP_GGML_USE_CPU WSP_GGML_USE_CPU_REPACK NDEBUG)
+  # So ggml asks for a product of matrices from elsewhere: it gets ours.
+  target_compile_definitions(${target} PRIVATE WSP_GGML_USE_LLAMAFILE)
   # With OpenMP the threads can sleep while they wait for each other. The library's own only spin: on a machine that has
   # other work to do, 3 threads then take fifty times as long as one.
   target_compile_definitions(${target} PRIVATE WSP_GGML_USE_OPENMP)
@@ -96,7 +100,8 @@ list(TRANSFORM commonSources PREPEND "${sources}/")
 list(TRANSFORM computingSources PREPEND "${sources}/")
 murmel_engine_objects(murmel_ggml_common "${sources}" 2 ${commonSources})
 foreach(level IN LISTS MURMEL_ENGINE_LEVELS)
-  murmel_engine_objects(murmel_ggml_cpu_v${level} "${sources}" ${level} ${computingSources})
+  murmel_engine_objects(murmel_ggml_cpu_v${level} "${sources}" ${level} ${computingSources}
+    "${kernel}/EngineProduct.cpp" "${kernel}/MatrixProduct.cpp")
   add_library(murmel_ggml_v${level} INTERFACE)
   target_include_directories(murmel_ggml_v${level} SYSTEM INTERFACE "${sources}")
   target_link_libraries(murmel_ggml_v${level} INTERFACE Threads::Threads ${CMAKE_DL_LIBS} gomp)

@@ -6,6 +6,7 @@
 #include "Workers/SpeechWorker/WhisperRules.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include <whisper.h>
@@ -23,8 +24,6 @@ constexpr double sampleRate = 16'000;
 /// Eight seconds: of less a half would be a scrap.
 constexpr std::size_t shortestToHalve = 8 * 16'000;
 
-/// The first 5 s are enough to know the language.
-constexpr int languageWindow = 256;
 /// Below that a language that the application does not offer is not believed: noise sounds like Welsh.
 constexpr float clearMajority = 0.5F;
 
@@ -77,6 +76,7 @@ struct WhisperEngine::Attempt {
 struct WhisperEngine::Heard {
   std::string text;
   int tokens = 0;
+  std::string language;  ///< that is spoken, whichever was listened for
 };
 
 void WhisperEngine::Deleter::operator()(whisper_context* context) const {
@@ -123,10 +123,16 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
                          [](auto sample) { return static_cast<float>(sample) / fullScale; });
 
   SpeechHints known = hints;
-  if (!hints.language || whisper_lang_id(hints.language->c_str()) < 0) known.language = languageOf(scaled);
+  const bool isForced = hints.language && whisper_lang_id(hints.language->c_str()) >= 0;
+  if (!isForced) known.language = presumedLanguage_;
   Attempt attempt{whisperWindow(samples.size()), whisperTokenLimit(samples.size()), *known.language,
                   promptFrom(hints.words)};
   auto heard = listen(scaled, attempt);
+  if (heard && !isForced && heard->language != *known.language) {
+    presumedLanguage_ = heard->language;
+    known.language = heard->language;
+    heard = listen(scaled, attempt);
+  }
   if (heard && heard->text.contains(hintsTitle)) {  // it reads the names aloud
     known.words.clear();
     attempt.prompt.clear();
@@ -165,6 +171,11 @@ std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span
   auto settings = settingsFor(threads_, attempt.window, attempt.language.c_str());
   settings.max_tokens = attempt.tokenLimit;
   if (!attempt.prompt.empty()) settings.initial_prompt = attempt.prompt.c_str();
+  bool isEncoded = false;
+  settings.encoder_begin_callback_user_data = &isEncoded;
+  settings.encoder_begin_callback = [](whisper_context*, whisper_state*, void* encoded) {
+    return *static_cast<bool*>(encoded) = true;
+  };
   if (whisper_full_with_state(context_.get(), state_.get(), settings, samples.data(),
                               static_cast<int>(samples.size())) != 0)
     return std::unexpected("speech recogniser failed");
@@ -173,20 +184,23 @@ std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span
     heard.text += whisper_full_get_segment_text_from_state(state_.get(), i);
     heard.tokens += whisper_full_n_tokens_from_state(state_.get(), i);
   }
+  heard.language = isEncoded ? spokenLanguage().value_or(attempt.language) : attempt.language;
   return heard;
 }
 
-std::string WhisperEngine::languageOf(std::span<const float> samples) {
-  const std::string fallback = "en";
-  // The library listens with the window of the call before: this one sets it, and the spectrum, and stops.
-  auto settings = settingsFor(threads_, languageWindow, fallback.c_str());
-  settings.encoder_begin_callback = [](whisper_context*, whisper_state*, void*) { return false; };
-  if (whisper_full_with_state(context_.get(), state_.get(), settings, samples.data(),
-                              static_cast<int>(samples.size())) != 0)
-    return fallback;
-  std::vector<float> shares(static_cast<std::size_t>(whisper_lang_max_id()) + 1);
-  if (whisper_lang_auto_detect_with_state(context_.get(), state_.get(), 0, threads_, shares.data()) < 0)
-    return fallback;
+std::optional<std::string> WhisperEngine::spokenLanguage() {
+  // The encoder's work is still there: the decoder tells the language in one step, as the first that it says.
+  const auto begin = whisper_token_sot(context_.get());
+  if (whisper_decode_with_state(context_.get(), state_.get(), &begin, 1, 0, threads_) != 0)
+    return std::nullopt;
+  const float* const logits = whisper_get_logits_from_state(state_.get());
+  std::vector<float> shares;
+  for (int id = 0; id <= whisper_lang_max_id(); ++id)
+    shares.push_back(logits[whisper_token_lang(context_.get(), id)]);
+  const float highest = std::ranges::max(shares);
+  float sum = 0;
+  for (auto& share : shares) sum += share = std::exp(share - highest);
+  for (auto& share : shares) share /= sum;
   const auto likeliest = std::ranges::max_element(shares);
   int best = static_cast<int>(likeliest - shares.begin());
   if (*likeliest < clearMajority && !isOffered(whisper_lang_str(best))) {

@@ -11,7 +11,8 @@ struct whisper_state;
 namespace murmel::worker {
 
 /// OpenAI's Whisper through whisper.cpp: a hundred languages, with punctuation and case. Where no language is
-/// forced, it listens which one it is, to every recording anew. Nothing is carried from one recording to the
+/// forced, it listens which one it is, to every recording anew: first it presumes that it is the one of the
+/// recording before, and when it is not, listens again. Nothing else is carried from one recording to the
 /// next.
 class WhisperEngine final : public SpeechEngine {
  public:
@@ -37,13 +38,14 @@ class WhisperEngine final : public SpeechEngine {
   std::expected<std::string, std::string> inHalves(std::span<const std::int16_t> samples,
                                                    const SpeechHints& hints);
   std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);
-  /// The code of the language that is spoken.
-  std::string languageOf(std::span<const float> samples);
+  /// The code of the language of what has just been listened to.
+  std::optional<std::string> spokenLanguage();
 
   std::unique_ptr<whisper_context, Deleter> context_;
   std::unique_ptr<whisper_state, Deleter>
       state_;  ///< of one request; nothing when there was no memory for it
   int threads_;
+  std::string presumedLanguage_ = "en";
 };
 
 }  // namespace murmel::worker
