@@ -56,10 +56,15 @@ Task<void> IncrementalDictationSession::warm(std::shared_ptr<TranscriptionProvid
 }
 
 void IncrementalDictationSession::append(PendingCapturedAudio audio) {
-  auto cuts = cutter_.append(std::move(audio));
+  auto cuts = cutter_.append(std::move(audio), recogniserIsFree());
   reportLevels();
   reportProgress();
   for (auto& cut : cuts) enqueue(std::move(cut));
+}
+
+/// What comes from a file keeps it busy to the end.
+bool IncrementalDictationSession::recogniserIsFree() const {
+  return !recognising_ && !configuration_.somebodyWaits && std::isfinite(configuration_.targetSegmentSeconds);
 }
 
 void IncrementalDictationSession::enqueue(CutSegment cut) {

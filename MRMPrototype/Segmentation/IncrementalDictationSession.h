@@ -26,7 +26,8 @@ struct IncrementalSessionServices {
 };
 
 /// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
-/// stop. With an infinite target it recognises nothing before the stop.
+/// stop: as soon as the recogniser is free it gets the phrases that are finished, also before the target.
+/// With an infinite target it recognises nothing before the stop.
 ///
 /// A segment is kept until its words are there, whatever happens to the recogniser meanwhile; a segment with
 /// clear speech of which the recogniser made nothing is tried louder, then together with the segment
@@ -55,6 +56,7 @@ class IncrementalDictationSession final : public DictationSession {
     [[nodiscard]] double seconds() const { return span.end - span.begin; }
   };
 
+  [[nodiscard]] bool recogniserIsFree() const;
   void enqueue(CutSegment cut);
   void startRecognising();
   static Task<void> warm(std::shared_ptr<TranscriptionProvider> recogniser);

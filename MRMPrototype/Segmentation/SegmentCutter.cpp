@@ -44,8 +44,9 @@ void SegmentCutter::beginStream(double sampleRate) {
   silent_ = true;
 }
 
-std::vector<CutSegment> SegmentCutter::append(PendingCapturedAudio audio) {
+std::vector<CutSegment> SegmentCutter::append(PendingCapturedAudio audio, bool recogniserIsFree) {
   std::vector<CutSegment> segments;
+  recogniserIsFree_ = recogniserIsFree;
   if (audio.monoSamples.empty() || !std::isfinite(audio.sampleRate) || audio.sampleRate <= 0) return segments;
   if (audio.sampleRate != sampleRate_) {
     if (auto rest = flush()) segments.push_back(*std::move(rest));
@@ -82,8 +83,9 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
 
 bool SegmentCutter::accepts(const PhrasePause& pause) const {
   const double seconds = static_cast<double>(pause.cut - openBegin_) / sampleRate_;
-  if (pause.kind == PhrasePause::Kind::phrase) return seconds >= targetSeconds_;
-  return seconds >= breathAfterTargets * targetSeconds_;
+  const double target = recogniserIsFree_ ? std::min(targetSeconds_, freeTargetSeconds) : targetSeconds_;
+  if (pause.kind == PhrasePause::Kind::phrase) return seconds >= target;
+  return seconds >= breathAfterTargets * target;
 }
 
 double SegmentCutter::openSeconds() const {
@@ -112,6 +114,7 @@ CutSegment SegmentCutter::cutAfterFrames(std::size_t frameCount) {
   const auto sampleCount = static_cast<std::ptrdiff_t>(cut - openBegin_);
   PrivateVector<float> samples(open_.begin(), open_.begin() + sampleCount);
   auto done = segment(std::move(samples), std::span(openFrames_).first(frameCount));
+  if (done.evidence != SpeechEvidence::none) recogniserIsFree_ = false;
   open_.erase(open_.begin(), open_.begin() + sampleCount);
   openFrames_.erase(openFrames_.begin(), openFrames_.begin() + static_cast<std::ptrdiff_t>(frameCount));
   openBegin_ = cut;

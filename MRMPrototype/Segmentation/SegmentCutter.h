@@ -28,17 +28,22 @@ struct CutSegment {
 /// shorter pauses will do, too; when there has been none for so long that the user would wait, the segment
 /// ends where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest
 /// moment. Silence is cut off at once.
+///
+/// While a recogniser has nothing to do, the target is `freeTargetSeconds` at most: what it hears then need
+/// not be waited for at the end.
 class SegmentCutter {
  public:
   /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.
   static constexpr double longestSeconds = 49;
+  /// In shorter pieces a recogniser has too little to go by, and each costs as much as a longer one.
+  static constexpr double freeTargetSeconds = 8;
 
   /// `targetSeconds` above zero; infinite for as few segments as possible.
   explicit SegmentCutter(double targetSeconds);
 
   /// The segments that `audio` completes. A changed sample rate begins a new segment. Samples that are not
   /// finite count as zero; audio without a usable rate is no audio.
-  std::vector<CutSegment> append(PendingCapturedAudio audio);
+  std::vector<CutSegment> append(PendingCapturedAudio audio, bool recogniserIsFree = false);
   /// The rest.
   std::optional<CutSegment> flush();
 
@@ -73,6 +78,7 @@ class SegmentCutter {
 
   double targetSeconds_;
   double patienceSeconds_;
+  bool recogniserIsFree_ = false;
 
   double sampleRate_ = 0;
   std::optional<PhrasePauseDetector> detector_;

@@ -62,6 +62,15 @@ TEST(SegmentCutter, CutsNearTheTarget) {
   }
 }
 
+TEST(SegmentCutter, AFreeRecogniserGetsOneFinishedPhraseBeforeTheTarget) {
+  auto tape = phrases(8, 2.1, 0.9);
+  SegmentCutter cutter(15);
+  const auto early = lengths(cutter.append(tape.audio(), true));
+  ASSERT_EQ(early.size(), 2U);
+  EXPECT_NEAR(early[0], 9.1, 0.2);
+  EXPECT_GE(early[1], 15) << "then it has something to do";
+}
+
 TEST(SegmentCutter, NeverGrowsBeyondWhatARecogniserTakes) {
   SoundTape endless;
   while (endless.seconds() < 130) endless.speech(0.4).noise(0.1);
