@@ -22,7 +22,12 @@ void drawLines(QPainter& painter, const QRect& rect, const QString& text, const 
                const QColor& colour, Qt::LayoutDirection direction) {
   QTextLayout layout(text, font);
   QTextOption option;
-  option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : direction);
+  // The signs at the end of a sentence go by its language, the edge that it begins at by the window's.
+  const auto way = text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+  const auto edge = (direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute;
+  option.setTextDirection(way);
+  option.setAlignment(edge);
+  painter.setLayoutDirection(way);
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   layout.setTextOption(option);
   const QFontMetrics metrics(font);
@@ -36,8 +41,7 @@ void drawLines(QPainter& painter, const QRect& rect, const QString& text, const 
     const bool isLast = number == maximumLines - 1 && line.textStart() + line.textLength() < text.size();
     if (isLast) {
       painter.setFont(font);
-      painter.drawText(QRect(place, QSize(rect.width(), metrics.lineSpacing())),
-                       Qt::AlignVCenter | (direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft),
+      painter.drawText(QRect(place, QSize(rect.width(), metrics.lineSpacing())), Qt::AlignVCenter | edge,
                        metrics.elidedText(text.mid(line.textStart()), Qt::ElideRight, rect.width()));
     } else {
       line.draw(&painter, place);

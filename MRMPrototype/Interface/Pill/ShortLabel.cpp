@@ -29,7 +29,7 @@ QStringList linesOf(const QString& words, const QFont& font, int width) {
 ShortLabel::ShortLabel(int lines, Keeps keeps, QWidget* parent)
     : QLabel(parent), lines_(lines), keeps_(keeps) {
   setTextFormat(Qt::PlainText);
-  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // no narrower than its column
 }
 
 void ShortLabel::setWords(const QString& words) {
