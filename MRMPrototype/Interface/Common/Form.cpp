@@ -255,6 +255,17 @@ bool FormPage::focusNextPrevChild(bool next) {
   return moved;
 }
 
+QWidget* pageFoot(QWidget* content) {
+  auto* foot = new QWidget;
+  auto* line = new QHBoxLayout(foot);
+  line->setContentsMargins(grid::large, grid::small, grid::large, grid::medium);
+  content->setMaximumWidth(columnWidth);
+  line->addStretch(1);
+  line->addWidget(content, 1000);
+  line->addStretch(1);
+  return foot;
+}
+
 QWidget* buttonRow(const std::vector<QWidget*>& buttons) {
   auto* row = new QWidget;
   auto* line = new QHBoxLayout(row);

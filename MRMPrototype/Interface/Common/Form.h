@@ -112,6 +112,9 @@ class FormPage : public QScrollArea {
   std::vector<Section> sections_;
 };
 
+/// What stands below a page, between the edges of its cards also where the window is wide.
+QWidget* pageFoot(QWidget* content);
+
 /// A row of buttons, and of what they are about, in reading order from the end of the line.
 QWidget* buttonRow(const std::vector<QWidget*>& buttons);
 

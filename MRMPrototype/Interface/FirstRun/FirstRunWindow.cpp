@@ -44,8 +44,9 @@ FirstRunWindow::FirstRunWindow(FirstRunServices services)
   right->addWidget(back_);
   right->addWidget(next_);
   progress_->setWordWrap(false);
-  auto* buttons = new QHBoxLayout;
-  buttons->setContentsMargins(grid::large, grid::medium, grid::large, grid::medium);
+  auto* row = new QWidget;
+  auto* buttons = new QHBoxLayout(row);
+  buttons->setContentsMargins(0, 0, 0, 0);
   buttons->setSpacing(grid::small);
   buttons->addLayout(left, 1);
   buttons->addWidget(progress_);
@@ -54,7 +55,7 @@ FirstRunWindow::FirstRunWindow(FirstRunServices services)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(pages_, 1);
-  layout->addLayout(buttons);
+  layout->addWidget(pageFoot(row));
   go(0);
 }
 

@@ -35,7 +35,7 @@ SettingsWindow::SettingsWindow(const SettingsServices& services)
       list_(new QListWidget),
       search_(searchField(tr("Search settings"))),
       pages_(new QStackedWidget),
-      foot_(buttonRow({button(tr("Reset This Page…"), [this] { resetPage(); })})),
+      foot_(pageFoot(buttonRow({button(tr("Reset This Page…"), [this] { resetPage(); })}))),
       nothing_(label(tr("No setting has these words."), LabelRole::second)),
       models_(new ModelsPage(services.models)) {
   build();
@@ -67,7 +67,6 @@ void SettingsWindow::build() {
   side->addWidget(nothing_);
   nothing_->hide();
 
-  foot_->layout()->setContentsMargins(grid::large, grid::small, grid::large, grid::medium);
   body_ = new QVBoxLayout;
   auto* const body = body_;
   body->setSpacing(0);
