@@ -1992,6 +1992,18 @@
         <translation>GNOME sagt Programmen nur über eine Erweiterung, welches Fenster aktiv ist. Die von Murmel lässt sich in der Einrichtung einschalten; kennt GNOME sie noch nicht, melden Sie sich neu an.</translation>
     </message>
     <message>
+        <source>This desktop cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
+        <translation>Diese Taste ist auf diesem Desktop nicht zu hören. Wählen Sie eine andere, etwa F10 oder Strg+Leertaste.</translation>
+    </message>
+    <message>
+        <source>The desktop did not bind the shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Der Desktop hat das Kürzel nicht belegt. Belegen Sie in seinen Einstellungen eine Taste mit dem Befehl „murmel toggle“.</translation>
+    </message>
+    <message>
+        <source>Press the shortcut once: whether this desktop tells of it is known then. If nothing happens, bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Drücken Sie das Kürzel einmal: Danach ist bekannt, ob dieser Desktop es meldet. Wenn nichts geschieht, belegen Sie in seinen Einstellungen eine Taste mit dem Befehl „murmel toggle“.</translation>
+    </message>
+    <message>
         <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
         <translation>%1 kann diese Taste nicht hören. Wählen Sie eine andere, zum Beispiel F10 oder Strg+Leertaste.</translation>
     </message>

@@ -1996,6 +1996,18 @@
         <translation>GNOME сообщает программам об активном окне только через расширение. Расширение Murmel можно включить при настройке; если GNOME его ещё не знает, войдите в сеанс заново.</translation>
     </message>
     <message>
+        <source>This desktop cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
+        <translation>На этом рабочем столе такую клавишу не услышать. Выберите другую, например F10 или Ctrl+Пробел.</translation>
+    </message>
+    <message>
+        <source>The desktop did not bind the shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Рабочий стол не назначил сочетание клавиш. Назначьте в его настройках клавишу для команды «murmel toggle».</translation>
+    </message>
+    <message>
+        <source>Press the shortcut once: whether this desktop tells of it is known then. If nothing happens, bind a key to the command “murmel toggle” in its settings.</source>
+        <translation>Нажмите сочетание клавиш один раз: тогда станет известно, сообщает ли о нём этот рабочий стол. Если ничего не произойдёт, назначьте в его настройках клавишу для команды «murmel toggle».</translation>
+    </message>
+    <message>
         <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
         <translation>%1 не слышит эту клавишу. Выберите другую, например F10 или Ctrl+Пробел.</translation>
     </message>

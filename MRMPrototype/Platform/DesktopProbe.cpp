@@ -44,6 +44,7 @@ std::string failureOf(const SessionFacts& facts) {
 
 /// By what the compositor and the bus offer, for whatever has no road of its own.
 void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
+  if (plan.shortcut == ShortcutRoad::none && facts.shortcutsPortal > 0) plan.shortcut = ShortcutRoad::portal;
   if (plan.paste == PasteRoad::none && offers(facts, {"zwp_virtual_keyboard_manager_v1"}))
     plan.paste = PasteRoad::virtualKeyboard;
   if (plan.clipboard == ClipboardRoad::none && offers(facts, {"zwlr_data_control_manager_v1"})) {

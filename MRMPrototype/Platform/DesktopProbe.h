@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 
@@ -26,7 +27,9 @@ struct SessionFacts {
   Wayland wayland{};
   bool swaySocket = false;           ///< sway's own interface answers
   std::set<std::string> busNames{};  ///< on the session bus, those that `desktopBusNames` lists
-  bool tray = false;                 ///< somebody shows tray icons
+  /// The version of the portal that watches shortcuts; 0 where there is none, or none is needed.
+  std::uint32_t shortcutsPortal = 0;
+  bool tray = false;  ///< somebody shows tray icons
 };
 
 /// The names whose owners a plan depends on.
@@ -47,6 +50,7 @@ enum class ShortcutRoad {
   globalAccel,
   shellExtension,
   gnomeKeyBinding,  ///< one that Murmel makes, and that runs `murmel toggle`
+  portal,
 };
 /// Who presses the paste keys.
 enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, shellExtension };

@@ -11,7 +11,8 @@ namespace murmel {
 /// Whether this application may observe the keyboard while other applications are in front.
 struct ListenEventAccess {
   bool granted = false;
-  /// Why not and what to do instead, in words for the user; empty when granted.
+  /// Why not and what to do instead, in words for the user. Where it is granted: what they should do to make
+  /// sure; empty otherwise.
   std::string reason;
 };
 

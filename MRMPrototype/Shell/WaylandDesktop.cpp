@@ -10,6 +10,7 @@
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 #include "Platform/Linux/KWin/GlobalAccel.h"
 #include "Platform/Linux/KWin/PlasmaWindows.h"
+#include "Platform/Linux/Portal/PortalShortcuts.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
@@ -177,10 +178,15 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
     roads.cancelKey = std::make_unique<GlobalAccelCancelKey>(*roads.bus);
     return;
   }
+  roads.cancelKey = std::make_unique<NoCancelKey>();
+  if (plan.shortcut == ShortcutRoad::portal && roads.bus && roads.keymap) {
+    roads.shortcuts =
+        std::make_unique<PortalShortcuts>(*roads.bus, *roads.keymap, parameters.installation.identifier);
+    return;
+  }
   roads.shortcuts = std::make_unique<NoShortcuts>(
       "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its "
       "settings.");
-  roads.cancelKey = std::make_unique<NoCancelKey>();
 }
 
 std::unique_ptr<IndicatorSurface> indicatorFor(const DesktopPlan& plan, const DesktopParameters& parameters) {

@@ -94,7 +94,7 @@ Task<CheckResult> checkPasswordFields(CheckedServices services) {
 std::string shortcutNotice(ShortcutSource& source, const ShortcutConfiguration& shortcut) {
   if (shortcut.kind == ShortcutConfiguration::Kind::disabled) return {};
   const auto access = source.permission(shortcutRequest(shortcut));
-  if (!access.granted) return access.reason;
+  if (!access.reason.empty()) return access.reason;
   const bool hasFunctionKey = (shortcut.modifierRawValue & keyModifier::function) != 0;
   return std::string(hasFunctionKey ? functionKeyNotice : "");
 }

@@ -58,6 +58,11 @@ Registration SessionBus::onMatch(const std::string& match, Handler handler) {
   });
 }
 
+std::string SessionBus::ownName() const {
+  const char* name = nullptr;
+  return sd_bus_get_unique_name(bus_.get(), &name) < 0 ? ":" : name;
+}
+
 std::string SessionBus::ownerOf(const std::string& service) {
   const auto answer = call({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"},
                            "GetNameOwner", "s", service.c_str());

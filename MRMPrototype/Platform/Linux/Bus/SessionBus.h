@@ -59,6 +59,8 @@ class SessionBus {
     sd_bus_flush(bus_.get());
   }
 
+  /// The name that the bus has given to this connection.
+  [[nodiscard]] std::string ownName() const;
   /// The name that the bus has given to whoever has this service now; empty when nobody has it.
   [[nodiscard]] std::string ownerOf(const std::string& service);
   /// Of whoever has the service now. `handler` runs from the event loop and may destroy whatever it likes,

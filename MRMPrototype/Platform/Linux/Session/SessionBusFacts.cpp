@@ -28,6 +28,16 @@ std::optional<bool> isOwned(sd_bus* bus, const char* name) {
   return owned != 0;
 }
 
+/// Has the bus start the portals if they do not run yet, which takes its time once.
+std::uint32_t versionOfShortcutsPortal(sd_bus* bus) {
+  constexpr std::uint64_t startLimitMicroseconds = 3'000'000;
+  sd_bus_set_method_call_timeout(bus, startLimitMicroseconds);
+  std::uint32_t version = 0;
+  sd_bus_get_property_trivial(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                              "org.freedesktop.portal.GlobalShortcuts", "version", nullptr, 'u', &version);
+  return version;
+}
+
 }  // namespace
 
 void probeSessionBus(SessionFacts& facts) {
@@ -42,6 +52,10 @@ void probeSessionBus(SessionFacts& facts) {
     if (*owned) facts.busNames.insert(name);
   }
   if (facts.busNames.contains(desktopBusName::trayWatcher)) facts.tray = true;
+  // Desktops with interfaces of their own need none.
+  const bool hasOwn = facts.swaySocket || facts.busNames.contains(desktopBusName::globalAccel) ||
+                      facts.busNames.contains(desktopBusName::gnomeShell);
+  if (facts.wayland.reachable && !hasOwn) facts.shortcutsPortal = versionOfShortcutsPortal(bus.get());
 }
 
 }  // namespace murmel
