@@ -2,6 +2,8 @@
 
 #include "Interface/Common/Form.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
@@ -18,6 +20,10 @@ constexpr int mostMessages = 6;
 NoticeWindow::NoticeWindow()
     : Window(tr("Messages of Murmel"), wantedNoticeSize), messages_(new QVBoxLayout) {
   setAttribute(Qt::WA_ShowWithoutActivating);
+  // A Wayland compositor may give every new window the keyboard, and what is being dictated would be lost to
+  // this one: only those that it does not manage go without.
+  if (QGuiApplication::platformName() == "xcb" && qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+    setWindowFlags(windowFlags() | Qt::Tool | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
   setAttribute(Qt::WA_DeleteOnClose);
   messages_->setSpacing(grid::medium);
   auto* done = button(tr("Close"), [this] { close(); });
@@ -40,6 +46,10 @@ void NoticeWindow::add(const QString& text) {
   messages_->addWidget(bar);
   resize(wantedNoticeSize.width(),
          std::max(wantedNoticeSize.height(), layout()->totalHeightForWidth(wantedNoticeSize.width())));
+  if (windowFlags().testFlag(Qt::BypassWindowManagerHint)) {
+    const auto corner = screen()->availableGeometry().bottomRight();
+    move(corner - QPoint(width() + grid::large, height() + grid::large));
+  }
   show();
 }
 
