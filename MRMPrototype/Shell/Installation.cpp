@@ -12,21 +12,24 @@ namespace murmel {
 namespace {
 
 /// Of a build that is signed, the team; the word that is no team's when it was changed since, so that it
-/// starts nothing. The application's own manifest lies among the resources, not in a folder of commands.
-std::optional<std::string> ownTeam(const ApplicationFolders& folders) {
+/// starts nothing. A release knows who signs it: nobody can sign it anew. The application's own manifest lies
+/// among the resources, not in a folder of commands.
+std::optional<std::string> ownTeam(const ApplicationFolders& folders, std::string_view releaseKey) {
+  constexpr const char* nobody = "changed";
   const auto manifest = folders.resources / "murmel.manifest";
   std::error_code failure;
-  if (!std::filesystem::exists(manifest, failure)) return std::nullopt;
-  return SignedExecutableManifest::teamOf(folders.executable, manifest).value_or("changed");
+  if (releaseKey.empty() && !std::filesystem::exists(manifest, failure)) return std::nullopt;
+  const auto team = SignedExecutableManifest::teamOf(folders.executable, manifest).value_or(nobody);
+  return releaseKey.empty() || team == releaseKey ? team : nobody;
 }
 
 }  // namespace
 
 Installation Installation::from(const InformationDictionary& info, ApplicationFolders folders,
-                                Environment environment) {
-  ExecutableRuntimePolicy policy(folders.resources, ownTeam(folders), [](const std::filesystem::path& file) {
-    return SignedExecutableManifest::teamOf(file);
-  });
+                                Environment environment, std::string_view releaseKey) {
+  ExecutableRuntimePolicy policy(
+      folders.resources, ownTeam(folders, releaseKey),
+      [](const std::filesystem::path& file) { return SignedExecutableManifest::teamOf(file); });
   return {
       .build = MRMBuildIdentity::from(info),
       .identifier = MRMAppIdentity::applicationIdentifier(info),

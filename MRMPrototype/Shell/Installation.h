@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Environment.h"
+#include "MRMUpdatePolicy/ReleaseKey.h"
 #include "Product/ExecutableRuntimePolicy.h"
 #include "Product/InformationDictionary.h"
 #include "Product/MRMBuildIdentity.h"
@@ -29,9 +30,10 @@ struct Installation {
 
   /// The error is one sentence for the user.
   static std::expected<Installation, std::string> read(Environment environment);
-  /// The same from parts that are there already.
+  /// The same from parts that are there already. `releaseKey`: the fingerprint of whoever may sign this
+  /// build; empty where it belongs to no release.
   static Installation from(const InformationDictionary& info, ApplicationFolders folders,
-                           Environment environment);
+                           Environment environment, std::string_view releaseKey = releaseKeyFingerprint());
 };
 
 /// What `--version` prints; also of an installation that is damaged.

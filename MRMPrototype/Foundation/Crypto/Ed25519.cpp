@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include <openssl/evp.h>
+#include <openssl/pem.h>
 
 namespace murmel::ed25519 {
 
@@ -35,6 +36,22 @@ std::optional<SigningKey> SigningKey::generate() {
   EVP_PKEY* key = EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519");
   if (key == nullptr) return std::nullopt;
   return SigningKey(key);
+}
+
+std::optional<SigningKey> SigningKey::fromSeed(const std::array<std::uint8_t, 32>& seed) {
+  EVP_PKEY* key = EVP_PKEY_new_raw_private_key(EVP_PKEY_ED25519, nullptr, seed.data(), seed.size());
+  if (key == nullptr) return std::nullopt;
+  return SigningKey(key);
+}
+
+std::optional<SigningKey> SigningKey::fromPEM(const std::string& text) {
+  const std::unique_ptr<BIO, decltype(&BIO_free)> source(
+      BIO_new_mem_buf(text.data(), static_cast<int>(text.size())), &BIO_free);
+  const auto noPassword = [](char*, int, int, void*) { return 0; };
+  KeyPointer key(source ? PEM_read_bio_PrivateKey(source.get(), nullptr, noPassword, nullptr) : nullptr,
+                 &EVP_PKEY_free);
+  if (!key || EVP_PKEY_get_id(key.get()) != EVP_PKEY_ED25519) return std::nullopt;
+  return SigningKey(key.release());
 }
 
 PublicKey SigningKey::publicKey() const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 
 /// Signatures after RFC 8032.
 namespace murmel::ed25519 {
@@ -26,6 +27,10 @@ class SigningKey {
  public:
   /// A new key from the system's random generator; nothing when that fails.
   static std::optional<SigningKey> generate();
+  /// The key that these 32 bytes are.
+  static std::optional<SigningKey> fromSeed(const std::array<std::uint8_t, 32>& seed);
+  /// A private key as OpenSSL writes it; nothing when it is none, or of another kind.
+  static std::optional<SigningKey> fromPEM(const std::string& text);
 
   [[nodiscard]] PublicKey publicKey() const;
   [[nodiscard]] Signature sign(std::span<const std::uint8_t> message) const;

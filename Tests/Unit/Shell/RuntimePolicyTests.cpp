@@ -19,8 +19,8 @@ class RuntimePolicy : public ::testing::Test {
     for (const auto& file : {folders.executable, worker()}) std::ofstream(file) << "a program";
   }
   [[nodiscard]] std::filesystem::path worker() const { return folders.resources / "worker"; }
-  [[nodiscard]] bool startsWorker() const {
-    return Installation::from({}, folders, {}).policy.mayExecute(worker());
+  [[nodiscard]] bool startsWorker(const std::string& releaseKey = {}) const {
+    return Installation::from({}, folders, {}, releaseKey).policy.mayExecute(worker());
   }
 
   TemporaryFolder folder;
@@ -33,6 +33,7 @@ TEST_F(RuntimePolicy, of_a_development_build_starts_any_worker_of_its_own) {
   EXPECT_TRUE(startsWorker());
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), theirs));
   EXPECT_TRUE(startsWorker());
+  EXPECT_FALSE(startsWorker(SignedExecutableManifest::team(theirs.publicKey()))) << "a release, unsigned";
 }
 
 TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
@@ -43,6 +44,8 @@ TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
   EXPECT_FALSE(startsWorker()) << "of another team";
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), ours));
   EXPECT_TRUE(startsWorker());
+  EXPECT_TRUE(startsWorker(SignedExecutableManifest::team(ours.publicKey())));
+  EXPECT_FALSE(startsWorker(SignedExecutableManifest::team(theirs.publicKey()))) << "all signed by another";
   std::ofstream(worker(), std::ios::app) << " changed";
   EXPECT_FALSE(startsWorker()) << "changed since";
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), ours));

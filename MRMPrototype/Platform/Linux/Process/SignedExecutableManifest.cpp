@@ -20,12 +20,6 @@ std::span<const std::uint8_t> bytesOf(std::string_view text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-std::filesystem::path manifestOf(const std::filesystem::path& executable) {
-  auto path = executable;
-  path += suffix;
-  return path;
-}
-
 std::optional<std::string> hashOf(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
@@ -78,6 +72,12 @@ std::string SignedExecutableManifest::team(const ed25519::PublicKey& key) {
   return crypto::hexadecimal(crypto::sha256(key));
 }
 
+std::filesystem::path SignedExecutableManifest::manifestOf(const std::filesystem::path& executable) {
+  auto path = executable;
+  path += suffix;
+  return path;
+}
+
 std::optional<std::string> SignedExecutableManifest::teamOf(const std::filesystem::path& executable) {
   return teamOf(executable, manifestOf(executable));
 }
@@ -98,11 +98,12 @@ std::optional<std::string> SignedExecutableManifest::teamOf(const std::filesyste
   return team(*key);
 }
 
-bool SignedExecutableManifest::sign(const std::filesystem::path& executable, const ed25519::SigningKey& key) {
+bool SignedExecutableManifest::sign(const std::filesystem::path& executable,
+                                    const std::filesystem::path& manifest, const ed25519::SigningKey& key) {
   const auto hash = hashOf(executable);
   if (!hash) return false;
   const auto text = signedPart(executable.filename().string(), *hash, crypto::hexadecimal(key.publicKey()));
-  std::ofstream stream(manifestOf(executable), std::ios::binary | std::ios::trunc);
+  std::ofstream stream(manifest, std::ios::binary | std::ios::trunc);
   stream << text << signatureLine(crypto::hexadecimal(key.sign(bytesOf(text))));
   stream.close();
   return !stream.fail();

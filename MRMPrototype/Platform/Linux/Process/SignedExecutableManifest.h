@@ -30,8 +30,16 @@ struct SignedExecutableManifest {
   static std::optional<std::string> teamOf(const std::filesystem::path& executable,
                                            const std::filesystem::path& manifest);
 
-  /// Writes the manifest of `executable` beside it. False when one of the files cannot be read or written.
-  static bool sign(const std::filesystem::path& executable, const ed25519::SigningKey& key);
+  /// Where the manifest of `executable` lies unless somebody says otherwise.
+  static std::filesystem::path manifestOf(const std::filesystem::path& executable);
+
+  /// Writes the manifest of `executable`, beside it or elsewhere. False when one of the files cannot be read
+  /// or written.
+  static bool sign(const std::filesystem::path& executable, const ed25519::SigningKey& key) {
+    return sign(executable, manifestOf(executable), key);
+  }
+  static bool sign(const std::filesystem::path& executable, const std::filesystem::path& manifest,
+                   const ed25519::SigningKey& key);
 };
 
 }  // namespace murmel
