@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <future>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -198,6 +199,29 @@ TEST_F(X11PasteboardTest, AKeeperLeavesWhatOthersWroteAlone) {
   EXPECT_FALSE(await((*boards)->general().handOver())) << "what others own is theirs to keep";
   EXPECT_TRUE(desk.runner.executor.waitUntil([&] { return !keeperRuns(); }));
   EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "theirs");
+}
+
+TEST_F(X11PasteboardTest, AKeeperReachesTheNetworkOnlyWhereTheDisplayIs) {
+  struct Recorder final : ProcessLauncher {
+    std::expected<std::unique_ptr<ChildProcess>, std::string> launch(const ProcessRequest& request) override {
+      network.set_value(request.sandbox.network);
+      return std::unexpected("not now");
+    }
+    std::promise<ProcessSandbox::Network> network;
+  };
+  using Network = ProcessSandbox::Network;
+  const std::pair<std::vector<std::string>, Network> rows[] = {
+      {{"DISPLAY=:0"}, Network::unixOnly},
+      {{"DISPLAY=unix:0.1"}, Network::unixOnly},
+      {{"DISPLAY=localhost:10.0"}, Network::internet},
+      {{"DISPLAY=localhost:10.0", "WAYLAND_DISPLAY=wayland-0"}, Network::unixOnly},
+  };
+  for (const auto& [environment, network] : rows) {
+    Recorder recorder;
+    ClipboardKeeperProcess keeper(recorder, {keeping.executable, keeping.mayExecute, environment});
+    keeper.keep(shared(oneText("words")), 0);
+    EXPECT_EQ(recorder.network.get_future().get(), network) << environment.front();
+  }
 }
 
 TEST_F(X11PasteboardTest, TheTwoSelectionsAreApart) {

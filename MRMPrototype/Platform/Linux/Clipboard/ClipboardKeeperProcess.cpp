@@ -26,13 +26,24 @@ bool isReady(int descriptor, short events) {
   return ::poll(&wait, 1, patienceMilliseconds) == 1;
 }
 
+std::string valueOf(const std::vector<std::string>& environment, std::string_view name) {
+  for (const auto& variable : environment)
+    if (variable.starts_with(name)) return variable.substr(name.size());
+  return {};
+}
+
+/// "localhost:10.0", as behind ssh: the display server is spoken to over the network.
+ProcessSandbox::Network networkToTheServer(const std::vector<std::string>& environment) {
+  const auto display = valueOf(environment, "DISPLAY=");
+  const auto host = display.substr(0, std::min(display.rfind(':'), display.size()));
+  const bool isLocal = host.empty() || host == "unix" || host.starts_with('/') || host.starts_with("unix/");
+  return isLocal || !valueOf(environment, "WAYLAND_DISPLAY=").empty() ? ProcessSandbox::Network::unixOnly
+                                                                      : ProcessSandbox::Network::internet;
+}
+
 /// The sockets of the display server that the variables name, and what the user proves himself there with.
 std::vector<std::filesystem::path> waysToTheServer(const std::vector<std::string>& environment) {
-  const auto value = [&](std::string_view name) -> std::string {
-    for (const auto& variable : environment)
-      if (variable.starts_with(name)) return variable.substr(name.size());
-    return {};
-  };
+  const auto value = [&](std::string_view name) { return valueOf(environment, name); };
   std::vector<std::filesystem::path> ways;
   if (const auto display = value("WAYLAND_DISPLAY="); !display.empty())
     ways.push_back(std::filesystem::path(value("XDG_RUNTIME_DIR=")) / display);
@@ -129,7 +140,7 @@ bool ClipboardKeeperProcess::start() {
                                    .arguments = {},
                                    .environment = configuration_.environment,
                                    .sandbox = {.readable = waysToTheServer(configuration_.environment),
-                                               .network = ProcessSandbox::Network::unixOnly,
+                                               .network = networkToTheServer(configuration_.environment),
                                                .startsCopies = true}});
   if (!started) return false;
   process_ = *std::move(started);

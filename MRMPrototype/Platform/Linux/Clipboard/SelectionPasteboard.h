@@ -81,7 +81,7 @@ class SelectionPasteboard : public ClipboardPasteboard {
   }
   Task<bool> handOver() override {
     // The keeper answers in a few milliseconds.
-    constexpr Duration patience = std::chrono::seconds(1);
+    static constexpr Duration patience = std::chrono::seconds(1);
     return ask(loop_, [selection = &selection_] { return selection->handOver(patience); });
   }
 
