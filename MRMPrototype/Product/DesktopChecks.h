@@ -37,6 +37,7 @@ struct CheckReport {
   CheckState state = CheckState::pending;
   std::string sentence;  ///< what works, or what does not and what to do about it
   std::string cure;      ///< the title of the action that leads to the cure; empty where there is none
+  std::vector<std::string> details{};  ///< lines of a table, for a terminal
 };
 
 /// The checks as a window or a command shows them. Main thread.

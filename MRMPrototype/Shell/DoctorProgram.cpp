@@ -55,11 +55,14 @@ void printJson(const std::vector<CheckReport>& reports, bool works) {
   QJsonArray checks;
   for (const auto& report : reports) {
     const auto state = checkStateName(report.state);
+    QJsonArray details;
+    for (const auto& line : report.details) details.append(QString::fromStdString(line));
     checks.append(QJsonObject{
         {QStringLiteral("identifier"), QString::fromStdString(report.identifier)},
         {QStringLiteral("name"), QString::fromStdString(report.name)},
         {QStringLiteral("state"), QString::fromUtf8(state.data(), static_cast<qsizetype>(state.size()))},
         {QStringLiteral("sentence"), inPlatformWords(report.sentence)},
+        {QStringLiteral("details"), details},
     });
   }
   const QJsonObject object{{QStringLiteral("works"), works}, {QStringLiteral("checks"), checks}};
@@ -153,6 +156,7 @@ int runDoctor(Arguments arguments, const Installation& installation, const Docto
     for (const auto& report : reports) {
       fmt::print("{:8}{}: {}\n", checkStateName(report.state), report.name,
                  inPlatformWords(report.sentence).toStdString());
+      for (const auto& line : report.details) fmt::print("        {}\n", line);
     }
   }
   return works ? 0 : 1;

@@ -18,6 +18,7 @@ void CheckRunner::run() {
   for (auto& report : reports_) {
     report.state = CheckState::pending;
     report.sentence.clear();
+    report.details.clear();
     report.cure.clear();
   }
   didChange_.emit();
@@ -41,6 +42,7 @@ void CheckRunner::finish(std::size_t index, CheckResult result) {
   auto& report = reports_[index];
   report.state = result.state;
   report.sentence = std::move(result.sentence);
+  report.details = std::move(result.details);
   if (result.state != CheckState::works) report.cure = definitions_[index].cureTitle;
   if (--unfinished_ == 0) limitTimer_.reset();
   didChange_.emit();

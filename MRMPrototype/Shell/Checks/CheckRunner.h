@@ -16,6 +16,7 @@ namespace murmel {
 struct CheckResult {
   CheckState state = CheckState::works;
   std::string sentence;
+  std::vector<std::string> details{};
 };
 
 /// One check: how it is tried, and what leads to its cure.

@@ -2,6 +2,7 @@
 #include "Shell/Checks/Checks.h"
 
 #include <array>
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -32,6 +33,16 @@ const std::array helpers{
     Helper{"clipboard keeper", Network::unixOnly, true, {"sockets", "copies"}},
 };
 
+/// What the probe tries to reach, in its words.
+constexpr std::array<std::string_view, 7> reachable{"files",  "names",    "processes", "programs",
+                                                    "copies", "internet", "sockets"};
+
+std::string tableLine(std::string_view name, const std::function<std::string_view(std::string_view)>& cell) {
+  auto line = fmt::format("{:28}", name);
+  for (const auto what : reachable) line += fmt::format("{:10}", cell(what));
+  return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
 /// Everything that the child says, up to its end.
 std::string said(int output) {
   constexpr int longest = 5'000;  // ms; it has a dozen calls to make
@@ -49,6 +60,7 @@ std::string said(int output) {
 struct Findings {
   std::vector<std::string> open{};  ///< "llama-server: names"
   bool seesNames = false;
+  std::vector<std::string> table{};
   std::string failure{};
 };
 
@@ -56,6 +68,7 @@ Findings examine(ProcessLauncher& launcher, const Installation& installation) {
   const auto probe = installation.folders.resources / "Workers" / "mrm-confinement-probe";
   if (!installation.policy.mayExecute(probe)) return {.failure = "the program that tries it is missing"};
   Findings findings;
+  findings.table.push_back(tableLine("", [](auto what) { return what; }));
   for (const auto& helper : helpers) {
     const auto started = launcher.launch(
         {.executable = probe,
@@ -66,15 +79,21 @@ Findings examine(ProcessLauncher& launcher, const Installation& installation) {
     const auto text = said((*started)->output());
     if (!text.ends_with("end\n")) return {.failure = std::string(helper.name) + " could not be tried"};
     std::set<std::string> reached;
+    std::set<std::string, std::less<>> all;
     for (std::size_t at = 0; at < text.size() - 4;) {
       const auto end = text.find('\n', at);
       const auto what = text.substr(at, end - at);
       at = end + 1;
+      all.insert(what);
       if (what == "names")
         findings.seesNames = true;
       else if (!helper.meant.contains(what))
         reached.insert(what);
     }
+    findings.table.push_back(tableLine(helper.name, [&](auto what) {
+      if (helper.meant.contains(what)) return std::string_view("needed");
+      return std::string_view(all.contains(what) ? "OPEN" : "closed");
+    }));
     if (!reached.empty())
       findings.open.push_back(fmt::format("{}: {}", helper.name, fmt::join(reached, ", ")));
   }
@@ -93,15 +112,18 @@ Task<CheckResult> checkConfinement(CheckedServices services) {
   if (!findings.open.empty())
     co_return CheckResult{
         CheckState::limited,
-        fmt::format("Helper processes can reach what they should not ({}).", fmt::join(findings.open, "; "))};
+        fmt::format("Helper processes can reach what they should not ({}).", fmt::join(findings.open, "; ")),
+        findings.table};
   if (findings.seesNames)
     co_return CheckResult{
         CheckState::works,
         "No helper process reaches your files, other programs or a network it has no business "
-        "with. They can see names of files: this system lets nobody make namespaces."};
+        "with. They can see names of files: this system lets nobody make namespaces.",
+        findings.table};
   co_return CheckResult{
       CheckState::works,
-      "No helper process sees your files, other programs or a network it has no business with."};
+      "No helper process sees your files, other programs or a network it has no business with.",
+      findings.table};
 }
 
 }  // namespace murmel

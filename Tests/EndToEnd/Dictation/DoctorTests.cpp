@@ -30,7 +30,8 @@ TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
       {"$DOCTOR",
        0,
        {"works   Speech recognition: The worker has recognised",
-        "works   Key ring: ", "limited Microphone: The microphone delivers digital silence."}},
+        "works   Key ring: ", "        llama-server                closed ",
+        "limited Microphone: The microphone delivers digital silence."}},
       {"PULSE_SERVER=unix:/nowhere $DOCTOR", 1, {"broken  Microphone: No sound server answers."}},
       {"cp /bin/false " + worker + "; " + copy + "/bin/murmel doctor; s=$?; rm " + worker + "; " + copy +
            "/bin/murmel doctor; exit $s",
