@@ -12,7 +12,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
 endif()
 
-if(MURMEL_BATCH)
+if(MURMEL_BATCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # In a batch a source is an included file, of whose anonymous namespaces nobody else would know.
   target_compile_options(murmel_options INTERFACE -Wno-subobject-linkage)
 endif()
@@ -47,6 +47,9 @@ endif()
 if(MURMEL_SANITIZE)
   # Instrumented programs look at themselves while they run: their sandbox is wider.
   add_compile_definitions(MURMEL_SANITIZED)
+endif()
+if(MURMEL_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 if(MURMEL_COVERAGE)
   # Several processes of one program write their counts into the same files.

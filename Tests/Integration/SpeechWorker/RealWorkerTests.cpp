@@ -6,9 +6,12 @@
 #include "Support/BuildPaths.h"
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <set>
+
+#include <poll.h>
 
 using namespace murmel;
 
@@ -169,6 +172,15 @@ TEST_P(RealSpeechWorker, RunsWithoutAnyWayToReachOut) {
   EXPECT_EQ(statusLine(number, "status", "NoNewPrivs:"), "\t1");
   EXPECT_TRUE(text::trimmed(statusLine(number, "limits", "Max open files")).starts_with("0 "));
   EXPECT_EQ(process->runningIdentity(), process->launchedIdentity());
+}
+
+// The first process of a namespace is spared by signals that it has not asked for.
+TEST_P(RealSpeechWorker, EndsWhenItIsAskedTo) {
+  startWorker();
+  ASSERT_EQ(read()->event, "ready");
+  ASSERT_EQ(::kill(process->identifier(), SIGTERM), 0);
+  pollfd end{process->endDescriptor(), POLLIN, 0};
+  EXPECT_EQ(::poll(&end, 1, 30'000), 1);
 }
 
 TEST_P(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
