@@ -142,6 +142,8 @@ std::expected<DefaultsDocument, std::string> DefaultsDocument::parse(std::string
     return document;
   } catch (const Json::parse_error& error) {
     return std::unexpected(complaint(text, error.byte));
+  } catch (const Json::out_of_range&) {
+    return std::unexpected("it has a number that is too large");
   }
 }
 

@@ -9,7 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QVariant>
 #include <array>
@@ -108,7 +108,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const int before = session.performed;
   constexpr int patience = 5'000;
-  const auto pending = session.caller.asyncCall(call, patience);
+  // It wakes this loop when the answer is there.
+  const QDBusPendingCallWatcher pending(session.caller.asyncCall(call, patience));
   while (!pending.isFinished()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   const auto kind = pending.error().type();
   require(kind != QDBusError::NoReply && kind != QDBusError::Timeout, "every call is answered");

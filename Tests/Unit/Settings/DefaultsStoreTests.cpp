@@ -86,6 +86,7 @@ TEST_F(DefaultsStoreTest, AMistakeInTheFileCostsOneMessageAndNoSetting) {
       {"", "the text ends too early"},
       {"[]", "one object"},
       {"{\"a\":1,\"a\":2}", "names \"a\" twice"},
+      {"{\"a\":1e999}", "a number that is too large"},
       {"\x89PNG", "line 1, column 1"},
       {"{\"a\":" + std::string(100'000, '['), "ends too early"},
   };
