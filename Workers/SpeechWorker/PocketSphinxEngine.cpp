@@ -52,10 +52,11 @@ std::expected<std::string, std::string> PocketSphinxEngine::recognise(std::span<
 }
 
 void PocketSphinxEngine::forget() {
-  // A little silence takes the place of the last sound; the words go when an utterance begins.
+  // A little silence takes the place of the last sound; the words go when an utterance begins. As a whole, as
+  // all that is recognised: what is estimated on the way would change how the next recording is understood.
   constexpr std::array<std::int16_t, 1'600> silence{};
   constexpr int noSearch = TRUE;
-  constexpr int fullUtterance = FALSE;
+  constexpr int fullUtterance = TRUE;
   if (ps_start_utt(decoder_.get()) < 0) return;
   ps_process_raw(decoder_.get(), silence.data(), silence.size(), noSearch, fullUtterance);
   ps_end_utt(decoder_.get());
