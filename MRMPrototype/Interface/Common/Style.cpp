@@ -315,14 +315,12 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
                      QStyleHintReturn* result) const {
   switch (hint) {
     case SH_UnderlineShortcut:
-      return 0;
-    case SH_ComboBox_Popup:
-      return 0;  // a list below, not a menu over it
-    case SH_Widget_Animation_Duration:
-      return reducesMotion_ ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
+    case SH_ComboBox_Popup:  // a list below, not a menu over it
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
       return 0;
+    case SH_Widget_Animation_Duration:
+      return reducesMotion_ ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
     default:
       return QProxyStyle::styleHint(hint, option, widget, result);
   }
