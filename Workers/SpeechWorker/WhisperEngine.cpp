@@ -21,8 +21,11 @@ constexpr QuietCutLimits pieces{.longest = 29, .earliest = 15, .shortestLast = 5
 constexpr float fullScale = 32'768;
 constexpr double sampleRate = 16'000;
 
-/// Eight seconds: of less a half would be a scrap.
-constexpr std::size_t shortestToHalve = 8 * 16'000;
+/// Four seconds: of less a half would be a scrap. A half is halved only when it is long.
+constexpr std::size_t shortestToHalve = 4 * 16'000;
+constexpr std::size_t shortestHalfToHalve = 8 * 16'000;
+/// What two halves have more than the whole, at least, when the whole has left out a sentence.
+constexpr double clearlyMore = 1.25;
 
 /// Below that a language that the application does not offer is not believed: noise sounds like Welsh.
 constexpr float clearMajority = 0.5F;
@@ -108,7 +111,7 @@ std::expected<std::unique_ptr<WhisperEngine>, std::string> WhisperEngine::load(
 std::expected<std::string, std::string> WhisperEngine::recognise(std::span<const std::int16_t> samples,
                                                                  const SpeechHints& hints) {
   if (!state_) return std::unexpected("not enough memory");
-  return inPieces(samples, pieces, [&](auto piece) { return recognisePiece(piece, hints); });
+  return inPieces(samples, pieces, [&](auto piece) { return recognisePiece(piece, hints, shortestToHalve); });
 }
 
 void WhisperEngine::forget() {
@@ -117,7 +120,8 @@ void WhisperEngine::forget() {
 }
 
 std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<const std::int16_t> samples,
-                                                                      const SpeechHints& hints) {
+                                                                      const SpeechHints& hints,
+                                                                      std::size_t leastToHalve) {
   std::vector<float> scaled(samples.size());
   std::ranges::transform(samples, scaled.begin(),
                          [](auto sample) { return static_cast<float>(sample) / fullScale; });
@@ -143,14 +147,17 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
   if (!isLost) {
     auto text = withoutSoundDescriptions(heard->text);
     const bool isShort = !text.empty() && heard->tokens < whisperTokenLeast(samples);
-    if (!isShort || samples.size() < shortestToHalve) return text;
-    // It has stopped at the end of a sentence although somebody speaks on, or that is no speech.
+    if (!isShort || samples.size() < leastToHalve) return text;
+    // It has stopped at the end of a sentence although somebody speaks on, or has written once what was said
+    // twice; or somebody speaks slowly, or that is no speech.
     const auto both = inHalves(samples, known);
-    return both && both->size() > text.size() ? both : text;
+    const bool isMore =
+        both && static_cast<double>(both->size()) >= clearlyMore * static_cast<double>(text.size());
+    return isMore ? both : text;
   }
   // It has lost its way, or somebody has said a thing twice. Of what comes after that nothing may be missing:
   // in two parts each is heard once. In a short one the whole window finds the way nearly always.
-  if (samples.size() >= shortestToHalve) return inHalves(samples, known);
+  if (samples.size() >= leastToHalve) return inHalves(samples, known);
   heard = listen(scaled, {.window = 0, .tokenLimit = 0, .language = *known.language, .prompt = {}});
   if (!heard) return std::unexpected(heard.error());
   if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
@@ -163,7 +170,8 @@ std::expected<std::string, std::string> WhisperEngine::inHalves(std::span<const 
   const auto seconds = static_cast<double>(samples.size()) / sampleRate;
   const QuietCutLimits halves{
       .longest = 0.7 * seconds, .earliest = 0.3 * seconds, .shortestLast = 0.3 * seconds};
-  return inPieces(samples, halves, [&](auto half) { return recognisePiece(half, hints); });
+  return inPieces(samples, halves,
+                  [&](auto half) { return recognisePiece(half, hints, shortestHalfToHalve); });
 }
 
 std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span<const float> samples,

@@ -34,7 +34,7 @@ class WhisperEngine final : public SpeechEngine {
 
   WhisperEngine(whisper_context* context, int threads) : context_(context), threads_(threads) {}
   std::expected<std::string, std::string> recognisePiece(std::span<const std::int16_t> samples,
-                                                         const SpeechHints& hints);
+                                                         const SpeechHints& hints, std::size_t leastToHalve);
   std::expected<std::string, std::string> inHalves(std::span<const std::int16_t> samples,
                                                    const SpeechHints& hints);
   std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);

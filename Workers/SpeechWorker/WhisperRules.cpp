@@ -20,9 +20,10 @@ constexpr int mostTokens = 220;
 constexpr int tokensPerSecond = 10;  // English has up to 5, Russian up to 7, a scrap of speech up to 8
 constexpr int tokenAllowance = 16;
 
-constexpr std::size_t frameSamples = 320;     // 20 ms
-constexpr double quietestSpeech = 0.05;       // of the loudest frame's amplitude: 26 dB below
-constexpr double leastTokensPerSecond = 1.5;  // slow English has 2; loud pauses count as speech here
+constexpr std::size_t frameSamples = 320;  // 20 ms
+constexpr double quietestSpeech = 0.05;    // of the loudest frame's amplitude: 26 dB below
+constexpr double leastTokensPerSecond =
+    2.5;  // English, which needs the fewest, has 2.8 to 4; said twice, half
 
 constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
 constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
