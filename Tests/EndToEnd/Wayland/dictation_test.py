@@ -190,9 +190,16 @@ def dictate(murmel, read, holds):
     if holds and not GNOME:
         keys(f"up {SHIFT}")
     story = f"{[(round(at - released, 3), what) for at, what in murmel.states if at > released]} {murmel.message!r}"
-    if early or not over or not until(lambda: murmel.newest() != known, 30):
+    newest = known
+
+    def is_kept():
+        nonlocal newest
+        newest = murmel.newest()
+        return newest not in (None, known)
+
+    if early or not over or not until(is_kept, 30):
         return None, f"early {early}, over {over}, {read()[len(before):]!r} stands there; {story}"
-    text = murmel.newest()[1]
+    text = newest[1]
     if not came or not until(lambda: read() == before + text, 20):
         return None, f"not {text!r} has come, but {read()[len(before):]!r}; {story}"
     return (listening, took), None
