@@ -28,7 +28,7 @@ TEST(PortalShortcuts, AreHeardUntilThePortalClosesThemOrTheUserRefuses) {
   EXPECT_EQ(portal.told("registered"), std::vector<std::string>{"app.murmel.Test"});
   EXPECT_EQ(portal.told("bound"), std::vector<std::string>{"SHIFT+CTRL+space"});
   using enum ShortcutActivity;
-  for (const char* signal : {"Activated", "Deactivated", "Closed"}) portal.tell(signal);
+  for (const char* signal : {"Activated", "Activated", "Deactivated", "Closed"}) portal.tell(signal);
   ASSERT_TRUE(loop.waitUntil([&] { return heard.size() == 3; }));
   EXPECT_EQ(heard, (std::vector{pressed, released, lost})) << "and nothing of the other session";
   EXPECT_FALSE(installed->enable());

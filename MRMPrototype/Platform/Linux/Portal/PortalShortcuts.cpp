@@ -92,6 +92,9 @@ class PortalShortcuts::Session final : public InstalledShortcut {
         if (sd_bus_message_read(signal, "os", &session, &shortcut) < 0 || session != session_.object ||
             std::string_view(shortcut) != shortcutName)
           return;
+        // A key that is held repeats: KDE's portal tells of that as of presses.
+        const bool goesDown = activity == ShortcutActivity::pressed;
+        if (std::exchange(isHeld_, goesDown) == goesDown) return;
         auto& owner = owner_;
         const auto told = handler_;
         told(activity);
@@ -123,6 +126,7 @@ class PortalShortcuts::Session final : public InstalledShortcut {
   Handler handler_;
   Token session_;
   bool isOpen_ = false;
+  bool isHeld_ = false;
   Registration owned_;
   Registration closed_;
   Registration answered_;
