@@ -53,7 +53,7 @@ constexpr KnownClass knownClasses[] = {
     {"Tilix", terminal},
     {"Xfce4-terminal", terminal},
     {"Yakuake", terminal},
-    {"Zutty", terminal},
+    {"Zutty", {.chord = PasteChord::controlShiftV, .takesEveryKey = true}},
     {"foot", terminal},
     {"footclient", terminal},
     {"kitty", terminal},

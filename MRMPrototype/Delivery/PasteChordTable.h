@@ -16,6 +16,8 @@ struct PasteMethod {
   bool usesPrimary = false;
   /// It asks what is on every new clipboard, and pastes nothing before it has been told.
   bool looksFirst = false;
+  /// Keys without a meaning arrive as text there, too. A lone modifier opens no menu in such an application.
+  bool takesEveryKey = false;
 
   friend bool operator==(const PasteMethod&, const PasteMethod&) = default;
 };

@@ -56,7 +56,8 @@ void TextInsertionService::beginDictationSession() {
   activations_ = desktop_.workspace.onActivation(
       [this](const RunningApplication& application) { activated(application); });
   capturing_.start(beginCapture());
-  desktop_.keyboard.maskHeldModifiers();
+  const auto method = target_ ? methodFor(*target_) : std::nullopt;
+  if (!method || !method->takesEveryKey) desktop_.keyboard.maskHeldModifiers();
 }
 
 bool TextInsertionService::canBeTarget(const RunningApplication& application) const {

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <set>
 
 #include <gtest/gtest.h>
 
@@ -99,74 +98,5 @@ TEST(DeliveryOfALargeClipboard, APictureOfALargeScreenComesBackAndDelaysNoPaste)
       median(withText), median(withPicture), median(withPicture) / median(withText), interrupted,
       back.items.front().values.size(), bytes, std::chrono::duration<double>(captured).count());
 }
-
-struct Owner {
-  const char* name;
-  const char* needs;  ///< a command that fails where it is not installed
-  std::vector<std::string> command;
-};
-
-class DeliveryBesideAnOwner : public ::testing::TestWithParam<Owner> {};
-
-TEST_P(DeliveryBesideAnOwner, ItsPictureComesBackAsItWas) {
-  if (!triesEverything()) GTEST_SKIP() << "MURMEL_MANY_DELIVERIES=1 tries it";
-  if (std::system((std::string(GetParam().needs) + " >/dev/null 2>&1").c_str()) != 0)
-    GTEST_SKIP() << "it is not installed";
-  DeliveryDesk desk;
-  const ApplicationProcess owner(GetParam().command);
-  // It has copied when the clipboard is nobody's that was there before.
-  ASSERT_TRUE(desk.loop.waitUntil([&] { return desk.usersClipboard->hasLost(); }, 60s));
-  const auto target = desk.launch("Editor");
-  // Its forms only: it may write the time into a picture that it makes.
-  const auto forms = [] {
-    auto types = ClipboardReader("CLIPBOARD").types();
-    std::erase_if(types, [](const std::string& type) {
-      return std::set<std::string>{"TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS"}.contains(type);
-    });
-    return std::set<std::string>(types.begin(), types.end());
-  };
-  const auto before = forms();
-  std::optional<ClipboardSnapshot> back;
-  for (std::size_t dictation = 1; dictation <= 2; ++dictation) {
-    desk.begin();
-    EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
-    desk.service->endDictationSession();
-    ASSERT_TRUE(desk.waitUntilSettled(dictation));
-    EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored) << desk.log.lines;
-    EXPECT_TRUE(desk.service->clipboardWasKept()) << desk.log.lines;
-    const auto after = DeliveryDesk::contentsOf("CLIPBOARD");
-    ASSERT_FALSE(after.items.empty());
-    // GIMP offers icons and makes none of a large picture.
-    EXPECT_TRUE(std::ranges::includes(before, forms()));
-    EXPECT_GE(forms().size(), 6U);
-    EXPECT_TRUE(after.find("image/png") != nullptr && after.find("image/png")->data.starts_with("\x89PNG"));
-    // Qt offers a form for pictures of the server's own and leaves it empty.
-    for (const auto& value : after.items.front().values)
-      EXPECT_TRUE(!value.data.empty() || value.type == "BITMAP") << value.type;
-    EXPECT_TRUE(!back || *back == after);
-    back = after;
-    std::printf("%s: %zu forms\n", GetParam().name, after.items.front().values.size());
-  }
-  EXPECT_EQ(target->told("pasted"), (std::vector<std::string>{"dictated", "dictated"}));
-}
-
-constexpr const char* gimpScript =
-    "(let* ((image (car (gimp-image-new 3840 2160 RGB)))"
-    " (layer (car (gimp-layer-new image 3840 2160 RGBA-IMAGE \"l\" 100 LAYER-MODE-NORMAL))))"
-    " (gimp-image-insert-layer image layer 0 0) (gimp-drawable-fill layer FILL-PATTERN)"
-    " (gimp-edit-copy-visible image))";
-
-INSTANTIATE_TEST_SUITE_P(
-    Owners, DeliveryBesideAnOwner,
-    ::testing::Values(
-        Owner{"flameshot",
-              "command -v flameshot",
-              {"sh", "-c",
-               "flameshot & gdbus wait --session org.flameshot.Flameshot; flameshot full -c; wait"}},
-        Owner{"gimp", "command -v gimp", {"gimp", "-n", "-s", "-b", gimpScript}},
-        Owner{"pyqt5",
-              "/usr/bin/python3 -c 'import PyQt5.QtWidgets'",
-              {"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"}}),
-    [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace murmel::test

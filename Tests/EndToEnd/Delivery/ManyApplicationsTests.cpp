@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 #include <set>
 
@@ -83,6 +84,72 @@ TEST(DeliveryWithTwoLayouts, TheTextArrivesWhileTheOneWithoutLatinLettersIsActiv
   }
   std::system("setxkbmap us -option");
 }
+
+struct PreviousOwner {
+  const char* program;
+  std::vector<std::string> command;
+  const char* copies = "true";  ///< done until it has copied
+};
+
+constexpr const char* copiesAll = "xdotool key ctrl+a ctrl+c";
+constexpr const char* gimpScript =
+    "(let* ((image (car (gimp-image-new 3840 2160 RGB)))"
+    " (layer (car (gimp-layer-new image 3840 2160 RGBA-IMAGE \"l\" 100 LAYER-MODE-NORMAL))))"
+    " (gimp-image-insert-layer image layer 0 0) (gimp-drawable-fill layer FILL-PATTERN)"
+    " (gimp-edit-copy-visible image))";
+
+/// DOCUMENT stands for a file with some words.
+const std::vector<PreviousOwner> owners{
+    {"flameshot",
+     {"sh", "-c", "flameshot & gdbus wait --session org.flameshot.Flameshot; flameshot full -c; wait"}},
+    {"gimp", {"gimp", "-n", "-s", "-b", gimpScript}},
+    {"/usr/bin/python3", {"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"}},
+    {"xclip",
+     {"sh", "-c", "head -c 5000000 /dev/urandom | exec xclip -selection clipboard -t image/png -quiet -i"}},
+    {"copyq", {"sh", "-c", "copyq & until copyq copy words 2>/dev/null; do sleep 0.1; done; wait"}},
+    {"mousepad", {"mousepad", "--disable-server", "DOCUMENT"}, copiesAll},
+    {"gedit", {"gedit", "--standalone", "DOCUMENT"}, copiesAll},
+    {"featherpad", {"featherpad", "--standalone", "DOCUMENT"}, copiesAll},
+    {"kwrite", {"kwrite", "DOCUMENT"}, copiesAll},
+    {"gvim", {"gvim", "-f", "-c", "normal ggVG\"+y", "DOCUMENT"}},
+    {"firefox-esr", {"firefox-esr", "--no-remote", "--new-instance", "file://DOCUMENT"}, copiesAll},
+    {"chromium",
+     {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "file://DOCUMENT"},
+     copiesAll},
+    {"soffice", {"soffice", "--writer", "--norestore", "--nofirststartwizard", "DOCUMENT"}, copiesAll},
+};
+
+class DeliveryBesideAnOwner : public ::testing::TestWithParam<std::size_t> {};
+
+TEST_P(DeliveryBesideAnOwner, WhatItHadCopiedComesBack) {
+  if (!triesEverything()) GTEST_SKIP() << "MURMEL_MANY_DELIVERIES=1 tries it";
+  const auto& owner = owners[GetParam()];
+  if (!RealApplicationRun::isInstalled(owner.program)) GTEST_SKIP() << "it is not installed";
+  const auto document = std::string(std::getenv("MURMEL_SESSION_DIRECTORY")) + "/document.html";
+  std::ofstream(document) << "<h1>copied</h1> before, <b>with</b> <a href='https://example.org'>a link</a>";
+  auto command = owner.command;
+  for (auto& argument : command) {
+    if (const auto at = argument.find("DOCUMENT"); at != std::string::npos) argument.replace(at, 8, document);
+  }
+  // Each owner has some of the programs, and each program one of the owners.
+  for (std::size_t number = GetParam(); number < applications.size(); number += owners.size()) {
+    const auto& application = applications[number];
+    if (application.program == owner.program || !RealApplicationRun::isInstalled(application.program))
+      continue;
+    SCOPED_TRACE(std::string(owner.program) + " and " + application.program);
+    std::optional<ApplicationProcess> process;
+    RealApplicationRun(application).deliver(2, [&](DeliveryDesk& desk) {
+      process.emplace(command);
+      ASSERT_TRUE(desk.waitUntil([&] {
+        std::system(owner.copies);
+        return desk.loop.waitUntil([&] { return desk.usersClipboard->hasLost(); }, std::chrono::seconds(1));
+      }));
+    });
+    std::printf("%s and %s\n", owner.program, application.program.c_str());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Owners, DeliveryBesideAnOwner, ::testing::Range<std::size_t>(0, owners.size()));
 
 INSTANTIATE_TEST_SUITE_P(Programs, DeliveryToManyApplications, ::testing::ValuesIn(applications),
                          [](const auto& tested) {

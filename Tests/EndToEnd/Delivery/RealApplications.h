@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -60,14 +61,18 @@ class RealApplicationRun {
   }
 
   /// Delivers to it this often and expects each text once, whole and in order, and the clipboards as they
-  /// were.
-  void deliver(int dictations) {
+  /// were: what stands on the desk's, or what `copy` makes another program put there.
+  void deliver(int dictations, const std::function<void(DeliveryDesk&)>& copy = {}) {
     DeliveryDesk desk;
+    if (copy) copy(desk);
+    const auto copied = copy ? DeliveryDesk::contentsOf("CLIPBOARD") : richClipboard();
+    const auto inFrontBefore = desk.workspace().frontmostApplication();
     const ApplicationProcess process(application_.command);
     ASSERT_TRUE(desk.waitUntil([&] {
       const auto front = desk.workspace().frontmostApplication();
       const bool isReady = !application_.isTerminal || std::filesystem::exists(file_);
-      return isReady && front && front->bundleIdentifier == application_.windowClass;
+      return isReady && front && front->bundleIdentifier == application_.windowClass &&
+             !(inFrontBefore && isSameWindow(*front, *inFrontBefore));
     }));
     // Programs show their window before they take keys.
     ASSERT_TRUE(desk.waitUntil([&] {
@@ -91,9 +96,11 @@ class RealApplicationRun {
       ASSERT_EQ(desk.settled.back(), application_.settlement) << desk.log.lines;
       if (application_.settlement == PasteSettlement::clipboardRestored) {
         EXPECT_EQ(result, TextDeliveryResult::insertionSent);
-        EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
+        EXPECT_TRUE(desk.service->clipboardWasKept()) << desk.log.lines;
+        expectSame(DeliveryDesk::contentsOf("CLIPBOARD"), copied);
       }
-      EXPECT_TRUE(DeliveryDesk::contentsOf("PRIMARY") == DeliveryDesk::selection());
+      // Editors select what they have copied.
+      EXPECT_TRUE(copy || DeliveryDesk::contentsOf("PRIMARY") == DeliveryDesk::selection());
     }
     save(desk.user);
     // Some editors end a file with a line of its own.
@@ -118,6 +125,25 @@ class RealApplicationRun {
   }
 
  private:
+  /// Byte for byte, but for what is of no use to anybody else than its owner.
+  static void expectSame(const ClipboardSnapshot& clipboard, const ClipboardSnapshot& copied) {
+    const auto values = [](const ClipboardSnapshot& contents) {
+      auto all = contents.items.empty() ? std::vector<ClipboardSnapshot::Value>{} : contents.items[0].values;
+      std::erase_if(all, [](const auto& value) {
+        return value.data.empty() || value.type == "SAVE_TARGETS" || value.type == "GTK_TEXT_BUFFER_CONTENTS";
+      });
+      return all;
+    };
+    const auto now = values(clipboard);
+    const auto then = values(copied);
+    const auto typesOf = [](const auto& all) {
+      std::string types;
+      for (const auto& value : all) types += value.type + " (" + std::to_string(value.data.size()) + ")\n";
+      return types;
+    };
+    EXPECT_FALSE(then.empty());
+    EXPECT_TRUE(now == then) << "now:\n" << typesOf(now) << "before:\n" << typesOf(then);
+  }
   static constexpr std::uint8_t letter = 53;
   static constexpr std::uint8_t leftAlt = 64;
 

@@ -102,6 +102,29 @@ TEST_F(DictationDesk, TheNextDictationMayBeginAtOnce) {
   EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
 }
 
+TEST_F(DictationDesk, ASpaceStandsBetweenTwoDictationsUnlessTheUserTypesThere) {
+  constexpr std::uint8_t letterX = 53;
+  settings(R"("settings.shortcut": "optionKey", "settings.spaceBetweenDictations": true,
+              "settings.historyEnabled": true)");
+  start();
+  const auto editor = openEditor("text");
+  dictate(tenOfClubs);
+  ASSERT_TRUE(waitForText(tenOfClubs.word, "text")) << murmel->log();
+  dictate(sevenOfClubs);
+  ASSERT_TRUE(waitForText(std::string(" ") + sevenOfClubs.word, "text")) << textIn("text") << murmel->log();
+  EXPECT_EQ(command("copy-last"), 0);
+  EXPECT_TRUE(waitUntil([] { return DeliveryDesk::clipboardText().starts_with(sevenOfClubs.word); }));
+  desk.user.strike({letterX});
+  dictate(eightOfSpadesAndMore);
+  ASSERT_TRUE(waitForText(eightOfSpadesAndMore.word, "text")) << murmel->log();
+  EXPECT_EQ(countOf("x ", textIn("text")), 0U) << textIn("text");
+  ASSERT_TRUE(waitForSummaries(3));
+  quit();
+  EXPECT_EQ(command("history copy 2"), 0);
+  EXPECT_TRUE(waitUntil([] { return DeliveryDesk::clipboardText().starts_with(sevenOfClubs.word); }))
+      << DeliveryDesk::clipboardText();
+}
+
 TEST_F(DictationDesk, WhenTheMicrophoneIsPulledOutTheWordsSoFarArrive) {
   PulseModule headset("module-null-sink sink_name=headset");
   std::optional<DefaultSource> chosen("headset.monitor");

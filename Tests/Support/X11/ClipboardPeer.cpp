@@ -239,7 +239,7 @@ class ClipboardReader::Connection {
       xcb_convert_selection(client.connection, window, client.selection, client.atom(types[index]),
                             readings[index].property, time);
     }
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (std::ranges::any_of(readings, [](const auto& reading) { return !reading.done; }) &&
            std::chrono::steady_clock::now() < limit) {
       const auto event = client.wait(50);
