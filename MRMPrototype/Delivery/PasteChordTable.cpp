@@ -13,6 +13,9 @@ namespace {
 constexpr PasteMethod terminal{PasteChord::controlShiftV, false};
 constexpr PasteMethod lookingTerminal{PasteChord::controlShiftV, false, true};
 constexpr PasteMethod classicTerminal{PasteChord::shiftInsert, true};
+constexpr PasteMethod putty{.chord = PasteChord::shiftInsert, .usesPrimary = true, .byHand = "Ctrl+Shift+V"};
+constexpr PasteMethod rxvt{.chord = PasteChord::shiftInsert, .usesPrimary = true, .byHand = "Ctrl+Alt+V"};
+constexpr PasteMethod code{.chord = PasteChord::shiftInsert, .usesPrimary = true, .byHand = "Ctrl+V"};
 
 struct KnownClass {
   std::string_view windowClass;
@@ -20,8 +23,8 @@ struct KnownClass {
 };
 
 /// Ctrl+V types a control character into a terminal. Those of the first group follow the convention of
-/// desktop terminals; those of the second paste the primary selection with Shift+Insert and know no key for
-/// the clipboard; editors of the third give Ctrl+V another meaning, or have a terminal inside that
+/// desktop terminals; those of the second paste the primary selection with Shift+Insert, and most know no key
+/// for the clipboard; editors of the third give Ctrl+V another meaning, or have a terminal inside that
 /// takes the selection where the editor takes the clipboard.
 constexpr KnownClass knownClasses[] = {
     {"Alacritty", terminal},
@@ -58,18 +61,18 @@ constexpr KnownClass knownClasses[] = {
     {"footclient", terminal},
     {"kitty", terminal},
     {"Mlterm", classicTerminal},
-    {"Pterm", classicTerminal},
-    {"Putty", classicTerminal},
+    {"Pterm", putty},
+    {"Putty", putty},
     {"Rxvt", classicTerminal},
-    {"URxvt", classicTerminal},
+    {"URxvt", rxvt},
     {"UXTerm", classicTerminal},
     {"XTerm", classicTerminal},
     {"Emacs", {PasteChord::shiftInsert, false}},
     {"Gvim", classicTerminal},
-    {"Code", classicTerminal},
-    {"Code - OSS", classicTerminal},
-    {"Cursor", classicTerminal},
-    {"VSCodium", classicTerminal},
+    {"Code", code},
+    {"Code - OSS", code},
+    {"Cursor", code},
+    {"VSCodium", code},
 };
 
 char asciiLower(char character) {

@@ -18,6 +18,15 @@ struct PasteMethod {
   bool looksFirst = false;
   /// Keys without a meaning arrive as text there, too. A lone modifier opens no menu in such an application.
   bool takesEveryKey = false;
+  /// What pastes the clipboard there, where the chord pastes the primary selection.
+  std::string_view byHand = {};
+
+  /// What the user presses to paste what was copied. Some terminals have no key for it: there it is the entry
+  /// of the menu that pastes once more.
+  [[nodiscard]] std::string_view keysByHand() const {
+    if (!byHand.empty()) return byHand;
+    return usesPrimary ? "Paste Last Dictation Again" : rawValue(chord);
+  }
 
   friend bool operator==(const PasteMethod&, const PasteMethod&) = default;
 };

@@ -12,7 +12,7 @@ PasteCleanup::PasteCleanup(Executor& executor, const Clock& clock, ReplacedClipb
 void PasteCleanup::schedule(SentPaste paste) {
   const auto postedAt = paste.postedAt;
   pending_ = std::make_shared<Pending>(
-      Pending{Uuid::random(), std::move(paste), PasteReceipts(postedAt), false, {}, {}, {}, {}});
+      Pending{Uuid::random(), std::move(paste), PasteReceipts(postedAt), false, {}, {}, {}, {}, {}});
   for (const auto at : pending_->paste.reads->times()) pending_->receipts.noteRead(at);
   // Reads and changes may still be on their way here when the paste is settled and another one pending.
   const auto ifCurrent = [this, weak = std::weak_ptr(pending_)] {
@@ -69,6 +69,9 @@ Task<PasteSettlement> PasteCleanup::cleanUpGeneral(std::shared_ptr<Pending> pend
   if (pending->paste.generalChanged) co_return whenChanged;
   const bool arrived = wasRead && pending->paste.hasField;
   if (arrived && pending->paste.restoresPrevious) {
+    auto waiting = transaction.previous();
+    const auto before = co_await waiting;
+    pending->previousWasComplete = before && before->complete;
     auto restoring = transaction.restorePrevious();
     const auto restoration = co_await restoring;
     switch (restoration) {
@@ -109,11 +112,12 @@ void PasteCleanup::log(const Pending& pending, PasteSettlement settlement) const
   const auto& reads = *pending.paste.reads;
   const auto took =
       std::chrono::duration_cast<std::chrono::milliseconds>(clock_.now() - pending.paste.postedAt);
-  logger_.event(LogLevel::info, "paste_settled",
+  logger_.event(LogLevel::notice, "paste_settled",
                 {{"how", PublicText::declared(rawValue(settlement))},
                  {"reads", static_cast<std::int64_t>(reads.times().size())},
                  {"refused_readers", reads.refused()},
-                 {"clipboard_complete", pending.paste.transactions.front().previousIsComplete()},
+                 {"clipboard_complete", pending.previousWasComplete.value_or(
+                                            pending.paste.transactions.front().previousIsComplete())},
                  {"milliseconds", took.count()}});
 }
 

@@ -66,6 +66,7 @@ class PasteCleanup {
     SentPaste paste;
     PasteReceipts receipts;
     bool settling = false;
+    std::optional<bool> previousWasComplete;  ///< once that has been waited for
     std::vector<Registration> changes;
     Registration timer;
     std::vector<OneShotSender<PasteSettlement>> finishers;

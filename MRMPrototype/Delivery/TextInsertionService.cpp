@@ -88,7 +88,7 @@ void TextInsertionService::endDictationSession() {
 void TextInsertionService::setTarget(const RunningApplication& application) {
   target_ = application;
   const auto method = methodFor(application);
-  lastChord_ = method.value_or(PasteMethod{}).chord;
+  keysByHand_ = method.value_or(PasteMethod{}).keysByHand();
   if (capturesPrevious_ && method && method->usesPrimary) clipboards_.beginPrimary();
   if (desktop_.focusedField != nullptr) desktop_.focusedField->prepare(application);
 }
@@ -204,7 +204,8 @@ std::optional<PasteMethod> TextInsertionService::methodFor(const RunningApplicat
   if (desktop_.keyboard.canPost(method.chord)) return method;
   // A layout without Latin letters has no V. Insert is on every keyboard; some applications paste the
   // primary selection with it.
-  constexpr PasteMethod withoutLetters{PasteChord::shiftInsert, true};
+  constexpr PasteMethod withoutLetters{
+      .chord = PasteChord::shiftInsert, .usesPrimary = true, .byHand = "Shift+Insert"};
   if (desktop_.keyboard.canPost(withoutLetters.chord)) return withoutLetters;
   return std::nullopt;
 }
@@ -330,7 +331,7 @@ Task<TextDeliveryResult> TextInsertionService::refuse(LiveInsertionBlock block, 
                                                       bool liveOnly) {
   lastBlock_ = block;
   lastResult_ = TextDeliveryResult::copiedFallback;
-  logger_.event(LogLevel::info, "paste_refused",
+  logger_.event(LogLevel::notice, "paste_refused",
                 {{"reason", PublicText::declared(rawValue(block))}, {"live", liveOnly}});
   if (!liveOnly) {
     auto copying = clipboards_.copy(std::move(text));
@@ -356,7 +357,7 @@ Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block
 void TextInsertionService::writePrivateText(const SpokenText& text) {
   // The keys to tell of are those of the application that the user is in now.
   if (const auto front = desktop_.workspace.frontmostApplication(); front && !target_)
-    lastChord_ = methodFor(*front).value_or(PasteMethod{}).chord;
+    keysByHand_ = methodFor(*front).value_or(PasteMethod{}).keysByHand();
   scope_.start(clipboards_.copy(text));
 }
 

@@ -68,7 +68,7 @@ class TextInsertionService final : public TextInsertion {
   void writePrivateText(const SpokenText& text) override;
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
   [[nodiscard]] bool clipboardWasKept() const override { return clipboardWasKept_; }
-  [[nodiscard]] std::string_view pasteKeys() const override { return rawValue(lastChord_); }
+  [[nodiscard]] std::string_view pasteKeys() const override { return keysByHand_; }
   [[nodiscard]] bool canBringBackClipboard() const override { return clipboards_.replaced().isAvailable(); }
   [[nodiscard]] Registration onWayBackChange(std::function<void(bool)> handler) override;
   void bringBackClipboard() override;
@@ -125,7 +125,7 @@ class TextInsertionService final : public TextInsertion {
   bool capturesPrevious_ = false;
   bool clipboardWasKept_ = true;
   std::set<std::string> lookers_;  ///< classes of applications that have looked at a new clipboard
-  PasteChord lastChord_ = PasteChord::controlV;
+  std::string_view keysByHand_ = PasteMethod{}.keysByHand();
   Registration activations_;
   PasteCleanup pasteCleanup_;
   Registration settlements_;

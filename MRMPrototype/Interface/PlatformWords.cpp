@@ -129,7 +129,9 @@ std::optional<QString> ofTable(std::string_view text, const QString& pasteKeys, 
     const auto arguments = argumentsOf(row.core, text);
     if (!arguments) continue;
     auto words = translated("Messages", row.screen);
-    words.replace(QStringLiteral("%paste"), pasteKeys.isEmpty() ? pasteChord() : pasteKeys);
+    // Where there are no keys for it, an entry of the menu pastes.
+    words.replace(QStringLiteral("%paste"),
+                  pasteKeys.isEmpty() ? pasteChord() : translated("TrayMenu", pasteKeys.toUtf8()));
     if (arguments->empty()) return words;
     const auto first = shown(row.argument, arguments->front());
     // Both at once: the first may hold what looks like a place for the second.

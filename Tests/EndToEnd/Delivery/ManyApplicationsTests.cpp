@@ -16,7 +16,9 @@ constexpr const char* terminalServer =
     "exec /usr/libexec/gnome-terminal-server";
 
 /// It asks for the size of its letters when it is new, and takes keys where the pointer has clicked.
-constexpr const char* firstRun = "xdotool mousemove 640 430 click 1; xdotool mousemove 640 350 click 1";
+constexpr const char* firstRun =
+    "eval $(xdotool getactivewindow getwindowgeometry --shell); for y in 22 -58; do"
+    " xdotool mousemove --window $WINDOW $((WIDTH / 2)) $((HEIGHT / 2 + y)) click 1; done";
 
 const std::vector<RealApplication> applications{
     {"mousepad", "Mousepad", {"mousepad", "--disable-server", "FILE"}},
@@ -116,7 +118,6 @@ const std::vector<PreviousOwner> owners{
     {"chromium",
      {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "file://DOCUMENT"},
      copiesAll},
-    {"soffice", {"soffice", "--writer", "--norestore", "--nofirststartwizard", "DOCUMENT"}, copiesAll},
 };
 
 class DeliveryBesideAnOwner : public ::testing::TestWithParam<std::size_t> {};

@@ -285,7 +285,11 @@ class ClipboardReader::Connection {
     const auto reply = owned(xcb_get_property_reply(
         client.connection,
         xcb_get_property(client.connection, 1, window, reading.property, 0, 0, 100'000'000), nullptr));
-    if (!reply || reply->type == XCB_NONE) return;
+    if (!reply || reply->type == XCB_NONE) {
+      // Qt says that it has answered SAVE_TARGETS, and has written nothing.
+      reading.done = !reading.incremental;
+      return;
+    }
     if (!reading.incremental && reply->type == client.atom("INCR")) {
       reading.incremental = true;
       return;

@@ -8,6 +8,8 @@ TEST(PasteChordTable, KnowsTerminalsAndTakesCtrlVElsewhere) {
   const PasteChordTable table;
   EXPECT_EQ(table.method("Mousepad", "mousepad"), PasteMethod{});
   EXPECT_EQ(table.method("XTerm", "xterm"), (PasteMethod{PasteChord::shiftInsert, true}));
+  EXPECT_EQ(table.method("XTerm", "xterm").keysByHand(), "Paste Last Dictation Again");
+  EXPECT_EQ(table.method("URxvt", "urxvt").keysByHand(), "Ctrl+Alt+V");
   EXPECT_EQ(table.method("xfce4-TERMINAL", ""), (PasteMethod{PasteChord::controlShiftV, false}));
   EXPECT_EQ(table.method("Something", "kitty"), (PasteMethod{PasteChord::controlShiftV, false}));
 }

@@ -156,6 +156,11 @@ TEST(TextInsertionService, AShortcutThatIsHeldAloneOpensNoMenu) {
   desk.keyboard.holdModifierFor(1s);
   desk.service->beginDictationSession();
   EXPECT_EQ(desk.keyboard.masked(), 1);
+  auto terminal = desk.editor;
+  terminal.bundleIdentifier = "Zutty";  // it would hand the key to its program
+  desk.workspace.bringToFront(terminal);
+  desk.service->beginDictationSession();
+  EXPECT_EQ(desk.keyboard.masked(), 1);
 }
 
 TEST(TextInsertionService, BringsTheTargetBackWithinItsPolls) {
