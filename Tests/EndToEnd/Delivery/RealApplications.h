@@ -40,6 +40,7 @@ class RealApplicationRun {
     const auto name = std::filesystem::path(application_.program).filename().string();
     file_ = folder + "/" + name + ".txt";
     const auto script = folder + "/" + name + ".sh";
+    std::filesystem::remove(file_);  // of a run before
     if (!application_.isTerminal) std::ofstream(file_).flush();
     std::ofstream(script) << "#!/bin/sh\nstty raw -echo\nexec cat >'" << file_ << "'\n";
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
