@@ -15,6 +15,9 @@ constexpr const char* terminalServer =
     "(gdbus wait --session org.gnome.Terminal; gnome-terminal -- SCRIPT) & "
     "exec /usr/libexec/gnome-terminal-server";
 
+/// What a run before has left in its profile is another first page.
+constexpr const char* firefox = "exec firefox-esr --no-remote --profile $(mktemp -dp $HOME) $0";
+
 /// It asks for the size of its letters when it is new, and takes keys where the pointer has clicked.
 constexpr const char* firstRun =
     "eval $(xdotool getactivewindow getwindowgeometry --shell); for y in 22 -58; do"
@@ -46,7 +49,7 @@ const std::vector<RealApplication> applications{
     {"cool-retro-term", "cool-retro-term", {"cool-retro-term", "-e", "SCRIPT"}, true},
     {"l3afpad", "L3afpad", {"l3afpad", "FILE"}, false, true, "", PasteSettlement::clipboardChanged},
     {"gvim", "Gvim", {"gvim", "-f", "-n", "-c", "inoremap <C-S> <C-O>:w<CR>|startinsert", "FILE"}},
-    {"firefox-esr", "firefox-esr", {"firefox-esr", "--no-remote", "--new-instance", "PAGE"}},
+    {"firefox-esr", "firefox-esr", {"sh", "-c", firefox, "PAGE"}},
     {"chromium",
      "Chromium",
      {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "PAGE"}},
@@ -114,7 +117,7 @@ const std::vector<PreviousOwner> owners{
     {"featherpad", {"featherpad", "--standalone", "DOCUMENT"}, copiesAll},
     {"kwrite", {"kwrite", "DOCUMENT"}, copiesAll},
     {"gvim", {"gvim", "-f", "-n", "-c", "normal ggVG\"+y", "DOCUMENT"}},
-    {"firefox-esr", {"firefox-esr", "--no-remote", "--new-instance", "file://DOCUMENT"}, copiesAll},
+    {"firefox-esr", {"sh", "-c", firefox, "file://DOCUMENT"}, copiesAll},
     {"chromium",
      {"chromium", "--no-sandbox", "--no-first-run", "--hide-crash-restore-bubble", "file://DOCUMENT"},
      copiesAll},

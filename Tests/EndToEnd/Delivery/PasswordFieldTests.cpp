@@ -22,6 +22,9 @@ constexpr const char* stopBus =
     " -m org.freedesktop.DBus.GetConnectionUnixProcessID org.a11y.Bus 2>/dev/null | tr -dc '0-9 ' |"
     " cut -d' ' -f2) 2>/dev/null";
 
+/// What a run before has left in its profile is another first page.
+constexpr const char* firefox = "exec firefox-esr --no-remote --profile $(mktemp -dp $HOME) $0";
+
 struct Toolkit {
   const char* name;
   const char* needs;  ///< a command that fails where it is not installed
@@ -37,7 +40,7 @@ const std::vector<Toolkit> toolkits{
      "/usr/bin/python3 -c 'import gi; gi.require_version(\"Gtk\", \"4.0\")'",
      {"/usr/bin/python3", fieldProgram, "gtk4", "KIND"}},
     {"qt6", "true", {buildFolder() + "/tests/qt-editor", "--field", "KIND"}},
-    {"firefox", "command -v firefox-esr", {"firefox-esr", "--no-remote", "--new-instance", "PAGE"}},
+    {"firefox", "command -v firefox-esr", {"sh", "-c", firefox, "PAGE"}},
     // It tells of its pages only when it is told to.
     {"chromium",
      "command -v chromium",
