@@ -1,12 +1,10 @@
-#include "Foundation/Async/Clock.h"
 #include "Workers/Common/Isolation.h"
 #include "Workers/Common/LineReader.h"
 #include "Workers/Common/ReplyWriter.h"
 #include "Workers/Common/WorkerOutput.h"
 #include "Workers/SageWorker/CorrectionRequest.h"
-#include "Workers/SageWorker/SageModel.h"
+#include "Workers/SageWorker/ReadyCorrector.h"
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <new>
@@ -24,24 +22,6 @@ using namespace murmel::worker;
 
 /// Far more than forty words.
 constexpr std::size_t longestRequest = 64 * 1'024;
-
-struct Arguments {
-  std::filesystem::path modelDirectory;
-  std::filesystem::path runtime;
-};
-
-/// "--model-dir DIR --runtime FILE", nothing else.
-std::expected<Arguments, std::string> parse(std::span<char* const> given) {
-  constexpr std::size_t count = 4;
-  if (given.size() != count || given[0] != std::string_view("--model-dir") ||
-      given[2] != std::string_view("--runtime")) {
-    return std::unexpected("unknown arguments");
-  }
-  Arguments arguments{given[1], given[3]};
-  if (!arguments.modelDirectory.is_absolute() || !arguments.runtime.is_absolute())
-    return std::unexpected("path is not absolute");
-  return arguments;
-}
 
 bool answer(std::string_view line, ReplyWriter& replies, TextCorrector& corrector) {
   const auto request = CorrectionRequest::decode(line);
@@ -74,22 +54,10 @@ void serve(LineReader& requests, ReplyWriter& replies, TextCorrector& corrector)
 }
 
 std::expected<void, std::string> run(std::span<char* const> given, ReplyWriter& replies) {
-  const auto arguments = parse(given);
-  if (!arguments) return std::unexpected(arguments.error());
-  const auto runtime = OnnxRuntime::load(arguments->runtime);
-  if (!runtime) return std::unexpected(runtime.error());
-  // Before the model is read: a model that attacks its reader finds the doors closed.
-  if (auto isolated = isolate(arguments->modelDirectory); !isolated) return isolated;
-  const SystemClock clock;
-  const auto model = SageModel::load(**runtime, arguments->modelDirectory, clock);
-  if (!model) return std::unexpected(model.error());
-  // What the libraries put off until they are first used is done before they can open nothing any more, and
-  // the first dictation does not pay for it. The answer does not matter.
-  constexpr auto firstLimit = std::chrono::seconds(5);
-  (void)(*model)->correct("привет", firstLimit);
-  if (auto closed = closeDoors(); !closed) return closed;
+  const auto corrector = ReadyCorrector::prepare(given);
+  if (!corrector) return std::unexpected(corrector.error());
   LineReader requests(STDIN_FILENO, longestRequest);
-  if (replies.ready()) serve(requests, replies, **model);
+  if (replies.ready()) serve(requests, replies, *corrector->model);
   // At once: the kernel takes a large model back faster than its destructors do.
   ::_exit(EXIT_SUCCESS);
 }

@@ -101,15 +101,18 @@ struct Confined {
   std::string who;
   ProcessSandbox sandbox;
   const char* spared;
-  std::filesystem::path model{};  ///< a speech worker's, that is ready before it tries
+  /// What makes it a ready worker before it tries: the command of a speech worker, or a corrector's
+  /// arguments.
+  std::vector<std::string> ready{};
 };
 
 std::vector<Confined> children(const std::filesystem::path& own) {
   const auto ready = [](const char* who, const std::filesystem::path& model) {
+    const auto worker = resourcesFolder() + "/Workers/mrm-fluidaudio-worker";
     return Confined{std::string("ready speech worker, ") + who,
                     {.readable = {model, resourcesFolder() + "/Workers"}},
                     "",
-                    model};
+                    {worker, "--model-dir", model, "--precision", "int8"}};
   };
   std::vector<Confined> rows{
       {"speech worker, corrector", {.readable = {own}}, "x"},
@@ -123,16 +126,20 @@ std::vector<Confined> children(const std::filesystem::path& own) {
     const auto model = buildFolder() + "/tests/models/" + name;
     if (std::filesystem::exists(model)) rows.push_back(ready(name, model));
   }
+  const auto runtime = sourceFolder() + "/build/onnxruntime/libonnxruntime.so";
+  const auto model = buildFolder() + "/tests/sage-models/good";
+  if (std::filesystem::exists(runtime))
+    rows.push_back({"ready corrector",
+                    {.readable = {model, runtime}},
+                    "",
+                    {"--model-dir", model, "--runtime", runtime}});
   return rows;
 }
 
 std::vector<std::string> escapes(const Confined& child, ConfinementPolicy policy) {
   const World world;
   auto arguments = world.arguments(child.spared);
-  if (!child.model.empty()) {
-    const auto worker = resourcesFolder() + "/Workers/mrm-fluidaudio-worker";
-    arguments.insert(arguments.end(), {worker, "--model-dir", child.model.string(), "--precision", "int8"});
-  }
+  arguments.insert(arguments.end(), child.ready.begin(), child.ready.end());
   LinuxProcessLauncher launcher(policy);
   const auto launched = launcher.launch(
       {.executable = escapingChild(), .arguments = arguments, .environment = {}, .sandbox = child.sandbox});

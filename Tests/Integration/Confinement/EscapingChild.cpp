@@ -1,8 +1,9 @@
 // Tries to escape from where it was started, and says what succeeded, one attempt a line, then "end" with the
-// number of those it made. The arguments are the prey and the kinds of attempts to leave out; a model folder
-// behind them makes it a speech worker first, and a ready one.
+// number of those it made. The arguments are the prey and the kinds of attempts to leave out; the
+// command of a speech worker or the arguments of a corrector behind them make it a ready one of those first.
 
 #include "EscapeAttempts.h"
+#include "Workers/SageWorker/ReadyCorrector.h"
 #include "Workers/SpeechWorker/Preparation.h"
 
 #include <cstdio>
@@ -23,9 +24,16 @@ int main(int count, char** arguments) {
                           .messages = std::atoi(arguments[7])};
   std::string said;
   murmel::worker::LoadedEngine engine;
+  std::expected<murmel::worker::ReadyCorrector, std::string> corrector;
   if (count > fixed) {
-    engine = murmel::worker::preparedEngine({arguments + fixed, arguments + count});
-    if (!engine) said += "not ready: " + engine.error() + "\n";
+    const std::span<char* const> own(arguments + fixed, arguments + count);
+    if (own[0] == std::string_view("--model-dir")) {
+      corrector = murmel::worker::ReadyCorrector::prepare(own);
+      if (!corrector) said += "not ready: " + corrector.error() + "\n";
+    } else {
+      engine = murmel::worker::preparedEngine(own);
+      if (!engine) said += "not ready: " + engine.error() + "\n";
+    }
   }
   const auto tried = murmel::tryToEscape(prey, arguments[8]);
   for (const auto& name : tried.succeeded) said += name + "\n";
