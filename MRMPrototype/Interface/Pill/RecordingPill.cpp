@@ -4,11 +4,11 @@
 #include "Interface/Common/Icons.h"
 #include "Interface/Common/Style.h"
 #include "Interface/Pill/LevelMeter.h"
+#include "Interface/Pill/PillButton.h"
 #include "Interface/Pill/PillPlace.h"
 #include "Interface/Pill/ShortLabel.h"
 #include "Interface/PlatformWords.h"
 
-#include <QAbstractButton>
 #include <QBitmap>
 #include <QBoxLayout>
 #include <QGuiApplication>
@@ -29,7 +29,6 @@ constexpr int widestLine = 380;
 constexpr int widestUpright = 150;
 constexpr int mostLines = 3;
 constexpr int signSize = 20;
-constexpr int buttonSize = 26;
 constexpr double largestRadius = 22;
 /// How often a picture of the level is made.
 constexpr std::chrono::milliseconds pictureInterval(40);
@@ -38,41 +37,9 @@ static_assert(static_cast<int>(OverlayPosition::left) == static_cast<int>(Indica
 
 const QColor background(28, 28, 32, 235);
 const QColor edgeLine(255, 255, 255, 46);
-const QColor foreground(245, 245, 245);
 const QColor secondRank(186, 186, 194);
 const QColor recordingRed(255, 98, 98);
 const QColor warningAmber(250, 190, 90);
-
-/// A round button for a window that never has the keyboard.
-class PillButton final : public QAbstractButton {
- public:
-  PillButton(Symbol symbol, const QString& name, QWidget* parent) : QAbstractButton(parent), symbol_(symbol) {
-    setFocusPolicy(Qt::NoFocus);
-    setFixedSize(buttonSize, buttonSize);
-    setAccessibleName(name);
-    setToolTip(name);
-    setCursor(Qt::PointingHandCursor);
-    setAttribute(Qt::WA_Hover);
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    constexpr int pressed = 90;
-    constexpr int hovered = 62;
-    constexpr int resting = 34;
-    painter.setBrush(QColor(255, 255, 255, isDown() ? pressed : underMouse() ? hovered : resting));
-    painter.drawEllipse(rect());
-    constexpr int inset = 5;
-    painter.drawPixmap(rect().adjusted(inset, inset, -inset, -inset),
-                       symbolPixmap(symbol_, buttonSize - 2 * inset, foreground, devicePixelRatioF()));
-  }
-
- private:
-  Symbol symbol_;
-};
 
 }  // namespace
 
@@ -131,7 +98,7 @@ RecordingPill::RecordingPill(PillActions actions)
   setAttribute(Qt::WA_AlwaysShowToolTips);
   setWindowTitle(QStringLiteral("Murmel"));
   auto colours = palette();
-  colours.setColor(QPalette::WindowText, foreground);
+  colours.setColor(QPalette::WindowText, PillButton::foreground);
   colours.setColor(QPalette::PlaceholderText, secondRank);
   setPalette(colours);
   soFar_->setForegroundRole(QPalette::PlaceholderText);
@@ -282,11 +249,11 @@ void RecordingPill::showSign() {
   const auto symbol = rests || isCalm                           ? Symbol::microphone
                       : hint_.empty() && (isWarning || isError) ? Symbol::warning
                                                                 : Symbol::information;
-  const auto colour = rests                  ? foreground
+  const auto colour = rests                  ? PillButton::foreground
                       : isError              ? recordingRed
                       : isWarning            ? warningAmber
                       : state_.isRecording() ? recordingRed
-                                             : foreground;
+                                             : PillButton::foreground;
   sign_->setPixmap(symbolPixmap(symbol, signSize, colour, devicePixelRatioF()));
   sign_->setAccessibleName(isError ? tr("Error") : isWarning ? tr("Warning") : QString());
 }
