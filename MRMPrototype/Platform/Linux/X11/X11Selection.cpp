@@ -3,12 +3,25 @@
 #include "Platform/Linux/Clipboard/ClipboardTypes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
 namespace murmel {
 
 namespace {
+
+/// The library keeps what it has sent until as much has been sent again: the words would stay there for
+/// hours.
+void forgetSent(X11Connection& connection, xcb_window_t own) {
+  constexpr std::size_t head = 24;  // of the request; all of it fills the library's 16 KiB
+  static constexpr std::array<char, 16 * 1'024 - head> nothing{};
+  const auto property = connection.atom("MURMEL_NOTHING");
+  xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, own, property, XCB_ATOM_STRING, 8,
+                      static_cast<std::uint32_t>(nothing.size()), nothing.data());
+  xcb_delete_property(connection.get(), own, property);
+  xcb_flush(connection.get());
+}
 
 /// Server time wraps every 49 days.
 bool isEarlier(xcb_timestamp_t one, xcb_timestamp_t other) {
@@ -160,6 +173,7 @@ void X11Selection::requested(const xcb_selection_request_event_t& event) {
   std::memcpy(wire, &answer, sizeof(answer));
   xcb_send_event(connection_.get(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT, wire);
   xcb_flush(connection_.get());
+  if (delivered) forgetSent(connection_, window_);
 }
 
 std::vector<xcb_atom_t> X11Selection::offeredAtoms(bool withText) {
