@@ -44,10 +44,11 @@ class ProcessMemory {
       if (std::sscanf(line.c_str(), "%zx-%zx %4s", &begin, &end, access.data()) != 3 || access[1] != 'w')
         continue;
       const int before = count;
-      for (; begin < end; begin += blockSize - longestNeedle) {
+      for (bool isLast = false; !isLast; begin += blockSize - longestNeedle) {
+        isLast = end - begin <= blockSize;
         const auto size =
             ::pread(memory_.get(), block.data(), std::min(blockSize, end - begin), static_cast<off_t>(begin));
-        if (size > 0) count += countIn({block.data(), static_cast<std::size_t>(size)}, needles);
+        if (size > 0) count += countIn({block.data(), static_cast<std::size_t>(size)}, needles, isLast);
       }
       if (where != nullptr && count > before) *where += std::to_string(count - before) + " in " + line + "\n";
     }
@@ -56,10 +57,10 @@ class ProcessMemory {
 
  private:
   static constexpr std::size_t blockSize = 1 << 20;
-  /// Blocks overlap by that much. What lies there may be counted twice.
+  /// Blocks overlap by that much.
   static constexpr std::size_t longestNeedle = 256;
 
-  static int countIn(std::string_view block, const std::vector<std::string>& needles) {
+  static int countIn(std::string_view block, const std::vector<std::string>& needles, bool isLast) {
     // Most memory was never used.
     if (block[0] == 0 && std::memcmp(block.data(), block.data() + 1, block.size() - 1) == 0) return 0;
     int count = 0;
@@ -70,7 +71,8 @@ class ProcessMemory {
                         needle.size());
       };
       while ((at = static_cast<const char*>(next())) != nullptr) {
-        ++count;
+        // The next block begins with what overlaps.
+        if (isLast || at < block.data() + block.size() - longestNeedle) ++count;
         ++at;
       }
     }
