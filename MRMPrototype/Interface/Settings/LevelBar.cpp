@@ -1,5 +1,7 @@
 #include "Interface/Settings/LevelBar.h"
 
+#include "Interface/Common/Style.h"
+
 #include <QCoreApplication>
 #include <QPainter>
 #include <algorithm>
