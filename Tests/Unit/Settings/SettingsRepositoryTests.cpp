@@ -1,25 +1,16 @@
-#include "Foundation/Async/SerialQueue.h"
-#include "Platform/Fake/FakeSecretStore.h"
-#include "Platform/Fake/ManualExecutor.h"
 #include "Settings/SettingsKeys.h"
-#include "Settings/SettingsRepository.h"
+#include "SettingsDesk.h"
 #include "Shortcut/ShortcutChoice.h"
-#include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/FileBytes.h"
-#include "Support/InMemoryDefaultsStore.h"
-#include "Support/StepFileSystem.h"
-#include "Support/TemporaryFolder.h"
 
 #include <cerrno>
-#include <set>
 #include <string>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-using namespace murmel;
+namespace murmel::test {
+
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -27,18 +18,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 using Language = DictationLanguage;
-const std::string service = "app.murmel.Test.local-storage.vocabulary";
-
-class FakeActivationPolicy final : public ActivationPolicyControl {
- public:
-  [[nodiscard]] ActivationPolicy current() const override { return policy; }
-  void set(ActivationPolicy wanted) override {
-    policy = wanted;
-    ++changes;
-  }
-  ActivationPolicy policy = ActivationPolicy::regular;
-  int changes = 0;
-};
 
 class FixedPropertyList final : public PropertyListReader {
  public:
@@ -48,53 +27,6 @@ class FixedPropertyList final : public PropertyListReader {
     return members;
   }
   std::map<std::string, DefaultsValue> members;
-};
-
-/// Waits for the vocabulary after everything, as time does.
-class WaitingSettings final : public SettingsRepository {
- public:
-  explicit WaitingSettings(SettingsRepositoryParameters parameters)
-      : SettingsRepository(std::move(parameters)) {
-    waitForPersonalVocabulary();
-  }
-  void setPersonalVocabulary(std::string text) {
-    SettingsRepository::setPersonalVocabulary(std::move(text));
-    waitForPersonalVocabulary();
-  }
-  void reloadPersonalVocabulary() {
-    SettingsRepository::reloadPersonalVocabulary();
-    waitForPersonalVocabulary();
-  }
-};
-
-class SettingsRepositoryTest : public ::testing::Test {
- protected:
-  TemporaryFolder folder;
-  std::filesystem::path sealed = folder.path() / "personal-vocabulary.sealed";
-  StepFileSystem files;
-  FakeSecretStore secrets;
-  KeychainEncryptionKeyStore keys{secrets, service};
-  InMemoryDefaultsStore defaults;
-  FakeActivationPolicy dock;
-  std::set<SmartLocalModel> readyModels;
-  bool fullGemmaCatalog = false;
-  MRMDistributionChannel channel = MRMDistributionChannel::direct;
-
-  ManualExecutor executor;
-  SerialQueue queue{executor, "vocabulary"};
-  bool isInventoryKnown = true;
-
-  WaitingSettings open() {
-    return WaitingSettings(
-        {defaults, executor, queue, vocabularyFile(files, keys, folder.path()), fullGemmaCatalog,
-         [this](SmartLocalModel model) {
-           return isInventoryKnown ? std::optional(readyModels.contains(model)) : std::nullopt;
-         },
-         channel, &dock});
-  }
-  /// A store of a version after the one-time reset of formatting.
-  void givenMigrated() { defaults.values["settings.smartLocalQwenMigration"] = true; }
-  std::string storedString(std::string_view key) { return defaults.get<std::string>(key).value_or("(none)"); }
 };
 
 }  // namespace
@@ -287,122 +219,6 @@ TEST_F(SettingsRepositoryTest, TogglesLanguagesButKeepsTheLastOne) {
   EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::german));
 }
 
-TEST_F(SettingsRepositoryTest, AModelThatIsNotReadyGivesWayToOneThatIs) {
-  using Model = SmartLocalModel;
-  const struct {
-    const char* name;
-    bool full;
-    const char* stored;
-    std::set<Model> ready;
-    bool migrated, formatting;
-    Model expected;
-    const char* previous;  // recorded
-  } cases[] = {
-      {"nothing stored", true, nullptr, {}, true, false, Model::gemma4E2B, nullptr},
-      {"stored and ready",
-       true,
-       "qwen4",
-       {Model::qwen4, Model::gemma4E2B},
-       true,
-       true,
-       Model::qwen4,
-       nullptr},
-      {"not ready, Gemma is", true, "qwen4", {Model::gemma4E2B}, true, true, Model::gemma4E2B, "qwen4"},
-      {"neither ready", true, "qwen4", {}, true, true, Model::qwen4, nullptr},
-      {"small catalogue", false, "qwen4", {Model::gemma4E2B}, true, true, Model::qwen4, nullptr},
-      {"formatting before models were stored",
-       true,
-       nullptr,
-       {Model::gemma4E2B},
-       true,
-       true,
-       Model::gemma4E2B,
-       "qwen17"},
-      {"the same, and that model is ready",
-       true,
-       nullptr,
-       {Model::qwen17, Model::gemma4E2B},
-       true,
-       true,
-       Model::qwen17,
-       nullptr},
-      {"formatting from before the reset",
-       true,
-       nullptr,
-       {Model::gemma4E2B},
-       false,
-       true,
-       Model::gemma4E2B,
-       nullptr},
-      {"the other spelling", true, "gemma4E2B", {}, true, true, Model::gemma4E2B, nullptr},
-  };
-  for (const auto& each : cases) {
-    SCOPED_TRACE(each.name);
-    defaults.values.clear();
-    defaults.values["settings.smartLocalQwenMigration"] = each.migrated;
-    defaults.values["settings.smartFormatting"] = each.formatting;
-    if (each.stored != nullptr) defaults.values["settings.smartLocalModel"] = std::string(each.stored);
-    fullGemmaCatalog = each.full;
-    readyModels = each.ready;
-    const auto settings = open();
-    EXPECT_EQ(settings.smartLocalModel(), each.expected);
-    EXPECT_EQ(storedString("settings.modelMigrationPreviousSelection"),
-              each.previous ? each.previous : "(none)");
-    EXPECT_EQ(storedString("settings.smartLocalModel"), each.previous            ? "gemma4E2"
-                                                        : each.stored != nullptr ? each.stored
-                                                                                 : "(none)");
-    EXPECT_EQ(settings.modelMigrationNotice().has_value(), each.previous != nullptr);
-  }
-}
-
-TEST_F(SettingsRepositoryTest, TheNoticeOfAReplacedModelStaysUntilItIsDismissed) {
-  givenMigrated();
-  defaults.values["settings.modelMigrationPreviousSelection"] = std::string("qwen4");
-  EXPECT_EQ(
-      open().modelMigrationNotice(),
-      "Your previous model, Qwen3 4B Q4 · Best quality, is unavailable. Gemma was selected so you can stay "
-      "offline. You can download and select your previous model in Speech Models.");
-  auto settings = open();
-  settings.dismissModelMigrationNotice();
-  EXPECT_FALSE(settings.modelMigrationNotice());
-  EXPECT_FALSE(open().modelMigrationNotice());
-}
-
-TEST_F(SettingsRepositoryTest, FormattingIsResetOnceAndThenNeedsItsModel) {
-  defaults.values["settings.smartFormatting"] = true;
-  readyModels = {SmartLocalModel::gemma4E2B};
-  EXPECT_FALSE(open().smartFormatting());
-  EXPECT_EQ(defaults.get<bool>("settings.smartFormatting"), false);
-  open().setSmartFormatting(true);
-  EXPECT_TRUE(open().smartFormatting());
-  readyModels.clear();
-  EXPECT_FALSE(open().smartFormatting());
-  EXPECT_EQ(defaults.get<bool>("settings.smartFormatting"), true) << "kept for when the model is back";
-}
-
-TEST_F(SettingsRepositoryTest, AnInventoryThatIsNotKnownYetChangesNothingAndIsLookedAtOnceItIs) {
-  givenMigrated();
-  fullGemmaCatalog = true;
-  isInventoryKnown = false;
-  defaults.values["settings.smartFormatting"] = true;
-  for (const bool isInstalled : {true, false}) {
-    defaults.values["settings.smartLocalModel"] = std::string("qwen4");
-    readyModels = isInstalled ? std::set{SmartLocalModel::qwen4, SmartLocalModel::gemma4E2B}
-                              : std::set{SmartLocalModel::gemma4E2B};
-    auto settings = open();
-    EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::qwen4);
-    EXPECT_TRUE(settings.smartFormatting());
-    isInventoryKnown = true;
-    settings.modelInventoryChanged();
-    EXPECT_EQ(settings.smartLocalModel(), isInstalled ? SmartLocalModel::qwen4 : SmartLocalModel::gemma4E2B);
-    EXPECT_TRUE(settings.smartFormatting());
-    readyModels.clear();
-    settings.modelInventoryChanged();
-    EXPECT_TRUE(settings.smartFormatting()) << "once";
-    isInventoryKnown = false;
-  }
-}
-
 TEST_F(SettingsRepositoryTest, AnEditOfTheStoreIsTakenOverAndTold) {
   auto settings = open();
   std::vector<SettingsProperty> told;
@@ -520,3 +336,5 @@ TEST_F(SettingsRepositoryTest, ImportsTheEarlierPreferencesOnceAndOverwritesNoth
   settingsMigration::importLegacyPreferences(fresh, files, reader, folder.path() / "absent.plist");
   EXPECT_THAT(fresh.values, SizeIs(1));
 }
+
+}  // namespace murmel::test
