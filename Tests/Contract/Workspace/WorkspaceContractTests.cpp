@@ -1,4 +1,4 @@
-#include "Support/Wayland/SwayTargetDesk.h"
+#include "Support/Wayland/WaylandTargetDesk.h"
 #include "Support/X11/DesktopOfTargets.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ class WorkspaceContract : public ::testing::Test {
   Registration subscription;
 };
 
-using Desks = ::testing::Types<FakeTargetDesk, X11TargetDesk, SwayTargetDesk>;
+using Desks = ::testing::Types<FakeTargetDesk, X11TargetDesk, WaylandTargetDesk>;
 TYPED_TEST_SUITE(WorkspaceContract, Desks);
 
 TYPED_TEST(WorkspaceContract, NamesTheApplicationInFrontAndTellsOfSwitches) {

@@ -1,5 +1,5 @@
 // An application on Wayland: a window that takes the keyboard. usage: wayland-target IDENTIFIER: says "focus"
-// whenever it gets the keyboard, and "pasted" at every chord that pastes.
+// whenever it gets the keyboard, "shift" when that goes down, and "pasted" at every chord that pastes.
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -15,6 +15,7 @@ class Target final : public QWidget {
  protected:
   void focusInEvent(QFocusEvent* /*event*/) override { std::cout << "focus" << std::endl; }
   void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Shift) std::cout << "shift" << std::endl;
     const auto held = event->modifiers() & ~Qt::KeypadModifier;
     const bool pastes = event->key() == Qt::Key_V
                             ? (held & ~Qt::ShiftModifier) == Qt::ControlModifier

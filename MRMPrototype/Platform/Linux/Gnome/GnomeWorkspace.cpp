@@ -50,6 +50,8 @@ std::optional<RunningApplication> GnomeWorkspace::frontmostApplication() {
 }
 
 bool GnomeWorkspace::isTerminated(const RunningApplication& application) {
+  // The shell keeps a window for a moment longer.
+  if (hasEnded(application.client.processIdentifier, application.startTime)) return true;
   const auto answer = bus_.call(shellExtension, "HasWindow", "u", application.window);
   int isThere = 0;
   return !answer || sd_bus_message_read(answer.get(), "b", &isThere) < 0 || isThere == 0;

@@ -148,6 +148,7 @@ PlasmaWindows::Window* PlasmaWindows::find(std::uint32_t number) {
 }
 
 bool PlasmaWindows::isTerminated(const RunningApplication& application) {
+  if (hasEnded(application.client.processIdentifier, application.startTime)) return true;
   connection_->roundTrip();
   return find(application.window) == nullptr;
 }

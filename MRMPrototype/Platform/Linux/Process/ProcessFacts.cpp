@@ -24,4 +24,10 @@ std::optional<ProcessFacts> factsOf(pid_t process) {
   return facts;
 }
 
+bool hasEnded(pid_t process, std::uint64_t startTime) {
+  if (startTime == 0) return false;
+  const auto facts = factsOf(process);
+  return !facts || facts->startTime != startTime || facts->hasEnded();
+}
+
 }  // namespace murmel

@@ -18,4 +18,8 @@ struct ProcessFacts {
 /// Nothing when there is no such process.
 std::optional<ProcessFacts> factsOf(pid_t process);
 
+/// Whether it has ended that was there with this start time, even when its number was given to another one
+/// since. Of a start time of 0, which is unknown, nothing is said.
+bool hasEnded(pid_t process, std::uint64_t startTime);
+
 }  // namespace murmel

@@ -108,10 +108,7 @@ std::optional<RunningApplication> SwayWorkspace::frontmostApplication() {
 }
 
 bool SwayWorkspace::isTerminated(const RunningApplication& application) {
-  if (application.startTime != 0) {
-    const auto facts = factsOf(application.client.processIdentifier);
-    if (!facts || facts->startTime != application.startTime || facts->hasEnded()) return true;
-  }
+  if (hasEnded(application.client.processIdentifier, application.startTime)) return true;
   const auto tree = parsed(ask(SwaySocket::Request::tree));
   return findWindow(tree, [&](const Json& window) {
            return number<std::uint32_t>(window, "id") == application.window;

@@ -131,11 +131,7 @@ Registration X11Workspace::onActivation(std::function<void(const RunningApplicat
 
 bool X11Workspace::isTerminated(const RunningApplication& application) {
   const auto process = application.client.processIdentifier;
-  if (process != 0 && application.startTime != 0) {
-    const auto facts = factsOf(process);
-    const bool isSame = facts && facts->startTime == application.startTime;
-    if (!isSame || facts->hasEnded()) return true;
-  }
+  if (process != 0 && hasEnded(process, application.startTime)) return true;
   // The number of a window may have been given to another program since.
   const bool isGone = !exists(application.window) ||
                       !isSameProgram(connection_->clientOf(application.window), application.client);
