@@ -1996,14 +1996,6 @@
         <translation>Diese Taste ist auf diesem Desktop nicht zu hören. Wählen Sie eine andere, etwa F10 oder Strg+Leertaste.</translation>
     </message>
     <message>
-        <source>The desktop did not bind the shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
-        <translation>Der Desktop hat das Kürzel nicht belegt. Belegen Sie in seinen Einstellungen eine Taste mit dem Befehl „murmel toggle“.</translation>
-    </message>
-    <message>
-        <source>Press the shortcut once: whether this desktop tells of it is known then. If nothing happens, bind a key to the command “murmel toggle” in its settings.</source>
-        <translation>Drücken Sie das Kürzel einmal: Danach ist bekannt, ob dieser Desktop es meldet. Wenn nichts geschieht, belegen Sie in seinen Einstellungen eine Taste mit dem Befehl „murmel toggle“.</translation>
-    </message>
-    <message>
         <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
         <translation>%1 kann diese Taste nicht hören. Wählen Sie eine andere, zum Beispiel F10 oder Strg+Leertaste.</translation>
     </message>
@@ -2034,6 +2026,18 @@
     <message>
         <source>KWin does not tell this program of its windows.</source>
         <translation>KWin sagt diesem Programm nichts von seinen Fenstern.</translation>
+    </message>
+    <message>
+        <source>The desktop did not bind the shortcut. %1</source>
+        <translation>Der Desktop hat das Kürzel nicht belegt. %1</translation>
+    </message>
+    <message>
+        <source>The desktop has bound the shortcut, but does not tell of it. %1</source>
+        <translation>Der Desktop hat das Kürzel belegt, meldet es aber nicht. %1</translation>
+    </message>
+    <message>
+        <source>Press the shortcut once: whether this desktop tells of it is known then. Where it does not, another way is taken.</source>
+        <translation>Drücken Sie das Kürzel einmal: Danach ist bekannt, ob dieser Desktop es meldet. Tut er es nicht, wird ein anderer Weg genommen.</translation>
     </message>
 </context>
 <context>
@@ -2629,6 +2633,10 @@
     <message>
         <source>Hold the keys while you speak. This desktop hears them, but no modifier key alone.</source>
         <translation>Halten Sie die Tasten, während Sie sprechen. Dieser Desktop hört sie, aber keine Umschalttaste allein.</translation>
+    </message>
+    <message>
+        <source>Nothing Happened</source>
+        <translation>Nichts geschah</translation>
     </message>
 </context>
 <context>

@@ -2000,14 +2000,6 @@
         <translation>На этом рабочем столе такую клавишу не услышать. Выберите другую, например F10 или Ctrl+Пробел.</translation>
     </message>
     <message>
-        <source>The desktop did not bind the shortcut. Bind a key to the command “murmel toggle” in its settings.</source>
-        <translation>Рабочий стол не назначил сочетание клавиш. Назначьте в его настройках клавишу для команды «murmel toggle».</translation>
-    </message>
-    <message>
-        <source>Press the shortcut once: whether this desktop tells of it is known then. If nothing happens, bind a key to the command “murmel toggle” in its settings.</source>
-        <translation>Нажмите сочетание клавиш один раз: тогда станет известно, сообщает ли о нём этот рабочий стол. Если ничего не произойдёт, назначьте в его настройках клавишу для команды «murmel toggle».</translation>
-    </message>
-    <message>
         <source>%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.</source>
         <translation>%1 не слышит эту клавишу. Выберите другую, например F10 или Ctrl+Пробел.</translation>
     </message>
@@ -2038,6 +2030,18 @@
     <message>
         <source>KWin does not tell this program of its windows.</source>
         <translation>KWin не сообщает этой программе о своих окнах.</translation>
+    </message>
+    <message>
+        <source>The desktop did not bind the shortcut. %1</source>
+        <translation>Рабочий стол не назначил сочетание. %1</translation>
+    </message>
+    <message>
+        <source>The desktop has bound the shortcut, but does not tell of it. %1</source>
+        <translation>Рабочий стол назначил сочетание, но не сообщает о нём. %1</translation>
+    </message>
+    <message>
+        <source>Press the shortcut once: whether this desktop tells of it is known then. Where it does not, another way is taken.</source>
+        <translation>Нажмите сочетание один раз: тогда станет известно, сообщает ли о нём этот рабочий стол. Если нет, будет выбран другой способ.</translation>
     </message>
 </context>
 <context>
@@ -2636,6 +2640,10 @@
     <message>
         <source>Hold the keys while you speak. This desktop hears them, but no modifier key alone.</source>
         <translation>Удерживайте клавиши, пока говорите. Их этот рабочий стол слышит, а один модификатор — нет.</translation>
+    </message>
+    <message>
+        <source>Nothing Happened</source>
+        <translation>Ничего не произошло</translation>
     </message>
 </context>
 <context>

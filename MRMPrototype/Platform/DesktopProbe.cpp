@@ -44,7 +44,8 @@ std::string failureOf(const SessionFacts& facts) {
 
 /// By what the compositor and the bus offer, for whatever has no road of its own.
 void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
-  if (plan.shortcut == ShortcutRoad::none && facts.shortcutsPortal > 0) plan.shortcut = ShortcutRoad::portal;
+  if (plan.shortcut == ShortcutRoad::none && facts.portals.shortcuts > 0)
+    plan.shortcut = ShortcutRoad::portal;
   if (plan.paste == PasteRoad::none && offers(facts, {"zwp_virtual_keyboard_manager_v1"}))
     plan.paste = PasteRoad::virtualKeyboard;
   if (plan.clipboard == ClipboardRoad::none && offers(facts, {"zwlr_data_control_manager_v1"})) {
@@ -62,7 +63,7 @@ void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
 }  // namespace
 
 DesktopPlan planDesktop(const SessionFacts& facts) {
-  DesktopPlan plan{.session = sessionKind(facts)};
+  DesktopPlan plan{.session = sessionKind(facts), .portals = facts.portals};
   switch (plan.session) {
     case SessionKind::none:
       plan.failure = failureOf(facts);
@@ -85,7 +86,8 @@ DesktopPlan planDesktop(const SessionFacts& facts) {
       if (offers(facts, {"org_kde_plasma_window_management"})) plan.windows = WindowRoad::plasmaWindows;
       break;
     case SessionKind::gnome:
-      plan.shortcut = ShortcutRoad::gnomeKeyBinding;
+      // Before its second version other desktops' portals answer there, and tell of no press.
+      plan.shortcut = facts.portals.shortcuts > 1 ? ShortcutRoad::portal : ShortcutRoad::gnomeKeyBinding;
       if (hasName(facts, desktopBusName::shellExtension)) {
         plan.shortcut = ShortcutRoad::shellExtension;
         plan.paste = PasteRoad::shellExtension;

@@ -6,6 +6,15 @@
 
 namespace murmel {
 
+/// The versions of the portal's interfaces; 0 where there is none, or none is needed.
+struct PortalVersions {
+  std::uint32_t shortcuts = 0;
+  std::uint32_t keyboard = 0;   ///< RemoteDesktop, where it has a keyboard
+  std::uint32_t clipboard = 0;  ///< which belongs to the keyboard's session
+
+  friend bool operator==(const PortalVersions&, const PortalVersions&) = default;
+};
+
 /// What was found out about the session that this process is in. Nothing was changed to find it out.
 struct SessionFacts {
   struct X11 {
@@ -27,8 +36,7 @@ struct SessionFacts {
   Wayland wayland{};
   bool swaySocket = false;           ///< sway's own interface answers
   std::set<std::string> busNames{};  ///< on the session bus, those that `desktopBusNames` lists
-  /// The version of the portal that watches shortcuts; 0 where there is none, or none is needed.
-  std::uint32_t shortcutsPortal = 0;
+  PortalVersions portals{};
   bool tray = false;  ///< somebody shows tray icons
 };
 
@@ -37,6 +45,7 @@ namespace desktopBusName {
 inline constexpr const char* globalAccel = "org.kde.kglobalaccel";
 inline constexpr const char* gnomeShell = "org.gnome.Shell";
 inline constexpr const char* shellExtension = "app.murmel.Shell";  ///< Murmel's extension of GNOME Shell
+inline constexpr const char* accessibility = "org.a11y.Bus";
 inline constexpr const char* trayWatcher = "org.kde.StatusNotifierWatcher";
 }  // namespace desktopBusName
 
@@ -53,11 +62,19 @@ enum class ShortcutRoad {
   portal,
 };
 /// Who presses the paste keys.
-enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, shellExtension };
+enum class PasteRoad { none, xTest, virtualKeyboard, fakeInput, shellExtension, portal };
 /// How the clipboard is read and written.
-enum class ClipboardRoad { none, x11, dataControl };
+enum class ClipboardRoad { none, x11, dataControl, portal };
 /// Who tells which application is in front.
-enum class WindowRoad { none, x11, swayTree, foreignToplevel, plasmaWindows, shellExtension };
+enum class WindowRoad {
+  none,
+  x11,
+  swayTree,
+  foreignToplevel,
+  plasmaWindows,
+  shellExtension,
+  accessibility,  ///< the applications themselves, those that do
+};
 /// How the indicator is put on the screen without taking the keyboard.
 enum class IndicatorRoad { none, x11, layerSurface };
 
@@ -71,6 +88,7 @@ struct DesktopPlan {
   IndicatorRoad indicator = IndicatorRoad::none;
   /// Why there is no desktop at all, in a sentence for the user; empty when there is one.
   std::string failure{};
+  PortalVersions portals{};
 
   friend bool operator==(const DesktopPlan&, const DesktopPlan&) = default;
 };

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <variant>
 
 namespace murmel {
@@ -35,6 +36,22 @@ using ShortcutEvent = std::variant<KeyEvent, ShortcutActivity>;
 /// A shortcut that is being watched, by a tap or by the desktop. Destroying it ends that.
 using InstalledShortcut = InstalledKeyEventTap;
 
+/// Trying out a desktop that may bind a shortcut and never tell of it: only a press of the user's shows that.
+/// Main thread.
+class ShortcutTrials {
+ public:
+  virtual ~ShortcutTrials() = default;
+  /// Whether that is still to be found out for this shortcut.
+  [[nodiscard]] virtual bool isOpen(const ShortcutRequest& shortcut) const = 0;
+  /// The user is being asked to press it, or not any more. When nothing comes in time the next road is taken.
+  virtual void ask(bool isAsked) = 0;
+  /// The user has pressed it in vain: the next road is taken at once.
+  virtual void nothingHappened() = 0;
+  /// What has been found out, for `recall` at the next start; empty when nothing was.
+  [[nodiscard]] virtual std::string memory() const = 0;
+  virtual void recall(const std::string& memory) = 0;
+};
+
 /// Where the dictation shortcut is heard while other applications are in front: a tap that hears every key,
 /// or a compositor that watches one shortcut and keeps the other keys to itself. Main thread.
 class ShortcutSource {
@@ -62,6 +79,9 @@ class ShortcutSource {
 
   /// Makes up for what was missed, for instance during a suspend.
   virtual void resync() = 0;
+
+  /// Null where permission says everything.
+  [[nodiscard]] virtual ShortcutTrials* trials() { return nullptr; }
 };
 
 /// A tap as the source.

@@ -102,6 +102,8 @@ class Doctor {
  private:
   CheckedServices services() {
     if (desktop_) desktopServices_.emplace((*desktop_)->services());
+    if (auto* trials = desktopServices_ ? desktopServices_->shortcuts.trials() : nullptr)
+      trials->recall(settings_.get<std::string>(shortcutTrialKey).value_or(""));
     return {
         .executor = executor_,
         .queue = queue_,

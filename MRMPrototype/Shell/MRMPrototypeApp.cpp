@@ -133,6 +133,8 @@ FirstRunServices MRMPrototypeApp::setupServices() {
       .shortcutNotice = [this](const ShortcutConfiguration& shortcut) { return shortcutWarnings(shortcut); },
       .canHearShortcut = [this](const ShortcutConfiguration& shortcut) { return canHear(shortcut); },
       .tellsOfRelease = [this](const ShortcutConfiguration& shortcut) { return tellsOfRelease(shortcut); },
+      .shortcutTrials = desktop_.shortcuts.trials(),
+      .shortcutAccessChanged = &desktop_.shortcuts.permissionDidChange(),
       .recordShortcut = [this](QWidget* window, auto save) { recordShortcut(window, std::move(save)); },
       .openSoundSettings = [this] { perform(IntelCommand::openMicrophoneSettings); },
       .state = [this] { return coordinator_.state(); },
@@ -281,6 +283,14 @@ void MRMPrototypeApp::connectInterface() {
 }
 
 void MRMPrototypeApp::connectPermissions() {
+  if (auto* trials = desktop_.shortcuts.trials()) {
+    trials->recall(storage_.defaults.get<std::string>(shortcutTrialKey).value_or(""));
+    observers_.push_back(desktop_.shortcuts.permissionDidChange().subscribe([this, trials] {
+      const auto memory = trials->memory();
+      if (!memory.empty()) storage_.defaults.set(shortcutTrialKey, memory);
+      if (!checks_.isRunning()) checks_.run();
+    }));
+  }
   QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &connections_,
                    [this](Qt::ApplicationState state) {
                      if (state != Qt::ApplicationActive) return;

@@ -10,7 +10,7 @@
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 #include "Platform/Linux/KWin/GlobalAccel.h"
 #include "Platform/Linux/KWin/PlasmaWindows.h"
-#include "Platform/Linux/Portal/PortalShortcuts.h"
+#include "Platform/Linux/Portal/TriedShortcuts.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
@@ -41,6 +41,7 @@ struct Roads {
   std::unique_ptr<BridgedPasteboard> bridged{};
   std::unique_ptr<SessionBus> bus{};
   std::unique_ptr<UsersKeymap> keymap{};
+  std::unique_ptr<Portal> portal{};
   std::unique_ptr<Workspace> workspace{};
   std::unique_ptr<KeyboardPoster> keyboard{};
   std::unique_ptr<ShortcutSource> shortcuts{};
@@ -116,6 +117,7 @@ std::expected<void, std::string> openClipboard(const DesktopPlan& plan, const De
         roads.bridged = std::make_unique<BridgedPasteboard>(roads.x11Clipboards->general());
       return {};
     }
+    case ClipboardRoad::portal:
     case ClipboardRoad::none:
       break;
   }
@@ -171,22 +173,20 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
     roads.shortcuts = std::make_unique<GnomeShortcuts>(*roads.bus, *roads.keymap);
     roads.cancelKey = std::make_unique<GnomeCancelKey>(*roads.bus);
     roads.askForAccess = [bus = roads.bus.get()] { enableShellExtension(*bus); };
-    return;
-  }
-  if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {
+  } else if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {
     roads.shortcuts = std::make_unique<GlobalAccelShortcuts>(*roads.bus, *roads.keymap);
     roads.cancelKey = std::make_unique<GlobalAccelCancelKey>(*roads.bus);
-    return;
+  } else {
+    roads.cancelKey = std::make_unique<NoCancelKey>();
+    roads.shortcuts = std::make_unique<NoShortcuts>(
+        "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its "
+        "settings.");
   }
-  roads.cancelKey = std::make_unique<NoCancelKey>();
-  if (plan.shortcut == ShortcutRoad::portal && roads.bus && roads.keymap) {
+  if (plan.shortcut == ShortcutRoad::portal && roads.portal && roads.keymap) {
     roads.shortcuts =
-        std::make_unique<PortalShortcuts>(*roads.bus, *roads.keymap, parameters.installation.identifier);
-    return;
+        std::make_unique<TriedShortcuts>(executor, parameters.process.clock, *roads.portal, *roads.keymap,
+                                         plan.portals.shortcuts, std::move(roads.shortcuts));
   }
-  roads.shortcuts = std::make_unique<NoShortcuts>(
-      "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its "
-      "settings.");
 }
 
 std::unique_ptr<IndicatorSurface> indicatorFor(const DesktopPlan& plan, const DesktopParameters& parameters) {
@@ -207,6 +207,8 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::o
     return std::unexpected(opened.error());
   roads.bus = SessionBus::open(parameters.process.executor);
   if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
+  if (roads.bus && plan.portals != PortalVersions{})
+    roads.portal = std::make_unique<Portal>(*roads.bus, parameters.installation.identifier);
   roads.workspace = workspaceFor(plan, parameters, roads);
   roads.keyboard = keyboardFor(plan, parameters, roads);
   openShortcuts(plan, parameters, roads);

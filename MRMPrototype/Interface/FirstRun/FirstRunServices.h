@@ -5,6 +5,7 @@
 #include "Interface/Models/ModelShelf.h"
 #include "Interface/Settings/SettingsServices.h"
 #include "Platform/Microphones.h"
+#include "Platform/ShortcutSource.h"
 #include "Product/DesktopChecks.h"
 
 #include <functional>
@@ -26,6 +27,9 @@ struct FirstRunServices {
   std::function<bool(const ShortcutConfiguration&)> canHearShortcut{};
   /// Whether the desktop says when the shortcut is let go of; empty: it does.
   std::function<bool(const ShortcutConfiguration&)> tellsOfRelease{};
+  /// Where only a press shows whether the desktop hears the shortcut; else null.
+  ShortcutTrials* shortcutTrials = nullptr;
+  Signal<>* shortcutAccessChanged = nullptr;
   RecordShortcut recordShortcut{};
   std::function<void()> openSoundSettings{};
   std::function<DictationState()> state{};

@@ -2,6 +2,7 @@
 #include "Interface/PlatformWords.h"
 #include "Platform/KeyModifiers.h"
 #include "Settings/SettingsRepository.h"
+#include "Shortcut/HotkeyService.h"
 #include "Shortcut/ShortcutConflicts.h"
 
 namespace murmel {
@@ -12,8 +13,12 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services, std::function<void(
       services_(services),
       offerChanged_(std::move(offerChanged)),
       notice_(new NoticeBar(Severity::warning)),
+      request_(new NoticeBar(Severity::information)),
       checks_(new CheckList(services.checks, {"shortcut"})) {
   addWidget(notice_);
+  addWidget(request_);
+  if (auto* trials = services_.shortcutTrials)
+    request_->setAction(tr("Nothing Happened"), [trials] { trials->nothingHappened(); });
   auto& card = *addCard();
   auto* record = button(tr("Record Other Keys…"), [this] {
     services_.recordShortcut(window(), [this](const auto& chosen) { take(chosen); });
@@ -37,7 +42,19 @@ ShortcutStep::ShortcutStep(const FirstRunServices& services, std::function<void(
   }
   addWidget(checks_);
   changes_ = services_.settings.shortcutDidChange().subscribe([this] { show(); });
+  if (services_.shortcutAccessChanged != nullptr)
+    accessChanges_ = services_.shortcutAccessChanged->subscribe([this] { show(); });
   show();
+}
+
+void ShortcutStep::showEvent(QShowEvent* event) {
+  FormPage::showEvent(event);
+  if (services_.shortcutTrials != nullptr) services_.shortcutTrials->ask(true);
+}
+
+void ShortcutStep::hideEvent(QHideEvent* event) {
+  FormPage::hideEvent(event);
+  if (services_.shortcutTrials != nullptr) services_.shortcutTrials->ask(false);
 }
 
 std::optional<ShortcutConfiguration> ShortcutStep::offer() const {
@@ -61,7 +78,10 @@ void ShortcutStep::show() {
   for (const auto& [proposal, use] : proposals_)
     use->setText(isSameShortcut(proposal, shortcut) ? tr("In Use") : tr("Use"));
   const auto against = services_.shortcutNotice ? services_.shortcutNotice(shortcut) : std::string();
-  notice_->setText(inPlatformWords(against));
+  const bool isAsked =
+      services_.shortcutTrials != nullptr && services_.shortcutTrials->isOpen(shortcutRequest(shortcut));
+  notice_->setText(isAsked ? QString() : inPlatformWords(against));
+  request_->setText(isAsked ? inPlatformWords(against) : QString());
   checks_->leaveOut(against);
   offerChanged_();
 }

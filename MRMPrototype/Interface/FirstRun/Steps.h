@@ -97,6 +97,10 @@ class ShortcutStep final : public FormPage {
   [[nodiscard]] std::optional<ShortcutConfiguration> offer() const;
   void take(const ShortcutConfiguration& shortcut);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
  private:
   void show();
 
@@ -105,8 +109,10 @@ class ShortcutStep final : public FormPage {
   FormRow* current_;
   std::vector<std::pair<ShortcutConfiguration, QPushButton*>> proposals_;
   NoticeBar* notice_;
+  NoticeBar* request_;  ///< to press the shortcut
   CheckList* checks_;
   Registration changes_;
+  Registration accessChanges_;
 };
 
 /// A whole dictation into a field of this window, by the road of every other one.

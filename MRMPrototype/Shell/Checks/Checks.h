@@ -53,6 +53,9 @@ std::vector<CheckDefinition> desktopChecks(const CheckedServices& services);
 /// disabled one.
 std::string shortcutNotice(ShortcutSource& source, const ShortcutConfiguration& shortcut);
 
+/// Under which the preferences keep what was found out about the shortcut (`ShortcutTrials::memory`).
+inline constexpr std::string_view shortcutTrialKey = "shortcut.trial";
+
 /// How far what is said stays out of a swap on a disk. `swaps`: as in /proc/swaps. `deviceKind`: what the
 /// kernel calls a mapped device ("dm-0"), "CRYPT-…" for an encrypted one. `lockable`: bytes that this process
 /// may lock in memory.

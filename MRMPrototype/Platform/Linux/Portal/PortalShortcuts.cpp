@@ -3,7 +3,6 @@
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
@@ -12,24 +11,12 @@ namespace murmel {
 
 namespace {
 
-const std::string service = "org.freedesktop.portal.Desktop";
-const std::string path = "/org/freedesktop/portal/desktop";
-const BusObject portal{service, path, "org.freedesktop.portal.GlobalShortcuts"};
 constexpr const char* shortcutName = "dictate";
 constexpr const char* description = "Hold to dictate";
 
-/// A name for a request or a session of this connection, and the path by which the portal then tells of it.
-struct Token {
-  Token(const SessionBus& bus, const std::string& kind) {
-    static int count = 0;
-    name = "murmel" + std::to_string(++count);
-    auto sender = bus.ownName().substr(1);
-    std::ranges::replace(sender, '.', '_');
-    object = path + "/" + kind + "/" + sender + "/" + name;
-  }
-  std::string name;
-  std::string object;
-};
+BusObject globalShortcuts() {
+  return Portal::interface("GlobalShortcuts");
+}
 
 }  // namespace
 
@@ -38,17 +25,17 @@ class PortalShortcuts::Session final : public InstalledShortcut {
  public:
   Session(PortalShortcuts& owner, std::string trigger, Handler handler)
       : owner_(owner),
-        bus_(owner.bus_),
+        portal_(owner.portal_),
         trigger_(std::move(trigger)),
         handler_(std::move(handler)),
-        session_(bus_, "session") {
-    owned_ = bus_.onOwner(service, [this](bool isThere) {
-      if (!isThere) end(Standing::untold);
+        session_(portal_.session()) {
+    auto& bus = portal_.bus();
+    owned_ = bus.onOwner(Portal::service, [this](bool isThere) {
+      if (!isThere) end(ShortcutTrial::Event::lost);
     });
-    closed_ = bus_.onSignal({service, session_.object, "org.freedesktop.portal.Session"}, "Closed",
-                            [this](sd_bus_message* /*signal*/) { end(Standing::untold); });
-    const Token request(bus_, "request");
-    auto call = bus_.newCall(portal, "CreateSession");
+    closed_ = portal_.onEnd(session_, [this] { end(ShortcutTrial::Event::lost); });
+    const auto request = portal_.request();
+    auto call = bus.newCall(globalShortcuts(), "CreateSession");
     // Some portals of KDE bind here what others bind by the next call.
     isOpen_ = call &&
               sd_bus_message_append(call.get(), "a{sv}", 3, "handle_token", "s", request.name.c_str(),
@@ -58,7 +45,7 @@ class PortalShortcuts::Session final : public InstalledShortcut {
               send(std::move(call), request, [this] { bind(); });
   }
   ~Session() override {
-    if (isOpen_) bus_.tell({service, session_.object, "org.freedesktop.portal.Session"}, "Close");
+    if (isOpen_) portal_.bus().tell(Portal::sessionObject(session_), "Close");
   }
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -66,27 +53,23 @@ class PortalShortcuts::Session final : public InstalledShortcut {
   bool enable() override { return isOpen_; }
 
  private:
-  /// Sends what is answered by a signal, after a dialog maybe. Whoever has answered may destroy this.
-  bool send(BusMessage call, const Token& request, std::function<void()> granted) {
-    answered_ = bus_.onSignal({service, request.object, "org.freedesktop.portal.Request"}, "Response",
-                              [this, granted = std::move(granted)](sd_bus_message* signal) {
-                                std::uint32_t refusal = 1;
-                                sd_bus_message_read(signal, "u", &refusal);
-                                const auto next = granted;
-                                if (refusal == 0) {
-                                  next();
-                                } else {
-                                  end(Standing::refused);
-                                }
-                              });
-    return bus_.send(std::move(call)) != nullptr;
+  /// Sends what is answered by a signal. Whoever has answered may destroy this.
+  bool send(BusMessage call, const Portal::Token& request, const std::function<void()>& granted) {
+    answered_ =
+        portal_.onAnswer(request, [this, granted](std::uint32_t refusal, sd_bus_message* /*results*/) {
+          if (refusal != 0) return end(ShortcutTrial::Event::refused);
+          const auto next = granted;
+          next();
+        });
+    return portal_.bus().send(std::move(call)) != nullptr;
   }
 
   void bind() {
+    auto& bus = portal_.bus();
     for (const auto& [member, activity] :
          {std::pair{"Activated", ShortcutActivity::pressed}, {"Deactivated", ShortcutActivity::released}}) {
       auto& heard = activity == ShortcutActivity::pressed ? pressed_ : released_;
-      heard = bus_.onSignal(portal, member, [this, activity = activity](sd_bus_message* signal) {
+      heard = bus.onSignal(globalShortcuts(), member, [this, activity = activity](sd_bus_message* signal) {
         const char* session = nullptr;
         const char* shortcut = nullptr;
         if (sd_bus_message_read(signal, "os", &session, &shortcut) < 0 || session != session_.object ||
@@ -98,33 +81,35 @@ class PortalShortcuts::Session final : public InstalledShortcut {
         auto& owner = owner_;
         const auto told = handler_;
         told(activity);
-        owner.stands(Standing::heard);
+        owner.progress_.emit(ShortcutTrial::Event::heard);
       });
     }
-    const Token request(bus_, "request");
-    auto call = bus_.newCall(portal, "BindShortcuts");
+    const auto request = portal_.request();
+    auto call = bus.newCall(globalShortcuts(), "BindShortcuts");
     const bool isSent =
         call &&
         sd_bus_message_append(call.get(), "oa(sa{sv})sa{sv}", session_.object.c_str(), 1, shortcutName, 2,
                               "description", "s", description, "preferred_trigger", "s", trigger_.c_str(), "",
                               1, "handle_token", "s", request.name.c_str()) >= 0 &&
-        send(std::move(call), request, [] {});
-    if (!isSent) end(Standing::refused);
+        send(std::move(call), request, [this] { owner_.progress_.emit(ShortcutTrial::Event::bound); });
+    if (!isSent) end(ShortcutTrial::Event::refused);
   }
 
-  void end(Standing standing) {
+  void end(ShortcutTrial::Event reason) {
     if (!std::exchange(isOpen_, false)) return;
+    // A portal that is still there keeps a session until it is told, whatever it has refused.
+    if (reason == ShortcutTrial::Event::refused) portal_.bus().tell(Portal::sessionObject(session_), "Close");
     auto& owner = owner_;
     const auto told = handler_;
     told(ShortcutActivity::lost);
-    owner.stands(standing);
+    owner.progress_.emit(reason);
   }
 
   PortalShortcuts& owner_;
-  SessionBus& bus_;
+  Portal& portal_;
   std::string trigger_;
   Handler handler_;
-  Token session_;
+  Portal::Token session_;
   bool isOpen_ = false;
   bool isHeld_ = false;
   Registration owned_;
@@ -134,13 +119,8 @@ class PortalShortcuts::Session final : public InstalledShortcut {
   Registration released_;
 };
 
-PortalShortcuts::PortalShortcuts(SessionBus& bus, const UsersKeymap& keymap, const std::string& application)
-    : bus_(bus), keymap_(keymap) {
-  // Before anything else is asked; portals before 1.20 find the application out by themselves, or do without.
-  if (auto call = bus_.newCall({service, path, "org.freedesktop.host.portal.Registry"}, "Register");
-      call && sd_bus_message_append(call.get(), "sa{sv}", application.c_str(), 0) >= 0)
-    bus_.send(std::move(call));
-}
+PortalShortcuts::PortalShortcuts(Portal& portal, const UsersKeymap& keymap)
+    : portal_(portal), keymap_(keymap) {}
 
 /// In the words that portals know; empty for what it has no words for.
 std::string PortalShortcuts::triggerOf(const ShortcutRequest& shortcut) const {
@@ -161,26 +141,8 @@ std::string PortalShortcuts::triggerOf(const ShortcutRequest& shortcut) const {
 }
 
 ListenEventAccess PortalShortcuts::permission(const ShortcutRequest& shortcut) {
-  if (triggerOf(shortcut).empty())
-    return {false, "This desktop cannot hear this key. Choose another one, F10 or Ctrl+Space for instance."};
-  switch (standing_) {
-    case Standing::heard:
-      return {true, {}};
-    case Standing::refused:
-      return {false,
-              "The desktop did not bind the shortcut. Bind a key to the command “murmel toggle” in its "
-              "settings."};
-    case Standing::untold:
-      break;
-  }
-  return {
-      true,
-      "Press the shortcut once: whether this desktop tells of it is known then. If nothing happens, bind a "
-      "key to the command “murmel toggle” in its settings."};
-}
-
-void PortalShortcuts::stands(Standing standing) {
-  if (std::exchange(standing_, standing) != standing) permissionDidChange_.emit();
+  if (!triggerOf(shortcut).empty()) return {true, {}};
+  return {false, "This desktop cannot hear this key. Choose another one, F10 or Ctrl+Space for instance."};
 }
 
 std::unique_ptr<InstalledShortcut> PortalShortcuts::install(const ShortcutRequest& shortcut,

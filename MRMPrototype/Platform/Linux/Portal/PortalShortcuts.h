@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/Bus/SessionBus.h"
+#include "Platform/Linux/Portal/Portal.h"
+#include "Platform/Linux/Portal/ShortcutTrial.h"
 #include "Platform/Linux/Wayland/UsersKeymap.h"
 #include "Platform/ShortcutSource.h"
 
@@ -9,33 +10,32 @@
 
 namespace murmel {
 
-/// The shortcut where the desktop's portal (xdg-desktop-portal) watches it: pressed and released. The desktop
-/// may ask the user first, and bind another key than the one that was asked for. Main thread.
+/// The shortcut where the desktop's portal watches it: pressed and released. The desktop may ask the user
+/// first, and bind another key than the one that was asked for. Main thread.
 class PortalShortcuts final : public ShortcutSource {
  public:
-  /// Makes the connection known to the portal as the application's. All outlive this.
-  PortalShortcuts(SessionBus& bus, const UsersKeymap& keymap, const std::string& application);
+  /// Both outlive this.
+  PortalShortcuts(Portal& portal, const UsersKeymap& keymap);
 
-  /// Granted with a request to press the shortcut once, until that has been heard.
   [[nodiscard]] ListenEventAccess permission(const ShortcutRequest& shortcut) override;
   [[nodiscard]] std::unique_ptr<InstalledShortcut> install(const ShortcutRequest& shortcut,
                                                            Handler handler) override;
   [[nodiscard]] bool hearsEveryKey() const override { return false; }
-  [[nodiscard]] Signal<>& permissionDidChange() override { return permissionDidChange_; }
+  [[nodiscard]] Signal<>& permissionDidChange() override { return portal_.returned(); }
   void resync() override {}
 
+  /// What becomes of the binding: bound, heard, refused or lost.
+  [[nodiscard]] Signal<ShortcutTrial::Event>& progress() { return progress_; }
+
  private:
-  enum class Standing { untold, heard, refused };
   class Session;
 
   [[nodiscard]] std::string triggerOf(const ShortcutRequest& shortcut) const;
-  void stands(Standing standing);
 
-  SessionBus& bus_;
+  Portal& portal_;
   const UsersKeymap& keymap_;
-  Standing standing_ = Standing::untold;
   std::weak_ptr<void> installed_;  ///< while one exists
-  Signal<> permissionDidChange_;
+  Signal<ShortcutTrial::Event> progress_;
 };
 
 }  // namespace murmel

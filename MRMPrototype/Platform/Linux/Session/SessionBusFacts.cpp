@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include <systemd/sd-bus.h>
 
@@ -28,14 +29,28 @@ std::optional<bool> isOwned(sd_bus* bus, const char* name) {
   return owned != 0;
 }
 
-/// Has the bus start the portals if they do not run yet, which takes its time once.
-std::uint32_t versionOfShortcutsPortal(sd_bus* bus) {
-  constexpr std::uint64_t startLimitMicroseconds = 3'000'000;
-  sd_bus_set_method_call_timeout(bus, startLimitMicroseconds);
-  std::uint32_t version = 0;
+/// A number that one of the portal's interfaces has; 0 without an answer. Has the bus start the portals if
+/// they do not run yet, which takes its time once.
+std::uint32_t portalNumber(sd_bus* bus, const char* interface, const char* property) {
+  const auto name = std::string("org.freedesktop.portal.") + interface;
+  std::uint32_t number = 0;
   sd_bus_get_property_trivial(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                              "org.freedesktop.portal.GlobalShortcuts", "version", nullptr, 'u', &version);
-  return version;
+                              name.c_str(), property, nullptr, 'u', &number);
+  return number;
+}
+
+PortalVersions versionsOfPortals(sd_bus* bus) {
+  constexpr std::uint64_t startLimitMicroseconds = 3'000'000;
+  constexpr std::uint32_t keyboard = 1;
+  sd_bus_set_method_call_timeout(bus, startLimitMicroseconds);
+  PortalVersions versions;
+  const auto devices = portalNumber(bus, "RemoteDesktop", "AvailableDeviceTypes");
+  if (isOwned(bus, "org.freedesktop.portal.Desktop") != true) return versions;  // it does not start
+  versions.shortcuts = portalNumber(bus, "GlobalShortcuts", "version");
+  if ((devices & keyboard) == 0) return versions;
+  versions.keyboard = portalNumber(bus, "RemoteDesktop", "version");
+  versions.clipboard = portalNumber(bus, "Clipboard", "version");
+  return versions;
 }
 
 }  // namespace
@@ -45,17 +60,18 @@ void probeSessionBus(SessionFacts& facts) {
   if (sd_bus_open_user(&opened) < 0) return;
   const std::unique_ptr<sd_bus, CloseBus> bus(opened);
   sd_bus_set_method_call_timeout(bus.get(), answerLimitMicroseconds);
-  for (const char* name : {desktopBusName::trayWatcher, desktopBusName::globalAccel,
-                           desktopBusName::gnomeShell, desktopBusName::shellExtension}) {
+  for (const char* name :
+       {desktopBusName::trayWatcher, desktopBusName::globalAccel, desktopBusName::gnomeShell,
+        desktopBusName::shellExtension, desktopBusName::accessibility}) {
     const auto owned = isOwned(bus.get(), name);
     if (!owned) return;  // asking on would take a second each
     if (*owned) facts.busNames.insert(name);
   }
   if (facts.busNames.contains(desktopBusName::trayWatcher)) facts.tray = true;
-  // Desktops with interfaces of their own need none.
-  const bool hasOwn = facts.swaySocket || facts.busNames.contains(desktopBusName::globalAccel) ||
-                      facts.busNames.contains(desktopBusName::gnomeShell);
-  if (facts.wayland.reachable && !hasOwn) facts.shortcutsPortal = versionOfShortcutsPortal(bus.get());
+  // Desktops whose own interfaces serve us need none.
+  const bool hasOwn = facts.swaySocket || facts.wayland.interfaces.contains("org_kde_kwin_fake_input") ||
+                      facts.busNames.contains(desktopBusName::shellExtension);
+  if (facts.wayland.reachable && !hasOwn) facts.portals = versionsOfPortals(bus.get());
 }
 
 }  // namespace murmel
