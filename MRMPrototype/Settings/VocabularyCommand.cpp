@@ -18,14 +18,24 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Lines linesOf(const std::string& text) {
+/// With the empty ones, so that they can be counted.
+Lines allLinesOf(const std::string& text) {
   Lines lines;
   std::string line;
   for (std::istringstream stream(text); std::getline(stream, line);) {
     if (line.ends_with('\r')) line.pop_back();
-    if (!line.empty()) lines.push_back(line);
+    lines.push_back(line);
   }
   return lines;
+}
+
+Lines withoutEmpty(Lines lines) {
+  std::erase_if(lines, [](const auto& line) { return text::trimmed(line).empty(); });
+  return lines;
+}
+
+Lines linesOf(const std::string& text) {
+  return withoutEmpty(allLinesOf(text));
 }
 
 std::string joined(const Lines& lines) {
@@ -59,15 +69,22 @@ int VocabularyCommand::run(const std::vector<std::string>& arguments) {
   if (verb == "retry" && arguments.size() < 2) return retry();
   if (verb != "add" && verb != "remove" && (verb != "import" || arguments.size() < 2)) return misused();
 
-  const auto lines = given(file);
+  auto lines = given(file);
   if (!lines) {
     streams_.complain(lines.error());
     return commandFailed;
   }
   for (std::size_t number = 0; number < lines->size(); ++number) {
     const auto& line = (*lines)[number];
-    if (!termOf(line).empty() && (verb == "remove" || line.contains('='))) continue;
+    if (text::trimmed(line).empty() || (!termOf(line).empty() && (verb == "remove" || line.contains('='))))
+      continue;
     streams_.complain(fmt::format("Line {} is not \"term = replacement\". Nothing was changed.", number + 1));
+    return commandFailed;
+  }
+  *lines = withoutEmpty(*std::move(lines));
+  // Of a program that failed before a pipe, too, nothing comes.
+  if (verb == "import" && lines->empty()) {
+    streams_.complain("There is no entry in it. Nothing was changed.");
     return commandFailed;
   }
   if (verb == "import") return edit([&](const Lines&) { return *lines; }, "Imported.\n");
@@ -98,9 +115,12 @@ std::expected<VocabularyCommand::Lines, std::string> VocabularyCommand::given(co
   std::istream& input = file == "-" ? streams_.input : opened;
   std::string text;
   for (char character = 0; text.size() <= largestVocabulary && input.get(character);) text += character;
+  if (input.bad()) return std::unexpected(fmt::format("The file {} cannot be read.", file));
   if (text.size() > largestVocabulary) return std::unexpected("That is more than one MiB of words.");
   if (!text::isValidUtf8(text)) return std::unexpected("The words are not UTF-8 text.");
-  return linesOf(text);
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(byteOrderMark)) text.erase(0, byteOrderMark.size());
+  return allLinesOf(text);
 }
 
 int VocabularyCommand::edit(const Edit& edit, std::string_view done) {

@@ -63,11 +63,13 @@ class KeptCommands : public ::testing::Test {
 
 TEST_F(KeptCommands, TheVocabularyTakesWordsFromItsInputAlone) {
   EXPECT_EQ(vocabulary({"add"}, "postgresql = PostgreSQL\r\nmurmel = Murmel\n"), 0);
-  EXPECT_EQ(vocabulary({"add"}, "murmel = MURMEL\n"), 0);
+  EXPECT_EQ(vocabulary({"add"}, "\xEF\xBB\xBFmurmel = MURMEL\n"), 0) << "as Windows writes it";
+  EXPECT_EQ(vocabulary({"import", "-"}), 1) << "of a program that failed, say";
+  EXPECT_EQ(vocabulary({"import", folder.path()}), 1);
   EXPECT_EQ(vocabulary({"list"}), 0);
   EXPECT_EQ(output, "postgresql = PostgreSQL\nmurmel = MURMEL\n");
-  EXPECT_EQ(vocabulary({"add"}, "good = Good\nno sign\n"), 1);
-  EXPECT_THAT(complaint, HasSubstr("Line 2"));
+  EXPECT_EQ(vocabulary({"add"}, "good = Good\n\nno sign\n"), 1);
+  EXPECT_THAT(complaint, HasSubstr("Line 3"));
   EXPECT_EQ(vocabulary({"add", "a = b", "c = d"}), 2) << "words in arguments";
   EXPECT_EQ(vocabulary({"remove"}, "murmel\n"), 0);
   EXPECT_EQ(vocabulary({"list"}), 0);
