@@ -3,12 +3,14 @@
 #include "Foundation/UniqueDescriptor.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 #include <vector>
 
 #include <fcntl.h>
 #include <fmt/core.h>
+#include <poll.h>
 #include <sndfile.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -33,14 +35,25 @@ std::string quotedForShell(const std::string& word) {
   return quoted + "'";
 }
 
+/// Whether there is something to read, or the end; false when the wait was ended.
+bool waitFor(int pipe, int stop) {
+  std::array<pollfd, 2> waited{
+      {{.fd = pipe, .events = POLLIN, .revents = 0}, {.fd = stop, .events = POLLIN, .revents = 0}}};
+  while (::poll(waited.data(), waited.size(), -1) < 0) {
+    if (errno != EINTR) return true;  // the read tells what is wrong
+  }
+  return waited[1].revents == 0;
+}
+
 /// What can be piped has to be read twice: it is held in memory, as no recording is ever written to a disk.
-std::expected<UniqueDescriptor, std::string> held(int pipe) {
+std::expected<UniqueDescriptor, std::string> held(int pipe, int stop) {
   UniqueDescriptor memory(::memfd_create("recording", MFD_CLOEXEC));
   if (!memory) return std::unexpected(reasonOf(errno));
   std::vector<char> chunk(std::size_t{1} << 16U);
   for (std::uint64_t total = 0;;) {
+    if (!waitFor(pipe, stop)) return std::unexpected("interrupted");
     const auto count = ::read(pipe, chunk.data(), chunk.size());
-    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
     if (count < 0) return std::unexpected(reasonOf(errno));
     if (count == 0) break;
     total += static_cast<std::uint64_t>(count);
@@ -52,20 +65,22 @@ std::expected<UniqueDescriptor, std::string> held(int pipe) {
       done += written;
     }
   }
+  if (::lseek(memory.get(), 0, SEEK_CUR) == 0) return std::unexpected("the file is empty");
   if (::lseek(memory.get(), 0, SEEK_SET) < 0) return std::unexpected(reasonOf(errno));
   return memory;
 }
 
-std::expected<UniqueDescriptor, std::string> opened(const std::filesystem::path& path) {
+std::expected<UniqueDescriptor, std::string> opened(const std::filesystem::path& path, int stop) {
   const bool isInput = path == AudioFileReader::standardInput;
+  // A named pipe that nobody writes to would hold the opening up.
   UniqueDescriptor file(isInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                                : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+                                : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   struct stat status {};
   if (!file || ::fstat(file.get(), &status) != 0) return std::unexpected(reasonOf(errno));
   if (S_ISDIR(status.st_mode)) return std::unexpected(reasonOf(EISDIR));
   if (isInput && ::isatty(file.get()) != 0)
     return std::unexpected("the standard input is a terminal; pipe a recording into it");
-  if (!S_ISREG(status.st_mode)) return held(file.get());
+  if (!S_ISREG(status.st_mode)) return held(file.get(), stop);
   if (status.st_size == 0) return std::unexpected("the file is empty");
   return file;
 }
@@ -76,13 +91,14 @@ void AudioFileReader::Closer::operator()(sf_private_tag* file) const {
   ::sf_close(file);
 }
 
-std::expected<AudioFileReader, std::string> AudioFileReader::open(const std::filesystem::path& path) {
+std::expected<AudioFileReader, std::string> AudioFileReader::open(const std::filesystem::path& path,
+                                                                  int stop) {
   AudioFileReader reader;
   reader.name_ = path.string();
   const auto problem = [&](const std::string& reason) {
     return std::unexpected(fmt::format("{}: {}", reader.name_, reason));
   };
-  auto file = opened(path);
+  auto file = opened(path, stop);
   if (!file) return problem(file.error());
   SF_INFO info{};
   constexpr int closesDescriptor = SF_TRUE;  // also when it fails

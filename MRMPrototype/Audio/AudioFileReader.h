@@ -22,8 +22,9 @@ class AudioFileReader {
   /// What is piped in cannot be read twice, which some formats need: up to this much of it is held in memory.
   static constexpr std::uint64_t largestPipe = std::uint64_t{1} << 30U;
 
-  /// Errors are one line for a user and begin with the path.
-  static std::expected<AudioFileReader, std::string> open(const std::filesystem::path& path);
+  /// Errors are one line for a user and begin with the path. The wait for what is piped in ends when `stop`,
+  /// a descriptor, has something to read.
+  static std::expected<AudioFileReader, std::string> open(const std::filesystem::path& path, int stop = -1);
 
   [[nodiscard]] double sampleRate() const { return sampleRate_; }  ///< Hz
   [[nodiscard]] unsigned channelCount() const { return channelCount_; }

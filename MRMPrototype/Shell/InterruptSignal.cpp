@@ -2,6 +2,7 @@
 
 #include <csignal>
 
+#include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -30,6 +31,11 @@ InterruptSignal::InterruptSignal(Executor& executor) {
 InterruptSignal::~InterruptSignal() {
   const auto set = interrupts();
   ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+bool InterruptSignal::isPending() const {
+  pollfd state{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
+  return ::poll(&state, 1, 0) > 0;
 }
 
 void InterruptSignal::arrived() {

@@ -16,6 +16,11 @@ class InterruptSignal {
   InterruptSignal(const InterruptSignal&) = delete;
   InterruptSignal& operator=(const InterruptSignal&) = delete;
 
+  /// Has something to read once one has come and was not told yet: for whoever has to block.
+  [[nodiscard]] int descriptor() const { return descriptor_.get(); }
+
+  [[nodiscard]] bool isPending() const;
+
   void setHandler(std::function<void()> handler) { handler_ = std::move(handler); }
 
  private:

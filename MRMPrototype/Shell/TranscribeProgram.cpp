@@ -1,5 +1,6 @@
 // Audio files to text, without a desktop.
 
+#include "Foundation/Async/Timers.h"
 #include "Shell/CommandLineSpeech.h"
 
 #include <algorithm>
@@ -37,6 +38,7 @@ class TranscribeProgram {
       auto transcribing = transcribe(file.string());
       const bool whole = co_await transcribing;
       complete = complete && whole;
+      if (isInterrupted_) co_return interruptedStatus;
       if (speech_.output.failed()) break;
     }
     co_return complete && !speech_.output.failed() ? 0 : 1;
@@ -44,7 +46,13 @@ class TranscribeProgram {
 
  private:
   Task<bool> transcribe(std::string name) {
-    auto reader = AudioFileReader::open(name);
+    auto reader = AudioFileReader::open(name, speech_.interrupt.descriptor());
+    // The interruption that ended a wait is told in the next turn of the loop, and ends this, too.
+    for (Duration turnTime{}; speech_.interrupt.isPending(); turnTime = std::chrono::milliseconds(1)) {
+      auto turn = sleepFor(speech_.executor, turnTime);
+      co_await turn;
+    }
+    if (isInterrupted_) co_return false;
     if (!reader) {
       speech_.output.complain(reader.error());
       co_return false;
@@ -84,6 +92,7 @@ class TranscribeProgram {
 
   /// What is there is worth having; the rest is not waited for.
   void interrupted() {
+    isInterrupted_ = true;
     if (current_) {
       auto transcript = current_->soFar();
       transcript.interrupted = true;
@@ -97,6 +106,7 @@ class TranscribeProgram {
   TranscribeRole role_;
   std::optional<FileTranscription> current_;
   long shownSeconds_ = -1;
+  bool isInterrupted_ = false;
 };
 
 }  // namespace
