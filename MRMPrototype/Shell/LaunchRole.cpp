@@ -1,5 +1,9 @@
 #include "Shell/LaunchRole.h"
 
+#include "History/HistoryCommand.h"
+#include "Settings/SettingsCommand.h"
+#include "Settings/VocabularyCommand.h"
+
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -31,10 +35,13 @@ void addForms(CLI::App& command, TranscriptForm& form, const std::vector<std::st
       {"srt", {TranscriptForm::srt, "Subtitles (SubRip)"}},
       {"vtt", {TranscriptForm::vtt, "Subtitles (WebVTT)"}},
   };
+  std::vector<CLI::Option*> flags;
   for (const auto& name : names) {
     const auto& [value, help] = forms.at(name);
-    command.add_flag_callback(
+    auto* const flag = command.add_flag_callback(
         "--" + name, [&form, value = value] { form = value; }, help);
+    for (auto* const other : flags) flag->excludes(other);
+    flags.push_back(flag);
   }
 }
 
@@ -102,12 +109,17 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
       {KeptDataRole::Data::vocabulary,
        app.add_subcommand("vocabulary", "Your own words: list, add, remove, import, export, retry")},
   };
-  for (const auto& [data, command] : keptData) command->prefix_command();
+  for (const auto& [data, command] : keptData) {
+    command->prefix_command();
+    command->footer(
+        std::string(data == KeptDataRole::Data::history ? HistoryCommand::usage : VocabularyCommand::usage));
+  }
   for (const auto& row : intelCommandActions) {
     app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
   }
   auto* settingsCommand = app.get_subcommand(std::string(actionName(IntelCommand::openSettings)));
   settingsCommand->prefix_command();
+  settingsCommand->footer(std::string(SettingsCommand::usage));
   settingsCommand->description(settingsCommand->get_description() +
                                "; or on the file: list, get NAME, set NAME VALUE, reset NAME");
 
