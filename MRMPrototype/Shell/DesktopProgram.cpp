@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 #include "Platform/Qt/QtExecutor.h"
@@ -14,7 +15,6 @@
 #include <cstdio>
 #include <optional>
 
-#include <fmt/core.h>
 #include <sys/signalfd.h>
 
 namespace murmel {
@@ -71,7 +71,7 @@ class SelfTestFolders {
 };
 
 int complain(const std::string& sentence) {
-  fmt::print(stderr, "murmel: {}\n", sentence);
+  print(stderr, "murmel: {}\n", sentence);
   return 1;
 }
 

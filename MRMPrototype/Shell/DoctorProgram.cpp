@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "Interface/PlatformWords.h"
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
@@ -25,8 +26,6 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-
-#include <fmt/core.h>
 
 namespace murmel {
 
@@ -66,7 +65,7 @@ void printJson(const std::vector<CheckReport>& reports, bool works) {
     });
   }
   const QJsonObject object{{QStringLiteral("works"), works}, {QStringLiteral("checks"), checks}};
-  fmt::print("{}\n", QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString());
+  print(stdout, "{}\n", QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString());
 }
 
 /// The same messages that the desktop application would get, without being it.
@@ -156,9 +155,9 @@ int runDoctor(Arguments arguments, const Installation& installation, const Docto
     printJson(reports, works);
   } else {
     for (const auto& report : reports) {
-      fmt::print("{:8}{}: {}\n", checkStateName(report.state), report.name,
-                 inPlatformWords(report.sentence).toStdString());
-      for (const auto& line : report.details) fmt::print("        {}\n", line);
+      print(stdout, "{:8}{}: {}\n", checkStateName(report.state), report.name,
+            inPlatformWords(report.sentence).toStdString());
+      for (const auto& line : report.details) print(stdout, "        {}\n", line);
     }
   }
   return works ? 0 : 1;

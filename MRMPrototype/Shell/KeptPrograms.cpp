@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "History/HistoryCommand.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
@@ -13,18 +14,16 @@
 #include <iostream>
 #include <optional>
 
-#include <fmt/core.h>
-
 namespace murmel {
 
 namespace {
 
 CommandStreams standardStreams() {
   return {
-      .print = [](std::string_view text) { fmt::print("{}", text); },
+      .print = [](std::string_view text) { print(stdout, "{}", text); },
       .complain =
           [](std::string_view text) {
-            fmt::print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
+            print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
           },
       .input = std::cin,
   };
@@ -62,11 +61,7 @@ int runKeptData(Arguments arguments, const Installation& installation, const Kep
   const auto run = role.data == KeptDataRole::Data::history      ? &runHistory
                    : role.data == KeptDataRole::Data::vocabulary ? &runVocabulary
                                                                  : &runSettings;
-  const int status = run(arguments, installation, role);
-  // What did not get out was not shown.
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-  fmt::print(stderr, "murmel: The output could not be written.\n");
-  return commandFailed;
+  return run(arguments, installation, role);
 }
 
 }  // namespace murmel

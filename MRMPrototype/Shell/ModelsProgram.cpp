@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "Foundation/UniqueDescriptor.h"
 #include "Models/ModelDownloadProbe.h"
 #include "Models/ModelsCommand.h"
@@ -14,7 +15,6 @@
 #include <memory>
 #include <optional>
 
-#include <fmt/core.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -53,7 +53,7 @@ int runModels(Arguments arguments, const Installation& installation, const Model
     client.emplace(executor, launcher, *std::move(configuration));
   }
   const auto print = [](std::string_view text) {
-    fmt::print("{}", text);
+    murmel::print(stdout, "{}", text);
     std::fflush(stdout);
   };
   ModelsCommand command(
@@ -75,7 +75,7 @@ int runModelDownloadProbe(Arguments arguments, const Installation& installation)
   const QCoreApplication application(arguments.count, arguments.values);
   auto configuration = downloaderConfiguration(installation);
   if (!configuration) {
-    fmt::print(stderr, "murmel: This build names no model downloader.\n");
+    print(stderr, "murmel: This build names no model downloader.\n");
     return ModelDownloadProbe::failed;
   }
   QtExecutor executor;
@@ -83,7 +83,7 @@ int runModelDownloadProbe(Arguments arguments, const Installation& installation)
   ModelDownloadProbe probe(executor, launcher, *std::move(configuration), installation.folders.temporary);
   executor.post([&] {
     probe.run([](ModelDownloadProbe::Status status, const std::string& line) {
-      fmt::print(stderr, "murmel: {}\n", line);
+      print(stderr, "murmel: {}\n", line);
       QCoreApplication::exit(status);
     });
   });

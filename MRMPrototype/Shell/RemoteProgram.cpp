@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "Interface/PlatformWords.h"
 #include "Shell/Programs.h"
 #include "Shell/RunningInstance.h"
@@ -14,7 +15,7 @@ namespace murmel {
 namespace {
 
 int complain(int status, const std::string& sentence) {
-  fmt::print(stderr, "murmel: {}\n", inPlatformWords(sentence).toStdString());
+  print(stderr, "murmel: {}\n", inPlatformWords(sentence).toStdString());
   return status;
 }
 
@@ -70,10 +71,10 @@ int runStatus(Arguments arguments, const Installation& installation, const Statu
   const auto status = remoteStatus(installation.identifier);
   if (!status) {
     const bool isRunning = InstanceLock::isHeldByEdition(installation);
-    if (role.json && !isRunning) fmt::print("{{\"running\":false}}\n");
+    if (role.json && !isRunning) print(stdout, "{{\"running\":false}}\n");
     return complain(status.error(), installation);
   }
-  fmt::print("{}\n", role.json ? inJson(*status) : inWords(*status));
+  print(stdout, "{}\n", role.json ? inJson(*status) : inWords(*status));
   return commandStatus::done;
 }
 

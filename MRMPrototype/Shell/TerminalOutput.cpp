@@ -1,10 +1,11 @@
 #include "Shell/TerminalOutput.h"
 
+#include "Foundation/Print.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
 
-#include <fmt/core.h>
 #include <unistd.h>
 
 namespace murmel {
@@ -25,19 +26,19 @@ void TerminalOutput::write(std::string_view text) {
 
 void TerminalOutput::complain(const std::string& sentence) {
   clearProgress();
-  fmt::print(stderr, "murmel: {}\n", sentence);
+  print(stderr, "murmel: {}\n", sentence);
 }
 
 void TerminalOutput::progress(const std::string& line) {
   if (::isatty(STDERR_FILENO) == 0) return;
-  fmt::print(stderr, "\r\033[K{}", line);
+  print(stderr, "\r\033[K{}", line);
   std::fflush(stderr);
   showsProgress_ = true;
 }
 
 void TerminalOutput::clearProgress() {
   if (!showsProgress_) return;
-  fmt::print(stderr, "\r\033[K");
+  print(stderr, "\r\033[K");
   std::fflush(stderr);
   showsProgress_ = false;
 }

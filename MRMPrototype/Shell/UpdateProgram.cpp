@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Qt/QtExecutor.h"
@@ -21,7 +22,7 @@ namespace {
 using Phase = UpdateStatus::Phase;
 
 void complain(const std::string& sentence) {
-  fmt::print(stderr, "murmel: {}\n", sentence);
+  print(stderr, "murmel: {}\n", sentence);
 }
 
 /// One run of the command: looks, and goes on to install when that is what was asked for.
@@ -50,7 +51,7 @@ class UpdateCommand {
       case Phase::downloading:
         return showProgress(status.progress);
       case Phase::installing:
-        fmt::print("{}Installing ...\n", ::isatty(STDOUT_FILENO) != 0 ? "\n" : "");
+        print(stdout, "{}Installing ...\n", ::isatty(STDOUT_FILENO) != 0 ? "\n" : "");
         std::fflush(stdout);
         return;
       case Phase::installed:
@@ -66,9 +67,9 @@ class UpdateCommand {
   void available(const UpdateRelease& release) {
     if (asked_) return;
     asked_ = true;
-    fmt::print("Version {} (build {}) is available, {:.0f} MB.\n", release.version, release.build,
-               static_cast<double>(release.size) / 1e6);
-    if (!release.notes.empty()) fmt::print("\n{}\n\n", release.notes);
+    print(stdout, "Version {} (build {}) is available, {:.0f} MB.\n", release.version, release.build,
+          static_cast<double>(release.size) / 1e6);
+    if (!release.notes.empty()) print(stdout, "\n{}\n\n", release.notes);
     if (updater_.road() == UpdateRoad::systemPackage) {
       const auto command = packageUpdateCommand(installation_.identifier);
       if (!installs_) return end(0, "Install it with: " + command);
@@ -82,13 +83,13 @@ class UpdateCommand {
   void showProgress(const UpdateProgress& progress) {
     if (!progress.trouble.empty()) complain(progress.trouble);
     if (::isatty(STDOUT_FILENO) == 0 || !progress.total) return;
-    fmt::print("\r{:3.0f} %",
-               100.0 * static_cast<double>(progress.received) / static_cast<double>(*progress.total));
+    print(stdout, "\r{:3.0f} %",
+          100.0 * static_cast<double>(progress.received) / static_cast<double>(*progress.total));
     std::fflush(stdout);
   }
 
   void end(int status, const std::string& sentence) {
-    fmt::print("{}\n", sentence);
+    print(stdout, "{}\n", sentence);
     QCoreApplication::exit(status);
   }
 

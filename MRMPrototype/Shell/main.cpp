@@ -1,3 +1,4 @@
+#include "Foundation/Print.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 #include "Shell/Installation.h"
 #include "Shell/LaunchRole.h"
@@ -8,9 +9,10 @@
 #include <string>
 #include <vector>
 
-#include <fmt/core.h>
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -24,6 +26,23 @@ void keepMemoryPrivate() {
   limit.rlim_cur = 0;  // the hard limit stays: workers set one of their own
   ::setrlimit(RLIMIT_CORE, &limit);
   ::prctl(PR_SET_DUMPABLE, 0);
+}
+
+/// A standard stream that was closed would get the number of the next file or socket, and what is printed
+/// would go there. These refuse what is read or written, as a closed one does.
+void fillStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+    (void)::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);  // the lowest number is free
+  }
+}
+
+/// What did not get out was not shown.
+int withOutputWritten(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  if (status != 0) return status;
+  print(stderr, "murmel: The output could not be written.\n");
+  return 1;
 }
 
 struct Run {
@@ -50,6 +69,7 @@ struct Run {
 }  // namespace
 
 int main(int argumentCount, char** argumentValues) {
+  fillStandardDescriptors();
   keepMemoryPrivate();
   // A worker or reader that goes away shows as an error of the write, not as the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
@@ -58,14 +78,14 @@ int main(int argumentCount, char** argumentValues) {
                                versionLine(build));
   // Help, the version and what was mistyped need neither a home folder nor an installation.
   if (const auto* message = std::get_if<MessageRole>(&role)) {
-    fmt::print(message->exitStatus == 0 ? stdout : stderr, "{}", message->text);
-    return message->exitStatus;
+    print(message->exitStatus == 0 ? stdout : stderr, "{}", message->text);
+    return withOutputWritten(message->exitStatus);
   }
   avoidHangingBuses();
   const auto installation = Installation::read(Environment::ofThisProcess());
   if (!installation) {
-    fmt::print(stderr, "murmel: {}\n", installation.error());
+    print(stderr, "murmel: {}\n", installation.error());
     return 1;
   }
-  return std::visit(Run{{argumentCount, argumentValues}, *installation}, role);
+  return withOutputWritten(std::visit(Run{{argumentCount, argumentValues}, *installation}, role));
 }

@@ -1,9 +1,10 @@
 #include "Platform/Linux/Journal/JournalLogSink.h"
 
+#include "Foundation/Print.h"
+
 #include <cstdio>
 #include <utility>
 
-#include <fmt/core.h>
 #include <syslog.h>
 
 // The source location of this adapter says nothing about where a line comes from.
@@ -44,7 +45,7 @@ void JournalLogSink::write(LogLevel level, std::string_view subsystem, std::stri
                     "MURMEL_SUBSYSTEM=%.*s", size(subsystem), subsystem.data(), "MURMEL_CATEGORY=%.*s",
                     size(category), category.data(), "SYSLOG_IDENTIFIER=murmel", nullptr);
   } else if (fallback_ == Fallback::standardError && level >= LogLevel::notice) {
-    fmt::print(stderr, "{} [{}] {}\n", subsystem, category, line);
+    print(stderr, "{} [{}] {}\n", subsystem, category, line);
   }
 }
 
