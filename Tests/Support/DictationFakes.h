@@ -15,12 +15,7 @@
 #include "Settings/DictationSettings.h"
 #include "Support/MemoryLogSink.h"
 #include "Support/Suspension.h"
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 /// Strict fakes of the coordinator's neighbours: they answer as the test says, and fail the test when they
 /// are used in an order that their contract forbids.

@@ -2,13 +2,7 @@
 
 #include "Foundation/Async/Timers.h"
 #include "Recognition/TranscriptionProvider.h"
-
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 

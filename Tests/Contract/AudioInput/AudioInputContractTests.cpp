@@ -7,18 +7,8 @@
 #include "Support/FileAudioInput.h"
 #include "Support/Listening.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "Support/WaveBytes.h"
-
-#include <chrono>
-#include <functional>
-#include <optional>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
-using ::testing::Each;
 
 namespace {
 

@@ -6,18 +6,11 @@
 #include "Support/Awaiting.h"
 #include "Support/Listening.h"
 #include "Support/Pulse.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <mutex>
 #include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -7,16 +7,9 @@
 #include "Support/Awaiting.h"
 #include "Support/Listening.h"
 #include "Support/Pulse.h"
+#include "Support/Testing.h"
 
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

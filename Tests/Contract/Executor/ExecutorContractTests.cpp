@@ -4,20 +4,13 @@
 #include "Foundation/UniqueDescriptor.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Support/Testing.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <array>
-#include <optional>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

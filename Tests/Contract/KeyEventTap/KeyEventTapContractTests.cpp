@@ -3,15 +3,8 @@
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
+#include "Support/Testing.h"
 #include "Support/XTestKeyboard.h"
-
-#include <memory>
-#include <set>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,7 +1,6 @@
 #include "Foundation/Async/Scope.h"
 #include "KeyboardDesk.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

@@ -1,12 +1,9 @@
 #include "KeyboardDesk.h"
 #include "Platform/Linux/X11/X11SecureInput.h"
+#include "Support/Testing.h"
 
-#include <array>
-#include <cstdlib>
 #include <stop_token>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

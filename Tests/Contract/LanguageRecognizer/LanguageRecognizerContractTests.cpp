@@ -1,14 +1,8 @@
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <string_view>
 #include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

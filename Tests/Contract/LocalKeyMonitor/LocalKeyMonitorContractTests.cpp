@@ -1,6 +1,7 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/KeyModifiers.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
+#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 #include "Support/XTestKeyboard.h"
@@ -8,15 +9,6 @@
 #include <QAction>
 #include <QLineEdit>
 #include <QVBoxLayout>
-#include <cstdlib>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

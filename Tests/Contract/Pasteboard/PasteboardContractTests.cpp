@@ -1,6 +1,5 @@
 #include "PasteboardDesk.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

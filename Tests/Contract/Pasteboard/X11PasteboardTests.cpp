@@ -4,17 +4,13 @@
 #include "Platform/Linux/Clipboard/ClipboardKeeperProcess.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <future>
 #include <thread>
 
-#include <gtest/gtest.h>
-
 namespace murmel::test {
 
-using namespace std::chrono_literals;
 using namespace std::string_literals;
 
 namespace {

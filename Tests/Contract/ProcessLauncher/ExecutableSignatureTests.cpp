@@ -1,15 +1,9 @@
 #include "Platform/Linux/Process/SignedExecutableManifest.h"
 #include "Product/ExecutableRuntimePolicy.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <fstream>
-#include <functional>
 #include <iterator>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

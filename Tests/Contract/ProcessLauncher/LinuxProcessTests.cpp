@@ -2,22 +2,15 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <csignal>
-#include <fstream>
-#include <functional>
 #include <thread>
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-using namespace murmel;
-using namespace std::chrono_literals;
-using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 
 namespace {

@@ -2,13 +2,9 @@
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/ProcessTraces.h"
+#include "Support/Testing.h"
 
 #include <thread>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

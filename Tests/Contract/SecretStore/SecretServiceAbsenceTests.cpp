@@ -1,18 +1,13 @@
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Support/FileBytes.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <array>
 #include <csignal>
-#include <cstdlib>
-#include <string>
 
-#include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-using namespace murmel;
 
 // A process of its own: the library keeps to the first session bus that it has found.
 

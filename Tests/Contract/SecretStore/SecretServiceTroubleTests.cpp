@@ -1,13 +1,8 @@
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Support/KeyringControl.h"
+#include "Support/Testing.h"
 
-#include <chrono>
 #include <thread>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 // What only the real service can do: freeze, and come back.
 

@@ -1,13 +1,7 @@
 #include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Support/KeyringControl.h"
-
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include "Platform/Linux/X11/X11ScreenLock.h"
 #include "Platform/Qt/DesktopSessionGuard.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Support/Testing.h"
 #include "Support/X11/ApplicationProcess.h"
 
 #include <QCoreApplication>
@@ -15,10 +16,8 @@
 #include <QDBusVirtualObject>
 #include <QDeadlineTimer>
 #include <QVariantMap>
-#include <cstdlib>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

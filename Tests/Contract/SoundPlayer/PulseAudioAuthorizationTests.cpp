@@ -1,11 +1,10 @@
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Support/Awaiting.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-using namespace murmel;
 using enum MicrophonePermissionPhase;
 
 namespace {

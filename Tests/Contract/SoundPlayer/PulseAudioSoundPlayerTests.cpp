@@ -7,14 +7,10 @@
 #include "Platform/Linux/PulseAudio/SystemSoundWave.h"
 #include "Support/Awaiting.h"
 #include "Support/Listening.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cmath>
 #include <ranges>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

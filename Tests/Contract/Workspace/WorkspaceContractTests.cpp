@@ -1,7 +1,6 @@
+#include "Support/Testing.h"
 #include "Support/Wayland/WaylandTargetDesk.h"
 #include "Support/X11/DesktopOfTargets.h"
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

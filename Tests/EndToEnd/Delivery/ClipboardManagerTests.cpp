@@ -1,19 +1,12 @@
 // Clipboard managers write everything that is copied to disk. None of the words may be among it.
 
 #include "DeliveryDesk.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 
-#include <gtest/gtest.h>
-
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -2,16 +2,11 @@
 
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 TEST(DeliveryBesideABusyOwner, WhatItDeliversLateComesBack) {
   DeliveryDesk desk;

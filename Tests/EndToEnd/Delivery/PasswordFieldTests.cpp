@@ -3,11 +3,7 @@
 
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
-
-#include <cstdlib>
-#include <fstream>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

@@ -2,20 +2,9 @@
 
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
 #include <iterator>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

@@ -1,15 +1,9 @@
 #include "DeliveryDesk.h"
+#include "Support/Testing.h"
 
-#include <array>
-#include <cstdlib>
-#include <filesystem>
 #include <iterator>
 
-#include <gtest/gtest.h>
-
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 const std::string spoken = "Grüße aus dem Diktat";
 

@@ -6,16 +6,7 @@
 #include "Support/FileBytes.h"
 #include "Support/Pulse.h"
 #include "Support/TemporaryFolder.h"
-
-#include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

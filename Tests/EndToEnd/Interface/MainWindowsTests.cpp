@@ -1,15 +1,9 @@
 #include "Interface/QtAlertPresenter.h"
+#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 
 #include <QMessageBox>
 #include <QPushButton>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

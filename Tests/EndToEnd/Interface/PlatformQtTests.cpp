@@ -1,6 +1,7 @@
 #include "Platform/Qt/LogindSleepMonitor.h"
 #include "Platform/Qt/PortalAppearance.h"
 #include "Platform/Qt/TaskBarPresence.h"
+#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 
@@ -9,13 +10,6 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QWidget>
-#include <algorithm>
-#include <map>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

@@ -2,6 +2,7 @@
 #include "Interface/Pill/PillPlace.h"
 #include "Interface/Pill/RecordingPill.h"
 #include "Platform/Qt/QtCompositor.h"
+#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 
@@ -10,16 +11,8 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include <gtest/gtest.h>
 #include <xcb/xtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include "Interface/Settings/SettingsWindow.h"
 #include "Settings/SettingsKeys.h"
 #include "Shortcut/ShortcutConflicts.h"
+#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 
 #include <QApplication>
@@ -13,11 +14,6 @@
 #include <QPointer>
 #include <QTest>
 #include <QWheelEvent>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

@@ -2,18 +2,9 @@
 #include "Interface/Notices/NoticeChannel.h"
 #include "Platform/Qt/TrayWatch.h"
 #include "Support/BuildPaths.h"
+#include "Support/Testing.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/WindowTests.h"
-
-#include <array>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using murmel::test::waitUntil;
 
 namespace {
 

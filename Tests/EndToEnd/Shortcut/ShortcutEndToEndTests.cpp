@@ -6,24 +6,13 @@
 #include "Shortcut/HotkeyService.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Support/ForeignProcess.h"
+#include "Support/Testing.h"
 #include "Support/XTestKeyboard.h"
 
-#include <cstdlib>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 #define explicit explicit_  // a field of the header
 #include <xcb/xkb.h>
 #undef explicit
 
-using namespace murmel;
-using namespace std::chrono_literals;
-using test::ForeignProcess;
-using test::XTestKeyboard;
 using Kind = ShortcutConfiguration::Kind;
 
 namespace {

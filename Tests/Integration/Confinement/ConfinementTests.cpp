@@ -4,21 +4,14 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
 #include "Support/TemporaryFolder.h"
-
-#include <algorithm>
-#include <fstream>
+#include "Support/Testing.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/msg.h>
 #include <sys/shm.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
-using namespace murmel;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using Network = ProcessSandbox::Network;
 

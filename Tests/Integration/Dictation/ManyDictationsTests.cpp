@@ -4,13 +4,11 @@
 #include "Support/FileBytes.h"
 #include "Support/ProcessTraces.h"
 #include "Support/RoomyLauncher.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <fstream>
 #include <iostream>
 
-#include <gtest/gtest.h>
 #include <malloc.h>
 
 namespace murmel::test {

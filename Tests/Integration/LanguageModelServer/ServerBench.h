@@ -10,19 +10,7 @@
 #include "Support/Refining.h"
 #include "Support/RoomyLauncher.h"
 #include "Support/TemporaryFolder.h"
-
-#include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 

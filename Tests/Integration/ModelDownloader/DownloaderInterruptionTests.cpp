@@ -1,10 +1,9 @@
 #include "Integration/ModelDownloader/ModelHost.h"
 #include "Integration/ModelDownloader/RunningDownloader.h"
+#include "Support/Testing.h"
 
 #include <random>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 namespace {

@@ -1,11 +1,8 @@
 #include "Integration/ModelDownloader/ModelHost.h"
 #include "Integration/ModelDownloader/RunningDownloader.h"
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
+#include "Support/Testing.h"
 
-#include <fstream>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -13,8 +10,6 @@ namespace murmel::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 /// The host is started once: making its certificate takes longer than a download.
 class Downloader : public testing::Test {
@@ -331,8 +326,7 @@ TEST_F(Downloader, AFullDiskIsSaidAndBreaksNothing) {
   ASSERT_EQ(::prlimit(downloader.process().identifier(), RLIMIT_FSIZE, &limit, nullptr), 0);
   downloader.download({"large", "small"});
   const auto events = downloader.untilIdle();
-  ASSERT_THAT(summary(events),
-              testing::UnorderedElementsAre("failed large disk_full", "installed small", "idle"));
+  ASSERT_THAT(summary(events), UnorderedElementsAre("failed large disk_full", "installed small", "idle"));
   EXPECT_FALSE(fs::exists(store() / large.place()));
   const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
   ASSERT_EQ(::prlimit(downloader.process().identifier(), RLIMIT_FSIZE, &unlimited, nullptr), 0);

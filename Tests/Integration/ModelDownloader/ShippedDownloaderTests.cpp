@@ -4,19 +4,16 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-#include <fstream>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace murmel::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
 
 /// The child of this process with that name (of at most 15 bytes, as the kernel keeps it); 0 when there is
 /// none.

@@ -5,20 +5,12 @@
 #include "Support/Awaiting.h"
 #include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <atomic>
-#include <filesystem>
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using namespace murmel;
-using namespace std::chrono_literals;
 using Json = nlohmann::json;
 
 namespace {

@@ -9,19 +9,10 @@
 #include "Support/ProcessTraces.h"
 #include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "WorkerProcess/WorkerChannel.h"
 
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,14 +1,8 @@
 #include "NaturalSpeech.h"
 #include "Segmentation/SegmentCutter.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <limits>
-#include <map>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

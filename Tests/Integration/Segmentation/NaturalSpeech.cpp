@@ -1,19 +1,13 @@
 #include "NaturalSpeech.h"
 
-#include <algorithm>
-#include <array>
+#include "Support/Testing.h"
+
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <map>
 #include <random>
 #include <sstream>
-
-#include <gtest/gtest.h>
 
 namespace murmel {
 

@@ -10,13 +10,11 @@
 #include "Support/Awaiting.h"
 #include "Support/BuildPaths.h"
 #include "Support/SessionBench.h"
+#include "Support/Testing.h"
 
 #include <atomic>
 #include <csignal>
-#include <memory>
 #include <stdexcept>
-
-#include <gtest/gtest.h>
 
 namespace murmel {
 

@@ -5,22 +5,15 @@
 #include "Storage/SecureLocalFile.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-#include <functional>
-#include <memory>
-#include <string>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace murmel;
 using ::testing::AnyOf;
-using ::testing::ElementsAre;
 using ::testing::Eq;
-using ::testing::IsEmpty;
 
 namespace {
 

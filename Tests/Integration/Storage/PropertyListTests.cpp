@@ -1,15 +1,9 @@
 #include "Platform/Linux/PropertyList/LibplistReader.h"
 #include "Support/FileBytes.h"
+#include "Support/Testing.h"
 
-#include <cstdlib>
-#include <string>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <plist/plist.h>
 
-using namespace murmel;
-using ::testing::ElementsAre;
 using ::testing::Pair;
 
 namespace {

@@ -2,21 +2,15 @@
 #include "Support/FileBytes.h"
 #include "Support/ProcessMemory.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <array>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -4,17 +4,11 @@
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace murmel;
 using ::testing::AnyOf;
 
 namespace {

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Support/Testing.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <functional>
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

@@ -4,18 +4,10 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/Awaiting.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <chrono>
 #include <cmath>
 #include <limits>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 

@@ -1,16 +1,11 @@
 #include "Audio/AudioCaptureService.h"
+#include "Support/Testing.h"
 
 #include <cmath>
 #include <limits>
 #include <numeric>
 #include <stdexcept>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using ::testing::Each;
-using ::testing::ElementsAre;
 using ::testing::Truly;
 
 namespace {

@@ -1,12 +1,9 @@
 // An executable of its own, because it replaces the allocator to count.
 
 #include "Audio/AudioTap.h"
+#include "Support/Testing.h"
 
-#include <cstdlib>
 #include <new>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -28,8 +25,6 @@ std::size_t allocations = 0;
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
-
-using namespace murmel;
 
 TEST(AudioTap, TheAudioThreadDoesNotAllocate) {
   for (const double rate : {8'000.0, 44'100.0, 48'000.0}) {

@@ -1,12 +1,5 @@
 #include "Audio/CaptureHealth.h"
-
-#include <functional>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -2,15 +2,7 @@
 #include "Foundation/Text/Text.h"
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 #include "Support/BuildPaths.h"
-
-#include <fstream>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(FillerLanguages, SentencesInOtherLanguagesKeepTheirWords) {
   const CLD2LanguageRecognizer recognizer;

@@ -1,15 +1,7 @@
 #include "CleanUp/FillerCleanUp.h"
 #include "CleanUp/FillerWordRemoval.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
-
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(FillerWordRemoval, RemovesFillersAndTidiesUp) {
   struct Row {

@@ -1,16 +1,9 @@
 #include "CleanUp/PersonalVocabulary.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
+#include "Support/Testing.h"
 
 #include <random>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

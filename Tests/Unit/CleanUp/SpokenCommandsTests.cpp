@@ -1,13 +1,6 @@
 #include "CleanUp/SpokenCommands.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
-
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(SpokenCommands, WriteWhatTheyName) {
   struct Row {

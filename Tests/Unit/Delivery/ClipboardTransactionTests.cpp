@@ -1,12 +1,9 @@
 #include "Delivery/ClipboardTransaction.h"
 #include "Delivery/PrivateTranscript.h"
 #include "DeliveryHarness.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,10 +1,7 @@
 #include "DeliveryHarness.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "Delivery/PasteChordTable.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

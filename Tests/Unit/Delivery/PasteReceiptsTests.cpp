@@ -1,12 +1,8 @@
 #include "Delivery/PasteReceipts.h"
-
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 
-using namespace std::chrono_literals;
 using Step = PasteReceipts::Step;
 
 TEST(PasteReceipts, DecidesByTheReads) {

@@ -1,11 +1,8 @@
 #include "Delivery/InsertionFocusPolicy.h"
 #include "DeliveryHarness.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
-
-using namespace std::chrono_literals;
 
 const std::string spoken = "dictated words";
 

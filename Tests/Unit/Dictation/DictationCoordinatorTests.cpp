@@ -1,16 +1,9 @@
 #include "DictationHarness.h"
+#include "Support/Testing.h"
 
 #include <limits>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace murmel::test;
-using namespace std::chrono_literals;
 using Case = DictationState::Case;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 
@@ -127,9 +120,9 @@ TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
     coordinator->toggle();
     executor.runUntilIdle();
   }
-  EXPECT_THAT(log.lines.back(), ::testing::HasSubstr("dictation-summary: dictation_stop duration_seconds="));
-  EXPECT_THAT(log.lines, ::testing::Contains(
-                             "incremental-stages: session_started target_seconds=inf live_callback=false"));
+  EXPECT_THAT(log.lines.back(), HasSubstr("dictation-summary: dictation_stop duration_seconds="));
+  EXPECT_THAT(log.lines,
+              Contains("incremental-stages: session_started target_seconds=inf live_callback=false"));
 }
 
 TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
@@ -304,7 +297,7 @@ TEST_F(DictationCoordinatorTest, ABlockedLiveInsertionCopiesTheRestAndSaysWhy) {
   EXPECT_EQ(title(), "Insertion stopped: you switched applications. Remaining text copied — press ⌘V.");
   ASSERT_EQ(history.entries.size(), 1U);
   EXPECT_EQ(history.entries[0].text.reveal(), "[one] [two] [three]");
-  EXPECT_THAT(log.lines.back(), ::testing::HasSubstr(" live_blocked=app_changed"));
+  EXPECT_THAT(log.lines.back(), HasSubstr(" live_blocked=app_changed"));
 }
 
 TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
@@ -312,8 +305,8 @@ TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
   insertion.block = LiveInsertionBlock::appChanged;
   dictateByToggle();
   EXPECT_THAT(history.entries, IsEmpty());
-  EXPECT_THAT(log.lines.back(), ::testing::Not(::testing::HasSubstr("app_changed"))) << "it was no live one";
-  EXPECT_THAT(log.lines, ::testing::Not(::testing::Contains(::testing::HasSubstr("hello"))));
+  EXPECT_THAT(log.lines.back(), Not(HasSubstr("app_changed"))) << "it was no live one";
+  EXPECT_THAT(log.lines, Not(Contains(HasSubstr("hello"))));
 
   settings.history = true;
   settings.retention = HistoryRetention::oneWeek;

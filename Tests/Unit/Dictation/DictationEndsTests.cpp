@@ -3,18 +3,11 @@
 
 #include "Dictation/ApplicationLifecycle.h"
 #include "DictationHarness.h"
+#include "Support/Testing.h"
 
 #include <cmath>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace murmel::test;
-using namespace std::chrono_literals;
 using Case = DictationState::Case;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 

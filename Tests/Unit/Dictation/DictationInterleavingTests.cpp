@@ -1,12 +1,7 @@
 #include "DictationHarness.h"
+#include "Support/Testing.h"
 
 #include <random>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace murmel::test;
-using namespace std::chrono_literals;
 
 namespace {
 

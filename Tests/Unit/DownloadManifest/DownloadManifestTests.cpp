@@ -1,7 +1,6 @@
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 namespace {

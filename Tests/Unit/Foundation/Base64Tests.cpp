@@ -1,11 +1,7 @@
 #include "Foundation/Crypto/Base64.h"
+#include "Support/Testing.h"
 
 #include <numeric>
-#include <string_view>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

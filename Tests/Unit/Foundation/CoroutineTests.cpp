@@ -1,18 +1,10 @@
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Task.h"
+#include "Support/Testing.h"
 
-#include <memory>
-#include <optional>
 #include <stdexcept>
-#include <string>
-#include <utility>
 #include <variant>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "Foundation/Crypto/Ed25519.h"
+#include "Support/Testing.h"
 
 #include <charconv>
-#include <string_view>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,19 +1,11 @@
 #include "Foundation/Crypto/SecretBytes.h"
 #include "Foundation/Log.h"
 #include "Foundation/SpokenText.h"
+#include "Support/Testing.h"
 
-#include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <ostream>
-#include <string>
-#include <string_view>
 #include <type_traits>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

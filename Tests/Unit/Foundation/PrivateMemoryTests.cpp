@@ -1,16 +1,9 @@
 #include "Foundation/SpokenText.h"
+#include "Support/Testing.h"
 
-#include <array>
-#include <fstream>
-#include <memory>
-#include <string>
-
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,9 +1,5 @@
 #include "Foundation/Text/RegularExpression.h"
-
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 using namespace murmel::text;
 

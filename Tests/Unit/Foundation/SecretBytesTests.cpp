@@ -1,12 +1,8 @@
 #include "Foundation/Crypto/SecretBytes.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
-#include <fstream>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -1,14 +1,6 @@
 #include "Foundation/Async/Signal.h"
 #include "Foundation/Registration.h"
-
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(Registration, WithdrawsExactlyOnce) {
   int withdrawn = 0;

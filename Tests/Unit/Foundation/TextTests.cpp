@@ -1,13 +1,7 @@
 #include "Foundation/Text/Text.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <string_view>
 #include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

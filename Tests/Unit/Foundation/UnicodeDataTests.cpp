@@ -2,18 +2,9 @@
 // unicode-data): the short cuts for common text must agree with the full rules for every scalar.
 
 #include "Foundation/Text/Text.h"
+#include "Support/Testing.h"
 
-#include <cstdint>
-#include <fstream>
-#include <functional>
-#include <map>
 #include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -2,19 +2,9 @@
 #include "Foundation/Crypto/SecretBytes.h"
 #include "Foundation/RawValue.h"
 #include "Foundation/Uuid.h"
+#include "Support/Testing.h"
 
-#include <cstdint>
-#include <optional>
-#include <set>
 #include <span>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -6,19 +6,9 @@
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <cerrno>
-#include <chrono>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 

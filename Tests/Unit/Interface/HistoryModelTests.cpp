@@ -1,8 +1,5 @@
 #include "Interface/History/HistoryModel.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -3,15 +3,7 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Shortcut/ShortcutHelp.h"
-
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -1,10 +1,5 @@
 #include "Interface/Settings/VocabularyLines.h"
-
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

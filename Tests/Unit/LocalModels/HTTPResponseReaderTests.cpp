@@ -1,11 +1,5 @@
 #include "LocalModels/HTTPResponseReader.h"
-
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -1,18 +1,11 @@
 #include "LocalModels/LocalUnixHTTP.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <array>
-#include <chrono>
-#include <functional>
-#include <string>
 #include <thread>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,13 +1,10 @@
 #include "LocalModels/QwenChat.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
 #include "LocalModels/QwenServerRun.h"
+#include "Support/Testing.h"
 
-#include <string>
-
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using namespace murmel;
 using Json = nlohmann::json;
 
 TEST(QwenChat, AsksAsTheModelWasTriedOut) {

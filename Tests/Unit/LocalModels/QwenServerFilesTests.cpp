@@ -2,17 +2,14 @@
 #include "LocalModels/QwenAPIKeyFile.h"
 #include "LocalModels/QwenServerPlace.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-#include <fstream>
 #include <iterator>
-#include <string>
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-using namespace murmel;
 namespace fs = std::filesystem;
 
 namespace {

@@ -2,10 +2,7 @@
 #include "LocalModels/QwenServerRun.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(QwenServerRun, EndsAProcessThatRunsAnotherFileThanTheOneThatWasChecked) {
   const TemporaryFolder folder;

@@ -1,11 +1,8 @@
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "Workers/ModelDownloader/DownloadQueue.h"
 
 #include <list>
-#include <map>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace murmel::downloader {
 namespace {
@@ -87,9 +84,6 @@ class Queue : public testing::Test {
   Instant now{};
 };
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
-
 TEST_F(Queue, UsesSixConnectionsAndGivesThemToWhatIsRequired) {
   queue.download({"a", "b", "c", "d", "e", "f", "g"}, Importance::optional);
   queue.advance(now);
@@ -116,11 +110,11 @@ TEST_F(Queue, PausesOptionalTransfersAndStartsNoneWhileSomebodyDictates) {
   EXPECT_THAT(transport.names(), ElementsAre("[a]", "c"));
   // A pause is no silence.
   queue.advance(now += seconds(3600));
-  EXPECT_THAT(transport.names(), testing::Contains("[a]"));
+  EXPECT_THAT(transport.names(), Contains("[a]"));
   queue.setRuntimeActive(false);
   queue.advance(now);
-  EXPECT_THAT(transport.names(), testing::Contains("a"));
-  EXPECT_THAT(transport.names(), testing::Contains("b"));
+  EXPECT_THAT(transport.names(), Contains("a"));
+  EXPECT_THAT(transport.names(), Contains("b"));
 }
 
 TEST_F(Queue, ADownloadThatBecomesRequiredIsNotPausedAnyMore) {

@@ -1,8 +1,6 @@
 #include "Foundation/Text/LineSplitter.h"
+#include "Support/Testing.h"
 #include "Workers/ModelDownloader/TransferMachine.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace murmel::downloader {
 namespace {

@@ -1,15 +1,11 @@
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "Workers/ModelImport/NumberFormats.h"
 #include "Workers/ModelImport/TokenTable.h"
 #include "Workers/ModelImport/WhisperConversion.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
 
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::import;
 
 TEST(ModelImport, TurnsEveryHalfIntoANumberAndBack) {

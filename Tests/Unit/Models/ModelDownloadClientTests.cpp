@@ -3,20 +3,15 @@
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-#include <fstream>
 #include <mutex>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace murmel {
 namespace {
 
 using State = ModelDownloadStatus::State;
-using testing::ElementsAre;
-using testing::HasSubstr;
 constexpr auto required = MRMModelDownloadImportance::required;
 constexpr auto optional = MRMModelDownloadImportance::optional;
 

@@ -2,18 +2,12 @@
 #include "Models/ModelManager.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <fstream>
-#include <functional>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-using namespace murmel;
 
 namespace {
 

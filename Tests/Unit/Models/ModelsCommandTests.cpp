@@ -2,19 +2,15 @@
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-#include <fstream>
 #include <thread>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace murmel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
 constexpr auto mustHave = MRMModelDownloadImportance::required;
 
 class Models : public testing::Test {

@@ -2,10 +2,7 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Refinement/SmartLocalModel.h"
 #include "Support/TemporaryFolder.h"
-
-#include <fstream>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 namespace {

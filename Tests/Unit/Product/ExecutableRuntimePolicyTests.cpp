@@ -1,15 +1,8 @@
 #include "Product/ExecutableRuntimePolicy.h"
+#include "Support/Testing.h"
 
-#include <filesystem>
-#include <fstream>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-using namespace murmel;
 namespace fs = std::filesystem;
 
 namespace {

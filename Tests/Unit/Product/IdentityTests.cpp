@@ -3,19 +3,9 @@
 #include "Product/MRMBuildIdentity.h"
 #include "Support/BuildPaths.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,11 +1,5 @@
 #include "Product/MRMError.h"
-
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(MRMError, SaysWhatTheUserReads) {
   using enum MRMError::Case;

@@ -1,14 +1,6 @@
 #include "Refinement/ConservativeFormattingProjection.h"
 #include "Refinement/FormattingSafetyGate.h"
-
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -3,15 +3,9 @@
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
 #include "Refinement/ConservativeFormattingProjection.h"
+#include "Support/Testing.h"
 
 #include <random>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -5,17 +5,7 @@
 #include "Refinement/BoundedRefinementProvider.h"
 #include "Refinement/RefinementSource.h"
 #include "Support/Refining.h"
-
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -1,13 +1,6 @@
 #include "Foundation/Text/Text.h"
 #include "Refinement/SeamFormatting.h"
-
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(SeamFormatting, JoinsWhatTheSpeakersPauseHasParted) {
   struct Row {

@@ -1,12 +1,6 @@
 #include "Refinement/SmartLocalModel.h"
 #include "Refinement/SmartModelRecommendation.h"
-
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(SmartLocalModel, ReadsTheStoredAndTheFullName) {
   EXPECT_EQ(rawValue(SmartLocalModel::gemma4E2B), "gemma4E2");

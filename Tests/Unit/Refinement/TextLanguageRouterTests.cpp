@@ -1,14 +1,6 @@
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Refinement/TextLanguageRouter.h"
-
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(TextLanguageRouter, RoutesByScriptAndAsksOnlyAboutMixedTexts) {
   struct Row {

@@ -1,14 +1,9 @@
 #include "Foundation/Text/Text.h"
+#include "Support/Testing.h"
 #include "Workers/SageWorker/AnswerDraft.h"
 
-#include <set>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using namespace murmel;
 using namespace murmel::worker;
 
 namespace {

@@ -1,12 +1,7 @@
 #include "Foundation/Text/Text.h"
+#include "Support/Testing.h"
 #include "Workers/SageWorker/ByteLevelBPE.h"
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::worker;
 
 namespace {

@@ -1,19 +1,10 @@
 #include "Platform/Fake/ManualExecutor.h"
+#include "Support/Testing.h"
 #include "Workers/SageWorker/EncoderDecoder.h"
 
-#include <algorithm>
-#include <functional>
-#include <memory>
 #include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::worker;
-using namespace std::chrono_literals;
 
 namespace {
 

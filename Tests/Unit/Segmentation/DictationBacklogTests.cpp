@@ -1,10 +1,5 @@
 #include "Segmentation/DictationBacklog.h"
-
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(DictationBacklog, SwitchesWithHysteresisAndCountsTheSwitches) {
   struct Step {

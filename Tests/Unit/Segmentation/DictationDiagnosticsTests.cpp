@@ -1,8 +1,5 @@
 #include "Segmentation/DictationDiagnostics.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(DictationDiagnostics, EachFigureStandsBehindItsOwnKey) {
   DictationDiagnostics figures;

@@ -2,14 +2,10 @@
 #include "Segmentation/RetryAudio.h"
 #include "Support/SessionBench.h"
 #include "Support/SoundTape.h"
+#include "Support/Testing.h"
 
 #include <cctype>
 #include <limits>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -2,13 +2,7 @@
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Async/Timers.h"
 #include "Platform/Fake/ManualExecutor.h"
-
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
+#include "Support/Testing.h"
 
 namespace {
 

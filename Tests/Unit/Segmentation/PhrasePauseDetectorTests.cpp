@@ -1,13 +1,8 @@
 #include "Segmentation/PhrasePauseDetector.h"
 #include "Support/SoundTape.h"
+#include "Support/Testing.h"
 
 #include <cmath>
-#include <functional>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -2,11 +2,7 @@
 #include "Segmentation/RecognitionRequests.h"
 #include "Support/Awaiting.h"
 #include "Support/ScriptedTranscriptionProvider.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
+#include "Support/Testing.h"
 
 namespace {
 

@@ -1,13 +1,5 @@
 #include "Segmentation/RetryPolicy.h"
-
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
+#include "Support/Testing.h"
 
 namespace {
 

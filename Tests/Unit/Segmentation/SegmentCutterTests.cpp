@@ -1,11 +1,8 @@
 #include "Segmentation/SegmentCutter.h"
 #include "Support/SoundTape.h"
+#include "Support/Testing.h"
 
 #include <limits>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,9 +1,6 @@
 #include "Segmentation/SegmentLevels.h"
 #include "Support/SoundTape.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

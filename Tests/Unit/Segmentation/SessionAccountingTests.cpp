@@ -1,14 +1,10 @@
 #include "Segmentation/RetryAudio.h"
 #include "Support/SessionBench.h"
 #include "Support/SoundTape.h"
+#include "Support/Testing.h"
 
 #include <limits>
-#include <map>
 #include <random>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -3,18 +3,9 @@
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <cerrno>
-#include <string>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-using ::testing::UnorderedElementsAre;
 
 namespace {
 

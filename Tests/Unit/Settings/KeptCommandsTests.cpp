@@ -7,15 +7,9 @@
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <sstream>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 namespace {
 

@@ -8,11 +8,7 @@
 #include "Support/InMemoryDefaultsStore.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
-
-#include <set>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel::test {
 

@@ -2,17 +2,11 @@
 #include "SettingsDesk.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Support/FileBytes.h"
+#include "Support/Testing.h"
 
 #include <cerrno>
-#include <string>
-
-#include <gmock/gmock.h>
 
 namespace murmel::test {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 namespace {
 

@@ -2,10 +2,7 @@
 #include "Settings/SettingsTable.h"
 #include "Settings/SettingsTransfer.h"
 #include "Support/InMemoryDefaultsStore.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

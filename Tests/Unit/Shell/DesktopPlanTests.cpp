@@ -1,11 +1,5 @@
 #include "Platform/DesktopProbe.h"
-
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(DesktopPlan, ServesEachSessionByTheBestRoadThatItHas) {
   const SessionFacts::X11 server{

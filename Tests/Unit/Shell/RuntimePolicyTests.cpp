@@ -1,12 +1,7 @@
 #include "Platform/Linux/Process/SignedExecutableManifest.h"
 #include "Shell/Installation.h"
 #include "Support/TemporaryFolder.h"
-
-#include <fstream>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

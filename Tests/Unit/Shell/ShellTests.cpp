@@ -7,21 +7,9 @@
 #include "Shell/IntelCommandTarget.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/StartReplies.h"
-
-#include <optional>
-#include <set>
-#include <string>
-#include <vector>
+#include "Support/Testing.h"
 
 #include <fmt/core.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 namespace {
 

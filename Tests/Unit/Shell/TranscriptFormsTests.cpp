@@ -1,9 +1,7 @@
 #include "Shell/TranscriptForms.h"
+#include "Support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-using namespace murmel;
 
 namespace {
 

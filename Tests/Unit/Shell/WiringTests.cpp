@@ -21,18 +21,10 @@
 #include "Support/FileBytes.h"
 #include "Support/InMemoryDefaultsStore.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "Unit/Delivery/DeliveryHarness.h"
 
 #include <future>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace murmel::test;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,13 +1,8 @@
 #include "Shell/XdgAutostart.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <fstream>
 #include <iterator>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

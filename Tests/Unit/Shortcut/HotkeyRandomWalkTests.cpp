@@ -1,17 +1,11 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/HotkeyStateMachine.h"
 #include "Shortcut/ShortcutChoice.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cmath>
-#include <map>
 #include <random>
-#include <set>
-#include <vector>
 
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using Kind = ShortcutConfiguration::Kind;
 using Transition = HotkeyStateMachine::Transition;
 

@@ -3,14 +3,7 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/HotkeyService.h"
 #include "Shortcut/ShortcutChoice.h"
-
-#include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
+#include "Support/Testing.h"
 
 namespace {
 

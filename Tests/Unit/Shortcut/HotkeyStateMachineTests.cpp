@@ -1,14 +1,8 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/HotkeyStateMachine.h"
 #include "Shortcut/ShortcutChoice.h"
+#include "Support/Testing.h"
 
-#include <optional>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::keyModifier;
 using Kind = ShortcutConfiguration::Kind;
 using enum HotkeyStateMachine::Transition;

@@ -1,11 +1,7 @@
 #include "Support/BuildPaths.h"
+#include "Support/Testing.h"
 
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <string>
-
-#include <gtest/gtest.h>
 
 // Keys are what a password is made of: the code that sees them has no way to write anything anywhere.
 TEST(KeyPrivacy, CodeThatSeesKeysCannotLogOrPrint) {

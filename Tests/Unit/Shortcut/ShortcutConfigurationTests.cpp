@@ -1,15 +1,10 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Shortcut/ShortcutConfiguration.h"
+#include "Support/Testing.h"
 
 #include <limits>
-#include <set>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using Kind = ShortcutConfiguration::Kind;
 
 TEST(ShortcutConfiguration, TitlesNameModifiersInOneOrderAndThenTheKey) {

@@ -1,13 +1,8 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Shortcut/ShortcutConflicts.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::keyModifier;
 using Kind = ShortcutConfiguration::Kind;
 

@@ -1,13 +1,8 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Shortcut/ShortcutDistributionPolicy.h"
+#include "Support/Testing.h"
 
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using Kind = ShortcutConfiguration::Kind;
 
 namespace {

@@ -1,12 +1,7 @@
 #include "Platform/KeyModifiers.h"
 #include "Shortcut/ShortcutRecorder.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 using namespace murmel::keyModifier;
 using Kind = ShortcutConfiguration::Kind;
 using enum ShortcutRecorder::Outcome;

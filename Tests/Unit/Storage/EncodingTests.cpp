@@ -4,15 +4,10 @@
 #include "Foundation/SpokenText.h"
 #include "History/HistoryCodec.h"
 #include "Support/FileBytes.h"
+#include "Support/Testing.h"
 
 #include <cmath>
 #include <limits>
-#include <string>
-#include <utility>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -7,22 +7,11 @@
 #include "Support/FileBytes.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <fstream>
-#include <optional>
-#include <string>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-using namespace murmel;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-using ::testing::UnorderedElementsAre;
 
 namespace {
 

@@ -6,17 +6,14 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <csignal>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace murmel {
 namespace {
 
 using Phase = UpdateStatus::Phase;
-using testing::ElementsAre;
 
 constexpr auto aDay = std::chrono::hours(24);
 

@@ -1,8 +1,5 @@
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 TEST(UpdateActivityRegister, KeepsDictationsAndInstallationsApart) {
   UpdateActivityRegister gate;

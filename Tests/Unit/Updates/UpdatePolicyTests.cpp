@@ -3,8 +3,7 @@
 #include "MRMUpdatePolicy/UpdateFeed.h"
 #include "MRMUpdatePolicy/UpdateRoad.h"
 #include "MRMUpdatePolicy/UpdateSchedule.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 namespace {

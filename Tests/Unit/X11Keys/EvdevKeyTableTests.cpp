@@ -1,14 +1,7 @@
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
+#include "Support/Testing.h"
 
-#include <map>
-#include <set>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
-
-using namespace murmel;
 
 TEST(EvdevKeyTable, NoTwoKeysShareACode) {
   std::map<VirtualKeyCode, std::uint32_t> seen;

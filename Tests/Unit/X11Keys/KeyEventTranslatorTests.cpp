@@ -2,17 +2,11 @@
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/KeyEventTranslator.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
-using namespace murmel;
 using namespace murmel::keyModifier;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,14 +1,10 @@
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/KeyLayout.h"
+#include "Support/Testing.h"
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
-using namespace murmel;
 using Kind = KeyRole::Kind;
 
 namespace {
