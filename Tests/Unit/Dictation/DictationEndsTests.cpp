@@ -3,6 +3,7 @@
 
 #include "Dictation/ApplicationLifecycle.h"
 #include "DictationHarness.h"
+#include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
 #include <cmath>
@@ -20,16 +21,11 @@ class DictationEnds : public ::testing::Test, public DictationHarness {
     ASSERT_EQ(state(), Case::transcribing);
   }
   void drain() {
-    const auto wait = [](DictationEnds& test) -> Task<void> {
-      auto draining = test.coordinator->drain();
-      const DrainOutcome outcome = co_await draining;
-      test.drained = outcome;
-    };
-    scope.start(wait(*this));
+    drained.emplace(coordinator->drain());
     executor.runUntilIdle();
   }
 
-  std::optional<DrainOutcome> drained;
+  std::optional<Awaiting<DrainOutcome>> drained;
   Scope scope;
 };
 
@@ -263,10 +259,10 @@ TEST_F(DictationEnds, ADrainWaitsForTheWordsAndAdmitsNoOthers) {
   insertion.insertion.holdBack();
   drain();
   EXPECT_EQ(state(), Case::transcribing);
-  EXPECT_FALSE(drained);
+  EXPECT_FALSE(drained->done());
   insertion.insertion.resume(TextDeliveryResult::insertionSent);
   executor.runUntilIdle();
-  EXPECT_EQ(drained, DrainOutcome::done);
+  EXPECT_EQ(**drained, DrainOutcome::done);
   EXPECT_EQ(history.entries.size(), 1U);
   executor.advance(2s);
   startByToggle();
@@ -297,17 +293,11 @@ TEST_F(DictationEnds, AHurriedDrainLeavesWhatIsRecognisedOnTheClipboard) {
     (row.recognised ? house.insertion.insertion.holdBack() : house.sessions.finishing.holdBack());
     house.startByToggle();
     house.sessions.last->soFar = row.soFar;
-    DrainOutcome outcome = DrainOutcome::done;
-    Scope waiting;
-    const auto wait = [](DictationCoordinator& dictations, DrainOutcome& answer) -> Task<void> {
-      auto draining = dictations.drain();
-      answer = co_await draining;
-    };
-    waiting.start(wait(*house.coordinator, outcome));
+    Awaiting draining(house.coordinator->drain());
     house.executor.runUntilIdle();
     house.coordinator->hurryDrain();
     house.executor.runUntilIdle();
-    EXPECT_EQ(outcome, row.outcome);
+    EXPECT_EQ(*draining, row.outcome);
     EXPECT_EQ(house.insertion.copied, row.copied);
     EXPECT_EQ(house.history.entries.size(), row.copied.size());
     EXPECT_TRUE(house.everythingIsBack());

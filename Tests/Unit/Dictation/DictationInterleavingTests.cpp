@@ -19,65 +19,33 @@ class Walk {
   }
 
   void step() {
-    switch (random_() % 19) {
-      case 0:
-        house_.coordinator->toggle();
-        break;
-      case 1:
-        house_.coordinator->shortcutPressed();
-        break;
-      case 2:
-        house_.coordinator->shortcutReleased();
-        break;
-      case 3:
-        house_.coordinator->stopAndTranscribe();
-        break;
-      case 4:
-        house_.coordinator->copyLastTranscript();
-        break;
-      case 5:
-        deliverAudio();
-        break;
-      case 6:
-        if (house_.audio.recording()) house_.input.changeConfiguration();
-        break;
-      case 7:
-        house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready);
-        break;
-      case 8:
-        house_.updates.refuses = random_() % 4 == 0;
-        break;
-      case 9:
-        finishSession();
-        break;
-      case 10:
-        resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>());
-        break;
-      case 11:
-        resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent);
-        break;
-      case 12:
-        house_.executor.advance(std::chrono::milliseconds(random_() % 2'000));
-        break;
-      case 13:
-        house_.authorization.setPhase(randomPhase());
-        break;
-      case 14:
-        house_.authorization.answer(random_() % 2 == 0);
-        break;
-      case 15:
-        (void)house_.coordinator->cancel();
-        break;
-      case 16:
-        (void)house_.coordinator->retry();
-        break;
-      case 17:
-        house_.coordinator->stop();
-        break;
-      case 18:
-        house_.session.become(random_() % 4 == 0 ? std::optional(SessionObstacle::locked) : std::nullopt);
-        break;
-    }
+    const std::array<std::function<void()>, 19> moves{
+        [this] { house_.coordinator->toggle(); },
+        [this] { house_.coordinator->shortcutPressed(); },
+        [this] { house_.coordinator->shortcutReleased(); },
+        [this] { house_.coordinator->stopAndTranscribe(); },
+        [this] { house_.coordinator->copyLastTranscript(); },
+        [this] { deliverAudio(); },
+        [this] {
+          if (house_.audio.recording()) house_.input.changeConfiguration();
+        },
+        [this] {
+          house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready);
+        },
+        [this] { house_.updates.refuses = random_() % 4 == 0; },
+        [this] { finishSession(); },
+        [this] { resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>()); },
+        [this] { resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent); },
+        [this] { house_.executor.advance(std::chrono::milliseconds(random_() % 2'000)); },
+        [this] { house_.authorization.setPhase(randomPhase()); },
+        [this] { house_.authorization.answer(random_() % 2 == 0); },
+        [this] { (void)house_.coordinator->cancel(); },
+        [this] { (void)house_.coordinator->retry(); },
+        [this] { house_.coordinator->stop(); },
+        [this] {
+          house_.session.become(random_() % 4 == 0 ? std::optional(SessionObstacle::locked) : std::nullopt);
+        }};
+    moves[random_() % moves.size()]();
     house_.executor.runUntilIdle();
     checkInvariants();
   }

@@ -56,25 +56,9 @@ TEST(QwenLocalRefinementProvider, KeepsTheRecognisedWordsOrNothing) {
 TEST(QwenServerConfiguration, PassesItsArgumentsInTheirOrder) {
   const QwenServerConfiguration configuration{
       .executable = "/x", .model = "/m/a.gguf", .temporaryDirectory = "/t", .mayExecute = {}, .limits = {}};
-  EXPECT_EQ(configuration.arguments("/t/mrm-q-1.sock", "/t/key"),
-            (std::vector<std::string>{"-m",
-                                      "/m/a.gguf",
-                                      "--host",
-                                      "/t/mrm-q-1.sock",
-                                      "--api-key-file",
-                                      "/t/key",
-                                      "--no-webui",
-                                      "--jinja",
-                                      "--reasoning",
-                                      "off",
-                                      "--reasoning-format",
-                                      "none",
-                                      "--reasoning-budget",
-                                      "0",
-                                      "-c",
-                                      "1024",
-                                      "-np",
-                                      "1",
-                                      "--offline",
-                                      "--log-disable"}));
+  std::string line;
+  for (const auto& argument : configuration.arguments("/t/mrm-q-1.sock", "/t/key")) line += argument + " ";
+  EXPECT_EQ(line,
+            "-m /m/a.gguf --host /t/mrm-q-1.sock --api-key-file /t/key --no-webui --jinja --reasoning off "
+            "--reasoning-format none --reasoning-budget 0 -c 1024 -np 1 --offline --log-disable ");
 }

@@ -11,6 +11,7 @@ namespace {
 
 using Answer = ScriptedTranscriptionProvider::Answer;
 using Texts = std::vector<std::string>;
+using Answers = std::vector<Result<std::string>>;
 constexpr double infinite = std::numeric_limits<double>::infinity();
 const auto empty = std::unexpected(MRMError(MRMError::Case::noSpeech));
 const auto dead = std::unexpected(MRMError::workerFailed("worker exited unexpectedly"));
@@ -65,7 +66,7 @@ TEST(IncrementalSession, WithoutATargetItWaitsForTheStop) {
 TEST(IncrementalSession, EmptySegmentsAreRetriedCarriedSalvagedAndOnlyThenGivenUp) {
   struct Row {
     const char* what;
-    std::vector<Result<std::string>> answers;  ///< three segments; every retry is a request, too
+    Answers answers;  ///< three segments; every retry is a request, too
     Texts pieces;
     int failedPieces;
     int empty, recovered, carried, salvaged, unresolved;
@@ -75,34 +76,13 @@ TEST(IncrementalSession, EmptySegmentsAreRetriedCarriedSalvagedAndOnlyThenGivenU
       {"an empty text is as empty", {"a", " ", "b", "c"}, {"a", "b", "c"}, 0, 1, 1, 0, 0, 0},
       {"its successor salvages it", {"a", empty, empty, "bc"}, {"a", "bc"}, 0, 1, 0, 1, 1, 0},
       {"nothing helps", {"a", empty, empty, empty, "c"}, {"a", "c"}, 1, 1, 0, 1, 0, 1},
-      {"two in a row, the second carried on",
-       {empty, empty, empty, empty, empty, "bc"},
-       {"bc"},
-       1,
-       2,
-       0,
-       2,
-       1,
-       1},
-      {"the last one has no successor", {"a", "b", empty, empty}, {"a", "b"}, 1, 1, 0, 0, 0, 1},
+      {"two in a row, the second carried on", Answers{empty, empty, empty, empty, empty, "bc"}, Texts{"bc"},
+       1, 2, 0, 2, 1, 1},
+      {"the last one has no successor", {"a", "b", empty, empty}, Texts{"a", "b"}, 1, 1, 0, 0, 0, 1},
       {"the worker dies over both together: the second is safe",
-       {"a", empty, empty, dead, dead, dead, dead, dead, "c"},
-       {"a", "c"},
-       1,
-       1,
-       0,
-       1,
-       0,
-       1},
+       Answers{"a", empty, empty, dead, dead, dead, dead, dead, "c"}, Texts{"a", "c"}, 1, 1, 0, 1, 0, 1},
       {"the worker dies over the retry: the successor salvages it",
-       {"a", empty, dead, dead, dead, dead, dead, "bc"},
-       {"a", "bc"},
-       0,
-       1,
-       0,
-       1,
-       1,
-       0},
+       Answers{"a", empty, dead, dead, dead, dead, dead, "bc"}, Texts{"a", "bc"}, 0, 1, 0, 1, 1, 0},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

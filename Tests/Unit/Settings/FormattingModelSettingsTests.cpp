@@ -9,6 +9,8 @@ using FormattingModelSettingsTest = SettingsRepositoryTest;
 
 TEST_F(FormattingModelSettingsTest, AModelThatIsNotReadyGivesWayToOneThatIs) {
   using Model = SmartLocalModel;
+  const auto ready = [](auto... models) { return std::set<Model>{models...}; };
+  const std::set<Model> none;
   const struct {
     const char* name;
     bool full;
@@ -18,43 +20,19 @@ TEST_F(FormattingModelSettingsTest, AModelThatIsNotReadyGivesWayToOneThatIs) {
     Model expected;
     const char* previous;  // recorded
   } cases[] = {
-      {"nothing stored", true, nullptr, {}, true, false, Model::gemma4E2B, nullptr},
-      {"stored and ready",
-       true,
-       "qwen4",
-       {Model::qwen4, Model::gemma4E2B},
-       true,
-       true,
-       Model::qwen4,
+      {"nothing stored", true, nullptr, none, true, false, Model::gemma4E2B, nullptr},
+      {"stored and ready", true, "qwen4", ready(Model::qwen4, Model::gemma4E2B), true, true, Model::qwen4,
        nullptr},
-      {"not ready, Gemma is", true, "qwen4", {Model::gemma4E2B}, true, true, Model::gemma4E2B, "qwen4"},
-      {"neither ready", true, "qwen4", {}, true, true, Model::qwen4, nullptr},
-      {"small catalogue", false, "qwen4", {Model::gemma4E2B}, true, true, Model::qwen4, nullptr},
-      {"formatting before models were stored",
-       true,
-       nullptr,
-       {Model::gemma4E2B},
-       true,
-       true,
-       Model::gemma4E2B,
-       "qwen17"},
-      {"the same, and that model is ready",
-       true,
-       nullptr,
-       {Model::qwen17, Model::gemma4E2B},
-       true,
-       true,
-       Model::qwen17,
-       nullptr},
-      {"formatting from before the reset",
-       true,
-       nullptr,
-       {Model::gemma4E2B},
-       false,
-       true,
-       Model::gemma4E2B,
-       nullptr},
-      {"the other spelling", true, "gemma4E2B", {}, true, true, Model::gemma4E2B, nullptr},
+      {"not ready, Gemma is", true, "qwen4", ready(Model::gemma4E2B), true, true, Model::gemma4E2B, "qwen4"},
+      {"neither ready", true, "qwen4", none, true, true, Model::qwen4, nullptr},
+      {"small catalogue", false, "qwen4", ready(Model::gemma4E2B), true, true, Model::qwen4, nullptr},
+      {"formatting before models were stored", true, nullptr, ready(Model::gemma4E2B), true, true,
+       Model::gemma4E2B, "qwen17"},
+      {"the same, and that model is ready", true, nullptr, ready(Model::qwen17, Model::gemma4E2B), true, true,
+       Model::qwen17, nullptr},
+      {"formatting from before the reset", true, nullptr, ready(Model::gemma4E2B), false, true,
+       Model::gemma4E2B, nullptr},
+      {"the other spelling", true, "gemma4E2B", none, true, true, Model::gemma4E2B, nullptr},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.name);
