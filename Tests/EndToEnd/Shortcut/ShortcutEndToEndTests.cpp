@@ -214,18 +214,6 @@ TEST_F(ShortcutEndToEnd, HearsTheModifiersThatOtherProgramsSee) {
   latch(0, 0);
 }
 
-TEST_F(ShortcutEndToEnd, ACapsLockThatActsAsControlIsControl) {
-  ASSERT_TRUE(run("setxkbmap us -option caps:ctrl_modifier"));
-  shortcut.configuration = {Kind::modifiersOnly, virtualKey::leftControl,
-                            keyModifier::control | keyModifier::command, ""};
-  keyboard.press(KEY_CAPSLOCK);
-  keyboard.press(KEY_LEFTMETA);
-  keyboard.release(KEY_LEFTMETA);
-  keyboard.release(KEY_CAPSLOCK);
-  EXPECT_EQ(shortcut.callsOf(keyboard), "press release");
-  EXPECT_TRUE(run("setxkbmap us -option"));
-}
-
 TEST_F(ShortcutEndToEnd, TheApplicationInFrontStillGetsEveryKey) {
   shortcut.configuration = configuration(ShortcutChoice::commandShiftD);
   focused.forgetOutput();
@@ -286,18 +274,6 @@ TEST_F(ShortcutEndToEnd, LosesNoneOfAThousandQuickPresses) {
     for (int press = 0; press < presses; ++press) expected += press == 0 ? "press release" : " press release";
     EXPECT_EQ(shortcut.callsOf(keyboard), expected) << id(choice);
   }
-}
-
-TEST_F(ShortcutEndToEnd, APressThatComesAgainIsOnePress) {
-  shortcut.configuration = configuration(ShortcutChoice::controlSpace);
-  keyboard.press(KEY_LEFTCTRL);
-  keyboard.press(KEY_SPACE);
-  keyboard.press(KEY_SPACE);
-  keyboard.press(KEY_SPACE);
-  EXPECT_EQ(shortcut.callsOf(keyboard), "press");
-  keyboard.release(KEY_SPACE);
-  keyboard.release(KEY_LEFTCTRL);
-  EXPECT_EQ(shortcut.callsOf(keyboard), "release");
 }
 
 TEST_F(ShortcutEndToEnd, OurOwnPasteIsNoShortcut) {

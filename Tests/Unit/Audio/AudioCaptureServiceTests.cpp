@@ -35,14 +35,6 @@ class AudioCaptureServiceTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(AudioCaptureServiceTest, IdleServiceHandsNothingOver) {
-  EXPECT_FALSE(service.stop());
-  EXPECT_FALSE(service.takePendingAudio());
-  service.discardCapturedAudio();
-  EXPECT_EQ(service.normalizedLevel(), 0);
-  EXPECT_EQ(input.stopCount(), 0);
-}
-
 TEST_F(AudioCaptureServiceTest, HasBegunWithTheFirstFragmentAndKeepsIt) {
   Awaiting<Result<void>> starting(service.start());
   executor.advance(1s);

@@ -32,16 +32,6 @@ TEST(DownloadManifest, FindsAnEntryOfEveryListAndNothingElse) {
   }
 }
 
-TEST(DownloadManifest, ListsTheSpeechModelBeforeTheRefinementModels) {
-  ASSERT_EQ(MRMDownloadManifest::all.size(), 31u);
-  EXPECT_EQ(MRMDownloadManifest::all[22], MRMDownloadManifest::parakeet.back());
-  EXPECT_EQ(MRMDownloadManifest::all[23].identifier, "gemma:4-e2b");
-  EXPECT_EQ(MRMDownloadManifest::all.back().identifier, "sage:merges.txt");
-  // The vocabulary under its two names is one content.
-  EXPECT_EQ(MRMDownloadManifest::asset("parakeet:parakeet_vocab.json")->sha256,
-            MRMDownloadManifest::asset("parakeet:parakeet_v3_vocab.json")->sha256);
-}
-
 TEST(DownloadPolicy, DoublesTheDelayUpToHalfAMinute) {
   const int seconds[] = {1, 2, 4, 8, 16, 30, 30};
   for (int n = 0; n < 7; ++n) EXPECT_EQ(MRMModelDownloadPolicy::retryDelay(n).count(), seconds[n]) << n;

@@ -243,20 +243,6 @@ TEST_F(HistoryRepositoryTest, TellsObserversBeforeAndAfter) {
   EXPECT_EQ(seen.size(), 2U) << "the status changed";
 }
 
-TEST_F(HistoryRepositoryTest, TwoOfThemLoseNothingOfEachOther) {
-  auto one = open();
-  auto other = open();
-  one.add(entry("of one", 30));
-  other.add(entry("of the other", 20));
-  one.add(entry("of one again", 10));
-  EXPECT_THAT(texts(one), ElementsAre("of one again", "of the other", "of one"));
-  other.reload();
-  other.remove(other.entries().back().id);
-  one.add(entry("last"));
-  EXPECT_THAT(texts(open()), ElementsAre("last", "of one again", "of the other"))
-      << "what is deleted stays so";
-}
-
 TEST_F(HistoryRepositoryTest, WhatIsAddedBeforeTheLoadEndsOrTheApplicationDoesIsKept) {
   open().add(entry("stored", 400));
   {
@@ -269,22 +255,4 @@ TEST_F(HistoryRepositoryTest, WhatIsAddedBeforeTheLoadEndsOrTheApplicationDoesIs
     history.add(entry("at the end"));
   }
   EXPECT_THAT(texts(open()), ElementsAre("at the end", "early"));
-}
-
-TEST_F(HistoryRepositoryTest, EntriesGoAtTheSecondTheyAreDueWhileNothingElseHappens) {
-  auto history = open();
-  const auto made = [&](const std::string& text, Duration age) {
-    auto each = entry(text);
-    each.createdAt = historyDate(executor.wallNow() - std::chrono::duration_cast<WallTime::duration>(age));
-    return each;
-  };
-  HistoryExpiry expiry(executor, executor, history, [] { return HistoryRetention::fiveMinutes; });
-  history.add(made("older", std::chrono::minutes(2)));
-  history.add(made("newer", std::chrono::minutes(1)));
-  executor.advance(std::chrono::seconds(179));
-  EXPECT_THAT(texts(history), ElementsAre("newer", "older"));
-  executor.advance(std::chrono::seconds(2));
-  EXPECT_THAT(texts(history), ElementsAre("newer"));
-  ASSERT_TRUE(executor.waitUntil([&] { return history.isSettled(); }));
-  EXPECT_THAT(texts(open()), ElementsAre("newer"));
 }

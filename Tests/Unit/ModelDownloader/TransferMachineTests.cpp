@@ -49,20 +49,6 @@ TEST(TransferMachine, WaitsAsLongAsTheServerAsksWithinReason) {
   }
 }
 
-TEST(TransferMachine, AsksForTheRestUnderTheConditionThatTheFileIsTheSame) {
-  Machine machine(1000, 400, "\"tag\"", {});
-  const auto begun = machine.begin({});
-  const auto* ask = std::get_if<Machine::Ask>(&begun);
-  ASSERT_NE(ask, nullptr);
-  EXPECT_EQ(ask->offset, 400);
-  EXPECT_EQ(ask->ifRange, "\"tag\"");
-  // Another revision: the whole of it, under its own tag.
-  EXPECT_EQ(machine.head({.status = 200, .contentLength = 1000, .entityTag = "\"other\""}, {}),
-            Machine::HeadVerdict::restart);
-  EXPECT_EQ(machine.received(), 0);
-  EXPECT_EQ(machine.entityTag(), "\"other\"");
-}
-
 TEST(TransferMachine, ChecksACompletePartialFileInsteadOfAskingAgain) {
   Machine known(1000, 1000, {}, {});
   EXPECT_TRUE(std::holds_alternative<Machine::Verify>(known.begin({})));
@@ -73,24 +59,6 @@ TEST(TransferMachine, ChecksACompletePartialFileInsteadOfAskingAgain) {
   EXPECT_EQ(unknown.head({.status = 416, .contentRange = ContentRange::parse("bytes */1000")}, {}),
             Machine::HeadVerdict::refuse);
   EXPECT_TRUE(std::holds_alternative<Machine::Verify>(unknown.end(std::nullopt, {})));
-}
-
-TEST(TransferMachine, BlamesTheBytesFromBeforeOnceThenTheServer) {
-  Machine machine(1000, 400, {}, {});
-  (void)machine.begin({});
-  (void)machine.head({.status = 206, .contentRange = ContentRange{400, 1000}}, {});
-  (void)machine.data(600, {});
-  ASSERT_TRUE(std::holds_alternative<Machine::Verify>(machine.end(std::nullopt, {})));
-  const auto again = machine.digestDiffers();
-  ASSERT_TRUE(std::holds_alternative<Machine::Retry>(again));
-  EXPECT_TRUE(std::get<Machine::Retry>(again).discardsPartial);
-  (void)machine.begin({});
-  (void)machine.head({.status = 200, .contentLength = 1000}, {});
-  (void)machine.data(1000, {});
-  ASSERT_TRUE(std::holds_alternative<Machine::Verify>(machine.end(std::nullopt, {})));
-  const auto failed = machine.digestDiffers();
-  ASSERT_TRUE(std::holds_alternative<Machine::Fail>(failed));
-  EXPECT_EQ(std::get<Machine::Fail>(failed).failure.reason, "wrong_content");
 }
 
 TEST(TransferMachine, CallsSilenceAndEndlessnessOverdue) {

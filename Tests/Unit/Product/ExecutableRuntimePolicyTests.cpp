@@ -1,7 +1,6 @@
 #include "Product/ExecutableRuntimePolicy.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
-
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -20,9 +19,8 @@ class ExecutableRuntimePolicyTest : public ::testing::Test {
     fs::create_directory_symlink(neighbour, resources / "folder-out");
     fs::create_directory_symlink(resources, root / "alias");
   }
-  ~ExecutableRuntimePolicyTest() override { fs::remove_all(root); }
-
-  fs::path root = fs::temp_directory_path() / ("murmel-policy-" + std::to_string(::getpid()));
+  TemporaryFolder folder;
+  fs::path root = folder.path();
   fs::path resources = root / "lib/murmel";
   fs::path neighbour = root / "lib/murmel-evil";
 };

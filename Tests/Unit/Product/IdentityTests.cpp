@@ -5,8 +5,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <unistd.h>
-
 namespace {
 
 using Values = std::map<std::string, std::string, std::less<>>;
@@ -95,8 +93,8 @@ TEST(MRMAppIdentity, FallsBackToTheIdentifierOfTheEdition) {
 }
 
 TEST(InformationDictionary, ReadsStringsOfAJsonObject) {
-  const auto file =
-      std::filesystem::temp_directory_path() / ("murmel-info-" + std::to_string(::getpid()) + ".json");
+  const TemporaryFolder folder;
+  const auto file = folder.path() / "Info.json";
   const auto reading = [&file](const std::string& content) {
     std::ofstream(file, std::ios::binary) << content;
     return InformationDictionary::read(file);

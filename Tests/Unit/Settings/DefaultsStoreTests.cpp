@@ -162,20 +162,6 @@ TEST_F(DefaultsStoreTest, AFailureAtAnyStepLosesNothing) {
   }
 }
 
-TEST_F(DefaultsStoreTest, TwoStoresOfOneFileKeepEachOthersChanges) {
-  JsonDefaultsStore one(files, file);
-  JsonDefaultsStore other(files, file);
-  one.set("a", std::int64_t{1});
-  other.set("b", std::int64_t{2});
-  one.set("c", std::int64_t{3});
-  other.remove("a");
-  const JsonDefaultsStore reader(files, file);
-  EXPECT_FALSE(reader.contains("a"));
-  EXPECT_EQ(reader.get<std::int64_t>("b"), 2);
-  EXPECT_EQ(reader.get<std::int64_t>("c"), 3);
-  EXPECT_EQ(one.get<std::int64_t>("b"), 2) << "seen with the next change";
-}
-
 TEST_F(DefaultsStoreTest, AHeldLockDelaysAChangeButDoesNotLoseIt) {
   JsonDefaultsStore store(files, file);
   store.set("first", true);

@@ -1,10 +1,13 @@
 #include "Settings/SettingsKeys.h"
+#include "Settings/SettingsTransfer.h"
 #include "SettingsDesk.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Support/FileBytes.h"
 #include "Support/Testing.h"
 
 #include <cerrno>
+
+#include <nlohmann/json.hpp>
 
 namespace murmel::test {
 
@@ -25,93 +28,54 @@ class FixedPropertyList final : public PropertyListReader {
 
 }  // namespace
 
-TEST_F(SettingsRepositoryTest, AFirstStartHasTheDefaults) {
-  const auto settings = open();
-  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::functionKey));
-  EXPECT_EQ(settings.singleLanguage(), Language::english);
-  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::english, Language::russian));
-  EXPECT_EQ(settings.languageMode(), DictationLanguageMode::automaticAll);
-  EXPECT_TRUE(settings.playFeedbackSound());
-  EXPECT_TRUE(settings.showInDock());
-  EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::gemma4E2B);
-  EXPECT_EQ(settings.smartRefinementRouting(), SmartRefinementRoutingMode::automaticByLanguage);
-  EXPECT_FALSE(settings.smartFormatting());
-  EXPECT_TRUE(settings.processWhileRecording());
-  EXPECT_FALSE(settings.insertWhileRecording());
-  EXPECT_FALSE(settings.removeFillerWords());
-  EXPECT_TRUE(settings.restorePreviousClipboard());
-  EXPECT_FALSE(settings.historyEnabled());
-  EXPECT_EQ(settings.historyRetention(), HistoryRetention::forever);
-  EXPECT_EQ(settings.overlayPosition(), OverlayPosition::right);
-  EXPECT_EQ(settings.personalVocabulary(), "");
-  EXPECT_EQ(settings.vocabularyStorageStatus(), SecureStorageStatus::available);
-  EXPECT_FALSE(settings.modelMigrationNotice());
+TEST_F(SettingsRepositoryTest, GivesWhatIsStoredAndElseTheDefaultsThatAnExportNames) {
+  readyModels = {SmartLocalModel::qwen4};
+  const auto expectAgreement = [&] {
+    const auto settings = open();
+    std::string languages;
+    for (const auto each : settings.selectedLanguages())
+      languages += (languages.empty() ? "" : ",") + std::string(rawValue(each));
+    const nlohmann::json given{{"singleLanguage", rawValue(settings.singleLanguage())},
+                               {"selectedLanguages", languages},
+                               {"languageMode", rawValue(settings.languageMode())},
+                               {"feedbackSound", settings.playFeedbackSound()},
+                               {"showInDock", settings.showInDock()},
+                               {"smartLocalModel", rawValue(settings.smartLocalModel())},
+                               {"smartRefinementRouting", rawValue(settings.smartRefinementRouting())},
+                               {"smartFormatting", settings.smartFormatting()},
+                               {"processWhileRecording", settings.processWhileRecording()},
+                               {"insertWhileRecording", settings.insertWhileRecording()},
+                               {"removeFillerWords", settings.removeFillerWords()},
+                               {"restorePreviousClipboard", settings.restorePreviousClipboard()},
+                               {"historyEnabled", settings.historyEnabled()},
+                               {"historyRetention", rawValue(settings.historyRetention())},
+                               {"overlayAnchor", rawValue(settings.overlayPosition())}};
+    const auto exported = nlohmann::json::parse(exportedSettings(defaults));
+    for (const auto& [name, value] : given.items()) EXPECT_EQ(exported[name], value) << name;
+    return settings.shortcut();
+  };
+  EXPECT_EQ(expectAgreement(), configuration(ShortcutChoice::functionKey));
   EXPECT_EQ(dock.changes, 0);
   // Nothing but the marks of what has run.
   EXPECT_THAT(defaults.values,
-              ElementsAre(std::pair(std::string(settingsKey::fnDefaultMigration), DefaultsValue(true)),
-                          std::pair(std::string(settingsKey::smartFormatting), DefaultsValue(false)),
-                          std::pair(std::string(settingsKey::smartLocalQwenMigration), DefaultsValue(true))));
-}
-
-TEST_F(SettingsRepositoryTest, EveryChangeIsStoredUnderItsKeyAndReadBack) {
-  readyModels = {SmartLocalModel::qwen4};
-  {
-    auto settings = open();
-    settings.setShortcut(configuration(ShortcutChoice::optionSpace));
-    settings.setSingleLanguage(Language::greek);
-    settings.setSelectedLanguages({Language::german, Language::ukrainian});
-    settings.setLanguageMode(DictationLanguageMode::single);
-    settings.setPlayFeedbackSound(false);
-    settings.setShowInDock(false);
-    settings.setSmartLocalModel(SmartLocalModel::qwen4);
-    settings.setSmartRefinementRouting(SmartRefinementRoutingMode::selectedMultilingualModel);
-    settings.setSmartFormatting(true);
-    settings.setProcessWhileRecording(false);
-    settings.setInsertWhileRecording(true);
-    settings.setRemoveFillerWords(true);
-    settings.setRestorePreviousClipboard(false);
-    settings.setHistoryEnabled(true);
-    settings.setHistoryRetention(HistoryRetention::oneWeek);
-    settings.setOverlayPosition(OverlayPosition::top);
-    settings.setPersonalVocabulary("postgresql = PostgreSQL");
-  }
-  const auto settings = open();
-  EXPECT_EQ(settings.shortcut(), configuration(ShortcutChoice::optionSpace));
-  EXPECT_EQ(settings.singleLanguage(), Language::greek);
-  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::german, Language::ukrainian));
-  EXPECT_EQ(settings.languageMode(), DictationLanguageMode::single);
-  EXPECT_FALSE(settings.playFeedbackSound());
-  EXPECT_FALSE(settings.showInDock());
-  EXPECT_EQ(settings.smartLocalModel(), SmartLocalModel::qwen4);
-  EXPECT_EQ(settings.smartRefinementRouting(), SmartRefinementRoutingMode::selectedMultilingualModel);
-  EXPECT_TRUE(settings.smartFormatting());
-  EXPECT_FALSE(settings.processWhileRecording());
-  EXPECT_TRUE(settings.insertWhileRecording());
-  EXPECT_TRUE(settings.removeFillerWords());
-  EXPECT_FALSE(settings.restorePreviousClipboard());
-  EXPECT_TRUE(settings.historyEnabled());
-  EXPECT_EQ(settings.historyRetention(), HistoryRetention::oneWeek);
-  EXPECT_EQ(settings.overlayPosition(), OverlayPosition::top);
-  EXPECT_EQ(settings.personalVocabulary(), "postgresql = PostgreSQL");
+              ElementsAre(std::pair("settings.fnDefaultMigration", DefaultsValue(true)),
+                          std::pair("settings.smartFormatting", DefaultsValue(false)),
+                          std::pair("settings.smartLocalQwenMigration", DefaultsValue(true))));
+  ASSERT_TRUE(importSettings(defaults, R"({"shortcutConfiguration": "optionSpace", "singleLanguage": "el",
+      "selectedLanguages": "de,uk", "languageMode": "single", "feedbackSound": false, "showInDock": false,
+      "smartLocalModel": "qwen4", "smartRefinementRouting": "selectedMultilingualModel", "smartFormatting": true,
+      "processWhileRecording": false, "insertWhileRecording": true, "removeFillerWords": true,
+      "restorePreviousClipboard": false, "historyEnabled": true, "historyRetention": "oneWeek",
+      "overlayAnchor": "top"})"));
+  EXPECT_EQ(expectAgreement(), configuration(ShortcutChoice::optionSpace));
   // The keys are a promise to other versions.
-  EXPECT_EQ(storedString("settings.singleLanguage"), "el");
-  EXPECT_EQ(defaults.get<Strings>("settings.selectedLanguages"), (Strings{"de", "uk"}));
-  EXPECT_EQ(storedString("settings.languageMode"), "single");
-  EXPECT_EQ(storedString("settings.smartLocalModel"), "qwen4");
-  EXPECT_EQ(storedString("settings.smartRefinementRouting"), "selectedMultilingualModel");
-  EXPECT_EQ(storedString("settings.historyRetention"), "oneWeek");
-  EXPECT_EQ(storedString("settings.overlayAnchor"), "top");
-  for (const auto* key : {"settings.feedbackSound", "settings.showInDock", "settings.processWhileRecording",
-                          "settings.restorePreviousClipboard"}) {
-    EXPECT_EQ(defaults.get<bool>(key), false) << key;
+  for (const auto* key :
+       {"singleLanguage", "selectedLanguages", "languageMode", "smartLocalModel", "overlayAnchor",
+        "smartRefinementRouting", "historyRetention", "feedbackSound", "showInDock", "processWhileRecording",
+        "restorePreviousClipboard", "smartFormatting", "historyEnabled", "insertWhileRecording",
+        "removeFillerWords", "shortcutConfiguration"}) {
+    EXPECT_TRUE(defaults.contains("settings." + std::string(key))) << key;
   }
-  for (const auto* key : {"settings.smartFormatting", "settings.insertWhileRecording",
-                          "settings.removeFillerWords", "settings.historyEnabled"}) {
-    EXPECT_EQ(defaults.get<bool>(key), true) << key;
-  }
-  EXPECT_TRUE(defaults.get<std::vector<std::uint8_t>>("settings.shortcutConfiguration"));
-  EXPECT_FALSE(defaults.contains("settings.personalVocabulary"));
 }
 
 TEST_F(SettingsRepositoryTest, ValuesOfAnotherTypeOrNameReadAsAbsent) {

@@ -269,9 +269,13 @@ TEST(StorageWiring, DeletesWhatIsDueWhileNothingElseHappensAndWhenLessIsKept) {
   storage.settings.setHistoryRetention(HistoryRetention::fiveMinutes);
   storage.follow(executor, executor);
   keep();
-  executor.advance(299s);
-  EXPECT_EQ(storage.history.entries().size(), 1U);
+  executor.advance(100s);
+  keep();
+  executor.advance(199s);
+  EXPECT_EQ(storage.history.entries().size(), 2U);
   executor.advance(2s);
+  EXPECT_EQ(storage.history.entries().size(), 1U);
+  executor.advance(100s);
   EXPECT_EQ(storage.history.entries().size(), 0U);
 
   storage.settings.setHistoryRetention(HistoryRetention::forever);

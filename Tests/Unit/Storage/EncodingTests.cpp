@@ -81,36 +81,20 @@ TEST(SpokenText, LeavesNothingBehindWhenItGoesOrMoves) {
 }
 
 TEST(JsonCursor, AcceptsExactlyWhatIsJson) {
-  const std::pair<std::string_view, bool> cases[] = {
-      {"[]", true},
-      {" [ 1 , -2.5e+3 , \"a\\u00e9\\ud83d\\ude00\\n\" , {\"k\":null,\"\":[true,false]} ] ", true},
-      {"[0.1e1,0,-0,1E5]", true},
-      {"", false},
-      {"[1,]", false},
-      {"[,1]", false},
-      {"{\"a\":1,}", false},
-      {"{\"a\" 1}", false},
-      {"{a:1}", false},
-      {"[01]", false},
-      {"[1.]", false},
-      {"[.5]", false},
-      {"[+1]", false},
-      {"[1e]", false},
-      {"[nul]", false},
-      {"[\"\n\"]", false},
-      {"[\"\\x\"]", false},
-      {"[\"\\ud83d\"]", false},
-      {"[\"\\ude00\"]", false},
-      {"[\"\\u12\"]", false},
-      {"[\"open]", false},
-      {"[\"\\\"]", false},
-      {"[\"\xff\"]", false},
-      {"[1] x", false},
-  };
-  for (const auto& [text, valid] : cases) {
+  const auto isJson = [](std::string_view text) {
     JsonCursor cursor(text);
-    EXPECT_EQ(cursor.skip() && cursor.atEnd(), valid) << text;
-  }
+    return cursor.skip() && cursor.atEnd();
+  };
+  for (const auto* text :
+       {"[]", " [ 1 , -2.5e+3 , \"a\\u00e9\\ud83d\\ude00\\n\" , {\"k\":null,\"\":[true,false]} ] ",
+        "[0.1e1,0,-0,1E5]"})
+    EXPECT_TRUE(isJson(text)) << text;
+  for (const auto* text :
+       {"",         "[1,]",       "[,1]",          "{\"a\":1,}",    "{\"a\" 1}",   "{a:1}",
+        "[01]",     "[1.]",       "[.5]",          "[+1]",          "[1e]",        "[nul]",
+        "[\"\n\"]", "[\"\\x\"]",  "[\"\\ud83d\"]", "[\"\\ude00\"]", "[\"\\u12\"]", "[\"open]",
+        "[\"\\\"]", "[\"\xff\"]", "[1] x"})
+    EXPECT_FALSE(isJson(text)) << text;
   EXPECT_TRUE(JsonCursor(std::string(60, '[') + std::string(60, ']')).skip());
   EXPECT_FALSE(JsonCursor(std::string(100'000, '[')).skip());
 }

@@ -25,43 +25,10 @@ TEST(EvdevKeyTable, AFullKeyboardIsMappedOntoTheMacsKeys) {
 }
 
 TEST(EvdevKeyTable, KeysAreWhereTheMacHasThem) {
-  struct Row {
-    std::uint32_t evdevCode;
-    VirtualKeyCode keyCode;
-  };
-  const std::vector<Row> rows{
-      {KEY_D, virtualKey::d},
-      {KEY_ENTER, virtualKey::returnKey},
-      {KEY_TAB, virtualKey::tab},
-      {KEY_SPACE, virtualKey::space},
-      {KEY_BACKSPACE, virtualKey::deleteKey},
-      {KEY_ESC, virtualKey::escape},
-      {KEY_CAPSLOCK, virtualKey::capsLock},
-      {KEY_LEFTALT, virtualKey::leftOption},
-      {KEY_RIGHTALT, virtualKey::rightOption},
-      {KEY_LEFTCTRL, virtualKey::leftControl},
-      {KEY_RIGHTCTRL, virtualKey::rightControl},
-      {KEY_LEFTMETA, virtualKey::leftCommand},
-      {KEY_RIGHTMETA, virtualKey::rightCommand},
-      {KEY_LEFTSHIFT, virtualKey::leftShift},
-      {KEY_RIGHTSHIFT, virtualKey::rightShift},
-      {KEY_FN, virtualKey::function},
-      {KEY_HOME, virtualKey::home},
-      {KEY_PAGEUP, virtualKey::pageUp},
-      {KEY_DELETE, virtualKey::forwardDelete},
-      {KEY_END, virtualKey::end},
-      {KEY_PAGEDOWN, virtualKey::pageDown},
-      {KEY_LEFT, virtualKey::leftArrow},
-      {KEY_RIGHT, virtualKey::rightArrow},
-      {KEY_DOWN, virtualKey::downArrow},
-      {KEY_UP, virtualKey::upArrow},
-      {KEY_A, 0},  // the letters' order is the Mac's own
-      {KEY_Z, 6},  // below A on ANSI, whatever the layout writes there
-      {KEY_102ND, 10},
-      {KEY_5, 23},  // 5 and 6 are the wrong way round, as the Mac has them
-      {KEY_6, 22},
-      {KEY_F5, 96},
-      {KEY_KP8, 91},
-  };
-  for (const auto& row : rows) EXPECT_EQ(virtualKeyFromEvdev(row.evdevCode), row.keyCode) << row.evdevCode;
+  // The letters' order is the Mac's own; Z is below A whatever the layout writes there; 5 and 6 are the wrong
+  // way round, as the Mac has them. Modifiers, Esc and Space are pressed in the tests of the shortcut.
+  const std::vector<std::array<std::uint32_t, 2>> rows{
+      {KEY_A, 0}, {KEY_Z, 6}, {KEY_102ND, 10}, {KEY_5, 23}, {KEY_6, 22}, {KEY_F5, 96}, {KEY_KP8, 91}};
+  for (const auto& [evdevCode, keyCode] : rows)
+    EXPECT_EQ(virtualKeyFromEvdev(evdevCode), keyCode) << evdevCode;
 }
