@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Platform/Fake/ManualExecutor.h"
 #include "Refinement/RefinementProvider.h"
+#include "Support/Awaiting.h"
 
 #include <string>
 #include <utility>
@@ -13,6 +15,14 @@ inline Task<Result<std::string>> refining(RefinementProvider& refiner, std::stri
   auto refined = co_await asking;
   if (!refined) co_return std::unexpected(refined.error());
   co_return std::move(*refined).reveal();
+}
+
+/// The formatted text; "RAW" when the recognised one would be delivered.
+inline std::string described(ManualExecutor& executor, Awaiting<Result<std::string>>& asking) {
+  if (!executor.waitUntil([&] { return asking.done(); })) return "HANGS";
+  if (*asking) return **asking;
+  const auto& error = asking->error();
+  return error.which() == MRMError::Case::smartRefinementFailed ? "RAW" : error.localizedDescription();
 }
 
 }  // namespace murmel

@@ -4,9 +4,9 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/Awaiting.h"
+#include "Support/MemoryLogSink.h"
 #include "Support/ScriptedTranscriptionProvider.h"
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -33,20 +33,6 @@ class ScriptedRefinementProvider final : public RefinementProvider {
   Executor& executor_;
   Script script_;
   std::string providerID_ = "scripted";
-};
-
-/// Keeps the log of a session.
-class KeptLog final : public LogSink {
- public:
-  void write(LogLevel, std::string_view, std::string_view category, std::string_view line) override {
-    lines.push_back(std::string(category) + ": " + std::string(line));
-  }
-  /// How many lines begin with `event`.
-  [[nodiscard]] std::ptrdiff_t count(const std::string& event) const {
-    return std::ranges::count_if(
-        lines, [&](const auto& line) { return line.starts_with("incremental-stages: " + event); });
-  }
-  std::vector<std::string> lines;
 };
 
 /// An incremental session with a scripted recogniser, in virtual time.
@@ -111,7 +97,7 @@ class SessionBench {
   ScriptedTranscriptionProvider::Script script;
   std::shared_ptr<ScriptedTranscriptionProvider> provider;
   DictationSessionConfiguration configuration;
-  KeptLog log;
+  test::MemoryLogSink log;
   std::vector<CapturedAudio> converted;
   std::unique_ptr<DictationSession> session;
 };

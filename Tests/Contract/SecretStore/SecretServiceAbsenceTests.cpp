@@ -1,12 +1,11 @@
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
+#include "Support/ChildProgram.h"
 #include "Support/FileBytes.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
 #include <csignal>
 
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 // A process of its own: the library keeps to the first session bus that it has found.
@@ -26,44 +25,24 @@ class OtherBus {
 };
 
 /// A bus that starts no services and has none.
-class EmptyBus {
+class EmptyBus : public ChildProgram {
  public:
-  explicit EmptyBus(const std::filesystem::path& folder) {
-    const auto configuration = folder / "bus.conf";
-    writeFile(configuration,
-              "<busconfig><type>session</type><listen>unix:dir=" + folder.string() +
-                  "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
-                  "</busconfig>");
-    std::array<int, 2> ends{};
-    if (::pipe(ends.data()) != 0) return;
-    const auto argument = "--config-file=" + configuration.string();
-    const auto print = "--print-address=" + std::to_string(ends[1]);
-    process_ = ::fork();
-    if (process_ == 0) {
-      ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-      ::execlp("dbus-daemon", "dbus-daemon", "--nofork", argument.c_str(), print.c_str(), nullptr);
-      ::_exit(1);
-    }
-    ::close(ends[1]);
-    std::array<char, 512> line{};
-    const auto size = ::read(ends[0], line.data(), line.size());
-    ::close(ends[0]);
-    if (size > 1) address_.assign(line.data(), static_cast<std::size_t>(size) - 1);
+  explicit EmptyBus(const std::filesystem::path& folder)
+      : ChildProgram(
+            {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration(folder)}) {
+    for (char byte = 0; ::read(output(), &byte, 1) == 1 && byte != '\n';) address += byte;
   }
-  ~EmptyBus() { end(); }
-
-  void end() {
-    if (process_ <= 0) return;
-    ::kill(process_, SIGTERM);
-    ::waitpid(process_, nullptr, 0);
-    process_ = -1;
-  }
-  [[nodiscard]] const std::string& address() const { return address_; }
+  std::string address;
 
  private:
-  pid_t process_ = -1;
-  std::string address_;
+  static std::string configuration(const std::filesystem::path& folder) {
+    const auto file = folder / "bus.conf";
+    writeFile(file,
+              "<busconfig><type>session</type><listen>unix:dir=" + folder.string() +
+                  "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
+    return file;
+  }
 };
 
 SecretStatus statusOfEveryCall(SecretStore& store) {
@@ -88,12 +67,12 @@ TEST(SecretServiceAbsence, NoBus) {
 TEST(SecretServiceAbsence, NoService) {
   const TemporaryFolder folder;
   EmptyBus empty(folder.path());
-  ASSERT_FALSE(empty.address().empty());
-  const OtherBus bus(empty.address());
+  ASSERT_FALSE(empty.address.empty());
+  const OtherBus bus(empty.address);
   SecretServiceStore store;
   EXPECT_EQ(statusOfEveryCall(store), secretStatus::serviceUnavailable);
   EXPECT_EQ(store.unlock().error(), secretStatus::serviceUnavailable);
   // The end of the bus is not ours.
-  empty.end();
+  empty.end(SIGTERM);
   EXPECT_EQ(statusOfEveryCall(store), secretStatus::serviceUnavailable);
 }

@@ -5,6 +5,7 @@
 #include "Platform/Linux/X11/X11KeyboardPoster.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Platform/Linux/X11/X11SecureInput.h"
+#include "Support/MemoryLogSink.h"
 #include "Support/X11/ClipboardPeer.h"
 #include "Support/X11/DesktopOfTargets.h"
 #include "Support/X11/UsersKeyboard.h"
@@ -19,15 +20,6 @@
 #include <unistd.h>
 
 namespace murmel::test {
-
-class LinesOfLog final : public LogSink {
- public:
-  void write(LogLevel /*level*/, std::string_view /*subsystem*/, std::string_view /*category*/,
-             std::string_view line) override {
-    lines += std::string(line) + "\n";
-  }
-  std::string lines;
-};
 
 /// What the user had copied: several forms of a rich text, a picture of 5 MB, files.
 inline ClipboardSnapshot richClipboard() {
@@ -76,8 +68,8 @@ class DeliveryDesk : public X11TargetDesk {
   void begin() {
     const auto captures = [this] {
       std::size_t count = 0;
-      for (auto at = log.lines.find("clipboard_captured"); at != std::string::npos;
-           at = log.lines.find("clipboard_captured", at + 1))
+      for (auto at = log.text().find("clipboard_captured"); at != std::string::npos;
+           at = log.text().find("clipboard_captured", at + 1))
         ++count;
       return count;
     };
@@ -115,7 +107,7 @@ class DeliveryDesk : public X11TargetDesk {
     return value ? value->data : "(nothing)";
   }
 
-  LinesOfLog log;
+  MemoryLogSink log;
   std::unique_ptr<ClipboardOwner> usersClipboard;
   std::unique_ptr<ClipboardOwner> usersSelection;
   std::unique_ptr<X11Pasteboards> pasteboards;

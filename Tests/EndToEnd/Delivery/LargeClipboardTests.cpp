@@ -18,7 +18,7 @@ TEST(DeliveryBesideABusyOwner, WhatItDeliversLateComesBack) {
   desk.service->beginDictationSession();
   desk.loop.runFor(2s);
   owner->freeze(false);
-  ASSERT_TRUE(desk.waitUntil([&] { return desk.log.lines.contains("clipboard_captured"); }));
+  ASSERT_TRUE(desk.waitUntil([&] { return desk.log.text().contains("clipboard_captured"); }));
   EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
   ASSERT_TRUE(desk.waitUntilSettled());
   EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);

@@ -83,10 +83,10 @@ class RealApplicationRun {
       const auto result = desk.deliver(text);
       desk.service->endDictationSession();
       ASSERT_TRUE(desk.waitUntilSettled(static_cast<std::size_t>(dictation)));
-      ASSERT_EQ(desk.settled.back(), application_.settlement) << desk.log.lines;
+      ASSERT_EQ(desk.settled.back(), application_.settlement) << desk.log.text();
       if (application_.settlement == PasteSettlement::clipboardRestored) {
         EXPECT_EQ(result, TextDeliveryResult::insertionSent);
-        EXPECT_TRUE(desk.service->clipboardWasKept()) << desk.log.lines;
+        EXPECT_TRUE(desk.service->clipboardWasKept()) << desk.log.text();
         expectSame(DeliveryDesk::contentsOf("CLIPBOARD"), copied);
       }
       // Editors select what they have copied.
@@ -105,7 +105,7 @@ class RealApplicationRun {
       desk.user.strike({enter});
     EXPECT_TRUE(desk.waitUntil(isSaved)) << contents();
     EXPECT_TRUE(desk.user.held().empty());
-    EXPECT_EQ(desk.log.lines.find("Welt"), std::string::npos);
+    EXPECT_EQ(desk.log.text().find("Welt"), std::string::npos);
   }
 
   /// What stands in the editor or has come to the terminal.

@@ -24,7 +24,7 @@ TEST(Delivery, TargetsThatReadLateGetTheTextAndNeverTheOldClipboard) {
     for (const auto& pasted : target->told("pasted")) EXPECT_NE(pasted, "old clipboard");
     EXPECT_EQ(target->told("pasted").front(), spoken);
     EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
-    EXPECT_EQ(desk.log.lines.find("Diktat"), std::string::npos);
+    EXPECT_EQ(desk.log.text().find("Diktat"), std::string::npos);
   }
 }
 

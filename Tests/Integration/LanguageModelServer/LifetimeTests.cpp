@@ -1,8 +1,8 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
 #include "Support/ChildProgram.h"
+#include "Support/FileBytes.h"
 
 #include <csignal>
-#include <iterator>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -12,22 +12,6 @@ using namespace murmel;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// The only running child of this process.
-pid_t onlyChild() {
-  std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");
-  pid_t found = 0;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
-    std::ifstream list(entry.path() / "children");
-    for (pid_t child = 0; list >> child;) found = child;
-  }
-  return found;
-}
-
-std::string contents(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 bool isGone(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");
@@ -172,9 +156,9 @@ TEST_F(ServerBench, KeepsItsKeyToItself) {
   EXPECT_EQ(key.size(), 64U);
   EXPECT_EQ(noted("modes"), "600 700") << "of the key's file and its folder";
   const auto process = std::filesystem::path("/proc") / std::to_string(onlyChild());
-  EXPECT_FALSE(contents(process / "cmdline").empty());
-  EXPECT_EQ(contents(process / "cmdline").find(key), std::string::npos);
-  EXPECT_EQ(contents(process / "environ"), "");
+  EXPECT_FALSE(contentsOf(process / "cmdline").empty());
+  EXPECT_EQ(contentsOf(process / "cmdline").find(key), std::string::npos);
+  EXPECT_EQ(contentsOf(process / "environ"), "");
   for (const auto& entry : std::filesystem::recursive_directory_iterator(temporary.path())) {
     EXPECT_FALSE(entry.is_regular_file()) << "the server has read its key: " << entry.path();
     struct stat status {};

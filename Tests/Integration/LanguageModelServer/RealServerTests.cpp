@@ -38,15 +38,6 @@ class RealServer : public ServerBench {
                          script + " " + files.model.string() + " '" + text + "'";
     ASSERT_EQ(std::system(command.c_str()), 0);
   }
-
-  static pid_t server() {
-    pid_t found = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
-      std::ifstream list(entry.path() / "children");
-      for (pid_t child = 0; list >> child;) found = child;
-    }
-    return found;
-  }
 };
 
 /// The words without what formatting may change.
@@ -77,7 +68,7 @@ TEST_F(RealServer, FormatsForWhoHasTheKey) {
   const auto status = [&](std::string_view path) {
     const SecretBytes wrong(std::vector<std::uint8_t>(64, 'x'));
     const auto answer =
-        LocalUnixHTTP(clock).request({socket, wrong, "GET", path, std::nullopt, 10s, server()});
+        LocalUnixHTTP(clock).request({socket, wrong, "GET", path, std::nullopt, 10s, onlyChild()});
     return answer ? answer->status : 0;
   };
   EXPECT_EQ(status("/health"), 200);
@@ -93,7 +84,7 @@ TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
   for (std::size_t moment = 0; moment < 20; ++moment) {
     const auto signal = misfortunes[moment % misfortunes.size()];
     const auto delay = std::chrono::milliseconds(numbers() % 150);
-    const auto victim = server();
+    const auto victim = onlyChild();
     ASSERT_GT(victim, 0);
     // From a thread of its own, while the questions are on their way.
     std::atomic<bool> hasHappened = false;

@@ -79,12 +79,15 @@ class ServerBench : public ::testing::Test {
     Awaiting<Answer> asking(refining(*refiner, text));
     return described(asking);
   }
-  std::string described(Awaiting<Answer>& asking) {
-    if (!executor.waitUntil([&] { return asking.done(); })) return "HANGS";
-    if (*asking) return **asking;
-    return asking->error().which() == MRMError::Case::smartRefinementFailed
-               ? "RAW"
-               : asking->error().localizedDescription();
+  std::string described(Awaiting<Answer>& asking) { return murmel::described(executor, asking); }
+  /// The only running child of this process.
+  static pid_t onlyChild() {
+    pid_t found = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
+      std::ifstream list(entry.path() / "children");
+      for (pid_t child = 0; list >> child;) found = child;
+    }
+    return found;
   }
 
   /// Everything in the temporary directory, by name.

@@ -37,7 +37,7 @@ TEST(DownloaderInterruption, GoesOnAfterBeingKilledAtAnyMoment) {
     for (const auto& file : {first, copy}) {
       const auto place = store / file.place();
       if (!fs::exists(place)) continue;
-      ASSERT_EQ(readFile(place), host.content(file)) << "half a file after kill " << i;
+      ASSERT_EQ(contentsOf(place), host.content(file)) << "half a file after kill " << i;
       ++whole;
     }
     // Begin again, so that every kill meets work that is under way.
@@ -49,7 +49,7 @@ TEST(DownloaderInterruption, GoesOnAfterBeingKilledAtAnyMoment) {
   ASSERT_FALSE(events.empty());
   EXPECT_EQ(events.back().event, "idle");
   downloader.close();
-  for (const auto& file : {first, copy}) EXPECT_EQ(readFile(store / file.place()), host.content(file));
+  for (const auto& file : {first, copy}) EXPECT_EQ(contentsOf(store / file.place()), host.content(file));
   EXPECT_FALSE(fs::exists(store / ".downloads")) << "something temporary was left";
   EXPECT_GT(whole, 0) << "no kill came late enough: the test proves less than it says";
 }

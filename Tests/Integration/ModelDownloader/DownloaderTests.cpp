@@ -34,7 +34,7 @@ class Downloader : public testing::Test {
   static std::string name() { return testing::UnitTest::GetInstance()->current_test_info()->name(); }
   [[nodiscard]] fs::path store() const { return folder.path() / "Models"; }
   [[nodiscard]] bool isInstalled(const HostedFile& file) const {
-    return readFile(store() / file.place()) == host->content(file);
+    return contentsOf(store() / file.place()) == host->content(file);
   }
   [[nodiscard]] bool hasTemporaryFiles() const { return fs::exists(store() / ".downloads"); }
 
@@ -178,7 +178,7 @@ TEST_F(Downloader, RepairsWhatLiesInTheFilesPlace) {
     EXPECT_THAT(summary(downloader.untilIdle()), ElementsAre("installed small", "idle"));
     EXPECT_TRUE(isInstalled(small) && !fs::is_symlink(place));
   }
-  EXPECT_EQ(readFile(outside), "not ours");
+  EXPECT_EQ(contentsOf(outside), "not ours");
 
   fs::remove(place);
   fs::create_directories(place / "sub");
@@ -237,7 +237,7 @@ TEST_F(Downloader, NothingInTheStoreLeadsItOutOrHoldsItUp) {
     downloader.download({"small"});
     EXPECT_THAT(summary(downloader.untilIdle()), ElementsAre("installed small", "idle"));
     EXPECT_TRUE(isInstalled(small));
-    EXPECT_EQ(readFile(foreign), "not ours");
+    EXPECT_EQ(contentsOf(foreign), "not ours");
     EXPECT_EQ(std::distance(fs::directory_iterator(outside), {}), 1);
   }
   // A model's folder that leads elsewhere is not replaced, and not followed either.

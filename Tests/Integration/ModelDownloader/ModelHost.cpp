@@ -13,11 +13,6 @@
 
 namespace murmel::test {
 
-std::string readFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 ModelHost::ModelHost() : process_({sourceFolder() + "/Tests/Support/model-host", folder_.path().string()}) {
   const std::unique_ptr<FILE, int (*)(FILE*)> lines(::fdopen(::dup(process_.output()), "r"), &std::fclose);
   char certificate[256];
@@ -69,7 +64,7 @@ HostStatistics ModelHost::statistics(const std::string& name, const std::string&
 }
 
 std::string ModelHost::content(const HostedFile& file) const {
-  return readFile(folder_.path() / file.file);
+  return contentsOf(folder_.path() / file.file);
 }
 
 }  // namespace murmel::test

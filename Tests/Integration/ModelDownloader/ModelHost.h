@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Support/ChildProgram.h"
+#include "Support/FileBytes.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cstdint>
@@ -54,8 +55,5 @@ class ModelHost {
   int port_ = 0;
   std::string certificate_;
 };
-
-/// The whole content of a file; empty when it cannot be read.
-std::string readFile(const std::filesystem::path& path);
 
 }  // namespace murmel::test

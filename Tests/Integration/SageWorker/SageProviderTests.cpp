@@ -64,13 +64,7 @@ class SageProvider : public ::testing::Test, public SmartModelFiles {
     Awaiting<Answer> asking(refining(provider(), text));
     return described(asking);
   }
-  std::string described(Awaiting<Answer>& asking) {
-    if (!executor.waitUntil([&] { return asking.done(); })) return "HANGS";
-    if (*asking) return **asking;
-    return asking->error().which() == MRMError::Case::smartRefinementFailed
-               ? "RAW"
-               : asking->error().localizedDescription();
-  }
+  std::string described(Awaiting<Answer>& asking) { return murmel::described(executor, asking); }
   /// Asks until the worker has loaded its model.
   std::string refineWhenLoaded(const std::string& text) {
     std::string refined = "RAW";

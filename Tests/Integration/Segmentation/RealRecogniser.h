@@ -100,7 +100,7 @@ class RealRecogniser : public ::testing::Test {
   KillableLauncher launcher;
   ModelManager models{executor};
   std::shared_ptr<CountedProvider> provider;
-  KeptLog log;
+  MemoryLogSink log;
   DictationDiagnostics figures;
 };
 

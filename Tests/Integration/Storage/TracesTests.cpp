@@ -1,15 +1,12 @@
 #include "Sentinel.h"
+#include "Support/ChildProgram.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessMemory.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
 #include <csignal>
-#include <cstdio>
 
-#include <fcntl.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -43,50 +40,17 @@ int occurrencesOnDisk(const std::filesystem::path& folder) {
 }
 
 /// The program under test, with its input and output.
-class Witness {
+class Witness : public test::ChildProgram {
  public:
-  explicit Witness(const std::filesystem::path& folder) {
-    std::array<int, 2> input{};
-    std::array<int, 2> output{};
-    if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) return;
-    process_ = ::fork();
-    if (process_ == 0) {
-      ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-      ::dup2(input[0], STDIN_FILENO);
-      ::dup2(output[1], STDOUT_FILENO);
-      ::execl(MURMEL_STORAGE_WITNESS, MURMEL_STORAGE_WITNESS, folder.c_str(), nullptr);
-      ::_exit(127);
-    }
-    ::close(input[0]);
-    ::close(output[1]);
-    input_ = input[1];
-    output_ = ::fdopen(output[0], "r");
-  }
-  ~Witness() {
-    ::close(input_);
-    std::fclose(output_);
-    if (process_ > 0) ::waitpid(process_, nullptr, 0);
-  }
-
+  explicit Witness(const std::filesystem::path& folder) : ChildProgram({MURMEL_STORAGE_WITNESS, folder}) {}
   std::string stage() {
-    std::array<char, 64> line{};
-    return std::fgets(line.data(), line.size(), output_) == nullptr ? "(ended)" : line.data();
+    std::string line;
+    for (char byte = 0; byte != '\n' && ::read(output(), &byte, 1) == 1;) line += byte;
+    return line;
   }
-  void goOn() { (void)!::write(input_, "\n", 1); }
-  int wait() {
-    int status = 0;
-    ::waitpid(process_, &status, 0);
-    process_ = -1;
-    return status;
-  }
-
+  void goOn() { (void)!::write(input(), "\n", 1); }
   /// How often pieces of the sentence are in the memory of the process.
-  [[nodiscard]] int occurrencesInMemory() const { return test::ProcessMemory(process_).count(pieces()); }
-
- private:
-  pid_t process_ = -1;
-  int input_ = -1;
-  FILE* output_ = nullptr;
+  [[nodiscard]] int occurrencesInMemory() const { return test::ProcessMemory(identifier()).count(pieces()); }
 };
 
 }  // namespace
@@ -110,8 +74,8 @@ TEST(Traces, NothingOfADeletedSentenceIsLeftOnDiskInMemoryOrInACoreDump) {
   EXPECT_EQ(occurrencesOnDisk(session), 0);
 
   witness.goOn();
-  const int status = witness.wait();
-  ASSERT_TRUE(WIFSIGNALED(status)) << status;
+  witness.end(0);
+  ASSERT_EQ(witness.exitStatus(), 128 + SIGABRT);
   std::string core;
   for (const auto& name : namesIn(folder)) {
     if (name.starts_with("core")) core = name;

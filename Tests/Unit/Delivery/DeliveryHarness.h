@@ -2,13 +2,13 @@
 
 #include "Delivery/TextInsertionService.h"
 #include "Foundation/Async/Scope.h"
-#include "Foundation/Log.h"
 #include "Platform/Fake/FakeFocusedField.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeSecureInput.h"
 #include "Platform/Fake/FakeWorkspace.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Support/MemoryLogSink.h"
 
 #include <optional>
 #include <string>
@@ -38,16 +38,6 @@ inline ClipboardSnapshot richClipboard() {
              {"image/png", std::string("\x89PNG\0\r\n", 7), "", 8},
              {"numbers", std::string(8, '\1'), "INTEGER", 32}}}}};
 }
-
-class LinesOfLog final : public LogSink {
- public:
-  void write(LogLevel /*level*/, std::string_view /*subsystem*/, std::string_view /*category*/,
-             std::string_view line) override {
-    lines += line;
-    lines += '\n';
-  }
-  std::string lines;
-};
 
 /// A desktop of fakes with an editor in front, and the service on it.
 class DeliveryHarness {
@@ -96,7 +86,7 @@ class DeliveryHarness {
   }
 
   ManualExecutor executor;
-  LinesOfLog log;
+  MemoryLogSink log;
   RunningApplication editor = application(100, "Mousepad");
   FakeWorkspace workspace{executor};
   FakeKeyboardPoster keyboard{executor, workspace};

@@ -24,7 +24,7 @@ TEST(LiveSegment, PhrasesArriveInOrderAndTheClipboardIsTheUsersInBetween) {
   desk.executor.advance(1s);
   EXPECT_EQ(desk.general.contents(), richClipboard());
   EXPECT_EQ(desk.service->lastResult(), TextDeliveryResult::insertedAndClipboardRestored);
-  EXPECT_NE(desk.log.lines.find("paste_dispatched=true"), std::string::npos);
+  EXPECT_NE(desk.log.text().find("paste_dispatched=true"), std::string::npos);
 }
 
 TEST(LiveSegment, ASwitchOfApplicationOrWindowEndsItAndIsNotUndone) {
@@ -44,7 +44,7 @@ TEST(LiveSegment, ASwitchOfApplicationOrWindowEndsItAndIsNotUndone) {
     EXPECT_EQ(desk.keyboard.posted().size(), 1U);
     EXPECT_TRUE(desk.workspace.activated().empty());
     EXPECT_EQ(desk.general.contents(), richClipboard()) << "the rest is copied at the end, not now";
-    EXPECT_NE(desk.log.lines.find("paste_dispatched=false"), std::string::npos);
+    EXPECT_NE(desk.log.text().find("paste_dispatched=false"), std::string::npos);
   }
 }
 

@@ -94,7 +94,7 @@ TEST(TextInsertionService, CopiesWhereItMayNotPaste) {
     EXPECT_NE(desk.general.contents().find("org.nspasteboard.ConcealedType"), nullptr);
     desk.executor.advance(5s);
     EXPECT_EQ(desk.clipboardText(), spoken) << "what was copied stays";
-    EXPECT_EQ(desk.log.lines.find("dictated"), std::string::npos);
+    EXPECT_EQ(desk.log.text().find("dictated"), std::string::npos);
   }
 }
 
@@ -222,8 +222,8 @@ TEST(TextInsertionService, KeepsTheTranscriptWhenTheTargetNeverReadsIt) {
   EXPECT_EQ(desk.clipboardText(), spoken);
   EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), spoken) << "for a paste by hand";
   EXPECT_TRUE(warning(desk.settled.front()));
-  EXPECT_NE(desk.log.lines.find("paste_settled how=never_read reads=0 refused_readers=1"), std::string::npos)
-      << desk.log.lines;
+  EXPECT_NE(desk.log.text().find("paste_settled how=never_read reads=0 refused_readers=1"), std::string::npos)
+      << desk.log.text();
   EXPECT_FALSE(warning(PasteSettlement::clipboardRestored));
 }
 
@@ -445,7 +445,7 @@ TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
   EXPECT_TRUE(desk.keyboard.posted().empty());
   EXPECT_EQ(desk.general.contents(), richClipboard());
-  EXPECT_NE(desk.log.lines.find("clipboard_unavailable"), std::string::npos);
+  EXPECT_NE(desk.log.text().find("clipboard_unavailable"), std::string::npos);
 }
 
 TEST(DictationSpacing, PutsASpaceBetweenTwoDictationsWithNothingInBetween) {

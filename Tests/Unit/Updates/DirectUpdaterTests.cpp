@@ -1,5 +1,4 @@
 #include "Foundation/Crypto/Base64.h"
-#include "Foundation/Crypto/Crypto.h"
 #include "MRMDirectUpdater/DirectUpdater.h"
 #include "MRMUpdatePolicy/ReleaseKey.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
@@ -7,6 +6,7 @@
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
+#include "Unit/Updates/SignedFeed.h"
 
 #include <csignal>
 
@@ -28,30 +28,21 @@ class DirectUpdaterTest : public testing::Test {
   void play(FakeChildSide& side) const {
     const auto& task = side.arguments().front();
     if (task == "feed") {
-      const auto feed = signedFeed();
-      const std::span bytes(reinterpret_cast<const std::uint8_t*>(feed.data()), feed.size());
-      side.write(R"({"event":"feed","feed":")" + base64::encoded(bytes) + "\"}\n");
+      side.write(R"({"event":"feed","feed":")" + base64::encoded(bytesOf(feed())) + "\"}\n");
     } else if (task == failing) {
-      side.write(R"({"event":"failed","message":"It failed."})"
-                 "\n");
+      side.write("{\"event\":\"failed\",\"message\":\"It failed.\"}\n");
     } else {
-      side.write(R"({"event":"done"})"
-                 "\n");
+      side.write("{\"event\":\"done\"}\n");
     }
     (void)side.readLine();
   }
 
-  [[nodiscard]] std::string signedFeed() const {
-    const std::string header = "murmel-update-feed 1\n";
-    const auto document = R"({"serial": 5, "expires": 99999999999, "releases": [{"version": "2.1", "build": 7,
+  [[nodiscard]] std::string feed() const {
+    return signedFeed(key,
+                      R"({"serial": 5, "expires": 99999999999, "releases": [{"version": "2.1", "build": 7,
         "channel": "c", "edition": "e", "architecture": "a", "size": 10, "sha256": ")" +
-                          std::string(64, 'a') + R"(", "url": "https://h/f"}]})";
-    const auto covered = header + document;
-    const auto signature = key.sign({reinterpret_cast<const std::uint8_t*>(covered.data()), covered.size()});
-    return header + "key " + crypto::hexadecimal(key.publicKey()) + "\nsignature " +
-           crypto::hexadecimal(signature) + "\n" + document;
+                          std::string(64, 'a') + R"(", "url": "https://h/f"}]})");
   }
-
   DirectUpdater& updater() {
     if (!updater_) {
       updater_.emplace(DirectUpdater::Configuration{.road = road,

@@ -1,9 +1,9 @@
-#include "Foundation/Crypto/Crypto.h"
 #include "MRMUpdatePolicy/ReleaseKey.h"
 #include "MRMUpdatePolicy/UpdateFeed.h"
 #include "MRMUpdatePolicy/UpdateRoad.h"
 #include "MRMUpdatePolicy/UpdateSchedule.h"
 #include "Support/Testing.h"
+#include "Unit/Updates/SignedFeed.h"
 
 namespace murmel {
 namespace {
@@ -60,16 +60,6 @@ TEST(UpdateRoad, IsTheOneTheInstallationCameBy) {
 
 class UpdateFeedTest : public testing::Test {
  protected:
-  static constexpr std::string_view header = "murmel-update-feed 1\n";
-
-  [[nodiscard]] static std::span<const std::uint8_t> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-  }
-  [[nodiscard]] std::string signedFeed(const std::string& document) const {
-    const auto signature = key_.sign(bytesOf(std::string(header) + document));
-    return std::string(header) + "key " + crypto::hexadecimal(key_.publicKey()) + "\nsignature " +
-           crypto::hexadecimal(signature) + "\n" + document;
-  }
   [[nodiscard]] std::expected<UpdateFeed, FeedFault> read(const std::string& feed,
                                                           std::uint64_t seen = 0) const {
     return readUpdateFeed(feed, fingerprint(key_.publicKey()), now, seen);
@@ -83,7 +73,7 @@ class UpdateFeedTest : public testing::Test {
 };
 
 TEST_F(UpdateFeedTest, IsBelievedWhenEveryByteOfItIsSigned) {
-  const auto feed = signedFeed(document_);
+  const auto feed = signedFeed(key_, document_);
   ASSERT_TRUE(read(feed));
   EXPECT_EQ(read(feed)->releases.at(0).build, 7U);
   for (std::size_t index = 0; index < feed.size(); ++index) {
@@ -95,13 +85,13 @@ TEST_F(UpdateFeedTest, IsBelievedWhenEveryByteOfItIsSigned) {
   EXPECT_TRUE(read(feed, 5));
   EXPECT_EQ(readUpdateFeed(feed, fingerprint(key_.publicKey()), now + 1, 0).error(), FeedFault::expired);
   EXPECT_EQ(readUpdateFeed(feed, "", now, 0).error(), FeedFault::wrongKey);
-  EXPECT_EQ(read(signedFeed(R"({"serial": -5, "expires": 1800000001, "releases": []})")).error(),
+  EXPECT_EQ(read(signedFeed(key_, R"({"serial": -5, "expires": 1800000001, "releases": []})")).error(),
             FeedFault::malformed);
 }
 
 TEST_F(UpdateFeedTest, OffersTheNewestReleaseThatSuits) {
   const UpdateSubject subject{6, "developer-id", "complete", "x86_64", "2.36"};
-  auto feed = *read(signedFeed(document_));
+  auto feed = *read(signedFeed(key_, document_));
   EXPECT_EQ(releaseFor(feed, subject)->build, 7U);
   auto newer = feed.releases.front();
   newer.build = 8;
