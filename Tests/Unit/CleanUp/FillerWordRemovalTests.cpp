@@ -29,11 +29,11 @@ TEST(FillerWordRemoval, RemovesFillersAndTidiesUp) {
 }
 
 TEST(FillerWordRemoval, StaysLinear) {
-  // Each of these has a hundred thousand places at which a match could begin and fail late.
+  // Each of these has tens of thousands of places at which a match could begin and fail late.
   const std::vector<std::string> units{"как ", "you ", "kind  ", ", ", " ,", "\t", "um", "ээ", "um ,"};
   for (const auto& unit : units) {
     std::string text;
-    while (text.size() < 200'000) text += unit;
+    while (text.size() < 60'000) text += unit;
     EXPECT_LE(FillerWordRemoval::apply(text).size(), text.size()) << unit;
   }
 }

@@ -141,28 +141,32 @@ TEST_F(DictationEnds, AForgottenRecordingIsDelivered) {
   begin();
   startByToggle();
   int seconds = 0;
-  const auto hear = [&](double loudness, int length) {
+  const auto syllables = [](double loudness) {
+    PrivateVector<float> second(48'000);
+    for (std::size_t index = 0; index < second.size(); ++index) {
+      const double time = static_cast<double>(index) / 48'000;
+      const bool isSpoken = std::fmod(time, 0.4) < 0.2;
+      second[index] = static_cast<float>((isSpoken ? loudness : 0.0005) * std::sin(1'000 * time));
+    }
+    return second;
+  };
+  const auto silence = syllables(0.0005);
+  const auto hear = [&](const PrivateVector<float>& sound, int length) {
     for (int second = 0; second < length && state() == Case::listening; ++second, ++seconds) {
-      PrivateVector<float> samples(48'000);
-      for (std::size_t index = 0; index < samples.size(); ++index) {
-        const double time = static_cast<double>(index) / 48'000;
-        const bool syllable = std::fmod(time, 0.4) < 0.2;
-        samples[index] = static_cast<float>((syllable ? loudness : 0.0005) * std::sin(1'000 * time));
-      }
-      input.deliver(samples);
+      input.deliver(sound);
       executor.advance(1s);
     }
   };
-  hear(0.0005, 40);
-  hear(0.2, 20);
-  hear(0.0005, 50);
+  hear(silence, 40);
+  hear(syllables(0.2), 20);
+  hear(silence, 50);
   EXPECT_EQ(state(), Case::listening) << "somebody has spoken in between";
-  hear(0.0005, 100);
+  hear(silence, 100);
   EXPECT_LE(seconds, 130);
   EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
   settings.forgottenMinutes = 0;
   startByToggle();
-  hear(0.0005, 100);
+  hear(silence, 100);
   EXPECT_EQ(state(), Case::listening) << "the user wants no limit";
 }
 

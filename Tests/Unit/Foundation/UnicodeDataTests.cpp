@@ -10,6 +10,12 @@ namespace {
 
 constexpr char32_t lastScalar = 0x10FFFF;
 
+/// Most planes have no characters at all: of those a few scalars stand for the rest.
+bool isTried(char32_t scalar) {
+  const auto plane = scalar >> 16U;
+  return plane < 4 || plane == 14 || scalar % 251 == 0;
+}
+
 std::string utf8(const std::vector<char32_t>& scalars) {
   std::string result;
   for (const auto scalar : scalars) text::appendScalar(result, scalar);
@@ -88,7 +94,7 @@ TEST(UnicodeData, EveryScalarJoinsItsNeighboursAsItsBreakPropertySays) {
   const auto property = readProperty("auxiliary/GraphemeBreakProperty.txt");
   std::size_t wrong = 0;
   for (char32_t scalar = 1; scalar <= lastScalar; ++scalar) {
-    if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
+    if ((scalar >= 0xD800 && scalar <= 0xDFFF) || !isTried(scalar)) continue;
     const auto found = property.find(scalar);
     const auto value = found == property.end() ? "Other" : found->second;
     const bool joins = value == "Extend" || value == "ZWJ" || value == "SpacingMark" || value == "Prepend";
@@ -105,7 +111,7 @@ TEST(UnicodeData, WhiteSpacePunctuationLettersAndWordScalars) {
   const auto category = readProperty("extracted/DerivedGeneralCategory.txt");
   std::size_t wrong = 0;
   for (const auto& [scalar, value] : category) {
-    if (value == "Cs") continue;
+    if (value == "Cs" || !isTried(scalar)) continue;
     const auto character = utf8({scalar});
     const bool isWord = value.starts_with('L') || value.starts_with('N') || scalar == U'_';
     const bool right = text::isWhitespace(character) == whiteSpace.contains(scalar) &&

@@ -45,7 +45,11 @@ class LocalHTTP : public ::testing::Test {
   std::string serveOnce(const std::string& until, const std::string& answer) const {
     const UniqueDescriptor connection(::accept(listener.get(), nullptr, nullptr));
     std::string heard;
-    for (char byte = 0; !heard.ends_with(until) && ::recv(connection.get(), &byte, 1, 0) == 1;) heard += byte;
+    std::array<char, 4'096> piece{};
+    for (ssize_t count = 1; !heard.ends_with(until) && count > 0;) {
+      count = ::recv(connection.get(), piece.data(), piece.size(), 0);
+      heard.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
     ::send(connection.get(), answer.data(), answer.size(), MSG_NOSIGNAL);
     return heard;
   }

@@ -112,7 +112,7 @@ TEST_F(Models, SaysWhatAModelIsGoodForAndWhyItIsOfNoUseHere) {
 
 TEST_F(Models, RemembersWhatSeveralProcessesVerifyAtOnce) {
   constexpr int processes = 4;
-  constexpr int each = 50;
+  constexpr int each = 15;
   fs::create_directories(store);
   std::vector<ModelArtifact> files;
   for (int number = 0; number < processes * each; ++number) {

@@ -122,7 +122,7 @@ Words numbersIn(std::string_view text) {
 }  // namespace
 
 TEST(ConservativeFormattingProjection, NeverChangesAWord) {
-  constexpr unsigned rounds = 10'000;
+  constexpr unsigned rounds = 4'000;
   int projections = 0;
   for (unsigned seed = 1; seed <= rounds; ++seed) {
     Generator random(seed);
@@ -144,5 +144,5 @@ TEST(ConservativeFormattingProjection, NeverChangesAWord) {
     // Formatting what is formatted already changes no word either, and a projection accepts itself.
     ASSERT_EQ(coresOf(Projection::project(*projected, *projected).value_or("")), actual) << "seed " << seed;
   }
-  EXPECT_GT(projections, 3'000) << "most candidates should be good enough to be projected";
+  EXPECT_GT(projections, 1'200) << "most candidates should be good enough to be projected";
 }

@@ -168,26 +168,26 @@ Task<void> keepPhrase(Texts* delivered, SpokenText text) {
 }
 
 TEST(IncrementalSession, NoWordIsLostWithTheEngineWhateverHappensToIt) {
-  for (const bool live : {false, true}) {
-    for (int trouble = 0; trouble < 20; ++trouble) {
-      SessionBench bench;
-      const auto from = bench.executor.now() + trouble * 1s;
-      const auto isDown = [&] { return bench.executor.now() >= from && bench.executor.now() < from + 4s; };
-      bench.script = [&](const auto& request, std::size_t) {
-        const bool dies = isDown() || bench.executor.now() + 1s == from;
-        return dies ? Answer{dead, 1s} : Answer{segmentOf(bench, request), 1s};
-      };
-      if (trouble % 2 == 0) bench.provider->down = isDown;
-      Texts delivered;
-      if (live) bench.configuration.onPhrase = [&](SpokenText text) { return keepPhrase(&delivered, text); };
-      bench.start();
-      bench.record(phrases(4).audio());
-      const auto result = bench.finish();
-      ASSERT_TRUE(result) << trouble;
-      EXPECT_EQ(result->text.reveal(), "s0 s1 s2 s3") << trouble << " live " << live;
-      EXPECT_EQ(result->failedPieces, 0);
-      EXPECT_EQ(delivered, live ? (Texts{"s0", "s1", "s2", "s3"}) : Texts{});
-    }
+  const auto audio = phrases(4).audio();
+  for (int trouble = 0; trouble < 20; ++trouble) {
+    const bool live = trouble % 3 == 0;
+    SessionBench bench;
+    const auto from = bench.executor.now() + trouble * 1s;
+    const auto isDown = [&] { return bench.executor.now() >= from && bench.executor.now() < from + 4s; };
+    bench.script = [&](const auto& request, std::size_t) {
+      const bool dies = isDown() || bench.executor.now() + 1s == from;
+      return dies ? Answer{dead, 1s} : Answer{segmentOf(bench, request), 1s};
+    };
+    if (trouble % 2 == 0) bench.provider->down = isDown;
+    Texts delivered;
+    if (live) bench.configuration.onPhrase = [&](SpokenText text) { return keepPhrase(&delivered, text); };
+    bench.start();
+    bench.record(audio);
+    const auto result = bench.finish();
+    ASSERT_TRUE(result) << trouble;
+    EXPECT_EQ(result->text.reveal(), "s0 s1 s2 s3") << trouble;
+    EXPECT_EQ(result->failedPieces, 0);
+    EXPECT_EQ(delivered, live ? (Texts{"s0", "s1", "s2", "s3"}) : Texts{});
   }
 }
 
@@ -214,13 +214,13 @@ TEST(IncrementalSession, AWorkerThatNeverComesBackEndsTheWaitWithItsReason) {
   bench.script = [](const auto&, std::size_t) { return Answer{dead, 45s}; };
   bench.configuration.targetSegmentSeconds = infinite;
   bench.start();
-  bench.record(phrases(60).audio());
+  bench.record(phrases(30).audio());
   const auto begin = bench.executor.now();
   const auto result = bench.finish();
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error(), dead.error());
-  EXPECT_LE(bench.executor.now() - begin, 6min) << "seven segments, each of which could take minutes";
-  EXPECT_NEAR(bench.session->diagnostics().abandonedSeconds, 300, 5);
+  EXPECT_LE(bench.executor.now() - begin, 6min) << "four segments, each of which could take minutes";
+  EXPECT_NEAR(bench.session->diagnostics().abandonedSeconds, 150, 5);
 
   SessionBench half;
   half.script = [&](const auto&, std::size_t index) { return index == 0 ? Answer{"one"} : Answer{dead}; };
@@ -308,7 +308,7 @@ TEST(IncrementalSession, PhrasesAreAwaited) {
 TEST(IncrementalSession, TheWaitAfterTheStopDoesNotGrowWithTheLength) {
   for (const double target : {3.0, 15.0}) {
     std::vector<double> waits;
-    for (const double length : {10.0, 60.0, 240.0}) {
+    for (const double length : {10.0, 60.0, 150.0}) {
       SessionBench bench;
       bench.script = [](const auto& request, std::size_t) {
         return Answer{"words", secondsToDuration(0.3 * request.audio.duration())};

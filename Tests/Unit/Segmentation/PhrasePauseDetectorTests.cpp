@@ -46,9 +46,9 @@ TEST(PhrasePauseDetector, CutsWhereSpeechPausesAndNowhereElse) {
       {"a word that is too short to be one", SoundTape().noise(1).speech(0.15).noise(2), {}},
       {"quiet speech in a quiet room", SoundTape().noise(0.5, -80).speech(2, -50).noise(0.9, -80), {2.9}},
       {"speech in noise is not cut", SoundTape().noise(0.5, -32).speech(3, -22).noise(2, -32), {}},
-      {"noise alone", SoundTape().noise(30, -30), {}},
-      {"digital silence", SoundTape().zeros(30), {}},
-      {"a hum", SoundTape().hum(30, 50, -20), {}},
+      {"noise alone", SoundTape().noise(12, -30), {}},
+      {"digital silence", SoundTape().zeros(12), {}},
+      {"a hum", SoundTape().hum(12, 50, -20), {}},
       {"a hum under the speech", SoundTape().hum(0.5, 50, -50).speech(2).hum(0.9, 50, -50), {2.9}},
       {"a device that opens slowly", SoundTape().zeros(3).noise(1).speech(2).noise(0.9).speech(1), {6.4}},
       {"a gate that closes between the phrases",
@@ -71,8 +71,7 @@ TEST(PhrasePauseDetector, CutsWhereSpeechPausesAndNowhereElse) {
 }
 
 TEST(PhrasePauseDetector, FindsTheSamePausesAtAnyRate) {
-  for (const double rate :
-       {100.0, 999.5, 8'000.0, 11'025.0, 22'050.0, 44'100.0, 48'000.0, 96'000.0, 192'000.0}) {
+  for (const double rate : {100.0, 999.5, 8'000.0, 11'025.0, 44'100.0, 192'000.0}) {
     SoundTape tape(rate);
     tape.noise(0.5).speech(2).noise(0.9).speech(2).noise(0.9);
     const auto cuts = phraseCuts(tape, rate);

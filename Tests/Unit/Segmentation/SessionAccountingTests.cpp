@@ -111,7 +111,7 @@ class RandomDictation {
 };
 
 TEST(SessionAccounting, NoSampleIsLostUncountedOrRecognisedTwice) {
-  for (unsigned seed = 1; seed <= 40; ++seed) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
     SCOPED_TRACE(seed);
     const RandomDictation dictation(seed, seed % 2 == 0);
     if (::testing::Test::HasFailure()) break;
