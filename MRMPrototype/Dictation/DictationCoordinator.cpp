@@ -193,6 +193,7 @@ void DictationCoordinator::prepareSession(Recording& recording, bool live) {
   configuration.refinement = services_.refinement.makeRefinementProvider();
   configuration.languageCode = services_.settings.workerLanguageCode();
   configuration.targetSegmentSeconds = targetSegmentSeconds(services_.settings, live);
+  configuration.draftsInPauses = true;
   configuration.onRecognised = [this](const RecognisedPiece& piece) { onRecognised_.emit(piece); };
   configuration.onBacklog = [this, operation = recording.operation](bool behind, std::int64_t revision) {
     updateBacklog(behind, revision, operation);
@@ -214,9 +215,12 @@ void DictationCoordinator::prepareSession(Recording& recording, bool live) {
 }
 
 void DictationCoordinator::startTimers() {
+  pauseWatch_ = {};
   const auto showLevel = [this] {
     showCaptureCondition(services_.audio.health(services_.clock.now()));
-    services_.overlay.setLevel(services_.audio.normalizedLevel());
+    const double level = services_.audio.normalizedLevel();
+    services_.overlay.setLevel(level);
+    if (pauseWatch_.observe(level)) takeCapturedAudio();
   };
   meterTimer_.emplace(services_.executor, meterInterval, showLevel);
   capturePump_.emplace(services_.executor, capturePumpInterval, [this] { takeCapturedAudio(); });

@@ -7,6 +7,7 @@
 #include "Dictation/LastTranscriptBuffer.h"
 #include "Dictation/OverlayController.h"
 #include "Dictation/PassingHint.h"
+#include "Dictation/PauseWatch.h"
 #include "Dictation/RecogniserPreparation.h"
 #include "Dictation/Recording.h"
 #include "Dictation/RetryBuffer.h"
@@ -206,6 +207,7 @@ class DictationCoordinator {
   std::optional<SpokenText> untilUnlock_;
   OperationIdentifier insertionSessionOwner_ = 0;
   std::unique_ptr<Recording> recording_;
+  PauseWatch pauseWatch_;
   std::optional<RepeatingTimer> meterTimer_;
   std::optional<RepeatingTimer> capturePump_;
   Registration cancelKey_;

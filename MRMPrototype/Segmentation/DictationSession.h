@@ -50,6 +50,8 @@ struct DictationSessionConfiguration {
   std::optional<std::string> languageCode;
   /// Somebody waits for the words from the beginning, as for those of a file.
   bool somebodyWaits = false;
+  /// In each pause, what may have been the last words is recognised at once: the user will wait for them.
+  bool draftsInPauses = false;
   double targetSegmentSeconds = 0;  ///< infinite: one segment for the whole recording
   /// Called with each recognised and refined phrase, in order, and awaited; absent without live insertion.
   std::function<Task<void>(SpokenText)> onPhrase;

@@ -35,6 +35,7 @@ IncrementalDictationSession::IncrementalDictationSession(DictationSessionConfigu
       requests_(services.executor, services.clock,
                 {configuration_.transcription, configuration_.nextTranscription},
                 configuration_.languageCode),
+      draft_(requests_, services.clock),
       // What has been inserted stands where it is.
       seams_(services.executor, configuration_.onPhrase ? nullptr : configuration_.refinement, pieces_),
       nextProgressSeconds_(firstProgressSeconds) {
@@ -60,6 +61,14 @@ void IncrementalDictationSession::append(PendingCapturedAudio audio) {
   reportLevels();
   reportProgress();
   for (auto& cut : cuts) enqueue(std::move(cut));
+  if (configuration_.draftsInPauses && recogniserIsFree() && !carried_) draftOpenSegment();
+}
+
+void IncrementalDictationSession::draftOpenSegment() {
+  auto open = cutter_.draft();
+  if (!open || !open->speechEnd) return;
+  const SpeechDraft::Speech speech{segments_, *open->speechEnd};
+  if (draft_.mayBegin(speech)) draft_.begin(speech, convert_(std::move(open->audio)));
 }
 
 /// What comes from a file keeps it busy to the end.
@@ -77,6 +86,7 @@ void IncrementalDictationSession::enqueue(CutSegment cut) {
   segment.span = {cutSeconds_, cutSeconds_ + cut.seconds};
   cutSeconds_ = segment.span.end;
   segment.evidence = cut.evidence;
+  segment.speechEnd = cut.speechEnd;
   if (segment.evidence == SpeechEvidence::clear) heardSpeech_ = true;
   // Nobody has to listen to silence, or to keep it.
   if (segment.evidence == SpeechEvidence::none) return;
@@ -120,6 +130,14 @@ Task<void> IncrementalDictationSession::recogniseSegment(Segment segment) {
     auto together = recogniseWithCarried(segment);
     const bool salvaged = co_await together;
     if (salvaged) co_return;
+  }
+  auto taking = draft_.take({segment.place, segment.speechEnd.value_or(0)});
+  std::optional<RecognitionOutcome> drafted = co_await taking;
+  if (drafted) {
+    if (!stopped_) ++diagnostics_.segmentsBeforeStop;
+    auto delivery = deliver(segment.place, segment.span, *std::move(drafted));
+    co_await delivery;
+    co_return;
   }
   // A text can be completed later; a phrase cannot be inserted after the one that follows it.
   const bool othersMayGoFirst = !configuration_.onPhrase;

@@ -8,6 +8,7 @@
 #include "Segmentation/RecognitionRequests.h"
 #include "Segmentation/SeamReview.h"
 #include "Segmentation/SegmentCutter.h"
+#include "Segmentation/SpeechDraft.h"
 
 #include <cstddef>
 #include <deque>
@@ -26,7 +27,8 @@ struct IncrementalSessionServices {
 };
 
 /// Recognises a dictation while it is recorded, segment after segment, so that little is left to do at the
-/// stop: as soon as the recogniser is free it gets the phrases that are finished, also before the target.
+/// stop: as soon as the recogniser is free it gets the phrases that are finished, also before the target. In
+/// a pause it recognises what is still open, as a draft: should nothing follow, there is nothing to wait for.
 /// With an infinite target it recognises nothing before the stop.
 ///
 /// A segment is kept until its words are there, whatever happens to the recogniser meanwhile; a segment with
@@ -53,11 +55,13 @@ class IncrementalDictationSession final : public DictationSession {
     SpokenSpan span;
     RetryPolicy::Tries tries;
     SpeechEvidence evidence = SpeechEvidence::none;
+    std::optional<std::int64_t> speechEnd;  ///< see CutSegment
     [[nodiscard]] double seconds() const { return span.end - span.begin; }
   };
 
   [[nodiscard]] bool recogniserIsFree() const;
   void enqueue(CutSegment cut);
+  void draftOpenSegment();
   void startRecognising();
   static Task<void> warm(std::shared_ptr<TranscriptionProvider> recogniser);
   Task<void> recogniseQueue();
@@ -92,6 +96,7 @@ class IncrementalDictationSession final : public DictationSession {
   std::vector<Segment> aside_;      ///< waiting for the stop
 
   RecognitionRequests requests_;
+  SpeechDraft draft_;
   bool recognising_ = false;
   bool stopped_ = false;
   bool slowRequest_ = false;

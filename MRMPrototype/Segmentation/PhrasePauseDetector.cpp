@@ -31,11 +31,11 @@ constexpr int burstFrames = frames(0.08);
 constexpr int leastSpeechFrames = frames(0.3);
 constexpr int phrasePauseFrames = frames(0.7);
 constexpr int breathPauseFrames = frames(0.5);
+/// Twice as long as any consonant is silent.
+constexpr int gapFrames = frames(0.3);
 /// Words fade out slowly and begin suddenly, but a recogniser needs a little lead.
 constexpr double cutWithinPause = 0.65;
 constexpr double leastContrastDB = 15;
-/// Quiet consonants drown in less: the shorter pause needs the cleaner signal.
-constexpr double leastBreathContrastDB = 20;
 constexpr std::size_t recentSpeechFrames = frames(10);
 
 }  // namespace
@@ -133,18 +133,22 @@ void PhrasePauseDetector::trackSpeech(double smoothed) {
   speechLevels_.add(smoothed);
 }
 
+bool PhrasePauseDetector::contrasts(std::int64_t pauseFrames, double leastDB) const {
+  // Where a gate closes between the phrases there is no noise to mistake for a pause, or to compare with.
+  if (2 * zeroFrames_ >= pauseFrames) return true;
+  return floorDB_ && speechLevels_.percentile90() >= *floorDB_ + leastDB;
+}
+
 std::optional<PhrasePause> PhrasePauseDetector::pauseEnding() {
   const auto length = frame_ - speechEnd_;
-  if (length != breathPauseFrames && length != phrasePauseFrames) return std::nullopt;
-  const bool breath = length == breathPauseFrames;
-  const double contrast = breath ? leastBreathContrastDB : leastContrastDB;
+  if (length != gapFrames && length != breathPauseFrames && length != phrasePauseFrames) return std::nullopt;
+  const bool isPhrase = length == phrasePauseFrames;
   if (speechFrames_ < leastSpeechFrames) return std::nullopt;
-  // Where a gate closes between the phrases there is no noise to mistake for a pause, or to compare with.
-  const bool gated = 2 * zeroFrames_ >= length;
-  if (!gated && speechLevels_.percentile90() < *floorDB_ + contrast) return std::nullopt;
+  if (!contrasts(length, isPhrase ? leastContrastDB : leastBreathContrastDB)) return std::nullopt;
   const auto cutFrame = speechEnd_ + std::llround(cutWithinPause * static_cast<double>(length));
   const auto cut = meter_.firstSample(static_cast<std::size_t>(cutFrame));
-  if (breath) return PhrasePause{PhrasePause::Kind::breath, cut};
+  if (length == gapFrames) return PhrasePause{PhrasePause::Kind::gap, cut};
+  if (!isPhrase) return PhrasePause{PhrasePause::Kind::breath, cut};
   speechFrames_ = 0;
   return PhrasePause{PhrasePause::Kind::phrase, cut};
 }

@@ -16,6 +16,7 @@ namespace murmel {
 /// A place where speech may be cut.
 struct PhrasePause {
   enum class Kind {
+    gap,     ///< a moment between words: where there is no better place for long
     breath,  ///< between words: for want of a better place
     phrase,  ///< between phrases
   };
@@ -34,7 +35,7 @@ class PhrasePauseDetector {
   explicit PhrasePauseDetector(double sampleRate);
 
   /// The pauses that the samples complete, oldest first. A pause that becomes one between phrases has been
-  /// one between words before.
+  /// one between words before, and a gap before that.
   std::vector<PhrasePause> append(std::span<const float> samples);
 
   [[nodiscard]] const FrameLevelMeter& meter() const { return meter_; }
@@ -52,6 +53,14 @@ class PhrasePauseDetector {
   [[nodiscard]] double quietSeconds() const {
     return static_cast<double>(frame_ - speechEnd_) * FrameLevelMeter::frameSeconds;
   }
+  /// The first sample after the last speech, counted from the start of the stream.
+  [[nodiscard]] std::int64_t speechEnd() const {
+    return meter_.firstSample(static_cast<std::size_t>(speechEnd_));
+  }
+  /// Whether the speech stands out of the noise so clearly that what is quiet now is no speech.
+  [[nodiscard]] bool isQuietForCertain() const {
+    return frame_ > speechEnd_ && contrasts(frame_ - speechEnd_, leastBreathContrastDB);
+  }
   /// dBFS of the quietest frame so far, unfiltered; infinite before the first frame, negative infinity for
   /// digital silence.
   [[nodiscard]] double minimumWindowDB() const { return minimumWindowDB_; }
@@ -62,6 +71,9 @@ class PhrasePauseDetector {
   [[nodiscard]] bool leadingLowLevelEnded() const { return leadingLowLevelEnded_; }
 
  private:
+  /// Quiet consonants drown in less than they do between phrases: a shorter pause needs a cleaner signal.
+  static constexpr double leastBreathContrastDB = 20;
+
   /// The levels of the recent speech, to the decibel.
   class SpeechLevels {
    public:
@@ -77,6 +89,7 @@ class PhrasePauseDetector {
   void measure(const FrameLevel& frame);
   void trackFloor(double smoothed, bool digitalZero);
   void trackSpeech(double smoothed);
+  [[nodiscard]] bool contrasts(std::int64_t pauseFrames, double leastDB) const;
   std::optional<PhrasePause> pauseEnding();
 
   FrameLevelMeter meter_;

@@ -48,6 +48,12 @@ Task<Result<TranscriptionResult>> RecognitionRequests::ask(std::shared_ptr<Trans
   co_return answer;
 }
 
+Task<std::optional<RecognitionOutcome>> RecognitionRequests::recogniseOnce(CapturedAudio audio) {
+  auto request = engines_.first->transcribe(std::move(audio), language_);
+  const Result<TranscriptionResult> answer = co_await request;
+  co_return heard(answer);
+}
+
 Task<RecognitionRequests::Attempt> RecognitionRequests::attempt(std::shared_ptr<TranscriptionProvider> engine,
                                                                 CapturedAudio audio, bool othersMayGoFirst,
                                                                 RetryPolicy::Tries* tries) {

@@ -34,8 +34,7 @@ struct RecognitionEngines {
   std::function<std::shared_ptr<TranscriptionProvider>()> next;
 };
 
-/// Gets audio recognised in spite of workers that die, as the retry policy says. One piece of audio at a
-/// time; main thread.
+/// Gets audio recognised in spite of workers that die, as the retry policy says. Main thread.
 class RecognitionRequests {
  public:
   RecognitionRequests(Executor& executor, const Clock& clock, RecognitionEngines engines,
@@ -51,6 +50,8 @@ class RecognitionRequests {
   /// `tries` is what has been tried with this audio before.
   Task<RecognitionOutcome> recognise(CapturedAudio audio, bool othersMayGoFirst = false,
                                      RetryPolicy::Tries tries = {});
+  /// Without another try: nothing when it fails. Not counted as a request.
+  Task<std::optional<RecognitionOutcome>> recogniseOnce(CapturedAudio audio);
 
  private:
   struct Attempt {

@@ -83,9 +83,18 @@ void SegmentCutter::append(std::span<const float> slice, std::vector<CutSegment>
 
 bool SegmentCutter::accepts(const PhrasePause& pause) const {
   const double seconds = static_cast<double>(pause.cut - openBegin_) / sampleRate_;
-  const double target = recogniserIsFree_ ? std::min(targetSeconds_, freeTargetSeconds) : targetSeconds_;
-  if (pause.kind == PhrasePause::Kind::phrase) return seconds >= target;
-  return seconds >= breathAfterTargets * target;
+  const auto least = [&](double target, double freeTarget) {
+    return recogniserIsFree_ ? std::min(target, freeTarget) : target;
+  };
+  switch (pause.kind) {
+    case PhrasePause::Kind::phrase:
+      return seconds >= least(targetSeconds_, freePhraseSeconds);
+    case PhrasePause::Kind::breath:
+      return seconds >= least(breathAfterTargets * targetSeconds_, freeBreathSeconds);
+    case PhrasePause::Kind::gap:
+      return recogniserIsFree_ && seconds >= freeGapSeconds;
+  }
+  return false;
 }
 
 double SegmentCutter::openSeconds() const {
@@ -128,6 +137,8 @@ CutSegment SegmentCutter::segment(PrivateVector<float> samples, std::span<const 
   done.audio.monoSamples = std::move(samples);
   done.audio.sampleRate = sampleRate_;
   done.evidence = speechEvidence(frames);
+  const auto speechEnd = detector_->speechEnd() - openBegin_;
+  if (speechEnd > 0 && speechEnd <= std::ssize(done.audio.monoSamples)) done.speechEnd = speechEnd;
   done.floorDB = detector_->floorDB();
   done.speechDB = detector_->speechDB();
   return done;
@@ -139,6 +150,12 @@ std::optional<CutSegment> SegmentCutter::flush() {
   openFrames_.clear();
   sampleRate_ = 0;  // whatever follows begins another stream
   return rest;
+}
+
+std::optional<CutSegment> SegmentCutter::draft() const {
+  if (!detector_ || quietSeconds() < draftPauseSeconds || !detector_->isQuietForCertain() || !heardSpeech())
+    return std::nullopt;
+  return segment(open_, openFrames_);
 }
 
 int SegmentCutter::calibrationBatches() const {

@@ -16,6 +16,8 @@ struct CutSegment {
   PendingCapturedAudio audio;
   double seconds = 0;
   SpeechEvidence evidence = SpeechEvidence::none;
+  /// The first of its samples after which nobody speaks; none when somebody spoke on after it.
+  std::optional<std::int64_t> speechEnd;
   /// dBFS, where the detector knew them when the segment was cut.
   std::optional<double> floorDB;
   std::optional<double> speechDB;
@@ -29,14 +31,19 @@ struct CutSegment {
 /// ends where it is quiet, and in fluent speech, before the recogniser could not take it, in its quietest
 /// moment. Silence is cut off at once.
 ///
-/// While a recogniser has nothing to do, the target is `freeTargetSeconds` at most: what it hears then need
-/// not be waited for at the end.
+/// While a recogniser has nothing to do, it gets what is finished sooner, and in the end every gap between
+/// two words will do: what it hears then need not be waited for at the end.
 class SegmentCutter {
  public:
   /// No segment is longer (seconds): recognisers take up to 50 s, and a retry adds a little silence.
   static constexpr double longestSeconds = 49;
-  /// In shorter pieces a recogniser has too little to go by, and each costs as much as a longer one.
-  static constexpr double freeTargetSeconds = 8;
+  /// For a free recogniser, by kind of the pause. In shorter pieces it has too little to go by, and each
+  /// costs as much as a longer one.
+  static constexpr double freePhraseSeconds = 6;
+  static constexpr double freeBreathSeconds = 9;
+  static constexpr double freeGapSeconds = 12;
+  /// A pause in which the open segment may be at its end.
+  static constexpr double draftPauseSeconds = 0.3;
 
   /// `targetSeconds` above zero; infinite for as few segments as possible.
   explicit SegmentCutter(double targetSeconds);
@@ -46,6 +53,8 @@ class SegmentCutter {
   std::vector<CutSegment> append(PendingCapturedAudio audio, bool recogniserIsFree = false);
   /// The rest.
   std::optional<CutSegment> flush();
+  /// A copy of the open segment, when there is speech in it and nobody has spoken for a moment.
+  [[nodiscard]] std::optional<CutSegment> draft() const;
 
   /// Seconds appended so far.
   [[nodiscard]] double capturedSeconds() const { return capturedSeconds_; }

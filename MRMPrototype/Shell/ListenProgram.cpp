@@ -81,6 +81,7 @@ class Listening {
 
   void prepareSession() {
     auto configuration = speech_.services.configuration(livePhraseSeconds);
+    configuration.draftsInPauses = true;
     configuration.onRecognised = [this](const RecognisedPiece& piece) { span_ = piece.span; };
     configuration.onPhrase = [this](SpokenText text) { return show(std::move(text)); };
     session_ = speech_.services.sessions.make(std::move(configuration));

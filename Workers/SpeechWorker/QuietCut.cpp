@@ -25,14 +25,6 @@ std::vector<FrameLevel> levelsOf(std::span<const std::int16_t> samples, FrameLev
   return meter.append(scaled);
 }
 
-/// Where `samples` are cut best, as an offset.
-std::size_t quietestSample(std::span<const std::int16_t> samples) {
-  FrameLevelMeter meter(samplesPerSecond);
-  const auto levels = levelsOf(samples, meter);
-  if (levels.empty()) return samples.size() / 2;
-  return static_cast<std::size_t>(meter.firstSample(quietestPlace(levels).frame));
-}
-
 /// Not digital silence, steady noise or a hum: in these recognisers hear words, each in its own way.
 bool isWorthHearing(std::span<const std::int16_t> samples) {
   if (samples.size() < fewestSamples) return false;
@@ -41,6 +33,13 @@ bool isWorthHearing(std::span<const std::int16_t> samples) {
 }
 
 }  // namespace
+
+std::size_t quietestSample(std::span<const std::int16_t> samples) {
+  FrameLevelMeter meter(samplesPerSecond);
+  const auto levels = levelsOf(samples, meter);
+  if (levels.empty()) return samples.size() / 2;
+  return static_cast<std::size_t>(meter.firstSample(quietestPlace(levels).frame));
+}
 
 std::vector<std::span<const std::int16_t>> cutAtQuietPlaces(std::span<const std::int16_t> samples,
                                                             const QuietCutLimits& limits) {

@@ -16,6 +16,9 @@ struct QuietCutLimits {
   double shortestLast = 5;  ///< a recogniser makes little of a scrap of speech
 };
 
+/// Where `samples` (16 kHz, mono) are cut best, as an offset.
+std::size_t quietestSample(std::span<const std::int16_t> samples);
+
 /// The pieces of `samples` (16 kHz, mono), in order and without gaps, cut where it is quietest.
 std::vector<std::span<const std::int16_t>> cutAtQuietPlaces(std::span<const std::int16_t> samples,
                                                             const QuietCutLimits& limits = {});

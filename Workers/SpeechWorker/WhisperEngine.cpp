@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 #include <whisper.h>
@@ -27,6 +28,11 @@ constexpr std::size_t shortestHalfToHalve = 8 * 16'000;
 /// What two halves have more than the whole, at least, when the whole has left out a sentence.
 constexpr double clearlyMore = 1.25;
 
+/// What the model tells times in: 20 ms.
+constexpr std::size_t samplesPerTime = 320;
+/// It likes to tell whole seconds.
+constexpr std::size_t timeTolerance = 8'000;
+
 /// Below that a language that the application does not offer is not believed: noise sounds like Welsh.
 constexpr float clearMajority = 0.5F;
 
@@ -46,6 +52,12 @@ std::string promptFrom(const std::vector<std::string>& words) {
     prompt += (i == 0 ? std::string(hintsTitle) : std::string(", ")) + words[i];
   if (!prompt.empty()) prompt += '.';
   return prompt;
+}
+
+/// Between two words, as near as the model knows.
+std::size_t quietPlaceNear(std::span<const std::int16_t> samples, std::size_t at) {
+  const auto first = at - std::min(at, timeTolerance);
+  return first + quietestSample(samples.subspan(first, std::min(2 * timeTolerance, samples.size() - first)));
 }
 
 whisper_full_params settingsFor(int threads, int window, const char* language) {
@@ -78,7 +90,7 @@ struct WhisperEngine::Attempt {
 
 struct WhisperEngine::Heard {
   std::string text;
-  int tokens = 0;
+  std::vector<int> tokens;
   std::string language;  ///< that is spoken, whichever was listened for
 };
 
@@ -143,13 +155,23 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
     heard = listen(scaled, attempt);
   }
   if (!heard) return std::unexpected(heard.error());
-  const bool isLost = heard->tokens > attempt.tokenLimit || repetitionIn(heard->text) != std::string::npos;
+  const bool isLost =
+      std::ssize(heard->tokens) > attempt.tokenLimit || repetitionIn(heard->text) != std::string::npos;
   if (!isLost) {
     auto text = withoutSoundDescriptions(heard->text);
-    const bool isShort = !text.empty() && heard->tokens < whisperTokenLeast(samples);
-    if (!isShort || samples.size() < leastToHalve) return text;
-    // It has stopped at the end of a sentence although somebody speaks on, or has written once what was said
-    // twice; or somebody speaks slowly, or that is no speech.
+    const WhisperOmission omission(samples);
+    const auto tokens = static_cast<int>(heard->tokens.size());
+    if (text.empty() || samples.size() < leastToHalve || !omission.isPossible(tokens)) return text;
+    if (const auto end = endOf(*heard, *known.language); end && omission.isAfter(*end)) {
+      // It has stopped at the end of a sentence although somebody speaks on.
+      const auto rest = inPieces(samples.subspan(quietPlaceNear(samples, *end)), pieces, [&](auto piece) {
+        return recognisePiece(piece, known, shortestHalfToHalve);
+      });
+      if (!rest || rest->empty()) return rest ? text : rest;
+      return text + ' ' + *rest;
+    }
+    if (!omission.isInside(tokens)) return text;
+    // It has written once what was said twice; or somebody speaks very slowly, or that is no speech.
     const auto both = inHalves(samples, known);
     const bool isMore =
         both && static_cast<double>(both->size()) >= clearlyMore * static_cast<double>(text.size());
@@ -160,7 +182,7 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
   if (samples.size() >= leastToHalve) return inHalves(samples, known);
   heard = listen(scaled, {.window = 0, .tokenLimit = 0, .language = *known.language, .prompt = {}});
   if (!heard) return std::unexpected(heard.error());
-  if (heard->tokens >= whisperTokenLimit(static_cast<std::size_t>(-1)))
+  if (std::ssize(heard->tokens) >= whisperTokenLimit(static_cast<std::size_t>(-1)))
     heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
   return withoutSoundDescriptions(heard->text);
 }
@@ -190,10 +212,30 @@ std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span
   Heard heard;
   for (int i = 0; i < whisper_full_n_segments_from_state(state_.get()); ++i) {
     heard.text += whisper_full_get_segment_text_from_state(state_.get(), i);
-    heard.tokens += whisper_full_n_tokens_from_state(state_.get(), i);
+    for (int token = 0; token < whisper_full_n_tokens_from_state(state_.get(), i); ++token)
+      heard.tokens.push_back(whisper_full_get_token_id_from_state(state_.get(), i, token));
   }
   heard.language = isEncoded ? spokenLanguage().value_or(attempt.language) : attempt.language;
   return heard;
+}
+
+std::optional<std::size_t> WhisperEngine::endOf(const Heard& heard, const std::string& language) {
+  // The encoder's work is still there: read with the text, as if it had been written with times, the decoder
+  // tells in one step which time comes next.
+  auto* const context = context_.get();
+  const auto firstTime = whisper_token_beg(context);
+  std::vector<int> text{whisper_token_sot(context),
+                        whisper_token_lang(context, whisper_lang_id(language.c_str())),
+                        whisper_token_transcribe(context), firstTime};
+  std::ranges::copy_if(heard.tokens, std::back_inserter(text),
+                       [&](int token) { return token < whisper_token_eot(context); });
+  if (whisper_decode_with_state(context, state_.get(), text.data(), static_cast<int>(text.size()), 0,
+                                threads_) != 0)
+    return std::nullopt;
+  const auto words = static_cast<std::size_t>(whisper_n_vocab(context));
+  const float* const logits = whisper_get_logits_from_state(state_.get()) + (text.size() - 1) * words;
+  const std::span<const float> times(logits + firstTime, words - static_cast<std::size_t>(firstTime));
+  return static_cast<std::size_t>(std::ranges::max_element(times) - times.begin()) * samplesPerTime;
 }
 
 std::optional<std::string> WhisperEngine::spokenLanguage() {

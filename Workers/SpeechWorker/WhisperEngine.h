@@ -38,6 +38,8 @@ class WhisperEngine final : public SpeechEngine {
   std::expected<std::string, std::string> inHalves(std::span<const std::int16_t> samples,
                                                    const SpeechHints& hints);
   std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);
+  /// The sample at which the text ends that has just been heard.
+  std::optional<std::size_t> endOf(const Heard& heard, const std::string& language);
   /// The code of the language of what has just been listened to.
   std::optional<std::string> spokenLanguage();
 

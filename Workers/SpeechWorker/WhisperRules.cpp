@@ -22,8 +22,13 @@ constexpr int tokenAllowance = 16;
 
 constexpr std::size_t frameSamples = 320;  // 20 ms
 constexpr double quietestSpeech = 0.05;    // of the loudest frame's amplitude: 26 dB below
-constexpr double leastTokensPerSecond =
-    2.5;  // English, which needs the fewest, has 2.8 to 4; said twice, half
+/// English, which needs the fewest, has 3 to 4.8 a second of speech, slow speakers 2; said twice, half.
+constexpr double usualTokensPerSecond = 3;
+constexpr double twiceTokensPerSecond = 2.5;
+constexpr double leastTokensPerSecond = 1.8;
+constexpr double leastSentenceSeconds = 1.5;
+constexpr std::size_t leastRepetitionPause = 10;  // steps: 0.2 s
+constexpr double sameLength = 0.15;               // of the whole
 
 constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
 constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
@@ -98,17 +103,49 @@ int whisperTokenLimit(std::size_t samples) {
   return std::min(mostTokens, tokenAllowance + static_cast<int>(seconds * tokensPerSecond));
 }
 
-int whisperTokenLeast(std::span<const std::int16_t> samples) {
+WhisperOmission::WhisperOmission(std::span<const std::int16_t> samples) {
   std::vector<double> levels;
   for (std::size_t begin = 0; begin + frameSamples <= samples.size(); begin += frameSamples) {
     double sum = 0;
     for (const auto sample : samples.subspan(begin, frameSamples)) sum += std::pow(sample, 2);
     levels.push_back(std::sqrt(sum / frameSamples));
   }
-  if (levels.empty()) return 0;
+  if (levels.empty()) return;
   const double least = quietestSpeech * std::ranges::max(levels);
-  const auto frames = std::ranges::count_if(levels, [&](double level) { return level > least; });
-  return static_cast<int>(static_cast<double>(frames) / stepsPerSecond * leastTokensPerSecond);
+  for (const double level : levels) spoken_.push_back(level > least);
+}
+
+double WhisperOmission::secondsFrom(std::size_t step) const {
+  if (step >= spoken_.size()) return 0;
+  const auto steps = std::count(spoken_.begin() + static_cast<std::ptrdiff_t>(step), spoken_.end(), true);
+  return static_cast<double>(steps) / stepsPerSecond;
+}
+
+bool WhisperOmission::isPossible(int tokens) const {
+  return tokens < static_cast<int>(secondsFrom(0) * usualTokensPerSecond);
+}
+
+bool WhisperOmission::isAfter(std::size_t sample) const {
+  return secondsFrom(sample / frameSamples) >= leastSentenceSeconds;
+}
+
+bool WhisperOmission::isInside(int tokens) const {
+  const double seconds = secondsFrom(0);
+  if (tokens < static_cast<int>(seconds * leastTokensPerSecond)) return true;
+  if (tokens >= static_cast<int>(seconds * twiceTokensPerSecond)) return false;
+  // Said twice, the second time follows a pause: the longest one.
+  std::size_t pauseBegin = 0;
+  std::size_t pauseLength = 0;
+  std::size_t quiet = 0;
+  for (std::size_t step = 0; step < spoken_.size(); ++step) {
+    quiet = spoken_[step] ? 0 : quiet + 1;
+    if (quiet <= pauseLength || secondsFrom(step) < seconds / 4 || secondsFrom(step) > 3 * seconds / 4)
+      continue;
+    pauseLength = quiet;
+    pauseBegin = step;
+  }
+  const double second = secondsFrom(pauseBegin);
+  return pauseLength >= leastRepetitionPause && std::abs(2 * second - seconds) < sameLength * seconds;
 }
 
 std::size_t repetitionIn(std::string_view text) {

@@ -50,6 +50,40 @@ TEST(IncrementalSession, RecognisesInOrderWhileRecording) {
   EXPECT_EQ(bench.session->diagnostics().completedBeforeStop, 2);
 }
 
+TEST(IncrementalSession, WhatIsRecognisedInAPauseStandsOnlyWhenNobodySpeaksOn) {
+  struct Row {
+    const char* what;
+    SoundTape tape;
+    Duration takes;
+    std::size_t requestsBeforeStop;
+    std::string text;
+  };
+  const auto said = SoundTape().noise(0.5).speech(3).noise(0.8);
+  const std::vector<Row> rows{
+      {"the words are there at the stop", said, 100ms, 1, "w0"},
+      {"they are waited for", said, 800ms, 1, "w0"},
+      {"a long silence asks for them once", SoundTape(said).noise(10), 100ms, 1, "w0"},
+      {"somebody speaks on", SoundTape(said).speech(1.7), 100ms, 1, "w1"},
+      {"somebody speaks on while they are being recognised", SoundTape(said).speech(1.7), 5s, 1, "w1"},
+      {"a second pause", SoundTape(said).speech(1).noise(1), 100ms, 2, "w1"},
+      {"the first draft took too long", SoundTape(said).noise(1.2).speech(0.5).noise(0.5), 1'600ms, 1, "w1"},
+      {"in noise a pause is not certain", SoundTape().noise(0.5, -26).speech(3).noise(0.8, -26), {}, 0, "w0"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    SessionBench bench;
+    bench.configuration.targetSegmentSeconds = 15;
+    bench.configuration.draftsInPauses = true;
+    bench.answer({}, row.takes);
+    bench.start();
+    bench.record(row.tape.audio());
+    EXPECT_EQ(bench.provider->requests.size(), row.requestsBeforeStop);
+    const auto result = bench.finish();
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->text.reveal(), row.text);
+  }
+}
+
 TEST(IncrementalSession, WithoutATargetItWaitsForTheStop) {
   SessionBench bench;
   bench.answer({"first", "second"});

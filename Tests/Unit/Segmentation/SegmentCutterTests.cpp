@@ -60,12 +60,14 @@ TEST(SegmentCutter, CutsNearTheTarget) {
 }
 
 TEST(SegmentCutter, AFreeRecogniserGetsOneFinishedPhraseBeforeTheTarget) {
-  auto tape = phrases(8, 2.1, 0.9);
-  SegmentCutter cutter(15);
-  const auto early = lengths(cutter.append(tape.audio(), true));
-  ASSERT_EQ(early.size(), 2U);
-  EXPECT_NEAR(early[0], 9.1, 0.2);
-  EXPECT_GE(early[1], 15) << "then it has something to do";
+  const std::vector<std::pair<double, double>> pausesAndCuts{{0.9, 6.1}, {0.55, 10.9}, {0.35, 12.6}};
+  for (const auto& [pause, first] : pausesAndCuts) {
+    SegmentCutter cutter(15);
+    const auto early = lengths(cutter.append(phrases(9, 2.1, pause).audio(), true));
+    ASSERT_GE(early.size(), 1U) << pause;
+    EXPECT_NEAR(early[0], first, 0.2);
+    EXPECT_TRUE(early.size() == 1 || early[1] >= 15) << "then it has something to do";
+  }
 }
 
 TEST(SegmentCutter, NeverGrowsBeyondWhatARecogniserTakes) {

@@ -39,10 +39,28 @@ TEST(WhisperRules, GiveEveryLengthOfSpeechAWindowThatHoldsIt) {
     EXPECT_TRUE(window % 8 == 0 && window < 1'500 && (window == 0 || window >= 384)) << samples;
   }
   EXPECT_EQ(whisperTokenLimit(16'000), 26);
-  // Ten seconds of speech and ten of a quiet room.
-  std::vector<std::int16_t> spoken(20 * 16'000, 30);
-  std::fill_n(spoken.begin(), 10 * 16'000, std::int16_t{3'000});
-  EXPECT_EQ(whisperTokenLeast(spoken), 25);
-  EXPECT_EQ(whisperTokenLeast({}), 0);
   EXPECT_EQ(whisperTokenLimit(29 * 16'000), 220);
+}
+
+TEST(WhisperRules, SuspectFewTokensWhereTheSpeechHasRoomForMore) {
+  constexpr std::size_t second = 16'000;
+  // Speech from 0 to 6 s and from `again` on, in a quiet room.
+  const auto spoken = [](std::size_t again) {
+    std::vector<std::int16_t> samples(20 * second, 30);
+    std::fill_n(samples.begin(), 6 * second, std::int16_t{3'000});
+    std::fill(samples.begin() + static_cast<std::ptrdiff_t>(again * second), samples.end() - 2 * second,
+              3'000);
+    return samples;
+  };
+  const WhisperOmission twice(spoken(12));
+  EXPECT_FALSE(twice.isPossible(36));
+  EXPECT_TRUE(twice.isPossible(35));
+  EXPECT_TRUE(twice.isAfter(15 * second));
+  EXPECT_FALSE(twice.isAfter(17 * second));
+  EXPECT_TRUE(twice.isInside(25));
+  EXPECT_FALSE(twice.isInside(30));
+  const WhisperOmission slowly(spoken(8));
+  EXPECT_FALSE(slowly.isInside(30)) << "no two halves";
+  EXPECT_TRUE(slowly.isInside(25)) << "slower than anybody";
+  EXPECT_FALSE(WhisperOmission({}).isPossible(0));
 }
