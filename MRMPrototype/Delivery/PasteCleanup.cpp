@@ -10,10 +10,12 @@ PasteCleanup::PasteCleanup(Executor& executor, const Clock& clock, ReplacedClipb
     : executor_(executor), clock_(clock), replaced_(replaced), logger_(std::move(logger)) {}
 
 void PasteCleanup::schedule(SentPaste paste) {
-  const auto postedAt = paste.postedAt;
+  const auto habit = usualReads_.find(paste.application);
+  const PasteReceipts receipts(paste.postedAt,
+                               habit == usualReads_.end() ? std::nullopt : std::optional(habit->second));
   pending_ = std::make_shared<Pending>(
-      Pending{Uuid::random(), std::move(paste), PasteReceipts(postedAt), false, {}, {}, {}, {}, {}});
-  for (const auto at : pending_->paste.reads->times()) pending_->receipts.noteRead(at);
+      Pending{Uuid::random(), std::move(paste), receipts, 0, false, {}, {}, {}, {}, {}});
+  countReads(*pending_);
   // Reads and changes may still be on their way here when the paste is settled and another one pending.
   const auto ifCurrent = [this, weak = std::weak_ptr(pending_)] {
     auto pending = weak.lock();
@@ -22,8 +24,7 @@ void PasteCleanup::schedule(SentPaste paste) {
   pending_->paste.reads->notify([this, ifCurrent] {
     const auto pending = ifCurrent();
     if (!pending) return;
-    if (!pending->paste.reads->times().empty())
-      pending->receipts.noteRead(pending->paste.reads->times().back());
+    countReads(*pending);
     evaluate();
   });
   auto& general = pending_->paste.transactions.front();
@@ -35,6 +36,12 @@ void PasteCleanup::schedule(SentPaste paste) {
         evaluate();
       }));
   evaluate();
+}
+
+void PasteCleanup::countReads(Pending& pending) {
+  const auto& times = pending.paste.reads->times();
+  for (; pending.countedReads < times.size(); ++pending.countedReads)
+    pending.receipts.noteRead(times[pending.countedReads]);
 }
 
 void PasteCleanup::evaluate() {
@@ -125,6 +132,7 @@ void PasteCleanup::conclude(Uuid identifier, PasteSettlement settlement) {
   // A newer paste may have taken the place of the one that was restored.
   if (!pending_ || pending_->identifier != identifier) return;
   lastWasRead_ = murmel::hasArrived(settlement);
+  if (lastWasRead_) usualReads_[pending_->paste.application] = pending_->receipts.reads();
   answerArrival(lastWasRead_);
   log(*pending_, settlement);
   const auto concluded = std::exchange(pending_, nullptr);

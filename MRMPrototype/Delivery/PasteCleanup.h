@@ -14,8 +14,10 @@
 #include "Foundation/Uuid.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace murmel {
@@ -25,6 +27,7 @@ struct SentPaste {
   std::vector<ClipboardTransaction> transactions;  ///< the general pasteboard's first
   std::unique_ptr<TargetReads> reads;              ///< collecting since before the paste was sent
   Instant postedAt{};
+  std::string application;  ///< the target's name, by which its habits are known
   /// False: the transcript stays on the general pasteboard, and only its arrival is watched.
   bool restoresPrevious = true;
   /// Somebody has written to the general pasteboard since.
@@ -65,6 +68,7 @@ class PasteCleanup {
     Uuid identifier;
     SentPaste paste;
     PasteReceipts receipts;
+    std::size_t countedReads = 0;
     bool settling = false;
     std::optional<bool> previousWasComplete;  ///< once that has been waited for
     std::vector<Registration> changes;
@@ -73,6 +77,7 @@ class PasteCleanup {
     std::vector<OneShotSender<bool>> arrivalWaiters;
   };
 
+  static void countReads(Pending& pending);
   void evaluate();
   void settle();
   [[nodiscard]] bool hasArrived() const;
@@ -88,6 +93,7 @@ class PasteCleanup {
   Logger logger_;
   std::shared_ptr<Pending> pending_;
   bool lastWasRead_ = false;
+  std::map<std::string, int> usualReads_;  ///< by application, since the start
   Signal<PasteSettlement> settled_;
   Scope scope_;  // last: its tasks use everything above
 };

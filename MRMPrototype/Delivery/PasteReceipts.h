@@ -37,6 +37,9 @@ class PasteReceipts {
   static constexpr Duration quietTime = std::chrono::milliseconds(200);
   /// The same when something waits for the restore: enough for a read that follows at once.
   static constexpr Duration hurriedQuietTime = std::chrono::milliseconds(20);
+  /// The same for an application that has read less often than it did for the paste before. Browsers read in
+  /// one process to see what there is and in another one to insert it, which may be busy.
+  static constexpr Duration missingReadTime = std::chrono::seconds(1);
   /// After this the user may want to paste something else, whatever the target does.
   static constexpr Duration latestRestore = std::chrono::seconds(2);
 
@@ -50,7 +53,10 @@ class PasteReceipts {
     Instant until{};
   };
 
-  explicit PasteReceipts(Instant postedAt) : postedAt_(postedAt) {}
+  /// `usualReads`: how often the application has read for the paste before this one. One that is not known
+  /// yet may read a second time.
+  explicit PasteReceipts(Instant postedAt, std::optional<int> usualReads = std::nullopt)
+      : postedAt_(postedAt), usualReads_(usualReads) {}
 
   /// The target read the text. A read from before the paste proves nothing and is not counted.
   void noteRead(Instant at);
@@ -58,10 +64,15 @@ class PasteReceipts {
   void hurry() { hurried_ = true; }
 
   [[nodiscard]] bool wasRead() const { return lastRead_.has_value(); }
+  [[nodiscard]] int reads() const { return reads_; }
   [[nodiscard]] Verdict verdict(Instant now) const;
 
  private:
+  [[nodiscard]] Duration quiet() const;
+
   Instant postedAt_;
+  std::optional<int> usualReads_;
+  int reads_ = 0;
   std::optional<Instant> lastRead_;
   bool hurried_ = false;
 };

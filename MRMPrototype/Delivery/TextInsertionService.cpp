@@ -290,7 +290,7 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     co_return result;
   }
   spacing_.posted(text, application->window);
-  SentPaste paste{std::move(transactions), std::move(reads), postedAt};
+  SentPaste paste{std::move(transactions), std::move(reads), postedAt, application->bundleIdentifier};
   paste.hasField = field != FocusedFieldKind::none;
   auto settling = settlePosted(std::move(paste));
   const auto result = co_await settling;

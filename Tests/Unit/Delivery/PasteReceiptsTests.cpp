@@ -1,6 +1,8 @@
 #include "Delivery/PasteReceipts.h"
 #include "Support/Testing.h"
 
+#include <optional>
+
 namespace murmel::test {
 
 using Step = PasteReceipts::Step;
@@ -13,6 +15,7 @@ TEST(PasteReceipts, DecidesByTheReads) {
     Duration now;
     Step step;
     Duration until;
+    std::optional<int> usualReads = 1;
   };
   const Row rows[] = {
       {"nothing read yet", {}, false, 1'999ms, Step::wait, 2s},
@@ -27,11 +30,16 @@ TEST(PasteReceipts, DecidesByTheReads) {
       {"a late read is a read", {1'950ms}, false, 2s, Step::restore, 2s},
       {"a hurry shortens the quiet", {10ms}, true, 30ms, Step::restore, 30ms},
       {"a hurry leaves time for the second read", {10ms}, true, 29ms, Step::wait, 30ms},
+      {"one that used to read twice is waited for", {10ms}, false, 1s, Step::wait, 1'010ms, 2},
+      {"also in a hurry", {10ms}, true, 1s, Step::wait, 1'010ms, 2},
+      {"a stranger may do so", {10ms}, false, 1s, Step::wait, 1'010ms, std::nullopt},
+      {"but not for ever", {10ms}, false, 1'010ms, Step::restore, 1'010ms, 2},
+      {"it has read as often as before", {10ms, 20ms}, false, 220ms, Step::restore, 220ms, 2},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     const Instant posted(1h);
-    PasteReceipts receipts(posted);
+    PasteReceipts receipts(posted, row.usualReads);
     for (const auto read : row.reads) receipts.noteRead(posted + read);
     if (row.hurried) receipts.hurry();
     const auto verdict = receipts.verdict(posted + row.now);

@@ -387,7 +387,7 @@ TEST(TextInsertionService, TerminalsGetTheTextOnBothSelectionsAndGiveBothBack) {
   desk.readAfter(10ms, &desk.primary);
   desk.service->beginDictationSession();
   desk.deliver(spoken);
-  desk.executor.advance(1s);
+  desk.executor.advance(2s);
   EXPECT_EQ(desk.keyboard.posted(), std::vector{PasteChord::shiftInsert});
   EXPECT_EQ(desk.read, std::vector{spoken});
   EXPECT_EQ(desk.general.contents(), richClipboard());
@@ -423,14 +423,14 @@ TEST(TextInsertionService, CarriesOnWhenItsCallerIsGone) {
 TEST(TextInsertionService, TheWordsDoNotWaitForASlowClipboardAndItsLossIsTold) {
   for (const bool longEnough : {false, true}) {
     DeliveryHarness desk;
-    desk.general.makeOwnerSlow(1'500ms);
+    desk.general.makeOwnerSlow(2'500ms);
     desk.readAfter(10ms);
     desk.service->beginDictationSession();
-    if (longEnough) desk.executor.advance(2s);
+    if (longEnough) desk.executor.advance(3s);
     const auto start = desk.executor.now();
     EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
     EXPECT_LT(desk.executor.now() - start, 100ms);
-    desk.executor.advance(1s);
+    desk.executor.advance(2s);
     EXPECT_EQ(desk.read, std::vector{spoken});
     EXPECT_EQ(desk.service->clipboardWasKept(), longEnough);
     EXPECT_EQ(desk.settled,
