@@ -142,7 +142,8 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
     if (auto opened = ForeignToplevels::open(executor)) return *std::move(opened);
   }
   if (plan.windows == WindowRoad::plasmaWindows) {
-    if (auto opened = PlasmaWindows::open(executor)) return *std::move(opened);
+    const bool xServerAnswers = plan.indicator == IndicatorRoad::x11;
+    if (auto opened = PlasmaWindows::open(executor, xServerAnswers)) return *std::move(opened);
   }
   return std::make_unique<NoWorkspace>();
 }

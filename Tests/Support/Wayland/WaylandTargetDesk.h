@@ -34,7 +34,7 @@ class WaylandTargetDesk {
         throw std::runtime_error("no name on the bus");
       windows = std::make_unique<GnomeWorkspace>(loop.executor, *bus);
     } else if (isKWin) {
-      auto opened = PlasmaWindows::open(loop.executor);
+      auto opened = PlasmaWindows::open(loop.executor, false);
       if (!opened) throw std::runtime_error(opened.error());
       windows = *std::move(opened);
     } else {

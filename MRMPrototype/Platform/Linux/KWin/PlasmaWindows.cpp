@@ -29,14 +29,15 @@ struct PlasmaWindows::Window {
   bool isClosed = false;
 };
 
-std::expected<std::unique_ptr<PlasmaWindows>, std::string> PlasmaWindows::open(Executor& executor) {
+std::expected<std::unique_ptr<PlasmaWindows>, std::string> PlasmaWindows::open(Executor& executor,
+                                                                               bool asksX) {
   auto connection = WaylandConnection::open();
   if (!connection) return std::unexpected(connection.error());
   const auto& interface = org_kde_plasma_window_management_interface;
   if ((*connection)->versionOf(interface) < versionWithNames)
     return std::unexpected("KWin does not tell this program of its windows.");
   auto* manager = (*connection)->bind<org_kde_plasma_window_management>(interface, newestVersion);
-  std::unique_ptr<PlasmaWindows> windows(new PlasmaWindows(executor, *std::move(connection), manager));
+  std::unique_ptr<PlasmaWindows> windows(new PlasmaWindows(executor, asksX, *std::move(connection), manager));
   // The windows that are there are introduced first, and then described.
   if (!windows->connection_->roundTrip() || !windows->connection_->roundTrip())
     return std::unexpected("The Wayland compositor does not answer.");
@@ -44,10 +45,11 @@ std::expected<std::unique_ptr<PlasmaWindows>, std::string> PlasmaWindows::open(E
   return windows;
 }
 
-PlasmaWindows::PlasmaWindows(Executor& executor, std::unique_ptr<WaylandConnection> connection,
+PlasmaWindows::PlasmaWindows(Executor& executor, bool asksX, std::unique_ptr<WaylandConnection> connection,
                              org_kde_plasma_window_management* manager)
     : connection_(std::move(connection)),
       manager_(manager, &destroy),
+      xWindows_(asksX),
       activations_(executor, [this] { return frontmostApplication(); }) {
   using Manager = org_kde_plasma_window_management*;
   static constexpr org_kde_plasma_window_management_listener listener{

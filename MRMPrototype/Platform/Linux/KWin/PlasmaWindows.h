@@ -19,7 +19,8 @@ namespace murmel {
 /// desktop file names. Main thread.
 class PlasmaWindows final : public Workspace {
  public:
-  static std::expected<std::unique_ptr<PlasmaWindows>, std::string> open(Executor& executor);
+  /// `asksX`: whether the session's X server answers, which knows X programs by other names.
+  static std::expected<std::unique_ptr<PlasmaWindows>, std::string> open(Executor& executor, bool asksX);
   ~PlasmaWindows() override;
   PlasmaWindows(const PlasmaWindows&) = delete;
   PlasmaWindows& operator=(const PlasmaWindows&) = delete;
@@ -34,7 +35,7 @@ class PlasmaWindows final : public Workspace {
  private:
   struct Window;
 
-  PlasmaWindows(Executor& executor, std::unique_ptr<WaylandConnection> connection,
+  PlasmaWindows(Executor& executor, bool asksX, std::unique_ptr<WaylandConnection> connection,
                 org_kde_plasma_window_management* manager);
   void introduced(const char* identifier);
   void dispatch();

@@ -18,8 +18,8 @@ class XWaylandWindows {
     std::string instance;
   };
 
-  /// Without a server there is nobody to be found.
-  XWaylandWindows();
+  /// Without a server there is nobody to be found, and one that hangs would never let go of this process.
+  explicit XWaylandWindows(bool serverAnswers);
 
   /// Nothing when the process has no window there.
   [[nodiscard]] std::optional<Names> find(pid_t process);
