@@ -1,24 +1,21 @@
 // Clipboard managers write everything that is copied to disk. None of the words may be among it.
 
-#include "DeliveryDesk.h"
+#include "RealApplications.h"
+#include "Support/FileBytes.h"
+#include "Support/ProcessMemory.h"
 #include "Support/Testing.h"
 
 #include <cstdio>
-#include <iterator>
 
 namespace murmel::test {
 
 namespace {
 
-bool isInstalled(const std::string& program) {
-  return std::system(("command -v " + program + " >/dev/null").c_str()) == 0;
-}
-
-/// Whether `words` stand in `bytes` as they are or as UTF-16, which Qt keeps. The words are ASCII.
-bool contains(const std::string& bytes, const std::string& words) {
+/// The words as they are and as UTF-16, which Qt keeps. They are ASCII.
+std::vector<std::string> formsOf(const std::string& words) {
   std::string wide;
   for (const char character : words) wide.append({character, '\0'});
-  return bytes.find(words) != std::string::npos || bytes.find(wide) != std::string::npos;
+  return {words, wide};
 }
 
 std::vector<std::string> filesWith(const std::string& words, const std::string& folder) {
@@ -26,28 +23,15 @@ std::vector<std::string> filesWith(const std::string& words, const std::string& 
   for (const auto& entry : std::filesystem::recursive_directory_iterator(
            folder, std::filesystem::directory_options::skip_permission_denied)) {
     if (!entry.is_regular_file()) continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    if (contains({std::istreambuf_iterator<char>(file), {}}, words)) found.push_back(entry.path());
+    const auto bytes = contentsOf(entry.path());
+    for (const auto& form : formsOf(words))
+      if (bytes.contains(form)) found.push_back(entry.path());
   }
   return found;
 }
 
-/// Whether `words` stand anywhere in the memory of a process that may be written to.
 bool isInMemory(const std::string& words, pid_t process) {
-  std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
-  std::ifstream memory("/proc/" + std::to_string(process) + "/mem", std::ios::binary);
-  for (std::string line; std::getline(maps, line);) {
-    unsigned long begin = 0;
-    unsigned long end = 0;
-    char access[5] = {};
-    if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, access) != 3 || access[1] != 'w') continue;
-    std::string bytes(end - begin, '\0');
-    memory.clear();
-    memory.seekg(static_cast<std::streamoff>(begin));
-    memory.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (contains(bytes, words)) return true;
-  }
-  return false;
+  return ProcessMemory(process).count(formsOf(words)) > 0;
 }
 
 struct Manager {
@@ -69,7 +53,7 @@ TEST(DeliveryBesideClipboardManagers, NoneOfThemFindsAWordOfWhatIsPasted) {
   const std::string copied = "what the user had copied before";
   int tried = 0;
   for (const auto& manager : managers) {
-    if (!isInstalled(manager.program)) continue;
+    if (!RealApplicationRun::isInstalled(manager.program)) continue;
     SCOPED_TRACE(manager.program);
     ++tried;
     DeliveryDesk desk(std::nullopt);

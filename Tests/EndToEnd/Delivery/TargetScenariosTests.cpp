@@ -84,45 +84,6 @@ TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
   EXPECT_TRUE(first->told("press").empty());
 }
 
-TEST(Delivery, LivePhrasesStopWhenAnotherWindowIsInFront) {
-  DeliveryDesk desk;
-  const auto target = desk.launch("Editor");
-  desk.begin();
-  EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText("hello"))));
-  EXPECT_TRUE(desk.loop.await(desk.service->insertLiveSegment(SpokenText(" world"))));
-  const auto other = desk.launch("Other");
-  EXPECT_FALSE(desk.loop.await(desk.service->insertLiveSegment(SpokenText(" again"))));
-  EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::appChanged);
-  EXPECT_TRUE(desk.isInFront(*other));
-  EXPECT_EQ(target->told("pasted"), (Lines{"hello", " world"}));
-  EXPECT_TRUE(other->told("press").empty());
-  ASSERT_TRUE(desk.waitUntilSettled(2));
-  EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
-}
-
-TEST(Delivery, WhatTheUserCopiesInBetweenStays) {
-  DeliveryDesk desk;
-  const auto other = desk.launch("Other");
-  const auto target = desk.launch("Late", {"--read-after", "300"});
-  desk.begin();
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-  other->tell("own copied meanwhile");
-  ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(desk.settled.front(), PasteSettlement::replacedUnread);
-  EXPECT_EQ(DeliveryDesk::clipboardText(), "copied meanwhile");
-}
-
-TEST(Delivery, TheNextDictationWaitsUntilALateTargetHasTheOneBefore) {
-  DeliveryDesk desk;
-  const auto target = desk.launch("Late", {"--read-after", "400"});
-  desk.begin();
-  desk.deliver("one");
-  desk.deliver("two");
-  ASSERT_TRUE(desk.waitUntilSettled(2));
-  EXPECT_EQ(target->told("pasted"), (Lines{"one", "two"}));
-  EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
-}
-
 TEST(Delivery, APasswordPromptGetsNothing) {
   DeliveryDesk desk;
   const auto prompt = desk.launch("Pinentry", {"--grab"});
@@ -132,43 +93,6 @@ TEST(Delivery, APasswordPromptGetsNothing) {
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
   EXPECT_TRUE(prompt->told("press").empty());
   EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
-}
-
-TEST(Delivery, ModifiersThatTheUserStillHoldsSpoilNothingAndDoNotStick) {
-  DeliveryDesk desk;
-  const auto target = desk.launch("Careful");
-  std::size_t pasted = 0;
-  for (const auto key : std::to_array<std::uint8_t>({64, 133, 50, 37, 108})) {
-    SCOPED_TRACE(static_cast<int>(key));
-    desk.begin();
-    desk.user.press(key, true);
-    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-    ++pasted;
-    ASSERT_TRUE(desk.waitUntilSettled(pasted));
-    EXPECT_EQ(target->told("pasted").size(), pasted);
-    EXPECT_TRUE(desk.user.held().empty());
-    desk.user.press(key, false);
-  }
-}
-
-TEST(Delivery, OwnersThatHangOrStallDoNotHoldUpADelivery) {
-  OwnerBehaviour hangs;
-  hangs.answers = false;
-  OwnerBehaviour stalls;
-  stalls.stallsAt = {"image/png"};
-  for (const auto& behaviour : {hangs, stalls}) {
-    DeliveryDesk desk(richClipboard(), behaviour);
-    const auto target = desk.launch("Editor");
-    desk.begin();
-    const auto start = desk.loop.clock.now();
-    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
-    EXPECT_LT(desk.loop.clock.now() - start, 1s);
-    EXPECT_FALSE(desk.service->clipboardWasKept());
-    ASSERT_TRUE(desk.waitUntilSettled());
-    EXPECT_EQ(target->told("pasted"), Lines{spoken});
-    // What the owner did deliver is back; where that is nothing, the words stay.
-    EXPECT_EQ(DeliveryDesk::clipboardText(), behaviour.answers ? "old clipboard" : spoken);
-  }
 }
 
 TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {

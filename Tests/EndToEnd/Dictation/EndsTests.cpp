@@ -160,8 +160,7 @@ TEST_F(Ends, WhatIsCancelledIsNotInsertedAndCanBeTriedAgain) {
   ASSERT_TRUE(waitUntilCommand(isRecording)) << murmel->log();
   say(sevenOfClubs);
   constexpr std::uint8_t escapeKey = 9;
-  desk.user.press(escapeKey, true);
-  desk.user.press(escapeKey, false);
+  desk.user.strike({escapeKey});
   ASSERT_TRUE(waitUntilCommand(std::string("! ") + isRecording)) << murmel->log();
   EXPECT_TRUE(DeliveryDesk::clipboardText().find("old clipboard") != std::string::npos);
   EXPECT_EQ(command("retry"), 0);

@@ -15,10 +15,7 @@ constexpr const char* setupIsInFront = "xdotool getactivewindow getwindowname | 
 TEST_F(DictationDesk, TheFirstRunLeadsFromABareProfileToWordsByKeyboardAlone) {
   const auto defaults = configuration() / "defaults.json";
   std::filesystem::remove(defaults);
-  const auto tap = [this](std::uint8_t key) {
-    desk.user.press(key, true);
-    desk.user.press(key, false);
-  };
+  const auto tap = [this](std::uint8_t key) { desk.user.strike({key}); };
   murmel.emplace(std::vector<std::string>{}, file("murmel.log"));
   ASSERT_TRUE(waitUntilCommand(setupIsInFront)) << murmel->log();
   ASSERT_TRUE(waitUntilCommand(std::string("! ") + pillIsVisible)) << murmel->log();

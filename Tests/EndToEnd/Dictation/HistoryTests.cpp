@@ -55,8 +55,7 @@ TEST_F(DictationDesk, TheHistoryWindowShowsCopiesAndDeletesWhatTheKeyRingUnlocks
   constexpr const char* historyIsInFront =
       "xdotool getactivewindow getwindowname | grep -q '^Murmel History$'";
   const auto tap = [this](std::uint8_t key) {
-    desk.user.press(key, true);
-    desk.user.press(key, false);
+    desk.user.strike({key});
     desk.loop.runFor(std::chrono::milliseconds(100));
   };
   constexpr std::uint8_t tab = 23;
@@ -81,9 +80,7 @@ TEST_F(DictationDesk, TheHistoryWindowShowsCopiesAndDeletesWhatTheKeyRingUnlocks
   for (int step = 0; step < 3; ++step) tap(tab);  // to the button that unlocks
   tap(space);
   EXPECT_TRUE(waitUntil([&] {
-    desk.user.press(control, true);
-    tap(c);
-    desk.user.press(control, false);
+    desk.user.strike({control, c});
     return DeliveryDesk::clipboardText().find(sevenOfClubs.word) != std::string::npos;
   })) << murmel->log();
   tap(deletion);

@@ -11,15 +11,8 @@
 
 namespace {
 
-/// Pieces of the sentence: freed memory is often overwritten in part.
 std::vector<std::string> pieces() {
-  constexpr std::size_t pieceSize = 12;
-  const auto sentence = sentinelSentence();
-  std::vector<std::string> all;
-  for (std::size_t start = 0; start + pieceSize <= sentence.size(); start += pieceSize) {
-    all.push_back(sentence.substr(start, pieceSize));
-  }
-  return all;
+  return test::piecesOfText(sentinelSentence());
 }
 
 int occurrences(std::string_view haystack) {

@@ -126,12 +126,4 @@ TEST_F(ClipboardTransactionTest, WhatIsNotDeliveredInTimeIsNotWaitedForAndNotCla
   EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), "words") << "for everybody now";
 }
 
-TEST_F(ClipboardTransactionTest, AnEmptyClipboardIsEmptyAgain) {
-  desk.general.writeByAnother({});
-  capture();
-  auto transaction = open("words");
-  EXPECT_EQ(await(transaction.restorePrevious()), Restoration::restored);
-  EXPECT_TRUE(desk.general.contents().items.empty());
-}
-
 }  // namespace murmel::test

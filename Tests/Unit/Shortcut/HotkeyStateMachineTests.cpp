@@ -118,7 +118,6 @@ TEST(HotkeyStateMachine, DoubleTapsOfOption) {
     for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
     return all;
   };
-  using Steps = std::vector<Step>;
   // Starts at several uptimes: a difference of decimal fractions is rarely exact.
   for (const double start : {0.0, 10.0, 99.9, 1'234'567.8}) {
     const auto at = [start](double seconds) { return start + seconds; };
@@ -127,22 +126,6 @@ TEST(HotkeyStateMachine, DoubleTapsOfOption) {
          stepsOf({tap(at(0), at(0.1), none), tap(at(0.5), at(0.55), toggle)})},
         {"0.46 s are not, and the second tap is a new first one", doubleTap,
          stepsOf({tap(at(0), at(0.1), none), tap(at(0.5), at(0.56), none), tap(at(0.9), at(1.0), toggle)})},
-        {"Shift during a tap spoils it, and what was before it", doubleTap,
-         stepsOf({tap(at(0), at(0.1), none),
-                  Steps{{flags(leftOption, option, at(0.2))},
-                        {flags(leftShift, option | shift, at(0.2))},
-                        {flags(leftShift, option, at(0.2))},
-                        {flags(leftOption, 0, at(0.25))}},
-                  tap(at(0.3), at(0.35), none)})},
-        {"a key during a tap spoils it", doubleTap,
-         stepsOf({Steps{{flags(leftOption, option, at(0))},
-                        {down(a, option, at(0.1))},
-                        {up(a, option, at(0.1))},
-                        {flags(leftOption, 0, at(0.2))}},
-                  tap(at(0.3), at(0.4), none)})},
-        {"typing between the taps forgets the first", doubleTap,
-         stepsOf({tap(at(0), at(0.1), none), Steps{{down(a, 0, at(0.15))}, {up(a, 0, at(0.16))}},
-                  tap(at(0.2), at(0.3), none)})},
         {"a clock that went back starts anew", doubleTap,
          stepsOf({tap(at(0), at(0.3), none), tap(at(0.1), at(0.2), none), tap(at(0.3), at(0.4), toggle)})},
     });
