@@ -2,10 +2,9 @@
 #include "Platform/Linux/Portal/TriedShortcuts.h"
 #include "Platform/VirtualKeyCode.h"
 #include "Shell/AbsentServices.h"
+#include "Support/Testing.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/RealLoop.h"
-
-#include <gtest/gtest.h>
 
 namespace murmel::test {
 

@@ -1,16 +1,13 @@
-#include "Foundation/Async/Clock.h"
 #include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/Awaiting.h"
 #include "Support/BuildPaths.h"
 #include "Support/MemoryLogSink.h"
-#include "Support/ProcessTraces.h"
 #include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
-#include "WorkerProcess/WorkerChannel.h"
+#include "Support/WorkerDriver.h"
 
 #include <nlohmann/json.hpp>
 
@@ -27,7 +24,7 @@ std::string repeated(const std::string& text, int count) {
   return result;
 }
 
-class SageWorker : public ::testing::Test {
+class SageWorker : public WorkerDriver, public ::testing::Test {
  protected:
   void SetUp() override {
     if (std::filesystem::exists(runtime)) return;
@@ -36,18 +33,10 @@ class SageWorker : public ::testing::Test {
   }
 
   void start(const std::filesystem::path& model, const std::filesystem::path& library = runtime) {
-    channel_.reset();
-    auto launched = launcher.launch({worker,
-                                     {"--model-dir", model.string(), "--runtime", library.string()},
-                                     {},
-                                     {.readable = {model, library}}});
-    ASSERT_TRUE(launched.has_value()) << launched.error();
-    process = *std::move(launched);
-    channel_.emplace(process->input(), process->output(), clock, cancellation_);
-  }
-  Result<WorkerMessage> read() { return channel_->readMessage(std::chrono::seconds(60)); }
-  void write(std::string_view line) {
-    ASSERT_TRUE(channel_->writeLine(line, std::chrono::seconds(60)).has_value());
+    launch({worker,
+            {"--model-dir", model.string(), "--runtime", library.string()},
+            {},
+            {.readable = {model, library}}});
   }
   /// The corrected text; the reason in angle brackets when it is refused.
   std::string ask(std::int64_t id, const std::string& text, int limit = 10'000) {
@@ -57,14 +46,6 @@ class SageWorker : public ::testing::Test {
     EXPECT_EQ(reply->id, id);
     return reply->text ? reply->text->reveal() : "<" + reply->errorType.value_or("") + ">";
   }
-
-  SystemClock clock;
-  LinuxProcessLauncher launcher;
-  std::unique_ptr<ChildProcess> process;
-
- private:
-  WorkerCancellation cancellation_;
-  std::optional<WorkerChannel> channel_;
 };
 
 }  // namespace

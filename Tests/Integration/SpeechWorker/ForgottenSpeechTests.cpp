@@ -4,16 +4,11 @@
 #include "Support/BuildPaths.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessMemory.h"
+#include "Support/Testing.h"
 
-#include <chrono>
-#include <filesystem>
 #include <thread>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-using namespace murmel;
-using murmel::test::ProcessMemory;
 
 namespace {
 

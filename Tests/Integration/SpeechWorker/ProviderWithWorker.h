@@ -7,15 +7,7 @@
 #include "Support/ProcessTraces.h"
 #include "Support/RoomyLauncher.h"
 #include "Support/TemporaryFolder.h"
-
-#include <chrono>
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace murmel {
 

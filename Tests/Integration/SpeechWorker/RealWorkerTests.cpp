@@ -4,6 +4,7 @@
 #include "Models/ModelManager.h"
 #include "Recognition/WorkerRequest.h"
 #include "Support/BuildPaths.h"
+#include "Support/WorkerDriver.h"
 
 #include <algorithm>
 #include <csignal>
@@ -69,41 +70,25 @@ std::vector<Engine> engines() {
   return all;
 }
 
-/// What every test with a real worker needs.
-class WorkerDriver {
+class SpeechWorkerDriver : public WorkerDriver {
  protected:
-  Result<WorkerMessage> read() { return channel_->readMessage(std::chrono::seconds(60)); }
-  void write(std::string_view line) {
-    ASSERT_TRUE(channel_->writeLine(line, std::chrono::seconds(60)).has_value());
-  }
   void startWorker(std::vector<std::string> arguments) {
     ProcessSandbox sandbox;
     if (arguments.size() > 1) sandbox.readable = {arguments[1]};
-    auto launched = launcher.launch({worker, std::move(arguments), {}, sandbox});
-    ASSERT_TRUE(launched.has_value()) << launched.error();
-    adopt(*std::move(launched));
-  }
-  void adopt(std::unique_ptr<ChildProcess> child) {
-    process = std::move(child);
-    channel_.emplace(process->input(), process->output(), clock, cancellation_);
+    launch({worker, std::move(arguments), {}, sandbox});
   }
 
-  SystemClock clock;
   ManualExecutor executor;
-  LinuxProcessLauncher launcher;
-  std::unique_ptr<ChildProcess> process;
-
- private:
-  WorkerCancellation cancellation_;
-  std::optional<WorkerChannel> channel_;
 };
 
-class RealSpeechWorker : public WorkerDriver, public ::testing::TestWithParam<Engine> {
+class RealSpeechWorker : public SpeechWorkerDriver, public ::testing::TestWithParam<Engine> {
  protected:
-  void startWorker() { WorkerDriver::startWorker({"--model-dir", GetParam().model, "--precision", "int8"}); }
+  void startWorker() {
+    SpeechWorkerDriver::startWorker({"--model-dir", GetParam().model, "--precision", "int8"});
+  }
 };
 
-class SpeechWorkerAlone : public WorkerDriver, public ::testing::Test {};
+class SpeechWorkerAlone : public SpeechWorkerDriver, public ::testing::Test {};
 
 }  // namespace
 
@@ -224,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(Engines, RealSpeechWorker, ::testing::ValuesIn(engines(
 
 #if defined(MURMEL_TINY_PARAKEET)
 
-class ParakeetWorker : public WorkerDriver, public ::testing::Test {
+class ParakeetWorker : public SpeechWorkerDriver, public ::testing::Test {
  protected:
   static std::string content() {
     std::ifstream file(std::filesystem::path(MURMEL_TINY_PARAKEET) / "ggml-parakeet-tiny.bin",
@@ -289,12 +274,10 @@ TEST_F(ParakeetWorker, SaysThatTheEngineIsMissing) {
   const auto copy = folder.path() / "Workers" / FluidAudioProvider::workerName;
   std::filesystem::create_directory(copy.parent_path());
   std::filesystem::copy(worker, copy);
-  auto launched = launcher.launch({copy,
-                                   {"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"},
-                                   {},
-                                   {.readable = {MURMEL_TINY_PARAKEET}}});
-  ASSERT_TRUE(launched.has_value());
-  adopt(*std::move(launched));
+  launch({copy,
+          {"--model-dir", MURMEL_TINY_PARAKEET, "--precision", "int8"},
+          {},
+          {.readable = {MURMEL_TINY_PARAKEET}}});
   EXPECT_EQ(read()->errorType, "speech engine is missing from the app");
 }
 

@@ -3,13 +3,9 @@
 #include "Recognition/FluidAudioProvider.h"
 #include "Support/Awaiting.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 #include <atomic>
-#include <string>
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
 
 namespace {
 

@@ -1,8 +1,5 @@
 #include "Recognition/ParakeetUnknownTokenRecovery.h"
-
-#include <gtest/gtest.h>
-
-using namespace murmel;
+#include "Support/Testing.h"
 
 namespace {
 

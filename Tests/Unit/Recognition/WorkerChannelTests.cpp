@@ -1,18 +1,10 @@
+#include "Support/Testing.h"
 #include "WorkerProcess/WorkerChannel.h"
 
-#include <array>
-#include <chrono>
 #include <csignal>
-#include <optional>
-#include <string>
-#include <string_view>
 #include <thread>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

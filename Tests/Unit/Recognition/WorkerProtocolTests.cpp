@@ -1,17 +1,12 @@
 #include "Foundation/Crypto/Base64.h"
 #include "Recognition/DictationLanguage.h"
 #include "Recognition/WorkerRequest.h"
+#include "Support/Testing.h"
 #include "WorkerProcess/WorkerLimits.h"
 #include "WorkerProcess/WorkerMessage.h"
 
-#include <chrono>
-#include <set>
-
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using namespace murmel;
-using namespace std::chrono_literals;
 using Json = nlohmann::json;
 
 TEST(WorkerMessage, DecodesEveryField) {

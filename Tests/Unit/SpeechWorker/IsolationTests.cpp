@@ -1,21 +1,17 @@
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 #include "Workers/Common/Isolation.h"
 
 #include <cerrno>
 #include <csignal>
-#include <fstream>
-#include <functional>
 #include <thread>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/landlock.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-using namespace murmel;
 
 namespace {
 

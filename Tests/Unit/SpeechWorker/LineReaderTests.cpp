@@ -1,17 +1,14 @@
 #include "Foundation/UniqueDescriptor.h"
 #include "Foundation/WriteAll.h"
+#include "Support/Testing.h"
 #include "Workers/Common/LineReader.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 
-#include <array>
 #include <new>
-#include <string>
 #include <thread>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 
-using namespace murmel;
 using namespace murmel::worker;
 
 namespace {

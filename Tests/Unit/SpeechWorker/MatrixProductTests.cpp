@@ -1,9 +1,7 @@
+#include "Support/Testing.h"
 #include "Workers/SpeechWorker/EngineKernel/MatrixProduct.h"
 
 #include <cmath>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 using namespace murmel::worker;
 

@@ -1,8 +1,5 @@
+#include "Support/Testing.h"
 #include "Workers/SpeechWorker/Pronunciation.h"
-
-#include <map>
-
-#include <gtest/gtest.h>
 
 using namespace murmel::worker;
 

@@ -1,9 +1,7 @@
+#include "Support/Testing.h"
 #include "Workers/SpeechWorker/QuietCut.h"
 
-#include <algorithm>
 #include <random>
-
-#include <gtest/gtest.h>
 
 using namespace murmel::worker;
 

@@ -1,6 +1,5 @@
+#include "Support/Testing.h"
 #include "Workers/SpeechWorker/TranscriptionRequest.h"
-
-#include <gtest/gtest.h>
 
 using namespace murmel::worker;
 

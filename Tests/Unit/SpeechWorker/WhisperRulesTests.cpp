@@ -1,9 +1,5 @@
+#include "Support/Testing.h"
 #include "Workers/SpeechWorker/WhisperRules.h"
-
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 using namespace murmel::worker;
 
