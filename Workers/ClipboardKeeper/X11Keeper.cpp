@@ -33,8 +33,8 @@ class X11Keeper final : public Keeper {
   void start() override {
     loop_.start([this](const xcb_generic_event_t& event) { handle(event); },
                 [this] {
-                  sender_.dropAbandoned(loop_.now());
                   if (loop_.connection().hasFailed()) lost();
+                  return sender_.dropAbandoned(loop_.now());
                 });
   }
   ~X11Keeper() override { loop_.stop(); }

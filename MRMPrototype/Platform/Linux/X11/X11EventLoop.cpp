@@ -13,7 +13,7 @@ namespace murmel {
 
 namespace {
 
-/// How often `idle` runs when nothing happens; it only drops what others have abandoned.
+/// How often `idle` runs while it has something to look after and nothing happens.
 constexpr Duration idleInterval = std::chrono::seconds(5);
 constexpr Duration unlimited = std::chrono::hours(24);
 
@@ -32,7 +32,7 @@ void X11EventLoop::stop() {
   if (thread_.joinable()) thread_.join();
 }
 
-void X11EventLoop::start(std::function<void(const xcb_generic_event_t&)> handle, std::function<void()> idle) {
+void X11EventLoop::start(std::function<void(const xcb_generic_event_t&)> handle, std::function<bool()> idle) {
   handle_ = std::move(handle);
   idle_ = std::move(idle);
   thread_ = std::thread([this] { run(); });
@@ -76,9 +76,9 @@ void X11EventLoop::run() {
   }
 }
 
-void X11EventLoop::handleWaiting() {
+bool X11EventLoop::handleWaiting() {
   while (const auto event = connection_->nextEvent()) handle_(*event);
-  idle_();
+  return idle_();
 }
 
 bool X11EventLoop::pumpUntil(const std::function<bool()>& done, Duration limit) {
@@ -86,14 +86,15 @@ bool X11EventLoop::pumpUntil(const std::function<bool()>& done, Duration limit) 
   while (true) {
     // Events that came in while a request waited for its answer are in the queue already and would not make
     // the descriptor readable.
-    handleWaiting();
+    const bool mustLookAgain = handleWaiting();
     if (done()) return true;
     if (stopping_ || connection_->hasFailed()) return false;
     const auto left = deadline - now();
     if (left <= Duration{}) return false;
     xcb_flush(connection_->get());
     std::array<pollfd, 2> descriptors{{{connection_->descriptor(), POLLIN, 0}, {wakeup_.get(), POLLIN, 0}}};
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min<Duration>(left, idleInterval));
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(
+        mustLookAgain ? std::min<Duration>(left, idleInterval) : left);
     ::poll(descriptors.data(), descriptors.size(), static_cast<int>(wait.count()));
     eventfd_t count = 0;
     if (descriptors[1].revents != 0) ::eventfd_read(wakeup_.get(), &count);

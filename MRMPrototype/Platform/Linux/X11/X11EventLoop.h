@@ -25,8 +25,9 @@ class X11EventLoop {
   X11EventLoop(const X11EventLoop&) = delete;
   X11EventLoop& operator=(const X11EventLoop&) = delete;
 
-  /// Starts the thread. `handle` gets each event, `idle` runs after events and from time to time.
-  void start(std::function<void(const xcb_generic_event_t&)> handle, std::function<void()> idle);
+  /// Starts the thread. `handle` gets each event; `idle` runs after events and, as long as it says that it
+  /// has something to look after, every few seconds. At rest the thread sleeps.
+  void start(std::function<void(const xcb_generic_event_t&)> handle, std::function<bool()> idle);
 
   /// Ends the wait of the job that runs, waits for the job and ends the thread. Jobs that have not begun are
   /// dropped with the loop.
@@ -43,14 +44,14 @@ class X11EventLoop {
 
  private:
   void run();
-  void handleWaiting();
+  bool handleWaiting();
   bool hasJob();
 
   std::unique_ptr<X11Connection> connection_;
   SystemClock clock_;
   UniqueDescriptor wakeup_;
   std::function<void(const xcb_generic_event_t&)> handle_;
-  std::function<void()> idle_;
+  std::function<bool()> idle_;
   std::atomic<bool> stopping_ = false;
   std::mutex mutex_;
   std::deque<Job> jobs_;

@@ -60,11 +60,12 @@ void X11IncrementalSender::windowDestroyed(xcb_window_t window) {
   std::erase_if(transfers_, [&](const Transfer& transfer) { return transfer.requestor == window; });
 }
 
-void X11IncrementalSender::dropAbandoned(Instant now) {
+bool X11IncrementalSender::dropAbandoned(Instant now) {
   for (auto transfer = transfers_.begin(); transfer != transfers_.end();) {
     const auto current = transfer++;
     if (now - current->lastProgress > patience) end(current);
   }
+  return !transfers_.empty();
 }
 
 void X11IncrementalSender::end(std::list<Transfer>::iterator transfer) {

@@ -31,7 +31,8 @@ class X11IncrementalSender {
 
   void propertyChanged(const xcb_property_notify_event_t& event, Instant now);
   void windowDestroyed(xcb_window_t window);
-  void dropAbandoned(Instant now);
+  /// Whether any are left to look after.
+  bool dropAbandoned(Instant now);
 
  private:
   struct Transfer {

@@ -26,7 +26,7 @@ class X11Pasteboards::Worker {
         primary_(loop_, sender_, clock, "PRIMARY", SelectionEvents::observer(executor, events[1])),
         fixesEvent_(fixesEvent) {
     loop_.start([this](const xcb_generic_event_t& event) { handle(event); },
-                [this] { sender_.dropAbandoned(loop_.now()); });
+                [this] { return sender_.dropAbandoned(loop_.now()); });
   }
 
   ~Worker() { loop_.stop(); }  // before what its events reach goes

@@ -21,7 +21,7 @@ X11SelectionReader::X11SelectionReader(std::unique_ptr<X11Connection> connection
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-  loop_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
+  loop_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] { return false; });
 }
 
 void X11SelectionReader::handle(const xcb_generic_event_t& event) {
