@@ -445,8 +445,8 @@
         <translation>anzeige rand einblendung</translation>
     </message>
     <message>
-        <source>Keep it on the screen</source>
-        <translation>Auf dem Bildschirm lassen</translation>
+        <source>Keep the indicator on the screen</source>
+        <translation>Anzeige auf dem Bildschirm lassen</translation>
     </message>
     <message>
         <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
@@ -2270,6 +2270,10 @@
         <source>Used when “Format with a local model” is on, under Text.</source>
         <translation>Verwendet, wenn unter „Text“ „Mit lokalem Modell formatieren“ eingeschaltet ist.</translation>
     </message>
+    <message>
+        <source>Reads the whole model again and looks whether it is undamaged.</source>
+        <translation>Liest das ganze Modell noch einmal und sieht nach, ob es unbeschädigt ist.</translation>
+    </message>
 </context>
 <context>
     <name>NoticeWindow</name>
@@ -3034,8 +3038,8 @@
         <translation>%1 halten, einen Satz sagen, loslassen.</translation>
     </message>
     <message>
-        <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
-        <translation>Ein ganzes Diktat, auf demselben Weg wie in jeder Anwendung. Sobald hier Wörter angekommen sind, können Sie abschließen.</translation>
+        <source>A whole dictation, just as in any application. Once words have arrived here, you can finish.</source>
+        <translation>Ein ganzes Diktat, genau wie in jeder Anwendung. Sobald hier Wörter angekommen sind, können Sie abschließen.</translation>
     </message>
     <message>
         <source>Press %1, say a sentence, press it again.</source>

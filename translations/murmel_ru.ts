@@ -445,8 +445,8 @@
         <translation>индикатор край наложение</translation>
     </message>
     <message>
-        <source>Keep it on the screen</source>
-        <translation>Оставлять на экране</translation>
+        <source>Keep the indicator on the screen</source>
+        <translation>Оставлять индикатор на экране</translation>
     </message>
     <message>
         <source>A small button that starts a dictation. Without a shortcut it is always there.</source>
@@ -2276,6 +2276,10 @@
         <source>Used when “Format with a local model” is on, under Text.</source>
         <translation>Работают, когда в разделе «Текст» включено «Форматировать локальной моделью».</translation>
     </message>
+    <message>
+        <source>Reads the whole model again and looks whether it is undamaged.</source>
+        <translation>Заново читает всю модель и проверяет, не повреждена ли она.</translation>
+    </message>
 </context>
 <context>
     <name>NoticeWindow</name>
@@ -3041,8 +3045,8 @@
         <translation>Удерживайте %1, скажите фразу, отпустите.</translation>
     </message>
     <message>
-        <source>A whole dictation, by the same road as in any application. Once words have arrived here, you can finish.</source>
-        <translation>Полная диктовка, тем же путём, что и в любом приложении. Когда слова появятся здесь, можно завершить.</translation>
+        <source>A whole dictation, just as in any application. Once words have arrived here, you can finish.</source>
+        <translation>Полная диктовка, точно так же, как в любом приложении. Когда слова появятся здесь, можно завершить.</translation>
     </message>
     <message>
         <source>Press %1, say a sentence, press it again.</source>

@@ -8,7 +8,7 @@
 namespace murmel {
 
 TryStep::TryStep(const FirstRunServices& services, std::function<void()> succeeded)
-    : FormPage(tr("Try it here"), tr("A whole dictation, by the same road as in any application. Once words "
+    : FormPage(tr("Try it here"), tr("A whole dictation, just as in any application. Once words "
                                      "have arrived here, you can finish.")),
       services_(services),
       succeeded_(std::move(succeeded)),

@@ -56,6 +56,8 @@ ModelsPage::Row::Row(ModelShelf& shelf, std::string name)
       pause_(button(ModelsPage::tr("Pause"), [this] { shelf_.pause(name_); })),
       verify_(button(ModelsPage::tr("Verify"), [this] { shelf_.verify(name_); })),
       remove_(button(ModelsPage::tr("Remove…"), [this] { askToRemove(); })) {
+  verify_->setToolTip(ModelsPage::tr("Reads the whole model again and looks whether it is undamaged."));
+  verify_->setAccessibleDescription(verify_->toolTip());
   progress_->setTextVisible(false);
   progress_->setFixedHeight(progressHeight);
   progress_->setRange(0, 1000);

@@ -81,7 +81,7 @@ void GeneralPage::addIndicator() {
       std::move(titles))
       ->setKeywords(tr("overlay pill edge"));
   addSwitch(card,
-            {tr("Keep it on the screen"),
+            {tr("Keep the indicator on the screen"),
              tr("A small button that starts a dictation. Without a shortcut it is always there.")},
             {.property = SettingsProperty::showRestingIndicator,
              .get = [this] { return settings().showRestingIndicator(); },

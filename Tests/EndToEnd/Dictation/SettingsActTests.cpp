@@ -31,7 +31,7 @@ TEST_F(DictationDesk, WhatIsChangedInTheWindowIsInTheFileAndActs) {
   EXPECT_TRUE(
       waitUntilCommand("xprop -id $(xdotool search --onlyvisible --name '^Murmel Settings$') _NET_WM_STATE | "
                        "grep -q SKIP_TASKBAR"));
-  change("Keep it on the screen", "space", R"("settings.showRestingIndicator": true)");
+  change("Keep the indicator on the screen", "space", R"("settings.showRestingIndicator": true)");
   EXPECT_TRUE(waitUntilCommand(pillIsVisible));
   change("edge of the screen", "Down", R"("settings.overlayAnchor": "bottom")");
   EXPECT_TRUE(

@@ -53,7 +53,7 @@ TEST_F(Windows, store_every_setting_that_is_changed_by_keyboard_and_show_it_agai
       {Page::general, "Insert phrases while I speak", settingsKey::insertWhileRecording, true, false},
       {Page::general, "Restore the clipboard", settingsKey::restorePreviousClipboard, false, true},
       {Page::general, "Position", settingsKey::overlayAnchor, text("bottom"), text("right")},
-      {Page::general, "Keep it on the screen", settingsKey::showRestingIndicator, true, false},
+      {Page::general, "Keep the indicator on the screen", settingsKey::showRestingIndicator, true, false},
       {Page::shortcut, "Dictation shortcut", settingsKey::shortcutConfiguration, {}, {}},
       {Page::audio, "Play sounds", settingsKey::feedbackSound, false, true},
       {Page::languages, "Recognize", settingsKey::languageMode, text("selected"), text("automaticAll")},
