@@ -149,6 +149,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   ShortcutGate gate_;
   ShortcutWiring shortcut_;
   SerialQueue checkQueue_;
+  PulseAudioInput checkedInput_;  ///< beside that of a dictation, which may begin meanwhile
   CheckRunner checks_;
   UpdateWiring updateWiring_;
   PulseAudioMicrophones microphones_;
