@@ -125,7 +125,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
                  RemoteCommandService::Handlers{
                      .command = [&app](IntelCommand command,
                                        CommandReply reply) { app.perform(command, std::move(reply)); },
-                     .status = [&app] { return app.status().report(); },
+                     .status = [&app] { return app.statusReport(); },
                  });
   }
   const auto announcing = app.status().didChange().subscribe([&door] {

@@ -103,6 +103,13 @@ DictationServices MRMPrototypeApp::dictationServices() {
   };
 }
 
+StatusReport MRMPrototypeApp::statusReport() const {
+  auto report = status_.report();
+  const auto keys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
+  report.message = inPlatformWords(report.message, keys).toStdString();
+  return report;
+}
+
 CheckedServices MRMPrototypeApp::checkedServices(const SessionFacts& session) {
   return {
       .executor = process_.executor,

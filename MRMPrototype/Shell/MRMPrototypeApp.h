@@ -69,6 +69,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   /// The same; `reply` is told once what became of it.
   void perform(IntelCommand command, CommandReply reply);
   [[nodiscard]] StatusPublisher& status() { return status_; }
+  /// What is shown, in this desktop's words: with the keys that paste where the last dictation went.
+  [[nodiscard]] StatusReport statusReport() const;
 
  private:
   [[nodiscard]] DictationServices dictationServices();

@@ -33,7 +33,7 @@ int complain(const RemoteFailure& failure, const Installation& installation) {
 }
 
 std::string inWords(const StatusReport& status) {
-  auto line = inPlatformWords(status.message).toStdString();
+  auto line = status.message;
   if (status.elapsed > 0) {
     constexpr double percent = 100;
     line += fmt::format(" · {:.1f} s · level {:.0f} %", status.elapsed, status.level * percent);
@@ -46,7 +46,7 @@ std::string inJson(const StatusReport& status) {
   const QJsonObject object{
       {QStringLiteral("running"), true},
       {QStringLiteral("state"), QString::fromStdString(status.state)},
-      {QStringLiteral("message"), inPlatformWords(status.message)},
+      {QStringLiteral("message"), QString::fromStdString(status.message)},
       {QStringLiteral("engine"), QString::fromStdString(status.engine)},
       {QStringLiteral("level"), status.level},
       {QStringLiteral("elapsed"), status.elapsed},
