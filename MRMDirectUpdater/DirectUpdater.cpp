@@ -3,17 +3,15 @@
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Timers.h"
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 
 #include <chrono>
 #include <utility>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 namespace {
 
-using Json = nlohmann::json;
 using Phase = UpdateStatus::Phase;
 
 /// How often a waiting installation asks whether it may begin.
@@ -173,7 +171,7 @@ std::string DirectUpdater::orderFor(const UpdateRelease& release) const {
   const std::span feed(reinterpret_cast<const std::uint8_t*>(feed_.data()), feed_.size());
   // Not the highest serial: the feed that the user has seen is good until it expires.
   const Json order{{"feed", base64::encoded(feed)}, {"sha256", release.sha256}, {"serial", 0U}};
-  return order.dump() + '\n';
+  return jsonText(order) + '\n';
 }
 
 Task<UpdaterRun::Result> DirectUpdater::run(std::string task, std::string order) {

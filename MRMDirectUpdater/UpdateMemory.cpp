@@ -1,14 +1,11 @@
 #include "MRMDirectUpdater/UpdateMemory.h"
 
+#include "Foundation/Json/Json.h"
 #include "Storage/FileAccess.h"
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::uint64_t largestMemory = 4'096;
 constexpr Duration longestWait = std::chrono::milliseconds(500);
@@ -19,7 +16,8 @@ UpdateMemory UpdateMemory::read(FileSystem& files, const std::filesystem::path& 
   UpdateMemory memory;
   const auto bytes = readWholeFile(files, file, largestMemory).value_or(std::nullopt);
   if (!bytes) return memory;
-  const auto object = Json::parse(bytes->begin(), bytes->end(), nullptr, /*allow_exceptions=*/false);
+  const auto object =
+      parsedJson(std::string_view(reinterpret_cast<const char*>(bytes->data()), bytes->size()));
   if (!object.is_object()) return memory;
   if (object.contains("lastCheck") && object["lastCheck"].is_number_integer())
     memory.lastCheck = object["lastCheck"].get<std::int64_t>();
@@ -31,7 +29,7 @@ UpdateMemory UpdateMemory::read(FileSystem& files, const std::filesystem::path& 
 bool UpdateMemory::write(FileSystem& files, const std::filesystem::path& file) const {
   Json object{{"highestSerial", highestSerial}};
   if (lastCheck) object["lastCheck"] = *lastCheck;
-  const auto text = object.dump();
+  const auto text = jsonText(object);
   if (!files.makeFolders(file.parent_path())) return false;
   const auto lock = files.lock(lockPath(file), longestWait);
   if (!lock) return false;

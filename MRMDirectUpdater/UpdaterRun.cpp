@@ -1,6 +1,7 @@
 #include "MRMDirectUpdater/UpdaterRun.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
 #include "MRMUpdatePolicy/UpdateFeed.h"
 
@@ -9,14 +10,11 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::size_t longestLine = base64::encodedSize(largestFeed) + 1'024;
 constexpr const char* endedEarly = "The updater ended unexpectedly.";
@@ -69,7 +67,7 @@ void UpdaterRun::receive() {
 }
 
 bool UpdaterRun::take(std::string_view line) {
-  const auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(line);
   if (!object.is_object()) return true;
   const auto event = textAt(object, "event");
   if (event == "progress") {

@@ -1,18 +1,15 @@
 #include "MRMUpdatePolicy/UpdateFeed.h"
 
+#include "Foundation/Json/Json.h"
 #include "MRMUpdatePolicy/ReleaseKey.h"
 
 #include <algorithm>
 #include <charconv>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::string_view header = "murmel-update-feed 1\n";
 constexpr std::int64_t largestRelease = std::int64_t{4} << 30;
@@ -77,7 +74,7 @@ std::optional<UpdateRelease> releaseFrom(const Json& object) {
 }
 
 std::optional<UpdateFeed> feedFrom(std::string_view document) {
-  const auto object = Json::parse(document, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(document);
   if (!object.is_object()) return std::nullopt;
   const auto serial = number<std::uint64_t>(object, "serial");
   const auto expires = number<std::int64_t>(object, "expires");

@@ -11,6 +11,8 @@ set(MURMEL_SPEECH_ENGINES AUTO CACHE STRING "Build the engines for Whisper and P
 set_property(CACHE MURMEL_SPEECH_ENGINES PROPERTY STRINGS AUTO OFF)
 # v3 has AVX2 and is three times as fast as v2; v4 has AVX-512.
 set(MURMEL_SPEECH_ENGINE_LEVELS "2;3;4" CACHE STRING "Levels of x86-64 that the engines are built for")
+# The test run compiles more than it recognises: most of the time goes into our own product of matrices anyway.
+option(MURMEL_SPEECH_ENGINES_LIGHT "Optimise the engines less, for a quicker build" OFF)
 
 set(kernel "${CMAKE_SOURCE_DIR}/Workers/SpeechWorker/EngineKernel")
 set(package "whisper.rn@0.7.4")
@@ -60,7 +62,7 @@ function(murmel_fetch_engine_sources result reason)
 endfunction()
 
 # Always optimised: unoptimised it recognises slower than people speak. Mostly not our code, so no warnings, no sanitizers.
-function(murmel_engine_objects target folder level)
+function(murmel_engine_objects target folder level optimisation)
   add_library(${target} OBJECT ${ARGN})
   target_include_directories(${target} SYSTEM PRIVATE "${folder}" "${folder}/ggml-cpu")
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}" "${kernel}")
@@ -70,7 +72,7 @@ function(murmel_engine_objects target folder level)
   # With OpenMP the threads can sleep while they wait for each other. The library's own only spin: on a machine that has
   # other work to do, 3 threads then take fifty times as long as one.
   target_compile_definitions(${target} PRIVATE WSP_GGML_USE_OPENMP)
-  target_compile_options(${target} PRIVATE -w -O3 -g0 -march=x86-64-v${level} -fopenmp)
+  target_compile_options(${target} PRIVATE -w -O${optimisation} -g0 -march=x86-64-v${level} -fopenmp)
   if(MURMEL_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)
   endif()
@@ -98,9 +100,15 @@ message(STATUS "Whisper and Parakeet engines: built from ${package} for x86-64 l
 enable_language(C)
 list(TRANSFORM commonSources PREPEND "${sources}/")
 list(TRANSFORM computingSources PREPEND "${sources}/")
-murmel_engine_objects(murmel_ggml_common "${sources}" 2 ${commonSources})
+set(optimisations 3 3)
+if(MURMEL_SPEECH_ENGINES_LIGHT)
+  set(optimisations 1 2)
+endif()
+list(GET optimisations 0 common)
+list(GET optimisations 1 computing)
+murmel_engine_objects(murmel_ggml_common "${sources}" 2 ${common} ${commonSources})
 foreach(level IN LISTS MURMEL_ENGINE_LEVELS)
-  murmel_engine_objects(murmel_ggml_cpu_v${level} "${sources}" ${level} ${computingSources}
+  murmel_engine_objects(murmel_ggml_cpu_v${level} "${sources}" ${level} ${computing} ${computingSources}
     "${kernel}/EngineProduct.cpp" "${kernel}/MatrixProduct.cpp")
   add_library(murmel_ggml_v${level} INTERFACE)
   target_include_directories(murmel_ggml_v${level} SYSTEM INTERFACE "${sources}")

@@ -1,5 +1,6 @@
 #include "History/HistoryCommand.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/Text.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
@@ -53,7 +53,7 @@ nlohmann::json jsonOf(const HistoryEntry& entry) {
 }
 
 std::string written(const nlohmann::json& json) {
-  return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return jsonText(json, JsonCharacters::utf8, 2) + "\n";
 }
 
 bool take(std::vector<std::string>& arguments, std::string_view flag) {

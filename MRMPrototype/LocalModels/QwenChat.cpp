@@ -1,17 +1,14 @@
 #include "LocalModels/QwenChat.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
 
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 const text::RegularExpression& reasoningBlock() {
   static const auto pattern = text::RegularExpression::compile("(?s)<think>.*?</think>").value();
@@ -40,12 +37,11 @@ std::string QwenChat::requestBody(std::string_view text) {
       {"stream", false},
       {"chat_template_kwargs", Json{{"enable_thinking", false}}},
   };
-  constexpr int noIndentation = -1;
-  return body.dump(noIndentation, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);
+  return jsonText(body);
 }
 
 std::optional<std::string> QwenChat::answer(std::string_view responseBody) {
-  const auto body = Json::parse(responseBody, nullptr, /*allow_exceptions=*/false);
+  const auto body = parsedJson(responseBody);
   const auto* const content = child(child(first(child(&body, "choices")), "message"), "content");
   if (content == nullptr || !content->is_string()) return std::nullopt;
   return content->get<std::string>();

@@ -1,16 +1,13 @@
 #include "LocalModels/SageWorkerClient.h"
 
+#include "Foundation/Json/Json.h"
 #include "WorkerProcess/ProcessEnd.h"
 
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 std::unexpected<MRMError> failed(std::string reason) {
   return std::unexpected(MRMError::workerFailed(std::move(reason)));
@@ -18,8 +15,7 @@ std::unexpected<MRMError> failed(std::string reason) {
 
 std::string requestLine(std::int64_t id, const std::string& text, std::chrono::milliseconds limit) {
   const Json request = {{"id", id}, {"text", text}, {"limit_ms", limit.count()}};
-  constexpr int noIndentation = -1;
-  return request.dump(noIndentation, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);
+  return jsonText(request);
 }
 
 }  // namespace

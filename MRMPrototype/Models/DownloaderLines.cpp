@@ -1,14 +1,12 @@
 #include "Models/DownloaderLines.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/RawValue.h"
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 namespace {
 
-using Json = nlohmann::json;
 using Kind = DownloaderEvent::Kind;
 
 constexpr int protocolVersion = 1;
@@ -38,14 +36,13 @@ std::optional<std::int64_t> numberAt(const Json& object, const char* key) {
 std::string line(const char* command, Json rest) {
   rest["mrm_downloader_protocol"] = protocolVersion;
   rest["command"] = command;
-  constexpr int noIndentation = -1;
-  return rest.dump(noIndentation, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace) + '\n';
+  return jsonText(rest, JsonCharacters::ascii) + '\n';
 }
 
 }  // namespace
 
 std::optional<DownloaderEvent> DownloaderEvent::decode(std::string_view line) {
-  const auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(line);
   if (!object.is_object() || numberAt(object, "mrm_downloader_protocol") != protocolVersion)
     return std::nullopt;
   const auto kind = std::ranges::find(kinds, textAt(object, "event"), &RawValueRow<Kind>::raw);

@@ -1,8 +1,8 @@
 #include "Product/InformationDictionary.h"
 
-#include <fstream>
+#include "Foundation/Json/Json.h"
 
-#include <nlohmann/json.hpp>
+#include <fstream>
 
 namespace murmel {
 
@@ -10,7 +10,7 @@ std::expected<InformationDictionary, std::string> InformationDictionary::read(
     const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::unexpected("Cannot read " + file.string());
-  const auto json = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
+  const auto json = parsedJson(std::string(std::istreambuf_iterator<char>(stream), {}));
   if (!json.is_object()) return std::unexpected(file.string() + " is not a JSON object");
   std::map<std::string, std::string, std::less<>> values;
   for (const auto& [key, value] : json.items()) {

@@ -1,12 +1,12 @@
 #include "Settings/SettingsCommand.h"
 
+#include "Foundation/Json/Json.h"
 #include "Settings/SettingsKeys.h"
 #include "Settings/SettingsTable.h"
 
 #include <utility>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
@@ -72,7 +72,7 @@ int SettingsCommand::list(bool asJson) {
       streams_.print(fmt::format("{:<26}{:<24}{}\n", nameOf(row), text, row.meaning));
     }
   }
-  if (asJson) streams_.print(json.dump(2) + "\n");
+  if (asJson) streams_.print(jsonText(json, JsonCharacters::utf8, 2) + "\n");
   return finish();
 }
 

@@ -1,5 +1,6 @@
 #include "Settings/SettingsTransfer.h"
 
+#include "Foundation/Json/Json.h"
 #include "Settings/SettingsTable.h"
 
 #include <optional>
@@ -7,7 +8,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
@@ -36,11 +36,11 @@ std::string exportedSettings(const DefaultsStore& store) {
     json[nameOf(row)] =
         row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
   }
-  return json.dump(2) + '\n';
+  return jsonText(json, JsonCharacters::utf8, 2) + '\n';
 }
 
 std::expected<void, std::string> importSettings(DefaultsStore& store, std::string_view json) {
-  const auto parsed = nlohmann::json::parse(json, nullptr, false);
+  const auto parsed = parsedJson(json);
   if (!parsed.is_object() || parsed.empty())
     return std::unexpected(std::string("The file does not hold settings of Murmel."));
   std::vector<std::pair<std::string_view, DefaultsValue>> changes;

@@ -1,5 +1,6 @@
 #include "Shell/TranscriptForms.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/Text.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <cstdint>
 
 #include <fmt/core.h>
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
@@ -24,8 +24,7 @@ double milliseconds(double seconds) {
 }
 
 std::string onOneLine(const Json& object) {
-  constexpr int noIndentation = -1;
-  return object.dump(noIndentation, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) + '\n';
+  return jsonText(object) + '\n';
 }
 
 Json phraseObject(const RecognisedPiece& phrase) {

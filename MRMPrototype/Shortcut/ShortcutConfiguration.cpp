@@ -1,11 +1,10 @@
 #include "Shortcut/ShortcutConfiguration.h"
 
+#include "Foundation/Json/Json.h"
 #include "Platform/KeyModifiers.h"
 
 #include <limits>
 #include <utility>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
@@ -71,7 +70,7 @@ std::optional<std::string> ShortcutConfiguration::toJson() const {
 }
 
 std::optional<ShortcutConfiguration> ShortcutConfiguration::fromJson(std::string_view json) {
-  const auto object = nlohmann::json::parse(json, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(json);
   if (!object.is_object()) return std::nullopt;
   const auto kindName = stringField(object, kindKey);
   const auto kind = kindName ? fromRawValue<Kind>(*kindName) : std::nullopt;

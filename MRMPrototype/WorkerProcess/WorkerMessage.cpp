@@ -1,14 +1,12 @@
 #include "WorkerProcess/WorkerMessage.h"
 
-#include <limits>
+#include "Foundation/Json/Json.h"
 
-#include <nlohmann/json.hpp>
+#include <limits>
 
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 std::optional<std::int64_t> integer(const Json& object, const char* key) {
   const auto found = object.find(key);
@@ -27,7 +25,7 @@ std::optional<std::string> string(Json& object, const char* key) {
 }  // namespace
 
 std::optional<WorkerMessage> WorkerMessage::decode(std::string_view line) {
-  auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  auto object = parsedJson(line);
   if (!object.is_object()) return std::nullopt;
   const auto version = integer(object, "mrm_worker_protocol");
   auto event = string(object, "event");

@@ -1,17 +1,14 @@
 #include "Workers/Common/ReplyWriter.h"
 
 #include "Foundation/Crypto/Wipe.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
 
 #include <string>
 
-#include <nlohmann/json.hpp>
-
 namespace murmel::worker {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr int protocolVersion = 1;
 
@@ -20,8 +17,7 @@ Json event(const char* name) {
 }
 
 std::string lineOf(const Json& object) {
-  constexpr int noIndentation = -1;
-  return object.dump(noIndentation, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) + '\n';
+  return jsonText(object) + '\n';
 }
 
 }  // namespace

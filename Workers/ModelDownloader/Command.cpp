@@ -1,14 +1,12 @@
 #include "Workers/ModelDownloader/Command.h"
 
-#include <optional>
+#include "Foundation/Json/Json.h"
 
-#include <nlohmann/json.hpp>
+#include <optional>
 
 namespace murmel::downloader {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr int protocolVersion = 1;
 
@@ -32,7 +30,7 @@ std::optional<std::vector<std::string>> identifiersOf(const Json& object) {
 }  // namespace
 
 std::expected<Command, std::string> parseCommand(std::string_view line) {
-  const auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(line);
   if (!object.is_object()) return std::unexpected("not_json");
   const auto version = object.find("mrm_downloader_protocol");
   if (version == object.end() || *version != protocolVersion) return std::unexpected("protocol_version");

@@ -1,12 +1,10 @@
 #include "Workers/ModelDownloader/Report.h"
 
-#include <nlohmann/json.hpp>
+#include "Foundation/Json/Json.h"
 
 namespace murmel::downloader {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr int protocolVersion = 1;
 
@@ -53,9 +51,8 @@ struct Describe {
 std::string lineFor(const Report& report) {
   Json line{{"mrm_downloader_protocol", protocolVersion}};
   std::visit(Describe{line}, report);
-  constexpr int noIndentation = -1;
   // File names may hold bytes that are no text.
-  return line.dump(noIndentation, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace) + '\n';
+  return jsonText(line, JsonCharacters::ascii) + '\n';
 }
 
 }  // namespace murmel::downloader

@@ -1,5 +1,6 @@
 #include "Workers/SageWorker/ByteLevelBPE.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/RegularExpression.h"
 #include "Foundation/Text/Text.h"
 
@@ -7,13 +8,9 @@
 #include <limits>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 namespace murmel::worker {
 
 namespace {
-
-using Json = nlohmann::json;
 
 /// Far above any vocabulary, far below what hurts.
 constexpr std::size_t mostTokens = 1 << 20;
@@ -74,7 +71,7 @@ void appendBytes(std::string_view token, std::string& text) {
 std::expected<ByteLevelBPE, std::string> ByteLevelBPE::create(std::string_view vocabulary,
                                                               std::string_view merges) {
   ByteLevelBPE result;
-  const auto object = Json::parse(vocabulary, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(vocabulary);
   const std::unexpected<std::string> badVocabulary("model vocabulary is not understood");
   if (!object.is_object() || object.empty()) return badVocabulary;
   for (const auto& [token, number] : object.items()) {

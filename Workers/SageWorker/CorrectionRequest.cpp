@@ -1,14 +1,12 @@
 #include "Workers/SageWorker/CorrectionRequest.h"
 
-#include <limits>
+#include "Foundation/Json/Json.h"
 
-#include <nlohmann/json.hpp>
+#include <limits>
 
 namespace murmel::worker {
 
 namespace {
-
-using Json = nlohmann::json;
 
 std::optional<std::int64_t> integer(const Json& value) {
   if (!value.is_number_integer()) return std::nullopt;
@@ -21,7 +19,7 @@ std::optional<std::int64_t> integer(const Json& value) {
 
 std::expected<CorrectionRequest, CorrectionRequest::Refusal> CorrectionRequest::decode(
     std::string_view line) {
-  const auto object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(line);
   if (!object.is_object()) return std::unexpected(Refusal{std::nullopt, "malformed request"});
   const auto id = object.contains("id") ? integer(object["id"]) : std::nullopt;
   const auto refused = [&id](const char* reason) { return std::unexpected(Refusal{id, reason}); };

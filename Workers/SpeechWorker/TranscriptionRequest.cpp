@@ -1,20 +1,17 @@
 #include "Workers/SpeechWorker/TranscriptionRequest.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 
 #include <bit>
 #include <cstring>
 #include <limits>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel::worker {
 
 static_assert(std::endian::native == std::endian::little, "the samples arrive in this byte order");
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::string_view audioKey = "pcm_s16le_base64";
 constexpr std::int64_t acceptedSampleRate = 16'000;
@@ -56,7 +53,7 @@ std::optional<std::int64_t> integer(const Json& object, std::string_view key) {
 
 std::expected<TranscriptionRequest, RequestRefusal> TranscriptionRequest::decode(std::string_view line) {
   const auto cut = cutAudio(line);
-  const auto object = Json::parse(cut.rest, nullptr, /*allow_exceptions=*/false);
+  const auto object = parsedJson(cut.rest);
   if (!object.is_object()) return std::unexpected(RequestRefusal{std::nullopt, "malformed request"});
   const auto id = integer(object, "id");
   const auto refused = [&id](const char* reason) { return std::unexpected(RequestRefusal{id, reason}); };

@@ -1,6 +1,7 @@
 #include "Workers/Updater/UpdateOrder.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/LineSplitter.h"
 
 #include <algorithm>
@@ -8,15 +9,12 @@
 #include <cerrno>
 #include <optional>
 
-#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <unistd.h>
 
 namespace murmel::updater {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::size_t longestOrder = base64::encodedSize(largestFeed) + 1'024;
 constexpr const char* misunderstood = "The updater was told something that it does not understand.";
@@ -40,7 +38,7 @@ std::expected<UpdateRelease, std::string> readOrder(int input, const UpdaterOpti
                                                     std::int64_t now) {
   const auto line = readLine(input);
   if (!line) return std::unexpected(misunderstood);
-  const auto order = Json::parse(*line, nullptr, /*allow_exceptions=*/false);
+  const auto order = parsedJson(*line);
   if (!order.is_object() || !order.contains("feed") || !order["feed"].is_string() ||
       !order.contains("sha256") || !order["sha256"].is_string() || !order.contains("serial") ||
       !order["serial"].is_number_unsigned())

@@ -1,21 +1,15 @@
 #include "Workers/Updater/UpdaterReport.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
-
-#include <nlohmann/json.hpp>
 
 namespace murmel::updater {
 
 namespace {
 
-using Json = nlohmann::json;
-
 bool write(int descriptor, const Json& object) {
-  constexpr int noIndentation = -1;
-  return writeAll(
-      descriptor,
-      object.dump(noIndentation, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace) + '\n');
+  return writeAll(descriptor, jsonText(object, JsonCharacters::ascii) + '\n');
 }
 
 }  // namespace

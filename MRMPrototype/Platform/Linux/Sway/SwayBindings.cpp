@@ -1,5 +1,6 @@
 #include "Platform/Linux/Sway/SwayBindings.h"
 
+#include "Foundation/Json/Json.h"
 #include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 
@@ -8,14 +9,11 @@
 #include <vector>
 
 #include <linux/input-event-codes.h>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 namespace murmel {
 
 namespace {
-
-using Json = nlohmann::json;
 
 /// By the place of the key, whatever the layout writes with it.
 std::optional<std::string> bindingKeys(const ShortcutRequest& shortcut) {
@@ -70,7 +68,7 @@ class Bindings {
  private:
   bool run(const std::string& command) {
     const auto answer = commands_->ask(SwaySocket::Request::command, command);
-    const auto results = Json::parse(answer.value_or(std::string()), nullptr, /*allow_exceptions=*/false);
+    const auto results = parsedJson(answer.value_or(std::string()));
     return results.is_array() && !results.empty() && results[0].is_object() &&
            results[0].value("success", false);
   }
@@ -86,7 +84,7 @@ class Bindings {
     while (!alive.expired()) {
       const auto message = events_->next();
       if (!message) break;
-      const auto event = Json::parse(message->body, nullptr, /*allow_exceptions=*/false);
+      const auto event = parsedJson(message->body);
       if (!event.is_object()) continue;
       if (message->type == SwaySocket::workspaceEvent) {
         // With its configuration sway reads its bindings anew.

@@ -1,20 +1,17 @@
 #include "Platform/Linux/Sway/SwayWorkspace.h"
 
+#include "Foundation/Json/Json.h"
 #include "Platform/Linux/Process/ProcessFacts.h"
 
 #include <utility>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 namespace {
 
-using Json = nlohmann::json;
-
 /// Empty for what is no JSON.
 Json parsed(const std::optional<std::string>& text) {
-  return Json::parse(text.value_or(std::string()), nullptr, /*allow_exceptions=*/false);
+  return parsedJson(text.value_or(std::string()));
 }
 
 /// The window below `node` for which `isWanted` holds; null when there is none. Windows are the nodes with a
