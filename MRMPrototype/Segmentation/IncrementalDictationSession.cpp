@@ -68,7 +68,7 @@ void IncrementalDictationSession::draftOpenSegment() {
   auto open = cutter_.draft();
   if (!open || !open->speechEnd) return;
   const SpeechDraft::Speech speech{segments_, *open->speechEnd};
-  if (draft_.mayBegin(speech)) draft_.begin(speech, convert_(std::move(open->audio)));
+  if (draft_.mayBegin(speech, cutter_.quietSeconds())) draft_.begin(speech, convert_(std::move(open->audio)));
 }
 
 /// What comes from a file keeps it busy to the end.

@@ -153,8 +153,7 @@ std::optional<CutSegment> SegmentCutter::flush() {
 }
 
 std::optional<CutSegment> SegmentCutter::draft() const {
-  if (!detector_ || quietSeconds() < draftPauseSeconds || !detector_->isQuietForCertain() || !heardSpeech())
-    return std::nullopt;
+  if (!detector_ || !detector_->isQuietForCertain() || !heardSpeech()) return std::nullopt;
   return segment(open_, openFrames_);
 }
 

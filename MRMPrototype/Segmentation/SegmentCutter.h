@@ -42,8 +42,6 @@ class SegmentCutter {
   static constexpr double freePhraseSeconds = 6;
   static constexpr double freeBreathSeconds = 9;
   static constexpr double freeGapSeconds = 12;
-  /// A pause in which the open segment may be at its end.
-  static constexpr double draftPauseSeconds = 0.3;
 
   /// `targetSeconds` above zero; infinite for as few segments as possible.
   explicit SegmentCutter(double targetSeconds);
@@ -53,7 +51,7 @@ class SegmentCutter {
   std::vector<CutSegment> append(PendingCapturedAudio audio, bool recogniserIsFree = false);
   /// The rest.
   std::optional<CutSegment> flush();
-  /// A copy of the open segment, when there is speech in it and nobody has spoken for a moment.
+  /// A copy of the open segment, when there is speech in it and it is certain that nobody speaks now.
   [[nodiscard]] std::optional<CutSegment> draft() const;
 
   /// Seconds appended so far.

@@ -4,8 +4,8 @@
 
 namespace murmel {
 
-bool SpeechDraft::mayBegin(Speech speech) const {
-  return !isSlow_ && !isUnderWay_ && speech_ != speech;
+bool SpeechDraft::mayBegin(Speech speech, double pauseSeconds) const {
+  return pauseSeconds >= (isSlow_ ? longPause : leastPause) && !isUnderWay_ && speech_ != speech;
 }
 
 void SpeechDraft::begin(Speech speech, CapturedAudio audio) {
@@ -19,7 +19,7 @@ Task<void> SpeechDraft::recognise(CapturedAudio audio) {
   const auto begin = clock_.now();
   auto request = requests_.recogniseOnce(std::move(audio));
   words_ = co_await request;
-  if (clock_.now() - begin > longest) isSlow_ = true;
+  isSlow_ = clock_.now() - begin > longest;
   isUnderWay_ = false;
   if (auto finished = std::exchange(finished_, std::nullopt)) finished->send(true);
 }

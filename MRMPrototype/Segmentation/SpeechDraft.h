@@ -21,15 +21,18 @@ class SpeechDraft {
     friend bool operator==(const Speech&, const Speech&) = default;
   };
 
-  /// A draft that takes longer was not worth it: on a machine as slow as that, or as busy, they only get into
-  /// the way.
+  /// A pause in which the speech may be at its end, in seconds; and one in which it most likely is.
+  static constexpr double leastPause = 0.25;
+  static constexpr double longPause = 1;
+  /// After a draft that took longer, on a machine as slow as that or as busy, a short pause is no reason for
+  /// another: it would only get into the way.
   static constexpr Duration longest = std::chrono::milliseconds(1'500);
 
   /// Both must outlive it.
   SpeechDraft(RecognitionRequests& requests, const Clock& clock) : requests_(requests), clock_(clock) {}
 
   /// Whether a draft of that speech would be a new one, and is worth its while.
-  [[nodiscard]] bool mayBegin(Speech speech) const;
+  [[nodiscard]] bool mayBegin(Speech speech, double pauseSeconds) const;
   /// In place of the last draft.
   void begin(Speech speech, CapturedAudio audio);
   /// The words, when they are those of `speech`; waits for them when they are on their way. Nothing remains.
