@@ -76,6 +76,11 @@ function(murmel_engine_objects target folder level optimisation)
   if(MURMEL_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)
   endif()
+  if(MURMEL_SANITIZE AND NOT MURMEL_SANITIZE STREQUAL "THREAD")
+    # Ours is instrumented after all.
+    set_source_files_properties("${kernel}/EngineProduct.cpp" "${kernel}/MatrixProduct.cpp" PROPERTIES
+      COMPILE_OPTIONS "-fsanitize=address,undefined;-fno-sanitize-recover=all;-g1")
+  endif()
   set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_EXTENSIONS ON
     C_VISIBILITY_PRESET hidden CXX_VISIBILITY_PRESET hidden)
 endfunction()

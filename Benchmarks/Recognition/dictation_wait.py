@@ -53,7 +53,7 @@ def recording(sentences, voice, seconds, chance):
     """Samples and what is said."""
     samples, said = b"", []
     while len(samples) < 32000 * (seconds - 3):
-        name, text = chance.choice([sentence for sentence in sentences if sentence[1] not in said])  # two may be alike
+        name, text = chance.choice([sentence for sentence in sentences if sentence[1] not in said[-20:]])  # two may be alike
         if samples:
             samples += bytes(32 * chance.choice([400, 800, 1200, 2000, 4000]))
         samples += spoken(name, text, voice)
