@@ -108,7 +108,10 @@ void HistoryWindow::build() {
 }
 
 QWidget* HistoryWindow::buildHead() {
-  connect(search_, &QLineEdit::textChanged, this, [this] { refresh(); });
+  // When no key is waiting any more: a history of years takes a quarter of a second to look through.
+  typing_.setSingleShot(true);
+  connect(&typing_, &QTimer::timeout, this, [this] { refresh(); });
+  connect(search_, &QLineEdit::textChanged, &typing_, [this] { typing_.start(0); });
   for (const auto retention : retentions) retention_->addItem(settingsTitles::of(retention));
   retention_->setAccessibleName(tr("Auto-delete history"));
   connect(retention_, &QComboBox::activated, this, [this](int index) {

@@ -7,6 +7,7 @@
 #include "Settings/SettingsRepository.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 #include <functional>
 #include <optional>
 
@@ -58,6 +59,7 @@ class HistoryWindow final : public Window {
   NoticeBar* off_;
   NoticeBar* storage_;
   QLineEdit* search_;
+  QTimer typing_;
   ChoiceBox* retention_;
   QListView* list_;
   QStackedWidget* body_;
