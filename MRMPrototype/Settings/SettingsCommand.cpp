@@ -77,7 +77,16 @@ int SettingsCommand::list(bool asJson) {
 }
 
 int SettingsCommand::finish() {
-  for (const auto& message : store_.messages()) streams_.complain(message);
+  for (auto message : store_.messages()) {
+    // The memory of this process ends with the command.
+    constexpr std::string_view kept = "hanges are kept in memory.";
+    if (message.ends_with(kept)) {
+      const auto first = message.size() - kept.size() - 1;
+      message.replace(first, message.npos,
+                      message[first] == 'C' ? "Nothing was changed." : "nothing was changed.");
+    }
+    streams_.complain(message);
+  }
   return store_.isStored() ? commandDone : commandFailed;
 }
 
