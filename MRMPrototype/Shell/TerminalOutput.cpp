@@ -21,6 +21,7 @@ void TerminalOutput::write(std::string_view text) {
   // say.
   if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
   failed_ = true;
+  if (errno == EPIPE) return;  // who reads the first lines only has not missed anything
   complain("the text could not be written: " + std::generic_category().message(errno));
 }
 

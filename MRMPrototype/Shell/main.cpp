@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -41,6 +42,9 @@ void fillStandardDescriptors() {
 int withOutputWritten(int status) {
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
   if (status != 0) return status;
+  // Who reads the first lines only has not missed anything.
+  pollfd reader{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+  if (::poll(&reader, 1, 0) > 0 && (reader.revents & POLLERR) != 0) return 1;
   print(stderr, "murmel: The output could not be written.\n");
   return 1;
 }
