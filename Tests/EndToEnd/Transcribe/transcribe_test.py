@@ -193,6 +193,10 @@ class TranscribeTest(unittest.TestCase):
             waiting.send_signal(signal.SIGINT)
             self.assertEqual((waiting.communicate(timeout=60)[1], waiting.returncode), ("", 130))
 
+    def test_limits_that_the_system_has_lowered_already_are_no_obstacle(self):
+        lowered = f"ulimit -c 0; ulimit -n 128; '{MURMEL}' transcribe '{DATA}/cards/001.wav'"
+        self.assertIn("of clubs", subprocess.run(["sh", "-c", lowered], capture_output=True, text=True, timeout=60).stdout)
+
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
         self.assertEqual(result.returncode, 3)

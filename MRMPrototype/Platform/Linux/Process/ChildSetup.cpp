@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Confinement/Landlock.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
@@ -42,14 +43,20 @@ bool placeDescriptors(const ChildSetup& setup) {
          ::close_range(childLowestFree, ~0U, 0) == 0;
 }
 
+/// What the system holds lower already stays there: an ordinary process cannot raise it.
+bool limit(int resource, rlim_t most) {
+  rlimit now{};
+  if (::getrlimit(resource, &now) != 0) return false;
+  now.rlim_cur = now.rlim_max = std::min(most, now.rlim_max);
+  return ::setrlimit(resource, &now) == 0;
+}
+
 bool setLimits(const ChildSetup& setup) {
   // One byte, not zero: with a pipe in core_pattern the kernel ignores a limit of zero, but takes one as "no
   // dump at all"; for a file it is too small to write anything.
-  constexpr rlimit noCore{1, 1};
-  const rlimit files{setup.openFiles, setup.openFiles};
-  const rlimit size{setup.largestFile, setup.largestFile};
-  return ::setrlimit(RLIMIT_CORE, &noCore) == 0 && ::setrlimit(RLIMIT_NOFILE, &files) == 0 &&
-         ::setrlimit(RLIMIT_FSIZE, &size) == 0 && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+  constexpr rlim_t noCore = 1;
+  return limit(RLIMIT_CORE, noCore) && limit(RLIMIT_NOFILE, setup.openFiles) &&
+         limit(RLIMIT_FSIZE, setup.largestFile) && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
 }
 
 /// Handlers go with the exec, but ignored signals and the mask would be inherited.
