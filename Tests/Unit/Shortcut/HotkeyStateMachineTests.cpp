@@ -72,6 +72,8 @@ TEST(HotkeyStateMachine, AKeyCombinationIsHeld) {
       {"auto-repeat is part of holding",
        commandShiftD,
        {{down(d, commandShift), press}, {repeat(d, commandShift)}, {up(d), release}}},
+      {"a key that was held before is no press", commandShiftD, {{repeat(d, commandShift)}, {up(d)}}},
+      {"nor is Fn", functionKey, {{repeat(fnKey)}, {up(fnKey)}}},
       {"one modifier too many refuses", commandShiftD, {{down(d, commandShift | option)}, {up(d)}}},
       {"letting go of the modifiers first does not stop",
        commandShiftD,

@@ -20,6 +20,10 @@ const std::string commandWarning =
 KeyEvent down(VirtualKeyCode key, std::uint64_t modifiers, std::string characters = "") {
   return {KeyEventType::keyDown, modifiers, key, false, std::move(characters)};
 }
+KeyEvent repeat(VirtualKeyCode key) {
+  return {KeyEventType::keyDown, 0, key, true, "x"};
+}
+
 KeyEvent up(VirtualKeyCode key, std::uint64_t modifiers = 0) {
   return {KeyEventType::keyUp, modifiers, key, false, ""};
 }
@@ -62,6 +66,7 @@ TEST(ShortcutRecorder, FollowsWhatIsPressed) {
       {"nothing yet", {}, recording, "Press and release your shortcut three times"},
       {"Esc cancels", {down(53, 0)}, cancelled, "Press and release your shortcut three times"},
       {"a key with a modifier is the candidate", {optionX[0], optionX[1]}, recording, "⌥X"},
+      {"its repeats are no typing", Keys{optionX[0], optionX[1], flags(58, 0), repeat(7)}, recording, "⌥X"},
       {"its release confirms once", optionX, recording, "⌥X", 1},
       {"three times are enough", times(3, optionX), confirmed, "⌥X", 3},
       {"letting go of the modifier first confirms too", times(2, optionXModifierFirst), recording, "⌥X", 2},
