@@ -85,16 +85,17 @@ TEST_F(ClipboardTransactionTest, WhatIsWrittenAtAnyStepOfTheRestoreStays) {
   for (int step = 0; step < 8; ++step) {
     capture();
     auto transaction = open("words");
+    const auto theirs = plainText("theirs " + std::to_string(step));  // other than what would be restored
     std::optional<Restoration> restored;
     desk.start(transaction.restorePrevious(), restored);
     Registration timer;
     std::function<void(int)> write = [&](int left) {
-      if (left == 0) return desk.general.writeByAnother(plainText("theirs"));
+      if (left == 0) return desk.general.writeByAnother(theirs);
       timer = desk.executor.after(0s, [&write, left] { write(left - 1); });
     };
     write(step);
     desk.executor.runUntilIdle();
-    EXPECT_EQ(desk.clipboardText(), "theirs") << step;
+    EXPECT_EQ(desk.general.contents(), theirs) << step;
   }
 }
 
