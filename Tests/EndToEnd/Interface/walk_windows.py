@@ -2,10 +2,10 @@
 """usage: walk_windows.py GALLERY     (inside a private session with a bus and an X server)
 Walks every window over AT-SPI, as a screen reader does: each text of the list is there for it, and whatever can be
 operated has a name."""
-import os, subprocess, sys, time
+import os, subprocess, sys
 import gi
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi
+from gi.repository import Atspi, GLib
 
 REQUIRED = """
 Looks for a phrase pause after at least 3 seconds, then inserts recognized and formatted phrases—not individual words.
@@ -73,12 +73,14 @@ def find(pid):
 
 
 os.environ.pop("NO_AT_BRIDGE", None)
+loop = GLib.MainLoop()
+shown = Atspi.EventListener.new(lambda event: find(gallery.pid) and loop.quit())
+for kind in ("window:create", "window:activate", "object:children-changed"): shown.register(kind)
 gallery = subprocess.Popen([sys.argv[1], "--troubles"], env=os.environ | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
 try:
-    deadline = time.monotonic() + 20
-    while (application := find(gallery.pid)) is None:
-        if time.monotonic() > deadline or gallery.poll() is not None: sys.exit("the windows do not show up over AT-SPI")
-        time.sleep(0.1)
+    GLib.timeout_add_seconds(20, loop.quit)
+    loop.run()
+    if (application := find(gallery.pid)) is None: sys.exit("the windows do not show up over AT-SPI")
     texts, nameless = set(), []
     for node, path in walk(application, []):
         name, description = node.get_name() or "", node.get_description() or ""

@@ -74,7 +74,15 @@ def main():
     threading.Thread(target=watch_arguments, args=(arguments, done), daemon=True).start()
     bus = subprocess.Popen(["dbus-monitor", "--session"], stdout=subprocess.PIPE)
     said = []
-    threading.Thread(target=lambda: said.extend(bus.stdout), daemon=True).start()
+    ended = threading.Event()
+
+    def hear():
+        for line in bus.stdout:
+            said.append(line)
+            if b"murmel.test" in line:
+                ended.set()
+
+    threading.Thread(target=hear, daemon=True).start()
 
     assert run("settings", "set", "historyEnabled", "true").returncode == 0
     with concurrent.futures.ThreadPoolExecutor(PROCESSES) as pool:
@@ -98,7 +106,10 @@ def main():
         failures.append("what was cleared is still there")
 
     done.set()
-    time.sleep(0.2)
+    # What was said before stands before this.
+    subprocess.run(["dbus-send", "--session", "/", "murmel.test.TheEnd"], check=True)
+    if not ended.wait(timeout=30):
+        failures.append("the bus was not heard to its end")
     bus.kill()
     if not any(b"org.freedesktop.Secret" in line for line in said):
         failures.append("nothing of the key ring was heard on the bus")

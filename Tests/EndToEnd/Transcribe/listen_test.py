@@ -9,7 +9,6 @@ import pathlib
 import signal
 import subprocess
 import sys
-import time
 import unittest
 
 MURMEL = sys.argv.pop(1)
@@ -21,12 +20,21 @@ def say(name):
 
 
 def listen(*arguments):
-    process = subprocess.Popen([MURMEL, "listen", *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                               stderr=subprocess.PIPE, text=True)
-    for _ in range(200):
-        if "Dictation" in subprocess.run(["pactl", "list", "source-outputs"], capture_output=True, text=True).stdout:
-            return process
-        time.sleep(0.05)
+    """Starts to listen, and comes back when the sound server says so."""
+    with subprocess.Popen(["pactl", "subscribe"], stdout=subprocess.PIPE, text=True) as events:
+        # It is told of every client, itself not included: from then on nothing is missed.
+        asking = subprocess.Popen(["sh", "-c", "while pactl info >/dev/null; do :; done"])
+        events.stdout.readline()
+        asking.kill()
+        asking.wait()
+        process = subprocess.Popen([MURMEL, "listen", *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, text=True)
+        try:
+            for line in events.stdout:
+                if "'new' on source-output" in line:
+                    return process
+        finally:
+            events.kill()
     raise AssertionError("it does not listen")
 
 
