@@ -45,6 +45,8 @@ SecretBytes QwenAPIKeyFile::makeToken() {
   return token;
 }
 
+// By system calls and not through FileSystem, whose subject is a file that must survive: this one lives for a
+// moment, and all that counts is who may enter its folder and that nobody's link is followed on the way.
 std::expected<QwenAPIKeyFile, std::string> QwenAPIKeyFile::create(const SecretBytes& token,
                                                                   const std::filesystem::path& directory) {
   const std::unexpected<std::string> unavailable("protected API key file unavailable");

@@ -178,6 +178,8 @@ ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& fil
   return memory;
 }
 
+// Not through FileSystem: this is a cache that several programs share. Lost or half written it makes files be
+// read again, so that nothing has to reach the disk, and no failing step costs anything but time.
 void ArtifactVerifier::write() {
   if (memoryFile_.empty()) return;
   // Not with the mutex that `look` needs: the main thread must not wait for a disk or another process.

@@ -1,5 +1,5 @@
 #include "Foundation/Crypto/Base64.h"
-#include "Models/SpeechModelFiles.h"
+#include "Models/SpeechModels.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
 #include "Support/FileBytes.h"
