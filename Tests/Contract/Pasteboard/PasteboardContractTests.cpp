@@ -132,16 +132,7 @@ TYPED_TEST(PasteboardContract, GivesTheTextToOneProgramAloneUntilEverybodyIsServ
 }
 
 TYPED_TEST(PasteboardContract, CarriesOutWhatWasBegunWhenNobodyWaitsAnyMore) {
-  {
-    Scope scope;
-    struct Begin {
-      static Task<void> replace(ClipboardPasteboard& pasteboard) {
-        auto replacing = pasteboard.mrmReplace(oneText("begun"));
-        co_await replacing;
-      }
-    };
-    scope.start(Begin::replace(this->pasteboard));
-  }
+  { const Awaiting begun(this->pasteboard.mrmReplace(oneText("begun"))); }
   this->await(this->pasteboard.changeCount());
   EXPECT_EQ(this->desk.readByAnother("UTF8_STRING"), "begun");
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Foundation/Async/Scope.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Wayland/WaylandPasteboards.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
+#include "Support/Awaiting.h"
 #include "Support/X11/ClipboardPeer.h"
 
 #include <memory>
@@ -21,21 +21,12 @@ class TaskRunner {
  public:
   template <class T>
   T await(Task<T> task) {
-    std::optional<T> result;
-    scope_.start(keep(std::move(task), result));
-    if (!executor.waitUntil([&] { return result.has_value(); })) throw std::runtime_error("no answer");
-    return *std::move(result);
+    Awaiting<T> waiting(std::move(task));
+    if (!executor.waitUntil([&] { return waiting.done(); })) throw std::runtime_error("no answer");
+    return std::move(*waiting);
   }
 
   ManualExecutor executor;
-
- private:
-  template <class T>
-  static Task<void> keep(Task<T> task, std::optional<T>& result) {
-    T value = co_await task;
-    result = std::move(value);
-  }
-  Scope scope_;
 };
 
 /// The fake, and the other applications that it brings with it.

@@ -74,21 +74,13 @@ TEST_F(X11PasteboardTest, AnOwnerThatHangsOrStallsHoldsUpNobodyAndCostsOnlyWhatI
                           Row{"refuses what it offers", refuses, 9, true}}) {
     SCOPED_TRACE(row.name);
     desk.writeByAnother(tenTypes(), row.behaviour);
-    std::optional<ClipboardCapture> captured;
-    Scope scope;
-    struct Begin {
-      static Task<void> capture(ClipboardPasteboard& pasteboard, std::optional<ClipboardCapture>& captured) {
-        auto capturing = pasteboard.capture();
-        captured = co_await capturing;
-      }
-    };
-    scope.start(Begin::capture(general, captured));
+    Awaiting captured(general.capture());
     const auto count = await(general.changeCount());
-    desk.runner.executor.waitUntil([&] { return captured || desk.owner->isStuck(); });
+    desk.runner.executor.waitUntil([&] { return captured.done() || desk.owner->isStuck(); });
     // The clipboard is taken at once, and the capture ends with what it has.
     EXPECT_LT(timeOf([&] { await(general.mrmReplace(oneText("words"))); }), 500ms);
     EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "words");
-    ASSERT_TRUE(desk.runner.executor.waitUntil([&] { return captured.has_value(); }));
+    ASSERT_TRUE(desk.runner.executor.waitUntil([&] { return captured.done(); }));
     EXPECT_EQ(captured->complete, row.complete);
     EXPECT_EQ(captured->changeCount, count);
     const auto& items = captured->contents->items;

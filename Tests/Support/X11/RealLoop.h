@@ -1,12 +1,11 @@
 #pragma once
 
 #include "Foundation/Async/Clock.h"
-#include "Foundation/Async/Scope.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Support/Awaiting.h"
 
 #include <QCoreApplication>
 #include <functional>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -37,22 +36,14 @@ class RealLoop {
 
   template <class T>
   T await(Task<T> task) {
-    std::optional<T> result;
-    scope.start(keep(std::move(task), result));
-    if (!waitUntil([&] { return result.has_value(); })) throw std::runtime_error("no answer");
-    return *std::move(result);
+    Awaiting<T> waiting(std::move(task));
+    if (!waitUntil([&] { return waiting.done(); })) throw std::runtime_error("no answer");
+    return std::move(*waiting);
   }
 
  private:
-  template <class T>
-  static Task<void> keep(Task<T> task, std::optional<T>& result) {
-    T value = co_await task;
-    result = std::move(value);
-  }
-
   int argumentCount_ = 0;
   QCoreApplication application_{argumentCount_, nullptr};
-  Scope scope;
 };
 
 }  // namespace murmel::test
