@@ -82,7 +82,8 @@ TEST(DownloaderInterruption, FetchesNothingTwiceAcrossRestarts) {
   // What was on its way when the process died is lost, but no more: at most what the sockets hold.
   constexpr std::int64_t onTheWay = 3 * 600'000;
   EXPECT_LT(host.statistics("restarts", "slow@20000", file).bytes, file.bytes + onTheWay);
-  EXPECT_GT(host.statistics("restarts", "slow@20000", file).requests, 3);
+  // One that begins with more than the last one had told of may be killed before it asks.
+  EXPECT_GT(host.statistics("restarts", "slow@20000", file).requests, 1);
 }
 
 TEST(DownloaderInterruption, EndsWithItsInput) {
