@@ -99,17 +99,27 @@ def program(name, build, file):
 
 
 class Clipboard:
-    """What the user has copied, as the desktop's own program sees it."""
+    """What the user has copied and selected, as the desktop's own program sees it."""
 
     def __init__(self):
-        self.bytes = b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 4000
-        self.copy = ["xclip", "-selection", "clipboard", "-t", "image/png"] if GNOME or X11 else ["wl-copy", "-t", "image/png"]
-        self.paste = [*self.copy, "-o"] if GNOME or X11 else ["wl-paste", "-n", "-t", "image/png"]
-        subprocess.run(self.copy, input=self.bytes, stdout=subprocess.DEVNULL, check=True)
+        image = b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 20000
+        bridged = GNOME or X11
+        copy = ["xclip", "-selection"] if bridged else ["wl-copy"]
+        paste = ["xclip", "-o", "-selection"] if bridged else ["wl-paste", "-n"]
+        self.contents = []
+        # wl-copy does not find KWin's selection.
+        selected = [] if KWIN else [("primary", "UTF8_STRING", b"selected")]
+        for place, form, contents in [("clipboard", "image/png", image), *selected]:
+            where = [place] if bridged else ["--primary"] if place == "primary" else []
+            subprocess.run([*copy, *where, "-t", form], input=contents, stdout=subprocess.DEVNULL, check=True)
+            self.contents.append(([*paste, *where, "-t", form], contents))
+        self.paste_text = [*paste, "clipboard", "-t", "UTF8_STRING"] if bridged else paste
+
+    def text(self):
+        return subprocess.run(self.paste_text, capture_output=True, timeout=10).stdout.decode(errors="replace")
 
     def is_as_it_was(self):
-        found = subprocess.run(self.paste, capture_output=True, timeout=10)
-        return found.stdout == self.bytes
+        return all(subprocess.run(paste, capture_output=True, timeout=10).stdout == contents for paste, contents in self.contents)
 
 
 def has_key_ring():
@@ -120,13 +130,13 @@ def has_key_ring():
 
 
 class Murmel:
-    def __init__(self, build):
+    def __init__(self, build, **others):
         assert until(has_key_ring, 60), "there is no key ring"
         self.binary = f"{build}/bin/murmel"
         settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "MRM" / "defaults.json"
         settings.parent.mkdir(parents=True, exist_ok=True)
         settings.write_text(json.dumps({"onboarding.completed": True, "settings.shortcut": "controlSpace",
-                                        "settings.historyEnabled": True}))
+                                        "settings.historyEnabled": True, **others}))
         self.states, self.message = [], ""  # with the times at which they began
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged", None, "app.murmel.Dictation1",
@@ -258,4 +268,5 @@ def main():
     sys.exit(0 if all(results) else 1)
 
 
-main()
+if __name__ == "__main__":
+    main()

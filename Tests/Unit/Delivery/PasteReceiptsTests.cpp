@@ -1,8 +1,6 @@
 #include "Delivery/PasteReceipts.h"
 #include "Support/Testing.h"
 
-#include <optional>
-
 namespace murmel::test {
 
 using Step = PasteReceipts::Step;

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Wayland/ScreenLockers.h"
 
+#include "Platform/Linux/Process/ProcessFacts.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -31,7 +33,10 @@ bool screenLockerRuns() {
     if (::stat(entry.path().c_str(), &about) != 0 || about.st_uid != ::getuid()) continue;
     std::ifstream file(entry.path() / "comm");
     std::string program;
-    if (std::getline(file, program) && std::ranges::find(lockers, program) != lockers.end()) return true;
+    if (!std::getline(file, program) || std::ranges::find(lockers, program) == lockers.end()) continue;
+    // One that has ended stays until its parent asks for it, the helper that checks its passwords, too.
+    const auto facts = factsOf(std::stoi(name));
+    if (facts && !facts->hasEnded()) return true;
   }
   return false;
 }
