@@ -36,6 +36,8 @@ class TextInsertion {
   /// destroyed. With `liveOnly` a text that cannot be pasted leaves the clipboard alone.
   virtual Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) = 0;
 
+  /// Whether phrases can be pasted as things are now: not while a held shortcut is in the way of the keys.
+  [[nodiscard]] virtual bool mayInsertLive() { return true; }
   /// Pastes one phrase while the recording goes on. False when it was not posted, or posted and not read by
   /// the target within 2 s; `lastBlock` says why. Leaves the clipboard alone when it is not posted. From the
   /// first phrase on the target is fixed: a switch of application ends live insertion and is not undone.

@@ -62,6 +62,7 @@ class TextInsertionService final : public TextInsertion {
   void endDictationSession() override;
   Task<std::optional<TextDeliveryResult>> finishPasteCleanup() override;
   Task<TextDeliveryResult> insertOrCopy(SpokenText text, bool liveOnly) override;
+  [[nodiscard]] bool mayInsertLive() override { return !desktop_.keyboard.isHindered(); }
   Task<bool> insertLiveSegment(SpokenText phrase) override;
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return lastBlock_; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return lastResult_; }

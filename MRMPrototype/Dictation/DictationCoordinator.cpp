@@ -133,7 +133,8 @@ Task<void> DictationCoordinator::start() {
   backlogRevision_ = 0;
   lastTranscript_.clear();
   if (services_.settings.keepFailedRecordings()) recording->kept = std::make_unique<KeptRecording>();
-  prepareSession(*recording, services_.settings.insertWhileRecording());
+  prepareSession(*recording,
+                 services_.settings.insertWhileRecording() && services_.insertion.mayInsertLive());
   recording->insertionSession = beginInsertionSession(operation);
 
   auto starting = services_.audio.start();

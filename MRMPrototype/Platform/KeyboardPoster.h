@@ -36,6 +36,9 @@ class KeyboardPoster {
   /// when it goes up, it is not alone any more. Does nothing when none is held.
   virtual void maskHeldModifiers() = 0;
 
+  /// Whether the user holds modifiers that would spoil a chord and cannot be released in their stead.
+  [[nodiscard]] virtual bool isHindered() { return false; }
+
   /// Waits until the user holds no modifier that would spoil a chord, at most 400 ms.
   virtual Task<void> awaitReleasedModifiers() = 0;
 

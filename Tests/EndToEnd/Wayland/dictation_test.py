@@ -137,7 +137,7 @@ class Murmel:
         settings.parent.mkdir(parents=True, exist_ok=True)
         settings.write_text(json.dumps({"onboarding.completed": True, "settings.shortcut": "controlSpace",
                                         "settings.historyEnabled": True, **others}))
-        self.states, self.message = [], ""  # with the times at which they began
+        self.states, self.messages = [], [""]  # the states with the times at which they began
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged", None, "app.murmel.Dictation1",
                                   Gio.DBusSignalFlags.NONE, self.hear)
@@ -148,7 +148,7 @@ class Murmel:
 
     def hear(self, _bus, _sender, _path, _interface, _signal, arguments):
         values = arguments.unpack()[1]
-        self.message = values["Message"]
+        self.messages.append(values["Message"])
         if not self.states or self.states[-1][1] != values["State"]:
             self.states.append((time.monotonic(), values["State"]))
 
@@ -185,7 +185,7 @@ def dictate(murmel, read, holds):
     keys(f"down {CONTROL}", f"down {SPACE}")
     if not until(lambda: murmel.since(pressed, "listening"), 60):
         keys(f"up {SPACE}", f"up {CONTROL}")
-        return None, f"the microphone was not opened: {murmel.states[-3:]} {murmel.message}"
+        return None, f"the microphone was not opened: {murmel.states[-3:]} {murmel.messages[-1]}"
     listening = murmel.since(pressed, "listening") - pressed
     subprocess.run(["paplay", "--latency-msec=20", "-d", "mic", RECORDING], check=True)
     released = time.monotonic()
@@ -199,7 +199,7 @@ def dictate(murmel, read, holds):
     over = until(lambda: murmel.since(released, "delivered") or murmel.since(released, "ready"), 60)
     if holds and not GNOME:
         keys(f"up {SHIFT}")
-    story = f"{[(round(at - released, 3), what) for at, what in murmel.states if at > released]} {murmel.message!r}"
+    story = f"{[(round(at - released, 3), what) for at, what in murmel.states if at > released]} {murmel.messages[-1]!r}"
     newest = known
 
     def is_kept():

@@ -21,6 +21,7 @@ class GnomeKeyboard final : public KeyboardPoster {
   [[nodiscard]] bool mayPost() override;
   [[nodiscard]] bool canPost(PasteChord chord) override { return keymap_.keysFor(chord).has_value(); }
   void maskHeldModifiers() override {}
+  [[nodiscard]] bool isHindered() override { return modifiersAreHeld(); }
   /// Waits longer than elsewhere: while one is held nothing can be pasted.
   Task<void> awaitReleasedModifiers() override;
   PostResult post(PasteChord chord, const RunningApplication& target) override;

@@ -105,10 +105,12 @@ class ExtensionShortcut final : public InstalledShortcut {
 
 class SettingsShortcut final : public InstalledShortcut {
  public:
-  explicit SettingsShortcut(const std::string& accelerator) : binding_(accelerator) {}
-  bool enable() override { return binding_.isSet(); }
+  SettingsShortcut(SessionBus& bus, const std::string& accelerator) : bus_(bus), binding_(accelerator) {}
+  /// Makes room for the extension, which was away while the screen was locked, for instance.
+  bool enable() override { return binding_.isSet() && bus_.ownerOf(shellExtension.service).empty(); }
 
  private:
+  SessionBus& bus_;
   GnomeKeyBinding binding_;
 };
 
@@ -159,7 +161,7 @@ std::unique_ptr<InstalledShortcut> GnomeShortcuts::install(const ShortcutRequest
     counted->shortcut =
         std::make_shared<ExtensionShortcut>(bus_, accelerator, tellsOfRelease(shortcut), std::move(handler));
   } else {
-    counted->shortcut = std::make_shared<SettingsShortcut>(accelerator);
+    counted->shortcut = std::make_shared<SettingsShortcut>(bus_, accelerator);
   }
   if (!counted->enable()) return nullptr;
   installed_ = counted->shortcut;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -19,6 +20,19 @@ namespace {
 /// As the kernel names them, which keeps fifteen letters.
 constexpr std::array<std::string_view, 6> lockers = {"swaylock", "gtklock", "hyprlock",
                                                      "waylock",  "schlock", "physlock"};
+
+/// Whether a process may be one of this session: it was given the same screen, or does not show what it was
+/// given.
+bool isOfThisSession(const std::filesystem::path& process) {
+  std::ifstream file(process / "environ", std::ios::binary);
+  for (std::string variable; std::getline(file, variable, '\0');) {
+    for (const std::string name : {"WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"}) {
+      const auto* ours = std::getenv(name.c_str());
+      if (ours != nullptr && variable.starts_with(name + "=") && variable != name + "=" + ours) return false;
+    }
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -36,7 +50,7 @@ bool screenLockerRuns() {
     if (!std::getline(file, program) || std::ranges::find(lockers, program) == lockers.end()) continue;
     // One that has ended stays until its parent asks for it, the helper that checks its passwords, too.
     const auto facts = factsOf(std::stoi(name));
-    if (facts && !facts->hasEnded()) return true;
+    if (facts && !facts->hasEnded() && isOfThisSession(entry.path())) return true;
   }
   return false;
 }
