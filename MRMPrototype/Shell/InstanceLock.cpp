@@ -2,9 +2,11 @@
 
 #include "Foundation/WriteAll.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -35,26 +37,39 @@ std::expected<std::optional<InstanceLock>, std::string> InstanceLock::take(const
   auto lock = wholeFile(F_WRLCK);
   if (descriptor.get() >= 0 && ::fcntl(descriptor.get(), F_OFD_SETLK, &lock) == 0) {
     // The lock counts; the name is for those who ask, and a full disk does not matter.
-    if (::ftruncate(descriptor.get(), 0) == 0) (void)writeAll(descriptor.get(), installation.identifier);
+    const auto content = installation.identifier + "\n" + screenOf(installation);
+    if (::ftruncate(descriptor.get(), 0) == 0) (void)writeAll(descriptor.get(), content);
     return std::optional(InstanceLock(std::move(descriptor)));
   }
   if (descriptor.get() >= 0 && (errno == EAGAIN || errno == EACCES)) return std::nullopt;
   return std::unexpected("Cannot lock " + file.string() + ": " + std::strerror(errno));
 }
 
-std::optional<std::string> InstanceLock::holder(const Installation& installation) {
+std::string InstanceLock::screenOf(const Installation& installation) {
+  if (const auto wayland = installation.environment.value("WAYLAND_DISPLAY")) return *wayland;
+  auto display = installation.environment.value("DISPLAY").value_or("");
+  // Behind the point stands the screen of the server.
+  if (const auto colon = display.rfind(':'); colon != std::string::npos)
+    display.resize(std::min(display.find('.', colon), display.size()));
+  return display;
+}
+
+std::optional<InstanceLock::Holder> InstanceLock::holder(const Installation& installation) {
   const UniqueDescriptor descriptor(::open(fileOf(installation).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   if (descriptor.get() < 0) return std::nullopt;
   auto lock = wholeFile(F_WRLCK);
   if (::fcntl(descriptor.get(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
-  std::array<char, 128> name{};
-  const auto length = ::read(descriptor.get(), name.data(), name.size());
-  return std::string(name.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+  std::array<char, 256> bytes{};
+  const auto length = ::read(descriptor.get(), bytes.data(), bytes.size());
+  const std::string_view content(bytes.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+  const auto end = std::min(content.find('\n'), content.size());
+  return Holder{std::string(content.substr(0, end)),
+                std::string(content.substr(std::min(end + 1, content.size())))};
 }
 
 bool InstanceLock::isHeldByEdition(const Installation& installation) {
-  const auto name = holder(installation);
-  return name && (name->empty() || *name == installation.identifier);
+  const auto running = holder(installation);
+  return running && (running->identifier.empty() || running->identifier == installation.identifier);
 }
 
 }  // namespace murmel

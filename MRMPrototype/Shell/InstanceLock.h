@@ -18,9 +18,14 @@ class InstanceLock {
   /// Nothing when another process holds it. The error is one sentence for the user.
   static std::expected<std::optional<InstanceLock>, std::string> take(const Installation& installation);
 
-  /// The application identifier of whoever holds it, and empty for the moment in which it has not said so.
+  struct Holder {
+    std::string identifier;  ///< of the application; empty for the moment in which it has not said so
+    std::string screen;      ///< see `screenOf`
+  };
   /// Disturbs nobody who takes it at the same moment.
-  static std::optional<std::string> holder(const Installation& installation);
+  static std::optional<Holder> holder(const Installation& installation);
+  /// The display server that an installation's environment names: a user may be logged in twice.
+  static std::string screenOf(const Installation& installation);
   /// Whether an instance of this edition holds it.
   static bool isHeldByEdition(const Installation& installation);
 

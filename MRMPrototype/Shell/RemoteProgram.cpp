@@ -24,8 +24,9 @@ int complain(const RemoteFailure& failure, const Installation& installation) {
   const bool isRunning = InstanceLock::isHeldByEdition(installation);
   if (!isRunning) {
     const auto other = InstanceLock::holder(installation);
-    return complain(commandStatus::notRunning,
-                    "Murmel is not running" + (other ? ", but another edition is: " + *other + "." : "."));
+    return complain(
+        commandStatus::notRunning,
+        "Murmel is not running" + (other ? ", but another edition is: " + other->identifier + "." : "."));
   }
   if (failure.kind != RemoteFailure::Kind::nobodyThere)
     return complain(commandStatus::refused, failure.message);

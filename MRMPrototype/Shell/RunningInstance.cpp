@@ -19,15 +19,23 @@ SecondStart becomeTheInstance(const Installation& installation, bool replaces) {
     auto lock = InstanceLock::take(installation);
     if (!lock) return {{}, commandStatus::refused, lock.error()};
     if (*lock) return {*std::move(lock), 0, {}};
-    const auto holder = InstanceLock::holder(installation).value_or("");
-    if (!holder.empty() && holder != installation.identifier) {
-      (void)sendRemoteCommand(holder, IntelCommand::revealApplication);
+    const auto holder = InstanceLock::holder(installation).value_or(InstanceLock::Holder{});
+    if (!holder.identifier.empty() && holder.identifier != installation.identifier) {
+      (void)sendRemoteCommand(holder.identifier, IntelCommand::revealApplication);
       return {{},
               commandStatus::refused,
-              "Another edition of Murmel is running (" + holder + "). Quit it first."};
+              "Another edition of Murmel is running (" + holder.identifier + "). Quit it first."};
     }
     if (!replaces) {
       const auto shown = sendRemoteCommand(installation.identifier, IntelCommand::revealApplication);
+      // Shown where this user does not look.
+      if (shown && *shown && !holder.screen.empty() &&
+          holder.screen != InstanceLock::screenOf(installation)) {
+        return {{},
+                commandStatus::refused,
+                "Murmel is running on another screen of yours already (" + holder.screen +
+                    "). “murmel quit” ends it there."};
+      }
       if (shown && *shown) return {{}, commandStatus::done, {}};
       if (!shown && shown.error().kind != RemoteFailure::Kind::nobodyThere) {
         return {{}, commandStatus::refused, "Murmel is running already. " + shown.error().message};
