@@ -79,7 +79,7 @@ function(murmel_engine_objects target folder level optimisation)
   if(MURMEL_SANITIZE AND NOT MURMEL_SANITIZE STREQUAL "THREAD")
     # Ours is instrumented after all.
     set_source_files_properties("${kernel}/EngineProduct.cpp" "${kernel}/MatrixProduct.cpp" PROPERTIES
-      COMPILE_OPTIONS "-fsanitize=address,undefined;-fno-sanitize-recover=all;-g1")
+      COMPILE_OPTIONS "-fsanitize=address,undefined;-fno-sanitize=vptr;-fno-sanitize-recover=all;-g1")
   endif()
   set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_EXTENSIONS ON
     C_VISIBILITY_PRESET hidden CXX_VISIBILITY_PRESET hidden)
