@@ -107,6 +107,7 @@ def locked(murmel, clipboard, read):
 
 def secret(murmel, clipboard, build):
     """Password fields of each toolkit."""
+    refusals = lambda: re.findall(r"paste_refused reason=(\w+)", murmel.log.read_text())
     call("org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties.Set", "org.a11y.Status", "IsEnabled", "<true>")
     page = SESSION / "password.html"
     page.write_text("<input type=password autofocus>")
@@ -121,13 +122,13 @@ def secret(murmel, clipboard, build):
                          f"--app={page.as_uri()}"]}.items():
         log = (SESSION / "field.log").open("w")
         process = subprocess.Popen(command, env=environment, stdout=log, stderr=log)
-        pastes, said = settled(murmel), len(murmel.messages)
-        words = speak(murmel)
-        while any("unavailable" in message for message in murmel.messages[said:]) and process.poll() is None:
-            said = len(murmel.messages)  # its window was not there yet
+        pastes, why = settled(murmel), "no_target"
+        while why == "no_target" and process.poll() is None:  # its window is not there yet
+            known = len(refusals())
             words = speak(murmel)
-        told = lambda: any("password" in message or "secure" in message for message in murmel.messages[said:])
-        assert until(told), f"{name}: {murmel.messages[said:]}"
+            until(lambda: len(refusals()) > known, 5)
+            why = refusals()[-1] if len(refusals()) > known else "pasted"
+        assert why == "secure_input", f"{name}: {why}"
         assert until(lambda: clipboard.text() == words), f"{name}: the words are not on the clipboard"
         assert settled(murmel) == pastes, f"{name}: pasted"
         process.kill()
