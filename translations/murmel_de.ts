@@ -2039,6 +2039,34 @@
         <source>Press the shortcut once: whether this desktop tells of it is known then. Where it does not, another way is taken.</source>
         <translation>Drücken Sie das Kürzel einmal: Danach ist bekannt, ob dieser Desktop es meldet. Tut er es nicht, wird ein anderer Weg genommen.</translation>
     </message>
+    <message>
+        <source>The desktop is asking you whether Murmel may press keys.</source>
+        <translation>Der Desktop fragt Sie gerade, ob Murmel Tasten drücken darf.</translation>
+    </message>
+    <message>
+        <source>The desktop did not let Murmel press keys when it was asked to.</source>
+        <translation>Der Desktop hat auf die Frage hin nicht erlaubt, dass Murmel Tasten drückt.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys no more: its permission was ended.</source>
+        <translation>Der Desktop lässt Murmel keine Tasten mehr drücken: Die Erlaubnis wurde beendet.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys once you have allowed it: it asks you then. A Murmel that runs may have been allowed already.</source>
+        <translation>Der Desktop lässt Murmel Tasten drücken, sobald Sie es erlaubt haben: Er fragt Sie dann. Einem laufenden Murmel kann es schon erlaubt sein.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys once you have allowed it, after each start of Murmel.</source>
+        <translation>Der Desktop lässt Murmel Tasten drücken, sobald Sie es erlaubt haben, nach jedem Start von Murmel neu.</translation>
+    </message>
+    <message>
+        <source>Text is pasted through the desktop&apos;s portal, into applications that tell of their windows on the accessibility bus.</source>
+        <translation>Text wird über das Portal des Desktops eingefügt, in Anwendungen, die auf dem Bus für Barrierefreiheit von ihren Fenstern berichten.</translation>
+    </message>
+    <message>
+        <source>Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does not run.</source>
+        <translation>Welches Fenster aktiv ist, erfährt man hier nur auf dem Bus für Barrierefreiheit (at-spi2-core), der nicht läuft.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

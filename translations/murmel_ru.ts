@@ -2043,6 +2043,34 @@
         <source>Press the shortcut once: whether this desktop tells of it is known then. Where it does not, another way is taken.</source>
         <translation>Нажмите сочетание один раз: тогда станет известно, сообщает ли о нём этот рабочий стол. Если нет, будет выбран другой способ.</translation>
     </message>
+    <message>
+        <source>The desktop is asking you whether Murmel may press keys.</source>
+        <translation>Рабочий стол спрашивает вас, можно ли Murmel нажимать клавиши.</translation>
+    </message>
+    <message>
+        <source>The desktop did not let Murmel press keys when it was asked to.</source>
+        <translation>На запрос рабочий стол не разрешил Murmel нажимать клавиши.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys no more: its permission was ended.</source>
+        <translation>Рабочий стол больше не разрешает Murmel нажимать клавиши: разрешение отозвано.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys once you have allowed it: it asks you then. A Murmel that runs may have been allowed already.</source>
+        <translation>Рабочий стол разрешит Murmel нажимать клавиши, когда вы это позволите: тогда он спросит вас. Работающему Murmel это могло быть уже разрешено.</translation>
+    </message>
+    <message>
+        <source>The desktop lets Murmel press keys once you have allowed it, after each start of Murmel.</source>
+        <translation>Рабочий стол разрешит Murmel нажимать клавиши, когда вы это позволите, после каждого запуска Murmel заново.</translation>
+    </message>
+    <message>
+        <source>Text is pasted through the desktop&apos;s portal, into applications that tell of their windows on the accessibility bus.</source>
+        <translation>Текст вставляется через портал рабочего стола в приложения, которые сообщают о своих окнах по шине специальных возможностей.</translation>
+    </message>
+    <message>
+        <source>Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does not run.</source>
+        <translation>Какое окно активно, здесь сообщается только по шине специальных возможностей (at-spi2-core), а она не работает.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -51,8 +51,14 @@ void takeGeneralRoads(const SessionFacts& facts, DesktopPlan& plan) {
   if (plan.clipboard == ClipboardRoad::none && offers(facts, {"zwlr_data_control_manager_v1"})) {
     plan.clipboard = ClipboardRoad::dataControl;
   }
+  if (plan.paste == PasteRoad::none && facts.portals.keyboard > 0) plan.paste = PasteRoad::portal;
+  // It belongs to the session that presses keys.
+  if (plan.clipboard == ClipboardRoad::none && plan.paste == PasteRoad::portal && facts.portals.clipboard > 0)
+    plan.clipboard = ClipboardRoad::portal;
   if (plan.windows == WindowRoad::none && offers(facts, {"zwlr_foreign_toplevel_manager_v1"}))
     plan.windows = WindowRoad::foreignToplevel;
+  if (plan.windows == WindowRoad::none && hasName(facts, desktopBusName::accessibility))
+    plan.windows = WindowRoad::accessibility;
   if (facts.x11.reachable) {
     plan.indicator = IndicatorRoad::x11;
   } else if (offers(facts, {"zwlr_layer_shell_v1"})) {
@@ -106,6 +112,10 @@ DesktopPlan planDesktop(const SessionFacts& facts) {
 
 std::string pasteObstacle(const DesktopPlan& plan) {
   if (plan.paste != PasteRoad::none && plan.windows != WindowRoad::none) return {};
+  if (plan.paste != PasteRoad::none && plan.portals.keyboard > 0)
+    return "Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does "
+           "not "
+           "run.";
   switch (plan.session) {
     case SessionKind::x11:
       return plan.paste == PasteRoad::none

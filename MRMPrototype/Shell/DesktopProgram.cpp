@@ -133,6 +133,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   });
   signals.onSignal([&app] { app.perform(IntelCommand::quit); });
   app.applicationDidFinishLaunching();
+  if (auto* portal = (*desktop)->services().portalPaste; portal != nullptr && door) portal->restore();
   const int status = QApplication::exec();
   return status;
 }

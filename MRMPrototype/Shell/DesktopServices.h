@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Async/Signal.h"
 #include "Foundation/Environment.h"
 #include "Platform/AudioInput.h"
 #include "Platform/CancelKey.h"
@@ -25,6 +26,19 @@
 
 namespace murmel {
 
+/// Pasting through a portal, which the user allows. Main thread.
+class PortalPaste {
+ public:
+  virtual ~PortalPaste() = default;
+  /// At the start: opens it if the user has allowed that for good.
+  virtual void restore() = 0;
+  /// Whether it is this road by which texts are pasted now.
+  [[nodiscard]] virtual bool isInUse() = 0;
+  /// Why nothing is pasted on it, in a sentence for the user.
+  [[nodiscard]] virtual std::string obstacle() = 0;
+  [[nodiscard]] virtual Signal<>& didChange() = 0;
+};
+
 /// What a dictation uses of a desktop, whichever desktop it is.
 struct DesktopServices {
   AudioInput& microphone;
@@ -45,6 +59,8 @@ struct DesktopServices {
   bool pasteNeedsFreshProcess = false;
   /// Asks the desktop for what it gives with the user's word alone; empty where there is nothing to ask for.
   std::function<void()> askForAccess{};
+  /// Where texts are pasted through the desktop's portal.
+  PortalPaste* portalPaste = nullptr;
 };
 
 /// Holds the adapters of one desktop. Main thread.

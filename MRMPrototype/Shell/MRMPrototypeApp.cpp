@@ -291,6 +291,12 @@ void MRMPrototypeApp::connectInterface() {
 }
 
 void MRMPrototypeApp::connectPermissions() {
+  if (auto* portal = desktop_.portalPaste) {
+    observers_.push_back(portal->didChange().subscribe([this] {
+      permissions_.refresh();
+      if (!checks_.isRunning()) checks_.run();
+    }));
+  }
   if (auto* trials = desktop_.shortcuts.trials()) {
     trials->recall(storage_.defaults.get<std::string>(shortcutTrialKey).value_or(""));
     observers_.push_back(desktop_.shortcuts.permissionDidChange().subscribe([this, trials] {

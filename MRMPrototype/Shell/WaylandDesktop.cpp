@@ -10,10 +10,16 @@
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 #include "Platform/Linux/KWin/GlobalAccel.h"
 #include "Platform/Linux/KWin/PlasmaWindows.h"
+#include "Platform/Linux/KWin/XWaylandWindows.h"
+#include "Platform/Linux/Portal/AccessibleWorkspace.h"
+#include "Platform/Linux/Portal/Either.h"
+#include "Platform/Linux/Portal/PortalKeyboard.h"
+#include "Platform/Linux/Portal/PortalPasteboard.h"
 #include "Platform/Linux/Portal/TriedShortcuts.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/PulseAudio/PulseAudioSoundPlayer.h"
+#include "Platform/Linux/SecretService/SecretServiceStore.h"
 #include "Platform/Linux/Sway/SwayBindings.h"
 #include "Platform/Linux/Sway/SwayWorkspace.h"
 #include "Platform/Linux/Wayland/ForeignToplevels.h"
@@ -33,6 +39,49 @@ namespace murmel {
 
 namespace {
 
+/// The portal's session, and what it needs.
+class PortalAccess final : public PortalPaste {
+ public:
+  PortalAccess(const DesktopParameters& parameters, Portal& portal, const DesktopPlan& plan)
+      : token_(parameters.process.executor, secrets_, parameters.installation.identifier + ".portal"),
+        session(portal, token_, plan.portals),
+        version_(plan.portals.keyboard) {}
+
+  void restore() override { session.restore(); }
+  [[nodiscard]] bool isInUse() override { return session.isOpen(); }
+  [[nodiscard]] Signal<>& didChange() override { return session.didChange(); }
+  [[nodiscard]] std::string obstacle() override {
+    using Standing = RemoteDesktopSession::Standing;
+    switch (session.standing()) {
+      case Standing::open:
+        return {};
+      case Standing::asking:
+        return "The desktop is asking you whether Murmel may press keys.";
+      case Standing::refused:
+        return "The desktop did not let Murmel press keys when it was asked to.";
+      case Standing::ended:
+        return "The desktop lets Murmel press keys no more: its permission was ended.";
+      case Standing::closed:
+        break;
+    }
+    // Only from its second version on the portal knows a permission that lasts.
+    return version_ > 1
+               ? "The desktop lets Murmel press keys once you have allowed it: it asks you then. A Murmel "
+                 "that runs may have been allowed already."
+               : "The desktop lets Murmel press keys once you have allowed it, after each start of Murmel.";
+  }
+
+ private:
+  SecretServiceStore secrets_;
+  PortalToken token_;
+
+ public:
+  RemoteDesktopSession session;
+
+ private:
+  std::uint32_t version_;
+};
+
 /// What is there of each service, in the order in which they need one another.
 struct Roads {
   std::unique_ptr<ClipboardKeeperProcess> keeper{};
@@ -42,6 +91,8 @@ struct Roads {
   std::unique_ptr<SessionBus> bus{};
   std::unique_ptr<UsersKeymap> keymap{};
   std::unique_ptr<Portal> portal{};
+  std::unique_ptr<PortalAccess> portalAccess{};
+  std::unique_ptr<PortalPasteboard> byPortal{};
   std::unique_ptr<Workspace> workspace{};
   std::unique_ptr<KeyboardPoster> keyboard{};
   std::unique_ptr<ShortcutSource> shortcuts{};
@@ -50,11 +101,13 @@ struct Roads {
   std::function<void()> askForAccess{};
 
   [[nodiscard]] ClipboardPasteboard& general() const {
+    if (byPortal) return *byPortal;
     if (bridged) return *bridged;
     return clipboards ? clipboards->general() : x11Clipboards->general();
   }
   [[nodiscard]] ClipboardPasteboard* primary() const {
-    return clipboards ? clipboards->primary() : &x11Clipboards->primary();
+    if (clipboards) return clipboards->primary();
+    return x11Clipboards ? &x11Clipboards->primary() : nullptr;
   }
 };
 
@@ -84,6 +137,7 @@ class WaylandDesktopConnection final : public DesktopConnection {
         .primarySelection = roads_.primary(),
         .indicator = roads_.indicator.get(),
         .askForAccess = roads_.askForAccess,
+        .portalPaste = roads_.portalAccess.get(),
     };
   }
 
@@ -118,6 +172,10 @@ std::expected<void, std::string> openClipboard(const DesktopPlan& plan, const De
       return {};
     }
     case ClipboardRoad::portal:
+      if (!roads.portalAccess) break;
+      roads.byPortal =
+          std::make_unique<PortalPasteboard>(process.executor, process.clock, roads.portalAccess->session);
+      return {};
     case ClipboardRoad::none:
       break;
   }
@@ -130,10 +188,37 @@ bool isGnome(const DesktopPlan& plan, const Roads& roads) {
   return plan.session == SessionKind::gnome && roads.bus && roads.keymap;
 }
 
+/// Who reads the clipboard in an application's stead, where windows are told of by the applications.
+std::function<void(RunningApplication&)> clipboardReaders(const DesktopPlan& plan) {
+  const bool xServerAnswers = plan.indicator == IndicatorRoad::x11;
+  auto connection = WaylandConnection::open();
+  const pid_t compositor = connection ? (*connection)->compositor() : 0;
+  return [compositor, readsAll = plan.clipboard != ClipboardRoad::dataControl,
+          windows = std::make_shared<XWaylandWindows>(xServerAnswers)](RunningApplication& application) {
+    const auto names = windows->find(application.client.processIdentifier);
+    if (names && !names->windowClass.empty()) application.bundleIdentifier = names->windowClass;
+    // By data-control the compositor reads for programs of the X server, otherwise for all others.
+    if (names.has_value() != readsAll) application.clipboardProxy = compositor;
+    application.proxyLooksFirst = readsAll && !names;
+    application.isPanel = application.client.processIdentifier == compositor;
+  };
+}
+
 std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopParameters& parameters,
                                         const Roads& roads) {
   auto& executor = parameters.process.executor;
-  if (isGnome(plan, roads)) return std::make_unique<GnomeWorkspace>(executor, *roads.bus);
+  std::unique_ptr<Workspace> told;
+  if (plan.windows == WindowRoad::accessibility && roads.portalAccess)
+    told = AccessibleWorkspace::open(executor, *roads.bus, clipboardReaders(plan));
+  if (isGnome(plan, roads)) {
+    auto byExtension = std::make_unique<GnomeWorkspace>(executor, *roads.bus);
+    if (!told) return byExtension;
+    const auto hasExtension = [bus = roads.bus.get()] {
+      return !bus->ownerOf(shellExtension.service).empty();
+    };
+    return std::make_unique<EitherWorkspace>(hasExtension, std::move(byExtension), std::move(told));
+  }
+  if (told) return told;
   if (plan.windows == WindowRoad::swayTree) {
     if (auto opened = SwayWorkspace::open(executor, parameters.environment.value("SWAYSOCK").value_or("")))
       return opened;
@@ -150,9 +235,17 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
 
 std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const DesktopParameters& parameters,
                                             const Roads& roads) {
-  if (isGnome(plan, roads))
-    return std::make_unique<GnomeKeyboard>(parameters.process.executor, *roads.bus, *roads.keymap,
-                                           roads.general());
+  auto& executor = parameters.process.executor;
+  std::unique_ptr<KeyboardPoster> byPortal;
+  if (roads.portalAccess && roads.keymap)
+    byPortal = std::make_unique<PortalKeyboard>(executor, roads.portalAccess->session, *roads.workspace,
+                                                *roads.keymap, roads.general());
+  if (isGnome(plan, roads)) {
+    auto byExtension = std::make_unique<GnomeKeyboard>(executor, *roads.bus, *roads.keymap, roads.general());
+    if (!byPortal) return byExtension;
+    return std::make_unique<EitherKeyboard>(std::move(byExtension), std::move(byPortal));
+  }
+  if (byPortal) return byPortal;
   if (plan.paste == PasteRoad::virtualKeyboard) {
     if (auto opened = VirtualKeyboard::open(*roads.workspace)) return *std::move(opened);
   }
@@ -173,7 +266,9 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
   if (isGnome(plan, roads)) {
     roads.shortcuts = std::make_unique<GnomeShortcuts>(*roads.bus, *roads.keymap);
     roads.cancelKey = std::make_unique<GnomeCancelKey>(*roads.bus);
-    roads.askForAccess = [bus = roads.bus.get()] { enableShellExtension(*bus); };
+    roads.askForAccess = [bus = roads.bus.get(), portal = roads.portalAccess.get()] {
+      if (!enableShellExtension(*bus) && portal != nullptr) portal->session.ask();
+    };
   } else if (plan.shortcut == ShortcutRoad::globalAccel && roads.bus && roads.keymap) {
     roads.shortcuts = std::make_unique<GlobalAccelShortcuts>(*roads.bus, *roads.keymap);
     roads.cancelKey = std::make_unique<GlobalAccelCancelKey>(*roads.bus);
@@ -183,6 +278,8 @@ void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters,
         "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its "
         "settings.");
   }
+  if (!roads.askForAccess && roads.portalAccess)
+    roads.askForAccess = [portal = roads.portalAccess.get()] { portal->session.ask(); };
   if (plan.shortcut == ShortcutRoad::portal && roads.portal && roads.keymap) {
     roads.shortcuts =
         std::make_unique<TriedShortcuts>(executor, parameters.process.clock, *roads.portal, *roads.keymap,
@@ -204,12 +301,14 @@ std::unique_ptr<IndicatorSurface> indicatorFor(const DesktopPlan& plan, const De
 std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::open(
     const DesktopPlan& plan, const DesktopParameters& parameters) {
   Roads roads;
-  if (const auto opened = openClipboard(plan, parameters, roads); !opened)
-    return std::unexpected(opened.error());
   roads.bus = SessionBus::open(parameters.process.executor);
-  if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
   if (roads.bus && plan.portals != PortalVersions{})
     roads.portal = std::make_unique<Portal>(*roads.bus, parameters.installation.identifier);
+  if (roads.portal && plan.paste == PasteRoad::portal)
+    roads.portalAccess = std::make_unique<PortalAccess>(parameters, *roads.portal, plan);
+  if (const auto opened = openClipboard(plan, parameters, roads); !opened)
+    return std::unexpected(opened.error());
+  if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
   roads.workspace = workspaceFor(plan, parameters, roads);
   roads.keyboard = keyboardFor(plan, parameters, roads);
   openShortcuts(plan, parameters, roads);

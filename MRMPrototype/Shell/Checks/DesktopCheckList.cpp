@@ -57,6 +57,14 @@ Task<CheckResult> checkPaste(CheckedServices services) {
   const bool hasGone = plan.session == SessionKind::gnome && keyboard.mayPost();
   if (!obstacle.empty() && !hasGone)
     co_return CheckResult{CheckState::limited, obstacle + " Text is copied, for you to paste."};
+  auto* const portal = services.desktop->portalPaste;
+  if (portal != nullptr && !keyboard.mayPost())
+    co_return CheckResult{CheckState::limited, portal->obstacle() + " Text is copied, for you to paste."};
+  if (portal != nullptr && portal->isInUse()) {
+    co_return CheckResult{CheckState::works,
+                          "Text is pasted through the desktop's portal, into applications that tell of their "
+                          "windows on the accessibility bus."};
+  }
   if (!keyboard.mayPost()) {
     co_return CheckResult{CheckState::limited,
                           "The desktop does not let this program press keys after all. Text is copied, for "

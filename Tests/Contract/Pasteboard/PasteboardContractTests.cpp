@@ -24,7 +24,7 @@ class PasteboardContract : public ::testing::Test {
   Registration changes;
 };
 
-using Desks = ::testing::Types<FakeDesk, X11Desk, WaylandDesk>;
+using Desks = ::testing::Types<FakeDesk, X11Desk, WaylandDesk, PortalDesk>;
 TYPED_TEST_SUITE(PasteboardContract, Desks);
 
 TYPED_TEST(PasteboardContract, CapturesEverythingThatAnotherOffersAndGivesItBack) {

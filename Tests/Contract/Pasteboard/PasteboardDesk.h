@@ -1,12 +1,19 @@
 #pragma once
 
 #include "Platform/Fake/FakePasteboard.h"
+#include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Platform/Linux/Portal/PortalPasteboard.h"
 #include "Platform/Linux/Wayland/WaylandPasteboards.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Support/Awaiting.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/ClipboardPeer.h"
 
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -114,6 +121,73 @@ class WaylandDesk {
     if (!opened) throw std::runtime_error(opened.error());
     return *std::move(opened);
   }
+};
+
+/// The clipboard of a desktop's portal, with another application of the portal's.
+class PortalDesk {
+ public:
+  static constexpr bool asksForForms = false;
+  static ClipboardSnapshot withForms(ClipboardSnapshot contents) {
+    return WaylandDesk::withForms(std::move(contents));
+  }
+
+  PortalDesk() {
+    await("ready");
+    portal.emplace(*bus, "app.murmel.Test");
+    session.emplace(*portal, token, PortalVersions{.keyboard = 2, .clipboard = 1});
+    board.emplace(runner.executor, runner.executor, *session);
+    session->ask();
+    await("asks");
+    desktop.tell("allow");
+    if (!runner.executor.waitUntil([&] { return session->hasClipboard(); }))
+      throw std::runtime_error("no session");
+  }
+  ClipboardPasteboard& pasteboard() { return *board; }
+  void writeByAnother(const ClipboardSnapshot& contents) {
+    std::ofstream file(folder.path() / "offer");
+    file << "{";
+    for (const auto& value : contents.items.front().values) {
+      file << (file.tellp() > 1 ? "," : "") << '"' << value.type << "\":\"";
+      for (const unsigned char byte : value.data)
+        file << "0123456789abcdef"[byte >> 4] << "0123456789abcdef"[byte & 15];
+      file << '"';
+    }
+    file << "}" << std::flush;
+    desktop.tell("offer " + (folder.path() / "offer").string());
+    await("offered");
+  }
+  std::optional<std::string> readByAnother(const std::string& type) {
+    const auto file = (folder.path() / "read").string();
+    desktop.tell("read " + type + " " + file);
+    std::vector<std::string> given;
+    runner.executor.waitUntil([&] {
+      given = desktop.told("given");
+      return given.size() + desktop.told("refused").size() > reads;
+    });
+    ++reads;
+    if (given.size() == std::exchange(givenBefore, given.size())) return std::nullopt;
+    std::ifstream bytes(file, std::ios::binary);
+    return std::string{std::istreambuf_iterator<char>(bytes), {}};
+  }
+  [[nodiscard]] static DesktopClient reader() { return {}; }
+
+  TaskRunner runner;
+  TemporaryFolder folder;
+  ApplicationProcess desktop{{"/usr/bin/python3", MURMEL_PORTAL}};
+  std::unique_ptr<SessionBus> bus = SessionBus::open(runner.executor);
+  FakeSecretStore secrets;
+  PortalToken token{runner.executor, secrets, "app.murmel.Test.portal"};
+  std::optional<Portal> portal;
+  std::optional<RemoteDesktopSession> session;
+  std::optional<PortalPasteboard> board;
+
+ private:
+  void await(const std::string& word) {
+    const auto before = seen[word];
+    runner.executor.waitUntil([&] { return (seen[word] = desktop.told(word).size()) > before; });
+  }
+  std::map<std::string, std::size_t> seen;
+  std::size_t reads = 0, givenBefore = 0;
 };
 
 inline ClipboardSnapshot oneText(const std::string& text) {

@@ -92,7 +92,7 @@ TEST(TriedShortcuts, AreHeardUntilThePortalEndsItAndThenTakeTheNextRoad) {
 
   installed.reset();
   heard.clear();
-  desktop.tell("user refuses");
+  desktop.tell("refuse");
   installed = shortcuts->install(request, hear);
   ASSERT_TRUE(loop.waitUntil([&] { return heard == std::vector{lost}; }));
   EXPECT_FALSE(shortcuts->permission(request).granted);

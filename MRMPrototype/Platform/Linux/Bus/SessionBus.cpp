@@ -1,5 +1,6 @@
 #include "Platform/Linux/Bus/SessionBus.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace murmel {
@@ -8,6 +9,16 @@ std::unique_ptr<SessionBus> SessionBus::open(Executor& executor) {
   sd_bus* opened = nullptr;
   if (sd_bus_open_user(&opened) < 0) return nullptr;
   return std::unique_ptr<SessionBus>(new SessionBus(executor, opened));
+}
+
+std::unique_ptr<SessionBus> SessionBus::openAt(Executor& executor, const std::string& address) {
+  sd_bus* created = nullptr;
+  if (sd_bus_new(&created) < 0) return nullptr;
+  std::unique_ptr<sd_bus, CloseBus> bus(created);
+  if (sd_bus_set_address(created, address.c_str()) < 0 || sd_bus_set_bus_client(created, 1) < 0 ||
+      sd_bus_start(created) < 0)
+    return nullptr;
+  return std::unique_ptr<SessionBus>(new SessionBus(executor, bus.release()));
 }
 
 SessionBus::SessionBus(Executor& executor, sd_bus* bus)
@@ -36,6 +47,13 @@ BusMessage SessionBus::send(BusMessage call, Duration limit) {
     if (!alive.expired()) process();
   });
   return BusMessage(status < 0 ? nullptr : answer);
+}
+
+void SessionBus::tell(BusMessage call) {
+  if (!call) return;
+  sd_bus_message_set_expect_reply(call.get(), 0);
+  sd_bus_send(bus_.get(), call.get(), nullptr);
+  sd_bus_flush(bus_.get());
 }
 
 Registration SessionBus::onMatch(const std::string& match, Handler handler) {
@@ -80,6 +98,11 @@ Registration SessionBus::onSignal(const BusObject& object, const char* member, H
                  std::move(handler));
 }
 
+Registration SessionBus::onAnySignal(const char* interface, const char* member, Handler handler) {
+  return onMatch(std::string("type='signal',interface='") + interface + "',member='" + member + "'",
+                 std::move(handler));
+}
+
 Registration SessionBus::onOwner(const std::string& service, std::function<void(bool)> handler) {
   return onMatch(
       "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" + service + "'",
@@ -89,6 +112,17 @@ Registration SessionBus::onOwner(const std::string& service, std::function<void(
         const char* after = nullptr;
         if (sd_bus_message_read(signal, "sss", &name, &before, &after) >= 0) handler(*after != '\0');
       });
+}
+
+void SessionBus::waitUntil(const std::function<bool()>& condition, Duration limit) {
+  const SystemClock clock;
+  const auto end = clock.now() + limit;
+  process();
+  while (!condition() && isOpen() && clock.now() < end) {
+    const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end - clock.now());
+    sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(std::max<std::int64_t>(left.count(), 0)));
+    process();
+  }
 }
 
 void SessionBus::process() {

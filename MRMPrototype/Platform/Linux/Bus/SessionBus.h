@@ -32,6 +32,8 @@ class SessionBus {
 
   /// Null where there is no bus. The executor outlives this.
   static std::unique_ptr<SessionBus> open(Executor& executor);
+  /// Another bus of the session's, at this address.
+  static std::unique_ptr<SessionBus> openAt(Executor& executor, const std::string& address);
   ~SessionBus();
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
@@ -53,11 +55,14 @@ class SessionBus {
   template <class... Arguments>
   void tell(const BusObject& object, const char* member, const char* types = "", Arguments... arguments) {
     auto message = newCall(object, member);
-    if (!message || sd_bus_message_append(message.get(), types, arguments...) < 0) return;
-    sd_bus_message_set_expect_reply(message.get(), 0);
-    sd_bus_send(bus_.get(), message.get(), nullptr);
-    sd_bus_flush(bus_.get());
+    if (message && sd_bus_message_append(message.get(), types, arguments...) >= 0) tell(std::move(message));
   }
+  void tell(BusMessage call);
+
+  /// Hears what has come by now.
+  void process();
+  /// Hears what comes until the condition holds, at most so long.
+  void waitUntil(const std::function<bool()>& condition, Duration limit);
 
   /// The name that the bus has given to this connection.
   [[nodiscard]] std::string ownName() const;
@@ -66,6 +71,8 @@ class SessionBus {
   /// Of whoever has the service now. `handler` runs from the event loop and may destroy whatever it likes,
   /// this too.
   [[nodiscard]] Registration onSignal(const BusObject& object, const char* member, Handler handler);
+  /// Of anybody.
+  [[nodiscard]] Registration onAnySignal(const char* interface, const char* member, Handler handler);
   /// Tells when a service comes (true) or goes.
   [[nodiscard]] Registration onOwner(const std::string& service, std::function<void(bool isThere)> handler);
 
@@ -76,7 +83,6 @@ class SessionBus {
 
   SessionBus(Executor& executor, sd_bus* bus);
   [[nodiscard]] Registration onMatch(const std::string& match, Handler handler);
-  void process();
 
   Executor& executor_;
   std::unique_ptr<sd_bus, CloseBus> bus_;

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Portal/Portal.h"
 
+#include "Platform/Linux/Process/VisibleExecutable.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -17,7 +19,10 @@ Portal::Portal(SessionBus& bus, std::string application)
         introduce();
         returned_.emit();
       })) {
+  // The portal looks at the process of whoever calls first on a connection, and remembers what it is.
+  const VisibleExecutable visible;
   introduce();
+  bus_.call(interface("Settings"), "Read", "ss", "org.freedesktop.appearance", "color-scheme");
 }
 
 void Portal::introduce() {

@@ -15,7 +15,9 @@ class Portal {
  public:
   static constexpr const char* service = "org.freedesktop.portal.Desktop";
 
-  /// Makes the connection known to the portal as the application's. `bus` outlives this.
+  /// Makes the connection known to the portal as the application's, before there are words in memory: for
+  /// that the process may be looked into. A portal that comes in place of this one may refuse it. `bus`
+  /// outlives this.
   Portal(SessionBus& bus, std::string application);
 
   /// A name for a request or a session of this connection, and the object by which the portal tells of it.

@@ -1,0 +1,51 @@
+#include "Platform/Linux/Portal/PortalToken.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace murmel {
+
+namespace {
+
+constexpr const char* account = "remote-desktop";
+
+SecretBytes bytesOf(const std::string& token) {
+  SecretBytes secret(token.size());
+  std::ranges::copy(token, secret.reveal().begin());
+  return secret;
+}
+
+}  // namespace
+
+PortalToken::PortalToken(Executor& executor, SecretStore& secrets, std::string service)
+    : executor_(executor),
+      secrets_(secrets),
+      service_(std::move(service)),
+      queue_(executor, "murmel-portal") {}
+
+PortalToken::~PortalToken() = default;
+
+void PortalToken::read(std::function<void(std::optional<std::string>)> done) {
+  queue_.enqueue([this, done = std::move(done), alive = std::weak_ptr(alive_)]() mutable {
+    const auto found = secrets_.find(service_, account);
+    std::optional<std::string> token;
+    if (found) token.emplace(found->reveal().begin(), found->reveal().end());
+    executor_.post([token = std::move(token), done = std::move(done), alive = std::move(alive)]() mutable {
+      if (!alive.expired()) done(std::move(token));
+    });
+  });
+}
+
+void PortalToken::keep(const std::string& token) {
+  queue_.enqueue([this, secret = bytesOf(token)] {
+    // A key ring keeps the first of two under one name.
+    if (secrets_.find(service_, account)) secrets_.remove(service_, account);
+    secrets_.add(service_, account, secret);
+  });
+}
+
+void PortalToken::forget() {
+  queue_.enqueue([this] { secrets_.remove(service_, account); });
+}
+
+}  // namespace murmel
