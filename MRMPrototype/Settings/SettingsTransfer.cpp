@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view prefix = "settings.";
 
-std::string nameOf(const SettingRow& row) {
+std::string transferredName(const SettingRow& row) {
   return std::string(row.key.substr(prefix.size()));
 }
 
@@ -33,7 +33,7 @@ std::string exportedSettings(const DefaultsStore& store) {
   for (const auto& row : settingsTable()) {
     const auto value = store.value(row.key);
     const auto text = value ? settingText(row, *value) : std::string(row.fallback);
-    json[nameOf(row)] =
+    json[transferredName(row)] =
         row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
   }
   return jsonText(json, JsonCharacters::utf8, 2) + '\n';

@@ -8,8 +8,6 @@ namespace murmel::downloader {
 
 namespace {
 
-constexpr int protocolVersion = 1;
-
 std::optional<std::string> textAt(const Json& object, const char* key) {
   const auto found = object.find(key);
   if (found == object.end() || !found->is_string()) return std::nullopt;

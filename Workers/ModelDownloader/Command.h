@@ -11,6 +11,9 @@
 
 namespace murmel::downloader {
 
+/// Of the lines both ways.
+inline constexpr int protocolVersion = 1;
+
 struct DownloadCommand {
   std::vector<std::string> identifiers;
   MRMModelDownloadImportance importance = MRMModelDownloadImportance::required;

@@ -1,12 +1,11 @@
 #include "Workers/ModelDownloader/Report.h"
 
 #include "Foundation/Json/Json.h"
+#include "Workers/ModelDownloader/Command.h"
 
 namespace murmel::downloader {
 
 namespace {
-
-constexpr int protocolVersion = 1;
 
 struct Describe {
   Json& line;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::string_view partialFolderName = ".downloads";
 constexpr std::string_view copyName = "copy";
-constexpr std::size_t bufferSize = 1 << 20;
+constexpr std::size_t copiedAtOnce = 1 << 20;
 
 using Outcome = std::expected<void, FileError>;
 
@@ -29,7 +29,7 @@ std::unexpected<FileError> storeFailure(std::string_view doing) {
 /// Calls `use` with every piece of the file. False when it cannot be read or `use` returns false.
 template <class Use>
 bool readThrough(int file, Use use) {
-  std::vector<std::uint8_t> buffer(bufferSize);
+  std::vector<std::uint8_t> buffer(copiedAtOnce);
   while (true) {
     const auto count = ::read(file, buffer.data(), buffer.size());
     if (count == 0) return true;

@@ -6,7 +6,6 @@ namespace {
 
 constexpr std::uint8_t enterKey = 36;
 constexpr std::uint8_t tabKey = 23;
-constexpr std::uint8_t controlKey = 37;
 constexpr std::uint8_t superKey = 133;
 constexpr const char* setupIsInFront = "xdotool getactivewindow getwindowname | grep -q '^Murmel Setup$'";
 

@@ -18,7 +18,6 @@ std::string recorder(const std::string& file) {
   return "stty raw -echo; exec cat > '" + file + "'";
 }
 
-constexpr std::uint8_t controlKey = 37;
 constexpr std::uint8_t letterS = 39;
 
 }  // namespace

@@ -8,7 +8,7 @@ using Kind = ShortcutConfiguration::Kind;
 namespace {
 
 const auto fn = configuration(ShortcutChoice::functionKey);
-const auto commandShiftD = configuration(ShortcutChoice::commandShiftD);
+const auto fallback = configuration(ShortcutChoice::commandShiftD);
 
 struct Row {
   std::string_view when;
@@ -27,22 +27,22 @@ std::vector<Row> rows() {
   return {
       {"a combination is kept everywhere", optionX, optionX, optionX},
       {"its foreign bits go", {Kind::key, 7, option | capsLock | 1, "X"}, optionX, optionX},
-      {"Fn in a combination is for direct only", fnOptionX, fnOptionX, commandShiftD},
-      {"Shift does not make a combination", {Kind::key, 7, shift, "X"}, fn, commandShiftD},
-      {"Fn does not make a combination", {Kind::key, 7, function | shift, "X"}, fn, commandShiftD},
-      {"Command alone", chord(command), fn, commandShiftD},
-      {"Control alone", chord(control), chord(control), commandShiftD},
-      {"Fn alone", chord(function), chord(function), commandShiftD},
-      {"two that are refused alone", chord(command | shift), chord(command | shift), commandShiftD},
-      {"Caps Lock does not count as the second", chord(shift | capsLock), fn, commandShiftD},
+      {"Fn in a combination is for direct only", fnOptionX, fnOptionX, fallback},
+      {"Shift does not make a combination", {Kind::key, 7, shift, "X"}, fn, fallback},
+      {"Fn does not make a combination", {Kind::key, 7, function | shift, "X"}, fn, fallback},
+      {"Command alone", chord(command), fn, fallback},
+      {"Control alone", chord(control), chord(control), fallback},
+      {"Fn alone", chord(function), chord(function), fallback},
+      {"two that are refused alone", chord(command | shift), chord(command | shift), fallback},
+      {"Caps Lock does not count as the second", chord(shift | capsLock), fn, fallback},
       {"double tap of Option is brought into form",
        ShortcutConfiguration{Kind::doubleTapModifier, 61, option | capsLock, "x"},
-       configuration(ShortcutChoice::doubleTapOption), commandShiftD},
-      {"double tap of another modifier", {Kind::doubleTapModifier, 59, control, ""}, fn, commandShiftD},
+       configuration(ShortcutChoice::doubleTapOption), fallback},
+      {"double tap of another modifier", {Kind::doubleTapModifier, 59, control, ""}, fn, fallback},
       {"Caps Lock is brought into form", ShortcutConfiguration{Kind::capsLock, 3, option, "?"},
-       configuration(ShortcutChoice::capsLock), commandShiftD},
+       configuration(ShortcutChoice::capsLock), fallback},
       {"disabled is brought into form", ShortcutConfiguration{Kind::disabled, 3, option, "?"},
-       configuration(ShortcutChoice::disabled), commandShiftD},
+       configuration(ShortcutChoice::disabled), fallback},
   };
 }
 
