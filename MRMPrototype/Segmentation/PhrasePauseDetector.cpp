@@ -35,7 +35,9 @@ constexpr int breathPauseFrames = frames(0.5);
 constexpr int gapFrames = frames(0.3);
 /// Words fade out slowly and begin suddenly, but a recogniser needs a little lead.
 constexpr double cutWithinPause = 0.65;
+/// Quiet consonants drown in less: the shorter the pause, the cleaner the signal has to be.
 constexpr double leastContrastDB = 15;
+constexpr double leastGapContrastDB = 30;
 constexpr std::size_t recentSpeechFrames = frames(10);
 
 }  // namespace
@@ -144,7 +146,10 @@ std::optional<PhrasePause> PhrasePauseDetector::pauseEnding() {
   if (length != gapFrames && length != breathPauseFrames && length != phrasePauseFrames) return std::nullopt;
   const bool isPhrase = length == phrasePauseFrames;
   if (speechFrames_ < leastSpeechFrames) return std::nullopt;
-  if (!contrasts(length, isPhrase ? leastContrastDB : leastBreathContrastDB)) return std::nullopt;
+  const double contrast = isPhrase              ? leastContrastDB
+                          : length == gapFrames ? leastGapContrastDB
+                                                : leastBreathContrastDB;
+  if (!contrasts(length, contrast)) return std::nullopt;
   const auto cutFrame = speechEnd_ + std::llround(cutWithinPause * static_cast<double>(length));
   const auto cut = meter_.firstSample(static_cast<std::size_t>(cutFrame));
   if (length == gapFrames) return PhrasePause{PhrasePause::Kind::gap, cut};

@@ -71,7 +71,7 @@ class PhrasePauseDetector {
   [[nodiscard]] bool leadingLowLevelEnded() const { return leadingLowLevelEnded_; }
 
  private:
-  /// Quiet consonants drown in less than they do between phrases: a shorter pause needs a cleaner signal.
+  /// dB by which speech stands out of the noise where a breath between words may be told from a quiet word.
   static constexpr double leastBreathContrastDB = 20;
 
   /// The levels of the recent speech, to the decibel.
