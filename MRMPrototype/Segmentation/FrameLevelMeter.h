@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -24,6 +25,10 @@ class FrameLevelMeter {
   static constexpr double frameSeconds = 0.02;
   /// What a frame without any power measures, in dB: the least that 16-bit samples can carry.
   static constexpr double silenceDB = -90;
+  /// How many frames come closest to so many seconds, which are not below zero.
+  static std::size_t framesIn(double seconds) {
+    return static_cast<std::size_t>(std::lround(seconds / frameSeconds));
+  }
 
   /// `sampleRate` in Hz, above zero.
   explicit FrameLevelMeter(double sampleRate);

@@ -7,18 +7,18 @@ namespace murmel {
 
 namespace {
 
-constexpr int frames(double seconds) {
-  return static_cast<int>(seconds / FrameLevelMeter::frameSeconds + 0.5);
+int frames(double seconds) {
+  return static_cast<int>(FrameLevelMeter::framesIn(seconds));
 }
 
 constexpr std::size_t smoothedFrames = 3;
 
-constexpr std::size_t calibrationFrames = frames(0.3);
+const std::size_t calibrationFrames = FrameLevelMeter::framesIn(0.3);
 /// Whoever speaks at once calibrates the noise with speech; no room is louder than this, so the estimate
 /// starts here at most and falls with the first gap between words.
 constexpr double highestFirstFloorDB = -30;
 constexpr double calibrationPercentile = 0.2;
-constexpr int floorFrames = frames(3);
+const int floorFrames = frames(3);
 /// The least of three seconds lies below the mean of the noise.
 constexpr double floorAboveMinimumDB = 1.5;
 constexpr double lowestFloorDB = -75;
@@ -26,19 +26,19 @@ constexpr double lowestFloorDB = -75;
 constexpr double speechOnDB = 6;
 constexpr double speechOffDB = 4;
 /// Shorter than any syllable: a click, a key.
-constexpr int burstFrames = frames(0.08);
+const int burstFrames = frames(0.08);
 
-constexpr int leastSpeechFrames = frames(0.3);
-constexpr int phrasePauseFrames = frames(0.7);
-constexpr int breathPauseFrames = frames(0.5);
+const int leastSpeechFrames = frames(0.3);
+const int phrasePauseFrames = frames(0.7);
+const int breathPauseFrames = frames(0.5);
 /// Twice as long as any consonant is silent.
-constexpr int gapFrames = frames(0.3);
+const int gapFrames = frames(0.3);
 /// Words fade out slowly and begin suddenly, but a recogniser needs a little lead.
 constexpr double cutWithinPause = 0.65;
 /// Quiet consonants drown in less: the shorter the pause, the cleaner the signal has to be.
 constexpr double leastContrastDB = 15;
 constexpr double leastGapContrastDB = 30;
-constexpr std::size_t recentSpeechFrames = frames(10);
+const std::size_t recentSpeechFrames = FrameLevelMeter::framesIn(10);
 
 }  // namespace
 
@@ -113,8 +113,9 @@ void PhrasePauseDetector::trackFloor(double smoothed, bool digitalZero) {
     if (calibration_.size() < calibrationFrames) return;
     auto sorted = calibration_;
     std::ranges::sort(sorted);
-    floorDB_ = std::min(sorted[static_cast<std::size_t>(calibrationPercentile * calibrationFrames)],
-                        highestFirstFloorDB);
+    floorDB_ = std::min(
+        sorted[static_cast<std::size_t>(calibrationPercentile * static_cast<double>(calibrationFrames))],
+        highestFirstFloorDB);
     return;
   }
   floorDB_ = std::max(minima_.front().second + floorAboveMinimumDB, lowestFloorDB);

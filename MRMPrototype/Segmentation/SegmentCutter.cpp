@@ -21,10 +21,6 @@ constexpr double leadSeconds = 1;
 constexpr double sliceSeconds = 0.1;
 constexpr double largestSlice = 1e6;  // samples
 
-constexpr std::size_t framesIn(double seconds) {
-  return static_cast<std::size_t>(seconds / FrameLevelMeter::frameSeconds + 0.5);
-}
-
 }  // namespace
 
 SegmentCutter::SegmentCutter(double targetSeconds)
@@ -102,8 +98,9 @@ double SegmentCutter::openSeconds() const {
 }
 
 std::optional<std::size_t> SegmentCutter::silentFrames() {
-  const auto lead = framesIn(leadSeconds);
-  if (!silent_ || openFrames_.size() < framesIn(leastSilenceSeconds) + lead) return std::nullopt;
+  const auto lead = FrameLevelMeter::framesIn(leadSeconds);
+  if (!silent_ || openFrames_.size() < FrameLevelMeter::framesIn(leastSilenceSeconds) + lead)
+    return std::nullopt;
   silent_ = speechEvidence(openFrames_) == SpeechEvidence::none;
   if (!silent_) return std::nullopt;
   return openFrames_.size() - lead;
@@ -111,8 +108,8 @@ std::optional<std::size_t> SegmentCutter::silentFrames() {
 
 std::optional<std::size_t> SegmentCutter::placeWithoutPause() const {
   if (openSeconds() < patienceSeconds_ || openFrames_.empty()) return std::nullopt;
-  const auto from =
-      std::min(framesIn(std::min(targetSeconds_, patienceSeconds_ / 2)), openFrames_.size() - 1);
+  const auto from = std::min(FrameLevelMeter::framesIn(std::min(targetSeconds_, patienceSeconds_ / 2)),
+                             openFrames_.size() - 1);
   const auto place = quietestPlace(std::span(openFrames_).subspan(from));
   if (!place.isPause && openSeconds() < longestSeconds) return std::nullopt;
   return from + place.frame;
