@@ -66,7 +66,7 @@ class WaylandKeeper final : public Keeper {
   SystemClock clock_;
   UniqueDescriptor over_{::eventfd(0, EFD_CLOEXEC)};
   std::atomic<bool> serving_ = false;
-  WaylandLoop loop_;
+  TransferLoop loop_;
   std::unique_ptr<DataControlDevice> device_;
 };
 

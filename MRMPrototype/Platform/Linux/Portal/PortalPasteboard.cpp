@@ -62,7 +62,9 @@ PortalPasteboard::PortalPasteboard(Executor& executor, const Clock& clock, Remot
       session_(session),
       contents_(shared({})),
       starting_(session.willStart().subscribe([this] { follow(); })),
-      standing_(session.didChange().subscribe([this] { sessionChanged(); })) {}
+      standing_(session.didChange().subscribe([this] { sessionChanged(); })) {
+  loop_.start();
+}
 
 PortalPasteboard::~PortalPasteboard() = default;
 
@@ -96,8 +98,7 @@ void PortalPasteboard::sessionChanged() {
 void PortalPasteboard::leaveOffer() {
   offered_.clear();
   if (const auto left = std::exchange(offer_, nullptr)) {
-    pipes_.enqueue(
-        [left](PipeTransfers& transfers, Instant now) { transfers.shorten(left.get(), now + formPatience); });
+    loop_.enqueue([this, left] { loop_.pipes().shorten(left.get(), loop_.now() + formPatience); });
   }
 }
 
@@ -200,14 +201,14 @@ void PortalPasteboard::requested(const std::string& type, std::uint32_t serial) 
     read.reader = {};
   }
   if (target.get() < 0) return finished(serial, false, read);
-  pipes_.enqueue([this, target = std::move(target), contents = contents_, value, read, serial,
-                  alive = std::weak_ptr(alive_)](PipeTransfers& transfers, Instant now) mutable {
-    transfers.send(std::move(target), std::move(contents), *value, now,
-                   [this, read, serial, alive](bool taken) {
-                     executor_.post([this, read, serial, alive, taken] {
-                       if (!alive.expired()) finished(serial, taken, read);
-                     });
-                   });
+  loop_.enqueue([this, target = std::move(target), contents = contents_, value, read, serial,
+                 alive = std::weak_ptr(alive_)]() mutable {
+    loop_.pipes().send(std::move(target), std::move(contents), *value, loop_.now(),
+                       [this, read, serial, alive](bool taken) {
+                         executor_.post([this, read, serial, alive, taken] {
+                           if (!alive.expired()) finished(serial, taken, read);
+                         });
+                       });
   });
 }
 
@@ -271,9 +272,10 @@ void PortalPasteboard::collect(const std::shared_ptr<Collection>& collection) {
         collection->came();
       });
     };
-    pipes_.enqueue([source = std::move(source), offer = offer_, most = mostBytes / types.size(),
-                    received = std::move(received)](PipeTransfers& transfers, Instant now) mutable {
-      transfers.receive(std::move(source), most, now + capturePatience, offer.get(), std::move(received));
+    loop_.enqueue([this, source = std::move(source), offer = offer_, most = mostBytes / types.size(),
+                   received = std::move(received)]() mutable {
+      loop_.pipes().receive(std::move(source), most, loop_.now() + capturePatience, offer.get(),
+                            std::move(received));
     });
   }
 }
@@ -285,16 +287,15 @@ Task<std::optional<std::string>> PortalPasteboard::data(std::string type) {
   auto source = ask(type);
   if (source.get() < 0) co_return std::nullopt;
   auto [sender, receiver] = makeOneShot<std::optional<std::string>>();
-  pipes_.enqueue(
-      [this, source = std::move(source), to = std::make_shared<decltype(sender)>(std::move(sender))](
-          PipeTransfers& transfers, Instant now) mutable {
-        transfers.receive(std::move(source), mostBytes, now + formPatience, nullptr,
+  loop_.enqueue([this, source = std::move(source),
+                 to = std::make_shared<decltype(sender)>(std::move(sender))]() mutable {
+    loop_.pipes().receive(std::move(source), mostBytes, loop_.now() + formPatience, nullptr,
                           [this, to = std::move(to)](std::optional<std::string> data) mutable {
                             executor_.post([to = std::move(to), data = std::move(data)]() mutable {
                               to->send(std::move(data));
                             });
                           });
-      });
+  });
   auto found = co_await receiver;
   if (!found) co_await std::suspend_always{};
   co_return *std::move(found);

@@ -3,8 +3,8 @@
 #include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Signal.h"
 #include "Platform/ClipboardPasteboard.h"
-#include "Platform/Linux/Portal/PipeThread.h"
 #include "Platform/Linux/Portal/RemoteDesktopSession.h"
+#include "Platform/Linux/Wayland/TransferLoop.h"
 
 #include <memory>
 #include <optional>
@@ -74,7 +74,7 @@ class PortalPasteboard final : public ClipboardPasteboard {
   Registration standing_;
   Registration owners_;
   Registration requests_;
-  PipeThread pipes_;  // last: what it has done is told to what is above
+  TransferLoop loop_{nullptr};  // last: what it has done is told to what is above
 };
 
 }  // namespace murmel

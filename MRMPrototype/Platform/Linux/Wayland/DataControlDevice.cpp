@@ -12,7 +12,7 @@ constexpr std::uint32_t versionWithPrimary = 2;
 
 }  // namespace
 
-std::unique_ptr<DataControlDevice> DataControlDevice::open(WaylandLoop& loop, const Clock& clock,
+std::unique_ptr<DataControlDevice> DataControlDevice::open(TransferLoop& loop, const Clock& clock,
                                                            SelectionObserver clipboard,
                                                            SelectionObserver primary,
                                                            ClipboardKeeper* keeper) {

@@ -11,7 +11,7 @@ namespace murmel {
 class DataControlDevice {
  public:
   /// Null where the compositor offers no clipboard to programs without a window.
-  static std::unique_ptr<DataControlDevice> open(WaylandLoop& loop, const Clock& clock,
+  static std::unique_ptr<DataControlDevice> open(TransferLoop& loop, const Clock& clock,
                                                  SelectionObserver clipboard, SelectionObserver primary,
                                                  ClipboardKeeper* keeper);
 

@@ -98,7 +98,7 @@ struct DataControlSelection::Source {
   WaylandObject<zwlr_data_control_source_v1> object;
 };
 
-DataControlSelection::DataControlSelection(WaylandLoop& loop, zwlr_data_control_manager_v1* manager,
+DataControlSelection::DataControlSelection(TransferLoop& loop, zwlr_data_control_manager_v1* manager,
                                            zwlr_data_control_device_v1* device, Kind kind, const Clock& clock,
                                            SelectionObserver observer, ClipboardKeeper* keeper)
     : loop_(loop),

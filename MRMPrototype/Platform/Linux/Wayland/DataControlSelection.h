@@ -3,7 +3,7 @@
 #include "Platform/ClipboardPasteboard.h"
 #include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 #include "Platform/Linux/Clipboard/SelectionPasteboard.h"
-#include "Platform/Linux/Wayland/WaylandLoop.h"
+#include "Platform/Linux/Wayland/TransferLoop.h"
 
 #include <cstdint>
 #include <functional>
@@ -30,7 +30,7 @@ class DataControlSelection {
   };
 
   /// `keeper`, if any, is told what is served, and outlives this.
-  DataControlSelection(WaylandLoop& loop, zwlr_data_control_manager_v1* manager,
+  DataControlSelection(TransferLoop& loop, zwlr_data_control_manager_v1* manager,
                        zwlr_data_control_device_v1* device, Kind kind, const Clock& clock,
                        SelectionObserver observer, ClipboardKeeper* keeper = nullptr);
   ~DataControlSelection();
@@ -69,7 +69,7 @@ class DataControlSelection {
   void report(const DesktopClient& reader, ClipboardRead::Kind kind, std::int64_t changeCount);
   void put(zwlr_data_control_source_v1* source);
 
-  WaylandLoop& loop_;
+  TransferLoop& loop_;
   zwlr_data_control_manager_v1* manager_;
   zwlr_data_control_device_v1* device_;
   Kind kind_;

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Clipboard/SelectionPasteboard.h"
 #include "Platform/Linux/Wayland/DataControlDevice.h"
-#include "Platform/Linux/Wayland/WaylandLoop.h"
+#include "Platform/Linux/Wayland/TransferLoop.h"
 
 #include <utility>
 
@@ -16,12 +16,12 @@ class WaylandPasteboards::Worker {
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
 
-  WaylandLoop loop;
+  TransferLoop loop;
   std::unique_ptr<DataControlDevice> device;
 };
 
 /// The main thread's end of one selection.
-class WaylandPasteboards::Pasteboard final : public SelectionPasteboard<WaylandLoop, DataControlSelection> {
+class WaylandPasteboards::Pasteboard final : public SelectionPasteboard<TransferLoop, DataControlSelection> {
  public:
   using SelectionPasteboard::SelectionPasteboard;
 

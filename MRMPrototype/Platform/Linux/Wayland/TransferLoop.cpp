@@ -1,4 +1,4 @@
-#include "Platform/Linux/Wayland/WaylandLoop.h"
+#include "Platform/Linux/Wayland/TransferLoop.h"
 
 #include <algorithm>
 #include <chrono>
@@ -12,24 +12,24 @@
 
 namespace murmel {
 
-WaylandLoop::WaylandLoop(std::unique_ptr<WaylandConnection> connection)
+TransferLoop::TransferLoop(std::unique_ptr<WaylandConnection> connection)
     : connection_(std::move(connection)), wakeup_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-WaylandLoop::~WaylandLoop() {
+TransferLoop::~TransferLoop() {
   stop();
 }
 
-void WaylandLoop::start() {
+void TransferLoop::start() {
   thread_ = std::thread([this] { run(); });
 }
 
-void WaylandLoop::stop() {
+void TransferLoop::stop() {
   stopping_ = true;
   ::eventfd_write(wakeup_.get(), 1);
   if (thread_.joinable()) thread_.join();
 }
 
-void WaylandLoop::enqueue(Job job) {
+void TransferLoop::enqueue(Job job) {
   {
     const std::lock_guard lock(mutex_);
     jobs_.push_back(std::move(job));
@@ -37,8 +37,8 @@ void WaylandLoop::enqueue(Job job) {
   ::eventfd_write(wakeup_.get(), 1);
 }
 
-void WaylandLoop::run() {
-  pthread_setname_np(pthread_self(), "murmel-wayland");
+void TransferLoop::run() {
+  pthread_setname_np(pthread_self(), connection_ ? "murmel-wayland" : "murmel-pipes");
   // A reader that goes away shows as an error of the write.
   sigset_t pipe;
   ::sigemptyset(&pipe);
@@ -51,7 +51,7 @@ void WaylandLoop::run() {
   }
 }
 
-void WaylandLoop::runJobs() {
+void TransferLoop::runJobs() {
   while (!stopping_) {
     Job job;
     {
@@ -64,19 +64,24 @@ void WaylandLoop::runJobs() {
   }
 }
 
-void WaylandLoop::awaitWork() {
-  auto* display = connection_->get();
-  // Of a connection that has failed nothing comes; jobs still get their answers, which are failures.
-  const bool listens = !connection_->hasFailed();
-  if (listens) {
+bool TransferLoop::listens() {
+  if (!connection_) return false;
+  if (!connection_->hasFailed()) return true;
+  if (const auto failed = std::exchange(failed_, nullptr)) failed();
+  return false;
+}
+
+void TransferLoop::awaitWork() {
+  auto* const display = listens() ? connection_->get() : nullptr;
+  if (display != nullptr) {
     while (wl_display_prepare_read(display) != 0) {
       if (wl_display_dispatch_pending(display) < 0) return;
     }
+    // What was dispatched just now may have begun a transfer of its own: that one is polled here, too.
+    wl_display_flush(display);
   }
-  // What was dispatched just now may have begun a transfer of its own: that one is polled here, too.
-  if (listens) wl_display_flush(display);
   std::vector<pollfd> descriptors{{wakeup_.get(), POLLIN, 0}};
-  if (listens) descriptors.push_back({connection_->descriptor(), POLLIN, 0});
+  if (display != nullptr) descriptors.push_back({connection_->descriptor(), POLLIN, 0});
   pipes_.addDescriptors(descriptors);
   int wait = -1;
   if (const auto deadline = pipes_.nextDeadline()) {
@@ -84,7 +89,7 @@ void WaylandLoop::awaitWork() {
     wait = static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
   }
   ::poll(descriptors.data(), descriptors.size(), wait);
-  if (listens) {
+  if (display != nullptr) {
     if (descriptors[1].revents != 0) {
       wl_display_read_events(display);
     } else {

@@ -7,22 +7,28 @@
 
 #include <atomic>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace murmel {
 
-/// A thread that serves one connection to the compositor and the pipes that belong to it, and runs jobs one
-/// at a time in between. A job may wait for the compositor, for nobody else.
-class WaylandLoop {
+/// A thread that moves bytes through pipes, so that nobody who reads the clipboard waits for the main thread
+/// or for another reader; with a connection to the compositor it serves that, too. It runs jobs one at a time
+/// in between; a job may wait for the compositor, for nobody else.
+class TransferLoop {
  public:
-  explicit WaylandLoop(std::unique_ptr<WaylandConnection> connection);
-  ~WaylandLoop();
-  WaylandLoop(const WaylandLoop&) = delete;
-  WaylandLoop& operator=(const WaylandLoop&) = delete;
+  /// `connection` may be null.
+  explicit TransferLoop(std::unique_ptr<WaylandConnection> connection);
+  ~TransferLoop();
+  TransferLoop(const TransferLoop&) = delete;
+  TransferLoop& operator=(const TransferLoop&) = delete;
 
   void start();
+  /// `handler` runs once, on the thread, when the compositor is gone. Before the start.
+  void onFailure(std::function<void()> handler) { failed_ = std::move(handler); }
   /// Ends the thread after the job that runs; the others are dropped with the loop.
   void stop();
   /// Runs `job` on the thread. Any thread.
@@ -37,9 +43,12 @@ class WaylandLoop {
   void run();
   void runJobs();
   void awaitWork();
+  /// Of a connection that has failed nothing comes; jobs still get their answers, which are failures.
+  [[nodiscard]] bool listens();
 
   std::unique_ptr<WaylandConnection> connection_;
-  PipeTransfers pipes_;
+  std::function<void()> failed_;
+  PipeTransfers pipes_;  ///< the thread's while it runs; what is left of them ends on the owner's
   SystemClock clock_;
   UniqueDescriptor wakeup_;
   std::atomic<bool> stopping_ = false;
