@@ -1,9 +1,13 @@
 #pragma once
 
+#include "Foundation/UniqueDescriptor.h"
 #include "Platform/Linux/Clipboard/ClipboardKeeper.h"
 
+#include <atomic>
 #include <memory>
 #include <utility>
+
+#include <sys/eventfd.h>
 
 namespace murmel {
 
@@ -19,10 +23,25 @@ class Keeper {
   /// Serves from now on. False when somebody else has written to the clipboard since.
   virtual bool take() = 0;
   /// Returns when there is nothing left to serve.
-  virtual void serve() = 0;
+  void serve();
 
  protected:
+  /// Somebody else has written to the clipboard. From here on any thread.
+  void lost() {
+    if (serving_) ::eventfd_write(over_.get(), 1);
+  }
+  /// Nobody is there any more who could read.
+  void displayEnded() {
+    displayHasEnded_ = true;
+    ::eventfd_write(over_.get(), 1);
+  }
+
   ClipboardOrder kept_;
+  std::atomic<bool> serving_ = false;
+
+ private:
+  std::atomic<bool> displayHasEnded_ = false;
+  UniqueDescriptor over_{::eventfd(0, EFD_CLOEXEC)};
 };
 
 /// Null when the display of the environment cannot be reached.

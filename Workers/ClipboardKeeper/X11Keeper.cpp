@@ -1,24 +1,14 @@
-#include "Foundation/UniqueDescriptor.h"
 #include "Platform/Linux/X11/X11EventLoop.h"
 #include "Platform/Linux/X11/X11IncrementalSender.h"
 #include "Platform/Linux/X11/X11Selection.h"
 #include "Workers/ClipboardKeeper/Keeper.h"
 
-#include <atomic>
-#include <cerrno>
-#include <chrono>
 #include <future>
 #include <utility>
-
-#include <poll.h>
-#include <sys/eventfd.h>
 
 namespace murmel {
 
 namespace {
-
-/// For readers that are being sent a large value in pieces when somebody else takes the clipboard.
-constexpr auto afterglow = std::chrono::seconds(3);
 
 class X11Keeper final : public Keeper {
  public:
@@ -33,7 +23,7 @@ class X11Keeper final : public Keeper {
   void start() override {
     loop_.start([this](const xcb_generic_event_t& event) { handle(event); },
                 [this] {
-                  if (loop_.connection().hasFailed()) lost();
+                  if (loop_.connection().hasFailed()) displayEnded();
                   return sender_.dropAbandoned(loop_.now());
                 });
   }
@@ -51,18 +41,7 @@ class X11Keeper final : public Keeper {
     return answered.get();
   }
 
-  void serve() override {
-    pollfd end{over_.get(), POLLIN, 0};
-    while (::poll(&end, 1, -1) < 0 && errno == EINTR) {
-    }
-    if (!loop_.connection().hasFailed()) std::this_thread::sleep_for(afterglow);
-  }
-
  private:
-  void lost() {
-    if (serving_) ::eventfd_write(over_.get(), 1);
-  }
-
   void handle(const xcb_generic_event_t& event) {
     constexpr std::uint8_t sentByAClient = 0x80;
     const auto kind = static_cast<std::uint8_t>(event.response_type & ~sentByAClient);
@@ -80,8 +59,6 @@ class X11Keeper final : public Keeper {
   }
 
   SystemClock clock_;
-  UniqueDescriptor over_{::eventfd(0, EFD_CLOEXEC)};
-  std::atomic<bool> serving_ = false;
   X11EventLoop loop_;
   X11IncrementalSender sender_;
   std::uint8_t fixesEvent_;

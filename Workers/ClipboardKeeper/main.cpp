@@ -5,10 +5,12 @@
 #include "Workers/Common/Isolation.h"
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include <sys/prctl.h>
@@ -50,6 +52,15 @@ std::optional<ClipboardOrder> nextOrder() {
 }
 
 }  // namespace
+
+void murmel::Keeper::serve() {
+  /// For readers that are still being given a large value when somebody else takes the clipboard.
+  constexpr auto afterglow = std::chrono::seconds(3);
+  eventfd_t count = 0;
+  while (::eventfd_read(over_.get(), &count) != 0 && errno == EINTR) {
+  }
+  if (!displayHasEnded_) std::this_thread::sleep_for(afterglow);
+}
 
 int main() {
   // What was on somebody's clipboard is in this process's memory.
