@@ -14,6 +14,9 @@ namespace {
 constexpr Duration focusPollInterval = std::chrono::milliseconds(75);
 constexpr int focusPollCount = 20;
 
+/// Whoever holds modifiers for so long is not about to let go of them.
+constexpr Duration longHold = std::chrono::milliseconds(400);
+
 /// Hands the result of a task of the service's own to whoever waits for it, from the loop.
 template <class T>
 Task<void> answer(Task<T> task, Executor& executor, OneShotSender<T> sender) {
@@ -240,8 +243,10 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     const auto result = co_await refusing;
     co_return result;
   }
+  const auto askedAt = desktop_.clock.now();
   auto releasing = desktop_.keyboard.awaitReleasedModifiers();
   co_await releasing;
+  const bool wereReleased = desktop_.clock.now() - askedAt < longHold;
 
   auto reads = std::make_unique<TargetReads>(pasteReader(*application));
   auto opening = clipboards_.open(spacing_.spaced(text, application->window), pasteReader(*application),
@@ -266,7 +271,12 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     lookers_.erase(application->bundleIdentifier);
   }
 
-  // All this may have taken its time: look again.
+  // All this may have taken its time: look again. Whoever presses the shortcut once more has its modifiers
+  // down and its key to come: without them that would be typed.
+  if (wereReleased) {
+    auto releasingAgain = desktop_.keyboard.awaitReleasedModifiers();
+    co_await releasingAgain;
+  }
   auto block = firstPasteBlock(observe(application, method.has_value(), field));
   const auto postedAt = desktop_.clock.now();
   if (!block) {

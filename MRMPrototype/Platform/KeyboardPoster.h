@@ -42,8 +42,8 @@ class KeyboardPoster {
   /// Waits until the user holds no modifier that would spoil a chord, at most 400 ms.
   virtual Task<void> awaitReleasedModifiers() = 0;
 
-  /// Releases modifiers that are still held, for good, and presses and releases the chord, provided that
-  /// `target` has the keyboard at that very moment. Leaves no key down.
+  /// Releases modifiers that are still held and would spoil the chord, for good, and presses and releases the
+  /// chord, provided that `target` has the keyboard at that very moment. Leaves no key down of its own.
   virtual PostResult post(PasteChord chord, const RunningApplication& target) = 0;
 };
 

@@ -34,7 +34,9 @@ TEST(X11KeyboardPoster, ModifiersThatAreStillHeldAreReleasedAndNothingStaysStuck
     SCOPED_TRACE(static_cast<int>(key));
     desk.user.press(key, true);
     EXPECT_EQ(desk.poster().post(PasteChord::controlV, handle), PostResult::posted);
-    EXPECT_TRUE(desk.user.held().empty());
+    // A Ctrl that is the chord's own anyway is left to the shortcut that the user may be pressing.
+    const bool isControl = key == 37 || key == 105;
+    EXPECT_EQ(desk.user.held().empty(), !isControl);
     ++pasted;
     EXPECT_TRUE(desk.waitUntil([&] { return desk.chordsSeenBy(application) == pasted; }));
     desk.user.press(key, false);

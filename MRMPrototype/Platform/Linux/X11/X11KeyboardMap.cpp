@@ -119,14 +119,14 @@ bool X11KeyboardMap::isLock(xkb_keycode_t key) const {
   return std::ranges::any_of(locks, [&](xkb_keysym_t lock) { return gives(key, 0, lock); });
 }
 
-std::vector<xcb_keycode_t> X11KeyboardMap::heldModifiers() {
+std::vector<X11HeldModifier> X11KeyboardMap::heldModifiers() {
   auto* connection = connection_.get();
   const auto keysCookie = xcb_query_keymap(connection);
   const auto modifiersCookie = xcb_get_modifier_mapping(connection);
   const auto keys = x11Reply(connection, xcb_query_keymap_reply, keysCookie);
   const auto modifiers = x11Reply(connection, xcb_get_modifier_mapping_reply, modifiersCookie);
   refresh();
-  std::vector<xcb_keycode_t> held;
+  std::vector<X11HeldModifier> held;
   if (!keys || !modifiers || keymap_ == nullptr) return held;
   const auto* codes = xcb_get_modifier_mapping_keycodes(modifiers.get());
   const std::span mapped(codes,
@@ -136,7 +136,11 @@ std::vector<xcb_keycode_t> X11KeyboardMap::heldModifiers() {
   for (int number = lowestKeyCode; number <= highestKeyCode; ++number) {
     const auto code = static_cast<xcb_keycode_t>(number);
     if ((keys->keys[code / 8] >> (code % 8) & 1) == 0 || isLock(code)) continue;
-    if (isNamedModifier(code) || std::ranges::find(mapped, code) != mapped.end()) held.push_back(code);
+    std::uint16_t bits = 0;
+    for (std::size_t place = 0; place < mapped.size(); ++place)
+      if (mapped[place] == code)
+        bits |= static_cast<std::uint16_t>(1U << (place / modifiers->keycodes_per_modifier));
+    if (bits != 0 || isNamedModifier(code)) held.push_back({code, bits});
   }
   return held;
 }

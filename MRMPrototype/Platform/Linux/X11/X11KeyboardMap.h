@@ -11,13 +11,19 @@
 
 namespace murmel {
 
-/// The keyboard as it is laid out now: which key gives which symbol, and which keys are held. Main thread.
 /// A key and, where another layout group than the active one gives its symbol, that group.
 struct X11Key {
   xcb_keycode_t code = 0;
   std::optional<std::uint8_t> otherGroup;
 };
 
+struct X11HeldModifier {
+  xcb_keycode_t code = 0;
+  std::uint16_t modifiers =
+      0;  ///< what it makes the others: bits of `xcb_mod_mask_t`; 0: that stands nowhere
+};
+
+/// The keyboard as it is laid out now: which key gives which symbol, and which keys are held. Main thread.
 class X11KeyboardMap {
  public:
   /// Null when the server has no XKB extension.
@@ -37,7 +43,7 @@ class X11KeyboardMap {
   std::optional<xcb_keycode_t> keyWithoutSymbol();
 
   /// Held keys that are modifiers, but not locks.
-  std::vector<xcb_keycode_t> heldModifiers();
+  std::vector<X11HeldModifier> heldModifiers();
 
  private:
   explicit X11KeyboardMap(X11Connection& connection, std::int32_t device, std::uint8_t event);

@@ -18,16 +18,24 @@ namespace {
 constexpr Duration heldPollInterval = std::chrono::milliseconds(10);
 constexpr int heldPollCount = 40;  // 400 ms
 
+struct ModifierKeys {
+  std::uint16_t mask;
+  std::array<xkb_keysym_t, 2> symbols;
+};
+
+constexpr ModifierKeys control{XCB_MOD_MASK_CONTROL, {XKB_KEY_Control_L, XKB_KEY_Control_R}};
+constexpr ModifierKeys shift{XCB_MOD_MASK_SHIFT, {XKB_KEY_Shift_L, XKB_KEY_Shift_R}};
+
 struct ChordKeys {
   PasteChord chord;
-  std::array<xkb_keysym_t, 2> modifiers;  // 0: none
+  std::array<const ModifierKeys*, 2> modifiers;  // null: none
   xkb_keysym_t key;
 };
 
 constexpr ChordKeys chordKeys[] = {
-    {PasteChord::controlV, {XKB_KEY_Control_L, 0}, XKB_KEY_v},
-    {PasteChord::controlShiftV, {XKB_KEY_Control_L, XKB_KEY_Shift_L}, XKB_KEY_v},
-    {PasteChord::shiftInsert, {XKB_KEY_Shift_L, 0}, XKB_KEY_Insert},
+    {PasteChord::controlV, {&control, nullptr}, XKB_KEY_v},
+    {PasteChord::controlShiftV, {&control, &shift}, XKB_KEY_v},
+    {PasteChord::shiftInsert, {&shift, nullptr}, XKB_KEY_Insert},
 };
 
 /// Nobody else is served while this lives: what is seen still holds when the keys are sent.
@@ -80,11 +88,13 @@ bool X11KeyboardPoster::mayPost() {
 std::optional<X11KeyboardPoster::Chord> X11KeyboardPoster::keysOf(PasteChord chord) {
   const auto keys = std::ranges::find(chordKeys, chord, &ChordKeys::chord);
   Chord found;
-  for (const auto symbol : keys->modifiers) {
-    if (symbol == 0) continue;
-    const auto code = map_->keyFor(symbol);
-    if (!code) return std::nullopt;
-    found.modifiers.push_back(code->code);
+  for (const auto* modifier : keys->modifiers) {
+    if (modifier == nullptr) continue;
+    auto& wanted = found.modifiers.emplace_back(Modifier{modifier->mask, {}});
+    for (const auto symbol : modifier->symbols) {
+      if (const auto code = map_->keyFor(symbol)) wanted.keys.push_back(code->code);
+    }
+    if (wanted.keys.empty()) return std::nullopt;
   }
   const auto code = map_->keyFor(keys->key);
   if (!code) return std::nullopt;
@@ -158,25 +168,42 @@ void X11KeyboardPoster::maskHeldModifiers() {
   xcb_flush(connection_->get());
 }
 
+std::vector<xcb_keycode_t> X11KeyboardPoster::makeWayFor(const Chord& chord) {
+  auto held = map_->heldModifiers();
+  std::vector<xcb_keycode_t> pressed;
+  for (const auto& modifier : chord.modifiers) {
+    const auto isFree = [&](xcb_keycode_t key) {
+      return std::ranges::find(held, key, &X11HeldModifier::code) == held.end();
+    };
+    const auto key = std::ranges::find_if(modifier.keys, isFree);
+    pressed.push_back(key != modifier.keys.end() ? *key : modifier.keys.front());
+    // What the user holds may stay down with that key of the other side. Its own key belongs to the next
+    // shortcut, perhaps: without the modifier a program would be given the rest of that, a space, say.
+    if (key != modifier.keys.end())
+      std::erase_if(held, [&](const X11HeldModifier& each) { return each.modifiers == modifier.mask; });
+  }
+  // Whoever still holds another modifier has let go of it as far as the desktop is concerned: pressing it
+  // again afterwards leaves it stuck on systems with more than one keyboard.
+  if (!held.empty()) pressNeutralKey();
+  for (const auto& each : held) send(each.code, false);
+  return pressed;
+}
+
 PostResult X11KeyboardPoster::post(PasteChord chord, const RunningApplication& target) {
   const auto keys = keysOf(chord);
   if (!keys || !mayPost()) return PostResult::unavailable;
   {
     const ServerGrab grab(connection_->get());
     if (!hasKeyboard(target)) return PostResult::targetNotInFront;
-    // Whoever still holds a modifier has let go of it as far as the desktop is concerned: pressing it again
-    // afterwards leaves it stuck on systems with more than one keyboard.
-    const auto heldModifiers = map_->heldModifiers();
-    if (!heldModifiers.empty()) pressNeutralKey();
-    for (const auto held : heldModifiers) send(held, false);
-    for (const auto modifier : keys->modifiers) send(modifier, true);
+    const auto modifiers = makeWayFor(*keys);
+    for (const auto modifier : modifiers) send(modifier, true);
     // Some applications do not look for the letters of a shortcut in the layouts that are not active.
     const auto layout =
         keys->key.otherGroup ? map_->exchangeGroup(*keys->key.otherGroup) : std::optional<std::uint8_t>();
     send(keys->key.code, true);
     send(keys->key.code, false);
     if (layout) map_->exchangeGroup(*layout);
-    for (const auto modifier : std::views::reverse(keys->modifiers)) send(modifier, false);
+    for (const auto modifier : std::views::reverse(modifiers)) send(modifier, false);
   }
   // The keys have been delivered when the server answers.
   const auto answered =

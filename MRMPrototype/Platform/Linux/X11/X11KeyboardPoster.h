@@ -29,8 +29,12 @@ class X11KeyboardPoster final : public KeyboardPoster {
   PostResult post(PasteChord chord, const RunningApplication& target) override;
 
  private:
+  struct Modifier {
+    std::uint16_t mask = 0;
+    std::vector<xcb_keycode_t> keys;  ///< on either side of the keyboard
+  };
   struct Chord {
-    std::vector<xcb_keycode_t> modifiers;
+    std::vector<Modifier> modifiers;
     X11Key key;
   };
 
@@ -39,6 +43,8 @@ class X11KeyboardPoster final : public KeyboardPoster {
   [[nodiscard]] std::optional<Chord> keysOf(PasteChord chord);
   [[nodiscard]] bool hasKeyboard(const RunningApplication& target);
   [[nodiscard]] bool isWithin(xcb_window_t window, const RunningApplication& target);
+  /// Lets go of the modifiers that the user holds; what is to be pressed for the chord besides its key.
+  std::vector<xcb_keycode_t> makeWayFor(const Chord& chord);
   void send(xcb_keycode_t key, bool goesDown);
   void pressNeutralKey();
 
