@@ -136,7 +136,7 @@ int HistoryCommand::clear(std::size_t count, bool isConfirmed) {
     streams_.print(fmt::format("Delete the whole history ({} entries) for good? Type yes: ", count));
     std::string answer;
     if (!std::getline(streams_.input, answer) || answer != "yes") {
-      streams_.print("Nothing was deleted.\n");
+      streams_.complain("Nothing was deleted.");
       return commandFailed;
     }
   }

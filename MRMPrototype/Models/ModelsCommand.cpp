@@ -12,13 +12,18 @@ namespace {
 using Finding = ModelInventory::Finding;
 using State = ModelDownloadStatus::State;
 
+// Exit statuses.
+constexpr int exitDone = 0;
+constexpr int exitFailed = 1;
+constexpr int exitMisused = 2;
+
 constexpr std::string_view usage =
     "usage: murmel models [list]            what there is, and what is installed\n"
     "       murmel models download [NAME]   fetch a model (the recommended speech model without a name)\n"
     "       murmel models verify [NAME]     read installed models and compare them with what they must be\n"
     "       murmel models remove NAME       remove a model\n";
 
-constexpr std::string_view packagedHint = "It comes with the application or the system and stays.\n";
+constexpr std::string_view packagedHint = "It comes with the application or the system and stays.";
 
 std::string_view wordFor(Finding finding) {
   switch (finding) {
@@ -93,14 +98,16 @@ void ModelsCommand::start(const std::vector<std::string>& arguments, std::functi
   const auto name = arguments.size() == 2 ? std::optional(arguments[1]) : std::nullopt;
   const auto model = name ? std::ranges::find(catalog_, *name, &CatalogModel::name) : catalog_.begin();
   if (name && model == catalog_.end() && packaged(*name) == nullptr) {
-    print(fmt::format("There is no model \"{}\"; \"murmel models list\" shows those there are.\n", *name));
-    return finish(2);
+    return fail(
+        exitMisused,
+        fmt::format("There is no model \"{}\"; \"murmel models list\" shows those there are.", *name));
   }
   if (verb == "verify") return verify(name);
   if (verb != "download" && (verb != "remove" || !name)) return showUsage();
   if (model == catalog_.end()) {
-    print(std::string(packagedHint));
-    return finish(verb == "download" ? 0 : 1);
+    if (verb == "remove") return fail(exitFailed, packagedHint);
+    print(fmt::format("{}\n", packagedHint));
+    return finish(exitDone);
   }
   if (verb == "download") return download(*model);
   remove(*model);
@@ -115,8 +122,7 @@ const SpeechModel* ModelsCommand::packaged(std::string_view name) const {
 }
 
 void ModelsCommand::showUsage() {
-  print(std::string(usage));
-  finish(2);
+  fail(exitMisused, usage);
 }
 
 void ModelsCommand::list() {
@@ -146,18 +152,12 @@ void ModelsCommand::list() {
                       fmt::format("{} · Packaged", engine.title), there ? megabytes(size) : std::string(),
                       wordFor(installed_->look(model, model.folder))));
   }
-  finish(0);
+  finish(exitDone);
 }
 
 void ModelsCommand::download(const CatalogModel& model) {
-  if (client_ == nullptr) {
-    print("This build cannot download models.\n");
-    return finish(1);
-  }
-  if (const auto obstacle = whyNotDownloadable(model); !obstacle.empty()) {
-    print(obstacle + "\n");
-    return finish(1);
-  }
+  if (client_ == nullptr) return fail(exitFailed, "This build cannot download models.");
+  if (const auto obstacle = whyNotDownloadable(model); !obstacle.empty()) return fail(exitFailed, obstacle);
   print(fmt::format("{}, {}, {}\n", model.title, megabytes(downloadSize(model)), model.licence));
   if (const auto obstacle = whyUnusable(model, machine_); !obstacle.empty()) print(obstacle + "\n");
   changes_ = client_->onChange([this, &model](const auto& identifier, const auto& status) {
@@ -181,9 +181,8 @@ void ModelsCommand::downloadChanged(const CatalogModel& model, const std::string
   changes_.reset();
   if (output_.isTerminal) print("\n");
   if (!failure) return rememberAndFinish(model);
-  print(failure->state == State::cancelled ? "Stopped. The same command continues where it was.\n"
-                                           : failure->message + "\n");
-  finish(1);
+  fail(exitFailed, failure->state == State::cancelled ? "Stopped. The same command continues where it was."
+                                                      : failure->message);
 }
 
 /// The downloader has verified it; read once more here, so that nobody has to wait for that later, and so
@@ -193,8 +192,9 @@ void ModelsCommand::rememberAndFinish(const CatalogModel& model) {
     const bool isRight = installed->verify(model.identifiers, stopping_);
     executor_.post([this, isRight, alive] {
       if (alive.expired()) return;
-      print(isRight ? "Installed.\n" : "The file changed right after it was installed.\n");
-      finish(isRight ? 0 : 1);
+      if (!isRight) return fail(exitFailed, "The file changed right after it was installed.");
+      print("Installed.\n");
+      finish(exitDone);
     });
   });
 }
@@ -250,7 +250,7 @@ void ModelsCommand::verify(const std::optional<std::string>& name) {
   }
   if (readings.empty()) {
     print("No model is installed.\n");
-    return finish(0);
+    return finish(exitDone);
   }
   // Read again, all of it: that is what was asked for.
   queue_.enqueue([this, readings, alive = std::weak_ptr(alive_)] {
@@ -264,7 +264,7 @@ void ModelsCommand::verify(const std::optional<std::string>& name) {
     executor_.post([this, text, allRight, alive] {
       if (alive.expired()) return;
       print(text);
-      finish(allRight ? 0 : 1);
+      finish(allRight ? exitDone : exitFailed);
     });
   });
 }
@@ -274,11 +274,15 @@ void ModelsCommand::remove(const CatalogModel& model) {
                      (installed_->isPackaged(model.identifiers) || packaged(model.name) != nullptr);
   const bool wasThere = installed_->look(model.identifiers) != Finding::missing;
   const bool isGone = installed_->remove(model.identifiers);
-  print(!isGone    ? "The model could not be removed.\n"
-        : stays    ? std::string(packagedHint)
-        : wasThere ? "Removed.\n"
-                   : "The model is not installed.\n");
-  finish(isGone && !stays ? 0 : 1);
+  if (!isGone) return fail(exitFailed, "The model could not be removed.");
+  if (stays) return fail(exitFailed, packagedHint);
+  print(wasThere ? "Removed.\n" : "The model is not installed.\n");
+  finish(exitDone);
+}
+
+void ModelsCommand::fail(int status, std::string_view sentence) {
+  output_.complain(sentence);
+  finish(status);
 }
 
 void ModelsCommand::finish(int status) {

@@ -25,6 +25,8 @@ class ModelsCommand {
   struct Output {
     /// Takes text as it is to be shown, line feeds included.
     std::function<void(std::string_view)> print;
+    /// Takes one sentence about what went wrong.
+    std::function<void(std::string_view)> complain;
     /// Whether a line may be written over again with a carriage return.
     bool isTerminal = false;
     /// For the rate of a download.
@@ -58,6 +60,7 @@ class ModelsCommand {
   [[nodiscard]] const SpeechModel* packaged(std::string_view name) const;
   void showUsage();
   void finish(int status);
+  void fail(int status, std::string_view sentence);
   void print(const std::string& text) { output_.print(text); }
 
   Executor& executor_;

@@ -56,10 +56,16 @@ int runModels(Arguments arguments, const Installation& installation, const Model
     murmel::print(stdout, "{}", text);
     std::fflush(stdout);
   };
-  ModelsCommand command(
-      executor, modelInventory(installation), client ? &*client : nullptr,
-      {.print = print, .isTerminal = ::isatty(STDOUT_FILENO) != 0, .now = [] { return SystemClock().now(); }},
-      modelMachine(installation), modelCatalog(), packagedSpeechModels(installation.folders.resources));
+  ModelsCommand command(executor, modelInventory(installation), client ? &*client : nullptr,
+                        {.print = print,
+                         .complain =
+                             [](std::string_view text) {
+                               murmel::print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
+                             },
+                         .isTerminal = ::isatty(STDOUT_FILENO) != 0,
+                         .now = [] { return SystemClock().now(); }},
+                        modelMachine(installation), modelCatalog(),
+                        packagedSpeechModels(installation.folders.resources));
   // Ctrl+C ends a download in order; a second one ends the process.
   const UniqueDescriptor interrupts(interruptDescriptor());
   const auto interrupted = executor.watchReadable(interrupts.get(), [&] {

@@ -37,7 +37,9 @@ class UpdateCommand {
   void interrupt() {
     if (updater_.status().phase == Phase::installing) return;
     updater_.cancel();
-    end(1, "\nStopped; what has arrived is kept.");
+    if (::isatty(STDOUT_FILENO) != 0) print(stdout, "\n");
+    complain("Stopped; what has arrived is kept.");
+    QCoreApplication::exit(1);
   }
 
  private:

@@ -83,9 +83,9 @@ TEST_F(ShippedDownloader, ServesTheCommand) {
   const auto run = [&](const std::vector<std::string>& arguments) {
     std::string text;
     int status = -1;
+    const auto tell = [&](std::string_view more) { text += more; };
     ModelsCommand command(executor, std::make_shared<ModelInventory>(folder.path() / "Models"), &client,
-                          {.print = [&](std::string_view more) { text += more; }, .isTerminal = false}, {},
-                          catalog);
+                          {.print = tell, .complain = tell}, {}, catalog);
     command.start(arguments, [&](int ended) { status = ended; });
     EXPECT_TRUE(executor.waitUntil([&] { return status >= 0; }));
     return text;
