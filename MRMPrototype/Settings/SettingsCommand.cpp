@@ -2,7 +2,7 @@
 
 #include "Foundation/Json/Json.h"
 #include "Settings/SettingsKeys.h"
-#include "Settings/SettingsTable.h"
+#include "Settings/SettingsMigrations.h"
 
 #include <utility>
 
@@ -12,19 +12,15 @@ namespace murmel {
 
 namespace {
 
-std::string valueOf(const JsonDefaultsStore& store, const SettingRow& row) {
-  const auto value = store.value(row.key);
-  return value ? settingText(row, *value) : std::string(row.fallback);
-}
-
 std::string_view nameOf(const SettingRow& row) {
   return row.key.substr(settingsKey::prefix.size());
 }
 
 }  // namespace
 
-SettingsCommand::SettingsCommand(JsonDefaultsStore& store, CommandStreams streams)
-    : store_(store), streams_(std::move(streams)) {}
+SettingsCommand::SettingsCommand(JsonDefaultsStore& store, MRMDistributionChannel channel,
+                                 CommandStreams streams)
+    : store_(store), channel_(channel), streams_(std::move(streams)) {}
 
 int SettingsCommand::run(std::vector<std::string> arguments) {
   const bool asJson = std::erase(arguments, "--json") > 0;
@@ -43,11 +39,13 @@ int SettingsCommand::run(std::vector<std::string> arguments) {
     return commandMisused;
   }
   if (verb == "get") {
-    streams_.print(valueOf(store_, *row) + "\n");
+    streams_.print(valueOf(*row) + "\n");
     return finish();
   }
   if (verb == "reset") {
     store_.remove(row->key);
+    // Otherwise the older choice would be in force again.
+    if (row->key == settingsKey::shortcutConfiguration) store_.remove(settingsKey::legacyShortcut);
     return finish();
   }
   auto value = settingFromText(*row, arguments[2]);
@@ -64,7 +62,7 @@ int SettingsCommand::run(std::vector<std::string> arguments) {
 int SettingsCommand::list(bool asJson) {
   auto json = nlohmann::json::object();
   for (const auto& row : settingsTable()) {
-    const auto text = valueOf(store_, row);
+    const auto text = valueOf(row);
     if (asJson) {
       json[std::string(nameOf(row))] =
           row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
@@ -74,6 +72,19 @@ int SettingsCommand::list(bool asJson) {
   }
   if (asJson) streams_.print(jsonText(json, JsonCharacters::utf8, 2) + "\n");
   return finish();
+}
+
+std::string SettingsCommand::valueOf(const SettingRow& row) const {
+  auto value = store_.value(row.key);
+  if (row.key == settingsKey::shortcutConfiguration) {
+    if (const auto json = settingsMigration::shortcutInForce(store_, channel_).toJson())
+      value = std::vector<std::uint8_t>(json->begin(), json->end());
+  }
+  if (row.key == settingsKey::smartFormatting &&
+      !store_.boolean(settingsKey::smartLocalQwenMigration, false)) {
+    value.reset();
+  }
+  return value ? settingText(row, *value) : std::string(row.fallback);
 }
 
 int SettingsCommand::finish() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Product/MRMBuildIdentity.h"
 #include "Settings/JsonDefaultsStore.h"
+#include "Settings/SettingsTable.h"
 #include "Storage/CommandStreams.h"
 
 #include <string>
@@ -17,7 +19,7 @@ class SettingsCommand {
       "usage: murmel settings list [--json] | get NAME | set NAME VALUE | reset NAME\n";
 
   /// The store must outlive this.
-  SettingsCommand(JsonDefaultsStore& store, CommandStreams streams);
+  SettingsCommand(JsonDefaultsStore& store, MRMDistributionChannel channel, CommandStreams streams);
 
   /// Gives the exit status.
   int run(std::vector<std::string> arguments);
@@ -25,8 +27,11 @@ class SettingsCommand {
  private:
   int list(bool asJson);
   int finish();
+  /// What is in force, also where the start of the application would first bring it up to date.
+  [[nodiscard]] std::string valueOf(const SettingRow& row) const;
 
   JsonDefaultsStore& store_;
+  MRMDistributionChannel channel_;
   CommandStreams streams_;
 };
 

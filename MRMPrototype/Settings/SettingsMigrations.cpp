@@ -18,6 +18,12 @@ void storeModel(DefaultsStore& defaults, std::string_view key, SmartLocalModel m
   defaults.set(key, std::string(rawValue(model)));
 }
 
+ShortcutConfiguration chosenShortcut(const DefaultsStore& defaults) {
+  if (const auto stored = storedShortcut(defaults, settingsKey::shortcutConfiguration)) return *stored;
+  const auto raw = defaults.get<std::string>(settingsKey::legacyShortcut).value_or(std::string());
+  return configuration(fromRawValue<ShortcutChoice>(raw).value_or(ShortcutChoice::functionKey));
+}
+
 }  // namespace
 
 std::optional<ShortcutConfiguration> storedShortcut(const DefaultsStore& defaults, std::string_view key) {
@@ -44,15 +50,16 @@ void importLegacyPreferences(DefaultsStore& defaults, FileSystem& files, const P
   defaults.set(settingsKey::legacyPreferencesMigration, true);
 }
 
+ShortcutConfiguration shortcutInForce(const DefaultsStore& defaults, MRMDistributionChannel channel) {
+  return ShortcutDistributionPolicy::sanitize(chosenShortcut(defaults), channel);
+}
+
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel) {
-  auto stored = storedShortcut(defaults, settingsKey::shortcutConfiguration);
-  if (!stored) {
-    const auto raw = defaults.get<std::string>(settingsKey::legacyShortcut).value_or(std::string());
-    stored = configuration(fromRawValue<ShortcutChoice>(raw).value_or(ShortcutChoice::functionKey));
+  const auto chosen = chosenShortcut(defaults);
+  if (!storedShortcut(defaults, settingsKey::shortcutConfiguration))
     defaults.set(settingsKey::fnDefaultMigration, true);
-  }
-  const auto sanitized = ShortcutDistributionPolicy::sanitize(*stored, channel);
-  if (sanitized != *stored) {
+  const auto sanitized = shortcutInForce(defaults, channel);
+  if (sanitized != chosen) {
     if (const auto json = sanitized.toJson()) {
       defaults.set(settingsKey::shortcutConfiguration, std::vector<std::uint8_t>(json->begin(), json->end()));
     }

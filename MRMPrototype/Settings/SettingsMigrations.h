@@ -29,6 +29,8 @@ inline std::filesystem::path legacyPropertyList(const std::filesystem::path& con
 }
 
 /// The shortcut as stored, else the one that the older single choice means, as the channel can serve it.
+ShortcutConfiguration shortcutInForce(const DefaultsStore& defaults, MRMDistributionChannel channel);
+/// The same, and brings what is stored up to date.
 ShortcutConfiguration shortcut(DefaultsStore& defaults, MRMDistributionChannel channel);
 
 /// Nothing when there is none, or none that can be understood.

@@ -52,7 +52,7 @@ int runVocabulary(Arguments /*arguments*/, const Installation& installation, con
 int runSettings(Arguments /*arguments*/, const Installation& installation, const KeptDataRole& role) {
   PosixFileSystem files;
   JsonDefaultsStore store(files, defaultsFile(installation.folders.configuration));
-  return SettingsCommand(store, standardStreams()).run(role.arguments);
+  return SettingsCommand(store, installation.channel, standardStreams()).run(role.arguments);
 }
 
 }  // namespace

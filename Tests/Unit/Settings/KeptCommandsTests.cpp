@@ -29,7 +29,7 @@ class KeptCommands : public ::testing::Test {
     clear();
     std::istringstream input;
     JsonDefaultsStore store(files, folder.path() / "defaults.json");
-    return SettingsCommand(store, streams(input)).run(arguments);
+    return SettingsCommand(store, MRMDistributionChannel::direct, streams(input)).run(arguments);
   }
   int history(const std::vector<std::string>& arguments, const std::string& typed = {}) {
     clear();
@@ -104,6 +104,19 @@ TEST_F(KeptCommands, SettingsAreNamedCheckedAndNeverThoseOfMigrations) {
   EXPECT_EQ(settings({"list"}), 0);
   EXPECT_THAT(output, HasSubstr("forever"));
   EXPECT_THAT(output, Not(HasSubstr("igration")));
+
+  // As a version long ago left them.
+  const auto old = [&](const char* name) {
+    EXPECT_EQ(settings({"get", name}), 0);
+    return std::exchange(output, {});
+  };
+  store.remove(settingsKey::shortcutConfiguration);
+  store.set(settingsKey::legacyShortcut, std::string("controlKey"));
+  EXPECT_EQ(old("shortcutConfiguration"), "controlKey\n");
+  EXPECT_EQ(settings({"reset", "shortcutConfiguration"}), 0);
+  EXPECT_EQ(old("shortcutConfiguration"), "functionKey\n");
+  store.remove(settingsKey::smartLocalQwenMigration);
+  EXPECT_EQ(old("smartFormatting"), "false\n");
 }
 
 TEST_F(KeptCommands, TheHistoryIsShownCopiedAndDeletedByNumber) {
