@@ -1,7 +1,12 @@
 #include "Shell/ApplicationFolders.h"
 
+#include "Platform/Linux/Files/PosixFileSystem.h"
+
 #include <optional>
 #include <string_view>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace murmel {
 
@@ -12,6 +17,25 @@ std::optional<std::filesystem::path> absolutePath(const Environment& environment
   const auto value = environment.value(variable);
   if (!value || !value->starts_with('/')) return std::nullopt;
   return std::filesystem::path(*value);
+}
+
+/// A folder of this user that nobody else can enter; what a link leads to can be exchanged.
+bool isPrivate(const std::filesystem::path& folder) {
+  struct stat status {};
+  constexpr mode_t othersRights = S_IRWXG | S_IRWXO;
+  return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+         (status.st_mode & othersRights) == 0;
+}
+
+std::filesystem::path runtimeFolder(const Environment& environment, const std::filesystem::path& data) {
+  if (const auto given = absolutePath(environment, "XDG_RUNTIME_DIR"); given && isPrivate(*given))
+    return *given;
+  if (auto systems = std::filesystem::path("/run/user") / std::to_string(::geteuid()); isPrivate(systems))
+    return systems;
+  auto own = data / "run";
+  // Whoever needs it says why it is not there.
+  if (!isPrivate(own) && PosixFileSystem().makeFolders(own)) ::chmod(own.c_str(), S_IRWXU);
+  return own;
 }
 
 }  // namespace
@@ -37,9 +61,7 @@ std::expected<ApplicationFolders, std::string> ApplicationFolders::locate(const 
   if (!home && (!configuration || !data)) return std::unexpected("There is no home folder: HOME is not set.");
   folders.configuration = configuration ? *configuration : *home / ".config";
   folders.data = (data ? *data : *home / ".local" / "share") / "MRM";
-  const auto runtime = absolutePath(environment, "XDG_RUNTIME_DIR");
-  const auto temporary = absolutePath(environment, "TMPDIR");
-  folders.temporary = runtime ? *runtime : temporary ? *temporary : std::filesystem::path("/tmp");
+  folders.temporary = runtimeFolder(environment, folders.data);
   return folders;
 }
 

@@ -24,7 +24,6 @@ struct flock wholeFile(short type) {
 }
 
 std::filesystem::path fileOf(const Installation& installation) {
-  // The user is named because the runtime folder may be the common temporary one.
   return installation.folders.temporary / ("app.murmel-" + std::to_string(::getuid()) + ".lock");
 }
 

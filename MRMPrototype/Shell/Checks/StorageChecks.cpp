@@ -110,6 +110,10 @@ Task<CheckResult> checkSwap(CheckedServices /*services*/) {
 
 Task<CheckResult> checkFolders(CheckedServices services) {
   const auto& folders = services.installation.folders;
+  if (const auto folder = obstacle(folders.temporary)) {
+    co_return CheckResult{CheckState::broken,
+                          "Murmel cannot start: " + folder->string() + " cannot be written to."};
+  }
   if (const auto folder = obstacle(folders.configuration / "MRM")) {
     co_return CheckResult{CheckState::limited,
                           "Settings cannot be kept: " + folder->string() + " cannot be written to."};
@@ -117,10 +121,6 @@ Task<CheckResult> checkFolders(CheckedServices services) {
   if (const auto folder = obstacle(folders.data)) {
     co_return CheckResult{CheckState::limited, "History and models cannot be kept: " + folder->string() +
                                                    " cannot be written to."};
-  }
-  if (const auto folder = obstacle(folders.temporary)) {
-    co_return CheckResult{CheckState::broken,
-                          "Murmel cannot start: " + folder->string() + " cannot be written to."};
   }
   co_return CheckResult{CheckState::works,
                         "Settings, history and models can be kept in " + folders.data.string() + "."};

@@ -3,6 +3,9 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 class RuntimePolicy : public ::testing::Test {
@@ -46,6 +49,33 @@ TEST_F(RuntimePolicy, of_a_signed_build_starts_only_what_the_same_team_signed) {
   ASSERT_TRUE(SignedExecutableManifest::sign(worker(), ours));
   std::ofstream(folders.executable, std::ios::app) << " changed";
   EXPECT_FALSE(startsWorker()) << "the application itself was changed";
+}
+
+TEST(ApplicationFolders, WhatMustNotBeExchangedLiesWhereNobodyElseCanBe) {
+  namespace fs = std::filesystem;
+  const TemporaryFolder home;
+  const auto place = [&](const char* name, fs::perms rights) {
+    fs::create_directory(home.path() / name);
+    fs::permissions(home.path() / name, rights);
+    return home.path() / name;
+  };
+  const auto own = place("own", fs::perms::owner_all);
+  fs::create_symlink(own, home.path() / "link");
+  const auto theirs = place("theirs", fs::perms::owner_all);
+  const bool isTheirs = ::chown(theirs.c_str(), 65534, 65534) == 0;
+  const auto runtimeAt = [&](const fs::path& given) {
+    const Environment environment({{"HOME", home.path()}, {"XDG_RUNTIME_DIR", given}});
+    return ApplicationFolders::locate(environment)->temporary;
+  };
+  EXPECT_EQ(runtimeAt(own), own);
+  for (const auto& hostile : {place("open", fs::perms::all), home.path() / "link",
+                              isTheirs ? theirs : fs::path("/root"), home.path() / "nowhere"}) {
+    const auto taken = runtimeAt(hostile);
+    EXPECT_NE(taken, hostile);
+    struct stat status {};
+    ASSERT_EQ(::lstat(taken.c_str(), &status), 0) << taken;
+    EXPECT_TRUE(S_ISDIR(status.st_mode) && (status.st_mode & 0777) == 0700 && status.st_uid == ::geteuid());
+  }
 }
 
 }  // namespace
