@@ -15,7 +15,11 @@ SessionFacts probeSession(const Environment& environment);
 /// Qt.
 void avoidHangingBuses();
 
-/// The parts of it.
+/// Whether one of the programs runs that lock the screen of a Wayland session without telling anybody on the
+/// buses. Looks through /proc, which takes about a millisecond.
+bool screenLockerRuns();
+
+/// The parts of the probe.
 SessionFacts::X11 probeX11(const Environment& environment);
 SessionFacts::Wayland probeWayland(const Environment& environment);
 /// Fills in the names and portals.

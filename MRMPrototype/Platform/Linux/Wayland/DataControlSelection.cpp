@@ -1,7 +1,7 @@
 #include "Platform/Linux/Wayland/DataControlSelection.h"
 
 #include "Platform/Linux/Clipboard/ClipboardTypes.h"
-#include "Platform/Linux/Wayland/PipePeer.h"
+#include "Platform/Linux/Process/ProcessFacts.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,5 @@
-#include "Platform/Linux/Wayland/ScreenLockers.h"
-
 #include "Platform/Linux/Process/ProcessFacts.h"
+#include "Platform/Linux/Session/SessionProbe.h"
 
 #include <algorithm>
 #include <array>

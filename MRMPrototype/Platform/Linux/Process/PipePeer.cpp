@@ -1,4 +1,4 @@
-#include "Platform/Linux/Wayland/PipePeer.h"
+#include "Platform/Linux/Process/ProcessFacts.h"
 
 #include <array>
 #include <charconv>
