@@ -20,10 +20,12 @@ class FakeKeyboardPoster final : public KeyboardPoster {
   [[nodiscard]] bool mayPost() override { return mayPost_; }
   [[nodiscard]] bool canPost(PasteChord chord) override { return chords_.contains(chord); }
   void maskHeldModifiers() override;
+  [[nodiscard]] bool isHindered() override { return isHindered_; }
   Task<void> awaitReleasedModifiers() override;
   PostResult post(PasteChord chord, const RunningApplication& target) override;
 
   void forbid() { mayPost_ = false; }
+  void hinder() { isHindered_ = true; }
   void setChords(std::set<PasteChord> chords) { chords_ = std::move(chords); }
   /// The user holds a modifier and lets go after `time`.
   void holdModifierFor(Duration time) { held_ = time; }
@@ -40,6 +42,7 @@ class FakeKeyboardPoster final : public KeyboardPoster {
   Executor& executor_;
   Workspace& workspace_;
   bool mayPost_ = true;
+  bool isHindered_ = false;
   std::set<PasteChord> chords_{PasteChord::controlV, PasteChord::controlShiftV, PasteChord::shiftInsert};
   Duration held_{};
   int masked_ = 0;

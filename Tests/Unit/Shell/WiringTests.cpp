@@ -8,6 +8,7 @@
 #include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
+#include "Platform/Linux/Portal/Either.h"
 #include "Shell/DeliveryServices.h"
 #include "Shell/PermissionService.h"
 #include "Shell/SettingsReactions.h"
@@ -284,4 +285,30 @@ TEST(StorageWiring, DeletesWhatIsDueWhileNothingElseHappensAndWhenLessIsKept) {
   EXPECT_EQ(storage.history.entries().size(), 1U);
   storage.settings.setHistoryRetention(HistoryRetention::fiveMinutes);
   EXPECT_EQ(storage.history.entries().size(), 0U);
+}
+
+TEST(EitherRoad, TheFirstCountsForAsLongAsItIsThere) {
+  ManualExecutor executor;
+  bool isThere = true;
+  auto* const first = new FakeWorkspace(executor);
+  auto* const second = new FakeWorkspace(executor);
+  EitherWorkspace workspace([&] { return isThere; }, std::unique_ptr<Workspace>(first),
+                            std::unique_ptr<Workspace>(second));
+  std::vector<pid_t> activated;
+  const auto listening = workspace.onActivation(
+      [&](const RunningApplication& each) { activated.push_back(each.client.processIdentifier); });
+  first->bringToFront(application(10, "Editor"));
+  second->bringToFront(application(11, "Editor"));
+  executor.advance(1s);
+  EXPECT_EQ(workspace.frontmostApplication()->client.processIdentifier, 10);
+  isThere = false;
+  second->bringToFront(application(21, "Editor"));
+  executor.advance(1s);
+  EXPECT_EQ(workspace.frontmostApplication()->client.processIdentifier, 21);
+  EXPECT_EQ(activated, (std::vector<pid_t>{10, 21}));
+
+  auto extension = std::make_unique<FakeKeyboardPoster>(executor, workspace);
+  extension->hinder();
+  EitherKeyboard keyboard(std::move(extension), std::make_unique<FakeKeyboardPoster>(executor, workspace));
+  EXPECT_TRUE(keyboard.isHindered()) << "phrases while the shortcut is held would wait for it";
 }

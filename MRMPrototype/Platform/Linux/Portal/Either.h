@@ -46,6 +46,7 @@ class EitherKeyboard final : public KeyboardPoster {
   [[nodiscard]] bool mayPost() override { return first_->mayPost() || second_->mayPost(); }
   [[nodiscard]] bool canPost(PasteChord chord) override { return now().canPost(chord); }
   void maskHeldModifiers() override { now().maskHeldModifiers(); }
+  [[nodiscard]] bool isHindered() override { return now().isHindered(); }
   Task<void> awaitReleasedModifiers() override { return now().awaitReleasedModifiers(); }
   PostResult post(PasteChord chord, const RunningApplication& target) override {
     return now().post(chord, target);
