@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <vector>
 
 #include <whisper.h>
@@ -27,6 +28,9 @@ constexpr std::size_t shortestToHalve = 4 * 16'000;
 constexpr std::size_t shortestHalfToHalve = 8 * 16'000;
 /// What two halves have more than the whole, at least, when the whole has left out a sentence.
 constexpr double clearlyMore = 1.25;
+
+/// The part of a recording, at least, that is before a repetition which is believed to be the model's own.
+constexpr std::size_t leastBeforeRepetition = 4;
 
 /// What the model tells times in: 20 ms.
 constexpr std::size_t samplesPerTime = 320;
@@ -58,6 +62,17 @@ std::string promptFrom(const std::vector<std::string>& words) {
 std::size_t quietPlaceNear(std::span<const std::int16_t> samples, std::size_t at) {
   const auto first = at - std::min(at, timeTolerance);
   return first + quietestSample(samples.subspan(first, std::min(2 * timeTolerance, samples.size() - first)));
+}
+
+/// Ends a text that would only go round and round until it has no more room.
+void endLoop(whisper_context* context, whisper_state*, const whisper_token_data* tokens, int count,
+             float* logits, void*) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += whisper_token_to_str(context, tokens[i].id);
+  if (!isLooping(text)) return;
+  const auto end = whisper_token_eot(context);
+  std::fill_n(logits, whisper_n_vocab(context), -std::numeric_limits<float>::infinity());
+  logits[end] = 0;
 }
 
 whisper_full_params settingsFor(int threads, int window, const char* language) {
@@ -93,6 +108,15 @@ struct WhisperEngine::Heard {
   std::vector<int> tokens;
   std::string language;  ///< that is spoken, whichever was listened for
 };
+
+void WhisperEngine::cutAt(std::size_t byte, Heard& heard) const {
+  std::size_t bytes = 0;
+  const auto isAfter = [&](int token) {
+    return (bytes += std::string_view(whisper_token_to_str(context_.get(), token)).size()) > byte;
+  };
+  heard.tokens.erase(std::ranges::find_if(heard.tokens, isAfter), heard.tokens.end());
+  heard.text.resize(byte);
+}
 
 void WhisperEngine::Deleter::operator()(whisper_context* context) const {
   whisper_free(context);
@@ -155,32 +179,39 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
     heard = listen(scaled, attempt);
   }
   if (!heard) return std::unexpected(heard.error());
-  const bool isLost =
-      std::ssize(heard->tokens) > attempt.tokenLimit || repetitionIn(heard->text) != std::string::npos;
-  if (!isLost) {
-    auto text = withoutSoundDescriptions(heard->text);
-    const WhisperOmission omission(samples);
-    const auto tokens = static_cast<int>(heard->tokens.size());
-    if (text.empty() || samples.size() < leastToHalve || !omission.isPossible(tokens)) return text;
-    if (const auto end = endOf(*heard, *known.language); end && omission.isAfter(*end)) {
-      // It has stopped at the end of a sentence although somebody speaks on.
-      const auto rest = inPieces(samples.subspan(quietPlaceNear(samples, *end)), pieces, [&](auto piece) {
-        return recognisePiece(piece, known, shortestHalfToHalve);
-      });
-      if (!rest || rest->empty()) return rest ? text : rest;
-      return text + ' ' + *rest;
-    }
-    if (!omission.isInside(tokens)) return text;
-    // It has written once what was said twice; or somebody speaks very slowly, or that is no speech.
-    const auto both = inHalves(samples, known);
-    const bool isMore =
-        both && static_cast<double>(both->size()) >= clearlyMore * static_cast<double>(text.size());
-    return isMore ? both : text;
+  const auto repetition = repetitionIn(heard->text);
+  const bool isLost = std::ssize(heard->tokens) > attempt.tokenLimit || repetition != std::string::npos;
+  const bool isLoop = isLost && isLooping(heard->text);
+  if (isLost) cutAt(isLoop ? std::min(repetition, heard->text.size()) : 0, *heard);
+  auto text = withoutSoundDescriptions(heard->text);
+  const WhisperOmission omission(samples);
+  const auto tokens = static_cast<int>(heard->tokens.size());
+  const bool mayBeHalved = samples.size() >= leastToHalve;
+  if (!isLost && (text.empty() || !mayBeHalved || !omission.isPossible(tokens))) return text;
+  const auto end = heard->tokens.empty() ? std::nullopt : endOf(*heard, *known.language);
+  // What a loop says again was said once; what is said again just once may have been said twice, and of what
+  // comes after it nothing may be missing: in two parts each is heard once.
+  if (isLost && end.value_or(0) < samples.size() / leastBeforeRepetition)
+    return mayBeHalved ? inHalves(samples, known) : inWholeWindow(scaled, *known.language);
+  if (end && omission.isAfter(*end)) {
+    // It has stopped at the end of a sentence although somebody speaks on.
+    const auto rest = inPieces(samples.subspan(quietPlaceNear(samples, *end)), pieces,
+                               [&](auto piece) { return recognisePiece(piece, known, shortestHalfToHalve); });
+    if (!rest || rest->empty()) return rest ? text : rest;
+    return text + ' ' + *rest;
   }
-  // It has lost its way, or somebody has said a thing twice. Of what comes after that nothing may be missing:
-  // in two parts each is heard once. In a short one the whole window finds the way nearly always.
-  if (samples.size() >= leastToHalve) return inHalves(samples, known);
-  heard = listen(scaled, {.window = 0, .tokenLimit = 0, .language = *known.language, .prompt = {}});
+  if (!mayBeHalved || !omission.isInside(tokens)) return text;
+  // It has written once what was said twice; or somebody speaks very slowly, or that is no speech.
+  const auto both = inHalves(samples, known);
+  const bool isMore =
+      both && static_cast<double>(both->size()) >= clearlyMore * static_cast<double>(text.size());
+  return isMore ? both : text;
+}
+
+std::expected<std::string, std::string> WhisperEngine::inWholeWindow(std::span<const float> samples,
+                                                                     const std::string& language) {
+  // In a short piece the whole window finds the way nearly always.
+  auto heard = listen(samples, {.window = 0, .tokenLimit = 0, .language = language, .prompt = {}});
   if (!heard) return std::unexpected(heard.error());
   if (std::ssize(heard->tokens) >= whisperTokenLimit(static_cast<std::size_t>(-1)))
     heard->text.resize(std::min(heard->text.size(), repetitionIn(heard->text)));
@@ -206,6 +237,7 @@ std::expected<WhisperEngine::Heard, std::string> WhisperEngine::listen(std::span
   settings.encoder_begin_callback = [](whisper_context*, whisper_state*, void* encoded) {
     return *static_cast<bool*>(encoded) = true;
   };
+  if (attempt.tokenLimit > 0) settings.logits_filter_callback = endLoop;
   if (whisper_full_with_state(context_.get(), state_.get(), settings, samples.data(),
                               static_cast<int>(samples.size())) != 0)
     return std::unexpected("speech recogniser failed");

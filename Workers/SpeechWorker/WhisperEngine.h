@@ -37,7 +37,11 @@ class WhisperEngine final : public SpeechEngine {
                                                          const SpeechHints& hints, std::size_t leastToHalve);
   std::expected<std::string, std::string> inHalves(std::span<const std::int16_t> samples,
                                                    const SpeechHints& hints);
+  std::expected<std::string, std::string> inWholeWindow(std::span<const float> samples,
+                                                        const std::string& language);
   std::expected<Heard, std::string> listen(std::span<const float> samples, const Attempt& attempt);
+  /// Forgets what comes after that byte of the text.
+  void cutAt(std::size_t byte, Heard& heard) const;
   /// The sample at which the text ends that has just been heard.
   std::optional<std::size_t> endOf(const Heard& heard, const std::string& language);
   /// The code of the language of what has just been listened to.

@@ -33,6 +33,9 @@ constexpr double sameLength = 0.15;               // of the whole
 constexpr std::size_t phraseWords = 3;  ///< that many words said twice are a loop
 constexpr std::size_t wordRepeats = 4;  ///< fewer may be said that often: "no, no, no"
 
+constexpr std::size_t loopRounds = 3;       ///< said more often, it is no longer somebody who says it
+constexpr std::size_t fewestLoopWords = 7;  ///< "no, no, no, no, no"
+
 constexpr std::size_t stutterBytes = 24;    ///< longer than "aaaaaaaaah" and a row of zeros
 constexpr std::size_t longestStutter = 12;  ///< bytes; some scripts have three a letter, and no blanks
 
@@ -158,6 +161,22 @@ std::size_t repetitionIn(std::string_view text) {
     }
   }
   return stutter;
+}
+
+bool isLooping(std::string_view text) {
+  if (stutterIn(text) != std::string_view::npos) return true;
+  auto words = wordsOf(text);
+  if (!words.empty()) words.pop_back();  // it may go on
+  for (std::size_t period = 1; loopRounds * period < words.size(); ++period) {
+    const auto looping = std::max(loopRounds * period, fewestLoopWords);
+    if (looping >= words.size()) continue;
+    const auto first = words.size() - looping - 1;
+    bool isSame = true;
+    for (auto i = first; isSame && i + period < words.size(); ++i)
+      isSame = words[i].text == words[i + period].text;
+    if (isSame) return true;
+  }
+  return false;
 }
 
 std::string withoutSoundDescriptions(std::string_view text) {

@@ -43,6 +43,10 @@ class WhisperOmission {
 /// over are nothing that anybody has said even once: of these, where they begin.
 std::size_t repetitionIn(std::string_view text);
 
+/// Whether the text says at its end again and again what it has said: more than three times the same, or the
+/// same letters over and over. Nobody does.
+bool isLooping(std::string_view text);
+
 /// Without blanks around it; empty when it only describes sounds: "[BLANK_AUDIO]", "(wind blowing)",
 /// "*music*", "♪".
 std::string withoutSoundDescriptions(std::string_view text);

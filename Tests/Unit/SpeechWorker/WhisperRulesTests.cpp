@@ -18,6 +18,12 @@ TEST(WhisperRules, FindTheLoopOfAModelThatHasLostItsWay) {
   for (const auto* natural : {"", "aaaaaaah, 1000000000000", "no, no, no", "it was very, very, very cold",
                               "one two one two", "the end of the day is the end of the week", "- - - - -"})
     EXPECT_EQ(repetitionIn(natural), std::string_view::npos) << natural;
+  for (const auto* loop : {"Go. Go home now. Go home now. Go home now. Go home", "Да. ПППППППППППППППППП",
+                           "no no no no no no no no no"})
+    EXPECT_TRUE(isLooping(loop)) << loop;
+  for (const auto* said : {"", "Go home now. Go home now. Go home now.", "no no no no no no no",
+                           "Go home now. Go home now. Go home now. Go home now. At once."})
+    EXPECT_FALSE(isLooping(said)) << said;
 }
 
 TEST(WhisperRules, LeaveOutDescriptionsOfSoundsButNotWhatIsSaidBesideThem) {
