@@ -31,7 +31,8 @@ class FocusedField {
   /// Text will be meant for `application` soon: finds out by then what has the keyboard in it.
   virtual void prepare(const RunningApplication& application) = 0;
 
-  /// What has the keyboard in `application` now. An application that does not answer costs at most 250 ms.
+  /// What has the keyboard in `application` now. An application that does not answer costs at most 250 ms,
+  /// one that was started a few seconds ago and does not tell of its fields a second more.
   virtual Task<FocusedFieldKind> kind(RunningApplication application) = 0;
 };
 

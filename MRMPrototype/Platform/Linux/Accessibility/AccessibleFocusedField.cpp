@@ -1,9 +1,17 @@
 #include "Platform/Linux/Accessibility/AccessibleFocusedField.h"
 
+#include "Foundation/Async/Timers.h"
+
 #include <algorithm>
 #include <array>
+#include <ctime>
 #include <deque>
+#include <fstream>
+#include <iterator>
+#include <string_view>
 #include <utility>
+
+#include <unistd.h>
 
 namespace murmel {
 
@@ -25,6 +33,33 @@ constexpr std::array<std::uint32_t, 16> rolesWithoutText = {7,  26, 27, 29, 32, 
 
 /// An interface of more parts than this is not searched to its end.
 constexpr int mostParts = 3'000;
+
+/// A program tells of its fields a while after its window is there, on a busy machine a second: one that has
+/// just been started is asked again, in case it is a dialog for a password.
+constexpr double youthSeconds = 20;
+constexpr int looksAtTheYoung = 10;
+constexpr auto untilNextLook = std::chrono::milliseconds(100);
+
+/// What programs tell with; those of other toolkits never will.
+constexpr std::array<std::string_view, 4> tellingLibraries = {"/libgtk-4.", "/libatk-bridge", "/libQt5Gui.",
+                                                              "/libQt6Gui."};
+
+/// A program whose libraries are not shown keeps secrets.
+bool mayTell(pid_t process) {
+  std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+  const std::string all{std::istreambuf_iterator(maps), {}};
+  return all.empty() ||
+         std::ranges::any_of(tellingLibraries, [&](auto library) { return all.contains(library); });
+}
+
+bool willTell(const RunningApplication& application) {
+  timespec now{};
+  if (application.startTime == 0 || ::clock_gettime(CLOCK_BOOTTIME, &now) != 0) return false;
+  const auto started =
+      static_cast<double>(application.startTime) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+  return static_cast<double>(now.tv_sec) < started + youthSeconds &&
+         mayTell(application.client.processIdentifier);
+}
 
 bool has(std::uint64_t states, int state) {
   return (states >> state & 1) != 0;
@@ -185,7 +220,15 @@ Task<FocusedFieldKind> AccessibleFocusedField::find(pid_t process, Purpose purpo
 Task<void> AccessibleFocusedField::answer(RunningApplication application,
                                           std::shared_ptr<OneShotSender<FocusedFieldKind>> to) {
   auto finding = find(application.client.processIdentifier, Purpose::answer);
-  const auto kind = co_await finding;
+  auto kind = co_await finding;
+  for (int look = 1; look < looksAtTheYoung && kind == FocusedFieldKind::notTold && willTell(application);
+       ++look) {
+    auto pause = sleepFor(executor_, untilNextLook);
+    co_await pause;
+    std::erase_if(focus_, [](const auto& known) { return !known.second.object; });
+    auto again = find(application.client.processIdentifier, Purpose::answer);
+    kind = co_await again;
+  }
   executor_.post([to, kind] { to->send(kind); });
 }
 
@@ -201,7 +244,8 @@ Task<FocusedFieldKind> AccessibleFocusedField::kind(RunningApplication applicati
   auto [sender, receiver] = makeOneShot<FocusedFieldKind>();
   const auto to = std::make_shared<OneShotSender<FocusedFieldKind>>(std::move(sender));
   scope_.start(answer(application, to));
-  const auto limit = executor_.after(patience_, [to] { to->send(FocusedFieldKind::unanswered); });
+  const auto looking = willTell(application) ? looksAtTheYoung * untilNextLook : Duration::zero();
+  const auto limit = executor_.after(patience_ + looking, [to] { to->send(FocusedFieldKind::unanswered); });
   const auto kind = co_await receiver;
   co_return kind.value_or(FocusedFieldKind::notTold);
 }
