@@ -1,5 +1,6 @@
 #include "Contract/ProcessLauncher/ChildOutput.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Support/FileBytes.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
@@ -94,6 +95,10 @@ TEST_F(LinuxProcess, GivesAChildNothingOfOurs) {
   EXPECT_EQ(count("fd "), 3);
   EXPECT_EQ(count("env "), 1);
   EXPECT_EQ(count("signal "), 0);
+  const auto score = [](pid_t process) {
+    return std::stoi(contentsOf("/proc/" + std::to_string(process) + "/oom_score_adj"));
+  };
+  EXPECT_EQ(score(child->identifier()), std::min(score(::getpid()) + 100, 1'000));
 }
 
 TEST_F(LinuxProcess, LetsAChildSayGoodbye) {

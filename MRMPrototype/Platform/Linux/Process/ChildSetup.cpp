@@ -3,7 +3,9 @@
 #include "Platform/Linux/Confinement/Landlock.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 
 #include <fcntl.h>
@@ -70,6 +72,27 @@ void resetSignals() {
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+/// Where memory runs short the system ends a child before the application, which has the words and starts
+/// another one, however long the recording has become. Nothing depends on it.
+void endBeforeTheApplication() {
+  constexpr int sooner = 100;  // thousandths of the memory that there is
+  constexpr int most = 1'000;
+  // Who may write here is asked of the copied memory's owner, as in `PrivateRoot`.
+  const int dumpable = ::prctl(PR_GET_DUMPABLE, 0, 0, 0, 0);
+  ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0);
+  const int file = ::open("/proc/self/oom_score_adj", O_RDWR | O_CLOEXEC);
+  ::prctl(PR_SET_DUMPABLE, dumpable, 0, 0, 0);
+  if (file < 0) return;
+  std::array<char, 16> text{};
+  const auto length = ::read(file, text.data(), text.size());
+  int score = 0;
+  std::from_chars(text.data(), text.data() + std::max<ssize_t>(length, 0), score);
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), std::min(score + sooner, most)).ptr;
+  [[maybe_unused]] const auto written =
+      ::pwrite(file, text.data(), static_cast<std::size_t>(end - text.data()), 0);
+  ::close(file);
+}
+
 }  // namespace
 
 void becomeExecutable(const ChildSetup& setup) {
@@ -91,6 +114,7 @@ void becomeExecutable(const ChildSetup& setup) {
   ::umask(S_IRWXG | S_IRWXO);
   if (::chdir("/") != 0) fail(reportPlace, Step::limits);
   resetSignals();
+  endBeforeTheApplication();
   if (setup.root != nullptr && !setup.root->enter()) fail(reportPlace, Step::root);
   if (setup.landlock >= 0 && !confinement::imposeLandlock(landlockPlace))
     fail(reportPlace, Step::confinement);
