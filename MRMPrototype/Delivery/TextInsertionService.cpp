@@ -28,8 +28,9 @@ Task<void> answer(Task<T> task, Executor& executor, OneShotSender<T> sender) {
 template <class T>
 Task<T> awaitAnswer(OneShotReceiver<T> receiver) {
   const auto result = co_await receiver;
-  if (!result) co_await std::suspend_always{};
-  co_return *result;
+  if (result) co_return *result;
+  co_await std::suspend_always{};
+  std::unreachable();
 }
 
 }  // namespace
@@ -98,7 +99,7 @@ void TextInsertionService::setTarget(const RunningApplication& application) {
 
 void TextInsertionService::activated(const RunningApplication& application) {
   if (!canBeTarget(application)) return;
-  if (targetIsFixed_) {
+  if (targetIsFixed_ && target_) {
     userActivatedAnother_ = !isSameWindow(application, *target_);
     return;
   }
@@ -238,8 +239,9 @@ Task<TextDeliveryResult> TextInsertionService::dispatchPasteOrCopy(
     auto asking = desktop_.focusedField->kind(*application);
     field = co_await asking;
   }
-  if (const auto block = firstPasteBlock(observe(application, method.has_value(), field))) {
-    auto refusing = refuse(*block, std::move(text), liveOnly);
+  const auto refused = firstPasteBlock(observe(application, method.has_value(), field));
+  if (refused || !application || !method) {
+    auto refusing = refuse(refused.value_or(LiveInsertionBlock::unknown), std::move(text), liveOnly);
     const auto result = co_await refusing;
     co_return result;
   }

@@ -49,7 +49,8 @@ class UpdateCommand {
       case Phase::upToDate:
         return end(0, installation_.build.displayName + " is up to date.");
       case Phase::available:
-        return available(*status.release);
+        if (status.release) available(*status.release);
+        return;
       case Phase::downloading:
         return showProgress(status.progress);
       case Phase::installing:
@@ -57,7 +58,8 @@ class UpdateCommand {
         std::fflush(stdout);
         return;
       case Phase::installed:
-        return end(0, fmt::format("Version {} is installed.", status.release->version));
+        return end(0, fmt::format("Version {} is installed.",
+                                  status.release ? status.release->version : std::string()));
       case Phase::failed:
         complain(status.message);
         return QCoreApplication::exit(1);
@@ -119,7 +121,7 @@ int runUpdate(Arguments arguments, const Installation& installation, const Updat
     }
     lock = *std::move(taken);
   }
-  SystemClock clock;
+  const SystemClock clock;
   LinuxProcessLauncher launcher(confinementPolicy(installation));
   PosixFileSystem files;
   DirectUpdater updater(updaterConfiguration(installation), {.executor = executor,

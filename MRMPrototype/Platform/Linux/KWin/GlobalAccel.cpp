@@ -197,9 +197,10 @@ ListenEventAccess GlobalAccelShortcuts::permission(const ShortcutRequest& shortc
 
 std::unique_ptr<InstalledShortcut> GlobalAccelShortcuts::install(const ShortcutRequest& shortcut,
                                                                  Handler handler) {
-  if (!permission(shortcut).granted || !installed_.expired()) return nullptr;
+  const auto key = keyOf(shortcut);
+  if (!key || !permission(shortcut).granted || !installed_.expired()) return nullptr;
   auto counted = std::make_unique<Counted>();
-  counted->shortcut = std::make_shared<Shortcut>(bus_, *keyOf(shortcut), std::move(handler));
+  counted->shortcut = std::make_shared<Shortcut>(bus_, *key, std::move(handler));
   if (!counted->enable()) return nullptr;
   installed_ = counted->shortcut;
   return counted;

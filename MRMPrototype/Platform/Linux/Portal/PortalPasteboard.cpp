@@ -242,9 +242,10 @@ Task<ClipboardCapture> PortalPasteboard::capture() {
   collect(collection);
   collection->came();
   auto captured = co_await receiver;
+  if (captured) co_return *std::move(captured);
   // Nobody can answer any more.
-  if (!captured) co_await std::suspend_always{};
-  co_return *std::move(captured);
+  co_await std::suspend_always{};
+  std::unreachable();
 }
 
 void PortalPasteboard::collect(const std::shared_ptr<Collection>& collection) {
@@ -297,8 +298,9 @@ Task<std::optional<std::string>> PortalPasteboard::data(std::string type) {
                           });
   });
   auto found = co_await receiver;
-  if (!found) co_await std::suspend_always{};
-  co_return *std::move(found);
+  if (found) co_return *std::move(found);
+  co_await std::suspend_always{};
+  std::unreachable();
 }
 
 Task<std::optional<std::int64_t>> PortalPasteboard::mrmReplace(ClipboardSnapshot contents) {
