@@ -172,7 +172,7 @@ ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& fil
                        entry.at("changed").get<std::int64_t>()},
                       entry.at("sha256").get<std::string>()};
     } catch (const nlohmann::json::exception&) {
-      // An entry that we did not write: the file is read again.
+      continue;  // an entry that we did not write: the file is read again
     }
   }
   return memory;

@@ -17,7 +17,7 @@ namespace {
 
 using State = ModelDownloadStatus::State;
 
-constexpr std::size_t longestLine = 64 * 1'024;
+constexpr std::size_t longestLine = std::size_t{64} * 1'024;
 
 std::optional<State> stateFor(std::string_view word) {
   if (word == "waiting") return State::waiting;
@@ -147,7 +147,7 @@ void ModelDownloadClient::send(const std::string& line) {
 }
 
 void ModelDownloadClient::receive() {
-  std::array<char, 16 * 1'024> bytes{};
+  std::array<char, std::size_t{16} * 1'024> bytes{};
   while (process_) {
     const auto count = ::read(process_->output(), bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;

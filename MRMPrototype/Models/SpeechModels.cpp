@@ -28,12 +28,12 @@ constexpr auto packagedFiles = std::to_array<SpeechModelFile>({
 std::vector<SpeechModel> downloads(const SpeechEngineRow& engine, const std::filesystem::path& root) {
   std::vector<SpeechModel> models;
   for (const auto& entry : MRMDownloadManifest::speechGGML) {
-    if (!entry.relativePath->starts_with(engine.modelFile)) continue;
+    const auto& path = entry.relativePath;
+    if (!path || !entry.byteCount || !path->starts_with(engine.modelFile)) continue;
     const auto folder = root / entry.folder;
     auto model = std::ranges::find(models, folder, &SpeechModel::folder);
     if (model == models.end()) model = models.insert(model, {folder, {}, &engine});
-    model->files.push_back(
-        {*entry.relativePath, static_cast<std::uint64_t>(entry.byteCount.value()), entry.sha256});
+    model->files.push_back({*path, static_cast<std::uint64_t>(*entry.byteCount), entry.sha256});
   }
   return models;
 }

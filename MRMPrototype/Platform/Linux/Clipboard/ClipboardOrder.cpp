@@ -27,7 +27,7 @@ class Reader {
   T number() {
     T value{};
     const auto taken = take(sizeof value);
-    if (taken.size() == sizeof value) std::memcpy(&value, taken.data(), sizeof value);
+    if (taken.size() == sizeof value) std::memcpy(&value, taken.data(), taken.size());
     return value;
   }
   std::string text() { return std::string(take(number<std::uint64_t>())); }

@@ -38,14 +38,15 @@ void PortalToken::read(std::function<void(std::optional<std::string>)> done) {
 
 void PortalToken::keep(const std::string& token) {
   queue_.enqueue([this, secret = bytesOf(token)] {
-    // A key ring keeps the first of two under one name.
-    if (secrets_.find(service_, account)) secrets_.remove(service_, account);
-    secrets_.add(service_, account, secret);
+    // A key ring keeps the first of two under one name. What it does not keep, the portal asks for again.
+    if (secrets_.find(service_, account)) (void)secrets_.remove(service_, account);
+    (void)secrets_.add(service_, account, secret);
   });
 }
 
 void PortalToken::forget() {
-  queue_.enqueue([this] { secrets_.remove(service_, account); });
+  // A token that stays is refused by the portal, and forgotten again.
+  queue_.enqueue([this] { (void)secrets_.remove(service_, account); });
 }
 
 }  // namespace murmel
