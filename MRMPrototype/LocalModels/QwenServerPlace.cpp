@@ -27,8 +27,8 @@ constexpr std::size_t digitCount = 8;
 constexpr mode_t ownerOnly = 0700;
 
 /// A folder of this user that nobody else can enter, open; nothing for any other thing.
-UniqueDescriptor openPrivateFolder(const fs::path& path, int flags) {
-  UniqueDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
+UniqueDescriptor openPrivateFolder(const fs::path& path) {
+  UniqueDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
   struct stat status {};
   constexpr mode_t othersRights = S_IRWXG | S_IRWXO;
   if (!folder || ::fstat(folder.get(), &status) != 0 || status.st_uid != ::geteuid() ||
@@ -36,14 +36,6 @@ UniqueDescriptor openPrivateFolder(const fs::path& path, int flags) {
     return {};
   }
   return folder;
-}
-
-std::optional<fs::path> privateFolder(const fs::path& temporaryDirectory) {
-  if (openPrivateFolder(temporaryDirectory, 0)) return temporaryDirectory;
-  auto own = temporaryDirectory / ("mrm-" + std::to_string(::geteuid()));
-  ::mkdir(own.c_str(), ownerOnly);  // It may be there already; what counts is what it is.
-  if (openPrivateFolder(own, O_NOFOLLOW)) return own;
-  return std::nullopt;
 }
 
 bool isPlaceName(std::string_view name) {
@@ -59,7 +51,7 @@ void removePlace(const fs::path& folder) {
 
 /// The folder, when it is this user's and no living process holds it.
 UniqueDescriptor lockedFolder(const fs::path& path) {
-  auto folder = openPrivateFolder(path, O_NOFOLLOW);
+  auto folder = openPrivateFolder(path);
   if (!folder || ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) return {};
   struct stat opened {};
   struct stat named {};
@@ -86,12 +78,13 @@ void removeStalePlaces(const fs::path& folder) {
 }  // namespace
 
 std::expected<QwenServerPlace, std::string> QwenServerPlace::create(const fs::path& temporaryDirectory) {
-  const auto folder = privateFolder(temporaryDirectory);
-  if (!folder) return std::unexpected("private temporary directory unavailable");
-  removeStalePlaces(*folder);
+  if (!openPrivateFolder(temporaryDirectory))
+    return std::unexpected("private temporary directory unavailable");
+  removeStalePlaces(temporaryDirectory);
   constexpr int attempts = 8;  // A taken name is a matter of one in four thousand millions.
   for (int attempt = 0; attempt < attempts; ++attempt) {
-    const auto directory = *folder / (std::string(prefix) + Uuid::random().text().substr(0, digitCount));
+    const auto directory =
+        temporaryDirectory / (std::string(prefix) + Uuid::random().text().substr(0, digitCount));
     const fs::path socket = directory.native() + std::string(socketSuffix);
     if (socket.native().size() > LocalUnixHTTP::longestSocketPath)
       return std::unexpected("private socket path is too long");

@@ -16,9 +16,8 @@ namespace murmel {
 class QwenServerPlace {
  public:
   /// Makes a place with a fresh name, and removes the places of dead processes first. It lies in
-  /// `temporaryDirectory` when only this user can enter that, else in a folder "mrm-<user>" of it that is
-  /// made so. The error is a short reason: "private temporary directory unavailable", "private socket path is
-  /// too long".
+  /// `temporaryDirectory`, which only this user may be able to enter. The error is a short reason: "private
+  /// temporary directory unavailable", "private socket path is too long".
   static std::expected<QwenServerPlace, std::string> create(const std::filesystem::path& temporaryDirectory);
 
   QwenServerPlace(QwenServerPlace&&) noexcept = default;
