@@ -16,6 +16,7 @@
 //
 // It notes what happens in the file NAME.log beside the script.
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
 
 #include <algorithm>
@@ -31,7 +32,6 @@
 #include <string_view>
 #include <vector>
 
-#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -40,7 +40,7 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using murmel::Json;
 namespace fs = std::filesystem;
 
 std::string replaced(std::string text, std::string_view what, std::string_view with) {
@@ -89,11 +89,11 @@ std::string sized(int status, const std::string& body) {
 }
 
 std::string chat(const std::string& content) {
-  return Json{{"choices", Json::array({{{"finish_reason", "stop"},
-                                        {"index", 0},
-                                        {"message", {{"role", "assistant"}, {"content", content}}}}})},
-              {"object", "chat.completion"}}
-      .dump();
+  return murmel::jsonText(
+      Json{{"choices", Json::array({{{"finish_reason", "stop"},
+                                     {"index", 0},
+                                     {"message", {{"role", "assistant"}, {"content", content}}}}})},
+           {"object", "chat.completion"}});
 }
 
 class Server {
@@ -190,7 +190,7 @@ class Server {
       return;
     }
     note("question");
-    const auto body = Json::parse(request.substr(request.find("\r\n\r\n") + 4));
+    const auto body = murmel::parsedJson(request.substr(request.find("\r\n\r\n") + 4));
     said_ = body.at("messages").at(1).at("content").get<std::string>();
     const auto index = std::min(asked_++, answers_.size() - 1);
     answer(connection, answers_.at(index));

@@ -1,5 +1,6 @@
 #include "Integration/ModelDownloader/RunningDownloader.h"
 
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
@@ -7,7 +8,6 @@
 #include <fstream>
 #include <stdexcept>
 
-#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <unistd.h>
 
@@ -46,25 +46,23 @@ void RunningDownloader::send(const std::string& line) {
 }
 
 void RunningDownloader::download(const std::vector<std::string>& identifiers, const std::string& importance) {
-  send(nlohmann::json{{"mrm_downloader_protocol", 1},
-                      {"command", "download"},
-                      {"identifiers", identifiers},
-                      {"importance", importance}}
-           .dump());
+  send(jsonText(Json{{"mrm_downloader_protocol", 1},
+                     {"command", "download"},
+                     {"identifiers", identifiers},
+                     {"importance", importance}}));
 }
 
 void RunningDownloader::cancel(const std::string& identifier, bool discards) {
-  send(nlohmann::json{{"mrm_downloader_protocol", 1},
-                      {"command", "cancel"},
-                      {"identifiers", {identifier}},
-                      {"discard", discards}}
-           .dump());
+  send(jsonText(Json{{"mrm_downloader_protocol", 1},
+                     {"command", "cancel"},
+                     {"identifiers", {identifier}},
+                     {"discard", discards}}));
 }
 
 std::optional<DownloaderEvent> RunningDownloader::next() {
   while (true) {
     if (const auto line = lines_.next()) {
-      const auto object = nlohmann::json::parse(line->text);
+      const auto object = parsedJson(line->text);
       return DownloaderEvent{.event = object.at("event"),
                              .identifier = object.value("identifier", ""),
                              .reason = object.value("reason", object.value("state", "")),

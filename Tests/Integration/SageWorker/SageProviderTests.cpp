@@ -1,4 +1,5 @@
 #include "Foundation/Async/Clock.h"
+#include "Foundation/Json/Json.h"
 #include "LocalModels/SageNativeRefinementProvider.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
@@ -9,10 +10,6 @@
 
 #include <atomic>
 
-#include <nlohmann/json.hpp>
-
-using Json = nlohmann::json;
-
 namespace {
 
 constexpr auto ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
@@ -20,7 +17,7 @@ constexpr auto ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
 std::string reply(const Json& id, const std::string& event, const Json& more) {
   Json object{{"mrm_worker_protocol", 1}, {"event", event}, {"id", id}};
   object.update(more);
-  return object.dump() + '\n';
+  return jsonText(object) + '\n';
 }
 
 class SageProvider : public ::testing::Test, public SmartModelFiles {
@@ -44,7 +41,7 @@ class SageProvider : public ::testing::Test, public SmartModelFiles {
       ++starts;
       side.write(ready);
       while (const auto line = side.readLine()) {
-        const auto said = answer(Json::parse(*line));
+        const auto said = answer(parsedJson(*line));
         if (!said) return;
         side.write(*said);
       }

@@ -1,3 +1,4 @@
+#include "Foundation/Json/Json.h"
 #include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/ManualExecutor.h"
@@ -8,8 +9,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 #include "Support/WorkerDriver.h"
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -40,7 +39,7 @@ class SageWorker : public WorkerDriver, public ::testing::Test {
   }
   /// The corrected text; the reason in angle brackets when it is refused.
   std::string ask(std::int64_t id, const std::string& text, int limit = 10'000) {
-    write(nlohmann::json{{"id", id}, {"text", text}, {"limit_ms", limit}}.dump());
+    write(jsonText(Json{{"id", id}, {"text", text}, {"limit_ms", limit}}));
     const auto reply = read();
     if (!reply) return "<" + reply.error().detail() + ">";
     EXPECT_EQ(reply->id, id);

@@ -1,4 +1,5 @@
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Models/SpeechModels.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/BuildPaths.h"
@@ -7,8 +8,6 @@
 #include "Support/Testing.h"
 
 #include <thread>
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -89,7 +88,7 @@ TEST_P(ForgottenSpeech, IsNowhereInTheWorkerOnceItHasAnswered) {
                        base64::encoded({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}) +
                        "\"}\n";
   worker.ask(request);
-  const auto text = nlohmann::json::parse(worker.read()).value("text", "");
+  const auto text = parsedJson(worker.read()).value("text", "");
   ASSERT_GT(text.size(), 20U);
   const auto words = test::piecesOfText(text);
   const auto sound = test::piecesOfSound(std::span(samples).subspan(rate, rate));

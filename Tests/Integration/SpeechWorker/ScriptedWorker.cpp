@@ -15,6 +15,7 @@
 // What it was asked: "id=1 rate=16000 language=ru bytes=3200".
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/WriteAll.h"
 
 #include <csignal>
@@ -24,12 +25,11 @@
 #include <iostream>
 #include <string>
 
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 namespace {
 
-using Json = nlohmann::json;
+using murmel::Json;
 
 void put(std::string_view text) {
   if (!murmel::writeAll(STDOUT_FILENO, text)) std::_Exit(EXIT_SUCCESS);
@@ -85,10 +85,10 @@ class Worker {
   bool read() {
     std::string line;
     if (!std::getline(std::cin, line)) return false;
-    const auto request = Json::parse(line);
+    const auto request = murmel::parsedJson(line);
     const auto audio = murmel::base64::decoded(request.at("pcm_s16le_base64").get_ref<const std::string&>());
     id_ = request.at("id").get<int>();
-    asked_ = "id=" + std::to_string(id_) + " rate=" + request.at("sample_rate").dump() +
+    asked_ = "id=" + std::to_string(id_) + " rate=" + murmel::jsonText(request.at("sample_rate")) +
              " language=" + (request.contains("language") ? request["language"].get<std::string>() : "none") +
              " bytes=" + (audio ? std::to_string(audio->size()) : "undecodable");
     return true;
@@ -96,7 +96,7 @@ class Worker {
 
   void answer() const {
     const Json reply = {{"mrm_worker_protocol", 1}, {"event", "result"}, {"id", id_}, {"text", asked_}};
-    put(reply.dump() + '\n');
+    put(murmel::jsonText(reply) + '\n');
   }
 
   int id_ = 0;

@@ -1,14 +1,11 @@
+#include "Foundation/Json/Json.h"
 #include "LocalModels/QwenChat.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
 #include "LocalModels/QwenServerRun.h"
 #include "Support/Testing.h"
 
-#include <nlohmann/json.hpp>
-
-using Json = nlohmann::json;
-
 TEST(QwenChat, AsksAsTheModelWasTriedOut) {
-  const auto expected = Json::parse(R"({
+  const auto expected = parsedJson(R"({
     "messages": [
       {"role": "system", "content": "You format dictated text. Fix only punctuation and capitalization.\nPreserve every word, spelling, name, number, and the language of every fragment.\nEvery spoken word must remain present. Never remove, replace, reorder, or paraphrase words.\nNever translate, explain, summarize, or add information. Return only corrected text."},
       {"role": "user", "content": "say \"hi\"\nто есть \\"}
@@ -18,8 +15,8 @@ TEST(QwenChat, AsksAsTheModelWasTriedOut) {
     "stream": false,
     "chat_template_kwargs": {"enable_thinking": false}
   })");
-  EXPECT_EQ(Json::parse(QwenChat::requestBody("say \"hi\"\nто есть \\")), expected);
-  EXPECT_FALSE(Json::parse(QwenChat::requestBody("broken \xC3 text")).empty());
+  EXPECT_EQ(parsedJson(QwenChat::requestBody("say \"hi\"\nто есть \\")), expected);
+  EXPECT_FALSE(parsedJson(QwenChat::requestBody("broken \xC3 text")).is_discarded());
 }
 
 TEST(QwenChat, FindsTheAnswer) {

@@ -1,13 +1,10 @@
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Recognition/DictationLanguage.h"
 #include "Recognition/WorkerRequest.h"
 #include "Support/Testing.h"
 #include "WorkerProcess/WorkerLimits.h"
 #include "WorkerProcess/WorkerMessage.h"
-
-#include <nlohmann/json.hpp>
-
-using Json = nlohmann::json;
 
 TEST(WorkerMessage, DecodesEveryField) {
   const auto message = WorkerMessage::decode(
@@ -59,7 +56,7 @@ TEST(WorkerRequest, IsOneObjectOnOneLine) {
   const auto line = encodeWorkerRequest(7, audio, "ru");
   ASSERT_TRUE(line.has_value());
   EXPECT_EQ(line->find('\n'), std::string::npos);
-  const auto object = Json::parse(*line);
+  const auto object = parsedJson(*line);
   EXPECT_EQ(object, (Json{{"id", 7},
                           {"sample_rate", 16000},
                           {"language", "ru"},
@@ -67,14 +64,14 @@ TEST(WorkerRequest, IsOneObjectOnOneLine) {
 }
 
 TEST(WorkerRequest, HasNoLanguageWhenNoneIsForced) {
-  const auto object = Json::parse(*encodeWorkerRequest(1, {}, std::nullopt));
+  const auto object = parsedJson(*encodeWorkerRequest(1, {}, std::nullopt));
   EXPECT_EQ(object, (Json{{"id", 1}, {"sample_rate", 16000}, {"pcm_s16le_base64", ""}}));
 }
 
 TEST(WorkerRequest, EscapesOrRefusesAnOddLanguage) {
-  EXPECT_EQ(Json::parse(*encodeWorkerRequest(1, {}, "\"},{\n"))["language"], "\"},{\n");
+  EXPECT_EQ(parsedJson(*encodeWorkerRequest(1, {}, "\"},{\n"))["language"], "\"},{\n");
   EXPECT_FALSE(encodeWorkerRequest(1, {}, "\xff").has_value());
-  EXPECT_EQ(Json::parse(*encodeWorkerRequest(1, {}, {}, {"Grey, \"Gray\""}))["vocabulary"],
+  EXPECT_EQ(parsedJson(*encodeWorkerRequest(1, {}, {}, {"Grey, \"Gray\""}))["vocabulary"],
             Json::array({"Grey, \"Gray\""}));
 }
 

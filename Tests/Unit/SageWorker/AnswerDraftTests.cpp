@@ -1,8 +1,7 @@
+#include "Foundation/Json/Json.h"
 #include "Foundation/Text/Text.h"
 #include "Support/Testing.h"
 #include "Workers/SageWorker/AnswerDraft.h"
-
-#include <nlohmann/json.hpp>
 
 using namespace murmel::worker;
 
@@ -17,7 +16,7 @@ ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
     const bool isVisible = (byte > 0x20 && byte < 0x7F) || (byte > 0xA0 && byte != 0xAD);
     text::appendScalar(bytes.emplace_back(), static_cast<char32_t>(isVisible ? byte : following++));
   }
-  nlohmann::json vocabulary{{"<pad>", 0}, {"<unk>", 1}, {"</s>", ending}};
+  Json vocabulary{{"<pad>", 0}, {"<unk>", 1}, {"</s>", ending}};
   for (const auto& byte : bytes) vocabulary.emplace(byte, vocabulary.size());
   std::string merges = "#version: 0.2\n";
   for (const auto& word : words) {
@@ -29,7 +28,7 @@ ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
       token += next;
     }
   }
-  return ByteLevelBPE::create(vocabulary.dump(), merges).value();
+  return ByteLevelBPE::create(jsonText(vocabulary), merges).value();
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "Foundation/Json/Json.h"
 #include "Settings/SettingsKeys.h"
 #include "Settings/SettingsTransfer.h"
 #include "SettingsDesk.h"
@@ -6,8 +7,6 @@
 #include "Support/Testing.h"
 
 #include <cerrno>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel::test {
 
@@ -35,22 +34,22 @@ TEST_F(SettingsRepositoryTest, GivesWhatIsStoredAndElseTheDefaultsThatAnExportNa
     std::string languages;
     for (const auto each : settings.selectedLanguages())
       languages += (languages.empty() ? "" : ",") + std::string(rawValue(each));
-    const nlohmann::json given{{"singleLanguage", rawValue(settings.singleLanguage())},
-                               {"selectedLanguages", languages},
-                               {"languageMode", rawValue(settings.languageMode())},
-                               {"feedbackSound", settings.playFeedbackSound()},
-                               {"showInDock", settings.showInDock()},
-                               {"smartLocalModel", rawValue(settings.smartLocalModel())},
-                               {"smartRefinementRouting", rawValue(settings.smartRefinementRouting())},
-                               {"smartFormatting", settings.smartFormatting()},
-                               {"processWhileRecording", settings.processWhileRecording()},
-                               {"insertWhileRecording", settings.insertWhileRecording()},
-                               {"removeFillerWords", settings.removeFillerWords()},
-                               {"restorePreviousClipboard", settings.restorePreviousClipboard()},
-                               {"historyEnabled", settings.historyEnabled()},
-                               {"historyRetention", rawValue(settings.historyRetention())},
-                               {"overlayAnchor", rawValue(settings.overlayPosition())}};
-    const auto exported = nlohmann::json::parse(exportedSettings(defaults));
+    const Json given{{"singleLanguage", rawValue(settings.singleLanguage())},
+                     {"selectedLanguages", languages},
+                     {"languageMode", rawValue(settings.languageMode())},
+                     {"feedbackSound", settings.playFeedbackSound()},
+                     {"showInDock", settings.showInDock()},
+                     {"smartLocalModel", rawValue(settings.smartLocalModel())},
+                     {"smartRefinementRouting", rawValue(settings.smartRefinementRouting())},
+                     {"smartFormatting", settings.smartFormatting()},
+                     {"processWhileRecording", settings.processWhileRecording()},
+                     {"insertWhileRecording", settings.insertWhileRecording()},
+                     {"removeFillerWords", settings.removeFillerWords()},
+                     {"restorePreviousClipboard", settings.restorePreviousClipboard()},
+                     {"historyEnabled", settings.historyEnabled()},
+                     {"historyRetention", rawValue(settings.historyRetention())},
+                     {"overlayAnchor", rawValue(settings.overlayPosition())}};
+    const auto exported = parsedJson(exportedSettings(defaults));
     for (const auto& [name, value] : given.items()) EXPECT_EQ(exported[name], value) << name;
     return settings.shortcut();
   };

@@ -1,7 +1,6 @@
+#include "Foundation/Json/Json.h"
 #include "Shell/TranscriptForms.h"
 #include "Support/Testing.h"
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -21,12 +20,12 @@ TEST(TranscriptForms, EachIsWhatItsReadersExpect) {
   EXPECT_TRUE(formatted(transcript, TranscriptForm::vtt, false)
                   .starts_with("WEBVTT\n\n1\n00:00:00.250 --> 00:00:02.000\nOne two.\n\n2\n"));
 
-  const auto object = nlohmann::json::parse(formatted(transcript, TranscriptForm::json, false));
+  const auto object = parsedJson(formatted(transcript, TranscriptForm::json, false));
   EXPECT_EQ(object["file"], transcript.name);
   EXPECT_EQ(object["segments"][1]["end"], 3'725.0);
   EXPECT_EQ(object["complete"], true);
   transcript.missing = {{2, 3.5}};
-  EXPECT_EQ(nlohmann::json::parse(formatted(transcript, TranscriptForm::json, false))["complete"], false);
+  EXPECT_EQ(parsedJson(formatted(transcript, TranscriptForm::json, false))["complete"], false);
   EXPECT_EQ(described({{2, 3.5}, {3'600, 3'661.25}}), "0:02.0–0:03.5, 1:00:00.0–1:01:01.3");
   EXPECT_EQ(formatted(Transcript{.name = "silence"}, TranscriptForm::text, true), "");
 }
