@@ -2,12 +2,13 @@
 # headers of the source tree, but links only what it names, and the layering test reads its includes.
 
 # What nearly every file includes, compiled once: one set for the product, one for the tests. Files keep their own
-# includes; the preset `core-only` builds without.
+# includes; the preset `core-only` builds without. Templates that the headers' own functions use are made again in every
+# file that has them, whether it calls them or not: JSON's parser takes nearly a second, so who wants it includes it.
 option(MURMEL_PRECOMPILED_HEADERS "Compile the common headers once" ON)
 set(MURMEL_COMMON_HEADERS
   <algorithm> <array> <atomic> <chrono> <coroutine> <cstddef> <cstdint> <cstring> <expected> <filesystem> <functional>
   <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
-  <fmt/format.h> <nlohmann/json.hpp>)
+  <fmt/format.h>)
 
 # The compiler never writes the same precompiled file twice. Beside it stands what it was made from, for a compiler cache
 # that is told to compare that instead (ccache: pch_external_checksum), so that several checkouts share it.
@@ -58,17 +59,11 @@ set(MURMEL_BATCH 0 CACHE STRING "Compile so many sources of a target as one; tes
 function(murmel_in_batches result size)
   set(sources ${ARGN})
   set(batchable)
+  set(generated)
   foreach(source IN LISTS sources)
     cmake_path(ABSOLUTE_PATH source NORMALIZE OUTPUT_VARIABLE path)
     if(path MATCHES "\\.cpp$" AND EXISTS "${path}")
-      # Qt's generator looks for these sources, and for the headers of the same name.
-      file(STRINGS "${path}" moc REGEX "\\.moc\"" LIMIT_COUNT 1)
-      string(REGEX REPLACE "\\.cpp$" ".h" header "${path}")
-      if(NOT moc AND EXISTS "${header}")
-        file(STRINGS "${header}" moc REGEX "Q_OBJECT" LIMIT_COUNT 1)
-      endif()
-      # Nor are those that are compiled in a way of their own or asked to stay alone, which has to be said before the
-      # module is.
+      # Those that are compiled in a way of their own or asked to stay alone, which has to be said before the module is.
       set(own)
       foreach(property COMPILE_DEFINITIONS COMPILE_OPTIONS MURMEL_ALONE)
         get_source_file_property(value "${source}" ${property})
@@ -76,8 +71,17 @@ function(murmel_in_batches result size)
           list(APPEND own ${property})
         endif()
       endforeach()
-      if(NOT moc AND NOT own)
+      if(NOT own)
         list(APPEND batchable "${source}")
+        # Qt's generator looks for these sources, and for the headers of the same name, in the target itself.
+        file(STRINGS "${path}" moc REGEX "\\.moc\"" LIMIT_COUNT 1)
+        string(REGEX REPLACE "\\.cpp$" ".h" header "${path}")
+        if(NOT moc AND EXISTS "${header}")
+          file(STRINGS "${header}" moc REGEX "Q_OBJECT" LIMIT_COUNT 1)
+        endif()
+        if(moc)
+          list(APPEND generated "${source}")
+        endif()
       endif()
     endif()
   endforeach()
@@ -87,6 +91,8 @@ function(murmel_in_batches result size)
     return()
   endif()
   list(REMOVE_ITEM sources ${batchable})
+  list(APPEND sources ${generated})
+  set_source_files_properties(${generated} PROPERTIES HEADER_FILE_ONLY ON)  # read, not compiled
   math(EXPR batches "(${count} + ${size} - 1) / ${size}")
   math(EXPR length "(${count} + ${batches} - 1) / ${batches}")
   list(GET batchable 0 first)
@@ -165,7 +171,7 @@ function(murmel_test_program target)
     add_library(murmel_test_headers STATIC "${CMAKE_BINARY_DIR}/test_headers.cpp")
     target_link_libraries(murmel_test_headers PRIVATE murmel_options fmt::fmt GTest::gmock)
     target_compile_options(murmel_test_headers PRIVATE ${MURMEL_TEST_FLAGS})
-    target_precompile_headers(murmel_test_headers PRIVATE ${MURMEL_COMMON_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+    target_precompile_headers(murmel_test_headers PRIVATE ${MURMEL_COMMON_HEADERS} <gmock/gmock-more-matchers.h> <gtest/gtest.h>)
     murmel_name_headers(murmel_test_headers "${MURMEL_COMMON_HEADERS} test ${MURMEL_TEST_FLAGS} ${GTest_VERSION}")
   endif()
   target_precompile_headers(${target} REUSE_FROM murmel_test_headers)

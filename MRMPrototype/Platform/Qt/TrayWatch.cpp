@@ -16,8 +16,8 @@ namespace murmel {
 
 namespace {
 
-const auto service = QStringLiteral("org.kde.StatusNotifierWatcher");
-const auto path = QStringLiteral("/StatusNotifierWatcher");
+const auto trayHost = QStringLiteral("org.kde.StatusNotifierWatcher");
+const auto trayHostPath = QStringLiteral("/StatusNotifierWatcher");
 
 /// The tray of X, asked over Qt's own connection.
 class EmbeddingTray {
@@ -72,7 +72,7 @@ class TrayWatch::Watcher final : public QObject, public QAbstractNativeEventFilt
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     const auto* watcher =
-        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        new QDBusServiceWatcher(trayHost, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& owner) {
               if (owner.isEmpty())
@@ -81,7 +81,7 @@ class TrayWatch::Watcher final : public QObject, public QAbstractNativeEventFilt
                 ask();
             });
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-      bus.connect(service, path, service, QString::fromLatin1(signal), this, SLOT(ask()));
+      bus.connect(trayHost, trayHostPath, trayHost, QString::fromLatin1(signal), this, SLOT(ask()));
     ask();
   }
   ~Watcher() override {
@@ -112,8 +112,8 @@ class TrayWatch::Watcher final : public QObject, public QAbstractNativeEventFilt
  private Q_SLOTS:
   void ask() {
     auto question = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << service << QStringLiteral("IsStatusNotifierHostRegistered");
+        trayHost, trayHostPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << trayHost << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
