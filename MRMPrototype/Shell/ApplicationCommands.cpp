@@ -1,5 +1,6 @@
 // What the commands of menus and of other programs do.
 
+#include "Foundation/Async/Timers.h"
 #include "Shell/MRMPrototypeApp.h"
 
 #include <utility>
@@ -51,9 +52,9 @@ void MRMPrototypeApp::connectCommands() {
     reopen();
     return {};
   });
-  const auto show = [&on](IntelCommand command, std::function<void()> run) {
-    on(command, [run = std::move(run)]() -> CommandOutcome {
-      run();
+  const auto show = [this, &on](IntelCommand command, std::function<void()> run) {
+    on(command, [this, run = std::move(run)]() -> CommandOutcome {
+      tasks_.start(afterTheAnswer(run));
       return {};
     });
   };
@@ -104,6 +105,12 @@ void MRMPrototypeApp::connectCommands() {
     act(lifecycle_.quitRequested());
     return {};
   });
+}
+
+Task<void> MRMPrototypeApp::afterTheAnswer(std::function<void()> run) {
+  auto answering = sleepFor(process_.executor, Duration{});
+  co_await answering;
+  run();
 }
 
 void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {

@@ -86,6 +86,8 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] MenuStatus menuStatus();
   /// Pastes words that were dictated before, once another application is in front.
   Task<void> pasteAgain(SpokenText words);
+  /// Building a window may take longer than whoever asked for it waits.
+  Task<void> afterTheAnswer(std::function<void()> run);
   /// Tries everything, then hands over what became of it: no words, no names of files of the user.
   Task<void> diagnose(std::function<void(const std::string&)> ready);
   void connectStorage();
