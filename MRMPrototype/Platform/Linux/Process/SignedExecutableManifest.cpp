@@ -24,7 +24,7 @@ std::optional<std::string> hashOf(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
   crypto::Sha256 hash;
-  std::vector<char> buffer(256 * 1'024);
+  std::vector<char> buffer(std::size_t{256} * 1'024);
   while (stream) {
     stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
     hash.update(bytesOf({buffer.data(), static_cast<std::size_t>(stream.gcount())}));

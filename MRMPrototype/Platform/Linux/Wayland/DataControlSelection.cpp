@@ -173,8 +173,11 @@ void DataControlSelection::capture(std::move_only_function<void(ClipboardCapture
     loop_.pipes().receive(std::move(source), mostBytes / collection->values.size(), deadline, offer_.get(),
                           [collection, index](std::optional<std::string> data) {
                             collection->came[index] = data.has_value();
-                            if (data) collection->values[index].data = *std::move(data);
-                            if (!data) collection->capture.complete = false;
+                            if (data) {
+                              collection->values[index].data = *std::move(data);
+                            } else {
+                              collection->capture.complete = false;
+                            }
                             if (--collection->missing == 0) collection->finish();
                           });
   }

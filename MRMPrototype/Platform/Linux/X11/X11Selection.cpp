@@ -15,7 +15,7 @@ namespace {
 /// hours.
 void forgetSent(X11Connection& connection, xcb_window_t own) {
   constexpr std::size_t head = 24;  // of the request; all of it fills the library's 16 KiB
-  static constexpr std::array<char, 16 * 1'024 - head> nothing{};
+  static constexpr std::array<char, std::size_t{16} * 1'024 - head> nothing{};
   const auto property = connection.atom("MURMEL_NOTHING");
   xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, own, property, XCB_ATOM_STRING, 8,
                       static_cast<std::uint32_t>(nothing.size()), nothing.data());
