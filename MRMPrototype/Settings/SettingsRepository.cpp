@@ -20,6 +20,7 @@ E storedCase(const DefaultsStore& defaults, std::string_view key, E fallback) {
 
 std::vector<std::string> codes(const std::vector<DictationLanguage>& languages) {
   std::vector<std::string> result;
+  result.reserve(languages.size());
   for (const auto language : languages) result.emplace_back(rawValue(language));
   return result;
 }
@@ -103,7 +104,7 @@ void SettingsRepository::read() {
   boolean(P::removeFillerWords, removeFillerWords_, settingsKey::removeFillerWords, false);
   boolean(P::spokenCommands, spokenCommands_, settingsKey::spokenCommands, false);
   boolean(P::processWhileRecording, processWhileRecording_, settingsKey::processWhileRecording, true);
-  constexpr std::int64_t oneDay = 24 * 60;
+  constexpr auto oneDay = std::int64_t{24} * 60;
   constexpr std::int64_t usualMinutes = 10;
   const auto idle = defaults_.get<std::int64_t>(settingsKey::recogniserIdleMinutes).value_or(usualMinutes);
   publish(P::recogniserIdleMinutes, recogniserIdleMinutes_, std::clamp<std::int64_t>(idle, 0, oneDay));

@@ -23,7 +23,7 @@ namespace {
 
 using Kind = SettingRow::Kind;
 
-constexpr std::int64_t mostMinutes = 24 * 60;
+constexpr auto mostMinutes = std::int64_t{24} * 60;
 
 template <class E>
 std::vector<std::string_view> names() {
@@ -169,7 +169,7 @@ std::string settingText(const SettingRow& row, const DefaultsValue& value) {
   }
   if (const auto* bytes = std::get_if<std::vector<std::uint8_t>>(&value);
       bytes && row.kind == Kind::shortcut) {
-    const std::string json(bytes->begin(), bytes->end());
+    std::string json(bytes->begin(), bytes->end());
     const auto shortcut = ShortcutConfiguration::fromJson(json);
     for (const auto choice : allCases<ShortcutChoice>()) {
       if (shortcut && *shortcut == configuration(choice)) return std::string(rawValue(choice));
