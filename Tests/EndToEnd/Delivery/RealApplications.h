@@ -55,7 +55,12 @@ class RealApplicationRun {
   void deliver(int dictations, const std::function<void(DeliveryDesk&)>& copy = {}) {
     DeliveryDesk desk;
     if (copy) copy(desk);
-    const auto copied = copy ? DeliveryDesk::contentsOf("CLIPBOARD") : richClipboard();
+    auto copied = copy ? DeliveryDesk::contentsOf("CLIPBOARD") : richClipboard();
+    // An owner that is busy leaves out a form.
+    for (int look = 0; copy && look < 5; ++look) {
+      const auto before = std::exchange(copied, DeliveryDesk::contentsOf("CLIPBOARD"));
+      if (before == copied) break;
+    }
     const auto inFrontBefore = desk.workspace().frontmostApplication();
     const ApplicationProcess process(application_.command);
     ASSERT_TRUE(desk.waitUntil([&] {
