@@ -24,8 +24,8 @@ constexpr float fullScale = 32'768;
 constexpr double sampleRate = 16'000;
 
 /// Four seconds: of less a half would be a scrap. A half is halved only when it is long.
-constexpr std::size_t shortestToHalve = 4 * 16'000;
-constexpr std::size_t shortestHalfToHalve = 8 * 16'000;
+constexpr std::size_t shortestToHalve = std::size_t{4} * 16'000;
+constexpr std::size_t shortestHalfToHalve = std::size_t{8} * 16'000;
 /// What two halves have more than the whole, at least, when the whole has left out a sentence.
 constexpr double clearlyMore = 1.25;
 
