@@ -267,7 +267,13 @@ std::optional<std::size_t> WhisperEngine::endOf(const Heard& heard, const std::s
   const auto words = static_cast<std::size_t>(whisper_n_vocab(context));
   const float* const logits = whisper_get_logits_from_state(state_.get()) + (text.size() - 1) * words;
   const std::span<const float> times(logits + firstTime, words - static_cast<std::size_t>(firstTime));
-  return static_cast<std::size_t>(std::ranges::max_element(times) - times.begin()) * samplesPerTime;
+  // It likes whole seconds too much for the likeliest to be the best: half of its belief is before this one.
+  const float highest = std::ranges::max(times);
+  std::vector<double> shares;
+  double sum = 0;
+  for (const float time : times) shares.push_back(sum += std::exp(time - highest));
+  return static_cast<std::size_t>(std::ranges::lower_bound(shares, sum / 2) - shares.begin()) *
+         samplesPerTime;
 }
 
 std::optional<std::string> WhisperEngine::spokenLanguage() {
