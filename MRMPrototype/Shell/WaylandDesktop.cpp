@@ -7,6 +7,7 @@
 #include "Platform/Linux/Gnome/GnomeShortcuts.h"
 #include "Platform/Linux/Gnome/GnomeWorkspace.h"
 #include "Platform/Linux/Gnome/ShellExtension.h"
+#include "Platform/Linux/Gnome/ShellLockNotice.h"
 #include "Platform/Linux/KWin/FakeInputKeyboard.h"
 #include "Platform/Linux/KWin/GlobalAccel.h"
 #include "Platform/Linux/KWin/PlasmaWindows.h"
@@ -93,6 +94,7 @@ struct Roads {
   std::unique_ptr<Portal> portal{};
   std::unique_ptr<PortalAccess> portalAccess{};
   std::unique_ptr<PortalPasteboard> byPortal{};
+  std::unique_ptr<ShellLockNotice> shellLock{};
   std::unique_ptr<Workspace> workspace{};
   std::unique_ptr<KeyboardPoster> keyboard{};
   std::unique_ptr<ShortcutSource> shortcuts{};
@@ -119,7 +121,9 @@ class WaylandDesktopConnection final : public DesktopConnection {
         sounds_({parameters.displayName, std::nullopt}),
         roads_(std::move(roads)),
         focusedField_(parameters.process.executor),
-        session_(parameters.process.executor, &screenLockerRuns) {}
+        session_(parameters.process.executor, [this] {
+          return screenLockerRuns() || (roads_.shellLock && roads_.shellLock->isLocking());
+        }) {}
 
   [[nodiscard]] DesktopServices services() override {
     return {
@@ -309,6 +313,8 @@ std::expected<std::unique_ptr<DesktopConnection>, std::string> WaylandDesktop::o
   if (const auto opened = openClipboard(plan, parameters, roads); !opened)
     return std::unexpected(opened.error());
   if (auto keymap = UsersKeymap::open(parameters.process.executor)) roads.keymap = *std::move(keymap);
+  if (isGnome(plan, roads))
+    roads.shellLock = std::make_unique<ShellLockNotice>(*roads.bus, parameters.process.clock);
   roads.workspace = workspaceFor(plan, parameters, roads);
   roads.keyboard = keyboardFor(plan, parameters, roads);
   openShortcuts(plan, parameters, roads);
