@@ -197,8 +197,8 @@ std::expected<std::string, std::string> WhisperEngine::recognisePiece(std::span<
     // It has stopped at the end of a sentence although somebody speaks on.
     const auto rest = inPieces(samples.subspan(quietPlaceNear(samples, *end)), pieces,
                                [&](auto piece) { return recognisePiece(piece, known, shortestHalfToHalve); });
-    if (!rest || rest->empty()) return rest ? text : rest;
-    return text + ' ' + *rest;
+    if (!rest || text.empty()) return rest;
+    return rest->empty() ? text : text + ' ' + *rest;
   }
   if (!mayBeHalved || !omission.isInside(tokens)) return text;
   // It has written once what was said twice; or somebody speaks very slowly, or that is no speech.

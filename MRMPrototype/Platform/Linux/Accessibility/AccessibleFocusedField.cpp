@@ -217,19 +217,18 @@ Task<FocusedFieldKind> AccessibleFocusedField::find(pid_t process, Purpose purpo
   co_return kind;
 }
 
-Task<void> AccessibleFocusedField::answer(RunningApplication application,
-                                          std::shared_ptr<OneShotSender<FocusedFieldKind>> to) {
+Task<void> AccessibleFocusedField::answer(RunningApplication application, int looks,
+                                          std::shared_ptr<Question> question) {
   auto finding = find(application.client.processIdentifier, Purpose::answer);
-  auto kind = co_await finding;
-  for (int look = 1; look < looksAtTheYoung && kind == FocusedFieldKind::notTold && willTell(application);
-       ++look) {
+  question->soFar = co_await finding;
+  for (int look = 1; look < looks && question->soFar == FocusedFieldKind::notTold; ++look) {
     auto pause = sleepFor(executor_, untilNextLook);
     co_await pause;
     std::erase_if(focus_, [](const auto& known) { return !known.second.object; });
     auto again = find(application.client.processIdentifier, Purpose::answer);
-    kind = co_await again;
+    question->soFar = co_await again;
   }
-  executor_.post([to, kind] { to->send(kind); });
+  executor_.post([question] { question->sender.send(question->soFar); });
 }
 
 FieldTellers AccessibleFocusedField::tellers() {
@@ -242,10 +241,11 @@ Task<FocusedFieldKind> AccessibleFocusedField::kind(RunningApplication applicati
   bus_.process();
   forgetOldConnection();
   auto [sender, receiver] = makeOneShot<FocusedFieldKind>();
-  const auto to = std::make_shared<OneShotSender<FocusedFieldKind>>(std::move(sender));
-  scope_.start(answer(application, to));
-  const auto looking = willTell(application) ? looksAtTheYoung * untilNextLook : Duration::zero();
-  const auto limit = executor_.after(patience_ + looking, [to] { to->send(FocusedFieldKind::unanswered); });
+  const auto question = std::make_shared<Question>(Question{std::move(sender)});
+  const int looks = willTell(application) ? looksAtTheYoung : 1;
+  scope_.start(answer(application, looks, question));
+  const auto limit = executor_.after(patience_ + (looks - 1) * untilNextLook,
+                                     [question] { question->sender.send(question->soFar); });
   const auto kind = co_await receiver;
   co_return kind.value_or(FocusedFieldKind::notTold);
 }

@@ -37,10 +37,15 @@ class AccessibleFocusedField final : public FocusedField {
 
   enum class Purpose { preparation, answer };
 
+  struct Question {
+    OneShotSender<FocusedFieldKind> sender;
+    FocusedFieldKind soFar = FocusedFieldKind::unanswered;
+  };
+
   void focusChanged(const AccessibleObject& object, bool isFocused);
   void forgetOldConnection();
   Task<void> look(RunningApplication application);
-  Task<void> answer(RunningApplication application, std::shared_ptr<OneShotSender<FocusedFieldKind>> to);
+  Task<void> answer(RunningApplication application, int looks, std::shared_ptr<Question> question);
   Task<FocusedFieldKind> find(pid_t process, Purpose purpose);
   Task<FocusedFieldKind> findBelow(AccessibleObject root, Purpose purpose);
   /// The parts of the desktop that are the process's.

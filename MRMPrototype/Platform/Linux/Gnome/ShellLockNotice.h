@@ -22,6 +22,8 @@ class ShellLockNotice {
       : clock_(clock), owner_(bus.onOwner(shellExtension.service, [this](bool isThere) {
           gone_ = isThere ? std::nullopt : std::optional(clock_.now());
         })) {}
+  ShellLockNotice(const ShellLockNotice&) = delete;
+  ShellLockNotice& operator=(const ShellLockNotice&) = delete;
 
   [[nodiscard]] bool isLocking() const { return gone_ && clock_.now() - *gone_ < longest; }
 
