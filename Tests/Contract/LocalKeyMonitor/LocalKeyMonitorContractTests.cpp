@@ -247,8 +247,6 @@ TEST(QtLocalKeyMonitor, lets_go_what_is_held_when_another_application_takes_the_
   EXPECT_EQ(heard.events().back().flags & shortcutModifierMask, 0U);
 }
 
-}  // namespace
+const test::Surroundings windows(__FILE__, test::windowApplication);
 
-int main(int argumentCount, char** arguments) {
-  return test::runWindowTests(argumentCount, arguments);
-}
+}  // namespace

@@ -4,8 +4,8 @@
 #include "Platform/Linux/X11/X11ScreenLock.h"
 #include "Platform/Qt/DesktopSessionGuard.h"
 #include "Platform/Qt/QtExecutor.h"
-#include "Support/Testing.h"
 #include "Support/X11/ApplicationProcess.h"
+#include "Support/X11/WindowTests.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -14,7 +14,6 @@
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-#include <QDeadlineTimer>
 #include <QVariantMap>
 
 #include <fcntl.h>
@@ -27,13 +26,12 @@ const auto sessionPath = QStringLiteral("/org/freedesktop/login1/session/one");
 const auto managerPath = QStringLiteral("/org/freedesktop/login1");
 const auto managerName = QStringLiteral("org.freedesktop.login1.Manager");
 
-bool waitUntil(const std::function<bool()>& condition) {
-  for (const QDeadlineTimer limit(10'000); !condition();) {
-    if (limit.hasExpired()) return false;
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-  }
-  return true;
-}
+const Surroundings surroundings(__FILE__, [] {
+  // One bus plays both.
+  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", std::getenv("DBUS_SESSION_BUS_ADDRESS"), 1);
+  static int argumentCount = 0;
+  return std::make_shared<QCoreApplication>(argumentCount, nullptr);
+});
 
 /// Answers what the guard asks of logind, and tells what the test says.
 class PlayedLogind final : public QDBusVirtualObject {
@@ -171,11 +169,3 @@ TEST(SessionGuard, SeesLockersThatTellNobody) {
 }
 
 }  // namespace murmel::test
-
-int main(int argumentCount, char** arguments) {
-  ::testing::InitGoogleTest(&argumentCount, arguments);
-  // One bus plays both.
-  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", std::getenv("DBUS_SESSION_BUS_ADDRESS"), 1);
-  const QCoreApplication application(argumentCount, arguments);
-  return RUN_ALL_TESTS();
-}

@@ -5,7 +5,7 @@
 
 namespace murmel::test {
 
-const std::string spoken = "Grüße aus dem Diktat";
+const std::string sentence = "Grüße aus dem Diktat";
 
 using Lines = std::vector<std::string>;
 
@@ -16,13 +16,13 @@ TEST(Delivery, TargetsThatReadLateGetTheTextAndNeverTheOldClipboard) {
     const auto target = desk.launch(
         "Late", {"--read-after", std::to_string(delay.count()), "--reads", delay > 1s ? "1" : "2"});
     desk.begin();
-    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::insertionSent);
     desk.service->endDictationSession();
     ASSERT_TRUE(desk.waitUntilSettled());
     EXPECT_EQ(desk.settled.front(), PasteSettlement::clipboardRestored);
     ASSERT_TRUE(desk.waitUntil([&] { return !target->told("pasted").empty(); }));
     for (const auto& pasted : target->told("pasted")) EXPECT_NE(pasted, "old clipboard");
-    EXPECT_EQ(target->told("pasted").front(), spoken);
+    EXPECT_EQ(target->told("pasted").front(), sentence);
     EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
     EXPECT_EQ(desk.log.text().find("Diktat"), std::string::npos);
   }
@@ -34,11 +34,11 @@ TEST(Delivery, ATargetThatNeverReadsOrDiesLeavesTheTextOnTheClipboard) {
     DeliveryDesk desk;
     const auto target = desk.launch("Deaf", {option});
     desk.begin();
-    EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::insertionSent);
     EXPECT_EQ(DeliveryDesk::clipboardText(), "(nothing)") << "a clipboard manager has no business with it";
     ASSERT_TRUE(desk.waitUntilSettled());
     EXPECT_EQ(desk.settled.front(), PasteSettlement::neverRead);
-    EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+    EXPECT_EQ(DeliveryDesk::clipboardText(), sentence);
   }
 }
 
@@ -50,10 +50,10 @@ TEST(Delivery, ATargetThatDiesBeforeThePasteIsMissedInTime) {
   desk.service->recordingEnded();
   target->kill();
   ASSERT_TRUE(desk.waitUntil([&] { return desk.isInFront(*bystander); }));
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::copiedFallback);
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::noTarget);
   EXPECT_TRUE(bystander->told("press").empty());
-  EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+  EXPECT_EQ(DeliveryDesk::clipboardText(), sentence);
 }
 
 TEST(Delivery, ATargetOnAnotherWorkspaceIsGoneToAndNotDraggedHere) {
@@ -66,11 +66,11 @@ TEST(Delivery, ATargetOnAnotherWorkspaceIsGoneToAndNotDraggedHere) {
   };
   ASSERT_EQ(std::system("xdotool set_num_desktops 2 set_desktop 1"), 0);
   ASSERT_TRUE(desk.waitUntil([&] { return !desk.isInFront(*target); }));
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::insertionSent);
   EXPECT_EQ(std::system(desktopOf().c_str()), 0);
   EXPECT_EQ(std::system("xprop -root _NET_CURRENT_DESKTOP | grep -q '= 0'"), 0);
   ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(target->told("pasted"), Lines{spoken});
+  EXPECT_EQ(target->told("pasted"), Lines{sentence});
 }
 
 TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
@@ -78,9 +78,9 @@ TEST(Delivery, GoesWhereTheUserHasGoneAndNowhereElse) {
   const auto first = desk.launch("First");
   desk.begin();
   const auto second = desk.launch("Second");
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+  EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::insertionSent);
   ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(second->told("pasted"), Lines{spoken});
+  EXPECT_EQ(second->told("pasted"), Lines{sentence});
   EXPECT_TRUE(first->told("press").empty());
 }
 
@@ -89,10 +89,10 @@ TEST(Delivery, APasswordPromptGetsNothing) {
   const auto prompt = desk.launch("Pinentry", {"--grab"});
   ASSERT_TRUE(desk.waitUntil([&] { return !prompt->told("grabbed").empty(); }));
   desk.begin();
-  EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
+  EXPECT_EQ(desk.deliver(sentence), TextDeliveryResult::copiedFallback);
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::secureInput);
   EXPECT_TRUE(prompt->told("press").empty());
-  EXPECT_EQ(DeliveryDesk::clipboardText(), spoken);
+  EXPECT_EQ(DeliveryDesk::clipboardText(), sentence);
 }
 
 TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
@@ -108,7 +108,7 @@ TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
     auto copied = std::make_unique<ClipboardOwner>("CLIPBOARD", DeliveryDesk::selection());
     desk.usersClipboard = std::move(copied);
     desk.begin();
-    ASSERT_EQ(desk.deliver(spoken), TextDeliveryResult::insertionSent);
+    ASSERT_EQ(desk.deliver(sentence), TextDeliveryResult::insertionSent);
     // On a busy machine the clean-up may have been through by itself.
     desk.loop.await(desk.service->finishPasteCleanup());
     ASSERT_EQ(desk.settled.size(), static_cast<std::size_t>(delivery));
@@ -126,9 +126,9 @@ TEST(Delivery, AnEmptyClipboardIsEmptyAgain) {
   DeliveryDesk desk(std::nullopt);
   const auto target = desk.launch("Editor");
   desk.begin();
-  desk.deliver(spoken);
+  desk.deliver(sentence);
   ASSERT_TRUE(desk.waitUntilSettled());
-  EXPECT_EQ(target->told("pasted"), Lines{spoken});
+  EXPECT_EQ(target->told("pasted"), Lines{sentence});
   EXPECT_EQ(DeliveryDesk::clipboardText(), "(nothing)");
 }
 

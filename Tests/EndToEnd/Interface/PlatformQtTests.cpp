@@ -129,10 +129,11 @@ TEST(PortalAppearance, follows_what_the_desktop_says) {
   EXPECT_TRUE(becomes({std::nullopt, true, true}));
 }
 
-}  // namespace
-
-int main(int argumentCount, char** arguments) {
+// For the other windows' tests, too, which run with these.
+const test::Surroundings surroundings(__FILE__, [] {
   // The session's bus stands for the system's. The address is read with the first connection to any bus.
   qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
-  return test::runWindowTests(argumentCount, arguments);
-}
+  return test::windowApplication();
+});
+
+}  // namespace

@@ -180,10 +180,12 @@ TEST_F(Tray, starts_and_stops_by_a_click_on_the_icon) {
   EXPECT_EQ(calls, std::vector<std::string>{"toggle"});
 }
 
-}  // namespace
+const test::Surroundings surroundings(__FILE__, [] {
+  auto application = test::windowApplication();
+  return std::shared_ptr<void>(nullptr, [application](void*) mutable {
+    application.reset();
+    desktop().reset();
+  });
+});
 
-int main(int argumentCount, char** arguments) {
-  const int status = test::runWindowTests(argumentCount, arguments);
-  desktop().reset();
-  return status;
-}
+}  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/SelectedTests.h"
 #include "Support/Testing.h"
 
 #include <QApplication>
@@ -24,12 +25,12 @@ inline bool waitUntil(const std::function<bool()>& condition) {
   return true;
 }
 
-/// `main` of a test that shows windows: one application for all of them.
-inline int runWindowTests(int argumentCount, char** arguments) {
-  ::testing::InitGoogleTest(&argumentCount, arguments);
-  const QApplication application(argumentCount, arguments);
+/// The one application of all tests of a source that shows windows.
+inline std::shared_ptr<void> windowApplication() {
+  static int argumentCount = 0;
+  auto application = std::make_shared<QApplication>(argumentCount, nullptr);
   QApplication::setQuitOnLastWindowClosed(false);
-  return RUN_ALL_TESTS();
+  return application;
 }
 
 }  // namespace murmel::test
