@@ -98,7 +98,7 @@ TYPED_TEST(AudioInputContract, ARecordingBeginsWithItsFirstFragment) {
   EXPECT_GT((*starting)->channelCount, 0U);
   ASSERT_TRUE(this->rig.hearUntil([&] { return listening.fragments() >= 5; }));
   this->input().stop();
-  EXPECT_THAT(listening.formats(), Each(**starting));
+  for (const auto& format : listening.formats()) EXPECT_EQ(format, **starting);
   EXPECT_EQ(listening.sampleCount() % (*starting)->channelCount, 0U) << "whole frames";
   EXPECT_EQ(listening.changes(), 0);
 }

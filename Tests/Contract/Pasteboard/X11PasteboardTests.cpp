@@ -136,8 +136,7 @@ TEST_F(X11PasteboardTest, ALateReaderOfAnEarlierPasteGetsNothingRatherThanTheOld
 
 TEST_F(X11PasteboardTest, ListsOnlyDataAndTheProtocolItKeeps) {
   await(general.mrmReplace(oneText("words")));
-  EXPECT_EQ(desk.otherReader.types(),
-            (std::vector<std::string>{"TIMESTAMP", "TARGETS", "MULTIPLE", "UTF8_STRING"}));
+  EXPECT_EQ(desk.otherReader.types(), (Strings{"TIMESTAMP", "TARGETS", "MULTIPLE", "UTF8_STRING"}));
   EXPECT_EQ(desk.otherReader.read("TIMESTAMP")->unitBits, 32);
 }
 
@@ -198,7 +197,7 @@ TEST_F(X11PasteboardTest, AKeeperReachesTheNetworkOnlyWhereTheDisplayIs) {
     std::promise<ProcessSandbox::Network> network;
   };
   using Network = ProcessSandbox::Network;
-  const std::pair<std::vector<std::string>, Network> rows[] = {
+  const std::pair<Strings, Network> rows[] = {
       {{"DISPLAY=:0"}, Network::unixOnly},
       {{"DISPLAY=unix:0.1"}, Network::unixOnly},
       {{"DISPLAY=localhost:10.0"}, Network::internet},

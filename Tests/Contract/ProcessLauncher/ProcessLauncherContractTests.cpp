@@ -12,7 +12,7 @@ namespace {
 class RealPrograms {
  public:
   LinuxProcessLauncher launcher;
-  static ProcessRequest echo(std::vector<std::string> arguments = {}) {
+  static ProcessRequest echo(Strings arguments = {}) {
     arguments.insert(arguments.begin(), "echo");
     return {MURMEL_CONTRACT_CHILD, std::move(arguments), {}};
   }
@@ -34,9 +34,7 @@ class FakePrograms {
     });
   }
   FakeProcessLauncher launcher;
-  static ProcessRequest echo(std::vector<std::string> arguments = {}) {
-    return {"/echo", std::move(arguments), {}};
-  }
+  static ProcessRequest echo(Strings arguments = {}) { return {"/echo", std::move(arguments), {}}; }
   static ProcessRequest stubborn() { return {"/stubborn", {}, {}}; }
   static ProcessRequest missing() { return {"/nonexistent/program", {}, {}}; }
 };

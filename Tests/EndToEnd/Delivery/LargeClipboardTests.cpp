@@ -23,7 +23,7 @@ TEST(DeliveryBesideABusyOwner, WhatItDeliversLateComesBack) {
   ASSERT_TRUE(desk.waitUntilSettled());
   EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
   EXPECT_EQ(DeliveryDesk::clipboardText(), "copied before");
-  EXPECT_EQ(target->told("pasted"), std::vector<std::string>{"dictated"});
+  EXPECT_EQ(target->told("pasted"), Strings{"dictated"});
 }
 
 TEST(DeliveryOfALargeClipboard, APictureOfALargeScreenComesBackAndDelaysNoPaste) {
@@ -35,8 +35,7 @@ TEST(DeliveryOfALargeClipboard, APictureOfALargeScreenComesBackAndDelaysNoPaste)
   std::optional<ApplicationProcess> owner;
   const auto copyPicture = [&] {
     owner.reset();
-    owner.emplace(
-        std::vector<std::string>{"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"});
+    owner.emplace(Strings{"/usr/bin/python3", sourceFolder() + "/Tests/EndToEnd/Delivery/picture.py"});
     ASSERT_TRUE(desk.waitUntil([&] { return !owner->told("owned").empty(); }));
   };
   std::size_t deliveries = 0;

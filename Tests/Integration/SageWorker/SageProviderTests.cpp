@@ -100,9 +100,8 @@ TEST_F(SageProvider, TakesPunctuationAndCapitalsOnly) {
   EXPECT_EQ(refineWhenLoaded("привет мир"), "Привет, Мир!");
   EXPECT_EQ(asked["text"], "привет мир");
   EXPECT_GT(asked["limit_ms"], 20'000);
-  EXPECT_EQ(
-      launcher.requests().front().arguments,
-      (std::vector<std::string>{"--model-dir", folder.path(), "--runtime", folder.path() / "runtime.so"}));
+  EXPECT_EQ(launcher.requests().front().arguments,
+            (Strings{"--model-dir", folder.path(), "--runtime", folder.path() / "runtime.so"}));
   EXPECT_EQ(refine("совсем другие слова"), "RAW") << "nothing of it can be matched";
   EXPECT_EQ(starts, 1);
 }

@@ -12,9 +12,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using ::testing::AnyOf;
-using ::testing::Eq;
-
 namespace {
 
 constexpr int moreStepsThanAnyOperationHas = 400;
@@ -93,14 +90,14 @@ class KilledWriterTest : public ::testing::Test {
   }
   void expectTidy() {
     for (const auto& name : namesIn(data))
-      EXPECT_THAT(name, AnyOf("test.sealed", "test.sealed.lock", "legacy.txt"));
+      EXPECT_TRUE(contains(Strings{"test.sealed", "test.sealed.lock", "legacy.txt"}, {name}));
     const auto keys = FolderKeyStore(keyFolder).identifiers();
     if (std::filesystem::exists(path)) {
       const auto envelope = SecureLocalEnvelope::decode(bytesOf(contentsOf(path)));
       ASSERT_TRUE(envelope);
-      EXPECT_THAT(keys, ElementsAre(envelope->keyID));
+      EXPECT_EQ(keys, std::set<std::string>{envelope->keyID});
     } else {
-      EXPECT_THAT(keys, IsEmpty());
+      EXPECT_EQ(keys, std::set<std::string>{});
     }
   }
 };
@@ -119,7 +116,7 @@ TEST_F(KilledWriterTest, AnUpdateLeavesTheOldOrTheNewFileWithItsKeyAlone) {
                          },
                          [&] {
                            const auto kept = read();
-                           EXPECT_THAT(kept, AnyOf(Eq("the old words"), Eq("the new words")));
+                           EXPECT_TRUE(contains(Strings{"the old words", "the new words"}, {kept}));
                            ++(kept == "the old words" ? old : fresh);
                            expectTidy();
                            write("and life goes on");
@@ -138,7 +135,7 @@ TEST_F(KilledWriterTest, TheFirstWriteLeavesNothingOrTheFile) {
        },
        [&] {
          if (!std::filesystem::exists(data)) return;
-         EXPECT_THAT(read(), AnyOf(Eq("(nothing)"), Eq("the first words")));
+         EXPECT_TRUE(contains(Strings{"(nothing)", "the first words"}, {read()}));
          expectTidy();
        });
 }
@@ -167,7 +164,7 @@ TEST_F(KilledWriterTest, AWriteThatTidiesUpAfterAnotherCrashCanCrashToo) {
         if (!file(victim.files, victim.keys).write(bytesOf("the new words"))) ::_exit(1);
       },
       [&] {
-        EXPECT_THAT(read(), AnyOf(Eq("the old words"), Eq("the new words")));
+        EXPECT_TRUE(contains(Strings{"the old words", "the new words"}, {read()}));
         expectTidy();
       });
 }
@@ -178,7 +175,7 @@ TEST_F(KilledWriterTest, ADeletionIsEitherNotBegunOrFinishedByTheNextStart) {
          if (!file(victim.files, victim.keys).deleteCryptographically()) ::_exit(1);
        },
        [&] {
-         EXPECT_THAT(read(), AnyOf(Eq("private words"), Eq("(nothing)")));
+         EXPECT_TRUE(contains(Strings{"private words", "(nothing)"}, {read()}));
          expectTidy();
        });
 }
@@ -242,14 +239,14 @@ TEST_F(KilledWriterTest, ASettingIsChangedOrNotAndTheOthersStay) {
       [&](Victim& victim) { JsonDefaultsStore(victim.files, defaults).set("changing", std::int64_t{2}); },
       [&] {
         JsonDefaultsStore store(files, defaults);
-        EXPECT_THAT(store.messages(), IsEmpty());
+        EXPECT_EQ(store.messages(), Strings{});
         EXPECT_EQ(store.get<std::string>("kept"), "as it was");
         const auto value = store.get<std::int64_t>("changing");
         EXPECT_TRUE(value == 1 || value == 2);
         changed += value == 2 ? 1 : 0;
         store.set("changing", std::int64_t{3});
-        EXPECT_THAT(namesIn(defaults.parent_path()),
-                    ::testing::IsSupersetOf({"defaults.json", "defaults.json.lock"}));
+        const auto names = namesIn(defaults.parent_path());
+        EXPECT_TRUE(contains({names.begin(), names.end()}, {"defaults.json", "defaults.json.lock"}));
       });
   EXPECT_GT(changed, 0);
   EXPECT_LT(changed, steps);

@@ -4,8 +4,6 @@
 
 #include <plist/plist.h>
 
-using ::testing::Pair;
-
 namespace {
 
 const std::string xmlList = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -43,17 +41,16 @@ TEST(PropertyList, ReadsBothFormsAndLeavesOutWhatIsNoPreference) {
   for (const auto& bytes : {bytesOf(xmlList), binaryOf(xmlList)}) {
     const auto members = reader.read(bytes);
     ASSERT_TRUE(members);
-    EXPECT_THAT(
-        *members,
-        ElementsAre(
-            Pair("settings.count", DefaultsValue(std::int64_t{42})),
-            Pair("settings.feedbackSound", DefaultsValue(false)),
-            Pair("settings.historyEnabled", DefaultsValue(true)),
-            Pair("settings.language", DefaultsValue(std::string("Grüße & mehr"))),
-            Pair("settings.negative", DefaultsValue(std::int64_t{-7})),
-            Pair("settings.scale", DefaultsValue(1.5)),
-            Pair("settings.selectedLanguages", DefaultsValue(std::vector<std::string>{"de", "en"})),
-            Pair("settings.shortcutConfiguration", DefaultsValue(bytesOf(R"({"kind":"disabled"})")))));
+    const std::map<std::string, DefaultsValue> expected{
+        {"settings.count", std::int64_t{42}},
+        {"settings.feedbackSound", false},
+        {"settings.historyEnabled", true},
+        {"settings.language", std::string("Grüße & mehr")},
+        {"settings.negative", std::int64_t{-7}},
+        {"settings.scale", 1.5},
+        {"settings.selectedLanguages", Strings{"de", "en"}},
+        {"settings.shortcutConfiguration", bytesOf(R"({"kind":"disabled"})")}};
+    EXPECT_EQ(*members, expected);
   }
 }
 

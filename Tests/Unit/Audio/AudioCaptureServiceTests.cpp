@@ -16,7 +16,7 @@ constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 
 class AudioCaptureServiceTest : public ::testing::Test {
  protected:
-  ~AudioCaptureServiceTest() override { EXPECT_THAT(input.violations(), IsEmpty()); }
+  ~AudioCaptureServiceTest() override { EXPECT_EQ(input.violations(), Strings{}); }
 
   /// Brings a recording up whose first fragment is `first`.
   void record(std::vector<float> first = {0, 0}) {
@@ -47,7 +47,7 @@ TEST_F(AudioCaptureServiceTest, HasBegunWithTheFirstFragmentAndKeepsIt) {
   EXPECT_TRUE(service.recording());
   const auto audio = service.stop();
   ASSERT_TRUE(audio);
-  EXPECT_THAT(audio->monoSamples, ElementsAre(0.375F));
+  EXPECT_EQ(audio->monoSamples, PrivateVector<float>{0.375F});
   EXPECT_EQ(audio->sampleRate, 48'000);
   EXPECT_FALSE(service.recording());
   EXPECT_FALSE(service.stop());
@@ -102,18 +102,18 @@ TEST_F(AudioCaptureServiceTest, KeepsFragmentsLongerThanTheScratchBufferWhole) {
 
 TEST_F(AudioCaptureServiceTest, HandsOverWhatIsNewAndEverythingUpToTheStop) {
   record({0.125F, 0.125F});
-  EXPECT_THAT(service.takePendingAudio()->monoSamples, ElementsAre(0.125F));
+  EXPECT_EQ(service.takePendingAudio()->monoSamples, PrivateVector<float>{0.125F});
   EXPECT_FALSE(service.takePendingAudio()) << "nothing new";
   input.deliver(std::vector<float>{0.25F, 0.25F});
   input.hearBeforeStop({0.5F, 0.5F});
-  EXPECT_THAT(service.stop()->monoSamples, ElementsAre(0.25F, 0.5F));
+  EXPECT_EQ(service.stop()->monoSamples, (PrivateVector<float>{0.25F, 0.5F}));
   EXPECT_FALSE(service.takePendingAudio());
 
   record({1, 1});
   service.takePendingAudio();
   const auto nothingNew = service.stop();
   ASSERT_TRUE(nothingNew) << "a recording that ends with nothing new still hands over";
-  EXPECT_THAT(nothingNew->monoSamples, IsEmpty());
+  EXPECT_EQ(nothingNew->monoSamples, PrivateVector<float>{});
   EXPECT_EQ(nothingNew->sampleRate, 48'000);
 }
 
@@ -124,7 +124,7 @@ TEST_F(AudioCaptureServiceTest, ADiscardedRecordingLeavesNothingForTheNext) {
   EXPECT_FALSE(input.isRecording());
   EXPECT_FALSE(service.takePendingAudio());
   record({0.25F, 0.25F});
-  EXPECT_THAT(service.stop()->monoSamples, ElementsAre(0.25F));
+  EXPECT_EQ(service.stop()->monoSamples, PrivateVector<float>{0.25F});
 }
 
 TEST_F(AudioCaptureServiceTest, ASecondStartChangesNothing) {
@@ -188,7 +188,7 @@ TEST_F(AudioCaptureServiceTest, ACancelledStartRecordsNothing) {
   cancelBefore([] {});
   cancelBefore([this] { input.deliver(std::vector<float>{1, 1}); });  // its answer is on the way
   record({0.5F, 0.5F});
-  EXPECT_THAT(service.stop()->monoSamples, ElementsAre(0.5F));
+  EXPECT_EQ(service.stop()->monoSamples, PrivateVector<float>{0.5F});
 }
 
 TEST_F(AudioCaptureServiceTest, AStopDuringAStartMakesItFail) {
@@ -284,7 +284,7 @@ TEST_F(AudioCaptureServiceTest, AFragmentAtAnotherRateIsReportedAndNotMixedIn) {
   executor.runUntilIdle();
   EXPECT_EQ(told, 1);
   const auto audio = service.stop();
-  EXPECT_THAT(audio->monoSamples, ElementsAre(0.5F));
+  EXPECT_EQ(audio->monoSamples, PrivateVector<float>{0.5F});
   EXPECT_EQ(audio->sampleRate, 48'000);
 }
 

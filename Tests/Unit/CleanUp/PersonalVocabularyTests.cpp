@@ -33,8 +33,7 @@ class Generator {
 
   /// Up to `longest` pieces that meet in every way that matters to boundaries and case.
   std::string text(std::size_t longest) {
-    static const std::vector<std::string> units{"a", "b", "A", "ab", "я", "Я", "ё", "1",
-                                                "_", "+", "-", ".",  "$", " ", " "};
+    static const Strings units{"a", "b", "A", "ab", "я", "Я", "ё", "1", "_", "+", "-", ".", "$", " ", " "};
     std::string result;
     for (auto left = below(longest + 1); left > 0; --left) result += units[below(units.size())];
     return result;
@@ -140,7 +139,7 @@ TEST(PersonalVocabulary, FollowsAChangedVocabulary) {
 TEST(VocabularyHints, AreTheFirstShortNames) {
   EXPECT_EQ(vocabularyHints(
                 "cubernetes = Kubernetes\r\nno line\nbtw = by the way\nk8s=Kubernetes \nx = \xff\nё = Ёлкин"),
-            (std::vector<std::string>{"Kubernetes", "Ёлкин"}));
+            (Strings{"Kubernetes", "Ёлкин"}));
   std::string many = "x = " + std::string(100, 'N') + "\n";
   for (int i = 0; i < 50; ++i) many += "a = Name" + std::to_string(i) + "\n";
   EXPECT_EQ(vocabularyHints(many).size(), 10U);

@@ -19,7 +19,7 @@ TEST_F(DictationCoordinatorTest, AHeldShortcutDictates) {
   speak(480);
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Listening… release shortcut");
-  EXPECT_THAT(sounds.played(), ElementsAre(SystemSound::tink));
+  EXPECT_EQ(sounds.played(), std::vector{SystemSound::tink});
   EXPECT_TRUE(downloads.runtimeActive);
   EXPECT_TRUE(insertion.sessionOpen);
 
@@ -35,10 +35,10 @@ TEST_F(DictationCoordinatorTest, AHeldShortcutDictates) {
   insertion.insertion.holdBack();
   coordinator->shortcutReleased();
   EXPECT_EQ(title(), "Transcribing locally…");
-  EXPECT_THAT(sounds.played(), ElementsAre(SystemSound::tink, SystemSound::pop));
+  EXPECT_EQ(sounds.played(), (std::vector{SystemSound::tink, SystemSound::pop}));
   EXPECT_FALSE(audio.recording());
   EXPECT_EQ(insertion.recordingsEnded, 1);
-  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
   EXPECT_TRUE(coordinator->hasLastTranscript()) << "kept before it is delivered";
   insertion.insertion.resume(TextDeliveryResult::insertionSent);
 
@@ -85,13 +85,13 @@ TEST_F(DictationCoordinatorTest, HowAPasteTurnedOutIsShownWhenItIsKnown) {
   executor.advance(6s);
   EXPECT_EQ(title(), "Ready");
 
-  std::vector<std::string> notices;
+  Strings notices;
   const auto told = coordinator->onNotice().subscribe([&](auto& notice) { notices.push_back(notice); });
   startByToggle();
   insertion.settled.emit(PasteSettlement::neverRead);
   EXPECT_EQ(state(), Case::listening) << "a recording goes on";
-  EXPECT_THAT(notices, ElementsAre("The application did not take the last dictation. "
-                                   "It is on the clipboard — press ⌘V."));
+  EXPECT_EQ(notices, Strings{"The application did not take the last dictation. "
+                             "It is on the clipboard — press ⌘V."});
   coordinator->toggle();
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Inserted") << "it has been told";
@@ -120,9 +120,9 @@ TEST_F(DictationCoordinatorTest, TheTargetLengthFollowsTheSettings) {
     coordinator->toggle();
     executor.runUntilIdle();
   }
-  EXPECT_THAT(log.lines.back(), HasSubstr("dictation-summary: dictation_stop duration_seconds="));
-  EXPECT_THAT(log.lines,
-              Contains("incremental-stages: session_started target_seconds=inf live_callback=false"));
+  EXPECT_TRUE(contains(log.lines.back(), "dictation-summary: dictation_stop duration_seconds="));
+  EXPECT_TRUE(
+      contains(log.lines, {"incremental-stages: session_started target_seconds=inf live_callback=false"}));
 }
 
 TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
@@ -168,7 +168,7 @@ TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
     EXPECT_EQ(missingCalls, row.missingCalls);
     house.executor.advance(4s);
     EXPECT_EQ(house.title(), row.rest);
-    EXPECT_THAT(house.sounds.played(), IsEmpty());
+    EXPECT_EQ(house.sounds.played(), std::vector<SystemSound>{});
   }
 }
 
@@ -189,7 +189,7 @@ TEST_F(DictationCoordinatorTest, ASupersededDictationOnlyCleansUpWhereverItWaite
     EXPECT_TRUE(downloads.runtimeActive);
     EXPECT_EQ(updates.active.size(), 1U);
     EXPECT_EQ(insertion.delivered.size(), deliveredByThen);
-    EXPECT_THAT(history.entries, IsEmpty());
+    EXPECT_EQ(history.entries.size(), 0U);
     settings.history = false;
     coordinator->toggle();
     executor.runUntilIdle();
@@ -215,7 +215,7 @@ TEST_F(DictationCoordinatorTest, SilenceComesBackToRestWithoutAMessage) {
   fail(MRMError::Case::noSpeech);
   dictateByToggle();
   EXPECT_EQ(title(), "Ready");
-  EXPECT_THAT(insertion.delivered, IsEmpty());
+  EXPECT_EQ(insertion.delivered, Strings{});
   EXPECT_FALSE(coordinator->hasLastTranscript());
   EXPECT_FALSE(coordinator->canRetry()) << "there is nothing in it";
 }
@@ -229,7 +229,7 @@ TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptur
   EXPECT_EQ(title(),
             "Part of the recording was not recognized. "
             "Audio configuration changed. Recording stopped; captured audio processed.");
-  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
   EXPECT_TRUE(coordinator->canRetry());
   models.inventoryChange.emit();
   executor.advance(5999ms);
@@ -242,7 +242,7 @@ TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptur
   input.changeConfiguration();
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; no speech was recognized.");
-  EXPECT_THAT(log.lines.back(), ::testing::EndsWith(" device_changed=true"));
+  EXPECT_TRUE(log.lines.back().ends_with(" device_changed=true")) << log.lines.back();
 }
 
 TEST_F(DictationCoordinatorTest, AFailedRefinementDeliversTheWordsAndSaysWhy) {
@@ -252,7 +252,7 @@ TEST_F(DictationCoordinatorTest, AFailedRefinementDeliversTheWordsAndSaysWhy) {
   result.refinementFailure = MRMError(MRMError::Case::smartModelMissing);
   sessions.finishing.answerWith(result);
   dictateByToggle();
-  EXPECT_THAT(insertion.delivered, ElementsAre("[raw words]"));
+  EXPECT_EQ(insertion.delivered, Strings{"[raw words]"});
   EXPECT_EQ(title(), "Smart Local model or runtime is not installed");
   EXPECT_EQ(state(), Case::warning);
 }
@@ -270,12 +270,12 @@ TEST_F(DictationCoordinatorTest, LivePhrasesAreInsertedOnceAndTheStopInsertsNoth
   recognise("one two");
   coordinator->toggle();
   executor.runUntilIdle();
-  EXPECT_THAT(insertion.phrases, ElementsAre("[one]", " [two]"));
-  EXPECT_THAT(insertion.delivered, IsEmpty());
-  EXPECT_THAT(insertion.copied, IsEmpty());
+  EXPECT_EQ(insertion.phrases, (Strings{"[one]", " [two]"}));
+  EXPECT_EQ(insertion.delivered, Strings{});
+  EXPECT_EQ(insertion.copied, Strings{});
   EXPECT_EQ(title(), "Inserted · transcript kept");
   coordinator->copyLastTranscript();
-  EXPECT_THAT(insertion.copied, ElementsAre("[one] [two]")) << "the clean-up is not applied a second time";
+  EXPECT_EQ(insertion.copied, Strings{"[one] [two]"}) << "the clean-up is not applied a second time";
 }
 
 TEST_F(DictationCoordinatorTest, ABlockedLiveInsertionCopiesTheRestAndSaysWhy) {
@@ -292,21 +292,21 @@ TEST_F(DictationCoordinatorTest, ABlockedLiveInsertionCopiesTheRestAndSaysWhy) {
   recognise("one two three");
   coordinator->toggle();
   executor.runUntilIdle();
-  EXPECT_THAT(insertion.phrases, ElementsAre("[one]", " [two]"));
-  EXPECT_THAT(insertion.copied, ElementsAre("[two] [three]"));
+  EXPECT_EQ(insertion.phrases, (Strings{"[one]", " [two]"}));
+  EXPECT_EQ(insertion.copied, Strings{"[two] [three]"});
   EXPECT_EQ(title(), "Insertion stopped: you switched applications. Remaining text copied — press ⌘V.");
   ASSERT_EQ(history.entries.size(), 1U);
   EXPECT_EQ(history.entries[0].text.reveal(), "[one] [two] [three]");
-  EXPECT_THAT(log.lines.back(), HasSubstr(" live_blocked=app_changed"));
+  EXPECT_TRUE(contains(log.lines.back(), " live_blocked=app_changed"));
 }
 
 TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
   begin();
   insertion.block = LiveInsertionBlock::appChanged;
   dictateByToggle();
-  EXPECT_THAT(history.entries, IsEmpty());
-  EXPECT_THAT(log.lines.back(), Not(HasSubstr("app_changed"))) << "it was no live one";
-  EXPECT_THAT(log.lines, Not(Contains(HasSubstr("hello"))));
+  EXPECT_EQ(history.entries.size(), 0U);
+  EXPECT_FALSE(contains(log.lines.back(), "app_changed")) << "it was no live one";
+  EXPECT_FALSE(contains(log.text(), "hello"));
 
   settings.history = true;
   settings.retention = HistoryRetention::oneWeek;
@@ -329,7 +329,7 @@ TEST_F(DictationCoordinatorTest, TheLastDictationCanBeCopiedForTwoMinutesOrUntil
   dictateByToggle();
   executor.advance(119s);
   coordinator->copyLastTranscript();
-  EXPECT_THAT(insertion.copied, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.copied, Strings{"[hello world]"});
   executor.advance(999ms);
   EXPECT_TRUE(coordinator->hasLastTranscript());
   executor.advance(1ms);

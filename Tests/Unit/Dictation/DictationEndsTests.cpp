@@ -72,7 +72,7 @@ TEST_F(DictationEnds, APressWhileTranscribingIsHeard) {
   executor.advance(2s);
   EXPECT_EQ(overlay.hint, "");
   coordinator->copyLastTranscript();
-  EXPECT_THAT(insertion.copied, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.copied, Strings{"[hello world]"});
   EXPECT_EQ(state(), Case::transcribing);
   EXPECT_FALSE(coordinator->cancel()) << "its words are on their way";
   insertion.insertion.resume(TextDeliveryResult::insertionSent);
@@ -90,7 +90,7 @@ TEST_F(DictationEnds, WhatIsCancelledIsNotDeliveredAndCanBeTriedAgainForTenMinut
   EXPECT_TRUE(everythingIsBack());
   executor.advance(1500ms);
   EXPECT_EQ(title(), "Ready");
-  EXPECT_THAT(insertion.delivered, IsEmpty());
+  EXPECT_EQ(insertion.delivered, Strings{});
 
   sessions.samples = 0;
   transcribe();
@@ -109,7 +109,7 @@ TEST_F(DictationEnds, WhatIsCancelledIsNotDeliveredAndCanBeTriedAgainForTenMinut
   recognise("hello world");
   ASSERT_TRUE(coordinator->retry()) << "what fails again is kept again";
   executor.runUntilIdle();
-  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
   EXPECT_FALSE(coordinator->canRetry());
 
   startByToggle();
@@ -163,7 +163,7 @@ TEST_F(DictationEnds, AForgottenRecordingIsDelivered) {
   EXPECT_EQ(state(), Case::listening) << "somebody has spoken in between";
   hear(silence, 100);
   EXPECT_LE(seconds, 130);
-  EXPECT_THAT(insertion.delivered, ElementsAre("[hello world]"));
+  EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
   settings.forgottenMinutes = 0;
   startByToggle();
   hear(silence, 100);
@@ -181,7 +181,7 @@ TEST_F(DictationEnds, ASupersededLiveDictationInsertsNothingMore) {
   coordinator->stopAndTranscribe();  // nothing to stop: an error, from which a new dictation can start
   startByToggle();
   insertion.cleanup.resume(std::nullopt);
-  EXPECT_THAT(insertion.phrases, IsEmpty());
+  EXPECT_EQ(insertion.phrases, Strings{});
   ASSERT_TRUE(coordinator->cancel());
 }
 
@@ -207,7 +207,7 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
         result.text = SpokenText("hello world");
         sessions.finishing.resume(result);
         sessions.finishing.answerWith(result);
-        EXPECT_THAT(std::exchange(insertion.copied, {}), ElementsAre("[hello world]"));
+        EXPECT_EQ(std::exchange(insertion.copied, {}), Strings{"[hello world]"});
         startByToggle();
         lock();
       },
@@ -224,18 +224,18 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
     lockInTheMiddle();
     executor.runUntilIdle();
     EXPECT_FALSE(audio.recording());
-    EXPECT_THAT(insertion.copied, IsEmpty());
+    EXPECT_EQ(insertion.copied, Strings{});
     const int made = sessions.made;
     coordinator->toggle();
     executor.runUntilIdle();
     EXPECT_EQ(title(), "The screen is locked.");
     EXPECT_EQ(sessions.made, made);
     session.become(std::nullopt);
-    EXPECT_THAT(std::exchange(insertion.copied, {}), ElementsAre("[hello world]"));
+    EXPECT_EQ(std::exchange(insertion.copied, {}), Strings{"[hello world]"});
     EXPECT_EQ(title(), "The screen was locked while you dictated. Copied — press ⌘V.");
     EXPECT_TRUE(everythingIsBack());
   }
-  EXPECT_THAT(insertion.delivered, IsEmpty());
+  EXPECT_EQ(insertion.delivered, Strings{});
   // While the microphone opens.
   for (const bool isTold : {true, false}) {
     coordinator->toggle();
@@ -251,9 +251,9 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
   startByToggle();
   session.becomeSilently(SessionObstacle::locked);
   scope.start(sessions.last->configuration.onPhrase(SpokenText("one")));
-  EXPECT_THAT(insertion.phrases, IsEmpty());
+  EXPECT_EQ(insertion.phrases, Strings{});
   drain();
-  EXPECT_THAT(insertion.copied, ElementsAre("[one]")) << "nobody will be there for the unlock";
+  EXPECT_EQ(insertion.copied, Strings{"[one]"}) << "nobody will be there for the unlock";
 }
 
 TEST_F(DictationEnds, ADrainWaitsForTheWordsAndAdmitsNoOthers) {
@@ -285,7 +285,7 @@ TEST_F(DictationEnds, AHurriedDrainLeavesWhatIsRecognisedOnTheClipboard) {
     std::string soFar;
     bool recognised;
     DrainOutcome outcome;
-    std::vector<std::string> copied;
+    Strings copied;
   };
   for (const auto& row :
        {Row{"", false, DrainOutcome::lost, {}}, Row{"hello", false, DrainOutcome::copiedPart, {"[hello]"}},

@@ -23,10 +23,8 @@ TEST(RegularExpression, ReplacesLiterallyOrWithGroups) {
 }
 
 TEST(RegularExpression, FindsMatchesInOrder) {
-  EXPECT_EQ(pattern(R"(\d+(?:[.,]\d+)*)").matches("1,5 a 20.000,75. ٣"),
-            (std::vector<std::string>{"1,5", "20.000,75", "٣"}));
-  EXPECT_EQ(pattern("(?s)<a>.*?</a>").matches("<a>1\n</a><a>2</a>"),
-            (std::vector<std::string>{"<a>1\n</a>", "<a>2</a>"}));
+  EXPECT_EQ(pattern(R"(\d+(?:[.,]\d+)*)").matches("1,5 a 20.000,75. ٣"), (Strings{"1,5", "20.000,75", "٣"}));
+  EXPECT_EQ(pattern("(?s)<a>.*?</a>").matches("<a>1\n</a><a>2</a>"), (Strings{"<a>1\n</a>", "<a>2</a>"}));
 }
 
 TEST(RegularExpression, RefusesWhatIsNoPattern) {

@@ -26,16 +26,15 @@ char32_t parseScalar(std::string_view digits) {
   return static_cast<char32_t>(std::stoul(std::string(digits), nullptr, 16));
 }
 
-std::vector<std::string> fields(const std::string& line, char separator) {
-  std::vector<std::string> result;
+Strings fields(const std::string& line, char separator) {
+  Strings result;
   std::istringstream stream(line);
   for (std::string field; std::getline(stream, field, separator);) result.emplace_back(text::trimmed(field));
   return result;
 }
 
 /// Calls `visit` with the fields of every data line of a file of the database.
-void forEachLine(const std::string& name, char separator,
-                 const std::function<void(const std::vector<std::string>&)>& visit) {
+void forEachLine(const std::string& name, char separator, const std::function<void(const Strings&)>& visit) {
   std::ifstream file("/usr/share/unicode/" + name);
   ASSERT_TRUE(file) << "the package unicode-data is not installed";
   for (std::string line; std::getline(file, line);) {
@@ -47,7 +46,7 @@ void forEachLine(const std::string& name, char separator,
 /// The value of a property for every scalar that a file lists, in ranges "0041..005A ; Value".
 std::map<char32_t, std::string> readProperty(const std::string& name, const std::string& only = {}) {
   std::map<char32_t, std::string> values;
-  forEachLine(name, ';', [&](const std::vector<std::string>& line) {
+  forEachLine(name, ';', [&](const Strings& line) {
     if (!only.empty() && line[1] != only) return;
     const auto dots = line[0].find("..");
     const auto first = parseScalar(line[0].substr(0, dots));
@@ -71,8 +70,8 @@ std::vector<char32_t> parseScalars(const std::string& list) {
 
 TEST(UnicodeData, CharactersPassTheGraphemeBreakTest) {
   int cases = 0;
-  forEachLine("auxiliary/GraphemeBreakTest.txt", '\n', [&](const std::vector<std::string>& line) {
-    std::vector<std::string> expected(1);
+  forEachLine("auxiliary/GraphemeBreakTest.txt", '\n', [&](const Strings& line) {
+    Strings expected(1);
     std::istringstream marks(line[0]);
     std::string whole;
     for (std::string mark; marks >> mark;) {
@@ -85,7 +84,7 @@ TEST(UnicodeData, CharactersPassTheGraphemeBreakTest) {
     }
     if (expected.back().empty()) expected.pop_back();
     const auto actual = text::characters(whole);
-    EXPECT_EQ(std::vector<std::string>(actual.begin(), actual.end()), expected) << line[0];
+    EXPECT_EQ(Strings(actual.begin(), actual.end()), expected) << line[0];
     EXPECT_EQ(text::characterCount(whole), expected.size());
     ++cases;
   });
@@ -131,7 +130,7 @@ TEST(UnicodeData, WhiteSpacePunctuationLettersAndWordScalars) {
 
 TEST(UnicodeData, FullCaseFolding) {
   int cases = 0;
-  forEachLine("CaseFolding.txt", ';', [&](const std::vector<std::string>& line) {
+  forEachLine("CaseFolding.txt", ';', [&](const Strings& line) {
     if (line[1] != "C" && line[1] != "F") return;
     const auto from = utf8({parseScalar(line[0])});
     EXPECT_EQ(text::caseFolded(from), text::normalized(utf8(parseScalars(line[2])))) << line[0];
@@ -142,7 +141,7 @@ TEST(UnicodeData, FullCaseFolding) {
 
 TEST(UnicodeData, ComposedAndDecomposedFormsAreEqualAndFoldAlike) {
   int cases = 0;
-  forEachLine("UnicodeData.txt", ';', [&](const std::vector<std::string>& line) {
+  forEachLine("UnicodeData.txt", ';', [&](const Strings& line) {
     if (line[5].empty() || line[5].front() == '<') return;
     const auto composed = utf8({parseScalar(line[0])});
     const auto decomposed = utf8(parseScalars(line[5]));

@@ -73,8 +73,8 @@ class HistoryRepositoryTest : public ::testing::Test {
     made.language = "English";
     return made;
   }
-  static std::vector<std::string> texts(const HistoryRepository& history) {
-    std::vector<std::string> all;
+  static Strings texts(const HistoryRepository& history) {
+    Strings all;
     for (const auto& each : history.entries()) all.push_back(each.text.reveal());
     return all;
   }
@@ -90,9 +90,9 @@ TEST_F(HistoryRepositoryTest, KeepsEntriesNewestFirstAcrossStarts) {
     history.add(entry("two", 10));
   }
   auto history = open();
-  EXPECT_THAT(texts(history), ElementsAre("two", "one"));
+  EXPECT_EQ(texts(history), (Strings{"two", "one"}));
   history.remove(history.entries().back().id);
-  EXPECT_THAT(texts(open()), ElementsAre("two"));
+  EXPECT_EQ(texts(open()), Strings{"two"});
   EXPECT_EQ(secrets.accounts(service).size(), 1U);
 }
 
@@ -114,8 +114,8 @@ TEST_F(HistoryRepositoryTest, PrunesWhatIsOlderThanTheRetentionAndWritesOnlyThen
     history.prune(HistoryRetention::forever, now);
     EXPECT_EQ(history.entries().size(), 3U);
     history.prune(retention, now);
-    EXPECT_THAT(texts(history), ElementsAre("young", "at the limit"));
-    EXPECT_THAT(texts(open()), ElementsAre("young", "at the limit"));
+    EXPECT_EQ(texts(history), (Strings{"young", "at the limit"}));
+    EXPECT_EQ(texts(open()), (Strings{"young", "at the limit"}));
     files.before({});
     history.prune(retention, now);
     EXPECT_EQ(files.steps(), 0);
@@ -127,16 +127,16 @@ TEST_F(HistoryRepositoryTest, MergesWhatItCouldNotReadAtTheStart) {
   secrets.setLocked(true);
   auto history = open();
   EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
-  EXPECT_THAT(history.entries(), IsEmpty());
+  EXPECT_EQ(history.entries().size(), 0U);
   const auto sealed = contentsOf(path);
   history.add(entry("while locked", 50));
   EXPECT_EQ(contentsOf(path), sealed);
-  EXPECT_THAT(texts(history), ElementsAre("while locked"));
+  EXPECT_EQ(texts(history), Strings{"while locked"});
   EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
   secrets.setLocked(false);
   history.add(entry("long ago", 500));
   EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
-  EXPECT_THAT(texts(history), ElementsAre("while locked", "stored", "long ago"));
+  EXPECT_EQ(texts(history), (Strings{"while locked", "stored", "long ago"}));
   EXPECT_EQ(open().entries(), history.entries());
 }
 
@@ -150,7 +150,7 @@ TEST_F(HistoryRepositoryTest, MergesAStoredEntryOnceAndKeepsTheOrderOfTies) {
   history.add(entry("new"));
   secrets.setLocked(false);
   history.reload();
-  EXPECT_THAT(texts(history), ElementsAre("new", "stored a", "stored b"));
+  EXPECT_EQ(texts(history), (Strings{"new", "stored a", "stored b"}));
 }
 
 TEST_F(HistoryRepositoryTest, SetsADamagedFileAsideBeforeItWritesANewOne) {
@@ -172,7 +172,7 @@ TEST_F(HistoryRepositoryTest, SetsADamagedFileAsideBeforeItWritesANewOne) {
     history.add(entry("life goes on"));
     EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
     EXPECT_EQ(contentsOf(data / "history.sealed.damaged"), damaged);
-    EXPECT_THAT(texts(open()), ElementsAre("life goes on"));
+    EXPECT_EQ(texts(open()), Strings{"life goes on"});
   }
 }
 
@@ -193,10 +193,10 @@ TEST_F(HistoryRepositoryTest, EveryFailingStepKeepsTheEntriesInMemoryAndTheFileA
     history.add(entry("new"));
     files.failNever();
     SCOPED_TRACE(failing);
-    EXPECT_THAT(texts(history), ElementsAre("new", "old"));
+    EXPECT_EQ(texts(history), (Strings{"new", "old"}));
     history.reload();
     EXPECT_EQ(history.storageStatus(), SecureStorageStatus::available);
-    EXPECT_THAT(texts(open()), ElementsAre("new", "old"));
+    EXPECT_EQ(texts(open()), (Strings{"new", "old"}));
   }
 }
 
@@ -206,7 +206,7 @@ TEST_F(HistoryRepositoryTest, DeletesEverythingForGood) {
   const auto copy = contentsOf(path);
   secrets.setLocked(true);
   history.deleteAll();
-  EXPECT_THAT(history.entries(), IsEmpty());
+  EXPECT_EQ(history.entries().size(), 0U);
   EXPECT_EQ(history.storageStatus(), SecureStorageStatus::unavailable);
   secrets.setLocked(false);
   executor.advance(HistoryRepository::retryInterval);
@@ -215,7 +215,7 @@ TEST_F(HistoryRepositoryTest, DeletesEverythingForGood) {
   EXPECT_FALSE(std::filesystem::exists(path));
   writeFile(path, copy);
   EXPECT_EQ(open().storageStatus(), SecureStorageStatus::unavailable);
-  EXPECT_THAT(open().entries(), IsEmpty());
+  EXPECT_EQ(open().entries().size(), 0U);
 }
 
 TEST_F(HistoryRepositoryTest, TakesOverThePlainListOfAnEarlierVersion) {
@@ -223,20 +223,20 @@ TEST_F(HistoryRepositoryTest, TakesOverThePlainListOfAnEarlierVersion) {
   writeFile(data / "history.json",
             R"([{"id":"A0B1C2D3-E4F5-4678-9ABC-DEF012345678","createdAt":1,"text":"from before",)"
             R"("providerID":"p","language":"en"}])");
-  EXPECT_THAT(texts(open()), ElementsAre("from before"));
+  EXPECT_EQ(texts(open()), Strings{"from before"});
   EXPECT_FALSE(std::filesystem::exists(data / "history.json"));
-  EXPECT_THAT(texts(open()), ElementsAre("from before"));
+  EXPECT_EQ(texts(open()), Strings{"from before"});
 }
 
 TEST_F(HistoryRepositoryTest, TellsObserversBeforeAndAfter) {
   auto history = open();
-  std::vector<std::string> seen;
+  Strings seen;
   const auto before = history.willChange().subscribe(
       [&] { seen.push_back("will, with " + std::to_string(history.entries().size())); });
   const auto after = history.didChange().subscribe(
       [&] { seen.push_back("did, with " + std::to_string(history.entries().size())); });
   history.add(entry("one"));
-  EXPECT_THAT(seen, ElementsAre("will, with 0", "did, with 1"));
+  EXPECT_EQ(seen, (Strings{"will, with 0", "did, with 1"}));
   secrets.setLocked(true);
   seen.clear();
   history.reload();
@@ -247,12 +247,12 @@ TEST_F(HistoryRepositoryTest, WhatIsAddedBeforeTheLoadEndsOrTheApplicationDoesIs
   open().add(entry("stored", 400));
   {
     HistoryRepository history(executor, queue, historyFile(files, keys, data));
-    EXPECT_THAT(history.entries(), IsEmpty()) << "nothing has been waited for";
+    EXPECT_EQ(history.entries().size(), 0U) << "nothing has been waited for";
     history.prune(HistoryRetention::fiveMinutes, now);
     history.add(entry("early"));
     ASSERT_TRUE(executor.waitUntil([&] { return history.isSettled(); }));
     EXPECT_EQ(history.entries().size(), 1U) << "the stored one was too old";
     history.add(entry("at the end"));
   }
-  EXPECT_THAT(texts(open()), ElementsAre("at the end", "early"));
+  EXPECT_EQ(texts(open()), (Strings{"at the end", "early"}));
 }

@@ -92,18 +92,17 @@ TEST(LineSplitter, AnnouncesALongLineOnceAndGoesOnAfterIt) {
   LineSplitter lines(4);
   const auto all = [&](std::string_view bytes) {
     lines.append(bytes);
-    std::vector<std::string> result;
+    Strings result;
     while (const auto line = lines.next())
       result.push_back(line->tooLong ? "too long" : std::string(line->text));
     return result;
   };
-  using testing::ElementsAre;
-  EXPECT_THAT(all("ab\ncd"), ElementsAre("ab"));
-  EXPECT_THAT(all("ef\n\n"), ElementsAre("cdef", ""));
-  EXPECT_THAT(all("12345"), ElementsAre("too long"));
-  EXPECT_THAT(all("678"), ElementsAre());
-  EXPECT_THAT(all("9\nab\n12345\ncd"), ElementsAre("ab", "too long"));
-  EXPECT_THAT(all("\n"), ElementsAre("cd"));
+  EXPECT_EQ(all("ab\ncd"), Strings{"ab"});
+  EXPECT_EQ(all("ef\n\n"), (Strings{"cdef", ""}));
+  EXPECT_EQ(all("12345"), Strings{"too long"});
+  EXPECT_EQ(all("678"), Strings{});
+  EXPECT_EQ(all("9\nab\n12345\ncd"), (Strings{"ab", "too long"}));
+  EXPECT_EQ(all("\n"), Strings{"cd"});
 }
 
 }  // namespace

@@ -75,8 +75,7 @@ TEST_F(ApplicationProvider, WarmsTheWorkerUpWithTheArgumentsItKnows) {
   const auto requests = launcher.requests();
   ASSERT_EQ(requests.size(), 1);
   EXPECT_EQ(requests[0].executable, worker);
-  EXPECT_EQ(requests[0].arguments,
-            (std::vector<std::string>{"--model-dir", "/models/active", "--precision", "int8"}));
+  EXPECT_EQ(requests[0].arguments, (Strings{"--model-dir", "/models/active", "--precision", "int8"}));
   EXPECT_TRUE(requests[0].environment.empty());
   EXPECT_EQ(store.verifications, 1) << "a running worker is not verified again";
   provider->reset();

@@ -23,24 +23,24 @@ OnnxOutput output(std::vector<float> numbers, std::vector<std::int64_t> shape) {
 class FakeSession final : public OnnxSession {
  public:
   using Function = std::function<std::expected<OnnxOutput, std::string>(std::span<const OnnxInput>)>;
-  FakeSession(std::vector<std::string> inputs, std::vector<std::string> outputs, Function function)
+  FakeSession(Strings inputs, Strings outputs, Function function)
       : inputs_(std::move(inputs)), outputs_(std::move(outputs)), function_(std::move(function)) {}
 
-  [[nodiscard]] const std::vector<std::string>& inputNames() const override { return inputs_; }
-  [[nodiscard]] const std::vector<std::string>& outputNames() const override { return outputs_; }
+  [[nodiscard]] const Strings& inputNames() const override { return inputs_; }
+  [[nodiscard]] const Strings& outputNames() const override { return outputs_; }
   std::expected<OnnxOutput, std::string> run(std::span<const OnnxInput> inputs, const char*) override {
     return function_(inputs);
   }
 
  private:
-  std::vector<std::string> inputs_;
-  std::vector<std::string> outputs_;
+  Strings inputs_;
+  Strings outputs_;
   Function function_;
 };
 
 std::unique_ptr<OnnxSession> encoder(std::vector<std::int64_t> shape = {1, 2, 1}) {
   return std::make_unique<FakeSession>(
-      std::vector<std::string>{"attention_mask", "input_ids"}, std::vector<std::string>{"last_hidden_state"},
+      Strings{"attention_mask", "input_ids"}, Strings{"last_hidden_state"},
       [shape](std::span<const OnnxInput> inputs) -> std::expected<OnnxOutput, std::string> {
         EXPECT_EQ(tokensOf(inputs[0]), (Tokens{5, 6}));
         EXPECT_EQ(tokensOf(inputs[1]), (Tokens{1, 1}));
@@ -52,8 +52,7 @@ std::unique_ptr<OnnxSession> encoder(std::vector<std::int64_t> shape = {1, 2, 1}
 std::unique_ptr<OnnxSession> decoder(std::function<std::int64_t(const Tokens&)> next,
                                      std::int64_t width = 8) {
   return std::make_unique<FakeSession>(
-      std::vector<std::string>{"encoder_hidden_states", "encoder_attention_mask", "input_ids"},
-      std::vector<std::string>{"more", "logits"},
+      Strings{"encoder_hidden_states", "encoder_attention_mask", "input_ids"}, Strings{"more", "logits"},
       [next, width](std::span<const OnnxInput> inputs) -> std::expected<OnnxOutput, std::string> {
         const auto written = tokensOf(inputs[0]);
         EXPECT_EQ(std::get<std::span<const float>>(inputs[1].data)[1], 0.25F);
@@ -114,7 +113,7 @@ TEST(EncoderDecoder, TakesNoTokenThatCannotBeWritten) {
 
 TEST(EncoderDecoder, RefusesModelsOfAnotherKind) {
   const auto fails = [](std::span<const OnnxInput>) { return output({}, {1}); };
-  const auto session = [&](std::vector<std::string> inputs, std::vector<std::string> outputs) {
+  const auto session = [&](Strings inputs, Strings outputs) {
     return std::make_unique<FakeSession>(std::move(inputs), std::move(outputs), fails);
   };
   const auto next = [](const Tokens&) { return end; };
@@ -165,8 +164,8 @@ TEST(EncoderDecoder, WritesTheSameWhateverIsGuessed) {
         return output(std::move(all), {1, static_cast<std::int64_t>(read.size()), width});
       };
       auto writer = std::make_unique<FakeSession>(
-          std::vector<std::string>{"encoder_hidden_states", "encoder_attention_mask", "input_ids"},
-          std::vector<std::string>{"logits"}, scoring);
+          Strings{"encoder_hidden_states", "encoder_attention_mask", "input_ids"}, Strings{"logits"},
+          scoring);
       const ManualExecutor clock;
       auto model = EncoderDecoder::create(encoder(), std::move(writer), width).value();
       return model.generate(Tokens{5, 6}, start, end, {40, clock.now() + 1s}, clock, draft);

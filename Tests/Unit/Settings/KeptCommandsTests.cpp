@@ -18,20 +18,20 @@ class KeptCommands : public ::testing::Test {
   CommandStreams streams(std::istringstream& input) {
     return {[this](auto text) { output += text; }, [this](auto text) { complaint += text; }, input};
   }
-  int vocabulary(const std::vector<std::string>& arguments, const std::string& typed = {}) {
+  int vocabulary(const Strings& arguments, const std::string& typed = {}) {
     clear();
     std::istringstream input(typed);
     return VocabularyCommand(files, {files, keys, folder.path() / "words"}, streams(input),
                              [this] { return secrets.unlock(); })
         .run(arguments);
   }
-  int settings(const std::vector<std::string>& arguments) {
+  int settings(const Strings& arguments) {
     clear();
     std::istringstream input;
     JsonDefaultsStore store(files, folder.path() / "defaults.json");
     return SettingsCommand(store, MRMDistributionChannel::direct, streams(input)).run(arguments);
   }
-  int history(const std::vector<std::string>& arguments, const std::string& typed = {}) {
+  int history(const Strings& arguments, const std::string& typed = {}) {
     clear();
     std::istringstream input(typed);
     const auto copy = [this](const SpokenText& text) -> std::expected<void, std::string> {
@@ -63,7 +63,7 @@ TEST_F(KeptCommands, TheVocabularyTakesWordsFromItsInputAlone) {
   EXPECT_EQ(vocabulary({"list"}), 0);
   EXPECT_EQ(output, "postgresql = PostgreSQL\nmurmel = MURMEL\n");
   EXPECT_EQ(vocabulary({"add"}, "good = Good\n\nno sign\n"), 1);
-  EXPECT_THAT(complaint, HasSubstr("Line 3"));
+  EXPECT_TRUE(contains(complaint, "Line 3"));
   EXPECT_EQ(vocabulary({"add", "a = b", "c = d"}), 2) << "words in arguments";
   EXPECT_EQ(vocabulary({"remove"}, "murmel\n"), 0);
   EXPECT_EQ(vocabulary({"list"}), 0);
@@ -98,12 +98,12 @@ TEST_F(KeptCommands, SettingsAreNamedCheckedAndNeverThoseOfMigrations) {
   JsonDefaultsStore store(files, folder.path() / "defaults.json");
   EXPECT_EQ(store.get<bool>(settingsKey::smartLocalQwenMigration), true) << "else the start undoes it";
   EXPECT_EQ(settings({"set", "historyRetention", "never"}), 2);
-  EXPECT_THAT(complaint, HasSubstr("forever, fiveMinutes"));
+  EXPECT_TRUE(contains(complaint, "forever, fiveMinutes"));
   EXPECT_EQ(settings({"set", "settings.smartLocalQwenMigration", "false"}), 2);
   EXPECT_EQ(settings({"reset", "historyRetention"}), 0);
   EXPECT_EQ(settings({"list"}), 0);
-  EXPECT_THAT(output, HasSubstr("forever"));
-  EXPECT_THAT(output, Not(HasSubstr("igration")));
+  EXPECT_TRUE(contains(output, "forever"));
+  EXPECT_FALSE(contains(output, "igration"));
 
   // As a version long ago left them.
   const auto old = [&](const char* name) {
@@ -132,8 +132,8 @@ TEST_F(KeptCommands, TheHistoryIsShownCopiedAndDeletedByNumber) {
   EXPECT_EQ(copied, "newer words");
   EXPECT_EQ(history({"delete", "1"}), 0);
   EXPECT_EQ(history({"list", "--json"}), 0);
-  EXPECT_THAT(output, HasSubstr("older words"));
-  EXPECT_THAT(output, Not(HasSubstr("newer words")));
+  EXPECT_TRUE(contains(output, "older words"));
+  EXPECT_FALSE(contains(output, "newer words"));
   for (const auto* number : {"0", "2", "-1", "x"}) EXPECT_EQ(history({"show", number}), 1);
   EXPECT_EQ(history({"clear"}, "no\n"), 1);
   EXPECT_EQ(history({"clear"}, "yes\n"), 0);

@@ -12,7 +12,6 @@ namespace murmel::test {
 
 namespace {
 
-using Strings = std::vector<std::string>;
 using Language = DictationLanguage;
 
 class FixedPropertyList final : public PropertyListReader {
@@ -56,10 +55,9 @@ TEST_F(SettingsRepositoryTest, GivesWhatIsStoredAndElseTheDefaultsThatAnExportNa
   EXPECT_EQ(expectAgreement(), configuration(ShortcutChoice::functionKey));
   EXPECT_EQ(dock.changes, 0);
   // Nothing but the marks of what has run.
-  EXPECT_THAT(defaults.values,
-              ElementsAre(std::pair("settings.fnDefaultMigration", DefaultsValue(true)),
-                          std::pair("settings.smartFormatting", DefaultsValue(false)),
-                          std::pair("settings.smartLocalQwenMigration", DefaultsValue(true))));
+  EXPECT_EQ(defaults.values, (decltype(defaults.values){{"settings.fnDefaultMigration", true},
+                                                        {"settings.smartFormatting", false},
+                                                        {"settings.smartLocalQwenMigration", true}}));
   ASSERT_TRUE(importSettings(defaults, R"({"shortcutConfiguration": "optionSpace", "singleLanguage": "el",
       "selectedLanguages": "de,uk", "languageMode": "single", "feedbackSound": false, "showInDock": false,
       "smartLocalModel": "qwen4", "smartRefinementRouting": "selectedMultilingualModel", "smartFormatting": true,
@@ -158,22 +156,22 @@ TEST_F(SettingsRepositoryTest, OnlyASingleLanguageIsForcedOnTheRecogniser) {
     return Strings{settings.workerLanguageCode().value_or("(none)"), settings.historyLanguageLabel(),
                    settings.languageProfileSummary()};
   };
-  EXPECT_THAT(labels(), ElementsAre("(none)", "Automatic", "All 28 languages, recognized automatically"));
+  EXPECT_EQ(labels(), (Strings{"(none)", "Automatic", "All 28 languages, recognized automatically"}));
   settings.setLanguageMode(DictationLanguageMode::selected);
-  EXPECT_THAT(labels(), ElementsAre("(none)", "English, Russian", "English, Russian"));
+  EXPECT_EQ(labels(), (Strings{"(none)", "English, Russian", "English, Russian"}));
   settings.setLanguageMode(DictationLanguageMode::single);
-  EXPECT_THAT(labels(), ElementsAre("de", "German", "German only"));
+  EXPECT_EQ(labels(), (Strings{"de", "German", "German only"}));
 }
 
 TEST_F(SettingsRepositoryTest, TogglesLanguagesButKeepsTheLastOne) {
   auto settings = open();
   settings.toggleLanguage(Language::german);
   settings.toggleLanguage(Language::english);
-  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::russian, Language::german));
+  EXPECT_EQ(settings.selectedLanguages(), (std::vector{Language::russian, Language::german}));
   EXPECT_TRUE(settings.isLanguageSelected(Language::german));
   settings.toggleLanguage(Language::russian);
   settings.toggleLanguage(Language::german);
-  EXPECT_THAT(settings.selectedLanguages(), ElementsAre(Language::german));
+  EXPECT_EQ(settings.selectedLanguages(), std::vector{Language::german});
 }
 
 TEST_F(SettingsRepositoryTest, AnEditOfTheStoreIsTakenOverAndTold) {
@@ -185,7 +183,7 @@ TEST_F(SettingsRepositoryTest, AnEditOfTheStoreIsTakenOverAndTold) {
   settings.reload();
   EXPECT_TRUE(settings.historyEnabled());
   EXPECT_EQ(dock.policy, ActivationPolicy::accessory);
-  EXPECT_THAT(told, ElementsAre(SettingsProperty::showInDock, SettingsProperty::historyEnabled));
+  EXPECT_EQ(told, (std::vector{SettingsProperty::showInDock, SettingsProperty::historyEnabled}));
 }
 
 TEST_F(SettingsRepositoryTest, TheDockFollowsItsSwitchOnlyWhenItDiffers) {
@@ -209,7 +207,7 @@ TEST_F(SettingsRepositoryTest, ObserversHearOfAChangeBeforeAndAfterAndNotOfNone)
       [&](SettingsProperty) { seen.push_back("is " + std::to_string(settings.historyEnabled())); });
   settings.setHistoryEnabled(true);
   settings.setHistoryEnabled(true);
-  EXPECT_THAT(seen, ElementsAre("history was 0", "is 1"));
+  EXPECT_EQ(seen, (Strings{"history was 0", "is 1"}));
 }
 
 TEST_F(SettingsRepositoryTest, TakesOverTheVocabularyThatStoodInThePreferences) {
@@ -222,7 +220,7 @@ TEST_F(SettingsRepositoryTest, TakesOverTheVocabularyThatStoodInThePreferences) 
 
   open().setPersonalVocabulary("");
   EXPECT_FALSE(std::filesystem::exists(sealed));
-  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  EXPECT_EQ(secrets.accounts(service), Strings{});
   defaults.values["settings.personalVocabulary"] = std::string();
   EXPECT_EQ(open().personalVocabulary(), "");
   EXPECT_FALSE(defaults.contains("settings.personalVocabulary"));
@@ -291,7 +289,7 @@ TEST_F(SettingsRepositoryTest, ImportsTheEarlierPreferencesOnceAndOverwritesNoth
 
   InMemoryDefaultsStore fresh;
   settingsMigration::importLegacyPreferences(fresh, files, reader, folder.path() / "absent.plist");
-  EXPECT_THAT(fresh.values, SizeIs(1));
+  EXPECT_EQ(fresh.values.size(), 1U);
 }
 
 }  // namespace murmel::test

@@ -14,7 +14,7 @@
 namespace {
 
 /// The role in words, so that a table can name it.
-std::string roleOf(const std::vector<std::string>& arguments) {
+std::string roleOf(const Strings& arguments) {
   const auto role = launchRole(arguments, "Murmel 1.2 (3)");
   struct Describe {
     std::string operator()(const DesktopRole& desktop) const {
@@ -70,7 +70,7 @@ class FakeLaunchActions final : public ApplicationLaunchActions {
   [[nodiscard]] bool isMainWindowVisible() const override { return --looksUntilVisible < 0; }
   void terminate(int exitStatus) override { exits.push_back(exitStatus); }
 
-  std::vector<std::string> calls;
+  Strings calls;
   std::vector<int> exits;
   bool needsSetup = true;
   mutable int looksUntilVisible = 0;
@@ -110,7 +110,7 @@ Task<CheckResult> never(Executor& executor) {
 }  // namespace
 
 TEST(LaunchRole, FollowsTheArguments) {
-  const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
+  const std::vector<std::pair<Strings, std::string>> rows{
       {{}, "desktop"},
       {{"--mrm-release-launch-smoke"}, "launch test"},
       {{"--mrm-dock-reopen-smoke"}, "reopen test"},
@@ -149,8 +149,8 @@ TEST(LaunchRole, FollowsTheArguments) {
   for (const auto& [arguments, expected] : rows) {
     EXPECT_EQ(roleOf(arguments), expected) << ::testing::PrintToString(arguments);
   }
-  EXPECT_THAT(std::get<MessageRole>(launchRole({"--version"}, "Murmel 1.2 (3)")).text,
-              HasSubstr("Murmel 1.2 (3)"));
+  EXPECT_TRUE(
+      contains(std::get<MessageRole>(launchRole({"--version"}, "Murmel 1.2 (3)")).text, "Murmel 1.2 (3)"));
 }
 
 TEST(IntelCommands, EveryCommandHasOneActionAndReachesWhoAnswersIt) {
@@ -204,27 +204,27 @@ TEST(StartReplies, ComeWhenTheMicrophoneIsOpenOrTheStartHasFailed) {
   ManualExecutor executor;
   Signal<const DictationState&> states;
   StartReplies replies(executor, states);
-  std::vector<std::string> answers;
+  Strings answers;
   const auto keep = [&](const CommandOutcome& outcome) {
     answers.push_back(outcome ? "done" : outcome.error());
   };
   replies.await(keep);
   states.emit(DictationState::Case::ready);
-  EXPECT_THAT(answers, IsEmpty());
+  EXPECT_EQ(answers, Strings{});
   states.emit(DictationState::Case::listening);
   replies.await(keep);
   states.emit(DictationState::error("no microphone"));
   replies.await(keep);
   executor.advance(StartReplies::limit);
   states.emit(DictationState::error("later"));
-  EXPECT_THAT(answers, ElementsAre("done", "no microphone", "done"));
+  EXPECT_EQ(answers, (Strings{"done", "no microphone", "done"}));
 }
 
 TEST(AppDelegate, LaunchStepsComeInTheirOrder) {
   struct Row {
     LaunchSelfTest selfTest;
     bool needsSetup;
-    std::vector<std::string> calls;
+    Strings calls;
     std::vector<int> exits;
   };
   for (const auto& row : std::vector<Row>{
@@ -238,7 +238,7 @@ TEST(AppDelegate, LaunchStepsComeInTheirOrder) {
     actions.needsSetup = row.needsSetup;
     AppDelegate delegate(executor, actions, row.selfTest);
     delegate.applicationDidFinishLaunching();
-    EXPECT_THAT(actions.exits, IsEmpty()) << "windows and the end come from the main queue";
+    EXPECT_EQ(actions.exits, std::vector<int>{}) << "windows and the end come from the main queue";
     executor.runUntilIdle();
     EXPECT_EQ(actions.calls, row.calls);
     EXPECT_EQ(actions.exits, row.exits);
@@ -252,16 +252,16 @@ TEST(AppDelegate, TheReopenTestWaitsForTheWindowAndGivesUpInTheEnd) {
   AppDelegate patient(executor, late, LaunchSelfTest::dockReopen);
   patient.applicationDidFinishLaunching();
   executor.advance(900ms);
-  EXPECT_THAT(late.exits, IsEmpty());
+  EXPECT_EQ(late.exits, std::vector<int>{});
   executor.advance(200ms);
-  EXPECT_THAT(late.exits, ElementsAre(0));
+  EXPECT_EQ(late.exits, std::vector<int>{0});
 
   FakeLaunchActions never;
   never.looksUntilVisible = 1'000'000;
   AppDelegate bounded(executor, never, LaunchSelfTest::dockReopen);
   bounded.applicationDidFinishLaunching();
   executor.advance(1min);
-  EXPECT_THAT(never.exits, ElementsAre(1));
+  EXPECT_EQ(never.exits, std::vector<int>{1});
   EXPECT_EQ(executor.pendingTimers(), 0U);
 }
 
@@ -273,7 +273,7 @@ TEST(AutomaticPasteRelaunch, OffersOnceAtATimeAndReopensOnlyOnRequest) {
   relaunch.offerAutomaticPasteRelaunch();
   ASSERT_EQ(alerts.shown.size(), 1U);
   EXPECT_EQ(alerts.shown[0].title, "Finish enabling Automatic Paste");
-  EXPECT_THAT(alerts.shown[0].text, HasSubstr("a fresh Murmel process"));
+  EXPECT_TRUE(contains(alerts.shown[0].text, "a fresh Murmel process"));
   alerts.pending(false);
   EXPECT_EQ(relauncher.opened, 0);
 

@@ -46,8 +46,8 @@ class SecureLocalFileTest : public ::testing::Test {
   }
   /// Only the file and its lock are there, and only the file's key.
   void expectTidy() {
-    EXPECT_THAT(namesIn(path.parent_path()), UnorderedElementsAre("test.sealed", "test.sealed.lock"));
-    EXPECT_THAT(secrets.accounts(service), ElementsAre(keyInFile()));
+    EXPECT_EQ(namesIn(path.parent_path()), (std::set<std::string>{"test.sealed", "test.sealed.lock"}));
+    EXPECT_EQ(secrets.accounts(service), Strings{keyInFile()});
   }
 };
 
@@ -98,7 +98,7 @@ TEST_F(SecureLocalFileTest, DeletedDataCannotBeReadFromARestoredCopy) {
   const auto copy = contentsOf(path);
   ASSERT_TRUE(file.deleteCryptographically());
   EXPECT_EQ(read(), "(nothing)");
-  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  EXPECT_EQ(secrets.accounts(service), Strings{});
   writeFile(path, copy);
   EXPECT_EQ(readError(), Case::keyUnavailable);
   EXPECT_EQ(contentsOf(path), copy);
@@ -216,7 +216,7 @@ TEST_F(SecureLocalFileTest, AFailureAtAnyStepOfAWriteKeepsTheOldFileAndItsKey) {
       // Nobody knows which of them the disk holds when it refuses at the very end: then both keys stay.
       const bool isInPlace = failed == "synchronizeFolder" && !written && contentsOf(path) != before;
       if (isInPlace) {
-        EXPECT_THAT(secrets.accounts(service), SizeIs(2));
+        EXPECT_EQ(secrets.accounts(service).size(), 2U);
       }
       EXPECT_EQ(read(), written || isInPlace ? "new" : "old");
       expectTidy();
@@ -226,7 +226,7 @@ TEST_F(SecureLocalFileTest, AFailureAtAnyStepOfAWriteKeepsTheOldFileAndItsKey) {
 
 TEST_F(SecureLocalFileTest, TheBytesAreOnTheDiskBeforeTheNameIsTheirs) {
   ASSERT_TRUE(write("old"));
-  std::vector<std::string> calls;
+  Strings calls;
   files.before([&](int, std::string_view call) -> std::optional<int> {
     if (call == "write" || call == "rename" || call.starts_with("synchronize")) calls.emplace_back(call);
     return std::nullopt;
@@ -234,7 +234,7 @@ TEST_F(SecureLocalFileTest, TheBytesAreOnTheDiskBeforeTheNameIsTheirs) {
   ASSERT_TRUE(write("new"));
   const auto written = std::ranges::find(calls, "synchronize");
   EXPECT_EQ(std::ranges::count(written, calls.end(), "write"), 0);
-  EXPECT_THAT(std::vector(written, calls.end()), ElementsAre("synchronize", "rename", "synchronizeFolder"));
+  EXPECT_EQ(Strings(written, calls.end()), (Strings{"synchronize", "rename", "synchronizeFolder"}));
 }
 
 TEST_F(SecureLocalFileTest, AnUpdateChangesWhatIsInTheFileAndNothingElse) {
@@ -267,14 +267,14 @@ TEST_F(SecureLocalFileTest, AnUpdateChangesWhatIsInTheFileAndNothingElse) {
   ASSERT_TRUE(
       file.update([](const auto&) { return SecureResult<std::optional<SecretBytes>>(SecretBytes()); }));
   EXPECT_EQ(read(), "(nothing)");
-  EXPECT_THAT(secrets.accounts(service), IsEmpty()) << "deleted, with the copy that was set aside";
+  EXPECT_EQ(secrets.accounts(service), Strings{}) << "deleted, with the copy that was set aside";
 }
 
 TEST_F(SecureLocalFileTest, EveryEditionReadsAndTakesOverWhatAnotherHasWritten) {
   const std::string services[] = {service + ".development", service + ".lite", service + ".complete"};
   std::string words;
   for (const auto& own : services) {
-    std::vector<std::string> others;
+    Strings others;
     for (const auto& other : services) {
       if (other != own) others.push_back(other);
     }
@@ -283,7 +283,7 @@ TEST_F(SecureLocalFileTest, EveryEditionReadsAndTakesOverWhatAnotherHasWritten) 
     EXPECT_EQ(read(shared), words.empty() ? "(nothing)" : words);
     words += "from " + own;
     ASSERT_TRUE(shared.write(bytesOf(words)));
-    for (const auto& each : services) EXPECT_THAT(secrets.accounts(each), SizeIs(each == own ? 1 : 0));
+    for (const auto& each : services) EXPECT_EQ(secrets.accounts(each).size(), each == own ? 1U : 0U);
   }
 }
 
@@ -291,7 +291,7 @@ TEST_F(SecureLocalFileTest, WithoutAKeyStoreNothingGrowsAndNothingIsHeldUp) {
   ASSERT_TRUE(write("old"));
   secrets.failWith(secretStatus::serviceUnavailable);
   for (int dictation = 0; dictation < 100; ++dictation) EXPECT_FALSE(write("new"));
-  EXPECT_THAT(namesIn(path.parent_path()), UnorderedElementsAre("test.sealed", "test.sealed.lock"));
+  EXPECT_EQ(namesIn(path.parent_path()), (std::set<std::string>{"test.sealed", "test.sealed.lock"}));
   secrets.failWith(std::nullopt);
   // What an earlier version let grow.
   std::string grown;
@@ -358,7 +358,7 @@ TEST_F(SecureLocalFileTest, ADeletionThatFailsHalfWayIsFinishedLater) {
   EXPECT_FALSE(file.deleteCryptographically());
   EXPECT_FALSE(write("must not be erased later"));
   files.failNever();
-  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  EXPECT_EQ(secrets.accounts(service), Strings{});
   EXPECT_EQ(read(), "(nothing)");
   EXPECT_FALSE(std::filesystem::exists(path));
   ASSERT_TRUE(write("new life"));
@@ -370,9 +370,9 @@ TEST_F(SecureLocalFileTest, DeletionTakesCopiesThatWereSetAsideAndDamagedFiles) 
   ASSERT_TRUE(write("first"));
   std::filesystem::rename(path, path.string() + ".damaged");
   ASSERT_TRUE(write("second"));
-  EXPECT_THAT(secrets.accounts(service), SizeIs(2));
+  EXPECT_EQ(secrets.accounts(service).size(), 2U);
   ASSERT_TRUE(file.deleteCryptographically());
-  EXPECT_THAT(secrets.accounts(service), IsEmpty());
+  EXPECT_EQ(secrets.accounts(service), Strings{});
   writeFile(path, "MRMENC1{");
   EXPECT_EQ(file.deleteCryptographically().error(), SecureLocalStorageError(Case::invalidEnvelope));
   EXPECT_FALSE(std::filesystem::exists(path));

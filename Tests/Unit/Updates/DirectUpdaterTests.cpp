@@ -76,8 +76,8 @@ class DirectUpdaterTest : public testing::Test {
   bool waitFor(Phase phase) {
     return executor.waitUntil([&] { return updater().status().phase == phase; });
   }
-  [[nodiscard]] std::vector<std::string> tasks() const {
-    std::vector<std::string> names;
+  [[nodiscard]] Strings tasks() const {
+    Strings names;
     for (const auto& request : launcher.requests()) names.push_back(request.arguments.front());
     return names;
   }
@@ -112,16 +112,16 @@ TEST_F(DirectUpdaterTest, LooksOnceADayWhileThatIsAgreedToAndInstallsNothing) {
   updater().followSchedule();
   ASSERT_TRUE(waitFor(Phase::available));
   executor.advance(aDay - std::chrono::seconds(2));
-  EXPECT_THAT(tasks(), ElementsAre("feed"));
+  EXPECT_EQ(tasks(), Strings{"feed"});
 
   // Another start of the application on the same day does not look again.
   updater_.reset();
   updater().followSchedule();
   executor.runUntilIdle();
-  EXPECT_THAT(tasks(), ElementsAre("feed"));
+  EXPECT_EQ(tasks(), Strings{"feed"});
   executor.advance(std::chrono::seconds(4));
   ASSERT_TRUE(waitFor(Phase::available));
-  EXPECT_THAT(tasks(), ElementsAre("feed", "feed"));
+  EXPECT_EQ(tasks(), (Strings{"feed", "feed"}));
 }
 
 TEST_F(DirectUpdaterTest, InstallsAtTheEndOfADictationAndLetsNoneBegin) {
@@ -131,14 +131,14 @@ TEST_F(DirectUpdaterTest, InstallsAtTheEndOfADictationAndLetsNoneBegin) {
   updater().install(false);
   ASSERT_TRUE(waitFor(Phase::waiting));
   executor.advance(std::chrono::minutes(10));
-  EXPECT_THAT(tasks(), ElementsAre("feed", "download"));
+  EXPECT_EQ(tasks(), (Strings{"feed", "download"}));
 
   gate.finish(*dictation);
   executor.advance(std::chrono::seconds(2));
   EXPECT_FALSE(gate.begin());
   ASSERT_TRUE(waitFor(Phase::installed));
-  EXPECT_THAT(tasks(), ElementsAre("feed", "download", "unpack", "exchange"));
-  EXPECT_THAT(tried, ElementsAre("/root/.new/bin/murmel", "/root/current/bin/murmel"));
+  EXPECT_EQ(tasks(), (Strings{"feed", "download", "unpack", "exchange"}));
+  EXPECT_EQ(tried, (std::vector<std::filesystem::path>{"/root/.new/bin/murmel", "/root/current/bin/murmel"}));
   EXPECT_FALSE(gate.begin()) << "its workers are another version's";
   EXPECT_EQ(restarts, 1);
 }
@@ -154,7 +154,7 @@ TEST_F(DirectUpdaterTest, WaitsForIdleWhereThatWasAskedForAndCanBeCalledOff) {
   isIdle = true;
   executor.advance(std::chrono::hours(1));
   EXPECT_EQ(updater().status().phase, Phase::available);
-  EXPECT_THAT(tasks(), ElementsAre("feed", "download"));
+  EXPECT_EQ(tasks(), (Strings{"feed", "download"}));
   EXPECT_TRUE(gate.begin());
 }
 
@@ -163,7 +163,7 @@ TEST_F(DirectUpdaterTest, GoesBackFromAVersionThatDoesNotStartAndLetsDictationsB
     const char* name;
     std::string failing;
     std::filesystem::path broken;
-    std::vector<std::string> tasks;
+    Strings tasks;
   } rows[] = {
       {"no download", "download", {}, {"feed", "download"}},
       {"not unpacked", "unpack", {}, {"feed", "download", "unpack"}},
@@ -200,7 +200,7 @@ TEST_F(DirectUpdaterTest, TouchesNoPackageOfTheSystem) {
   ASSERT_TRUE(waitFor(Phase::available));
   updater().install(false);
   executor.runUntilIdle();
-  EXPECT_THAT(tasks(), ElementsAre("feed"));
+  EXPECT_EQ(tasks(), Strings{"feed"});
 }
 
 }  // namespace
