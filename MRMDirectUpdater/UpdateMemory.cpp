@@ -18,11 +18,8 @@ UpdateMemory UpdateMemory::read(FileSystem& files, const std::filesystem::path& 
   if (!bytes) return memory;
   const auto object =
       parsedJson(std::string_view(reinterpret_cast<const char*>(bytes->data()), bytes->size()));
-  if (!object.is_object()) return memory;
-  if (object.contains("lastCheck") && object["lastCheck"].is_number_integer())
-    memory.lastCheck = object["lastCheck"].get<std::int64_t>();
-  if (object.contains("highestSerial") && object["highestSerial"].is_number_unsigned())
-    memory.highestSerial = object["highestSerial"].get<std::uint64_t>();
+  memory.lastCheck = object["lastCheck"].integer();
+  memory.highestSerial = object["highestSerial"].unsignedInteger().value_or(memory.highestSerial);
   return memory;
 }
 

@@ -19,15 +19,8 @@ namespace {
 constexpr std::size_t longestLine = base64::encodedSize(largestFeed) + 1'024;
 constexpr const char* endedEarly = "The updater ended unexpectedly.";
 
-std::string textAt(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
-std::optional<std::int64_t> numberAt(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  return found != object.end() && found->is_number_integer() ? std::optional(found->get<std::int64_t>())
-                                                             : std::nullopt;
+std::string textAt(const Json& object, std::string_view key) {
+  return object[key].text().value_or("");
 }
 
 }  // namespace
@@ -68,10 +61,9 @@ void UpdaterRun::receive() {
 
 bool UpdaterRun::take(std::string_view line) {
   const auto object = parsedJson(line);
-  if (!object.is_object()) return true;
   const auto event = textAt(object, "event");
   if (event == "progress") {
-    const UpdateProgress progress{numberAt(object, "received").value_or(0), numberAt(object, "total"),
+    const UpdateProgress progress{object["received"].integer().value_or(0), object["total"].integer(),
                                   textAt(object, "message")};
     if (handlers_.progress) handlers_.progress(progress);
     return true;

@@ -25,48 +25,32 @@ std::optional<std::string_view> takeLine(std::string_view& rest, std::string_vie
   return value;
 }
 
-std::optional<std::string> text(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_string()) return std::nullopt;
-  return found->get<std::string>();
-}
-
-template <class Number>
-std::optional<Number> number(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_number_unsigned()) return std::nullopt;
-  const auto value = found->get<std::uint64_t>();
-  if (!std::in_range<Number>(value)) return std::nullopt;
-  return static_cast<Number>(value);
-}
-
 bool isDigest(std::string_view digits) {
   return digits.size() == digestDigits &&
          std::ranges::all_of(digits, [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); });
 }
 
 std::optional<UpdateRelease> releaseFrom(const Json& object) {
-  if (!object.is_object()) return std::nullopt;
-  auto version = text(object, "version");
-  const auto build = number<std::uint64_t>(object, "build");
-  auto channel = text(object, "channel");
-  auto edition = text(object, "edition");
-  auto architecture = text(object, "architecture");
-  const auto size = number<std::int64_t>(object, "size");
-  auto sha256 = text(object, "sha256");
-  auto url = text(object, "url");
+  auto version = object["version"].text();
+  const auto build = object["build"].unsignedInteger();
+  auto channel = object["channel"].text();
+  auto edition = object["edition"].text();
+  auto architecture = object["architecture"].text();
+  const auto size = object["size"].integer();
+  auto sha256 = object["sha256"].text();
+  auto url = object["url"].text();
   if (!version || !build || !channel || !edition || !architecture || !size || !sha256 || !url)
     return std::nullopt;
-  if (*size == 0 || *size > largestRelease || !isDigest(*sha256) || !url->starts_with("https://"))
+  if (*size <= 0 || *size > largestRelease || !isDigest(*sha256) || !url->starts_with("https://"))
     return std::nullopt;
-  auto notes = text(object, "notes").value_or("");
+  auto notes = object["notes"].text().value_or("");
   if (notes.size() > longestNotes) return std::nullopt;
   return UpdateRelease{.version = *std::move(version),
                        .build = *build,
                        .channel = *std::move(channel),
                        .edition = *std::move(edition),
                        .architecture = *std::move(architecture),
-                       .minimumSystem = text(object, "minimumSystem").value_or(""),
+                       .minimumSystem = object["minimumSystem"].text().value_or(""),
                        .notes = std::move(notes),
                        .size = *size,
                        .sha256 = *std::move(sha256),
@@ -75,13 +59,12 @@ std::optional<UpdateRelease> releaseFrom(const Json& object) {
 
 std::optional<UpdateFeed> feedFrom(std::string_view document) {
   const auto object = parsedJson(document);
-  if (!object.is_object()) return std::nullopt;
-  const auto serial = number<std::uint64_t>(object, "serial");
-  const auto expires = number<std::int64_t>(object, "expires");
-  const auto releases = object.find("releases");
-  if (!serial || !expires || releases == object.end() || !releases->is_array()) return std::nullopt;
+  const auto serial = object["serial"].unsignedInteger();
+  const auto expires = object["expires"].integer();
+  const auto& releases = object["releases"];
+  if (!serial || !expires || *expires < 0 || !releases.isArray()) return std::nullopt;
   UpdateFeed feed{.serial = *serial, .expires = *expires, .releases = {}};
-  for (const auto& element : *releases) {
+  for (const auto& element : releases.elements()) {
     auto release = releaseFrom(element);
     if (!release) return std::nullopt;
     feed.releases.push_back(*std::move(release));

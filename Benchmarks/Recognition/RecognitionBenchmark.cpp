@@ -2,6 +2,7 @@
 // audio. Figure to reach: 60 s of audio there and back within 15 ms.
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Recognition/SpeechWorkerClient.h"
@@ -12,7 +13,6 @@
 #include <random>
 
 #include <benchmark/benchmark.h>
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -51,9 +51,9 @@ void encodeRequest(benchmark::State& state) {
 void encodeRequestGenerically(benchmark::State& state) {
   const auto audio = recording(state.range(0));
   for (auto _ : state) {
-    const nlohmann::json object = {
+    const Json object = {
         {"id", 1}, {"sample_rate", 16'000}, {"pcm_s16le_base64", base64::encoded(audio.pcm16LE)}};
-    benchmark::DoNotOptimize(object.dump());
+    benchmark::DoNotOptimize(jsonText(object));
   }
   countBytes(state, audio);
 }

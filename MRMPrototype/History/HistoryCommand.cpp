@@ -42,17 +42,17 @@ std::string preview(const std::string& text) {
   return line;
 }
 
-nlohmann::json jsonOf(const HistoryEntry& entry) {
-  nlohmann::json json{{"id", entry.id.text()},
-                      {"createdAt", fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", brokenDown(entry, true))},
-                      {"text", entry.text.reveal()},
-                      {"providerID", entry.providerID},
-                      {"language", entry.language}};
+Json jsonOf(const HistoryEntry& entry) {
+  Json json{{"id", entry.id.text()},
+            {"createdAt", fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", brokenDown(entry, true))},
+            {"text", entry.text.reveal()},
+            {"providerID", entry.providerID},
+            {"language", entry.language}};
   if (entry.unrecognizedParts) json["unrecognizedParts"] = *entry.unrecognizedParts;
   return json;
 }
 
-std::string written(const nlohmann::json& json) {
+std::string written(const Json& json) {
   return jsonText(json, JsonCharacters::utf8, 2) + "\n";
 }
 
@@ -112,8 +112,8 @@ const HistoryEntry* HistoryCommand::chosen(const std::vector<HistoryEntry>& entr
 
 int HistoryCommand::list(const std::vector<HistoryEntry>& entries, bool asJson) {
   if (asJson) {
-    auto all = nlohmann::json::array();
-    for (const auto& entry : entries) all.push_back(jsonOf(entry));
+    auto all = Json::array();
+    for (const auto& entry : entries) all.append(jsonOf(entry));
     streams_.print(written(all));
     return commandDone;
   }

@@ -15,17 +15,6 @@ const text::RegularExpression& reasoningBlock() {
   return pattern;
 }
 
-/// The member or element, when there is one.
-const Json* child(const Json* parent, const char* key) {
-  if (parent == nullptr || !parent->is_object()) return nullptr;
-  const auto found = parent->find(key);
-  return found == parent->end() ? nullptr : &*found;
-}
-
-const Json* first(const Json* array) {
-  return array != nullptr && array->is_array() && !array->empty() ? &array->front() : nullptr;
-}
-
 }  // namespace
 
 std::string QwenChat::requestBody(std::string_view text) {
@@ -42,9 +31,7 @@ std::string QwenChat::requestBody(std::string_view text) {
 
 std::optional<std::string> QwenChat::answer(std::string_view responseBody) {
   const auto body = parsedJson(responseBody);
-  const auto* const content = child(child(first(child(&body, "choices")), "message"), "content");
-  if (content == nullptr || !content->is_string()) return std::nullopt;
-  return content->get<std::string>();
+  return body["choices"].element(0)["message"]["content"].text();
 }
 
 std::optional<std::string> QwenChat::sanitizeResponse(std::string_view response) {

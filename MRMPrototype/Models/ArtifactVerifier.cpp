@@ -1,6 +1,7 @@
 #include "Models/ArtifactVerifier.h"
 
 #include "Foundation/Crypto/Crypto.h"
+#include "Foundation/Json/Json.h"
 #include "Foundation/UniqueDescriptor.h"
 
 #include <cerrno>
@@ -11,7 +12,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <nlohmann/json.hpp>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -163,17 +163,17 @@ ArtifactVerifier::Memory ArtifactVerifier::read(const std::filesystem::path& fil
   Memory memory;
   if (file.empty()) return memory;
   std::ifstream stream(file);
-  const auto object = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
-  if (!object.is_object()) return memory;
-  for (const auto& [path, entry] : object.items()) {
-    try {
-      memory[path] = {{entry.at("device").get<std::uint64_t>(), entry.at("inode").get<std::uint64_t>(),
-                       entry.at("size").get<std::uint64_t>(), entry.at("modified").get<std::int64_t>(),
-                       entry.at("changed").get<std::int64_t>()},
-                      entry.at("sha256").get<std::string>()};
-    } catch (const nlohmann::json::exception&) {
-      continue;  // an entry that we did not write: the file is read again
-    }
+  const auto object = parsedJson(std::string(std::istreambuf_iterator<char>(stream), {}));
+  for (const auto& [path, entry] : object.members()) {
+    const auto device = entry["device"].unsignedInteger();
+    const auto inode = entry["inode"].unsignedInteger();
+    const auto size = entry["size"].unsignedInteger();
+    const auto modified = entry["modified"].integer();
+    const auto changed = entry["changed"].integer();
+    auto sha256 = entry["sha256"].text();
+    // Of an entry that we did not write the file is read again.
+    if (device && inode && size && modified && changed && sha256)
+      memory[path] = {{*device, *inode, *size, *modified, *changed}, *std::move(sha256)};
   }
   return memory;
 }
@@ -196,14 +196,14 @@ void ArtifactVerifier::write() {
   if (!lock) return;
   auto merged = read(memoryFile_);
   for (const auto& [path, known] : ours) merged.insert_or_assign(path, known);
-  nlohmann::json object = nlohmann::json::object();
+  auto object = Json::object();
   for (const auto& [path, known] : merged) {
     if (OpenedFile(path).identity() != known.identity) continue;
-    object[path] = {{"device", known.identity.device},   {"inode", known.identity.inode},
-                    {"size", known.identity.size},       {"modified", known.identity.modified},
-                    {"changed", known.identity.changed}, {"sha256", known.sha256}};
+    object[path] = Json{{"device", known.identity.device},   {"inode", known.identity.inode},
+                        {"size", known.identity.size},       {"modified", known.identity.modified},
+                        {"changed", known.identity.changed}, {"sha256", known.sha256}};
   }
-  if (object.empty()) {  // a store that holds nothing is left empty
+  if (object.members().empty()) {  // a store that holds nothing is left empty
     std::filesystem::remove(memoryFile_, error);
     std::filesystem::remove(memoryFile_.native() + ".lock", error);
     return;
@@ -213,7 +213,7 @@ void ArtifactVerifier::write() {
   {
     std::filesystem::remove(temporary, error);  // what a killed process left, or somebody's link
     std::ofstream stream(temporary, std::ios::trunc);
-    stream << object.dump(indentation, ' ', /*ensure_ascii=*/true, nlohmann::json::error_handler_t::replace);
+    stream << jsonText(object, JsonCharacters::ascii, indentation);
     if (!stream.flush()) {
       std::filesystem::remove(temporary, error);
       return;

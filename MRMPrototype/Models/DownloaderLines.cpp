@@ -22,15 +22,8 @@ constexpr auto kinds = std::to_array<RawValueRow<Kind>>({
     {Kind::fatal, "fatal"},
 });
 
-std::string textAt(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
-std::optional<std::int64_t> numberAt(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_number_integer()) return std::nullopt;
-  return found->get<std::int64_t>();
+std::string textAt(const Json& object, std::string_view key) {
+  return object[key].text().value_or("");
 }
 
 std::string line(const char* command, Json rest) {
@@ -43,15 +36,14 @@ std::string line(const char* command, Json rest) {
 
 std::optional<DownloaderEvent> DownloaderEvent::decode(std::string_view line) {
   const auto object = parsedJson(line);
-  if (!object.is_object() || numberAt(object, "mrm_downloader_protocol") != protocolVersion)
-    return std::nullopt;
+  if (object["mrm_downloader_protocol"].integer() != protocolVersion) return std::nullopt;
   const auto kind = std::ranges::find(kinds, textAt(object, "event"), &RawValueRow<Kind>::raw);
   if (kind == kinds.end()) return std::nullopt;
   return DownloaderEvent{.kind = kind->value,
                          .identifier = textAt(object, "identifier"),
                          .state = textAt(object, "state"),
-                         .received = numberAt(object, "received").value_or(0),
-                         .total = numberAt(object, "total"),
+                         .received = object["received"].integer().value_or(0),
+                         .total = object["total"].integer(),
                          .reason = textAt(object, "reason"),
                          .message = textAt(object, "message")};
 }

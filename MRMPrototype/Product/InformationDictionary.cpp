@@ -11,10 +11,10 @@ std::expected<InformationDictionary, std::string> InformationDictionary::read(
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::unexpected("Cannot read " + file.string());
   const auto json = parsedJson(std::string(std::istreambuf_iterator<char>(stream), {}));
-  if (!json.is_object()) return std::unexpected(file.string() + " is not a JSON object");
+  if (!json.isObject()) return std::unexpected(file.string() + " is not a JSON object");
   std::map<std::string, std::string, std::less<>> values;
-  for (const auto& [key, value] : json.items()) {
-    if (value.is_string()) values.emplace(key, value.get<std::string>());
+  for (const auto& [key, value] : json.members()) {
+    if (auto text = value.text()) values.emplace(key, *std::move(text));
   }
   return InformationDictionary(std::move(values));
 }

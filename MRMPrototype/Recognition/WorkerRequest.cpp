@@ -1,25 +1,23 @@
 #include "Recognition/WorkerRequest.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
+#include "Foundation/Text/Text.h"
 
+#include <algorithm>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 std::expected<std::string, std::string> encodeWorkerRequest(std::int64_t id, const CapturedAudio& audio,
                                                             const std::optional<std::string>& language,
                                                             const std::vector<std::string>& vocabulary) {
-  nlohmann::json object = {{"id", id}, {"sample_rate", recognitionSampleRate}};
+  if (!std::ranges::all_of(vocabulary, text::isValidUtf8) || !text::isValidUtf8(language.value_or("")))
+    return std::unexpected("The language or the vocabulary is not UTF-8.");
+  Json object = {{"id", id}, {"sample_rate", recognitionSampleRate}};
   if (language) object["language"] = *language;
   if (!vocabulary.empty()) object["vocabulary"] = vocabulary;
-  std::string line;
-  try {
-    line = object.dump();
-  } catch (const nlohmann::json::exception& failure) {
-    return std::unexpected(failure.what());
-  }
+  auto line = jsonText(object);
   // The audio is put in by hand: base64 needs no escaping, and the serializer would look at each of its
   // millions of characters.
   constexpr std::string_view audioKey = R"(,"pcm_s16le_base64":")";

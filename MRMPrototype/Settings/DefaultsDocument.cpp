@@ -1,24 +1,20 @@
 #include "Settings/DefaultsDocument.h"
 
 #include "Foundation/Crypto/Base64.h"
+#include "Foundation/Json/Json.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <set>
 #include <vector>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 namespace murmel {
 
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr std::string_view dataKey = "$data";
-constexpr int deepestNesting = 64;
+constexpr std::size_t deepestNesting = 64;
 constexpr int indentation = 2;
 
 template <class... Alternatives>
@@ -37,64 +33,31 @@ Json toJson(const DefaultsValue& value) {
 
 std::optional<DefaultsValue> stringArray(const Json& json) {
   std::vector<std::string> strings;
-  for (const auto& element : json) {
-    if (!element.is_string()) return std::nullopt;
-    strings.push_back(element.get<std::string>());
+  for (const auto& element : json.elements()) {
+    auto text = element.text();
+    if (!text) return std::nullopt;
+    strings.push_back(*std::move(text));
   }
   return strings;
 }
 
 std::optional<DefaultsValue> data(const Json& json) {
-  if (json.size() != 1 || !json.contains(dataKey) || !json[dataKey].is_string()) return std::nullopt;
-  auto bytes = base64::decoded(json[dataKey].get_ref<const std::string&>());
+  const auto text = json[dataKey].view();
+  if (!text || json.size() != 1) return std::nullopt;
+  auto bytes = base64::decoded(*text);
   if (!bytes) return std::nullopt;
   return std::move(*bytes);
 }
 
 std::optional<DefaultsValue> fromJson(const Json& json) {
-  switch (json.type()) {
-    case Json::value_t::boolean:
-      return json.get<bool>();
-    case Json::value_t::number_integer:
-      return json.get<std::int64_t>();
-    case Json::value_t::number_unsigned: {
-      const auto number = json.get<std::uint64_t>();
-      if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return std::nullopt;
-      return static_cast<std::int64_t>(number);
-    }
-    case Json::value_t::number_float:
-      return json.get<double>();
-    case Json::value_t::string:
-      return json.get<std::string>();
-    case Json::value_t::array:
-      return stringArray(json);
-    case Json::value_t::object:
-      return data(json);
-    default:
-      return std::nullopt;
-  }
+  if (const auto boolean = json.boolean()) return *boolean;
+  if (const auto integer = json.integer()) return *integer;
+  if (json.unsignedInteger()) return std::nullopt;  // beyond what a setting holds
+  if (const auto number = json.number()) return *number;
+  if (auto text = json.text()) return *std::move(text);
+  if (json.isArray()) return stringArray(json);
+  return data(json);
 }
-
-/// Builds the tree and stops at what could not be written back as it was.
-class StrictReader {
- public:
-  bool operator()(int depth, Json::parse_event_t event, Json& value) {
-    if (depth > deepestNesting) good = false;
-    if (event == Json::parse_event_t::object_start) keys_.emplace_back();
-    if (event == Json::parse_event_t::object_end) keys_.pop_back();
-    if (event == Json::parse_event_t::key && !keys_.back().insert(value.get<std::string>()).second) {
-      repeated = value.get<std::string>();
-      good = false;
-    }
-    return good;
-  }
-
-  bool good = true;
-  std::string repeated;
-
- private:
-  std::vector<std::set<std::string>> keys_;
-};
 
 /// What is wrong at the reader's stop, `byte` counted from 1. Quotes nothing: a value is nobody's business.
 std::string complaint(std::string_view text, std::size_t byte) {
@@ -132,29 +95,26 @@ DefaultsDocument::DefaultsDocument(DefaultsDocument&&) noexcept = default;
 DefaultsDocument& DefaultsDocument::operator=(DefaultsDocument&&) noexcept = default;
 
 std::expected<DefaultsDocument, std::string> DefaultsDocument::parse(std::string_view text) {
-  StrictReader reader;
-  try {
-    auto json = Json::parse(text, std::ref(reader));
-    if (!reader.repeated.empty()) return std::unexpected("it names \"" + reader.repeated + "\" twice");
-    if (!reader.good || !json.is_object()) return std::unexpected("it is not one object in braces");
-    DefaultsDocument document;
-    document.members_->object = std::move(json);
-    return document;
-  } catch (const Json::parse_error& error) {
-    return std::unexpected(complaint(text, error.byte));
-  } catch (const Json::out_of_range&) {
-    return std::unexpected("it has a number that is too large");
+  using Fault = JsonFault::Kind;
+  auto json = strictlyParsedJson(text, deepestNesting);
+  if (!json) {
+    const auto& fault = json.error();
+    if (fault.kind == Fault::malformed) return std::unexpected(complaint(text, fault.byte));
+    if (fault.kind == Fault::numberTooLarge) return std::unexpected("it has a number that is too large");
+    if (fault.kind == Fault::repeatedKey) return std::unexpected("it names \"" + fault.key + "\" twice");
   }
+  if (!json || !json->isObject()) return std::unexpected("it is not one object in braces");
+  DefaultsDocument document;
+  document.members_->object = *std::move(json);
+  return document;
 }
 
 std::string DefaultsDocument::text() const {
-  return members_->object.dump(indentation, ' ', false, Json::error_handler_t::replace) + "\n";
+  return jsonText(members_->object, JsonCharacters::utf8, indentation) + "\n";
 }
 
 std::optional<DefaultsValue> DefaultsDocument::value(std::string_view key) const {
-  const auto found = members_->object.find(key);
-  if (found == members_->object.end()) return std::nullopt;
-  return fromJson(*found);
+  return fromJson(std::as_const(members_->object)[key]);
 }
 
 bool DefaultsDocument::contains(std::string_view key) const {
@@ -162,11 +122,11 @@ bool DefaultsDocument::contains(std::string_view key) const {
 }
 
 void DefaultsDocument::set(std::string_view key, const DefaultsValue& value) {
-  members_->object[std::string(key)] = toJson(value);
+  members_->object[key] = toJson(value);
 }
 
 void DefaultsDocument::remove(std::string_view key) {
-  members_->object.erase(std::string(key));
+  members_->object.remove(key);
 }
 
 }  // namespace murmel

@@ -60,12 +60,12 @@ int SettingsCommand::run(std::vector<std::string> arguments) {
 }
 
 int SettingsCommand::list(bool asJson) {
-  auto json = nlohmann::json::object();
+  auto json = Json::object();
   for (const auto& row : settingsTable()) {
     const auto text = valueOf(row);
     if (asJson) {
       json[std::string(nameOf(row))] =
-          row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
+          row.kind == SettingRow::Kind::boolean ? Json(text == "true") : Json(text);
     } else {
       streams_.print(fmt::format("{:<26}{:<24}{}\n", nameOf(row), text, row.meaning));
     }

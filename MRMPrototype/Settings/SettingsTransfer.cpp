@@ -20,31 +20,29 @@ std::string transferredName(const SettingRow& row) {
 }
 
 /// A value of the JSON as a person would write it; nothing for what no setting has.
-std::optional<std::string> textOf(const nlohmann::json& value) {
-  if (value.is_boolean()) return value.get<bool>() ? "true" : "false";
-  if (value.is_string()) return value.get<std::string>();
-  return std::nullopt;
+std::optional<std::string> textOf(const Json& value) {
+  if (const auto boolean = value.boolean()) return *boolean ? "true" : "false";
+  return value.text();
 }
 
 }  // namespace
 
 std::string exportedSettings(const DefaultsStore& store) {
-  auto json = nlohmann::json::object();
+  auto json = Json::object();
   for (const auto& row : settingsTable()) {
     const auto value = store.value(row.key);
     const auto text = value ? settingText(row, *value) : std::string(row.fallback);
-    json[transferredName(row)] =
-        row.kind == SettingRow::Kind::boolean ? nlohmann::json(text == "true") : nlohmann::json(text);
+    json[transferredName(row)] = row.kind == SettingRow::Kind::boolean ? Json(text == "true") : Json(text);
   }
   return jsonText(json, JsonCharacters::utf8, 2) + '\n';
 }
 
 std::expected<void, std::string> importSettings(DefaultsStore& store, std::string_view json) {
   const auto parsed = parsedJson(json);
-  if (!parsed.is_object() || parsed.empty())
+  if (parsed.members().empty())
     return std::unexpected(std::string("The file does not hold settings of Murmel."));
   std::vector<std::pair<std::string_view, DefaultsValue>> changes;
-  for (const auto& [name, value] : parsed.items()) {
+  for (const auto& [name, value] : parsed.members()) {
     const auto* const row = settingRow(name);
     if (row == nullptr) return std::unexpected(fmt::format("There is no setting \"{}\".", name));
     const auto text = textOf(value);

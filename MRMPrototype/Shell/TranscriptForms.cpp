@@ -13,8 +13,6 @@ namespace murmel {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 /// What a reader takes in at a glance: two lines of so many bytes.
 constexpr std::size_t subtitleLine = 42;
 constexpr std::size_t subtitleLines = 2;
@@ -35,10 +33,10 @@ Json phraseObject(const RecognisedPiece& phrase) {
 
 std::string asJson(const Transcript& transcript) {
   Json segments = Json::array();
-  for (const auto& piece : transcript.pieces) segments.push_back(phraseObject(piece));
+  for (const auto& piece : transcript.pieces) segments.append(phraseObject(piece));
   Json missing = Json::array();
   for (const auto& span : transcript.missing)
-    missing.push_back({{"start", milliseconds(span.begin)}, {"end", milliseconds(span.end)}});
+    missing.append(Json{{"start", milliseconds(span.begin)}, {"end", milliseconds(span.end)}});
   return onOneLine({{"file", transcript.name},
                     {"seconds", milliseconds(transcript.seconds)},
                     {"complete", transcript.missing.empty() && !transcript.interrupted},

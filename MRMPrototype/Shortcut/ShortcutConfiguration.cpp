@@ -1,9 +1,9 @@
 #include "Shortcut/ShortcutConfiguration.h"
 
 #include "Foundation/Json/Json.h"
+#include "Foundation/Text/Text.h"
 #include "Platform/KeyModifiers.h"
 
-#include <limits>
 #include <utility>
 
 namespace murmel {
@@ -19,21 +19,6 @@ constexpr std::pair<std::uint64_t, std::string_view> symbolsInTitleOrder[] = {
     {keyModifier::control, "⌃"}, {keyModifier::option, "⌥"},    {keyModifier::shift, "⇧"},
     {keyModifier::command, "⌘"}, {keyModifier::function, "Fn"},
 };
-
-std::optional<std::uint64_t> unsignedField(const nlohmann::json& object, const char* key,
-                                           std::uint64_t highest) {
-  const auto field = object.find(key);
-  if (field == object.end() || !field->is_number_unsigned()) return std::nullopt;
-  const auto value = field->get<std::uint64_t>();
-  if (value > highest) return std::nullopt;
-  return value;
-}
-
-std::optional<std::string> stringField(const nlohmann::json& object, const char* key) {
-  const auto field = object.find(key);
-  if (field == object.end() || !field->is_string()) return std::nullopt;
-  return field->get<std::string>();
-}
 
 }  // namespace
 
@@ -58,27 +43,24 @@ std::string ShortcutConfiguration::title() const {
 }
 
 std::optional<std::string> ShortcutConfiguration::toJson() const {
-  const nlohmann::ordered_json object{{kindKey, rawValue(kind)},
-                                      {keyCodeKey, keyCode},
-                                      {modifierRawValueKey, modifierRawValue},
-                                      {keyLabelKey, keyLabel}};
-  try {
-    return object.dump();
-  } catch (const nlohmann::json::type_error&) {  // the library's word for ill-formed UTF-8
-    return std::nullopt;
-  }
+  if (!text::isValidUtf8(keyLabel)) return std::nullopt;
+  // The members in this order.
+  const auto member = [](const char* key, const Json& value) {
+    return jsonText(key) + ':' + jsonText(value);
+  };
+  return '{' + member(kindKey, rawValue(kind)) + ',' + member(keyCodeKey, keyCode) + ',' +
+         member(modifierRawValueKey, modifierRawValue) + ',' + member(keyLabelKey, keyLabel) + '}';
 }
 
 std::optional<ShortcutConfiguration> ShortcutConfiguration::fromJson(std::string_view json) {
   const auto object = parsedJson(json);
-  if (!object.is_object()) return std::nullopt;
-  const auto kindName = stringField(object, kindKey);
+  const auto kindName = object[kindKey].text();
   const auto kind = kindName ? fromRawValue<Kind>(*kindName) : std::nullopt;
-  const auto keyCode = unsignedField(object, keyCodeKey, std::numeric_limits<VirtualKeyCode>::max());
-  const auto modifiers =
-      unsignedField(object, modifierRawValueKey, std::numeric_limits<std::uint64_t>::max());
-  auto label = stringField(object, keyLabelKey);
-  if (!kind || !keyCode || !modifiers || !label) return std::nullopt;
+  const auto keyCode = object[keyCodeKey].unsignedInteger();
+  const auto modifiers = object[modifierRawValueKey].unsignedInteger();
+  auto label = object[keyLabelKey].text();
+  if (!kind || !keyCode || !std::in_range<VirtualKeyCode>(*keyCode) || !modifiers || !label)
+    return std::nullopt;
   return ShortcutConfiguration{*kind, static_cast<VirtualKeyCode>(*keyCode), *modifiers, *std::move(label)};
 }
 

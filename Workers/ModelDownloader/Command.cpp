@@ -8,19 +8,14 @@ namespace murmel::downloader {
 
 namespace {
 
-std::optional<std::string> textAt(const Json& object, const char* key) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_string()) return std::nullopt;
-  return found->get<std::string>();
-}
-
 std::optional<std::vector<std::string>> identifiersOf(const Json& object) {
-  const auto found = object.find("identifiers");
-  if (found == object.end() || !found->is_array() || found->empty()) return std::nullopt;
+  const auto& elements = object["identifiers"].elements();
+  if (elements.empty()) return std::nullopt;
   std::vector<std::string> identifiers;
-  for (const auto& element : *found) {
-    if (!element.is_string()) return std::nullopt;
-    identifiers.push_back(element.get<std::string>());
+  for (const auto& element : elements) {
+    auto text = element.text();
+    if (!text) return std::nullopt;
+    identifiers.push_back(*std::move(text));
   }
   return identifiers;
 }
@@ -29,25 +24,24 @@ std::optional<std::vector<std::string>> identifiersOf(const Json& object) {
 
 std::expected<Command, std::string> parseCommand(std::string_view line) {
   const auto object = parsedJson(line);
-  if (!object.is_object()) return std::unexpected("not_json");
-  const auto version = object.find("mrm_downloader_protocol");
-  if (version == object.end() || *version != protocolVersion) return std::unexpected("protocol_version");
-  const auto command = textAt(object, "command");
+  if (!object.isObject()) return std::unexpected("not_json");
+  if (object["mrm_downloader_protocol"] != protocolVersion) return std::unexpected("protocol_version");
+  const auto command = object["command"].text();
   if (command == "runtime") {
-    const auto active = object.find("active");
-    if (active == object.end() || !active->is_boolean()) return std::unexpected("malformed");
-    return RuntimeCommand{active->get<bool>()};
+    const auto active = object["active"].boolean();
+    if (!active) return std::unexpected("malformed");
+    return RuntimeCommand{*active};
   }
   if (command != "download" && command != "cancel") return std::unexpected("unknown_command");
   auto identifiers = identifiersOf(object);
   if (!identifiers) return std::unexpected("malformed");
   if (command == "cancel") {
-    const auto discard = object.find("discard");
-    if (discard != object.end() && !discard->is_boolean()) return std::unexpected("malformed");
-    return CancelCommand{*std::move(identifiers), discard != object.end() && discard->get<bool>()};
+    const auto discard = object["discard"].boolean();
+    if (!discard && object.contains("discard")) return std::unexpected("malformed");
+    return CancelCommand{*std::move(identifiers), discard.value_or(false)};
   }
   const auto importance =
-      fromRawValue<MRMModelDownloadImportance>(textAt(object, "importance").value_or("required"));
+      fromRawValue<MRMModelDownloadImportance>(object["importance"].text().value_or("required"));
   if (!importance) return std::unexpected("malformed");
   return DownloadCommand{*std::move(identifiers), *importance};
 }

@@ -1,9 +1,9 @@
 #include "Workers/ModelImport/TokenTable.h"
 
+#include "Foundation/Json/Json.h"
+
 #include <fstream>
 #include <map>
-
-#include <nlohmann/json.hpp>
 
 namespace murmel::import {
 
@@ -36,23 +36,21 @@ std::expected<std::vector<std::string>, std::string> readTokenTable(const std::f
   const auto damaged =
       std::unexpected("The vocabulary " + file.string() + " cannot be read or is not Whisper's.");
   std::ifstream stream(file);
-  const auto parsed = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
-  const nlohmann::json::json_pointer place("/model/vocab");
-  if (!parsed.is_object() || !parsed.contains(place) || !parsed.at(place).is_object()) return damaged;
+  const auto parsed = parsedJson(std::string(std::istreambuf_iterator<char>(stream), {}));
 
   const auto bytes = byteAlphabet();
   std::vector<std::string> words(wordCount);
   std::size_t found = 0;
-  for (const auto& [token, number] : parsed.at(place).items()) {
-    if (!number.is_number_unsigned()) return damaged;
-    const auto index = number.get<std::size_t>();
-    if (index >= wordCount) continue;
+  for (const auto& [token, number] : parsed["model"]["vocab"].members()) {
+    const auto index = number.unsignedInteger();
+    if (!index) return damaged;
+    if (*index >= wordCount) continue;
     ++found;
     for (std::size_t begin = 0; begin < token.size();) {
       const std::size_t length = static_cast<unsigned char>(token[begin]) < 0x80 ? 1 : 2;
       const auto byte = bytes.find(token.substr(begin, length));
       if (byte == bytes.end()) return damaged;
-      words[index] += byte->second;
+      words[*index] += byte->second;
       begin += length;
     }
   }

@@ -73,10 +73,10 @@ std::expected<ByteLevelBPE, std::string> ByteLevelBPE::create(std::string_view v
   ByteLevelBPE result;
   const auto object = parsedJson(vocabulary);
   const std::unexpected<std::string> badVocabulary("model vocabulary is not understood");
-  if (!object.is_object() || object.empty()) return badVocabulary;
-  for (const auto& [token, number] : object.items()) {
-    if (!number.is_number_unsigned() || number.get<std::uint64_t>() >= mostTokens) return badVocabulary;
-    const auto index = number.get<std::size_t>();
+  if (object.members().empty()) return badVocabulary;
+  for (const auto& [token, number] : object.members()) {
+    const auto index = number.unsignedInteger().value_or(mostTokens);
+    if (index >= mostTokens) return badVocabulary;
     if (index >= result.tokens_.size()) result.tokens_.resize(index + 1);
     if (!result.tokens_[index].empty()) return badVocabulary;
     result.tokens_[index] = token;

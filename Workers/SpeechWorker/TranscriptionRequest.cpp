@@ -5,7 +5,6 @@
 
 #include <bit>
 #include <cstring>
-#include <limits>
 
 namespace murmel::worker {
 
@@ -41,40 +40,32 @@ CutLine cutAudio(std::string_view line) {
   return {std::string(line.substr(0, quote + 1)).append(line.substr(end)), audio};
 }
 
-std::optional<std::int64_t> integer(const Json& object, std::string_view key) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_number_integer()) return std::nullopt;
-  constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  if (found->is_number_unsigned() && found->get<std::uint64_t>() > largest) return std::nullopt;
-  return found->get<std::int64_t>();
-}
-
 }  // namespace
 
 std::expected<TranscriptionRequest, RequestRefusal> TranscriptionRequest::decode(std::string_view line) {
   const auto cut = cutAudio(line);
   const auto object = parsedJson(cut.rest);
-  if (!object.is_object()) return std::unexpected(RequestRefusal{std::nullopt, "malformed request"});
-  const auto id = integer(object, "id");
+  if (!object.isObject()) return std::unexpected(RequestRefusal{std::nullopt, "malformed request"});
+  const auto id = object["id"].integer();
   const auto refused = [&id](const char* reason) { return std::unexpected(RequestRefusal{id, reason}); };
   if (!id) return refused("request without id");
-  if (integer(object, "sample_rate") != acceptedSampleRate) return refused("unsupported sample rate");
+  if (object["sample_rate"].integer() != acceptedSampleRate) return refused("unsupported sample rate");
   TranscriptionRequest request{.id = *id, .samples = {}, .hints = {}};
-  if (const auto language = object.find("language"); language != object.end()) {
-    if (!language->is_string()) return refused("malformed language");
-    request.hints.language = language->get<std::string>();
+  if (object.contains("language")) {
+    request.hints.language = object["language"].text();
+    if (!request.hints.language) return refused("malformed language");
   }
-  if (const auto words = object.find("vocabulary"); words != object.end()) {
-    if (!words->is_array()) return refused("malformed vocabulary");
-    for (const auto& word : *words) {
-      if (!word.is_string()) return refused("malformed vocabulary");
-      request.hints.words.push_back(word.get<std::string>());
+  if (object.contains("vocabulary")) {
+    if (!object["vocabulary"].isArray()) return refused("malformed vocabulary");
+    for (const auto& word : object["vocabulary"].elements()) {
+      auto text = word.text();
+      if (!text) return refused("malformed vocabulary");
+      request.hints.words.push_back(*std::move(text));
     }
   }
-  const auto audio = object.find(audioKey);
-  if (audio == object.end() || !audio->is_string()) return refused("request without audio");
-  const auto& parsed = audio->get_ref<const std::string&>();
-  const auto bytes = base64::decoded(parsed.empty() ? cut.audio : std::string_view(parsed));
+  const auto audio = object[audioKey].view();
+  if (!audio) return refused("request without audio");
+  const auto bytes = base64::decoded(audio->empty() ? cut.audio : *audio);
   if (!bytes) return refused("audio is not valid base64");
   if (bytes->size() % 2 != 0) return refused("audio has an odd number of bytes");
   request.samples.resize(bytes->size() / 2);

@@ -39,17 +39,16 @@ std::expected<UpdateRelease, std::string> readOrder(int input, const UpdaterOpti
   const auto line = readLine(input);
   if (!line) return std::unexpected(misunderstood);
   const auto order = parsedJson(*line);
-  if (!order.is_object() || !order.contains("feed") || !order["feed"].is_string() ||
-      !order.contains("sha256") || !order["sha256"].is_string() || !order.contains("serial") ||
-      !order["serial"].is_number_unsigned())
-    return std::unexpected(misunderstood);
-  const auto bytes = base64::decoded(order["feed"].get<std::string>());
+  const auto encoded = order["feed"].view();
+  const auto sha256 = order["sha256"].view();
+  const auto serial = order["serial"].unsignedInteger();
+  if (!encoded || !sha256 || !serial) return std::unexpected(misunderstood);
+  const auto bytes = base64::decoded(*encoded);
   if (!bytes) return std::unexpected(misunderstood);
   const auto feed = readUpdateFeed({reinterpret_cast<const char*>(bytes->data()), bytes->size()},
-                                   options.fingerprint, now, order["serial"].get<std::uint64_t>());
+                                   options.fingerprint, now, *serial);
   if (!feed) return std::unexpected(std::string(sentence(feed.error())));
-  const auto found =
-      std::ranges::find(feed->releases, order["sha256"].get<std::string>(), &UpdateRelease::sha256);
+  const auto found = std::ranges::find(feed->releases, *sha256, &UpdateRelease::sha256);
   if (found == feed->releases.end()) return std::unexpected("This version is not on the list of updates.");
   return *found;
 }

@@ -90,9 +90,9 @@ std::string sized(int status, const std::string& body) {
 
 std::string chat(const std::string& content) {
   return murmel::jsonText(
-      Json{{"choices", Json::array({{{"finish_reason", "stop"},
-                                     {"index", 0},
-                                     {"message", {{"role", "assistant"}, {"content", content}}}}})},
+      Json{{"choices", Json::array({Json{{"finish_reason", "stop"},
+                                         {"index", 0},
+                                         {"message", Json{{"role", "assistant"}, {"content", content}}}}})},
            {"object", "chat.completion"}});
 }
 
@@ -191,7 +191,7 @@ class Server {
     }
     note("question");
     const auto body = murmel::parsedJson(request.substr(request.find("\r\n\r\n") + 4));
-    said_ = body.at("messages").at(1).at("content").get<std::string>();
+    said_ = body["messages"].element(1)["content"].text().value();
     const auto index = std::min(asked_++, answers_.size() - 1);
     answer(connection, answers_.at(index));
   }

@@ -55,7 +55,7 @@ void RunningDownloader::download(const std::vector<std::string>& identifiers, co
 void RunningDownloader::cancel(const std::string& identifier, bool discards) {
   send(jsonText(Json{{"mrm_downloader_protocol", 1},
                      {"command", "cancel"},
-                     {"identifiers", {identifier}},
+                     {"identifiers", Json::array({identifier})},
                      {"discard", discards}}));
 }
 
@@ -63,11 +63,12 @@ std::optional<DownloaderEvent> RunningDownloader::next() {
   while (true) {
     if (const auto line = lines_.next()) {
       const auto object = parsedJson(line->text);
-      return DownloaderEvent{.event = object.at("event"),
-                             .identifier = object.value("identifier", ""),
-                             .reason = object.value("reason", object.value("state", "")),
-                             .message = object.value("message", ""),
-                             .received = object.value("received", std::int64_t{-1})};
+      const auto at = [&object](const char* key) { return object[key].text(); };
+      return DownloaderEvent{.event = at("event").value(),
+                             .identifier = at("identifier").value_or(""),
+                             .reason = at("reason").or_else([&] { return at("state"); }).value_or(""),
+                             .message = at("message").value_or(""),
+                             .received = object["received"].integer().value_or(-1)};
     }
     pollfd readable{process_->output(), POLLIN, 0};
     if (::poll(&readable, 1, longestSilence) <= 0) return std::nullopt;

@@ -16,7 +16,7 @@ constexpr auto ready = "{\"mrm_worker_protocol\":1,\"event\":\"ready\"}\n";
 
 std::string reply(const Json& id, const std::string& event, const Json& more) {
   Json object{{"mrm_worker_protocol", 1}, {"event", event}, {"id", id}};
-  object.update(more);
+  for (const auto& [name, value] : more.members()) object[name] = value;
   return jsonText(object) + '\n';
 }
 
@@ -99,7 +99,7 @@ TEST_F(SageProvider, TakesPunctuationAndCapitalsOnly) {
   });
   EXPECT_EQ(refineWhenLoaded("привет мир"), "Привет, Мир!");
   EXPECT_EQ(asked["text"], "привет мир");
-  EXPECT_GT(asked["limit_ms"], 20'000);
+  EXPECT_GT(asked["limit_ms"].integer(), 20'000);
   EXPECT_EQ(launcher.requests().front().arguments,
             (Strings{"--model-dir", folder.path(), "--runtime", folder.path() / "runtime.so"}));
   EXPECT_EQ(refine("совсем другие слова"), "RAW") << "nothing of it can be matched";
@@ -114,7 +114,7 @@ TEST_F(SageProvider, KeepsTheWorkerThatRefusesAndReplacesTheOneThatIsLost) {
   answerWith([&](const Json& request) -> std::optional<std::string> {
     if (dies) return std::nullopt;
     if (request["text"] == "привет") return formatted(request);
-    return reply(request["id"].get<std::int64_t>() + shift, event, more);
+    return reply(*request["id"].integer() + shift, event, more);
   });
   EXPECT_EQ(refineWhenLoaded("привет"), "Привет!");
   EXPECT_EQ(refine("длинно"), "RAW");

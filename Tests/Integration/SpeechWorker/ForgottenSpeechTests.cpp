@@ -88,7 +88,7 @@ TEST_P(ForgottenSpeech, IsNowhereInTheWorkerOnceItHasAnswered) {
                        base64::encoded({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}) +
                        "\"}\n";
   worker.ask(request);
-  const auto text = parsedJson(worker.read()).value("text", "");
+  const auto text = parsedJson(worker.read())["text"].text().value_or("");
   ASSERT_GT(text.size(), 20U);
   const auto words = test::piecesOfText(text);
   const auto sound = test::piecesOfSound(std::span(samples).subspan(rate, rate));

@@ -86,10 +86,10 @@ class Worker {
     std::string line;
     if (!std::getline(std::cin, line)) return false;
     const auto request = murmel::parsedJson(line);
-    const auto audio = murmel::base64::decoded(request.at("pcm_s16le_base64").get_ref<const std::string&>());
-    id_ = request.at("id").get<int>();
-    asked_ = "id=" + std::to_string(id_) + " rate=" + murmel::jsonText(request.at("sample_rate")) +
-             " language=" + (request.contains("language") ? request["language"].get<std::string>() : "none") +
+    const auto audio = murmel::base64::decoded(request["pcm_s16le_base64"].view().value());
+    id_ = request["id"].integer().value();
+    asked_ = "id=" + std::to_string(id_) + " rate=" + murmel::jsonText(request["sample_rate"]) +
+             " language=" + request["language"].text().value_or("none") +
              " bytes=" + (audio ? std::to_string(audio->size()) : "undecodable");
     return true;
   }
@@ -99,7 +99,7 @@ class Worker {
     put(murmel::jsonText(reply) + '\n');
   }
 
-  int id_ = 0;
+  std::int64_t id_ = 0;
   std::string asked_;
 };
 

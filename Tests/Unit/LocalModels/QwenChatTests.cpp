@@ -16,7 +16,7 @@ TEST(QwenChat, AsksAsTheModelWasTriedOut) {
     "chat_template_kwargs": {"enable_thinking": false}
   })");
   EXPECT_EQ(parsedJson(QwenChat::requestBody("say \"hi\"\nто есть \\")), expected);
-  EXPECT_FALSE(parsedJson(QwenChat::requestBody("broken \xC3 text")).is_discarded());
+  EXPECT_TRUE(parsedJson(QwenChat::requestBody("broken \xC3 text")).isObject());
 }
 
 TEST(QwenChat, FindsTheAnswer) {

@@ -17,14 +17,18 @@ ByteLevelBPE tokensFor(const std::vector<std::string>& words) {
     text::appendScalar(bytes.emplace_back(), static_cast<char32_t>(isVisible ? byte : following++));
   }
   Json vocabulary{{"<pad>", 0}, {"<unk>", 1}, {"</s>", ending}};
-  for (const auto& byte : bytes) vocabulary.emplace(byte, vocabulary.size());
+  const auto add = [&vocabulary](const std::string& token) {
+    if (vocabulary.contains(token)) return false;
+    vocabulary[token] = vocabulary.size();
+    return true;
+  };
+  for (const auto& byte : bytes) add(byte);
   std::string merges = "#version: 0.2\n";
   for (const auto& word : words) {
     std::string token;
     for (const char byte : word) {
       const auto& next = bytes[static_cast<unsigned char>(byte)];
-      if (!token.empty() && vocabulary.emplace(token + next, vocabulary.size()).second)
-        merges += token + " " + next + "\n";
+      if (!token.empty() && add(token + next)) merges += token + " " + next + "\n";
       token += next;
     }
   }

@@ -49,7 +49,7 @@ TEST_F(SettingsRepositoryTest, GivesWhatIsStoredAndElseTheDefaultsThatAnExportNa
                      {"historyRetention", rawValue(settings.historyRetention())},
                      {"overlayAnchor", rawValue(settings.overlayPosition())}};
     const auto exported = parsedJson(exportedSettings(defaults));
-    for (const auto& [name, value] : given.items()) EXPECT_EQ(exported[name], value) << name;
+    for (const auto& [name, value] : given.members()) EXPECT_EQ(exported[name], value) << name;
     return settings.shortcut();
   };
   EXPECT_EQ(expectAgreement(), configuration(ShortcutChoice::functionKey));

@@ -22,7 +22,7 @@ TEST(TranscriptForms, EachIsWhatItsReadersExpect) {
 
   const auto object = parsedJson(formatted(transcript, TranscriptForm::json, false));
   EXPECT_EQ(object["file"], transcript.name);
-  EXPECT_EQ(object["segments"][1]["end"], 3'725.0);
+  EXPECT_EQ(object["segments"].element(1)["end"], 3'725.0);
   EXPECT_EQ(object["complete"], true);
   transcript.missing = {{2, 3.5}};
   EXPECT_EQ(parsedJson(formatted(transcript, TranscriptForm::json, false))["complete"], false);

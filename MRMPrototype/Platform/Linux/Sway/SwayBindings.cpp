@@ -69,8 +69,7 @@ class Bindings {
   bool run(const std::string& command) {
     const auto answer = commands_->ask(SwaySocket::Request::command, command);
     const auto results = parsedJson(answer.value_or(std::string()));
-    return results.is_array() && !results.empty() && results[0].is_object() &&
-           results[0].value("success", false);
+    return results.element(0)["success"].boolean().value_or(false);
   }
   bool bind() {
     for (const auto& binding : bindings_) {
@@ -85,13 +84,12 @@ class Bindings {
       const auto message = events_->next();
       if (!message) break;
       const auto event = parsedJson(message->body);
-      if (!event.is_object()) continue;
       if (message->type == SwaySocket::workspaceEvent) {
         // With its configuration sway reads its bindings anew.
-        if (event.value("change", std::string()) == "reload") bind();
+        if (event["change"] == "reload") bind();
       } else if (message->type == SwaySocket::bindingEvent && event.contains("binding")) {
         const auto fired = fired_;
-        fired(event["binding"].value("command", std::string()));
+        fired(event["binding"]["command"].text().value_or(""));
       }
     }
     if (alive.expired() || !events_->hasFailed()) return;

@@ -9,7 +9,7 @@ namespace murmel {
 
 namespace {
 
-/// Empty for what is no JSON.
+/// Null for what is no JSON.
 Json parsed(const std::optional<std::string>& text) {
   return parsedJson(text.value_or(std::string()));
 }
@@ -18,38 +18,30 @@ Json parsed(const std::optional<std::string>& text) {
 /// process.
 template <class Predicate>
 const Json* findWindow(const Json& node, const Predicate& isWanted) {
-  if (!node.is_object()) return nullptr;
   if (node.contains("pid") && isWanted(node)) return &node;
   for (const char* kind : {"nodes", "floating_nodes"}) {
-    const auto children = node.find(kind);
-    if (children == node.end() || !children->is_array()) continue;
-    for (const auto& child : *children) {
+    for (const auto& child : node[kind].elements()) {
       if (const auto* found = findWindow(child, isWanted)) return found;
     }
   }
   return nullptr;
 }
 
-std::string text(const Json& object, const char* name) {
-  const auto found = object.find(name);
-  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
 template <class Number>
-Number number(const Json& object, const char* name) {
-  const auto found = object.find(name);
-  return found != object.end() && found->is_number_integer() ? found->get<Number>() : Number{};
+Number number(const Json& value) {
+  return static_cast<Number>(value.integer().value_or(0));
 }
 
 RunningApplication described(const Json& window, pid_t server) {
   RunningApplication application;
-  application.window = number<std::uint32_t>(window, "id");
-  application.client.processIdentifier = number<pid_t>(window, "pid");
-  application.bundleIdentifier = text(window, "app_id");
-  if (const auto properties = window.find("window_properties"); properties != window.end()) {
+  application.window = number<std::uint32_t>(window["id"]);
+  application.client.processIdentifier = number<pid_t>(window["pid"]);
+  application.bundleIdentifier = window["app_id"].text().value_or("");
+  if (window.contains("window_properties")) {
+    const auto& properties = window["window_properties"];
     // A program of the X server, for which the compositor reads the clipboard.
-    application.bundleIdentifier = text(*properties, "class");
-    application.instanceName = text(*properties, "instance");
+    application.bundleIdentifier = properties["class"].text().value_or("");
+    application.instanceName = properties["instance"].text().value_or("");
     application.clipboardProxy = server;
   }
   if (const auto facts = factsOf(application.client.processIdentifier))
@@ -58,8 +50,7 @@ RunningApplication described(const Json& window, pid_t server) {
 }
 
 bool isFocused(const Json& window) {
-  const auto focused = window.find("focused");
-  return focused != window.end() && focused->is_boolean() && focused->get<bool>();
+  return window["focused"].boolean().value_or(false);
 }
 
 }  // namespace
@@ -108,7 +99,7 @@ bool SwayWorkspace::isTerminated(const RunningApplication& application) {
   if (hasEnded(application.client.processIdentifier, application.startTime)) return true;
   const auto tree = parsed(ask(SwaySocket::Request::tree));
   return findWindow(tree, [&](const Json& window) {
-           return number<std::uint32_t>(window, "id") == application.window;
+           return number<std::uint32_t>(window["id"]) == application.window;
          }) == nullptr;
 }
 
