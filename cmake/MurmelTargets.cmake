@@ -8,7 +8,7 @@ option(MURMEL_PRECOMPILED_HEADERS "Compile the common headers once" ON)
 set(MURMEL_COMMON_HEADERS
   <algorithm> <array> <atomic> <chrono> <coroutine> <cstddef> <cstdint> <cstring> <expected> <filesystem> <functional>
   <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
-  <fmt/format.h>)
+  <fmt/core.h>)
 
 # The compiler never writes the same precompiled file twice. Beside it stands what it was made from, for a compiler cache
 # that is told to compare that instead (ccache: pch_external_checksum), so that several checkouts share it.

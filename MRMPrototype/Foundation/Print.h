@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

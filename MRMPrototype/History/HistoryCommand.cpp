@@ -10,7 +10,7 @@
 #include <utility>
 
 #include <fmt/chrono.h>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

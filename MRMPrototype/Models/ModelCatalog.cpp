@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <unistd.h>
 
 namespace murmel {

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel::settingsMigration {
 

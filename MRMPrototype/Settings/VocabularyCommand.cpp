@@ -10,7 +10,7 @@
 #include <sstream>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

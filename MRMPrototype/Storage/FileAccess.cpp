@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <tuple>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

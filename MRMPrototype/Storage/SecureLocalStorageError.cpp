@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

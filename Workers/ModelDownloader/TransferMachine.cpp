@@ -4,7 +4,7 @@
 #include <charconv>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel::downloader {
 

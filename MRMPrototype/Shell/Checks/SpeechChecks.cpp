@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace murmel {
 

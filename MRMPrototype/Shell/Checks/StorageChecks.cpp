@@ -9,7 +9,7 @@
 #include <optional>
 #include <ranges>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <sys/resource.h>
 #include <unistd.h>
 

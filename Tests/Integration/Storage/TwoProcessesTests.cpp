@@ -9,8 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using ::testing::AnyOf;
-
 namespace {
 
 /// Runs `work` in several processes at once and tells whether all of them were content.
