@@ -788,6 +788,18 @@
         <translation>Die Audiokonfiguration hat sich geändert. Aufnahme beendet; es wurde nichts erkannt.</translation>
     </message>
     <message>
+        <source>Memory is running out. Recording stopped; captured audio processed.</source>
+        <translation>Der Arbeitsspeicher geht zu Ende. Aufnahme beendet; das Aufgenommene wurde verarbeitet.</translation>
+    </message>
+    <message>
+        <source>Memory is running out. Recording stopped; no speech was recognized.</source>
+        <translation>Der Arbeitsspeicher geht zu Ende. Aufnahme beendet; es wurde nichts erkannt.</translation>
+    </message>
+    <message>
+        <source>There is too little memory to record.</source>
+        <translation>Für eine Aufnahme ist zu wenig Arbeitsspeicher frei.</translation>
+    </message>
+    <message>
         <source>The application did not take the text. Copied — press %paste.</source>
         <translation>Die Anwendung hat den Text nicht übernommen. Kopiert – drücken Sie %paste.</translation>
     </message>

@@ -792,6 +792,18 @@
         <translation>Конфигурация звука изменилась. Запись остановлена; речь не распознана.</translation>
     </message>
     <message>
+        <source>Memory is running out. Recording stopped; captured audio processed.</source>
+        <translation>Память заканчивается. Запись остановлена; записанное обработано.</translation>
+    </message>
+    <message>
+        <source>Memory is running out. Recording stopped; no speech was recognized.</source>
+        <translation>Память заканчивается. Запись остановлена; речь не распознана.</translation>
+    </message>
+    <message>
+        <source>There is too little memory to record.</source>
+        <translation>Для записи слишком мало свободной памяти.</translation>
+    </message>
+    <message>
         <source>The application did not take the text. Copied — press %paste.</source>
         <translation>Программа не приняла текст. Скопировано — нажмите %paste.</translation>
     </message>

@@ -122,6 +122,11 @@ Task<void> DictationCoordinator::start() {
   recording->updateActivity = std::move(updateActivity);
   recording->runtimePriority = runtimePriority_.hold();
   if (!ensureRecogniser()) co_return;
+  recording->memory = reserveMemory();
+  if (!recording->memory || services_.memoryIsShort()) {
+    status_.showTransientError("There is too little memory to record.");
+    co_return;
+  }
 
   auto asking = services_.audio.requestPermission();
   const bool permitted = co_await asking;
@@ -218,6 +223,11 @@ void DictationCoordinator::prepareSession(Recording& recording, bool live) {
 void DictationCoordinator::startTimers() {
   pauseWatch_ = {};
   const auto showLevel = [this] {
+    if (services_.memoryIsShort()) {
+      recording_->memoryWasShort = true;
+      stopAndTranscribe();
+      return;
+    }
     showCaptureCondition(services_.audio.health(services_.clock.now()));
     const double level = services_.audio.normalizedLevel();
     services_.overlay.setLevel(level);
@@ -287,6 +297,7 @@ void DictationCoordinator::stopAndTranscribe() {
   stopTimers();
   auto recording = std::move(recording_);
   const bool isRunning = recording && operationTracker_.isCurrent(recording->operation);
+  if (recording) recording->memory.reset();
   auto captured = isRunning ? services_.audio.stop() : std::nullopt;
   if (!captured) {
     recording.reset();

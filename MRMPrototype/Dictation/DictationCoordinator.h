@@ -5,6 +5,7 @@
 #include "Dictation/DictationOperationTracker.h"
 #include "Dictation/DictationStatus.h"
 #include "Dictation/LastTranscriptBuffer.h"
+#include "Dictation/MemoryReserve.h"
 #include "Dictation/OverlayController.h"
 #include "Dictation/PassingHint.h"
 #include "Dictation/PauseWatch.h"
@@ -62,6 +63,7 @@ struct DictationServices {
   CancelKey& cancelKey;
   Logger diagnostic;  ///< category "dictation-summary"
   Logger stages;      ///< category "incremental-stages"
+  std::function<bool()> memoryIsShort = murmel::memoryIsShort;
 };
 
 inline constexpr const char* lockedWarning = "The screen was locked while you dictated. Copied — press ⌘V.";

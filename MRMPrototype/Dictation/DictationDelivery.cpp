@@ -114,6 +114,8 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
   if (recording.deviceChanged) {
     warnings.emplace_back("Audio configuration changed. Recording stopped; captured audio processed.");
   }
+  if (recording.memoryWasShort)
+    warnings.emplace_back("Memory is running out. Recording stopped; captured audio processed.");
   if (recording.clipboardOnly) {
     warnings.emplace_back(lockedWarning);
   } else if (recording.live && recording.live->blocked()) {
@@ -153,6 +155,8 @@ void DictationCoordinator::showFailure(const MRMError& error, const Recording& r
     status_.showTransientError(error.localizedDescription());
   } else if (recording.deviceChanged) {
     status_.showTransientError("Audio configuration changed. Recording stopped; no speech was recognized.");
+  } else if (recording.memoryWasShort) {
+    status_.showTransientError("Memory is running out. Recording stopped; no speech was recognized.");
   } else {
     showRest();
   }

@@ -23,6 +23,8 @@ struct Recording {
   std::unique_ptr<LiveDictationDelivery> live;
   std::unique_ptr<DictationSession> session;
   Instant begun{};
+  Registration memory;  ///< for the end, see `reserveMemory`
+  bool memoryWasShort = false;
   std::unique_ptr<KeptRecording> kept;  ///< for another try, should this one fail
   SpeechlessTime speechless;
   bool deviceChanged = false;

@@ -245,6 +245,17 @@ TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptur
   EXPECT_TRUE(log.lines.back().ends_with(" device_changed=true")) << log.lines.back();
 }
 
+TEST_F(DictationCoordinatorTest, AShortageOfMemoryEndsTheRecordingBeforeAWordIsLost) {
+  begin();
+  startByToggle();
+  memoryIsShort = true;
+  executor.advance(40ms);
+  EXPECT_EQ(title(), "Memory is running out. Recording stopped; captured audio processed.");
+  EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
+  startByToggle();
+  EXPECT_EQ(title(), "There is too little memory to record.");
+}
+
 TEST_F(DictationCoordinatorTest, AFailedRefinementDeliversTheWordsAndSaysWhy) {
   begin();
   DictationSessionResult result;

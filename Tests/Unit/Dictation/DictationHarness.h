@@ -31,10 +31,26 @@ class DictationHarness {
   /// Makes the coordinator, after the test has set the scene.
   DictationCoordinator& begin() {
     coordinator = std::make_unique<DictationCoordinator>(
-        DictationServices{executor, executor, audio, insertion, settings, history, models, recognition,
-                          refinement, cleanUp, sessions, updates, downloads, overlay, sounds, session,
-                          cancelKey, Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
-                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages")});
+        DictationServices{executor,
+                          executor,
+                          audio,
+                          insertion,
+                          settings,
+                          history,
+                          models,
+                          recognition,
+                          refinement,
+                          cleanUp,
+                          sessions,
+                          updates,
+                          downloads,
+                          overlay,
+                          sounds,
+                          session,
+                          cancelKey,
+                          Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
+                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages"),
+                          [this] { return memoryIsShort; }});
     executor.runUntilIdle();
     if (recognition.finishWarmup) recognition.finishWarmup(true);
     return *coordinator;
@@ -92,6 +108,7 @@ class DictationHarness {
   FakeSoundPlayer sounds;
   FakeSessionGuard session;
   FakeCancelKey cancelKey;
+  bool memoryIsShort = false;
   MemoryLogSink log;
   std::unique_ptr<DictationCoordinator> coordinator;
 };
