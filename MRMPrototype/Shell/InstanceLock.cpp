@@ -1,6 +1,7 @@
 #include "Shell/InstanceLock.h"
 
 #include "Foundation/WriteAll.h"
+#include "Platform/Linux/Files/MachineLock.h"
 
 #include <algorithm>
 #include <array>
@@ -34,14 +35,21 @@ std::expected<std::optional<InstanceLock>, std::string> InstanceLock::take(const
   const auto file = fileOf(installation);
   UniqueDescriptor descriptor(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
   auto lock = wholeFile(F_WRLCK);
-  if (descriptor.get() >= 0 && ::fcntl(descriptor.get(), F_OFD_SETLK, &lock) == 0) {
+  int error = descriptor && ::fcntl(descriptor.get(), F_OFD_SETLK, &lock) == 0 ? 0 : errno;
+  UniqueDescriptor instead;
+  if (descriptor && machineLock::isNeeded(error)) {
+    auto taken = machineLock::take(descriptor.get());
+    error = taken ? 0 : taken.error();
+    if (taken) instead = *std::move(taken);
+  }
+  if (error == 0) {
     // The lock counts; the name is for those who ask, and a full disk does not matter.
     const auto content = installation.identifier + "\n" + screenOf(installation);
     if (::ftruncate(descriptor.get(), 0) == 0) (void)writeAll(descriptor.get(), content);
-    return std::optional(InstanceLock(std::move(descriptor)));
+    return std::optional(InstanceLock(std::move(instead ? instead : descriptor)));
   }
-  if (descriptor.get() >= 0 && (errno == EAGAIN || errno == EACCES)) return std::nullopt;
-  return std::unexpected("Cannot lock " + file.string() + ": " + std::strerror(errno));
+  if (descriptor && (error == EAGAIN || error == EACCES)) return std::nullopt;
+  return std::unexpected("Cannot lock " + file.string() + ": " + std::strerror(error));
 }
 
 std::string InstanceLock::screenOf(const Installation& installation) {
@@ -57,7 +65,10 @@ std::optional<InstanceLock::Holder> InstanceLock::holder(const Installation& ins
   const UniqueDescriptor descriptor(::open(fileOf(installation).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   if (descriptor.get() < 0) return std::nullopt;
   auto lock = wholeFile(F_WRLCK);
-  if (::fcntl(descriptor.get(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
+  const bool isHeld = ::fcntl(descriptor.get(), F_OFD_GETLK, &lock) == 0
+                          ? lock.l_type != F_UNLCK
+                          : machineLock::isNeeded(errno) && machineLock::isHeld(descriptor.get());
+  if (!isHeld) return std::nullopt;
   std::array<char, 256> bytes{};
   const auto length = ::read(descriptor.get(), bytes.data(), bytes.size());
   const std::string_view content(bytes.data(), length > 0 ? static_cast<std::size_t>(length) : 0);

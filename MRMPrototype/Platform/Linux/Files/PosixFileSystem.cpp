@@ -1,5 +1,7 @@
 #include "Platform/Linux/Files/PosixFileSystem.h"
 
+#include "Platform/Linux/Files/MachineLock.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -169,12 +171,13 @@ FileResult<UniqueDescriptor> PosixFileSystem::lock(const std::filesystem::path& 
   while (true) {
     const auto locked = checked([&] { return ::flock(descriptor->get(), LOCK_EX | LOCK_NB); });
     if (locked) return descriptor;
-    // A file system without locks has no second writer that would respect one.
-    if (locked.error() == ENOLCK || locked.error() == ENOSYS || locked.error() == EOPNOTSUPP)
-      return descriptor;
-    if (locked.error() != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
-      return std::unexpected(locked.error());
+    int error = locked.error();
+    if (machineLock::isNeeded(error)) {
+      auto instead = machineLock::take(descriptor->get());
+      if (instead) return *std::move(instead);
+      error = instead.error();
     }
+    if (error != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) return std::unexpected(error);
     std::this_thread::sleep_for(lockRetryInterval);
   }
 }
