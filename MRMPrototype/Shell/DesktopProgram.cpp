@@ -14,7 +14,9 @@
 #include <csignal>
 #include <cstdio>
 #include <optional>
+#include <string>
 
+#include <sys/resource.h>
 #include <sys/signalfd.h>
 
 namespace murmel {
@@ -75,6 +77,17 @@ int complain(const std::string& sentence) {
   return 1;
 }
 
+/// At rest 36 descriptors are open. Where the next connection finds none, its library waits without a word.
+constexpr rlim_t leastOpenFiles = 128;
+
+bool mayOpenEnoughFiles() {
+  rlimit limit{};
+  ::getrlimit(RLIMIT_NOFILE, &limit);
+  if (limit.rlim_cur >= leastOpenFiles) return true;
+  limit.rlim_cur = leastOpenFiles;
+  return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
 }  // namespace
 
 int runDesktop(Arguments arguments, const Installation& users, const DesktopRole& role) {
@@ -82,6 +95,9 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   std::optional<SelfTestFolders> ownFolders;
   if (selfTest != LaunchSelfTest::none) ownFolders.emplace(users);
   const auto& installation = ownFolders ? ownFolders->installation() : users;
+  if (!mayOpenEnoughFiles())
+    return complain("Too few files may be open at once; “ulimit -n” must allow " +
+                    std::to_string(leastOpenFiles) + ".");
   // Before Qt, which ends the process when it finds no display.
   const auto facts = probeSession(installation.environment);
   const auto plan = planDesktop(facts);

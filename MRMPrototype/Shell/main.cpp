@@ -77,6 +77,8 @@ int main(int argumentCount, char** argumentValues) {
   keepMemoryPrivate();
   // A worker or reader that goes away shows as an error of the write, not as the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
+  // A file that may not grow is an error to tell, as a full disk is, not the end of a dictation.
+  std::signal(SIGXFSZ, SIG_IGN);
   const auto build = MRMBuildIdentity::from(informationOfThisBuild().value_or(InformationDictionary()));
   const auto role = launchRole(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount),
                                versionLine(build));
