@@ -13,6 +13,7 @@
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -36,6 +37,12 @@ void fillStandardDescriptors() {
     if (::fcntl(descriptor, F_GETFD) >= 0) continue;
     (void)::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);  // the lowest number is free
   }
+}
+
+/// Without its owner's rights a file of ours could not be opened again; with those of others it is not ours.
+void correctFileModes() {
+  const auto inherited = ::umask(S_IWGRP | S_IWOTH);
+  ::umask((inherited & ~static_cast<mode_t>(S_IRWXU)) | S_IWGRP | S_IWOTH);
 }
 
 /// What did not get out was not shown.
@@ -75,6 +82,7 @@ struct Run {
 int main(int argumentCount, char** argumentValues) {
   fillStandardDescriptors();
   keepMemoryPrivate();
+  correctFileModes();
   // A worker or reader that goes away shows as an error of the write, not as the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
   // A file that may not grow is an error to tell, as a full disk is, not the end of a dictation.
