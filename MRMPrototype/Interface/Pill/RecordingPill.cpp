@@ -108,6 +108,7 @@ RecordingPill::RecordingPill(PillActions actions)
   QObject::connect(stop_, &QAbstractButton::clicked, this, [this] { actions_.toggle(); });
   QObject::connect(cancel_, &QAbstractButton::clicked, this, [this] { actions_.cancel(); });
   QObject::connect(dismiss_, &QAbstractButton::clicked, this, [this] { dismiss(); });
+  followScreens();
 
   auto* words = new QVBoxLayout;
   words->setSpacing(grid::unit / 2);
@@ -299,6 +300,18 @@ QRect RecordingPill::area() const {
   auto* chosen = actions_.screen ? actions_.screen() : nullptr;
   if (chosen == nullptr) chosen = QGuiApplication::primaryScreen();
   return chosen == nullptr ? QRect() : chosen->availableGeometry();
+}
+
+/// Where the monitor it is on goes, or shrinks, the indicator would stay outside until there is news.
+void RecordingPill::followScreens() {
+  const auto follow = [this](const QScreen* screen) {
+    QObject::connect(screen, &QScreen::availableGeometryChanged, this, [this] { place(); });
+  };
+  for (const auto* screen : QGuiApplication::screens()) follow(screen);
+  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
+  // Told before it is gone.
+  QObject::connect(
+      qGuiApp, &QGuiApplication::screenRemoved, this, [this] { place(); }, Qt::QueuedConnection);
 }
 
 void RecordingPill::place() {

@@ -82,6 +82,7 @@ class RecordingPill final : public QWidget, public OverlayController {
   void presentPicture();
   void dismiss();
   void place();
+  void followScreens();
   void shape();
   [[nodiscard]] bool isResting() const;
   [[nodiscard]] bool isTrouble() const;
