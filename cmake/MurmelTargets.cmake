@@ -6,9 +6,9 @@
 # file that has them, whether it calls them or not: JSON's parser takes nearly a second, so who wants it includes it.
 option(MURMEL_PRECOMPILED_HEADERS "Compile the common headers once" ON)
 set(MURMEL_COMMON_HEADERS
-  <algorithm> <array> <atomic> <chrono> <coroutine> <cstddef> <cstdint> <cstring> <expected> <filesystem> <functional>
-  <map> <memory> <mutex> <optional> <set> <span> <sstream> <string> <string_view> <thread> <utility> <variant> <vector>
-  <fmt/core.h>)
+  <algorithm> <array> <atomic> <cerrno> <chrono> <cmath> <coroutine> <cstddef> <cstdint> <cstdio> <cstdlib> <cstring> <deque>
+  <expected> <filesystem> <functional> <map> <memory> <mutex> <numeric> <optional> <set> <span> <sstream> <string>
+  <string_view> <system_error> <thread> <utility> <variant> <vector> <fmt/core.h>)
 
 # The compiler never writes the same precompiled file twice. Beside it stands what it was made from, for a compiler cache
 # that is told to compare that instead (ccache: pch_external_checksum), so that several checkouts share it.
@@ -272,4 +272,26 @@ function(murmel_test)
     set_tests_properties(${test}_${part} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT}
       ENVIRONMENT "GTEST_TOTAL_SHARDS=${ARG_PARTS};GTEST_SHARD_INDEX=${index}")
   endforeach()
+endfunction()
+
+option(MURMEL_ALL_DESKTOPS "Test on all headless Wayland desktops" OFF)
+
+# murmel_wayland_desk(<test> [<compositor>...]): the typed tests of a contract whose third desk is that of Wayland run on
+# sway, the others where they ran; where no sway can run they are left out. With MURMEL_ALL_DESKTOPS they run on the other
+# compositors, too.
+function(murmel_wayland_desk test)
+  set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT "GTEST_FILTER=-*/2.*")
+  set(compositors sway)
+  if(MURMEL_ALL_DESKTOPS)
+    list(APPEND compositors ${ARGN})
+  endif()
+  foreach(compositor IN LISTS compositors)
+    set(name ${test}_${compositor})
+    add_test(NAME ${name}
+      COMMAND "${CMAKE_SOURCE_DIR}/Tests/Support/private-session" --${compositor} -- $<TARGET_FILE:contract_tests> ${${test}_FILES})
+    set_tests_properties(${name} PROPERTIES LABELS desktop TIMEOUT 120
+      ENVIRONMENT "GTEST_FILTER=*/2.*;MURMEL_TEST_PROGRAMS=${CMAKE_BINARY_DIR}/tests")
+  endforeach()
+  set_tests_properties(${test}_sway PROPERTIES LABELS contract SKIP_RETURN_CODE 77)
+  add_dependencies(contract_tests users-keyboard wayland-target)
 endfunction()
