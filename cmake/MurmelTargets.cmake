@@ -55,7 +55,7 @@ endfunction()
 # Several sources are compiled as one where somebody builds everything: their headers are read and their templates made
 # once. The names in their anonymous namespaces then have to differ. A batch names its sources relative to the source
 # tree, so that checkouts share a compiler cache. CMake's own unity builds name them by their full paths.
-set(MURMEL_BATCH 0 CACHE STRING "Compile so many sources of a target as one; tests half as many; 0: each by itself")
+set(MURMEL_BATCH 0 CACHE STRING "Compile so many sources of a target as one; tests three quarters as many; 0: each by itself")
 
 # murmel_in_batches(<result> <size> <source> ...): the sources, or the batches that stand for them.
 function(murmel_in_batches result size)
@@ -202,7 +202,7 @@ endfunction()
 function(murmel_finish_test_programs)
   get_property(programs GLOBAL PROPERTY MURMEL_TEST_PROGRAMS)
   list(REMOVE_DUPLICATES programs)
-  math(EXPR size "${MURMEL_BATCH} / 2")
+  math(EXPR size "${MURMEL_BATCH} * 3 / 4")
   foreach(target IN LISTS programs)
     get_property(sources GLOBAL PROPERTY MURMEL_SOURCES_${target})
     if(NOT target MATCHES "^unit_")

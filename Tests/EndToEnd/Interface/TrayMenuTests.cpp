@@ -180,7 +180,7 @@ TEST_F(Tray, starts_and_stops_by_a_click_on_the_icon) {
   EXPECT_EQ(calls, std::vector<std::string>{"toggle"});
 }
 
-const test::Surroundings surroundings(__FILE__, [] {
+const test::Surroundings trayDesktop(__FILE__, [] {
   auto application = test::windowApplication();
   return std::shared_ptr<void>(nullptr, [application](void*) mutable {
     application.reset();
