@@ -34,14 +34,21 @@ int runSelectedTests(const std::set<std::string>& sources) {
   auto missing = sources;
   std::string others;
   const auto& all = *testing::UnitTest::GetInstance();
-  for (int suite = 0; suite < all.total_test_suite_count(); ++suite) {
-    const auto& tests = *all.GetTestSuite(suite);
-    for (int index = 0; index < tests.total_test_count(); ++index) {
-      const auto& test = *tests.GetTestInfo(index);
+  for (int number = 0; number < all.total_test_suite_count(); ++number) {
+    const auto& suite = *all.GetTestSuite(number);
+    const auto suiteName = std::string(":") + suite.name();
+    std::string otherTests;
+    int wanted = 0;
+    for (int index = 0; index < suite.total_test_count(); ++index) {
+      const auto& test = *suite.GetTestInfo(index);
       const auto source = nameOf(test.file());
       missing.erase(source);
-      if (!sources.contains(source)) others.append(":").append(tests.name()).append(".").append(test.name());
+      if (sources.contains(source))
+        ++wanted;
+      else
+        otherTests.append(suiteName).append(".").append(test.name());
     }
+    others += wanted == 0 ? suiteName + ".*" : otherTests;
   }
   for (const auto& source : missing)
     std::fprintf(stderr, "No tests of %s are in this program.\n", source.c_str());

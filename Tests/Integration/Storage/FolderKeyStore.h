@@ -35,8 +35,10 @@ class FolderKeyStore final : public LocalEncryptionKeyStore {
   }
   SecureResult<std::optional<SecretBytes>> key(const std::string& identifier) override {
     before_();
-    if (!std::filesystem::exists(folder_ / identifier)) return std::nullopt;
-    return SecretBytes(bytesOf(contentsOf(folder_ / identifier)));
+    // Whether there is one is not asked beforehand: another process may delete it in between.
+    const auto contents = contentsOf(folder_ / identifier);
+    if (contents.empty()) return std::nullopt;
+    return SecretBytes(bytesOf(contents));
   }
   SecureResult<void> deleteKey(const std::string& identifier) override {
     before_();
