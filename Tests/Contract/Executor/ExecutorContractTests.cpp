@@ -104,6 +104,12 @@ TYPED_TEST(ExecutorContract, WithdrawnTimersAndPassedOnHandles) {
   });
   this->loop.runFor(50ms);
   EXPECT_EQ(fired, 1);
+  auto over = this->executor.after(1ms, [] {});
+  this->loop.runFor(20ms);
+  const auto next = this->executor.after(5ms, [&] { ++fired; });
+  over.reset();
+  this->loop.runFor(50ms);
+  EXPECT_EQ(fired, 2) << "the handle of a timer that is over withdraws no other";
 }
 
 TYPED_TEST(ExecutorContract, WatchesADescriptorUntilTheHandleGoes) {
