@@ -23,9 +23,12 @@ namespace murmel::test {
 
 /// What the user had copied: several forms of a rich text, a picture of 5 MB, files.
 inline ClipboardSnapshot richClipboard() {
-  std::string image("\x89PNG\r\n\x1a\n", 8);
-  for (std::size_t index = image.size(); index < 5'000'000; ++index)
-    image += static_cast<char>(index * 2'654'435'761U >> 13);
+  static const auto image = [] {
+    std::string bytes("\x89PNG\r\n\x1a\n", 8);
+    for (std::size_t index = bytes.size(); index < 5'000'000; ++index)
+      bytes += static_cast<char>(index * 2'654'435'761U >> 13);
+    return bytes;
+  }();
   return {{{{{"text/html", "<b>old</b> clipboard", "", 8},
              {"UTF8_STRING", "old clipboard", "", 8},
              {"STRING", "old clipboard", "", 8},

@@ -9,23 +9,25 @@ namespace {
 constexpr double infinite = std::numeric_limits<double>::infinity();
 constexpr double clean = infinite;
 
+/// Prompts of a language, joined, under noise. Made once: that takes longer than the tests themselves.
 class NaturalPauses : public ::testing::TestWithParam<const char*> {
  protected:
-  static void SetUpTestSuite() {
-    for (const char* language : {"en", "ru"}) {
-      const auto speech = NaturalSpeech::load(language, 1.5, 90);
-      joined()[language] = JoinedSpeech::join(speech, 0.3, 1.2, 1);
-    }
-  }
-  static void TearDownTestSuite() { joined().clear(); }
+  static void TearDownTestSuite() { all().clear(); }
 
-  static std::map<std::string, JoinedSpeech>& joined() {
-    static std::map<std::string, JoinedSpeech> all;
-    return all;
+  [[nodiscard]] static const JoinedSpeech& speech(double signalToNoise) {
+    auto& noisy = all()[{GetParam(), signalToNoise}];
+    if (!noisy.samples.empty()) return noisy;
+    if (signalToNoise == clean)
+      noisy = JoinedSpeech::join(NaturalSpeech::load(GetParam(), 1.5, 60), 0.3, 1.2, 1);
+    else
+      noisy = speech(clean).withNoise(signalToNoise, 2);
+    return noisy;
   }
-  [[nodiscard]] JoinedSpeech speech(double signalToNoise) const {
-    const auto& asRecorded = joined().at(GetParam());
-    return signalToNoise == clean ? asRecorded : asRecorded.withNoise(signalToNoise, 2);
+
+ private:
+  static std::map<std::pair<std::string, double>, JoinedSpeech>& all() {
+    static std::map<std::pair<std::string, double>, JoinedSpeech> made;
+    return made;
   }
 };
 
@@ -36,7 +38,7 @@ TEST_P(NaturalPauses, AreFoundAndNoWordIsTakenForOne) {
   };
   for (const auto& [signalToNoise, leastFound] : {Row{clean, 0.95}, Row{20, 0.95}, Row{10, 0}, Row{5, 0}}) {
     SCOPED_TRACE(signalToNoise);
-    const auto recording = speech(signalToNoise);
+    const auto& recording = speech(signalToNoise);
     PhrasePauseDetector detector(NaturalSpeech::sampleRate);
     std::vector<std::int64_t> cuts;
     for (const auto& pause : detector.append(recording.samples)) {
@@ -51,15 +53,15 @@ TEST_P(NaturalPauses, AreFoundAndNoWordIsTakenForOne) {
       ++gaps;
       if (recording.isFound(gap, cuts)) ++found;
     }
-    ASSERT_GE(gaps, 30);
+    ASSERT_GE(gaps, 25);
     EXPECT_GE(found, leastFound * gaps) << found << " of " << gaps;
   }
 }
 
 TEST_P(NaturalPauses, SegmentsBeginAndEndBetweenWords) {
   for (const double signalToNoise : {clean, 20.0, 10.0, 5.0}) {
-    const auto recording = speech(signalToNoise);
-    for (const double target : {3.0, 15.0, infinite}) {
+    const auto& recording = speech(signalToNoise);
+    for (const double target : {3.0, infinite}) {
       SCOPED_TRACE(testing::Message() << signalToNoise << " dB, target " << target);
       SegmentCutter cutter(target);
       auto segments = cutter.append({recording.samples, NaturalSpeech::sampleRate});
