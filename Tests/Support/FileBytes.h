@@ -1,9 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <span>
 #include <string>
@@ -22,7 +22,11 @@ inline std::string textOf(std::span<const std::uint8_t> bytes) {
 
 inline std::string contentsOf(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::string contents;
+  std::array<char, 65'536> buffer{};
+  while (stream.read(buffer.data(), buffer.size()), stream.gcount() > 0)
+    contents.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
+  return contents;
 }
 
 inline void writeFile(const std::filesystem::path& file, std::string_view contents) {

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 /// The process is killed in the middle of its work, over and over; each start goes on where the last one
 /// stopped.
 TEST(DownloaderInterruption, GoesOnAfterBeingKilledAtAnyMoment) {
-  constexpr int kills = 100;
+  constexpr int kills = 50;
   constexpr std::int64_t bytes = 4'000'000;
   ModelHost host;
   const auto first = host.add("first", bytes, 1);
