@@ -172,16 +172,14 @@ void DictationCoordinator::logSummary(const Recording& recording) const {
 
 void DictationCoordinator::keepInHistory(SpokenText text, const std::string& providerID,
                                          int unrecognizedParts) {
-  const auto now = services_.clock.wallNow();
   HistoryEntry entry;
   entry.id = Uuid::random();
-  entry.createdAt = historyDate(now);
+  entry.createdAt = historyDate(services_.clock.wallNow());
   entry.text = std::move(text);
   entry.providerID = providerID;
   entry.language = services_.settings.historyLanguageLabel();
   entry.unrecognizedParts = unrecognizedParts;
   services_.history.add(std::move(entry));
-  services_.history.prune(services_.settings.historyRetention(), now);
 }
 
 }  // namespace murmel

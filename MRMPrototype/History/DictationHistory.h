@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Foundation/Async/Clock.h"
 #include "History/HistoryEntry.h"
-#include "History/HistoryRetention.h"
 
 namespace murmel {
 
@@ -11,10 +9,8 @@ namespace murmel {
 class DictationHistory {
  public:
   virtual ~DictationHistory() = default;
-  /// Puts the entry first and stores the list.
+  /// Puts the entry first and stores the list. What is due goes by itself.
   virtual void add(HistoryEntry entry) = 0;
-  /// Removes what is older than `retention` allows at `now`.
-  virtual void prune(HistoryRetention retention, WallTime now) = 0;
 };
 
 }  // namespace murmel

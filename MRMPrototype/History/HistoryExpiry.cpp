@@ -1,6 +1,7 @@
 #include "History/HistoryExpiry.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace murmel {
@@ -19,17 +20,28 @@ void HistoryExpiry::look() {
   if (isLooking_) return;  // told of its own deletion
   isLooking_ = true;
   next_.reset();
-  const auto retention = retention_();
-  const auto now = clock_.wallNow();
-  history_.prune(retention, now);
-  isLooking_ = false;
-  const auto age = maximumAge(retention);
+  const auto age = maximumAge(retention_());
+  const auto sinceBoot = clock_.sinceBoot();
+  const auto now = ages_.believed(clock_.wallNow(), sinceBoot);
   const auto& entries = history_.entries();
+  std::set<Uuid> due;
+  double oldest = 0;
+  if (age) {
+    const auto ages = ages_.of(entries, now, sinceBoot);
+    for (std::size_t i = 0; i < ages.size(); ++i) {
+      if (ages[i] > *age) {
+        due.insert(entries[i].id);
+      } else {
+        oldest = std::max(oldest, ages[i]);
+      }
+    }
+  }
+  history_.remove(std::move(due));
+  isLooking_ = false;
   if (!age || entries.empty()) return;
-  const auto oldest = std::ranges::min_element(entries, {}, &HistoryEntry::createdAt)->createdAt;
   constexpr Duration justAfter = std::chrono::milliseconds(1);
-  const auto wait = secondsToDuration(oldest + *age - historyDate(now)) + justAfter;
-  next_ = executor_.after(std::clamp(wait, justAfter, longestSleep), [this] { look(); });
+  const auto wait = secondsToDuration(std::min(*age - oldest, durationToSeconds(longestSleep))) + justAfter;
+  next_ = executor_.after(wait, [this] { look(); });
 }
 
 }  // namespace murmel

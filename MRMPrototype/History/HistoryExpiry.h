@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/Clock.h"
 #include "Foundation/Async/Executor.h"
+#include "History/HistoryAges.h"
 #include "History/HistoryRepository.h"
 
 #include <chrono>
@@ -28,6 +29,7 @@ class HistoryExpiry {
   const Clock& clock_;
   HistoryRepository& history_;
   std::function<HistoryRetention()> retention_;
+  HistoryAges ages_;
   bool isLooking_ = false;
   Registration next_;
   Registration changes_;

@@ -24,10 +24,10 @@ void HistoryRepository::add(HistoryEntry entry) {
   change(std::move(changes));
 }
 
-void HistoryRepository::remove(const Uuid& id) {
-  if (std::ranges::find(entries_, id, &HistoryEntry::id) == entries_.end()) return;
+void HistoryRepository::remove(std::set<Uuid> ids) {
+  if (std::ranges::none_of(entries_, [&](const auto& entry) { return ids.contains(entry.id); })) return;
   HistoryChanges changes;
-  changes.removed.insert(id);
+  changes.removed = std::move(ids);
   change(std::move(changes));
 }
 

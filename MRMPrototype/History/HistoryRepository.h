@@ -5,11 +5,13 @@
 #include "Foundation/Async/Signal.h"
 #include "History/DictationHistory.h"
 #include "History/HistoryFile.h"
+#include "History/HistoryRetention.h"
 #include "Storage/SecureStorageStatus.h"
 
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace murmel {
@@ -41,9 +43,10 @@ class HistoryRepository : public DictationHistory {
   [[nodiscard]] bool isSettled() const { return !isStoring_; }
 
   void add(HistoryEntry entry) override;
-  void prune(HistoryRetention retention, WallTime now) override;
-  /// Removes one entry, if it is there, and stores the list.
-  void remove(const Uuid& id);
+  /// Removes what is older than `retention` allows at `now`.
+  void prune(HistoryRetention retention, WallTime now);
+  /// Removes those of the entries that are there, and stores the list.
+  void remove(std::set<Uuid> ids);
   /// Removes every entry and makes every copy of the file unreadable.
   void deleteAll();
   /// Reads the file again, and stores what could not be stored before: another process has changed it, or the

@@ -33,7 +33,6 @@ class DictationSettings {
   [[nodiscard]] virtual SmartRefinementRoutingMode smartRefinementRouting() const = 0;
   [[nodiscard]] virtual SmartLocalModel smartLocalModel() const = 0;
   [[nodiscard]] virtual bool historyEnabled() const = 0;
-  [[nodiscard]] virtual HistoryRetention historyRetention() const = 0;
   /// One "term = replacement" a line.
   [[nodiscard]] virtual std::string personalVocabulary() const = 0;
   /// The two-letter code that recognition is forced to, if any.

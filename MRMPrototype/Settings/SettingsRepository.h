@@ -103,7 +103,7 @@ class SettingsRepository : public DictationSettings {
   [[nodiscard]] bool spaceBetweenDictations() const { return spaceBetweenDictations_; }
   [[nodiscard]] bool restorePreviousClipboard() const { return restorePreviousClipboard_; }
   [[nodiscard]] bool historyEnabled() const override { return historyEnabled_; }
-  [[nodiscard]] HistoryRetention historyRetention() const override { return historyRetention_; }
+  [[nodiscard]] HistoryRetention historyRetention() const { return historyRetention_; }
   [[nodiscard]] bool automaticUpdateChecks() const { return automaticUpdateChecks_; }
   [[nodiscard]] OverlayPosition overlayPosition() const { return overlayPosition_; }
   /// The indicator stays on the screen while nothing is dictated.

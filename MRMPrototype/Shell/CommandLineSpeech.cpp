@@ -111,7 +111,7 @@ void CommandLineSpeech::keep(const Transcript& transcript) {
   entry.language = settings_.historyLanguageLabel();
   entry.unrecognizedParts = static_cast<int>(transcript.missing.size());
   storage_.history.add(std::move(entry));
-  storage_.history.prune(settings_.historyRetention(), now);
+  storage_.history.prune(storage_.settings.historyRetention(), now);
 }
 
 }  // namespace murmel

@@ -26,7 +26,6 @@ class TranscriptionSettings final : public DictationSettings {
   }
   [[nodiscard]] SmartLocalModel smartLocalModel() const override { return user_.smartLocalModel(); }
   [[nodiscard]] bool historyEnabled() const override { return options_.history && user_.historyEnabled(); }
-  [[nodiscard]] HistoryRetention historyRetention() const override { return user_.historyRetention(); }
   [[nodiscard]] std::string personalVocabulary() const override { return user_.personalVocabulary(); }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override {
     return options_.language ? options_.language : user_.workerLanguageCode();

@@ -82,7 +82,6 @@ class FakeDictationSettings final : public DictationSettings {
   [[nodiscard]] SmartRefinementRoutingMode smartRefinementRouting() const override { return routing; }
   [[nodiscard]] SmartLocalModel smartLocalModel() const override { return model; }
   [[nodiscard]] bool historyEnabled() const override { return history; }
-  [[nodiscard]] HistoryRetention historyRetention() const override { return retention; }
   [[nodiscard]] std::string personalVocabulary() const override { return vocabulary; }
   [[nodiscard]] std::optional<std::string> workerLanguageCode() const override { return language; }
   [[nodiscard]] std::string historyLanguageLabel() const override { return "Automatic"; }
@@ -98,7 +97,6 @@ class FakeDictationSettings final : public DictationSettings {
   bool history = false;
   SmartRefinementRoutingMode routing = SmartRefinementRoutingMode::automaticByLanguage;
   SmartLocalModel model = SmartLocalModel::gemma4E2B;
-  HistoryRetention retention = HistoryRetention::forever;
   std::string vocabulary;
   std::optional<std::string> language;
 };
@@ -106,10 +104,8 @@ class FakeDictationSettings final : public DictationSettings {
 class FakeDictationHistory final : public DictationHistory {
  public:
   void add(HistoryEntry entry) override { entries.push_back(std::move(entry)); }
-  void prune(HistoryRetention retention, WallTime /*now*/) override { prunedWith = retention; }
 
   std::vector<HistoryEntry> entries;
-  std::optional<HistoryRetention> prunedWith;
 };
 
 class FakeSpeechModelStore final : public SpeechModelStore {

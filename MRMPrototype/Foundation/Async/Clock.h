@@ -17,6 +17,8 @@ class Clock {
   virtual ~Clock() = default;
   [[nodiscard]] virtual Instant now() const = 0;
   [[nodiscard]] virtual WallTime wallNow() const = 0;
+  /// Goes on while the machine sleeps, and nobody can set it.
+  [[nodiscard]] virtual Duration sinceBoot() const = 0;
 };
 
 /// The machine's clocks.
@@ -24,6 +26,7 @@ class SystemClock final : public Clock {
  public:
   [[nodiscard]] Instant now() const override;
   [[nodiscard]] WallTime wallNow() const override;
+  [[nodiscard]] Duration sinceBoot() const override;
 };
 
 /// `seconds` as a Duration, for constants that are given in decimal seconds.

@@ -1,5 +1,7 @@
 #include "Foundation/Async/Clock.h"
 
+#include <ctime>
+
 namespace murmel {
 
 Instant SystemClock::now() const {
@@ -8,6 +10,12 @@ Instant SystemClock::now() const {
 
 WallTime SystemClock::wallNow() const {
   return std::chrono::system_clock::now();
+}
+
+Duration SystemClock::sinceBoot() const {
+  timespec time{};
+  ::clock_gettime(CLOCK_BOOTTIME, &time);
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
 }  // namespace murmel

@@ -191,7 +191,7 @@ void HistoryWindow::removeCurrent() {
   const auto* const entry = current();
   if (entry == nullptr) return;
   confirmRemoval(this, tr("Delete this dictation?"), tr("It cannot be recovered."), tr("Delete"),
-                 [this, id = entry->id] { services_.history.remove(id); });
+                 [this, id = entry->id] { services_.history.remove({id}); });
 }
 
 void HistoryWindow::removeAll() {

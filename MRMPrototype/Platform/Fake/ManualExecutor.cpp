@@ -54,6 +54,10 @@ WallTime ManualExecutor::wallNow() const {
   return firstWallTime + std::chrono::duration_cast<WallTime::duration>(now_.time_since_epoch());
 }
 
+Duration ManualExecutor::sinceBoot() const {
+  return now_.time_since_epoch();
+}
+
 bool ManualExecutor::runOnePosted() {
   Job job;
   {

@@ -27,6 +27,7 @@ class ManualExecutor final : public Executor, public Clock {
                                            std::move_only_function<void()> onReadable) override;
   [[nodiscard]] Instant now() const override;
   [[nodiscard]] WallTime wallNow() const override;
+  [[nodiscard]] Duration sinceBoot() const override;
 
   /// Runs everything that is posted, and what that posts, until nothing is left. Due timers run too.
   void runUntilIdle();

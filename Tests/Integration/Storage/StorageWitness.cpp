@@ -75,7 +75,7 @@ int main(int argumentCount, char** arguments) {
     // More than one, so that the list grows and moves what it holds.
     for (int count = 0; count < 5; ++count) history->add(entry(SpokenText(sentinelSentence())));
     history->add(entry(SpokenText(sentinelSentence("\" \\ ", "\n"))));
-    history->remove(history->entries()[2].id);
+    history->remove({history->entries()[2].id});
     openSettings()->setPersonalVocabulary(sentinelSentence("a = "));
   }
   auto history = openHistory();

@@ -320,7 +320,6 @@ TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
   EXPECT_FALSE(contains(log.text(), "hello"));
 
   settings.history = true;
-  settings.retention = HistoryRetention::oneWeek;
   recognise("kept", 1);
   dictateByToggle();
   ASSERT_EQ(history.entries.size(), 1U);
@@ -330,7 +329,6 @@ TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
   EXPECT_EQ(entry.language, "Automatic");
   EXPECT_EQ(entry.unrecognizedParts, 1);
   EXPECT_EQ(entry.createdAt, historyDate(executor.wallNow()));
-  EXPECT_EQ(history.prunedWith, HistoryRetention::oneWeek);
 }
 
 TEST_F(DictationCoordinatorTest, TheLastDictationCanBeCopiedForTwoMinutesOrUntilTheNextStarts) {

@@ -26,12 +26,12 @@ class SettledHistory final : public HistoryRepository {
     HistoryRepository::add(std::move(entry));
     settle();
   }
-  void prune(HistoryRetention retention, WallTime moment) override {
+  void prune(HistoryRetention retention, WallTime moment) {
     HistoryRepository::prune(retention, moment);
     settle();
   }
-  void remove(const Uuid& id) {
-    HistoryRepository::remove(id);
+  void remove(std::set<Uuid> ids) {
+    HistoryRepository::remove(std::move(ids));
     settle();
   }
   void deleteAll() {
@@ -91,7 +91,7 @@ TEST_F(HistoryRepositoryTest, KeepsEntriesNewestFirstAcrossStarts) {
   }
   auto history = open();
   EXPECT_EQ(texts(history), (Strings{"two", "one"}));
-  history.remove(history.entries().back().id);
+  history.remove({history.entries().back().id});
   EXPECT_EQ(texts(open()), Strings{"two"});
   EXPECT_EQ(secrets.accounts(service).size(), 1U);
 }
@@ -255,4 +255,38 @@ TEST_F(HistoryRepositoryTest, WhatIsAddedBeforeTheLoadEndsOrTheApplicationDoesIs
     history.add(entry("at the end"));
   }
   EXPECT_EQ(texts(open()), (Strings{"at the end", "early"}));
+}
+
+TEST_F(HistoryRepositoryTest, NoEntryOutlivesAWrongClockOrIsDeletedByOne) {
+  struct : Clock {
+    ManualExecutor* time;
+    Duration wrong{};
+    Instant now() const override { return time->now(); }
+    WallTime wallNow() const override { return ::now + sinceBoot() + wrong; }
+    Duration sinceBoot() const override { return time->sinceBoot(); }
+  } clock;
+  clock.time = &executor;
+  auto retention = HistoryRetention::fiveMinutes;
+  auto history = open();
+  HistoryExpiry expiry(executor, clock, history, [&] { return retention; });
+  const auto after = [&](int seconds) {
+    executor.advance(std::chrono::seconds(seconds));
+    return texts(history);
+  };
+  history.add(entry("a year ahead", -31'536'000));
+  EXPECT_EQ(after(299).size(), 1U);
+  EXPECT_EQ(after(2).size(), 0U) << "was seen for five minutes";
+  history.add(entry("an hour ahead", -3600));
+  history.add(entry("made after it", -101));
+  EXPECT_EQ(after(99).size(), 2U);
+  EXPECT_EQ(after(2).size(), 0U);
+
+  retention = HistoryRetention::oneDay;
+  history.add(entry("kept", -400));
+  clock.wrong = std::chrono::days(400);
+  EXPECT_EQ(after(599).size(), 1U) << "somebody may put the clock right";
+  clock.wrong = {};
+  EXPECT_EQ(after(3000).size(), 1U);
+  clock.wrong = std::chrono::days(2);
+  EXPECT_EQ(after(1300).size(), 0U) << "the time is the true one";
 }
