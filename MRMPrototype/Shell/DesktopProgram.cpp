@@ -4,6 +4,7 @@
 #include "Platform/Qt/QtExecutor.h"
 #include "Shell/Appearance.h"
 #include "Shell/Confinement.h"
+#include "Shell/InterruptSignal.h"
 #include "Shell/MRMPrototypeApp.h"
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QSocketNotifier>
-#include <csignal>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -28,9 +28,7 @@ class TerminationSignals {
  public:
   /// Blocks the signals; threads that are started later inherit that.
   TerminationSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+    const auto signals = endingSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     descriptor_ = UniqueDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
   }
@@ -110,11 +108,11 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
     qputenv("QT_QPA_PLATFORM", "wayland;offscreen");
 
   TerminationSignals signals;
-  QApplication application(arguments.count, arguments.values);
-  application.setQuitOnLastWindowClosed(false);
+  const QApplication application(arguments.count, arguments.values);
+  QApplication::setQuitOnLastWindowClosed(false);
   const Appearance appearance(installation.folders.resources);
-  application.setApplicationName(QString::fromStdString(installation.build.displayName));
-  application.setDesktopFileName(QString::fromStdString(installation.identifier));
+  QApplication::setApplicationName(QString::fromStdString(installation.build.displayName));
+  QApplication::setDesktopFileName(QString::fromStdString(installation.identifier));
 
   // A self-test looks at this build, not at an instance that happens to run, and leaves nothing behind.
   SecondStart instance;
@@ -150,8 +148,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   signals.onSignal([&app] { app.perform(IntelCommand::quit); });
   app.applicationDidFinishLaunching();
   if (auto* portal = (*desktop)->services().portalPaste; portal != nullptr && door) portal->restore();
-  const int status = QApplication::exec();
-  return status;
+  return QApplication::exec();
 }
 
 }  // namespace murmel

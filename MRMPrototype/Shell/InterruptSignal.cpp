@@ -1,35 +1,30 @@
 #include "Shell/InterruptSignal.h"
 
-#include <csignal>
-
 #include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace murmel {
 
-namespace {
-
-sigset_t interrupts() {
+sigset_t endingSignals() {
   sigset_t set;
   ::sigemptyset(&set);
   ::sigaddset(&set, SIGINT);
   ::sigaddset(&set, SIGTERM);
-  ::sigaddset(&set, SIGHUP);
+  struct sigaction hangUp {};
+  if (::sigaction(SIGHUP, nullptr, &hangUp) != 0 || hangUp.sa_handler != SIG_IGN) ::sigaddset(&set, SIGHUP);
   return set;
 }
 
-}  // namespace
-
 InterruptSignal::InterruptSignal(Executor& executor) {
-  const auto set = interrupts();
+  const auto set = endingSignals();
   ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
   descriptor_ = UniqueDescriptor(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
   watch_ = executor.watchReadable(descriptor_.get(), [this] { arrived(); });
 }
 
 InterruptSignal::~InterruptSignal() {
-  const auto set = interrupts();
+  const auto set = endingSignals();
   ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
@@ -41,7 +36,7 @@ bool InterruptSignal::isPending() const {
 void InterruptSignal::arrived() {
   signalfd_siginfo ignored{};
   static_cast<void>(::read(descriptor_.get(), &ignored, sizeof ignored));
-  const auto set = interrupts();
+  const auto set = endingSignals();
   ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
   if (handler_) handler_();
 }

@@ -3,9 +3,13 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/UniqueDescriptor.h"
 
+#include <csignal>
 #include <functional>
 
 namespace murmel {
+
+/// What asks a process to end; the loss of its terminal only where nobody has that ignored, as nohup does.
+sigset_t endingSignals();
 
 /// Ctrl+C and the friendly request to end, on the main thread: the first one is told, from then on they end
 /// the process as they always do. Made before any other thread.
