@@ -75,14 +75,17 @@ Task<FileTranscription::Outcome> FileTranscription::run() {
   auto finishing = session_->finish();
   const Result<DictationSessionResult> result = co_await finishing;
   Outcome outcome{soFar(), problem_};
+  const auto add = [&outcome](std::string problem) {
+    outcome.problem = outcome.problem ? *outcome.problem + "; " + problem : std::move(problem);
+  };
   if (result) {
     outcome.transcript.missing = result->missing;
     if (!result->missing.empty())
-      outcome.problem = fmt::format("{}: not recognized: {}", name_, described(result->missing));
+      add(fmt::format("{}: not recognized: {}", name_, described(result->missing)));
   } else if (result.error().which() != MRMError::Case::noSpeech) {
     outcome.transcript.missing = {{0, readSeconds_}};
-    outcome.problem = fmt::format("{}: not recognized: {}. {}", name_, described(outcome.transcript.missing),
-                                  result.error().localizedDescription());
+    add(fmt::format("{}: not recognized: {}. {}", name_, described(outcome.transcript.missing),
+                    result.error().localizedDescription()));
   }
   co_return outcome;
 }

@@ -21,13 +21,18 @@ std::string damage(const Installation& installation) {
   if (!SignedExecutableManifest::teamOf(installation.folders.executable, manifest))
     return "murmel itself is not as its makers signed it, and starts none of its workers.";
   std::string changed;
+  const auto add = [&changed](const std::filesystem::path& file) {
+    changed += (changed.empty() ? "" : ", ") + file.filename().string();
+  };
   for (const auto* const folder : {"Workers", "Runtime"}) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(
-             resources / folder, std::filesystem::directory_options::skip_permission_denied, failure)) {
-      if (!entry.is_regular_file(failure) || entry.path().extension() == ".manifest") continue;
-      if (installation.policy.mayExecute(entry.path())) continue;
-      changed += (changed.empty() ? "" : ", ") + entry.path().filename().string();
+    constexpr auto options = std::filesystem::directory_options::skip_permission_denied;
+    std::filesystem::recursive_directory_iterator entry(resources / folder, options, failure);
+    for (; !failure && entry != end(entry); entry.increment(failure)) {
+      std::error_code gone;
+      if (!entry->is_regular_file(gone) || entry->path().extension() == ".manifest") continue;
+      if (!installation.policy.mayExecute(entry->path())) add(entry->path());
     }
+    if (failure && failure != std::errc::no_such_file_or_directory) add(folder);
   }
   return changed.empty() ? changed
                          : fmt::format("Not as their makers signed them, and not used: {}.", changed);

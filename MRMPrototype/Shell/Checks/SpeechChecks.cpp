@@ -36,7 +36,8 @@ Task<CheckResult> checkSpeechModel(CheckedServices services) {
 /// that it answers does.
 Task<CheckResult> checkSpeechRecognition(CheckedServices services) {
   const auto worker = services.installation.folders.resources / "Workers" / FluidAudioProvider::workerName;
-  if (!std::filesystem::exists(worker))
+  std::error_code failure;
+  if (!std::filesystem::exists(worker, failure))
     co_return CheckResult{CheckState::broken, "The worker is missing: " + worker.string()};
   if (!FluidAudioProvider::mayStart(services.installation.policy, worker)) {
     co_return CheckResult{CheckState::broken,
