@@ -125,7 +125,7 @@ void MRMPrototypeApp::perform(IntelCommand command, CommandReply reply) {
   }
   // Whether a dictation begins shows a little later.
   startReplies_.await(std::move(reply));
-  commands_.post(command);
+  (void)commands_.post(command);  // what is not busy takes a start
 }
 
 bool MRMPrototypeApp::isTranscribing() const {

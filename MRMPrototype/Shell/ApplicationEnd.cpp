@@ -53,7 +53,7 @@ void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
     case ApplicationLifecycle::Action::none:
       break;
     case ApplicationLifecycle::Action::show:
-      commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
+      (void)commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
       break;
     case ApplicationLifecycle::Action::drain:
       tasks_.start(drain());

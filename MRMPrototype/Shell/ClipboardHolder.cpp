@@ -2,6 +2,7 @@
 
 #include "Delivery/PrivateTranscript.h"
 #include "Foundation/Async/Scope.h"
+#include "Foundation/WriteAll.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Platform/Qt/QtExecutor.h"
 
@@ -9,7 +10,6 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
-#include <string_view>
 #include <utility>
 
 #include <fcntl.h>
@@ -31,15 +31,6 @@ std::string readAll(int descriptor) {
   return text;
 }
 
-bool writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const auto count = ::write(descriptor, text.data(), text.size());
-    if (count <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 Task<void> put(ClipboardPasteboard& clipboard, SpokenText text, UniqueDescriptor answer) {
   auto replacing = clipboard.mrmReplace(privateTranscript(text, std::nullopt));
   const auto replaced = co_await replacing;
@@ -53,7 +44,9 @@ Task<void> put(ClipboardPasteboard& clipboard, SpokenText text, UniqueDescriptor
 int holdUntilReplaced(Arguments arguments, UniqueDescriptor words, UniqueDescriptor answer) {
   ::setsid();
   const UniqueDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
-  for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(nothing.get(), standard);
+  if (nothing) {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(nothing.get(), standard);
+  }
   SpokenText text(readAll(words.get()));
   if (text.empty()) return 0;  // there was nothing to copy after all
 

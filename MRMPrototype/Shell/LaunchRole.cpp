@@ -15,7 +15,6 @@ namespace murmel {
 namespace {
 
 constexpr std::string_view modelDownloadSmokeFlag = "--mrm-model-download-smoke";
-constexpr std::string_view releaseLaunchSmokeFlag = "--mrm-release-launch-smoke";
 constexpr std::string_view dockReopenSmokeFlag = "--mrm-dock-reopen-smoke";
 
 bool contains(const std::vector<std::string>& arguments, std::string_view flag) {
@@ -57,7 +56,7 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   // The self-tests are found wherever they stand, whatever else is there: a release check must not become an
   // ordinary start because of an argument that a launcher added.
   if (contains(arguments, modelDownloadSmokeFlag)) return ModelDownloadSmokeRole{};
-  if (contains(arguments, releaseLaunchSmokeFlag)) return DesktopRole{LaunchSelfTest::releaseLaunch};
+  if (contains(arguments, releaseLaunchFlag)) return DesktopRole{LaunchSelfTest::releaseLaunch};
   if (contains(arguments, dockReopenSmokeFlag)) return DesktopRole{LaunchSelfTest::dockReopen};
 
   CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.",

@@ -13,6 +13,8 @@ namespace murmel {
 
 /// Asks for `DesktopRole::replaces`.
 inline constexpr const char* replaceFlag = "--replace";
+/// Asks for `LaunchSelfTest::releaseLaunch`.
+inline constexpr const char* releaseLaunchFlag = "--mrm-release-launch-smoke";
 
 /// The launch-time self-tests of the desktop application.
 enum class LaunchSelfTest { none, releaseLaunch, dockReopen };

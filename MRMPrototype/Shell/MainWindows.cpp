@@ -155,8 +155,8 @@ HistoryServices MainWindows::historyServices() {
           .copy = parts_.copy,
           .pasteAgain =
               [this](const SpokenText& text) {
-                // Our window has to go first, or it would be what is pasted into.
-                const SpokenText words = text;
+                // Our window has to go first, or it would be what is pasted into; the text may be its own.
+                const SpokenText words = text;  // NOLINT(performance-unnecessary-copy-initialization)
                 if (history_) history_->close();
                 parts_.pasteAgain(words);
               },

@@ -2,6 +2,7 @@
 
 #include "Foundation/Async/OneShot.h"
 #include "MRMUpdatePolicy/ReleaseKey.h"
+#include "Shell/LaunchRole.h"
 #include "Shell/ModelServices.h"
 
 #include <QProcess>
@@ -20,7 +21,6 @@ namespace murmel {
 namespace {
 
 constexpr int longestStart = 30'000;  // milliseconds; a cold disk and a slow computer
-constexpr const char* selfTestFlag = "--mrm-release-launch-smoke";
 
 std::uint64_t buildNumber(const std::string& text) {
   std::uint64_t number = 0;  // a build without one is older than any
@@ -103,7 +103,7 @@ Task<bool> startsUp(std::filesystem::path program) {
   process->setStandardOutputFile(QProcess::nullDevice());
   process->setStandardErrorFile(QProcess::nullDevice());
   bound.start(longestStart);
-  process->start(QString::fromStdString(program.string()), {QString::fromLatin1(selfTestFlag)});
+  process->start(QString::fromStdString(program.string()), {QString::fromLatin1(releaseLaunchFlag)});
   const auto starts = co_await ended.receiver;
   co_return starts.value_or(false);
 }

@@ -55,9 +55,7 @@ bool XdgAutostart::isOn() const {
 std::expected<void, std::string> XdgAutostart::set(bool on) {
   if (on == isOn()) return {};
   std::error_code error;
-  if (!on && !isForAllUsers()) {
-    std::filesystem::remove(file_, error);
-  } else if (on && isForAllUsers()) {
+  if (on == isForAllUsers()) {
     std::filesystem::remove(file_, error);
   } else {
     std::filesystem::create_directories(file_.parent_path(), error);

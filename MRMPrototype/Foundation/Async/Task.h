@@ -48,7 +48,7 @@ class TaskPromise final : public TaskPromiseBase {
   void return_value(U&& value) { value_.emplace(std::forward<U>(value)); }
   T take() {
     rethrowIfFailed();
-    return std::move(*value_);  // NOLINT(bugprone-unchecked-optional-access): it ended with a value or failed
+    return std::move(*value_);
   }
 
  private:
