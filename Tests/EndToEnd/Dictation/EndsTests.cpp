@@ -145,6 +145,7 @@ TEST_F(Ends, AKilledMurmelLeavesWhatItServedOnTheClipboard) {
   ASSERT_TRUE(waitForText(tenOfClubs.word, "text")) << murmel->log();
   EXPECT_EQ(command("copy-last"), 0);
   ASSERT_TRUE(waitForClipboard(tenOfClubs.word));
+  desk.loop.runFor(std::chrono::milliseconds(300));  // the keeper is told after the clipboard is ours
   ::kill(murmel->identifier(), SIGKILL);
   ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
   EXPECT_TRUE(waitForClipboard(tenOfClubs.word));

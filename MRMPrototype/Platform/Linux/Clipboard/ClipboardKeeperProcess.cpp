@@ -18,12 +18,15 @@ namespace murmel {
 
 namespace {
 
-/// A keeper that takes nothing for so long hangs.
+/// A keeper that takes or answers nothing for so long hangs.
 constexpr int patienceMilliseconds = 1'000;
+/// Confined and connected it is within 100 ms; a machine that is busy takes longer, and without it the words
+/// would be lost with the application.
+constexpr int startMilliseconds = 5'000;
 
-bool isReady(int descriptor, short events) {
+bool isReady(int descriptor, short events, int milliseconds = patienceMilliseconds) {
   pollfd wait{descriptor, events, 0};
-  return ::poll(&wait, 1, patienceMilliseconds) == 1;
+  return ::poll(&wait, 1, milliseconds) == 1;
 }
 
 std::string valueOf(const std::vector<std::string>& environment, std::string_view name) {
@@ -145,7 +148,7 @@ bool ClipboardKeeperProcess::start() {
   if (!started) return false;
   process_ = *std::move(started);
   // It speaks once it has detached itself and can serve: from then on our end is no end to it.
-  return answers('r');
+  return answers('r', startMilliseconds);
 }
 
 bool ClipboardKeeperProcess::send(const ClipboardOrder& order) {
@@ -163,12 +166,12 @@ bool ClipboardKeeperProcess::send(const ClipboardOrder& order) {
 }
 
 bool ClipboardKeeperProcess::take() {
-  return process_ && send({ClipboardOrder::Kind::take, 0, {}}) && answers('y');
+  return process_ && send({ClipboardOrder::Kind::take, 0, {}}) && answers('y', patienceMilliseconds);
 }
 
-bool ClipboardKeeperProcess::answers(char expected) {
+bool ClipboardKeeperProcess::answers(char expected, int milliseconds) {
   char answer = 0;
-  return isReady(process_->output(), POLLIN) && ::read(process_->output(), &answer, 1) == 1 &&
+  return isReady(process_->output(), POLLIN, milliseconds) && ::read(process_->output(), &answer, 1) == 1 &&
          answer == expected;
 }
 

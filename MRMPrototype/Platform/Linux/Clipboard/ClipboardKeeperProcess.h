@@ -53,7 +53,7 @@ class ClipboardKeeperProcess final : public ClipboardKeeper {
   [[nodiscard]] bool start();
   [[nodiscard]] bool send(const ClipboardOrder& order);
   [[nodiscard]] bool take();
-  [[nodiscard]] bool answers(char expected);
+  [[nodiscard]] bool answers(char expected, int milliseconds);
 
   ProcessLauncher& launcher_;
   Configuration configuration_;
