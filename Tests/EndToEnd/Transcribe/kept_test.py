@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What `murmel transcribe --history` keeps when many run at once, and that no word shows anywhere meanwhile.
 
-usage: kept_test.py MURMEL        MURMEL_TRANSCRIPTS: how many, 16 unless told (the full measure is 200)
+usage: kept_test.py MURMEL        MURMEL_TRANSCRIPTS: how many, 8 unless told (the full measure is 200)
 """
 
 import collections
@@ -18,8 +18,8 @@ import time
 MURMEL = sys.argv.pop(1)
 SPEECH = "/usr/share/pocketsphinx/test/data/cards/001.wav"
 WORD = "clubs"
-TRANSCRIPTS = int(os.environ.get("MURMEL_TRANSCRIPTS", "16"))
-PROCESSES = 8
+TRANSCRIPTS = int(os.environ.get("MURMEL_TRANSCRIPTS", "8"))
+PROCESSES = 4
 
 
 def run(*arguments, text=None):
@@ -37,7 +37,7 @@ def watch_arguments(seen, done):
                     seen.add(arguments)
             except OSError:
                 pass
-        time.sleep(0.005)
+        time.sleep(0.02)
 
 
 def with_journal():

@@ -42,7 +42,8 @@ def make_tree(path, build, program=None):
     """The build tree as an installation of that build number."""
     shutil.rmtree(path, ignore_errors=True)
     (path / "bin").mkdir(parents=True)
-    shutil.copytree(BUILD / "lib/murmel/Workers", path / "lib/murmel/Workers", symlinks=True, copy_function=os.link)
+    shutil.copytree(BUILD / "lib/murmel/Workers", path / "lib/murmel/Workers", symlinks=True, copy_function=os.link,
+                    ignore=shutil.ignore_patterns("mrm-speech-engines*", "mrm-parakeet*"))  # large, and not asked for here
     told = information(BUILD)
     told["CFBundleVersion"] = str(build)
     (path / "lib/murmel/Info.json").write_text(json.dumps(told))
