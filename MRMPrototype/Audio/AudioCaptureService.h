@@ -49,6 +49,8 @@ class AudioCaptureService {
   void discardCapturedAudio();
 
   [[nodiscard]] bool recording() const { return recording_; }
+  /// Of the latest recording, in Hz; 0 before its first fragment.
+  [[nodiscard]] double sampleRate() const { return tap_->sampleRate(); }
 
   /// Level of the latest fragment in 0…1; 0 unless recording, and when no fragment comes any more.
   [[nodiscard]] double normalizedLevel() const;

@@ -121,6 +121,11 @@ void AudioTap::discard() {
   captureState_.currentLevel = 0;
 }
 
+double AudioTap::sampleRate() const {
+  const std::lock_guard guard(lock_);
+  return captureState_.sampleRate;
+}
+
 float AudioTap::level() const {
   const std::lock_guard guard(lock_);
   return captureState_.currentLevel;

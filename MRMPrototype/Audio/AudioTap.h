@@ -39,6 +39,8 @@ class AudioTap {
   /// What has arrived since the last call.
   [[nodiscard]] CaptureFigures takeFigures();
 
+  /// Hz; 0 before the first fragment.
+  [[nodiscard]] double sampleRate() const;
   /// Input level in 0…1.
   [[nodiscard]] float level() const;
 

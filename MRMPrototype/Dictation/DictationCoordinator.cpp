@@ -122,8 +122,8 @@ Task<void> DictationCoordinator::start() {
   recording->updateActivity = std::move(updateActivity);
   recording->runtimePriority = runtimePriority_.hold();
   if (!ensureRecogniser()) co_return;
-  recording->memory = reserveMemory();
-  if (!recording->memory || services_.memoryIsShort()) {
+  recording->memory.emplace(services_.memory);
+  if (recording->memory->isShort(0)) {
     status_.showTransientError("There is too little memory to record.");
     co_return;
   }
@@ -223,7 +223,7 @@ void DictationCoordinator::prepareSession(Recording& recording, bool live) {
 void DictationCoordinator::startTimers() {
   pauseWatch_ = {};
   const auto showLevel = [this] {
-    if (services_.memoryIsShort()) {
+    if (recording_->memory->isShort(services_.audio.sampleRate())) {
       recording_->memoryWasShort = true;
       stopAndTranscribe();
       return;
@@ -297,7 +297,7 @@ void DictationCoordinator::stopAndTranscribe() {
   stopTimers();
   auto recording = std::move(recording_);
   const bool isRunning = recording && operationTracker_.isCurrent(recording->operation);
-  if (recording) recording->memory.reset();
+  if (recording) recording->memory->release();
   auto captured = isRunning ? services_.audio.stop() : std::nullopt;
   if (!captured) {
     recording.reset();

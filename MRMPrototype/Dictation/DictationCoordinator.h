@@ -5,7 +5,6 @@
 #include "Dictation/DictationOperationTracker.h"
 #include "Dictation/DictationStatus.h"
 #include "Dictation/LastTranscriptBuffer.h"
-#include "Dictation/MemoryReserve.h"
 #include "Dictation/OverlayController.h"
 #include "Dictation/PassingHint.h"
 #include "Dictation/PauseWatch.h"
@@ -25,6 +24,7 @@
 #include "Models/ModelDownloadPriorityCoordinator.h"
 #include "Models/SpeechModelStore.h"
 #include "Platform/CancelKey.h"
+#include "Platform/ProcessMemory.h"
 #include "Platform/SessionGuard.h"
 #include "Platform/SoundPlayer.h"
 #include "Recognition/TranscriptionProviderFactory.h"
@@ -61,9 +61,9 @@ struct DictationServices {
   SoundPlayer& sounds;
   SessionGuard& session;
   CancelKey& cancelKey;
+  ProcessMemory& memory;
   Logger diagnostic;  ///< category "dictation-summary"
   Logger stages;      ///< category "incremental-stages"
-  std::function<bool()> memoryIsShort = murmel::memoryIsShort;
 };
 
 inline constexpr const char* lockedWarning = "The screen was locked while you dictated. Copied — press ⌘V.";

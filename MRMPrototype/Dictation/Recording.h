@@ -6,6 +6,7 @@
 #include "Dictation/SpeechlessTime.h"
 #include "Foundation/Registration.h"
 #include "Segmentation/DictationSession.h"
+#include "Segmentation/RecordingMemory.h"
 
 #include <memory>
 #include <optional>
@@ -23,7 +24,7 @@ struct Recording {
   std::unique_ptr<LiveDictationDelivery> live;
   std::unique_ptr<DictationSession> session;
   Instant begun{};
-  Registration memory;  ///< for the end, see `reserveMemory`
+  std::optional<RecordingMemory> memory;  ///< until the recording ends
   bool memoryWasShort = false;
   std::unique_ptr<KeptRecording> kept;  ///< for another try, should this one fail
   SpeechlessTime speechless;

@@ -26,12 +26,12 @@ CommandLineSpeech::CommandLineSpeech(Arguments arguments, const Installation& gi
                                      const SpeechOptions& options)
     : application_(arguments.count, arguments.values),
       launcher_(confinementPolicy(givenInstallation)),
-      models_({executor, clock, log_, launcher_}, givenInstallation),
+      models_({executor, clock, log_, launcher_, memory}, givenInstallation),
       storage_(
           executor, givenInstallation, [this](SmartLocalModel model) { return models_.readiness(model); },
           nullptr),
       settings_(storage_.settings, options),
-      speech_({executor, clock, log_, launcher_}, givenInstallation, models_, settings_),
+      speech_({executor, clock, log_, launcher_, memory}, givenInstallation, models_, settings_),
       installation(givenInstallation),
       services{executor,         clock,           settings_,       speech_.recognition,
                speech_.refiners, speech_.cleanUp, speech_.sessions},

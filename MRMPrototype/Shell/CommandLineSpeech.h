@@ -3,6 +3,7 @@
 #include "Foundation/Async/Scope.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
+#include "Platform/Linux/Process/MappedMemory.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Shell/FileTranscription.h"
 #include "Shell/InterruptSignal.h"
@@ -43,6 +44,7 @@ class CommandLineSpeech {
   QtExecutor executor;
   InterruptSignal interrupt{executor};
   SystemClock clock;
+  MappedMemory memory;
 
  private:
   JournalLogSink log_{JournalLogSink::Fallback::none};

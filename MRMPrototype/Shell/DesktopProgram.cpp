@@ -1,5 +1,6 @@
 #include "Foundation/Print.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/Process/MappedMemory.h"
 #include "Platform/Linux/Session/SessionProbe.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Shell/Appearance.h"
@@ -125,7 +126,8 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   SystemClock clock;
   JournalLogSink log(JournalLogSink::Fallback::standardError);
   LinuxProcessLauncher launcher(confinementPolicy(installation));
-  const ProcessServices process{executor, clock, log, launcher};
+  MappedMemory memory;
+  const ProcessServices process{executor, clock, log, launcher, memory};
   const auto desktop = connectToDesktop(plan, {.process = process,
                                                .installation = installation,
                                                .environment = installation.environment,

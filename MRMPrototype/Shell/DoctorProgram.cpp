@@ -2,6 +2,7 @@
 #include "Interface/PlatformWords.h"
 #include "Models/ModelManager.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
+#include "Platform/Linux/Process/MappedMemory.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
@@ -129,7 +130,8 @@ class Doctor {
   SystemClock clock_;
   JournalLogSink log_{JournalLogSink::Fallback::none};
   LinuxProcessLauncher launcher_{confinementPolicy(installation_)};
-  ProcessServices process_{executor_, clock_, log_, launcher_};
+  MappedMemory memory_;
+  ProcessServices process_{executor_, clock_, log_, launcher_, memory_};
   SerialQueue queue_{executor_, "murmel-doctor"};
   SecretServiceStore secrets_;
   std::expected<std::unique_ptr<DesktopConnection>, std::string> desktop_;

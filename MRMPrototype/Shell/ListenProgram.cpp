@@ -4,6 +4,7 @@
 #include "Foundation/Async/Timers.h"
 #include "Platform/Linux/PulseAudio/PulseAudioAuthorization.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
+#include "Segmentation/RecordingMemory.h"
 #include "Shell/CommandLineSpeech.h"
 #include "Shell/Programs.h"
 
@@ -39,6 +40,11 @@ class Listening {
     auto asking = audio_.requestPermission();
     const bool permitted = co_await asking;
     if (!permitted) co_return failed(MRMError(MRMError::Case::microphoneDenied));
+    RecordingMemory memory(speech_.memory);
+    if (memory.isShort(0)) {
+      speech_.output.complain("There is too little memory to record.");
+      co_return 1;
+    }
     prepareSession();
     auto starting = audio_.start();
     const Result<void> started = co_await starting;
@@ -55,7 +61,12 @@ class Listening {
       if (auto pending = audio_.takePendingAudio()) session_->append(*std::move(pending));
       if (role_.untilSilence && session_->heardSpeech() && session_->quietSeconds() >= *role_.untilSilence)
         ended_ = true;
+      if (memory.isShort(audio_.sampleRate())) {
+        speech_.output.complain("Memory is running out. Recording stopped; captured audio processed.");
+        ended_ = true;
+      }
     }
+    memory.release();
     enter_.reset();
     if (auto rest = audio_.stop(); rest && !rest->monoSamples.empty()) session_->append(*std::move(rest));
     auto finishing = session_->finish();

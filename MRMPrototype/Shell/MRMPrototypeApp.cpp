@@ -98,6 +98,7 @@ DictationServices MRMPrototypeApp::dictationServices() {
       .sounds = desktop_.sounds,
       .session = desktop_.session,
       .cancelKey = desktop_.cancelKey,
+      .memory = process_.memory,
       .diagnostic = Logger(process_.log, installation_.identifier, "dictation-summary"),
       .stages = Logger(process_.log, installation_.identifier, "incremental-stages"),
   };

@@ -4,6 +4,7 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Log.h"
 #include "Platform/ProcessLauncher.h"
+#include "Platform/ProcessMemory.h"
 
 namespace murmel {
 
@@ -14,6 +15,7 @@ struct ProcessServices {
   Clock& clock;
   LogSink& log;
   ProcessLauncher& launcher;
+  ProcessMemory& memory;
 };
 
 }  // namespace murmel

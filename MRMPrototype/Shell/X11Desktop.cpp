@@ -81,7 +81,7 @@ class Connection final : public DesktopConnection {
 
 std::expected<std::unique_ptr<DesktopConnection>, std::string> X11Desktop::open(
     const DesktopParameters& parameters) {
-  auto& [executor, clock, log, launcher] = parameters.process;
+  auto& [executor, clock, log, launcher, memory] = parameters.process;
   auto injectedKeys = std::make_unique<InjectedKeyList>(clock);
   auto keeper = clipboardKeeper(parameters, {"DISPLAY", "XAUTHORITY", "HOME"});
   auto pasteboards = X11Pasteboards::open(executor, clock, {}, keeper.get());

@@ -7,6 +7,7 @@
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/FakePasteboard.h"
+#include "Platform/Fake/FakeProcessMemory.h"
 #include "Platform/Fake/FakeSecureInput.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/FakeWorkspace.h"
@@ -79,9 +80,25 @@ class DictationRig {
                    Logger(log_, "test", "text-insertion")),
         cleanUp_(settings, languages_),
         sessions_({executor, clock, Logger(log_, "test", "incremental-stages"), &convertForRecognition}),
-        coordinator({executor, clock, audio_, insertion_, settings, history_, models_, recognition,
-                     refinement_, cleanUp_, sessions_, updates_, downloads_, overlay_, sounds_, session_,
-                     cancelKey_, Logger(log_, "test", "dictation-summary"),
+        coordinator({executor,
+                     clock,
+                     audio_,
+                     insertion_,
+                     settings,
+                     history_,
+                     models_,
+                     recognition,
+                     refinement_,
+                     cleanUp_,
+                     sessions_,
+                     updates_,
+                     downloads_,
+                     overlay_,
+                     sounds_,
+                     session_,
+                     cancelKey_,
+                     memory_,
+                     Logger(log_, "test", "dictation-summary"),
                      Logger(log_, "test", "incremental-stages")}) {
     settings.sounds = false;
     RunningApplication editor;
@@ -170,6 +187,7 @@ class DictationRig {
   FakeSoundPlayer sounds_;
   UnguardedSession session_;
   NoCancelKey cancelKey_;
+  FakeProcessMemory memory_;
   Registration reading_;
   Registration settlements_;
   int settled_ = 0;

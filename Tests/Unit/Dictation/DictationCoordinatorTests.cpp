@@ -248,12 +248,19 @@ TEST_F(DictationCoordinatorTest, AChangedDeviceEndsTheRecordingWithWhatWasCaptur
 TEST_F(DictationCoordinatorTest, AShortageOfMemoryEndsTheRecordingBeforeAWordIsLost) {
   begin();
   startByToggle();
-  memoryIsShort = true;
+  memory.room = 0;
   executor.advance(40ms);
   EXPECT_EQ(title(), "Memory is running out. Recording stopped; captured audio processed.");
   EXPECT_EQ(insertion.delivered, Strings{"[hello world]"});
   startByToggle();
   EXPECT_EQ(title(), "There is too little memory to record.");
+
+  memory.room = 60'000'000;
+  RecordingMemory aside(memory);
+  EXPECT_FALSE(aside.isShort(48'000));
+  EXPECT_TRUE(aside.isShort(96'000)) << "the same seconds take twice as much";
+  aside.release();
+  EXPECT_EQ(memory.room, 60'000'000U);
 }
 
 TEST_F(DictationCoordinatorTest, AFailedRefinementDeliversTheWordsAndSaysWhy) {

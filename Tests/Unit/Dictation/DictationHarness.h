@@ -5,6 +5,7 @@
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeCancelKey.h"
 #include "Platform/Fake/FakeMicrophoneAuthorization.h"
+#include "Platform/Fake/FakeProcessMemory.h"
 #include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/ManualExecutor.h"
@@ -48,9 +49,9 @@ class DictationHarness {
                           sounds,
                           session,
                           cancelKey,
+                          memory,
                           Logger(log, "app.murmel.Murmel.Development", "dictation-summary"),
-                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages"),
-                          [this] { return memoryIsShort; }});
+                          Logger(log, "app.murmel.Murmel.Development", "incremental-stages")});
     executor.runUntilIdle();
     if (recognition.finishWarmup) recognition.finishWarmup(true);
     return *coordinator;
@@ -108,7 +109,7 @@ class DictationHarness {
   FakeSoundPlayer sounds;
   FakeSessionGuard session;
   FakeCancelKey cancelKey;
-  bool memoryIsShort = false;
+  FakeProcessMemory memory;
   MemoryLogSink log;
   std::unique_ptr<DictationCoordinator> coordinator;
 };

@@ -4,6 +4,7 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/Fake/FakeMicrophoneAuthorization.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
+#include "Platform/Fake/FakeProcessMemory.h"
 #include "Platform/Fake/FakeSecretStore.h"
 #include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
@@ -59,7 +60,8 @@ class DeliveryWiring : public SettingsWiring {
       ApplicationFolders folders;
       folders.configuration = folder.path();
       const auto installation = Installation::from(InformationDictionary(), folders, Environment());
-      delivery.emplace(ProcessServices{executor, executor, log, launcher}, installation, desktop, settings);
+      delivery.emplace(ProcessServices{executor, executor, log, launcher, memory}, installation, desktop,
+                       settings);
     }
     delivery->insertion.beginDictationSession();
     Awaiting delivering(delivery->insertion.insertOrCopy(SpokenText("words"), false));
@@ -70,6 +72,7 @@ class DeliveryWiring : public SettingsWiring {
 
   MemoryLogSink log;
   FakeProcessLauncher launcher;
+  FakeProcessMemory memory;
   FakeAudioInput microphone{executor};
   FakeMicrophoneAuthorization authorization;
   FakeSoundPlayer sounds;
@@ -211,13 +214,14 @@ TEST(ShortcutWiring, TellsACompositorOfEachShortcutAndHearsWhatItSays) {
   ManualExecutor executor;
   MemoryLogSink log;
   FakeProcessLauncher launcher;
+  FakeProcessMemory memory;
   FakeCompositor compositor;
   FakeLocalKeyMonitor localKeys;
   Signal<> shortcutDidChange, permissionDidChange, becameActive, woke;
   auto shortcut = configuration(ShortcutChoice::optionSpace);
   std::string calls;
   const ShortcutWiring wiring(
-      {executor, executor, log, launcher}, compositor, localKeys,
+      {executor, executor, log, launcher, memory}, compositor, localKeys,
       {shortcutDidChange, permissionDidChange, becameActive}, woke,
       {[&] { calls += "press "; }, [&] { calls += "release "; }, [&] { calls += "toggle "; }},
       [&] { return shortcut; });
