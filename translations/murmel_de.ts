@@ -1156,6 +1156,10 @@
         <translation>Ihre Zwischenablage ließ sich nicht bewahren.</translation>
     </message>
     <message>
+        <source>The text could not be put on the clipboard. You find it in Murmel&apos;s menu.</source>
+        <translation>Der Text ließ sich nicht in die Zwischenablage legen. Sie finden ihn im Menü von Murmel.</translation>
+    </message>
+    <message>
         <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
         <translation>Dieser Desktop zeigt keine Symbole in der Leiste. Starten Sie Murmel noch einmal, um seine Fenster zu öffnen, oder verwenden Sie Befehle wie „murmel settings“.</translation>
     </message>

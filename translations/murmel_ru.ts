@@ -1160,6 +1160,10 @@
         <translation>Не удалось сохранить ваш буфер обмена.</translation>
     </message>
     <message>
+        <source>The text could not be put on the clipboard. You find it in Murmel&apos;s menu.</source>
+        <translation>Не удалось поместить текст в буфер обмена. Вы найдёте его в меню Murmel.</translation>
+    </message>
+    <message>
         <source>This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.</source>
         <translation>В этой среде нет значков в трее. Запустите Murmel ещё раз, чтобы открыть его окна, или используйте команды вроде «murmel settings».</translation>
     </message>

@@ -28,6 +28,7 @@ void DeliveryClipboards::beginPrimary() {
 void DeliveryClipboards::end() {
   previousGeneral_.end();
   if (previousPrimary_) previousPrimary_->end();
+  lastCopySucceeded_ = true;
 }
 
 Task<std::vector<ClipboardTransaction>> DeliveryClipboards::open(SpokenText text, DesktopClient reader,
@@ -51,6 +52,7 @@ Task<void> DeliveryClipboards::copy(SpokenText text) {
   const auto previous = previousGeneral_.take();
   auto writing = general_.mrmReplace(privateTranscript(text, std::nullopt));
   const auto written = co_await writing;
+  lastCopySucceeded_ = written.has_value();
   if (!written) {
     logger_.event(LogLevel::error, "clipboard_unavailable");
     co_return;

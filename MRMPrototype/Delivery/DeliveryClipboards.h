@@ -33,6 +33,8 @@ class DeliveryClipboards {
   Task<std::vector<ClipboardTransaction>> open(SpokenText text, DesktopClient reader, bool usesPrimary);
   /// Leaves the text on the general pasteboard, for everybody.
   Task<void> copy(SpokenText text);
+  /// False when the last text that was to be left there since `end` could not be.
+  [[nodiscard]] bool lastCopySucceeded() const { return lastCopySucceeded_; }
 
   /// What the text has replaced that was left there last.
   ReplacedClipboard& replaced() { return replaced_; }
@@ -46,6 +48,7 @@ class DeliveryClipboards {
   PreviousClipboard previousGeneral_;
   std::optional<PreviousClipboard> previousPrimary_;
   ReplacedClipboard replaced_;
+  bool lastCopySucceeded_ = true;
 };
 
 }  // namespace murmel

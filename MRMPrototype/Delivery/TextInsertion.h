@@ -50,6 +50,8 @@ class TextInsertion {
 
   /// False when a paste of this session has replaced something on the clipboard that was not captured wholly.
   [[nodiscard]] virtual bool clipboardWasKept() const { return true; }
+  /// False when a text of this session that was to stand on the clipboard could not be put there.
+  [[nodiscard]] virtual bool lastCopySucceeded() const { return true; }
   /// The keys by which the last target pastes ("Ctrl+Shift+V"), for the user's own hands.
   [[nodiscard]] virtual std::string_view pasteKeys() const { return "Ctrl+V"; }
 

@@ -69,6 +69,7 @@ class TextInsertionService final : public TextInsertion {
   void writePrivateText(const SpokenText& text) override;
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
   [[nodiscard]] bool clipboardWasKept() const override { return clipboardWasKept_; }
+  [[nodiscard]] bool lastCopySucceeded() const override { return clipboards_.lastCopySucceeded(); }
   [[nodiscard]] std::string_view pasteKeys() const override { return keysByHand_; }
   [[nodiscard]] bool canBringBackClipboard() const override { return clipboards_.replaced().isAvailable(); }
   [[nodiscard]] Registration onWayBackChange(std::function<void(bool)> handler) override;

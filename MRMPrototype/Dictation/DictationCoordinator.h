@@ -66,6 +66,9 @@ struct DictationServices {
   Logger stages;      ///< category "incremental-stages"
 };
 
+/// Where the words are when neither an application nor the clipboard took them.
+inline constexpr const char* notCopiedWarning =
+    "The text could not be put on the clipboard. You find it in Murmel's menu.";
 inline constexpr const char* lockedWarning = "The screen was locked while you dictated. Copied — press ⌘V.";
 
 /// What became of the words that were under way when the application was to end.
@@ -98,6 +101,8 @@ class DictationCoordinator {
   void stopAndTranscribe();
   /// The same; false, and nothing at all, when nothing is recorded.
   bool stop();
+  /// Whether the microphone is being opened.
+  [[nodiscard]] bool isStarting() const { return startRequestInFlight_; }
   /// Throws away what is recorded, or recognised but not yet delivered; the clipboard is left alone, and the
   /// sound is kept for `retry`. The error is one sentence for the user.
   std::expected<void, std::string> cancel();
@@ -167,7 +172,8 @@ class DictationCoordinator {
   Task<std::optional<TextDeliveryResult>> deliverText(Recording& recording, SpokenText text);
   Task<bool> insertLivePhrase(OperationIdentifier operation, SpokenText phrase);
   [[nodiscard]] std::vector<std::string> collectWarnings(const Recording& recording,
-                                                         const DictationSessionResult& result) const;
+                                                         const DictationSessionResult& result,
+                                                         TextDeliveryResult delivered) const;
   void pasteSettled(PasteSettlement settlement);
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
   void showFailure(const MRMError& error, const Recording& recording);

@@ -52,7 +52,7 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   if (untilUnlock_) {
     showRest();
   } else {
-    showOutcome(*delivered, collectWarnings(*recording, *result));
+    showOutcome(*delivered, collectWarnings(*recording, *result, *delivered));
   }
   if (services_.settings.historyEnabled())
     keepInHistory(std::move(text), result->providerID, result->failedPieces);
@@ -108,7 +108,8 @@ Task<bool> DictationCoordinator::insertLivePhrase(OperationIdentifier operation,
 }
 
 std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& recording,
-                                                               const DictationSessionResult& result) const {
+                                                               const DictationSessionResult& result,
+                                                               TextDeliveryResult delivered) const {
   std::vector<std::string> warnings;
   if (result.failedPieces > 0) warnings.emplace_back("Part of the recording was not recognized.");
   if (recording.deviceChanged) {
@@ -116,7 +117,9 @@ std::vector<std::string> DictationCoordinator::collectWarnings(const Recording& 
   }
   if (recording.memoryWasShort)
     warnings.emplace_back("Memory is running out. Recording stopped; captured audio processed.");
-  if (recording.clipboardOnly) {
+  if (delivered == TextDeliveryResult::copiedFallback && !services_.insertion.lastCopySucceeded()) {
+    warnings.emplace_back(notCopiedWarning);
+  } else if (recording.clipboardOnly) {
     warnings.emplace_back(lockedWarning);
   } else if (recording.live && recording.live->blocked()) {
     warnings.push_back(message(services_.insertion.lastBlock().value_or(LiveInsertionBlock::unknown)));

@@ -147,16 +147,20 @@ Task<void> MRMPrototypeApp::diagnose(std::function<void(const std::string&)> rea
 }
 
 Task<void> MRMPrototypeApp::pasteAgain(SpokenText words) {
-  if (coordinator_.state().isBusy()) co_return;
+  const auto isDictating = [this] { return coordinator_.state().isBusy() || coordinator_.isStarting(); };
   // Until the window that asked for it has gone and another application is in front.
   auto waiting = sleepFor(process_.executor, pasteAgainDelay);
   co_await waiting;
-  if (coordinator_.state().isBusy()) co_return;
+  if (isDictating()) co_return;
   delivery_.insertion.beginDictationSession();
   auto inserting = delivery_.insertion.insertOrCopy(std::move(words), false);
   const auto result = co_await inserting;
-  delivery_.insertion.endDictationSession();
-  if (result == TextDeliveryResult::copiedFallback)
+  const bool isCopied = delivery_.insertion.lastCopySucceeded();
+  // A dictation that has begun meanwhile has a session of its own.
+  if (!isDictating()) delivery_.insertion.endDictationSession();
+  if (result == TextDeliveryResult::copiedFallback && !isCopied)
+    tell(notCopiedWarning);
+  else if (result == TextDeliveryResult::copiedFallback)
     tray_.tell(DictationState(DictationState::Case::copied).title(),
                QString::fromStdString(std::string(delivery_.insertion.pasteKeys())));
 }

@@ -53,10 +53,12 @@ class FakeTextInsertion final : public TextInsertion {
 
   void recordingEnded() override { ++recordingsEnded; }
   [[nodiscard]] bool clipboardWasKept() const override { return clipboardKept; }
+  [[nodiscard]] bool lastCopySucceeded() const override { return copySucceeds; }
 
   Signal<PasteSettlement> settled;
   int recordingsEnded = 0;
   bool clipboardKept = true;
+  bool copySucceeds = true;
   bool sessionOpen = false;
   int sessionsBegun = 0;
   std::vector<std::string> delivered;

@@ -431,6 +431,7 @@ TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {
   EXPECT_EQ(desk.deliver(spoken), TextDeliveryResult::copiedFallback);
   EXPECT_TRUE(desk.keyboard.posted().empty());
   EXPECT_EQ(desk.general.contents(), richClipboard());
+  EXPECT_FALSE(desk.service->lastCopySucceeded());
   EXPECT_NE(desk.log.text().find("clipboard_unavailable"), std::string::npos);
 }
 

@@ -66,6 +66,9 @@ TEST_F(DictationCoordinatorTest, EveryDeliveryResultHasItsStateAndRestAfterwards
   }
   executor.advance(1500ms);
   EXPECT_EQ(title(), "Ready");
+  insertion.copySucceeds = false;
+  dictateByToggle();
+  EXPECT_EQ(title(), notCopiedWarning) << "not called copied";
 }
 
 TEST_F(DictationCoordinatorTest, HowAPasteTurnedOutIsShownWhenItIsKnown) {
