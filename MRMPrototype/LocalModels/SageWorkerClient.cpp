@@ -9,10 +9,6 @@ namespace murmel {
 
 namespace {
 
-std::unexpected<MRMError> failed(std::string reason) {
-  return std::unexpected(MRMError::workerFailed(std::move(reason)));
-}
-
 std::string requestLine(std::int64_t id, const std::string& text, std::chrono::milliseconds limit) {
   const Json request = {{"id", id}, {"text", text}, {"limit_ms", limit.count()}};
   return jsonText(request);
@@ -31,7 +27,7 @@ SageWorkerClient::SageWorkerClient(SageNativeAssets::Paths paths, MayExecute may
       worker_({.prepareLaunch = [this] { return prepareLaunch(); },
                .checkRunning = [](const ChildProcess& process) -> Result<void> {
                  if (process.runningIdentity() == process.launchedIdentity()) return {};
-                 return failed("running correction worker identity validation failed");
+                 return workerFailed("running correction worker identity validation failed");
                },
                .startLimit = limits_.start,
                .terminationGrace = limits_.terminationGrace},
@@ -40,7 +36,7 @@ SageWorkerClient::SageWorkerClient(SageNativeAssets::Paths paths, MayExecute may
 Result<ProcessRequest> SageWorkerClient::prepareLaunch() const {
   // The library becomes code of the worker: it is held to the same rule.
   if (!mayExecute_(paths_.worker) || !mayExecute_(paths_.runtime))
-    return failed("correction worker signature validation failed");
+    return workerFailed("correction worker signature validation failed");
   return ProcessRequest{
       .executable = paths_.worker,
       .arguments = {"--model-dir", paths_.modelDirectory.string(), "--runtime", paths_.runtime.string()},

@@ -43,4 +43,9 @@ class MRMError {
 template <class T>
 using Result = std::expected<T, MRMError>;
 
+/// What there is instead of a result when a worker has failed.
+inline std::unexpected<MRMError> workerFailed(std::string detail) {
+  return std::unexpected(MRMError::workerFailed(std::move(detail)));
+}
+
 }  // namespace murmel

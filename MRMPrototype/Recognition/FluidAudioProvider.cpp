@@ -177,7 +177,7 @@ Task<Result<TranscriptionResult>> FluidAudioProvider::transcribeOn(std::shared_p
                language = std::move(language),
                vocabulary = std::move(vocabulary)]() -> Result<TranscriptionResult> {
     // Given up before its turn: the worker's time is for those who wait.
-    if (!*wanted) return std::unexpected(MRMError::workerFailed("worker exited unexpectedly"));
+    if (!*wanted) return workerFailed("worker exited unexpectedly");
     return worker->client.transcribe(audio, language, vocabulary);
   };
   auto asked = state->queue.run(std::move(work));

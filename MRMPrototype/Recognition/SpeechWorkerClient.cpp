@@ -8,14 +8,6 @@
 
 namespace murmel {
 
-namespace {
-
-std::unexpected<MRMError> failed(std::string reason) {
-  return std::unexpected(MRMError::workerFailed(std::move(reason)));
-}
-
-}  // namespace
-
 SpeechWorkerClient::SpeechWorkerClient(SpeechWorkerConfiguration configuration, std::string providerID,
                                        ProcessLauncher& launcher, const Clock& clock,
                                        const WorkerCancellation& cancellation)
@@ -25,7 +17,7 @@ SpeechWorkerClient::SpeechWorkerClient(SpeechWorkerConfiguration configuration, 
                .checkRunning = [this](const ChildProcess& process) -> Result<void> {
                  if (configuration_.runningProcessIntegrityCheck(process, configuration_.workerURL))
                    return {};
-                 return failed("running speech worker identity validation failed");
+                 return workerFailed("running speech worker identity validation failed");
                },
                .startLimit = configuration_.limits.start,
                .terminationGrace = configuration_.limits.terminationGrace},
@@ -37,9 +29,9 @@ Result<void> SpeechWorkerClient::load() {
 
 Result<ProcessRequest> SpeechWorkerClient::prepareLaunch() const {
   if (!configuration_.modelIntegrityCheck(configuration_.modelURL))
-    return failed("model integrity verification failed");
+    return workerFailed("model integrity verification failed");
   if (!configuration_.mayExecute(configuration_.workerURL))
-    return failed("speech worker signature validation failed");
+    return workerFailed("speech worker signature validation failed");
   return ProcessRequest{
       .executable = configuration_.workerURL,
       .arguments = {"--model-dir", configuration_.modelURL.string(), "--precision", "int8"},
@@ -56,7 +48,7 @@ Result<TranscriptionResult> SpeechWorkerClient::transcribe(const CapturedAudio& 
   const auto request = encodeWorkerRequest(requestID_, audio, language, vocabulary);
   if (!request) {
     worker_.reset();
-    return failed(request.error());
+    return workerFailed(request.error());
   }
   auto message = exchange(*request, audio.duration());
   if (!message) {
@@ -87,9 +79,10 @@ Result<TranscriptionResult> SpeechWorkerClient::interpret(WorkerMessage message,
                                                           const std::optional<std::string>& language) const {
   const bool isAnswer =
       message.protocolVersion == WorkerMessage::acceptedProtocolVersion && message.id == requestID_;
-  if (isAnswer && message.event == "error") return failed(message.errorType.value_or("unknown worker error"));
+  if (isAnswer && message.event == "error")
+    return workerFailed(message.errorType.value_or("unknown worker error"));
   if (!isAnswer || message.event != "result" || !message.text)
-    return failed("unexpected speech worker response");
+    return workerFailed("unexpected speech worker response");
   auto text = ParakeetUnknownTokenRecovery::apply(text::trimmed(message.text->reveal()), language);
   if (text.empty()) return std::unexpected(MRMError(MRMError::Case::noSpeech));
   return TranscriptionResult{SpokenText(std::move(text)), providerID_, 0};

@@ -4,14 +4,6 @@
 
 namespace murmel {
 
-namespace {
-
-std::unexpected<MRMError> failed(std::string reason) {
-  return std::unexpected(MRMError::workerFailed(std::move(reason)));
-}
-
-}  // namespace
-
 KeptWorker::KeptWorker(Kind kind, ProcessLauncher& launcher, const Clock& clock,
                        const WorkerCancellation& cancellation)
     : kind_(std::move(kind)), launcher_(launcher), clock_(clock), cancellation_(cancellation) {}
@@ -22,7 +14,7 @@ KeptWorker::~KeptWorker() = default;
 Result<void> KeptWorker::load() {
   if (isLoaded()) return {};
   reset();
-  if (cancellation_.isCancelled()) return failed("worker exited unexpectedly");
+  if (cancellation_.isCancelled()) return workerFailed("worker exited unexpectedly");
   auto started = start();
   if (!started) reset();
   return started;
@@ -32,7 +24,7 @@ Result<void> KeptWorker::start() {
   const auto request = kind_.prepareLaunch();
   if (!request) return std::unexpected(request.error());
   auto launched = launcher_.launch(*request);
-  if (!launched) return failed(std::move(launched.error()));
+  if (!launched) return workerFailed(std::move(launched.error()));
   auto& process = **launched;
   worker_.emplace(*std::move(launched),
                   WorkerChannel(process.input(), process.output(), clock_, cancellation_));
@@ -40,7 +32,7 @@ Result<void> KeptWorker::start() {
   auto message = worker_->channel.readMessage(kind_.startLimit);
   if (!message) return std::unexpected(std::move(message.error()));
   if (message->protocolVersion != WorkerMessage::acceptedProtocolVersion || message->event != "ready")
-    return failed(message->errorType.value_or("worker did not become ready"));
+    return workerFailed(message->errorType.value_or("worker did not become ready"));
   return {};
 }
 

@@ -62,10 +62,6 @@ class PipeSignalGuard {
   bool wasPending_ = false;
 };
 
-std::unexpected<MRMError> failed(const char* reason) {
-  return std::unexpected(MRMError::workerFailed(reason));
-}
-
 }  // namespace
 
 WorkerChannel::WorkerChannel(int input, int output, const Clock& clock,
@@ -76,7 +72,7 @@ WorkerChannel::WorkerChannel(int input, int output, const Clock& clock,
 }
 
 Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
-  if (output_ < 0) return failed("worker output unavailable");
+  if (output_ < 0) return workerFailed("worker output unavailable");
   const auto deadline = clock_.now() + limit;
   while (true) {
     while (const auto line = lines_.next()) {
@@ -85,17 +81,17 @@ Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
       lines_.forgetUsed();
       return *std::move(message);
     }
-    if (ended_ || cancellation_.isCancelled()) return failed("worker exited unexpectedly");
+    if (ended_ || cancellation_.isCancelled()) return workerFailed("worker exited unexpectedly");
     const auto milliseconds = pollLimit(clock_, deadline);
-    if (!milliseconds) return failed("worker response timed out");
+    if (!milliseconds) return workerFailed("worker response timed out");
     std::array<pollfd, 2> waited{{{output_, POLLIN, 0}, {cancellation_.descriptor(), POLLIN, 0}}};
     const int ready = ::poll(waited.data(), waited.size(), *milliseconds);
-    if (ready == 0) return failed("worker response timed out");
+    if (ready == 0) return workerFailed("worker response timed out");
     if (ready < 0 && errno == EINTR) continue;
     if (ready < 0 || (waited[0].revents & (POLLERR | POLLNVAL)) != 0)
-      return failed("worker response unavailable");
+      return workerFailed("worker response unavailable");
     if (waited[0].revents != 0 && receive() == Received::failure)
-      return failed("worker response unavailable");
+      return workerFailed("worker response unavailable");
   }
 }
 
@@ -115,7 +111,7 @@ WorkerChannel::Received WorkerChannel::receive() {
 }
 
 Result<void> WorkerChannel::writeLine(std::string_view line, Duration limit) {
-  if (input_ < 0) return failed("worker input unavailable");
+  if (input_ < 0) return workerFailed("worker input unavailable");
   const PipeSignalGuard guard;
   const auto deadline = clock_.now() + limit;
   if (auto written = write(line, deadline); !written) return written;
@@ -130,20 +126,20 @@ Result<void> WorkerChannel::write(std::string_view bytes, Instant deadline) {
       continue;
     }
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0 && errno != EAGAIN) return failed("worker input unavailable");
-    if (cancellation_.isCancelled()) return failed("worker exited unexpectedly");
+    if (count < 0 && errno != EAGAIN) return workerFailed("worker input unavailable");
+    if (cancellation_.isCancelled()) return workerFailed("worker exited unexpectedly");
     const auto milliseconds = pollLimit(clock_, deadline);
-    if (!milliseconds) return failed("worker response timed out");
+    if (!milliseconds) return workerFailed("worker response timed out");
     // A worker that talks before it has read everything must not be stuck in its own writing. What it says is
     // kept up to a bound; a negative descriptor is not polled.
     const bool listens = output_ >= 0 && !ended_ && hasRoom();
     std::array<pollfd, 3> waited{
         {{input_, POLLOUT, 0}, {listens ? output_ : -1, POLLIN, 0}, {cancellation_.descriptor(), POLLIN, 0}}};
     const int ready = ::poll(waited.data(), waited.size(), *milliseconds);
-    if (ready == 0) return failed("worker response timed out");
-    if (ready < 0 && errno != EINTR) return failed("worker response unavailable");
+    if (ready == 0) return workerFailed("worker response timed out");
+    if (ready < 0 && errno != EINTR) return workerFailed("worker response unavailable");
     if (ready > 0 && waited[1].revents != 0 && receive() == Received::failure)
-      return failed("worker response unavailable");
+      return workerFailed("worker response unavailable");
   }
   return {};
 }
