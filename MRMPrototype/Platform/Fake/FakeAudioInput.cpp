@@ -38,14 +38,7 @@ Task<std::expected<AudioFormat, AudioInputError>> FakeAudioInput::start(
   recording_ =
       std::make_shared<Recording>(std::move(onFragment), std::move(onConfigurationChange), std::move(sender));
   StartGuard guard(*this, recording_);
-  if (const auto failure = std::exchange(nextFailure_, std::nullopt)) {
-    answer(std::unexpected(*failure));
-  } else if (opensByItself_) {
-    executor_.post([this, weak = std::weak_ptr(recording_)] {
-      if (const auto recording = weak.lock(); recording && !recording->begun)
-        deliver(std::vector<float>(static_cast<std::size_t>(format_.sampleRate / 50) * format_.channelCount));
-    });
-  }
+  if (const auto failure = std::exchange(nextFailure_, std::nullopt)) answer(std::unexpected(*failure));
   const auto outcome = co_await receiver;
   if (!outcome) co_return std::unexpected(AudioInputError::notStarted);
   if (*outcome) {
@@ -63,7 +56,6 @@ void FakeAudioInput::answer(Outcome outcome) {
 }
 
 void FakeAudioInput::stop() {
-  ++stopCount_;
   const auto recording = isRecording() ? std::exchange(recording_, nullptr) : nullptr;
   const auto last = std::exchange(heardBeforeStop_, {});
   if (recording && !last.empty()) recording->onFragment(last, format_);

@@ -25,9 +25,6 @@ class FakeAudioInput final : public AudioInput {
       FragmentHandler onFragment, std::move_only_function<void()> onConfigurationChange) override;
   void stop() override;
 
-  /// A start waits for its first fragment from the test (false, the beginning), or gets 20 ms of silence by
-  /// itself (true).
-  void setOpensByItself(bool opensByItself) { opensByItself_ = opensByItself; }
   /// The format of the fragments from now on; a running recording may be given another one.
   void setFormat(AudioFormat format) { format_ = format; }
 
@@ -43,7 +40,6 @@ class FakeAudioInput final : public AudioInput {
   [[nodiscard]] bool isStarting() const { return recording_ && !recording_->running; }
   [[nodiscard]] bool isRecording() const { return recording_ && recording_->running; }
   [[nodiscard]] int startCount() const { return startCount_; }
-  [[nodiscard]] int stopCount() const { return stopCount_; }
   /// One sentence for each wrong use; empty is right.
   [[nodiscard]] const std::vector<std::string>& violations() const { return violations_; }
 
@@ -62,12 +58,10 @@ class FakeAudioInput final : public AudioInput {
 
   Executor& executor_;
   AudioFormat format_;
-  bool opensByItself_ = false;
   std::optional<AudioInputError> nextFailure_;
   std::vector<float> heardBeforeStop_;
   std::shared_ptr<Recording> recording_;
   int startCount_ = 0;
-  int stopCount_ = 0;
   std::vector<std::string> violations_;
 };
 

@@ -41,7 +41,6 @@ struct FakePasteboard::State {
   Duration captureDelay{};
   Signal<> replaced;
   bool refuses = false;
-  bool managerPresent = false;
   Signal<const ClipboardRead&> reads;
   Signal<std::int64_t> changes;
 
@@ -182,9 +181,7 @@ Registration FakePasteboard::onForeignChange(std::function<void(std::int64_t)> h
 }
 
 Task<bool> FakePasteboard::handOver() {
-  auto receiver = perform({}, [state = state_] { return state->ours && state->managerPresent; });
-  const auto taken = co_await receiver;
-  co_return *taken;
+  co_return false;  // there is nobody to take it
 }
 
 void FakePasteboard::writeByAnother(ClipboardSnapshot contents) {
@@ -223,10 +220,6 @@ void FakePasteboard::makeOwnerSlow(Duration delay) {
 
 void FakePasteboard::refuseReplacing() {
   state_->refuses = true;
-}
-
-void FakePasteboard::setManagerPresent(bool present) {
-  state_->managerPresent = present;
 }
 
 }  // namespace murmel

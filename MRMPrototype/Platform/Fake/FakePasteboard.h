@@ -42,8 +42,6 @@ class FakePasteboard final : public ClipboardPasteboard {
   void makeOwnerSlow(Duration delay);
   /// From now on the clipboard cannot be taken.
   void refuseReplacing();
-  /// Whether a clipboard manager is there to take contents over.
-  void setManagerPresent(bool present);
 
  private:
   struct State;

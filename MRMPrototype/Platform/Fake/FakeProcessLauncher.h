@@ -25,7 +25,6 @@ class FakeChildSide {
   std::optional<std::string> readLine();
   /// False when nobody reads any more.
   bool write(std::string_view text);
-  void closeOutput() { output_.reset(); }
   [[nodiscard]] const std::vector<std::string>& arguments() const { return arguments_; }
 
  private:
