@@ -114,6 +114,7 @@ std::string FillerCleanUp::apply(std::string_view text, const std::optional<std:
 
   const auto sentences = sentencesOf(text);
   std::vector<Verdict> verdicts;
+  verdicts.reserve(sentences.size());
   for (const auto sentence : sentences) verdicts.push_back(verdictOf(sentence, recognizer));
   const bool hasOther = std::ranges::find(verdicts, Verdict::other) != verdicts.end();
   if (!hasOther && verdictOf(text, recognizer) == Verdict::ours) return removed(text);
@@ -124,9 +125,7 @@ std::string FillerCleanUp::apply(std::string_view text, const std::optional<std:
     std::size_t last = first;
     const bool ours = verdicts[first] == Verdict::ours;
     while (last + 1 < sentences.size() && (verdicts[last + 1] == Verdict::ours) == ours) ++last;
-    const std::string_view run(
-        sentences[first].data(),
-        static_cast<std::size_t>(sentences[last].data() + sentences[last].size() - sentences[first].data()));
+    const std::string_view run(sentences[first].begin(), sentences[last].end());
     if (ours) {
       result += removed(run);
       if (last + 1 < sentences.size()) result += ' ';

@@ -124,8 +124,7 @@ Piece pieceOf(std::string_view whole) {
   while (end != begin && text::isPunctuation(*(end - 1))) --end;
   Piece piece{whole, {}, {}};
   if (begin == end) return piece;
-  piece.core = {begin->data(),
-                static_cast<std::size_t>((end - 1)->data() + (end - 1)->size() - begin->data())};
+  piece.core = {begin->begin(), (end - 1)->end()};
   auto folded = text::normalized(text::lowercased(piece.core));
   if (const auto at = folded.find("’"); at != std::string::npos)
     folded.replace(at, std::string_view("’").size(), "'");

@@ -168,7 +168,7 @@ Task<void> IncrementalDictationSession::recogniseSegment(Segment segment) {
 }
 
 Task<bool> IncrementalDictationSession::recogniseWithCarried(Segment segment) {
-  Segment first = *std::exchange(carried_, std::nullopt);
+  const Segment first = *std::exchange(carried_, std::nullopt);
   if (first.seconds() + segment.seconds() <= longestRequestSeconds) {
     ++diagnostics_.carried;
     auto recognition = requests_.recognise(joined(first.audio, segment.audio));

@@ -81,7 +81,7 @@ int VocabularyCommand::run(const std::vector<std::string>& arguments) {
     streams_.complain(fmt::format("Line {} is not \"term = replacement\". Nothing was changed.", number + 1));
     return commandFailed;
   }
-  *lines = withoutEmpty(*std::move(lines));
+  *lines = withoutEmpty(std::move(*lines));
   // Of a program that failed before a pipe, too, nothing comes.
   if (verb == "import" && lines->empty()) {
     streams_.complain("There is no entry in it. Nothing was changed.");

@@ -26,8 +26,7 @@ void giveBackIdleMemory() {
     // Code of files alone: nobody writes into it, so that nothing is lost. Read-only data may hold what the
     // loader has put in.
     if (fields && access == "r-xp" && file != 0)
-      ::madvise(reinterpret_cast<void*>(begin), end - begin,
-                MADV_DONTNEED);  // NOLINT(performance-no-int-to-ptr)
+      ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
   }
 }
 

@@ -149,7 +149,7 @@ char32_t nextScalar(std::string_view text, std::size_t& position) {
   auto index = static_cast<std::int32_t>(position);
   const auto length = static_cast<std::int32_t>(text.size());
   UChar32 scalar = 0;
-  U8_NEXT_OR_FFFD(bytes, index, length, scalar);
+  U8_NEXT_OR_FFFD(bytes, index, length, scalar);  // NOLINT(bugprone-inc-dec-in-conditions)
   position = static_cast<std::size_t>(index);
   return static_cast<char32_t>(scalar);
 }
@@ -190,7 +190,7 @@ bool isValidUtf8(std::string_view text) {
   const auto length = static_cast<std::int32_t>(text.size());
   for (std::int32_t index = 0; index < length;) {
     UChar32 scalar = 0;
-    U8_NEXT(bytes, index, length, scalar);
+    U8_NEXT(bytes, index, length, scalar);  // NOLINT(bugprone-inc-dec-in-conditions)
     if (scalar < 0) return false;
   }
   return true;

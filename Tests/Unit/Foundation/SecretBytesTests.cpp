@@ -38,8 +38,7 @@ extern "C" int munmap(void* address, size_t length) noexcept {
 TEST(SecretBytes, StaysOutOfDumpsAndIsWipedBeforeItGoes) {
   const murmel::PrivateVector<float> samples(10'000);
   const auto page = reinterpret_cast<std::uintptr_t>(samples.data()) / 4096 * 4096;
-  EXPECT_TRUE(
-      contains(flagsOf(reinterpret_cast<const void*>(page)), " dd "));  // NOLINT(performance-no-int-to-ptr)
+  EXPECT_TRUE(contains(flagsOf(reinterpret_cast<const void*>(page)), " dd "));
   {
     const murmel::SecretBytes secret(std::vector<std::uint8_t>(32, 0x5A));
     watched = secret.reveal().data();

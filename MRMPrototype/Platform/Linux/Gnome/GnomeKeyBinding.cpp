@@ -41,6 +41,7 @@ void changeList(bool contains) {
   }
   if (contains) kept.emplace_back(bindingPath);
   std::vector<const char*> list;
+  list.reserve(kept.size() + 1);
   for (const auto& path : kept) list.push_back(path.c_str());
   list.push_back(nullptr);
   g_settings_set_strv(settings.get(), listKey, list.data());

@@ -41,9 +41,11 @@ void JournalLogSink::write(LogLevel level, std::string_view subsystem, std::stri
                            std::string_view line) {
   if (hasJournal_) {
     const auto size = [](std::string_view text) { return static_cast<int>(text.size()); };
+    // NOLINTBEGIN(bugprone-suspicious-stringview-data-usage): each behind its length
     sd_journal_send("MESSAGE=%.*s", size(line), line.data(), "PRIORITY=%i", syslogPriority(level),
                     "MURMEL_SUBSYSTEM=%.*s", size(subsystem), subsystem.data(), "MURMEL_CATEGORY=%.*s",
                     size(category), category.data(), "SYSLOG_IDENTIFIER=murmel", nullptr);
+    // NOLINTEND(bugprone-suspicious-stringview-data-usage)
   } else if (fallback_ == Fallback::standardError && level >= LogLevel::notice) {
     print(stderr, "{} [{}] {}\n", subsystem, category, line);
   }
