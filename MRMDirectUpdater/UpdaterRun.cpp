@@ -19,10 +19,6 @@ namespace {
 constexpr std::size_t longestLine = base64::encodedSize(largestFeed) + 1'024;
 constexpr const char* endedEarly = "The updater ended unexpectedly.";
 
-std::string textAt(const Json& object, std::string_view key) {
-  return object[key].text().value_or("");
-}
-
 }  // namespace
 
 UpdaterRun::UpdaterRun(Executor& executor, ProcessLauncher& launcher, const ProcessRequest& request,
@@ -61,17 +57,17 @@ void UpdaterRun::receive() {
 
 bool UpdaterRun::take(std::string_view line) {
   const auto object = parsedJson(line);
-  const auto event = textAt(object, "event");
+  const auto event = object["event"].textOrEmpty();
   if (event == "progress") {
     const UpdateProgress progress{object["received"].integer().value_or(0), object["total"].integer(),
-                                  textAt(object, "message")};
+                                  object["message"].textOrEmpty()};
     if (handlers_.progress) handlers_.progress(progress);
     return true;
   }
-  if (event == "failed") return finish(std::unexpected(textAt(object, "message"))), false;
+  if (event == "failed") return finish(std::unexpected(object["message"].textOrEmpty())), false;
   if (event == "done") return finish(std::string()), false;
   if (event != "feed") return true;
-  const auto feed = base64::decoded(textAt(object, "feed"));
+  const auto feed = base64::decoded(object["feed"].textOrEmpty());
   if (!feed) return finish(std::unexpected(endedEarly)), false;
   return finish(std::string(feed->begin(), feed->end())), false;
 }

@@ -43,14 +43,14 @@ std::optional<UpdateRelease> releaseFrom(const Json& object) {
     return std::nullopt;
   if (*size <= 0 || *size > largestRelease || !isDigest(*sha256) || !url->starts_with("https://"))
     return std::nullopt;
-  auto notes = object["notes"].text().value_or("");
+  auto notes = object["notes"].textOrEmpty();
   if (notes.size() > longestNotes) return std::nullopt;
   return UpdateRelease{.version = *std::move(version),
                        .build = *build,
                        .channel = *std::move(channel),
                        .edition = *std::move(edition),
                        .architecture = *std::move(architecture),
-                       .minimumSystem = object["minimumSystem"].text().value_or(""),
+                       .minimumSystem = object["minimumSystem"].textOrEmpty(),
                        .notes = std::move(notes),
                        .size = *size,
                        .sha256 = *std::move(sha256),

@@ -24,15 +24,6 @@ Task<void> answer(Task<T> task, Executor& executor, OneShotSender<T> sender) {
   executor.post([sender = std::move(sender), result]() mutable { sender.send(result); });
 }
 
-/// Nobody answers only when the service is gone; the waiter stays suspended until its owner destroys it.
-template <class T>
-Task<T> awaitAnswer(OneShotReceiver<T> receiver) {
-  const auto result = co_await receiver;
-  if (result) co_return *result;
-  co_await std::suspend_always{};
-  std::unreachable();
-}
-
 }  // namespace
 
 TextInsertionService::TextInsertionService(TextInsertionDesktop desktop, TextInsertionOptions options,

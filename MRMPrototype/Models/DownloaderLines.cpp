@@ -22,10 +22,6 @@ constexpr auto kinds = std::to_array<RawValueRow<Kind>>({
     {Kind::fatal, "fatal"},
 });
 
-std::string textAt(const Json& object, std::string_view key) {
-  return object[key].text().value_or("");
-}
-
 std::string line(const char* command, Json rest) {
   rest["mrm_downloader_protocol"] = protocolVersion;
   rest["command"] = command;
@@ -37,15 +33,15 @@ std::string line(const char* command, Json rest) {
 std::optional<DownloaderEvent> DownloaderEvent::decode(std::string_view line) {
   const auto object = parsedJson(line);
   if (object["mrm_downloader_protocol"].integer() != protocolVersion) return std::nullopt;
-  const auto kind = std::ranges::find(kinds, textAt(object, "event"), &RawValueRow<Kind>::raw);
+  const auto kind = std::ranges::find(kinds, object["event"].textOrEmpty(), &RawValueRow<Kind>::raw);
   if (kind == kinds.end()) return std::nullopt;
   return DownloaderEvent{.kind = kind->value,
-                         .identifier = textAt(object, "identifier"),
-                         .state = textAt(object, "state"),
+                         .identifier = object["identifier"].textOrEmpty(),
+                         .state = object["state"].textOrEmpty(),
                          .received = object["received"].integer().value_or(0),
                          .total = object["total"].integer(),
-                         .reason = textAt(object, "reason"),
-                         .message = textAt(object, "message")};
+                         .reason = object["reason"].textOrEmpty(),
+                         .message = object["message"].textOrEmpty()};
 }
 
 std::string downloader_command::download(const std::vector<std::string>& identifiers,

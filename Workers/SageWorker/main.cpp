@@ -1,6 +1,5 @@
+#include "Workers/Common/AnswerEach.h"
 #include "Workers/Common/Isolation.h"
-#include "Workers/Common/LineReader.h"
-#include "Workers/Common/ReplyWriter.h"
 #include "Workers/Common/WorkerOutput.h"
 #include "Workers/SageWorker/CorrectionRequest.h"
 #include "Workers/SageWorker/ReadyCorrector.h"
@@ -34,30 +33,17 @@ bool answer(std::string_view line, ReplyWriter& replies, TextCorrector& correcto
   }
 }
 
-void serve(LineReader& requests, ReplyWriter& replies, TextCorrector& corrector) {
-  while (true) {
-    bool isHeard = true;
-    switch (requests.next()) {
-      case LineReader::Outcome::end:
-        return;
-      case LineReader::Outcome::tooLong:
-        isHeard = replies.error(std::nullopt, "request is too long");
-        break;
-      case LineReader::Outcome::line:
-        closeMemory();
-        isHeard = answer(requests.line(), replies, corrector);
-        requests.release();
-        break;
-    }
-    if (!isHeard) return;
-  }
-}
-
 std::expected<void, std::string> run(std::span<char* const> given, ReplyWriter& replies) {
   const auto corrector = ReadyCorrector::prepare(given);
   if (!corrector) return std::unexpected(corrector.error());
   LineReader requests(STDIN_FILENO, longestRequest);
-  if (replies.ready()) serve(requests, replies, *corrector->model);
+  if (replies.ready()) {
+    answerEach(requests, replies, [&] {
+      const bool isHeard = answer(requests.line(), replies, *corrector->model);
+      requests.release();
+      return isHeard;
+    });
+  }
   // At once: the kernel takes a large model back faster than its destructors do.
   ::_exit(EXIT_SUCCESS);
 }

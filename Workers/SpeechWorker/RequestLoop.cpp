@@ -1,6 +1,6 @@
 #include "Workers/SpeechWorker/RequestLoop.h"
 
-#include "Workers/Common/Isolation.h"
+#include "Workers/Common/AnswerEach.h"
 #include "Workers/SpeechWorker/TranscriptionRequest.h"
 
 #include <new>
@@ -25,22 +25,11 @@ bool answer(LineReader& requests, ReplyWriter& replies, SpeechEngine& engine) {
 }  // namespace
 
 void serveRequests(LineReader& requests, ReplyWriter& replies, SpeechEngine& engine) {
-  while (true) {
-    bool isHeard = true;
-    switch (requests.next()) {
-      case LineReader::Outcome::end:
-        return;
-      case LineReader::Outcome::tooLong:
-        isHeard = replies.error(std::nullopt, "request is too long");
-        break;
-      case LineReader::Outcome::line:
-        closeMemory();
-        isHeard = answer(requests, replies, engine);
-        engine.forget();
-        break;
-    }
-    if (!isHeard) return;
-  }
+  answerEach(requests, replies, [&] {
+    const bool isHeard = answer(requests, replies, engine);
+    engine.forget();
+    return isHeard;
+  });
 }
 
 }  // namespace murmel::worker

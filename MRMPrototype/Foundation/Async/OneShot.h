@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Async/Task.h"
+
 #include <coroutine>
 #include <memory>
 #include <optional>
@@ -93,6 +95,15 @@ template <class T>
 OneShot<T> makeOneShot() {
   auto state = std::make_shared<detail::OneShotState<T>>();
   return {OneShotSender<T>(state), OneShotReceiver<T>(state)};
+}
+
+/// The value. Where the sender was dropped nobody can answer any more, and whoever awaits this stays
+/// suspended until its owner destroys it.
+template <class T>
+Task<T> awaitAnswer(OneShotReceiver<T> receiver) {
+  auto value = co_await receiver;
+  if (!value) co_await std::suspend_always{};
+  co_return *std::move(value);
 }
 
 }  // namespace murmel

@@ -42,11 +42,8 @@ class SerialQueue {
           [result = function(), sender = std::move(sender)]() mutable { sender.send(std::move(result)); });
     };
     enqueue(std::move(job));
-    auto result = co_await receiver;
-    // Only a destroyed queue drops a job. Nobody can answer then, so the waiter stays suspended until its
-    // owner destroys it.
-    if (!result) co_await std::suspend_always{};
-    co_return *std::move(result);
+    auto answer = awaitAnswer(std::move(receiver));  // only a destroyed queue drops a job
+    co_return co_await answer;
   }
 
  private:

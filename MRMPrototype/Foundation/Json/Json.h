@@ -59,6 +59,8 @@ class Json {
   /// Any number.
   [[nodiscard]] std::optional<double> number() const;
   [[nodiscard]] std::optional<std::string> text() const;
+  /// Empty when it is none.
+  [[nodiscard]] std::string textOrEmpty() const { return text().value_or(""); }
   /// The text itself, while the value is left alone.
   [[nodiscard]] std::optional<std::string_view> view() const;
   /// None when it is no array.

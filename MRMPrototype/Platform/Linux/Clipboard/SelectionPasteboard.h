@@ -110,10 +110,8 @@ class SelectionPasteboard : public ClipboardPasteboard {
       operation(std::move(done));
     };
     where.enqueue(std::move(job));
-    auto result = co_await receiver;
-    // Only a destroyed thread drops a job; nobody can answer then.
-    if (!result) co_await std::suspend_always{};
-    co_return *std::move(result);
+    auto answer = awaitAnswer(std::move(receiver));  // only a destroyed thread drops a job
+    co_return co_await answer;
   }
 
  private:

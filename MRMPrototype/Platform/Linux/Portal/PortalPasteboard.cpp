@@ -241,11 +241,8 @@ Task<ClipboardCapture> PortalPasteboard::capture() {
       std::make_shared<Collection>(Collection{{}, 1, std::move(capture), std::move(sender)});
   collect(collection);
   collection->came();
-  auto captured = co_await receiver;
-  if (captured) co_return *std::move(captured);
-  // Nobody can answer any more.
-  co_await std::suspend_always{};
-  std::unreachable();
+  auto answer = awaitAnswer(std::move(receiver));
+  co_return co_await answer;
 }
 
 void PortalPasteboard::collect(const std::shared_ptr<Collection>& collection) {
@@ -297,10 +294,8 @@ Task<std::optional<std::string>> PortalPasteboard::data(std::string type) {
                             });
                           });
   });
-  auto found = co_await receiver;
-  if (found) co_return *std::move(found);
-  co_await std::suspend_always{};
-  std::unreachable();
+  auto answer = awaitAnswer(std::move(receiver));
+  co_return co_await answer;
 }
 
 Task<std::optional<std::int64_t>> PortalPasteboard::mrmReplace(ClipboardSnapshot contents) {

@@ -89,7 +89,7 @@ class Bindings {
         if (event["change"] == "reload") bind();
       } else if (message->type == SwaySocket::bindingEvent && event.contains("binding")) {
         const auto fired = fired_;
-        fired(event["binding"]["command"].text().value_or(""));
+        fired(event["binding"]["command"].textOrEmpty());
       }
     }
     if (alive.expired() || !events_->hasFailed()) return;

@@ -36,12 +36,12 @@ RunningApplication described(const Json& window, pid_t server) {
   RunningApplication application;
   application.window = number<std::uint32_t>(window["id"]);
   application.client.processIdentifier = number<pid_t>(window["pid"]);
-  application.bundleIdentifier = window["app_id"].text().value_or("");
+  application.bundleIdentifier = window["app_id"].textOrEmpty();
   if (window.contains("window_properties")) {
     const auto& properties = window["window_properties"];
     // A program of the X server, for which the compositor reads the clipboard.
-    application.bundleIdentifier = properties["class"].text().value_or("");
-    application.instanceName = properties["instance"].text().value_or("");
+    application.bundleIdentifier = properties["class"].textOrEmpty();
+    application.instanceName = properties["instance"].textOrEmpty();
     application.clipboardProxy = server;
   }
   if (const auto facts = factsOf(application.client.processIdentifier))
