@@ -124,19 +124,21 @@ QString shown(ScreenText::Argument kind, std::string_view argument) {
 enum class Rows { plain, withArguments };
 
 std::optional<QString> ofTable(std::string_view text, const QString& pasteKeys, Rows which) {
-  for (const auto& row : screenTexts()) {
-    if ((row.argument == ScreenText::Argument::none) != (which == Rows::plain)) continue;
-    const auto arguments = argumentsOf(row.core, text);
-    if (!arguments) continue;
-    auto words = translated("Messages", row.screen);
-    // Where there are no keys for it, an entry of the menu pastes.
-    words.replace(QStringLiteral("%paste"),
-                  pasteKeys.isEmpty() ? pasteChord() : translated("TrayMenu", pasteKeys.toUtf8()));
-    if (arguments->empty()) return words;
-    const auto first = shown(row.argument, arguments->front());
-    // Both at once: the first may hold what looks like a place for the second.
-    return arguments->size() == 1 ? words.arg(first)
-                                  : words.arg(first, shown(row.argument, arguments->back()));
+  for (const auto part : screenTexts()) {
+    for (const auto& row : part) {
+      if ((row.argument == ScreenText::Argument::none) != (which == Rows::plain)) continue;
+      const auto arguments = argumentsOf(row.core, text);
+      if (!arguments) continue;
+      auto words = translated("Messages", row.screen);
+      // Where there are no keys for it, an entry of the menu pastes.
+      words.replace(QStringLiteral("%paste"),
+                    pasteKeys.isEmpty() ? pasteChord() : translated("TrayMenu", pasteKeys.toUtf8()));
+      if (arguments->empty()) return words;
+      const auto first = shown(row.argument, arguments->front());
+      // Both at once: the first may hold what looks like a place for the second.
+      return arguments->size() == 1 ? words.arg(first)
+                                    : words.arg(first, shown(row.argument, arguments->back()));
+    }
   }
   return std::nullopt;
 }

@@ -9,11 +9,6 @@ namespace {
 
 using enum ScreenText::Argument;
 
-/// A text that the screen says in the core's words.
-constexpr ScreenText same(const char* text, ScreenText::Argument argument = none) {
-  return {text, text, argument};
-}
-
 // clang-format off
 constexpr auto texts = std::to_array<ScreenText>({
     // How a dictation stands.
@@ -183,69 +178,6 @@ constexpr auto texts = std::to_array<ScreenText>({
     // What Murmel says by itself.
     same(QT_TRANSLATE_NOOP("Messages", "This desktop shows no tray icons. Start Murmel once more to open its windows, or use commands like “murmel settings”.")),
 
-    // What was tried, and what does not work here.
-    same(QT_TRANSLATE_NOOP("Messages", "Edition")),
-    same(QT_TRANSLATE_NOOP("Messages", "Desktop")),
-    same(QT_TRANSLATE_NOOP("Messages", "Speech model")),
-    same(QT_TRANSLATE_NOOP("Messages", "Speech recognition")),
-    same(QT_TRANSLATE_NOOP("Messages", "Microphone")),
-    same(QT_TRANSLATE_NOOP("Messages", "Global shortcut")),
-    same(QT_TRANSLATE_NOOP("Messages", "Automatic paste")),
-    same(QT_TRANSLATE_NOOP("Messages", "Password fields")),
-    same(QT_TRANSLATE_NOOP("Messages", "Key ring")),
-    same(QT_TRANSLATE_NOOP("Messages", "Files")),
-    same(QT_TRANSLATE_NOOP("Messages", "Formatting")),
-    same(QT_TRANSLATE_NOOP("Messages", "Session bus")),
-    same(QT_TRANSLATE_NOOP("Messages", "Tray")),
-    same(QT_TRANSLATE_NOOP("Messages", "Download")),
-    same(QT_TRANSLATE_NOOP("Messages", "Sound Settings")),
-    same(QT_TRANSLATE_NOOP("Messages", "Choose Shortcut")),
-    same(QT_TRANSLATE_NOOP("Messages", "Allow")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no speech model in %1. Download one, or install pocketsphinx-en-us."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "The speech model in %1 is damaged. Download it again."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "The worker is missing: %1"), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "The worker is not signed by the makers of this Murmel.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The language-model server is not installed (%1): text stays as it was recognised."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "The sound server refuses this user.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This sandbox has no access to the sound server.")),
-    same(QT_TRANSLATE_NOOP("Messages", "No sound server answers. Start PulseAudio or PipeWire.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no microphone: the sound server has no source.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no microphone: only what the speakers play is heard.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The microphone delivers digital silence. It may be muted or switched off.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The microphone was opened, but delivers nothing.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no desktop to hear it on.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no desktop to paste on.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no desktop with applications that tell of them.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This desktop lets no program press keys (on X11: the XTest extension is missing). Text is copied, for you to paste.")),
-    same(QT_TRANSLATE_NOOP("Messages", "In this Wayland session text is pasted into X programs only, and copied otherwise.")),
-    same(QT_TRANSLATE_NOOP("Messages", "No window manager tells which window is active. Text is copied, for you to paste.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The keyboard layout has no keys to paste with. Text is copied, for you to paste.")),
-    same(QT_TRANSLATE_NOOP("Messages", "GTK programs tell of them, Qt programs and browsers only while assistive technologies are switched on. Prompts that take the keyboard for themselves are seen in any case.")),
-    same(QT_TRANSLATE_NOOP("Messages", "They look like other fields: the accessibility bus (at-spi2-core) does not run. Prompts that take the keyboard for themselves are seen all the same.")),
-    same(QT_TRANSLATE_NOOP("Messages", "It is locked. History and vocabulary stay in memory until it is unlocked.")),
-    same(QT_TRANSLATE_NOOP("Messages", "No secret service answers. History and vocabulary stay in memory only.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Settings cannot be kept: %1 cannot be written to."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "History and models cannot be kept: %1 cannot be written to."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "There is none, or it does not answer: commands like “murmel toggle” cannot reach the running Murmel.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This desktop has none. Use the shortcut or commands like “murmel settings”.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Hears 25 languages, the best of those that run here.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The same in half the space, with a few more mistakes.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Hears about a hundred languages, and runs on older machines.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Punctuation and capitals in many languages.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Punctuation and capitals on a small machine.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Punctuation and capitals, between fast and good.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Punctuation and capitals, slower and better.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Corrects Russian.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Whisper base Q8 · Smallest")),
-    same(QT_TRANSLATE_NOOP("Messages", "Its engine is not in this build, or this processor is too old for it.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This build has no corrector for Russian.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This build has no server for language models.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The settings file %1 is read-only. Changes are kept in memory."), detail),
-    {"The screen was locked while you dictated. Copied — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "The screen was locked while you dictated. Copied — press %paste.")},
-    {"Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "Murmel ended before your words could be inserted. They are on the clipboard — press %paste.")},
-    {"Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "Murmel ended before everything was recognized. The first part is on the clipboard — press %paste.")},
-    same(QT_TRANSLATE_NOOP("Messages", "Murmel ended before your last words were recognized.")),
-
     // What was asked for and cannot be.
     same(QT_TRANSLATE_NOOP("Messages", "Still transcribing the last dictation…")),
     same(QT_TRANSLATE_NOOP("Messages", "Opening the microphone…")),
@@ -324,86 +256,13 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "It is a number of minutes from 0 to %1."), text),
     same(QT_TRANSLATE_NOOP("Messages", "It is a list of %1."), text),
     same(QT_TRANSLATE_NOOP("Messages", "It is neither text nor true or false.")),
-
-    // More of what was tried.
-    same(QT_TRANSLATE_NOOP("Messages", "Swap")),
-    same(QT_TRANSLATE_NOOP("Messages", "Confinement")),
-    same(QT_TRANSLATE_NOOP("Messages", "No helper process sees your files, other programs or a network it has no business with.")),
-    same(QT_TRANSLATE_NOOP("Messages", "No helper process reaches your files, other programs or a network it has no business with. They can see names of files: this system lets nobody make namespaces.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Helper processes are not confined: %1."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "Helper processes can reach what they should not (%1)."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "It does not answer.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Formatting is on.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Formatting is off.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Language models cannot run here: %1."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "The corrector for Russian cannot run here: %1."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "The worker or its engine is not as the makers of this Murmel signed it. Install Murmel again.")),
-    same(QT_TRANSLATE_NOOP("Messages", "No shortcut is set. The tray icon and “murmel toggle” start dictation.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop does not let this program press keys after all. Text is copied, for you to paste.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Text is copied, for you to paste.")),
-    same(QT_TRANSLATE_NOOP("Messages", "History and vocabulary stay in memory until then.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Only %1 can be kept out of %2; more of what you say may be written to it. Encrypt the swap, or raise the limit of locked memory (LimitMEMLOCK) to 8 MB."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "Murmel cannot start: %1 cannot be written to."), text),
-    same(QT_TRANSLATE_NOOP("Messages", "Neither the X server nor the Wayland compositor of this session can be reached.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The X server that DISPLAY names cannot be reached.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The Wayland compositor that WAYLAND_DISPLAY names cannot be reached.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The Wayland compositor cannot be reached.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The Wayland compositor does not answer.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no display.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The X server lets no program press keys: its XTest extension is missing.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The X server does not describe its keyboard (XKB).")),
-    same(QT_TRANSLATE_NOOP("Messages", "The X server does not tell of clipboard changes (XFixes).")),
-    same(QT_TRANSLATE_NOOP("Messages", "No window manager tells which window is active.")),
-    same(QT_TRANSLATE_NOOP("Messages", "KWin lets installed programs alone press keys and see which window is active. Install Murmel's package, or its desktop file in ~/.local/share/applications, and start Murmel anew.")),
-    same(QT_TRANSLATE_NOOP("Messages", "GNOME tells programs which window is active through an extension only. Murmel's can be enabled in its setup; if GNOME does not know it yet, log in again.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This desktop cannot hear this key. Choose another one, F10 or Ctrl+Space for instance.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop did not bind the shortcut. %1"), text),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop has bound the shortcut, but does not tell of it. %1"), text),
-    same(QT_TRANSLATE_NOOP("Messages", "Press the shortcut once: whether this desktop tells of it is known then. Where it does not, another way is taken.")),
-    same(QT_TRANSLATE_NOOP("Messages", "%1 cannot hear this key. Choose another one, F10 or Ctrl+Space for instance."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "%1 tells nobody when a modifier key alone is let go of. Choose a key with modifiers, Ctrl+Space for instance."), detail),
-    same(QT_TRANSLATE_NOOP("Messages", "sway tells nobody when a modifier key is let go of. Choose a key with modifiers, Ctrl+Space for instance.")),
-    same(QT_TRANSLATE_NOOP("Messages", "KDE's service for global shortcuts does not answer.")),
-    same(QT_TRANSLATE_NOOP("Messages", "KDE or another program has this shortcut. Choose another one, or take it away there in the system settings.")),
-    same(QT_TRANSLATE_NOOP("Messages", "GNOME's settings daemon, which listens for shortcuts, is not installed. Enable Murmel's extension instead.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop is asking you whether Murmel may press keys.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop did not let Murmel press keys when it was asked to.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop lets Murmel press keys no more: its permission was ended.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop lets Murmel press keys once you have allowed it: it asks you then. A Murmel that runs may have been allowed already.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The desktop lets Murmel press keys once you have allowed it, after each start of Murmel.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Text is pasted through the desktop's portal, into applications that tell of their windows on the accessibility bus.")),
-    same(QT_TRANSLATE_NOOP("Messages", "Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does not run.")),
-    same(QT_TRANSLATE_NOOP("Messages", "KWin does not let this program press keys.")),
-    same(QT_TRANSLATE_NOOP("Messages", "KWin does not tell this program of its windows.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This desktop lets no program press keys or see which window is active.")),
-    same(QT_TRANSLATE_NOOP("Messages", "This desktop lets no program hear a shortcut. Bind a key to the command “murmel toggle” in its settings.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The compositor lets no program press keys.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The compositor does not let this program press keys.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The compositor does not tell of its windows.")),
-    same(QT_TRANSLATE_NOOP("Messages", "The compositor lets no program without a window have the clipboard.")),
-    same(QT_TRANSLATE_NOOP("Messages", "There is no keyboard layout to press keys of (xkb-data).")),
-
-    // The build and its start.
-    same(QT_TRANSLATE_NOOP("Messages", "Full edition")),
-    same(QT_TRANSLATE_NOOP("Messages", "Lite edition")),
-    same(QT_TRANSLATE_NOOP("Messages", "Development build")),
-    same(QT_TRANSLATE_NOOP("Messages", "Ready offline · Models included")),
-    same(QT_TRANSLATE_NOOP("Messages", "Lite · Models on demand")),
-    same(QT_TRANSLATE_NOOP("Messages", "Local development")),
-    same(QT_TRANSLATE_NOOP("Messages", "Finish enabling Automatic Paste")),
-    {"macOS needs a fresh %1 process to apply this permission. The app will reopen automatically, and an active Parakeet download will resume. You do not need to restart your Mac.",
-     QT_TRANSLATE_NOOP("Messages", "The desktop needs a fresh %1 process to apply this permission. The app will reopen automatically, and an active Parakeet download will resume. You do not need to restart your computer."),
-     detail},
-    same(QT_TRANSLATE_NOOP("Messages", "Quit & Reopen")),
-    same(QT_TRANSLATE_NOOP("Messages", "Not Now")),
-    same(QT_TRANSLATE_NOOP("Messages", "%1 could not reopen"), detail),
 });
 // clang-format on
 
 }  // namespace
 
-std::span<const ScreenText> screenTexts() {
-  return texts;
+std::array<std::span<const ScreenText>, 2> screenTexts() {
+  return {texts, checkTexts()};
 }
 
 }  // namespace murmel

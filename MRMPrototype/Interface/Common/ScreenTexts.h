@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string_view>
 
@@ -21,7 +22,14 @@ struct ScreenText {
   Argument argument = Argument::none;
 };
 
+/// A text that the screen says in the core's words.
+constexpr ScreenText same(const char* text, ScreenText::Argument argument = ScreenText::Argument::none) {
+  return {text, text, argument};
+}
+
 /// Every text of the core that a person sees.
-std::span<const ScreenText> screenTexts();
+std::array<std::span<const ScreenText>, 2> screenTexts();
+/// Those of them that tell what was tried, and what does not work here.
+std::span<const ScreenText> checkTexts();
 
 }  // namespace murmel

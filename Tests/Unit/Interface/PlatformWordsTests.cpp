@@ -73,13 +73,15 @@ TEST(PlatformWords, says_the_texts_of_the_core_in_the_words_of_this_desktop) {
 
 TEST(ScreenTexts, name_each_text_once_and_never_the_keys_and_words_of_another_platform) {
   std::set<std::string_view> seen;
-  for (const auto& row : screenTexts()) {
-    EXPECT_TRUE(seen.insert(row.core).second) << row.core;
-    const QString screen = row.screen;
-    for (const auto* word :
-         {"⌘", "⌥", "⌃", "Mac", "Option", "Command", "Control ", "menu bar", "Keychain", "Dock"})
-      EXPECT_FALSE(screen.contains(word)) << row.screen;
-    EXPECT_EQ(screen.contains("%1"), row.argument != ScreenText::Argument::none) << row.screen;
+  for (const auto part : screenTexts()) {
+    for (const auto& row : part) {
+      EXPECT_TRUE(seen.insert(row.core).second) << row.core;
+      const QString screen = row.screen;
+      for (const auto* word :
+           {"⌘", "⌥", "⌃", "Mac", "Option", "Command", "Control ", "menu bar", "Keychain", "Dock"})
+        EXPECT_FALSE(screen.contains(word)) << row.screen;
+      EXPECT_EQ(screen.contains("%1"), row.argument != ScreenText::Argument::none) << row.screen;
+    }
   }
 }
 
