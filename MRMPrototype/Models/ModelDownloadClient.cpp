@@ -110,6 +110,11 @@ void ModelDownloadClient::ensureRunning() {
 void ModelDownloadClient::startProcess() {
   if (configuration_.mayExecute && !configuration_.mayExecute(configuration_.executable))
     return failAll("downloader", "The model downloader is missing from the app or is not the app's own.");
+  if (configuration_.lockStore) {
+    auto lock = configuration_.lockStore(configuration_.store);
+    if (!lock) return failAll("downloader", "Another download into this folder is running.");
+    storeLock_ = *std::move(lock);
+  }
   std::vector<std::string> arguments{"--store", configuration_.store.string()};
   arguments.insert(arguments.end(), configuration_.arguments.begin(), configuration_.arguments.end());
   auto launched = launcher_.launch({.executable = configuration_.executable,
@@ -207,6 +212,7 @@ void ModelDownloadClient::processEnded() {
   output_.reset();
   // Reaped before another one starts: until then it holds the store.
   process_.reset();
+  storeLock_ = {};
   isClosing_ = false;
   const bool wasExpected = std::exchange(isEndExpected_, false);
   if (!isActive()) return;

@@ -3,11 +3,13 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/Async/Signal.h"
 #include "Foundation/Text/LineSplitter.h"
+#include "Foundation/UniqueDescriptor.h"
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 #include "Models/DownloaderLines.h"
 #include "Platform/ProcessLauncher.h"
 
 #include <cstdint>
+#include <expected>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -51,6 +53,8 @@ class ModelDownloadClient {
     /// Whether the executable may be started; asked before every start.
     std::function<bool(const std::filesystem::path&)> mayExecute;
     std::vector<std::filesystem::path> readable{};  ///< what the arguments name
+    /// What the downloader cannot lock, held while one runs; an error while another client holds it.
+    std::function<std::expected<UniqueDescriptor, int>(const std::filesystem::path& store)> lockStore{};
   };
 
   using Handler = std::function<void(std::string identifier, ModelDownloadStatus status)>;
@@ -101,6 +105,7 @@ class ModelDownloadClient {
   std::map<std::string, Wanted> wanted_;
   bool runtimeActive_ = false;
   int deaths_ = 0;  ///< of the process, since something last arrived
+  UniqueDescriptor storeLock_;
   std::unique_ptr<ChildProcess> process_;
   LineSplitter lines_;
   bool isClosing_ = false;      ///< its input is closed; it ends

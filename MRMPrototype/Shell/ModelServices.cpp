@@ -3,6 +3,7 @@
 #include "Models/ModelCatalog.h"
 #include "Models/ModelStoreLayout.h"
 #include "Models/SpeechModels.h"
+#include "Platform/Linux/Files/MachineLock.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 
 #include <string>
@@ -48,6 +49,11 @@ std::optional<ModelDownloadClient::Configuration> downloaderConfiguration(const 
       .arguments = {},
       .mayExecute = [policy = installation.policy](
                         const std::filesystem::path& executable) { return policy.mayExecute(executable); },
+      .lockStore =
+          [](const std::filesystem::path& store) {
+            (void)PosixFileSystem().makeFolders(store);
+            return machineLock::takeWhereNeeded(store);
+          },
   };
 }
 

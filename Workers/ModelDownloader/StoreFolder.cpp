@@ -41,13 +41,15 @@ bool readThrough(int file, Use use) {
 
 }  // namespace
 
-std::expected<StoreFolder, FileError> StoreFolder::open(const std::filesystem::path& root) {
+std::expected<StoreFolder, FileError> StoreFolder::open(const std::filesystem::path& root,
+                                                        WithoutLocks withoutLocks) {
   auto folder = OwnFolder::open(root);
   if (!folder) return std::unexpected(folder.error());
   if (::flock(folder->descriptor(), LOCK_EX | LOCK_NB) != 0) {
-    return std::unexpected(FileError{false, errno == EWOULDBLOCK
-                                                ? "Another download into this folder is running."
-                                                : "The file system of the model folder has no locks."});
+    if (errno == EWOULDBLOCK)
+      return std::unexpected(FileError{false, "Another download into this folder is running."});
+    if (withoutLocks == WithoutLocks::refused)
+      return std::unexpected(FileError{false, "The file system of the folder has no locks."});
   }
   StoreFolder store(*std::move(folder));
   const auto partial = store.partialFolder();

@@ -1,5 +1,6 @@
 #include "FolderKeyStore.h"
 #include "History/HistoryFile.h"
+#include "Platform/Linux/Files/MachineLock.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
@@ -40,6 +41,17 @@ bool takeLocksAway() {
 class TwoWriters : public testing::TestWithParam<bool> {};
 
 }  // namespace
+
+TEST(MachineLock, StandsInForTheLockOfAFolder) {
+  const TemporaryFolder folder;
+  EXPECT_TRUE(inProcesses(1, [&](int) {
+    const auto own = machineLock::takeWhereNeeded(folder.path());
+    if (!own || *own || !takeLocksAway()) return false;
+    const auto instead = machineLock::takeWhereNeeded(folder.path());
+    const auto second = machineLock::takeWhereNeeded(folder.path());
+    return instead && *instead && !second && second.error() == EWOULDBLOCK;
+  }));
+}
 
 INSTANTIATE_TEST_SUITE_P(FileSystemWithoutLocks, TwoWriters, testing::Bool());
 

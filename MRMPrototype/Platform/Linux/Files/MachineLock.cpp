@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -48,6 +50,13 @@ std::expected<UniqueDescriptor, int> take(int file) {
   if (!name || !socket) return std::unexpected(errno);
   if (::bind(socket.get(), name->get(), name->size) == 0) return socket;
   return std::unexpected(errno == EADDRINUSE ? EWOULDBLOCK : errno);
+}
+
+std::expected<UniqueDescriptor, int> takeWhereNeeded(const std::filesystem::path& folder) {
+  const UniqueDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  // Whoever cannot open it cannot use it either, and says why.
+  if (!opened || ::flock(opened.get(), LOCK_SH | LOCK_NB) == 0 || !isNeeded(errno)) return UniqueDescriptor();
+  return take(opened.get());
 }
 
 bool isHeld(int file) {

@@ -3,6 +3,7 @@
 #include "Foundation/UniqueDescriptor.h"
 
 #include <expected>
+#include <filesystem>
 
 namespace murmel::machineLock {
 
@@ -13,6 +14,9 @@ bool isNeeded(int error);
 /// it ends with the descriptor that is returned, or its process. The error is EWOULDBLOCK while another holds
 /// it.
 std::expected<UniqueDescriptor, int> take(int file);
+/// The same for the users of a folder, where its file system has no locks. Empty where it has: whoever uses
+/// the folder locks it then.
+std::expected<UniqueDescriptor, int> takeWhereNeeded(const std::filesystem::path& folder);
 /// Disturbs nobody who takes it at the same moment.
 bool isHeld(int file);
 
