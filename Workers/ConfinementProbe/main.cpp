@@ -58,7 +58,8 @@ int main(int count, char** arguments) {
   tell(opens(home, O_RDONLY | O_DIRECTORY), "files");
   tell(opens("/tmp", O_TMPFILE | O_WRONLY), "files");
   tell(::stat(home, &status) == 0, "names");
-  tell(::kill(std::atoi(arguments[2]), 0) == 0, "processes");
+  const auto starter = static_cast<pid_t>(std::strtol(arguments[2], nullptr, 10));
+  tell(::kill(starter, 0) == 0, "processes");
   tell(executes(), "programs");
   tell(forks(), "copies");
   tell(hasSocket(AF_INET) || hasSocket(AF_INET6), "internet");

@@ -32,6 +32,7 @@ void DownloadJob::onEnd(const std::optional<MRMTransferError>& error) {
 
 std::vector<std::string> DownloadJob::places() const {
   std::vector<std::string> result;
+  result.reserve(assets.size());
   for (const auto* asset : assets) result.push_back(asset->storePath());
   return result;
 }

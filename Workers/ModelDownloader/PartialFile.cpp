@@ -117,7 +117,7 @@ std::expected<void, FileError> PartialFile::catchUp() {
 
 std::expected<std::string, FileError> PartialFile::sha256() {
   if (const auto caughtUp = catchUp(); !caughtUp) return std::unexpected(caughtUp.error());
-  const auto digest = crypto::hexadecimal(std::exchange(hash_, crypto::Sha256()).finish());
+  auto digest = crypto::hexadecimal(std::exchange(hash_, crypto::Sha256()).finish());
   hashed_ = 0;
   return digest;
 }

@@ -190,7 +190,7 @@ bool TransferMachine::data(std::size_t size, Instant now) {
 
 TransferMachine::Next TransferMachine::end(const std::optional<MRMTransferError>& error, Instant now) {
   if (refused_) {
-    const auto refused = *std::exchange(refused_, std::nullopt);
+    auto refused = *std::exchange(refused_, std::nullopt);
     if (MRMModelDownloadPolicy::isRetryable(refused.failure.error))
       return afterError(refused.failure.error, refused.discardsPartial);
     if (refused.discardsPartial) forget();

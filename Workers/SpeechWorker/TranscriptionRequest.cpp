@@ -23,7 +23,7 @@ struct CutLine {
 };
 
 CutLine cutAudio(std::string_view line) {
-  const CutLine whole{std::string(line), {}};
+  CutLine whole{std::string(line), {}};
   constexpr std::string_view blanks = " \t\r";
   const auto quotedKey = '"' + std::string(audioKey) + '"';
   const auto key = line.find(quotedKey);
