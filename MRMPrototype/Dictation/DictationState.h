@@ -24,7 +24,7 @@ class DictationState {
     copied,
   };
 
-  DictationState(Case which = Case::ready) : case_(which) {}  // NOLINT(*-explicit-*)
+  DictationState(Case which = Case::ready) : case_(which) {}
   static DictationState error(std::string message) { return {Case::error, std::move(message)}; }
   static DictationState warning(std::string message) { return {Case::warning, std::move(message)}; }
   /// The state that shows how a delivery ended.

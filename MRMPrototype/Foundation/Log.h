@@ -16,7 +16,7 @@ enum class LogLevel { debug, info, notice, error };
 class PublicText {
  public:
   template <std::size_t size>
-  consteval PublicText(const char (&literal)[size]) : view_(literal, size - 1) {}  // NOLINT(*-explicit-*)
+  consteval PublicText(const char (&literal)[size]) : view_(literal, size - 1) {}
 
   /// Keeps a reference: the text must live until the call that takes the PublicText returns.
   static PublicText declared(std::string_view text) { return PublicText(text); }

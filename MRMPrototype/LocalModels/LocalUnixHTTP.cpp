@@ -78,7 +78,7 @@ class LocalUnixHTTP::Connection {
 
   Outcome<Response> readResponse() {
     HTTPResponseReader reader;
-    std::array<char, chunkSize> chunk;  // NOLINT(*-member-init): filled by the read
+    std::array<char, chunkSize> chunk;  // filled by the read
     while (reader.state() == HTTPResponseReader::State::reading) {
       // Asked before every read: an endless answer would otherwise never let go.
       if (auto waited = wait(POLLIN, deadline_); !waited) return std::unexpected(waited.error());

@@ -21,7 +21,7 @@ class MRMError {
     smartRefinementFailed,
   };
 
-  MRMError(Case which) : case_(which) {}  // NOLINT(*-explicit-*): a case without detail is an error.
+  MRMError(Case which) : case_(which) {}  // a case without detail is an error.
   static MRMError modelMissing(std::string detail) { return {Case::modelMissing, std::move(detail)}; }
   static MRMError workerFailed(std::string detail) { return {Case::workerFailed, std::move(detail)}; }
 

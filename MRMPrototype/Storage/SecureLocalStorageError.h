@@ -20,8 +20,7 @@ class SecureLocalStorageError {
     file,                  ///< a file operation failed; `code` is its errno
   };
 
-  SecureLocalStorageError(Case which)
-      : case_(which) {}  // NOLINT(*-explicit-*): a case without a code is an error.
+  SecureLocalStorageError(Case which) : case_(which) {}  // a case without a code is an error.
   static SecureLocalStorageError keychain(SecretStatus status) { return {Case::keychain, status}; }
   static SecureLocalStorageError file(int errorNumber) { return {Case::file, errorNumber}; }
 

@@ -27,7 +27,7 @@ bool awaitProcessEnd(const ChildProcess& process, const WorkerCancellation& canc
     if (ready <= 0) continue;
     if (waited[0].revents != 0) return true;
     if (waited[2].revents == 0) continue;
-    std::array<char, 4'096> dropped;  // NOLINT(*-member-init): filled by the read
+    std::array<char, 4'096> dropped;  // filled by the read
     const auto count = ::read(output, dropped.data(), dropped.size());
     if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN)) output = -1;
   }

@@ -97,7 +97,7 @@ Result<WorkerMessage> WorkerChannel::readMessage(Duration limit) {
 
 /// Appends what the worker has written to the buffer.
 WorkerChannel::Received WorkerChannel::receive() {
-  std::array<char, chunkSize> chunk;  // NOLINT(*-member-init): filled by the read
+  std::array<char, chunkSize> chunk;  // filled by the read
   const auto count = ::read(output_, chunk.data(), chunk.size());
   if (count > 0) {
     lines_.append({chunk.data(), static_cast<std::size_t>(count)});

@@ -41,7 +41,7 @@ struct PrivateAllocator {
   using value_type = T;
   PrivateAllocator() = default;
   template <class Other>
-  PrivateAllocator(const PrivateAllocator<Other>&) {}  // NOLINT(*-explicit-*): as allocators are
+  PrivateAllocator(const PrivateAllocator<Other>&) {}  // as allocators are
 
   T* allocate(std::size_t count) { return static_cast<T*>(allocatePrivate(count * sizeof(T))); }
   void deallocate(T* memory, std::size_t count) noexcept { freePrivate(memory, count * sizeof(T)); }

@@ -16,7 +16,7 @@ void wipe(std::string& text) noexcept {
 
 [[gnu::noinline]] void wipeStack() noexcept {
   constexpr std::size_t depth = 32 * 1'024;
-  std::uint8_t below[depth];  // NOLINT(*-avoid-c-arrays): an array object would be used before it has a value
+  std::uint8_t below[depth];  // an array object would be used before it has a value
   ::explicit_bzero(below, sizeof below);
 }
 

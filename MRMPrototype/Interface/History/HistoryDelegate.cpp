@@ -41,7 +41,8 @@ void drawLines(QPainter& painter, const QRect& rect, const QString& text, const 
     const bool isLast = number == maximumLines - 1 && line.textStart() + line.textLength() < text.size();
     if (isLast) {
       painter.setFont(font);
-      painter.drawText(QRect(place, QSize(rect.width(), metrics.lineSpacing())), Qt::AlignVCenter | edge,
+      painter.drawText(QRect(place, QSize(rect.width(), metrics.lineSpacing())),
+                       static_cast<int>(Qt::AlignVCenter | edge),
                        metrics.elidedText(text.mid(line.textStart()), Qt::ElideRight, rect.width()));
     } else {
       line.draw(&painter, place);

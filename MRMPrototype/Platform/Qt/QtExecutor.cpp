@@ -100,6 +100,8 @@ Registration QtExecutor::watchReadable(int descriptor, std::move_only_function<v
   const QPointer notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, receiver_.get());
   QObject::connect(notifier, &QSocketNotifier::activated,
                    [handler = std::make_shared<std::move_only_function<void()>>(std::move(onReadable))] {
+                     // It may end the watch.
+                     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
                      const auto keepAlive = handler;
                      (*keepAlive)();
                    });
