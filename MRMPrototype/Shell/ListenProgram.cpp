@@ -58,13 +58,13 @@ class Listening {
     while (!ended_) {
       auto pause = sleepFor(speech_.executor, pumpInterval);
       co_await pause;
+      if (memory.isShort(audio_.sampleRate())) {
+        speech_.output.complain("Memory is running out. Recording stopped; captured audio processed.");
+        break;
+      }
       if (auto pending = audio_.takePendingAudio()) session_->append(*std::move(pending));
       if (role_.untilSilence && session_->heardSpeech() && session_->quietSeconds() >= *role_.untilSilence)
         ended_ = true;
-      if (memory.isShort(audio_.sampleRate())) {
-        speech_.output.complain("Memory is running out. Recording stopped; captured audio processed.");
-        ended_ = true;
-      }
     }
     memory.release();
     enter_.reset();

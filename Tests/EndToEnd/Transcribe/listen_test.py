@@ -6,6 +6,7 @@ usage: listen_test.py MURMEL
 
 import json
 import pathlib
+import resource
 import signal
 import subprocess
 import sys
@@ -53,6 +54,15 @@ class ListenTest(unittest.TestCase):
         output, complaints = process.communicate(timeout=60)
         self.assertEqual(process.returncode, 0, complaints)
         self.assertIn("clubs", json.loads(output)["text"])
+
+    def test_the_last_words_arrive_when_memory_runs_out(self):
+        process = listen()
+        say("001.wav")
+        pages = int(pathlib.Path(f"/proc/{process.pid}/statm").read_text().split()[0])
+        resource.prlimit(process.pid, resource.RLIMIT_AS, (pages * resource.getpagesize() + (10 << 20),) * 2)
+        output, complaints = process.communicate(timeout=60)
+        self.assertEqual((process.returncode, "Memory is running out" in complaints), (0, True), complaints)
+        self.assertIn("clubs", output)
 
 
 if __name__ == "__main__":

@@ -199,6 +199,19 @@ class TranscribeTest(unittest.TestCase):
         lowered = f"ulimit -c 0; ulimit -n 128; '{MURMEL}' transcribe '{DATA}/cards/001.wav'"
         self.assertIn("of clubs", subprocess.run(["sh", "-c", lowered], capture_output=True, text=True, timeout=60).stdout)
 
+    def test_tighter_limits_are_an_error_and_the_umask_is_not_taken(self):
+        environment = {**os.environ, "XDG_CONFIG_HOME": str(self.folder / "configuration")}
+        for limit, command, complaint in (("umask 777", "settings set historyEnabled true", ""),
+                                          ("umask 000", "settings set historyEnabled false", ""),
+                                          ("ulimit -f 0", "settings set historyEnabled true", "File too large"),
+                                          ("ulimit -n 32", "", "“ulimit -n” must allow 128")):
+            result = subprocess.run(["sh", "-c", f"{limit}; exec '{MURMEL}' {command}"], stderr=subprocess.PIPE,
+                                    text=True, timeout=60, env=environment)
+            self.assertEqual((result.returncode, complaint in result.stderr), (int(complaint != ""), True), result.stderr)
+        modes = {path.stat().st_mode & 0o777 for path in (self.folder / "configuration").rglob("*")}
+        self.assertEqual(modes, {0o700, 0o600})
+        self.assertIn("false", run("settings", "get", "historyEnabled", env=environment).stdout)
+
     def test_a_command_without_a_running_murmel_says_so(self):
         result = run("toggle")
         self.assertEqual(result.returncode, 3)
