@@ -99,7 +99,7 @@ TEST_F(RealServer, LosesNoWordAtTwentyMomentsOfADictation) {
       const auto before = clock.now();
       Awaiting<Answer> asking(refining(*refiner, text));
       const auto answer = described(asking);
-      EXPECT_LT(clock.now() - before, 3s + 500ms) << moment;
+      EXPECT_LT(clock.now() - before, 5s) << moment;  // it gives up after three
       EXPECT_TRUE(answer == "RAW" || wordsOf(answer) == text) << answer;
     }
     misfortune.join();

@@ -38,17 +38,25 @@ def starts(tree):
                           timeout=60).returncode == 0
 
 
+def link_or_copy(source, target):
+    """The session's folder may be on another disk."""
+    try:
+        os.link(source, target)
+    except OSError:
+        shutil.copy2(source, target)
+
+
 def make_tree(path, build, program=None):
     """The build tree as an installation of that build number."""
     shutil.rmtree(path, ignore_errors=True)
     (path / "bin").mkdir(parents=True)
-    shutil.copytree(BUILD / "lib/murmel/Workers", path / "lib/murmel/Workers", symlinks=True, copy_function=os.link,
+    shutil.copytree(BUILD / "lib/murmel/Workers", path / "lib/murmel/Workers", symlinks=True, copy_function=link_or_copy,
                     ignore=shutil.ignore_patterns("mrm-speech-engines*", "mrm-parakeet*"))  # large, and not asked for here
     told = information(BUILD)
     told["CFBundleVersion"] = str(build)
     (path / "lib/murmel/Info.json").write_text(json.dumps(told))
     if program is None:
-        os.link(BUILD / "bin/murmel", path / "bin/murmel")
+        link_or_copy(BUILD / "bin/murmel", path / "bin/murmel")
     else:
         (path / "bin/murmel").write_text(program)
         (path / "bin/murmel").chmod(0o755)
