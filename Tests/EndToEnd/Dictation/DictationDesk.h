@@ -145,8 +145,10 @@ class DictationDesk : public ::testing::Test {
     return editor;
   }
   [[nodiscard]] std::string textIn(const std::string& name) const { return contentsOf(file(name)); }
-  bool waitForText(const std::string& text, const std::string& name) {
-    return waitUntil([&] { return textIn(name).find(text) != std::string::npos; });
+  ::testing::AssertionResult waitForText(const std::string& text, const std::string& name) {
+    if (waitUntil([&] { return textIn(name).find(text) != std::string::npos; }))
+      return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "there is \"" << textIn(name) << '"';
   }
   bool waitForClipboard(const std::string& text) {
     return waitUntil([&] { return DeliveryDesk::clipboardText().find(text) != std::string::npos; });
