@@ -143,9 +143,10 @@ TEST_F(Ends, AKilledMurmelLeavesWhatItServedOnTheClipboard) {
   const auto editor = openEditor("text");
   dictate(tenOfClubs);
   ASSERT_TRUE(waitForText(tenOfClubs.word, "text")) << murmel->log();
+  ASSERT_TRUE(waitForClipboard("old clipboard"));
+  ASSERT_TRUE(waitForSummaries(1));
   EXPECT_EQ(command("copy-last"), 0);
   ASSERT_TRUE(waitForClipboard(tenOfClubs.word));
-  desk.loop.runFor(std::chrono::milliseconds(300));  // the keeper is told after the clipboard is ours
   ::kill(murmel->identifier(), SIGKILL);
   ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
   EXPECT_TRUE(waitForClipboard(tenOfClubs.word));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <string_view>
@@ -23,6 +24,9 @@ constexpr int patienceMilliseconds = 1'000;
 /// Confined and connected it is within 100 ms; a machine that is busy takes longer, and without it the words
 /// would be lost with the application.
 constexpr int startMilliseconds = 5'000;
+/// Contents are replaced by others within milliseconds. A keeper that would have to start again would leave a
+/// gap in which the words end with the application.
+constexpr auto idleBeforeEnd = std::chrono::seconds(2);
 
 bool isReady(int descriptor, short events, int milliseconds = patienceMilliseconds) {
   pollfd wait{descriptor, events, 0};
@@ -104,8 +108,14 @@ void ClipboardKeeperProcess::run() {
   ::sigaddset(&pipe, SIGPIPE);
   ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
   std::unique_lock lock(mutex_);
+  const auto hasNews = [this] { return news_ || handOver_ == HandOver::wanted || ending_; };
   while (true) {
-    changed_.wait(lock, [this] { return news_ || handOver_ == HandOver::wanted || ending_; });
+    if (process_ && keepsNothing_ && !changed_.wait_for(lock, idleBeforeEnd, hasNews)) {
+      lock.unlock();
+      endKeeper();
+      lock.lock();
+    }
+    changed_.wait(lock, hasNews);
     if (auto news = std::exchange(news_, std::nullopt)) {
       lock.unlock();
       tell(*news);
@@ -124,16 +134,21 @@ void ClipboardKeeperProcess::run() {
 }
 
 void ClipboardKeeperProcess::tell(const Kept& kept) {
+  keepsNothing_ = !kept.contents;
   if (!kept.contents) {
-    // Told to keep nothing it ends with its pipe.
-    if (process_ && send({})) process_->closeInput();
-    process_.reset();
+    if (process_ && !send({})) process_.reset();
     return;
   }
   const ClipboardOrder order{ClipboardOrder::Kind::keep, kept.ownedSince, *kept.contents};
   if (process_ && send(order)) return;
   // There is none yet, or it has died.
   if (!start() || !send(order)) process_.reset();
+}
+
+void ClipboardKeeperProcess::endKeeper() {
+  // Told to keep nothing it ends with its pipe.
+  process_->closeInput();
+  process_.reset();
 }
 
 bool ClipboardKeeperProcess::start() {
@@ -166,7 +181,8 @@ bool ClipboardKeeperProcess::send(const ClipboardOrder& order) {
 }
 
 bool ClipboardKeeperProcess::take() {
-  return process_ && send({ClipboardOrder::Kind::take, 0, {}}) && answers('y', patienceMilliseconds);
+  return process_ && !keepsNothing_ && send({ClipboardOrder::Kind::take, 0, {}}) &&
+         answers('y', patienceMilliseconds);
 }
 
 bool ClipboardKeeperProcess::answers(char expected, int milliseconds) {

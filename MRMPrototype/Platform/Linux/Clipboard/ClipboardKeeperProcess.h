@@ -15,9 +15,9 @@
 
 namespace murmel {
 
-/// Keeps by a small process of its own, which runs only while the clipboard is ours. Contents go to it
-/// through a pipe. When this process ends in whatever way, the pipe closes, and the keeper serves what it was
-/// told last, until somebody else writes to the clipboard or the session ends.
+/// Keeps by a small process of its own, which runs while the clipboard is ours, and two seconds more.
+/// Contents go to it through a pipe. When this process ends in whatever way, the pipe closes, and the keeper
+/// serves what it was told last, until somebody else writes to the clipboard or the session ends.
 ///
 /// Starting and telling it is done on a thread of its own: the contents may be large, and nobody waits for
 /// it.
@@ -50,6 +50,7 @@ class ClipboardKeeperProcess final : public ClipboardKeeper {
 
   void run();
   void tell(const Kept& kept);
+  void endKeeper();
   [[nodiscard]] bool start();
   [[nodiscard]] bool send(const ClipboardOrder& order);
   [[nodiscard]] bool take();
@@ -62,7 +63,9 @@ class ClipboardKeeperProcess final : public ClipboardKeeper {
   std::optional<Kept> news_;  ///< only the newest counts
   HandOver handOver_ = HandOver::none;
   bool ending_ = false;
-  std::unique_ptr<ChildProcess> process_;  ///< the thread's own
+  // The thread's own.
+  std::unique_ptr<ChildProcess> process_;
+  bool keepsNothing_ = true;
   std::thread thread_;
 };
 
