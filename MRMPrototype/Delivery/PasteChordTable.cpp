@@ -1,5 +1,6 @@
 #include "Delivery/PasteChordTable.h"
 
+#include "Foundation/Text/Ascii.h"
 #include "Foundation/Text/Text.h"
 
 #include <algorithm>
@@ -75,17 +76,9 @@ constexpr KnownClass knownClasses[] = {
     {"VSCodium", code},
 };
 
-char asciiLower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-bool isSameName(std::string_view one, std::string_view other) {
-  return std::ranges::equal(one, other, {}, asciiLower, asciiLower);
-}
-
 std::optional<PasteChord> parseChord(std::string_view name) {
   for (const auto chord : allCases<PasteChord>()) {
-    if (isSameName(rawValue(chord), name)) return chord;
+    if (text::equalsIgnoringAsciiCase(rawValue(chord), name)) return chord;
   }
   return std::nullopt;
 }
@@ -95,7 +88,7 @@ std::optional<PasteMethod> parseMethod(std::string_view text) {
   if (words.empty() || words.size() > 2) return std::nullopt;
   const auto chord = parseChord(words.front());
   if (!chord) return std::nullopt;
-  if (words.size() == 2 && !isSameName(words.back(), "primary")) return std::nullopt;
+  if (words.size() == 2 && !text::equalsIgnoringAsciiCase(words.back(), "primary")) return std::nullopt;
   return PasteMethod{*chord, words.size() == 2};
 }
 
@@ -127,7 +120,8 @@ std::vector<PasteChordTable::InvalidLine> PasteChordTable::addUserLines(std::str
 
 PasteMethod PasteChordTable::method(std::string_view windowClass, std::string_view instanceName) const {
   const auto row = std::ranges::find_if(rows_.rbegin(), rows_.rend(), [&](const Row& candidate) {
-    return isSameName(candidate.windowClass, windowClass) || isSameName(candidate.windowClass, instanceName);
+    return text::equalsIgnoringAsciiCase(candidate.windowClass, windowClass) ||
+           text::equalsIgnoringAsciiCase(candidate.windowClass, instanceName);
   });
   return row == rows_.rend() ? PasteMethod{} : row->method;
 }

@@ -1,6 +1,7 @@
 #include "LocalModels/HTTPResponseReader.h"
 
-#include <algorithm>
+#include "Foundation/Text/Ascii.h"
+
 #include <charconv>
 #include <utility>
 
@@ -8,19 +9,8 @@ namespace murmel {
 
 namespace {
 
-char lower(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool equalsIgnoringCase(std::string_view left, std::string_view right) {
-  return std::ranges::equal(left, right, {}, lower, lower);
-}
-
 std::string_view withoutBlanks(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+  return text::asciiTrimmed(text, " \t");
 }
 
 /// The whole of `digits` as a number; nothing when it is none or too large to be a size.
@@ -144,10 +134,10 @@ void HTTPResponseReader::readHeader(std::string_view line) {
     return;
   }
   const auto value = withoutBlanks(line.substr(colon + 1));
-  if (equalsIgnoringCase(name, "content-length")) readContentLength(value);
-  if (equalsIgnoringCase(name, "transfer-encoding")) {
+  if (text::equalsIgnoringAsciiCase(name, "content-length")) readContentLength(value);
+  if (text::equalsIgnoringAsciiCase(name, "transfer-encoding")) {
     // Whoever compresses or reorders was not asked to.
-    if (!equalsIgnoringCase(value, "chunked")) state_ = State::malformed;
+    if (!text::equalsIgnoringAsciiCase(value, "chunked")) state_ = State::malformed;
     isChunked_ = true;
   }
 }

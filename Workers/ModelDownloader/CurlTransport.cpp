@@ -1,5 +1,7 @@
 #include "Workers/ModelDownloader/CurlTransport.h"
 
+#include "Foundation/Text/Ascii.h"
+
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
@@ -56,21 +58,6 @@ int urlErrorFor(CURLcode code) {
     default:
       return urlErrorUnknown;
   }
-}
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blank = " \t\r\n";
-  const auto first = text.find_first_not_of(blank);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blank) - first + 1);
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
 }
 
 template <class Number>
@@ -180,8 +167,8 @@ class CurlTransport::Transfer {
     }
     const auto colon = line.find(':');
     if (colon == std::string_view::npos) return;
-    const auto name = lowerCase(line.substr(0, colon));
-    const auto value = trimmed(line.substr(colon + 1));
+    const auto name = text::asciiLowercased(line.substr(0, colon));
+    const auto value = text::asciiTrimmed(line.substr(colon + 1));
     if (name == "content-length") head_.contentLength = parsed<std::int64_t>(value);
     if (name == "content-range") head_.contentRange = ContentRange::parse(value);
     if (name == "etag" && value.starts_with('"')) head_.entityTag = value;

@@ -1,11 +1,11 @@
 #include "Workers/SpeechWorker/PocketSphinxEngine.h"
 
+#include "Foundation/Text/Ascii.h"
 #include "Workers/SpeechWorker/Pronunciation.h"
 #include "Workers/SpeechWorker/QuietCut.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <sstream>
 
@@ -72,9 +72,7 @@ void PocketSphinxEngine::learn(const std::vector<std::string>& names) {
     std::istringstream words(name);
     for (std::string word; words >> word && learned_.size() < mostLearned;) {
       if (!learned_.insert(word).second) continue;
-      std::string lower = word;
-      std::ranges::transform(lower, lower.begin(), [](unsigned char letter) { return std::tolower(letter); });
-      if (inDictionary(lower)) continue;
+      if (inDictionary(text::asciiLowercased(word))) continue;
       constexpr int atOnce = TRUE;
       if (const auto sounds = guessedPronunciation(word, inDictionary))
         ps_add_word(decoder_.get(), word.c_str(), sounds->c_str(), atOnce);

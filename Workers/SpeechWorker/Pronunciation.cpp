@@ -1,5 +1,7 @@
 #include "Workers/SpeechWorker/Pronunciation.h"
 
+#include "Foundation/Text/Ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -24,10 +26,9 @@ constexpr auto letterSounds = std::to_array<std::string_view>(
 
 std::optional<std::string> guessedPronunciation(std::string_view word, const DictionaryLookup& lookup) {
   std::string letters;
-  for (const char letter : word) {
-    const char lower = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    if (lower < 'a' || lower > 'z') return std::nullopt;
-    letters += lower;
+  for (const char letter : text::asciiLowercased(word)) {
+    if (letter < 'a' || letter > 'z') return std::nullopt;
+    letters += letter;
   }
   if (letters.empty() || letters.size() > longestWord) return std::nullopt;
 

@@ -1,5 +1,7 @@
 #include "Workers/SpeechWorker/WhisperRules.h"
 
+#include "Foundation/Text/Ascii.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -54,11 +56,7 @@ std::vector<Word> wordsOf(std::string_view text) {
     const auto first = word.find_first_not_of(punctuation);
     if (first != std::string_view::npos) {
       word = word.substr(first, word.find_last_not_of(punctuation) - first + 1);
-      std::string lower(word);
-      std::ranges::transform(lower, lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-      });
-      words.push_back({begin, std::move(lower)});
+      words.push_back({begin, text::asciiLowercased(word)});
     }
     begin = text.find_first_not_of(blanks, end);
   }

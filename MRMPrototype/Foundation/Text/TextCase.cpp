@@ -1,3 +1,4 @@
+#include "Foundation/Text/Ascii.h"
 #include "Foundation/Text/Text.h"
 
 #include <algorithm>
@@ -25,18 +26,11 @@ void require(UErrorCode status, const char* what) {
   if (U_FAILURE(status)) throw std::runtime_error(std::string(what) + ": " + u_errorName(status));
 }
 
-constexpr char asciiLower(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
-constexpr char asciiUpper(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
-
-template <class Map>
-std::string mappedAscii(std::string_view text, Map map) {
-  std::string result(text.size(), '\0');
-  std::ranges::transform(text, result.begin(), map);
+std::string asciiUppercased(std::string_view text) {
+  std::string result(text);
+  std::ranges::transform(result, result.begin(), [](char byte) {
+    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+  });
   return result;
 }
 
@@ -79,7 +73,7 @@ std::string folded(std::string_view text) {
 }  // namespace
 
 std::string uppercased(std::string_view text) {
-  if (isAllAscii(text)) return mappedAscii(text, asciiUpper);
+  if (isAllAscii(text)) return asciiUppercased(text);
   UErrorCode status = U_ZERO_ERROR;
   std::string result;
   icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
@@ -89,7 +83,7 @@ std::string uppercased(std::string_view text) {
 }
 
 std::string lowercased(std::string_view text) {
-  if (isAllAscii(text)) return mappedAscii(text, asciiLower);
+  if (isAllAscii(text)) return asciiLowercased(text);
   UErrorCode status = U_ZERO_ERROR;
   std::string result;
   icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
@@ -115,7 +109,7 @@ std::string normalized(std::string_view text) {
 }
 
 std::string caseFolded(std::string_view text) {
-  if (isAllAscii(text)) return mappedAscii(text, asciiLower);
+  if (isAllAscii(text)) return asciiLowercased(text);
   // Normalised before as well: folding takes an iota subscript apart only where it is composed.
   if (isPlainlyNormalized(text)) return normalized(folded(text));
   return normalized(folded(normalized(text)));
