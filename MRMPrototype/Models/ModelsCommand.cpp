@@ -1,5 +1,7 @@
 #include "Models/ModelsCommand.h"
 
+#include "Foundation/Text/Sizes.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -39,10 +41,6 @@ std::string_view wordFor(Finding finding) {
   std::unreachable();
 }
 
-std::string megabytes(std::uint64_t bytes) {
-  return fmt::format("{:.0f} MB", static_cast<double>(bytes) / 1e6);
-}
-
 /// The files of one model, as one.
 struct Progress {
   std::int64_t received = 0;
@@ -64,8 +62,7 @@ std::string speed(const Progress& progress) {
 std::string bar(const Progress& progress) {
   constexpr int width = 30;
   if (!progress.isTotalKnown || progress.total == 0)
-    return fmt::format("{:>6} {}{}", megabytes(static_cast<std::uint64_t>(progress.received)),
-                       speed(progress), progress.state);
+    return fmt::format("{:>6} {}{}", megabytes(progress.received), speed(progress), progress.state);
   const auto filled = static_cast<std::size_t>(progress.received * width / progress.total);
   return fmt::format("[{:<{}}] {:3}% {}{}", std::string(filled, '#'), width,
                      progress.received * 100 / progress.total, speed(progress), progress.state);

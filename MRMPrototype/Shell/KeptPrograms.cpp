@@ -1,4 +1,3 @@
-#include "Foundation/Print.h"
 #include "History/HistoryCommand.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Linux/SecretService/SecretServiceStore.h"
@@ -9,8 +8,8 @@
 #include "Shell/ClipboardHolder.h"
 #include "Shell/EditionKeys.h"
 #include "Shell/Programs.h"
+#include "Shell/StandardStreams.h"
 
-#include <cstdio>
 #include <iostream>
 #include <optional>
 
@@ -19,14 +18,7 @@ namespace murmel {
 namespace {
 
 CommandStreams standardStreams() {
-  return {
-      .print = [](std::string_view text) { print(stdout, "{}", text); },
-      .complain =
-          [](std::string_view text) {
-            print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
-          },
-      .input = std::cin,
-  };
+  return {.print = show, .complain = complain, .input = std::cin};
 }
 
 int runHistory(Arguments arguments, const Installation& installation, const KeptDataRole& role) {

@@ -1,4 +1,3 @@
-#include "Foundation/Print.h"
 #include "Models/ModelDownloadProbe.h"
 #include "Models/ModelsCommand.h"
 #include "Models/SpeechModels.h"
@@ -8,9 +7,9 @@
 #include "Shell/LocalRuntimes.h"
 #include "Shell/ModelServices.h"
 #include "Shell/Programs.h"
+#include "Shell/StandardStreams.h"
 
 #include <QCoreApplication>
-#include <cstdio>
 #include <memory>
 #include <optional>
 
@@ -27,16 +26,9 @@ int runModels(Arguments arguments, const Installation& installation, const Model
   if (auto configuration = downloaderConfiguration(installation)) {
     client.emplace(executor, launcher, *std::move(configuration));
   }
-  const auto print = [](std::string_view text) {
-    murmel::print(stdout, "{}", text);
-    std::fflush(stdout);
-  };
   ModelsCommand command(executor, modelInventory(installation), client ? &*client : nullptr,
-                        {.print = print,
-                         .complain =
-                             [](std::string_view text) {
-                               murmel::print(stderr, "murmel: {}{}", text, text.ends_with('\n') ? "" : "\n");
-                             },
+                        {.print = show,
+                         .complain = complain,
                          .isTerminal = ::isatty(STDOUT_FILENO) != 0,
                          .now = [] { return SystemClock().now(); }},
                         modelMachine(installation), modelCatalog(),
@@ -51,7 +43,7 @@ int runModelDownloadProbe(Arguments arguments, const Installation& installation)
   const QCoreApplication application(arguments.count, arguments.values);
   auto configuration = downloaderConfiguration(installation);
   if (!configuration) {
-    print(stderr, "murmel: This build names no model downloader.\n");
+    complain("This build names no model downloader.");
     return ModelDownloadProbe::failed;
   }
   QtExecutor executor;
@@ -59,7 +51,7 @@ int runModelDownloadProbe(Arguments arguments, const Installation& installation)
   ModelDownloadProbe probe(executor, launcher, *std::move(configuration), installation.folders.temporary);
   executor.post([&] {
     probe.run([](ModelDownloadProbe::Status status, const std::string& line) {
-      print(stderr, "murmel: {}\n", line);
+      complain(line);
       QCoreApplication::exit(status);
     });
   });

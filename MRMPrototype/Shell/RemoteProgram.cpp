@@ -1,7 +1,7 @@
-#include "Foundation/Print.h"
 #include "Interface/PlatformWords.h"
 #include "Shell/Programs.h"
 #include "Shell/RunningInstance.h"
+#include "Shell/StandardStreams.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -14,23 +14,22 @@ namespace murmel {
 
 namespace {
 
-int complain(int status, const std::string& sentence) {
-  print(stderr, "murmel: {}\n", inPlatformWords(sentence).toStdString());
+int ended(int status, const std::string& sentence) {
+  complain(inPlatformWords(sentence).toStdString());
   return status;
 }
 
 /// An instance that has no door on the bus is running nevertheless.
-int complain(const RemoteFailure& failure, const Installation& installation) {
+int ended(const RemoteFailure& failure, const Installation& installation) {
   const bool isRunning = InstanceLock::isHeldByEdition(installation);
   if (!isRunning) {
     const auto other = InstanceLock::holder(installation);
-    return complain(
+    return ended(
         commandStatus::notRunning,
         "Murmel is not running" + (other ? ", but another edition is: " + other->identifier + "." : "."));
   }
-  if (failure.kind != RemoteFailure::Kind::nobodyThere)
-    return complain(commandStatus::refused, failure.message);
-  return complain(commandStatus::refused, "Murmel is starting or ending, and cannot be reached.");
+  if (failure.kind != RemoteFailure::Kind::nobodyThere) return ended(commandStatus::refused, failure.message);
+  return ended(commandStatus::refused, "Murmel is starting or ending, and cannot be reached.");
 }
 
 std::string inWords(const StatusReport& status) {
@@ -60,10 +59,10 @@ std::string inJson(const StatusReport& status) {
 int runRemoteCommand(Arguments arguments, const Installation& installation, IntelCommand command) {
   const QCoreApplication application(arguments.count, arguments.values);
   const auto answer = sendRemoteCommand(installation.identifier, command);
-  if (!answer) return complain(answer.error(), installation);
-  if (!*answer) return complain(commandStatus::refused, answer->error());
+  if (!answer) return ended(answer.error(), installation);
+  if (!*answer) return ended(commandStatus::refused, answer->error());
   if (command == IntelCommand::quit && !awaitEndOfInstance(installation))
-    return complain(commandStatus::refused, "Murmel has not ended yet.");
+    return ended(commandStatus::refused, "Murmel has not ended yet.");
   return commandStatus::done;
 }
 
@@ -73,7 +72,7 @@ int runStatus(Arguments arguments, const Installation& installation, const Statu
   if (!status) {
     const bool isRunning = InstanceLock::isHeldByEdition(installation);
     if (role.json && !isRunning) print(stdout, "{{\"running\":false}}\n");
-    return complain(status.error(), installation);
+    return ended(status.error(), installation);
   }
   print(stdout, "{}\n", role.json ? inJson(*status) : inWords(*status));
   return commandStatus::done;

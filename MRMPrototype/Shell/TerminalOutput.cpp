@@ -1,6 +1,6 @@
 #include "Shell/TerminalOutput.h"
 
-#include "Foundation/Print.h"
+#include "Shell/StandardStreams.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -27,7 +27,7 @@ void TerminalOutput::write(std::string_view text) {
 
 void TerminalOutput::complain(const std::string& sentence) {
   clearProgress();
-  print(stderr, "murmel: {}\n", sentence);
+  murmel::complain(sentence);
 }
 
 void TerminalOutput::progress(const std::string& line) {

@@ -1,4 +1,4 @@
-#include "Foundation/Print.h"
+#include "Foundation/Text/Sizes.h"
 #include "MRMUpdatePolicy/UpdateAdmissionGate.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Platform/Qt/QtExecutor.h"
@@ -6,6 +6,7 @@
 #include "Shell/InstanceLock.h"
 #include "Shell/InterruptSignal.h"
 #include "Shell/Programs.h"
+#include "Shell/StandardStreams.h"
 #include "Shell/UpdateServices.h"
 
 #include <QCoreApplication>
@@ -20,10 +21,6 @@ namespace murmel {
 namespace {
 
 using Phase = UpdateStatus::Phase;
-
-void complain(const std::string& sentence) {
-  print(stderr, "murmel: {}\n", sentence);
-}
 
 /// One run of the command: looks, and goes on to install when that is what was asked for.
 class UpdateCommand {
@@ -71,8 +68,8 @@ class UpdateCommand {
   void available(const UpdateRelease& release) {
     if (asked_) return;
     asked_ = true;
-    print(stdout, "Version {} (build {}) is available, {:.0f} MB.\n", release.version, release.build,
-          static_cast<double>(release.size) / 1e6);
+    print(stdout, "Version {} (build {}) is available, {}.\n", release.version, release.build,
+          megabytes(release.size));
     if (!release.notes.empty()) print(stdout, "\n{}\n\n", release.notes);
     if (updater_.road() == UpdateRoad::systemPackage) {
       const auto command = packageUpdateCommand(installation_.identifier);

@@ -3,6 +3,7 @@
 #include "Shell/Installation.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/Programs.h"
+#include "Shell/StandardStreams.h"
 
 #include <csignal>
 #include <cstdio>
@@ -97,9 +98,6 @@ int main(int argumentCount, char** argumentValues) {
   }
   avoidHangingBuses();
   const auto installation = Installation::read(Environment::ofThisProcess());
-  if (!installation) {
-    print(stderr, "murmel: {}\n", installation.error());
-    return 1;
-  }
+  if (!installation) return complain(installation.error());
   return withOutputWritten(std::visit(Run{{argumentCount, argumentValues}, *installation}, role));
 }

@@ -1,5 +1,7 @@
 #include "Workers/ModelDownloader/DownloadQueue.h"
 
+#include "Foundation/Text/Sizes.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -17,10 +19,6 @@ constexpr std::size_t longestShownIdentifier = 128;
 
 DownloadFailure storageFailure(const FileError& error) {
   return {error.isDiskFull ? "disk_full" : "storage", error.message, {}};
-}
-
-std::string megabytes(std::int64_t bytes) {
-  return fmt::format("{:.0f} MB", static_cast<double>(bytes) / 1e6);
 }
 
 }  // namespace
