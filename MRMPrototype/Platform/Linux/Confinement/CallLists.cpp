@@ -63,61 +63,11 @@ void allowDataMemory(CallFilter& filter) {
   filter.allowWhen(SCMP_SYS(mprotect), {{2, PROT_EXEC, 0}});
 }
 
-void allowLoading(CallFilter& filter) {
-  filter.allow({SCMP_SYS(mmap),
-                SCMP_SYS(mprotect),
-                SCMP_SYS(pread64),
-                SCMP_SYS(lseek),
-                SCMP_SYS(fstat),
-                SCMP_SYS(newfstatat),
-                SCMP_SYS(getdents64),
-                SCMP_SYS(fadvise64),
-                SCMP_SYS(dup),
-                SCMP_SYS(dup2),
-                SCMP_SYS(dup3),
-                SCMP_SYS(pipe),
-                SCMP_SYS(pipe2),
-                SCMP_SYS(poll),
-                SCMP_SYS(ppoll),
-                SCMP_SYS(select),
-                SCMP_SYS(pselect6),
-                SCMP_SYS(epoll_create1),
-                SCMP_SYS(epoll_ctl),
-                SCMP_SYS(epoll_wait),
-                SCMP_SYS(epoll_pwait),
-                SCMP_SYS(eventfd2),
-                SCMP_SYS(set_tid_address),
-                SCMP_SYS(arch_prctl),
-                SCMP_SYS(rt_sigaction),
-                SCMP_SYS(sigaltstack),
-                SCMP_SYS(getpid),
-                SCMP_SYS(gettid),
-                SCMP_SYS(getuid),
-                SCMP_SYS(geteuid),
-                SCMP_SYS(getgid),
-                SCMP_SYS(getegid),
-                SCMP_SYS(getppid),
-                SCMP_SYS(getcwd),
-                SCMP_SYS(umask),
-                SCMP_SYS(uname),
-                SCMP_SYS(sysinfo),
-                SCMP_SYS(getrusage),
-                SCMP_SYS(clock_getres),
-                SCMP_SYS(gettimeofday),
-                SCMP_SYS(time),
-                SCMP_SYS(times),
-                SCMP_SYS(mlock),
-                SCMP_SYS(mlock2),
-                SCMP_SYS(munlock),
-                SCMP_SYS(membarrier),
-                SCMP_SYS(getrlimit),
-                SCMP_SYS(setrlimit),
-                SCMP_SYS(alarm),
-                SCMP_SYS(setitimer),
-                SCMP_SYS(seccomp),
-                SCMP_SYS(landlock_create_ruleset),
-                SCMP_SYS(landlock_add_rule),
-                SCMP_SYS(landlock_restrict_self)});
+/// Files that may be read, and whatever else a descriptor is of.
+void allowReadingFiles(CallFilter& filter) {
+  filter.allow({SCMP_SYS(pread64), SCMP_SYS(lseek), SCMP_SYS(fstat), SCMP_SYS(newfstatat),
+                SCMP_SYS(getdents64), SCMP_SYS(fadvise64), SCMP_SYS(dup), SCMP_SYS(dup2), SCMP_SYS(dup3),
+                SCMP_SYS(getcwd), SCMP_SYS(umask)});
   // Nothing is created or emptied where nothing may be written, with the oldest Landlock either: it lets a
   // file that may be read be emptied by opening it for reading.
   filter.allowWhen(SCMP_SYS(openat), {{2, O_TRUNC, 0}});
@@ -126,15 +76,50 @@ void allowLoading(CallFilter& filter) {
   // Not those that name an owner, to whom signals are then sent.
   filter.allowValues(SCMP_SYS(fcntl), 1, {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL});
   filter.allowValues(SCMP_SYS(ioctl), 1, {FIONBIO, FIONREAD, FIOCLEX, TCGETS});
-  filter.allowValues(SCMP_SYS(prctl), 0,
-                     {PR_SET_NAME, PR_GET_NAME, PR_SET_NO_NEW_PRIVS, PR_GET_NO_NEW_PRIVS, PR_SET_DUMPABLE,
-                      PR_GET_DUMPABLE, PR_SET_SECCOMP, PR_GET_SECCOMP, PR_GET_PDEATHSIG});
-  // Of this process itself.
+}
+
+void allowWaiting(CallFilter& filter) {
+  filter.allow({SCMP_SYS(pipe), SCMP_SYS(pipe2), SCMP_SYS(poll), SCMP_SYS(ppoll), SCMP_SYS(select),
+                SCMP_SYS(pselect6), SCMP_SYS(epoll_create1), SCMP_SYS(epoll_ctl), SCMP_SYS(epoll_wait),
+                SCMP_SYS(epoll_pwait), SCMP_SYS(eventfd2), SCMP_SYS(alarm), SCMP_SYS(setitimer)});
+}
+
+/// Who it is, what the machine has, what it took.
+void allowAsking(CallFilter& filter) {
+  filter.allow({SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(getuid), SCMP_SYS(geteuid), SCMP_SYS(getgid),
+                SCMP_SYS(getegid), SCMP_SYS(getppid), SCMP_SYS(uname), SCMP_SYS(sysinfo), SCMP_SYS(getrusage),
+                SCMP_SYS(clock_getres), SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(times)});
+}
+
+/// Its own threads, signals, limits and priority, and nobody else's.
+void allowSettingItselfUp(CallFilter& filter) {
+  filter.allow({SCMP_SYS(set_tid_address), SCMP_SYS(arch_prctl), SCMP_SYS(rt_sigaction),
+                SCMP_SYS(sigaltstack), SCMP_SYS(getrlimit), SCMP_SYS(setrlimit)});
   for (const int call : {SCMP_SYS(prlimit64), SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_setaffinity),
                          SCMP_SYS(sched_getparam), SCMP_SYS(sched_getscheduler), SCMP_SYS(getsid)})
     filter.allowWhen(call, {{0, lowHalf, 0}});
   filter.allowWhen(SCMP_SYS(setpriority), {{0, lowHalf, PRIO_PROCESS}, {1, lowHalf, 0}});
   filter.allowWhen(SCMP_SYS(getpriority), {{0, lowHalf, PRIO_PROCESS}, {1, lowHalf, 0}});
+}
+
+/// Giving up more.
+void allowConfiningItself(CallFilter& filter) {
+  filter.allow({SCMP_SYS(seccomp), SCMP_SYS(landlock_create_ruleset), SCMP_SYS(landlock_add_rule),
+                SCMP_SYS(landlock_restrict_self)});
+  filter.allowValues(SCMP_SYS(prctl), 0,
+                     {PR_SET_NAME, PR_GET_NAME, PR_SET_NO_NEW_PRIVS, PR_GET_NO_NEW_PRIVS, PR_SET_DUMPABLE,
+                      PR_GET_DUMPABLE, PR_SET_SECCOMP, PR_GET_SECCOMP, PR_GET_PDEATHSIG});
+}
+
+/// What a program does from its start until it has read its model.
+void allowLoading(CallFilter& filter) {
+  filter.allow({SCMP_SYS(mmap), SCMP_SYS(mprotect), SCMP_SYS(mlock), SCMP_SYS(mlock2), SCMP_SYS(munlock),
+                SCMP_SYS(membarrier)});
+  allowReadingFiles(filter);
+  allowWaiting(filter);
+  allowAsking(filter);
+  allowSettingItselfUp(filter);
+  allowConfiningItself(filter);
   // Newer forms that would have to be looked at in memory.
   filter.hide({SCMP_SYS(statx), SCMP_SYS(faccessat2), SCMP_SYS(openat2), SCMP_SYS(epoll_pwait2),
                SCMP_SYS(close_range)});
