@@ -5,8 +5,12 @@
 #include "Settings/VocabularyCommand.h"
 
 #include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -27,6 +31,27 @@ std::vector<std::string> reversed(std::vector<std::string> arguments) {
 }
 
 constexpr int usageError = 2;
+
+/// A command line that is being declared; the command that is found on it becomes the role.
+struct CommandLine {
+  CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.",
+               "murmel"};
+  std::optional<LaunchRole> role;
+};
+
+template <class Role>
+struct Command {
+  CLI::App& app;
+  Role& role;  ///< for its options to fill
+};
+
+template <class Role>
+Command<Role> addCommand(CommandLine& line, std::string name, std::string help) {
+  auto role = std::make_shared<Role>();
+  auto& command = *line.app.add_subcommand(std::move(name), std::move(help));
+  command.final_callback([&line, role] { line.role = *role; });
+  return {command, *role};
+}
 
 void addForms(CLI::App& command, TranscriptForm& form, const std::vector<std::string>& names) {
   static const std::map<std::string, std::pair<TranscriptForm, const char*>> forms{
@@ -50,6 +75,88 @@ void addSpeechOptions(CLI::App& command, SpeechOptions& options) {
   command.add_option("--language", options.language, "Code of the language that is spoken, as in de");
 }
 
+void addTranscribe(CommandLine& line) {
+  auto [command, role] = addCommand<TranscribeRole>(line, "transcribe", "Print what is said in audio files");
+  command.add_option("FILE", role.files, "WAV, FLAC, Ogg, Opus, MP3 …; - is the standard input")->required();
+  command.add_flag("--real-time", role.realTime, "Play them as fast as they were spoken");
+  command.add_flag("--live", role.live, "Print phrases as they come");
+  addForms(command, role.form, {"json", "srt", "vtt"});
+  addSpeechOptions(command, role.speech);
+}
+
+void addListen(CommandLine& line) {
+  auto [command, role] = addCommand<ListenRole>(line, "listen", "Print what is said into the microphone");
+  addForms(command, role.form, {"json"});
+  command.add_option("--until-silence", role.untilSilence, "End after so long a silence, as in 2s or 800ms")
+      ->transform(CLI::AsNumberWithUnit(std::map<std::string, double>{{"s", 1}, {"ms", 0.001}}));
+  addSpeechOptions(command, role.speech);
+}
+
+void addReports(CommandLine& line) {
+  auto doctor =
+      addCommand<DoctorRole>(line, "doctor", "Tell what works on this desktop, and why the rest does not");
+  doctor.app.add_flag("--json", doctor.role.json, "For programs");
+  auto status = addCommand<StatusRole>(line, "status", "Tell what the running Murmel is doing");
+  status.app.add_flag("--json", status.role.json, "For programs");
+}
+
+void addDownloads(CommandLine& line) {
+  auto models = addCommand<ModelsRole>(
+      line, "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
+  models.app.add_option("ARGUMENT", models.role.arguments,
+                        "list | download NAME | verify [NAME] | remove NAME");
+  auto update =
+      addCommand<UpdateRole>(line, "update", "Look for a new version, or install it: check, install");
+  update.app
+      .add_option_function<std::string>(
+          "WHAT", [&role = update.role](const std::string& what) { role.installs = what == "install"; },
+          "check | install")
+      ->check(CLI::IsMember({"check", "install"}));
+}
+
+/// A command on kept data reads what follows it by itself.
+void takeKeptData(CommandLine& line, CLI::App& command, KeptDataRole::Data data, std::string_view usage) {
+  command.prefix_command();
+  command.footer(std::string(usage));
+  command.final_callback([&line, &command, data] { line.role = KeptDataRole{data, command.remaining()}; });
+}
+
+void addKeptData(CommandLine& line) {
+  using Data = KeptDataRole::Data;
+  takeKeptData(line,
+               *line.app.add_subcommand("history", "What you dictated: list, show, copy, delete, clear"),
+               Data::history, HistoryCommand::usage);
+  takeKeptData(
+      line,
+      *line.app.add_subcommand("vocabulary", "Your own words: list, add, remove, import, export, retry"),
+      Data::vocabulary, VocabularyCommand::usage);
+}
+
+void addRemoteCommands(CommandLine& line) {
+  for (const auto& row : intelCommandActions) {
+    line.app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)")
+        ->final_callback([&line, command = row.command] { line.role = RemoteCommandRole{command}; });
+  }
+  // "settings" alone opens the window; with something behind it, it is about the file.
+  auto& settings = *line.app.get_subcommand(std::string(actionName(IntelCommand::openSettings)));
+  settings.prefix_command();
+  settings.footer(std::string(SettingsCommand::usage));
+  settings.description(settings.get_description() +
+                       "; or on the file: list, get NAME, set NAME VALUE, reset NAME");
+  settings.final_callback([&line, &settings] {
+    line.role = RemoteCommandRole{IntelCommand::openSettings};
+    if (settings.remaining_size() > 0)
+      line.role = KeptDataRole{KeptDataRole::Data::settings, settings.remaining()};
+  });
+}
+
+bool wantsSubtitlesInPieces(const LaunchRole& role) {
+  const auto* transcribe = std::get_if<TranscribeRole>(&role);
+  return transcribe != nullptr &&
+         (transcribe->form == TranscriptForm::srt || transcribe->form == TranscriptForm::vtt) &&
+         (transcribe->files.size() > 1 || transcribe->live);
+}
+
 }  // namespace
 
 LaunchRole launchRole(const std::vector<std::string>& arguments, const std::string& version) {
@@ -59,97 +166,29 @@ LaunchRole launchRole(const std::vector<std::string>& arguments, const std::stri
   if (contains(arguments, releaseLaunchFlag)) return DesktopRole{LaunchSelfTest::releaseLaunch};
   if (contains(arguments, dockReopenSmokeFlag)) return DesktopRole{LaunchSelfTest::dockReopen};
 
-  CLI::App app{"Murmel: private, local dictation. Without a command it starts the desktop application.",
-               "murmel"};
-  app.set_version_flag("--version", version);
-  app.require_subcommand(0, 1);
-
+  CommandLine line;
+  line.app.set_version_flag("--version", version);
+  line.app.require_subcommand(0, 1);
   DesktopRole desktop;
-  app.add_flag(replaceFlag, desktop.replaces, "Start when the running Murmel has ended");
-
-  TranscribeRole transcribe;
-  auto* transcribeCommand = app.add_subcommand("transcribe", "Print what is said in audio files");
-  transcribeCommand
-      ->add_option("FILE", transcribe.files, "WAV, FLAC, Ogg, Opus, MP3 …; - is the standard input")
-      ->required();
-  transcribeCommand->add_flag("--real-time", transcribe.realTime, "Play them as fast as they were spoken");
-  transcribeCommand->add_flag("--live", transcribe.live, "Print phrases as they come");
-  addForms(*transcribeCommand, transcribe.form, {"json", "srt", "vtt"});
-  addSpeechOptions(*transcribeCommand, transcribe.speech);
-  ListenRole listen;
-  auto* listenCommand = app.add_subcommand("listen", "Print what is said into the microphone");
-  addForms(*listenCommand, listen.form, {"json"});
-  listenCommand
-      ->add_option("--until-silence", listen.untilSilence, "End after so long a silence, as in 2s or 800ms")
-      ->transform(CLI::AsNumberWithUnit(std::map<std::string, double>{{"s", 1}, {"ms", 0.001}}));
-  addSpeechOptions(*listenCommand, listen.speech);
-  auto* doctorCommand =
-      app.add_subcommand("doctor", "Tell what works on this desktop, and why the rest does not");
-  DoctorRole doctor;
-  doctorCommand->add_flag("--json", doctor.json, "For programs");
-  auto* statusCommand = app.add_subcommand("status", "Tell what the running Murmel is doing");
-  StatusRole status;
-  statusCommand->add_flag("--json", status.json, "For programs");
-  ModelsRole models;
-  auto* modelsCommand = app.add_subcommand(
-      "models", "List, download, verify or remove models: list, download, verify, remove [NAME]");
-  modelsCommand->add_option("ARGUMENT", models.arguments,
-                            "list | download NAME | verify [NAME] | remove NAME");
-  UpdateRole update;
-  auto* updateCommand = app.add_subcommand("update", "Look for a new version, or install it: check, install");
-  updateCommand
-      ->add_option_function<std::string>(
-          "WHAT", [&update](const std::string& what) { update.installs = what == "install"; },
-          "check | install")
-      ->check(CLI::IsMember({"check", "install"}));
-  const std::pair<KeptDataRole::Data, CLI::App*> keptData[] = {
-      {KeptDataRole::Data::history,
-       app.add_subcommand("history", "What you dictated: list, show, copy, delete, clear")},
-      {KeptDataRole::Data::vocabulary,
-       app.add_subcommand("vocabulary", "Your own words: list, add, remove, import, export, retry")},
-  };
-  for (const auto& [data, command] : keptData) {
-    command->prefix_command();
-    command->footer(
-        std::string(data == KeptDataRole::Data::history ? HistoryCommand::usage : VocabularyCommand::usage));
-  }
-  for (const auto& row : intelCommandActions) {
-    app.add_subcommand(std::string(row.action), std::string(row.help) + " (in the running Murmel)");
-  }
-  auto* settingsCommand = app.get_subcommand(std::string(actionName(IntelCommand::openSettings)));
-  settingsCommand->prefix_command();
-  settingsCommand->footer(std::string(SettingsCommand::usage));
-  settingsCommand->description(settingsCommand->get_description() +
-                               "; or on the file: list, get NAME, set NAME VALUE, reset NAME");
+  line.app.add_flag(replaceFlag, desktop.replaces, "Start when the running Murmel has ended");
+  addTranscribe(line);
+  addListen(line);
+  addReports(line);
+  addDownloads(line);
+  addKeptData(line);
+  addRemoteCommands(line);
 
   try {
-    app.parse(reversed(arguments));
+    line.app.parse(reversed(arguments));
   } catch (const CLI::ParseError& error) {
     std::ostringstream output;
-    const int ended = app.exit(error, output, output);
+    const int ended = line.app.exit(error, output, output);
     return MessageRole{ended == 0 ? 0 : usageError, output.str()};
   }
-  if (transcribeCommand->parsed()) {
-    const bool subtitles = transcribe.form == TranscriptForm::srt || transcribe.form == TranscriptForm::vtt;
-    if (subtitles && (transcribe.files.size() > 1 || transcribe.live))
-      return MessageRole{usageError, "Subtitles are made of one whole file at a time.\n"};
-    return transcribe;
-  }
-  if (listenCommand->parsed()) return listen;
-  if (doctorCommand->parsed()) return doctor;
-  if (statusCommand->parsed()) return status;
-  if (modelsCommand->parsed()) return models;
-  if (updateCommand->parsed()) return update;
-  // "settings" alone opens the window; with something behind it, it is about the file.
-  if (settingsCommand->parsed() && settingsCommand->remaining_size() > 0)
-    return KeptDataRole{KeptDataRole::Data::settings, settingsCommand->remaining()};
-  for (const auto& [data, command] : keptData) {
-    if (command->parsed()) return KeptDataRole{data, command->remaining()};
-  }
-  for (const auto* command : app.get_subcommands()) {
-    if (const auto found = commandForAction(command->get_name())) return RemoteCommandRole{*found};
-  }
-  return desktop;
+  auto role = std::move(line.role).value_or(desktop);
+  if (wantsSubtitlesInPieces(role))
+    return MessageRole{usageError, "Subtitles are made of one whole file at a time.\n"};
+  return role;
 }
 
 }  // namespace murmel
