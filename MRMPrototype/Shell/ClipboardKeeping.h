@@ -22,7 +22,7 @@ inline std::unique_ptr<ClipboardKeeperProcess> clipboardKeeper(const DesktopPara
       .environment = {},
   };
   for (const char* name : variables) {
-    if (const auto value = parameters.environment.value(name))
+    if (const auto value = installation.environment.value(name))
       configuration.environment.push_back(std::string(name) + "=" + *value);
   }
   return std::make_unique<ClipboardKeeperProcess>(parameters.process.launcher, std::move(configuration));

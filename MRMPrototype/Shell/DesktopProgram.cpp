@@ -1,4 +1,3 @@
-#include "Foundation/Print.h"
 #include "Platform/Linux/Journal/JournalLogSink.h"
 #include "Platform/Linux/Process/MappedMemory.h"
 #include "Platform/Linux/Session/SessionProbe.h"
@@ -10,10 +9,10 @@
 #include "Shell/Programs.h"
 #include "Shell/RemoteCommands.h"
 #include "Shell/RunningInstance.h"
+#include "Shell/StandardStreams.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -71,11 +70,6 @@ class SelfTestFolders {
   Installation installation_;
 };
 
-int complain(const std::string& sentence) {
-  print(stderr, "murmel: {}\n", sentence);
-  return 1;
-}
-
 /// At rest 36 descriptors are open. Where the next connection finds none, its library waits without a word.
 constexpr rlim_t leastOpenFiles = 128;
 
@@ -86,6 +80,29 @@ bool mayOpenEnoughFiles() {
   limit.rlim_cur = leastOpenFiles;
   return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
 }
+
+/// Which display server Qt speaks to, unless the user has said that.
+void chooseWindowSystem(const DesktopPlan& plan, const Environment& environment) {
+  if (environment.value("QT_QPA_PLATFORM").has_value()) return;
+  // Indicator and tray need a server that lets a window stay without the keyboard. Without the plugin for
+  // Wayland there are no windows, and dictation works.
+  qputenv("QT_QPA_PLATFORM", plan.indicator == IndicatorRoad::x11 ? "xcb" : "wayland;offscreen");
+}
+
+/// How key bindings, panels and second starts reach the application.
+class Door {
+ public:
+  Door(MRMPrototypeApp& app, const std::string& identifier)
+      : service_(identifier,
+                 {.command = [&app](IntelCommand command,
+                                    CommandReply reply) { app.perform(command, std::move(reply)); },
+                  .status = [&app] { return app.statusReport(); }}),
+        announcing_(app.status().didChange().subscribe([this] { service_.announceStatus(); })) {}
+
+ private:
+  RemoteCommandService service_;
+  Registration announcing_;
+};
 
 }  // namespace
 
@@ -101,12 +118,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   const auto facts = probeSession(installation.environment);
   const auto plan = planDesktop(facts);
   if (!plan.failure.empty()) return complain(plan.failure + " “murmel transcribe FILE” works without one.");
-  // Indicator and tray need a server that lets a window stay without the keyboard.
-  const bool choosesPlatform = !installation.environment.value("QT_QPA_PLATFORM").has_value();
-  if (choosesPlatform && plan.indicator == IndicatorRoad::x11) qputenv("QT_QPA_PLATFORM", "xcb");
-  // Without the plugin for Wayland there are no windows, and dictation works.
-  if (choosesPlatform && plan.indicator != IndicatorRoad::x11)
-    qputenv("QT_QPA_PLATFORM", "wayland;offscreen");
+  chooseWindowSystem(plan, installation.environment);
 
   TerminationSignals signals;
   const QApplication application(arguments.count, arguments.values);
@@ -128,25 +140,12 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   LinuxProcessLauncher launcher(confinementPolicy(installation));
   MappedMemory memory;
   const ProcessServices process{executor, clock, log, launcher, memory};
-  const auto desktop = connectToDesktop(plan, {.process = process,
-                                               .installation = installation,
-                                               .environment = installation.environment,
-                                               .displayName = installation.build.displayName});
+  const auto desktop = connectToDesktop(plan, {.process = process, .installation = installation});
   if (!desktop) return complain(desktop.error());
 
   MRMPrototypeApp app(process, installation, facts, (*desktop)->services(), selfTest);
-  std::optional<RemoteCommandService> door;
-  if (selfTest == LaunchSelfTest::none) {
-    door.emplace(installation.identifier,
-                 RemoteCommandService::Handlers{
-                     .command = [&app](IntelCommand command,
-                                       CommandReply reply) { app.perform(command, std::move(reply)); },
-                     .status = [&app] { return app.statusReport(); },
-                 });
-  }
-  const auto announcing = app.status().didChange().subscribe([&door] {
-    if (door) door->announceStatus();
-  });
+  std::optional<Door> door;
+  if (selfTest == LaunchSelfTest::none) door.emplace(app, installation.identifier);
   signals.onSignal([&app] { app.perform(IntelCommand::quit); });
   app.applicationDidFinishLaunching();
   if (auto* portal = (*desktop)->services().portalPaste; portal != nullptr && door) portal->restore();

@@ -73,8 +73,6 @@ class DesktopConnection {
 struct DesktopParameters {
   ProcessServices process;
   const Installation& installation;
-  const Environment& environment;
-  std::string displayName;  ///< under which the sound server lists us
 };
 
 /// Connects to the desktop as the plan says. The error is one sentence for the user.

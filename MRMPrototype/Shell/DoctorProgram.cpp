@@ -75,10 +75,7 @@ class Doctor {
   explicit Doctor(const Installation& installation)
       : installation_(installation),
         facts_(probeSession(installation.environment)),
-        desktop_(connectToDesktop(planDesktop(facts_), {.process = process_,
-                                                        .installation = installation,
-                                                        .environment = installation.environment,
-                                                        .displayName = installation.build.displayName})),
+        desktop_(connectToDesktop(planDesktop(facts_), {.process = process_, .installation = installation})),
         microphone_(executor_, {installation.build.displayName, std::nullopt}),
         authorization_(PulseAudioAuthorization::Environment::from(installation.environment)),
         models_(process_, installation),

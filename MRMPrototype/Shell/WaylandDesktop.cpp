@@ -116,9 +116,9 @@ struct Roads {
 class WaylandDesktopConnection final : public DesktopConnection {
  public:
   WaylandDesktopConnection(const DesktopParameters& parameters, Roads roads)
-      : microphone_(parameters.process.executor, {parameters.displayName, std::nullopt}),
-        authorization_(PulseAudioAuthorization::Environment::from(parameters.environment)),
-        sounds_({parameters.displayName, std::nullopt}),
+      : microphone_(parameters.process.executor, {parameters.installation.build.displayName, std::nullopt}),
+        authorization_(PulseAudioAuthorization::Environment::from(parameters.installation.environment)),
+        sounds_({parameters.installation.build.displayName, std::nullopt}),
         roads_(std::move(roads)),
         focusedField_(parameters.process.executor),
         session_(parameters.process.executor, [this] {
@@ -224,7 +224,8 @@ std::unique_ptr<Workspace> workspaceFor(const DesktopPlan& plan, const DesktopPa
   }
   if (told) return told;
   if (plan.windows == WindowRoad::swayTree) {
-    if (auto opened = SwayWorkspace::open(executor, parameters.environment.value("SWAYSOCK").value_or("")))
+    if (auto opened =
+            SwayWorkspace::open(executor, parameters.installation.environment.value("SWAYSOCK").value_or("")))
       return opened;
   }
   if (plan.windows == WindowRoad::foreignToplevel) {
@@ -262,7 +263,7 @@ std::unique_ptr<KeyboardPoster> keyboardFor(const DesktopPlan& plan, const Deskt
 void openShortcuts(const DesktopPlan& plan, const DesktopParameters& parameters, Roads& roads) {
   auto& executor = parameters.process.executor;
   if (plan.shortcut == ShortcutRoad::swayBindings) {
-    const auto socket = parameters.environment.value("SWAYSOCK").value_or("");
+    const auto socket = parameters.installation.environment.value("SWAYSOCK").value_or("");
     roads.shortcuts = std::make_unique<SwayBindings>(executor, socket);
     roads.cancelKey = std::make_unique<SwayCancelKey>(executor, socket);
     return;

@@ -37,12 +37,12 @@ struct Opened {
 class Connection final : public DesktopConnection {
  public:
   Connection(const DesktopParameters& parameters, Opened opened)
-      : microphone_(parameters.process.executor, {parameters.displayName, std::nullopt}),
-        authorization_(PulseAudioAuthorization::Environment::from(parameters.environment)),
-        sounds_({parameters.displayName, std::nullopt}),
+      : microphone_(parameters.process.executor, {parameters.installation.build.displayName, std::nullopt}),
+        authorization_(PulseAudioAuthorization::Environment::from(parameters.installation.environment)),
+        sounds_({parameters.installation.build.displayName, std::nullopt}),
         opened_(std::move(opened)),
         taps_(parameters.process.executor, *opened_.injectedKeys,
-              X11KeyEnvironment::from(parameters.environment)),
+              X11KeyEnvironment::from(parameters.installation.environment)),
         shortcuts_(taps_, [this] { taps_.resync(); }),
         focusedField_(parameters.process.executor),
         session_(parameters.process.executor, [this] { return opened_.screenLock->isLocked(); }) {}
