@@ -2083,6 +2083,14 @@
         <source>Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does not run.</source>
         <translation>Welches Fenster aktiv ist, erfährt man hier nur auf dem Bus für Barrierefreiheit (at-spi2-core), der nicht läuft.</translation>
     </message>
+    <message>
+        <source>Murmel ended before your words could be inserted, and the clipboard did not take them.</source>
+        <translation>Murmel wurde beendet, bevor Ihre Worte eingefügt werden konnten, und die Zwischenablage hat sie nicht angenommen.</translation>
+    </message>
+    <message>
+        <source>The text could not be put on the clipboard.</source>
+        <translation>Der Text konnte nicht in die Zwischenablage gelegt werden.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

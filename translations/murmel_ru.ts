@@ -2087,6 +2087,14 @@
         <source>Which window is active is told on the accessibility bus (at-spi2-core) alone here, which does not run.</source>
         <translation>Какое окно активно, здесь сообщается только по шине специальных возможностей (at-spi2-core), а она не работает.</translation>
     </message>
+    <message>
+        <source>Murmel ended before your words could be inserted, and the clipboard did not take them.</source>
+        <translation>Murmel завершил работу раньше, чем удалось вставить ваши слова, и буфер обмена их не принял.</translation>
+    </message>
+    <message>
+        <source>The text could not be put on the clipboard.</source>
+        <translation>Текст не удалось поместить в буфер обмена.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

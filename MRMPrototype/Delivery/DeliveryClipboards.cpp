@@ -8,7 +8,8 @@ namespace murmel {
 
 DeliveryClipboards::DeliveryClipboards(Executor& executor, ClipboardPasteboard& general,
                                        ClipboardPasteboard* primary, std::string ownershipType, Logger logger)
-    : general_(general),
+    : executor_(executor),
+      general_(general),
       primary_(primary),
       ownershipType_(std::move(ownershipType)),
       logger_(std::move(logger)),
@@ -48,15 +49,25 @@ Task<std::vector<ClipboardTransaction>> DeliveryClipboards::open(SpokenText text
   co_return transactions;
 }
 
-Task<void> DeliveryClipboards::copy(SpokenText text) {
+Task<bool> DeliveryClipboards::copy(SpokenText text) {
+  lastCopySucceeded_ = false;
+  auto [sender, receiver] = makeOneShot<bool>();
+  const auto answer = std::make_shared<OneShotSender<bool>>(std::move(sender));
+  scope_.start(write(std::move(text), answer));
+  const auto late = executor_.after(patience, [answer] { answer->send(false); });
+  auto waiting = awaitAnswer(std::move(receiver));
+  lastCopySucceeded_ = co_await waiting;
+  if (!lastCopySucceeded_) logger_.event(LogLevel::error, "clipboard_unavailable");
+  co_return lastCopySucceeded_;
+}
+
+/// What it has replaced may take longer to arrive than anybody waits for the answer.
+Task<void> DeliveryClipboards::write(SpokenText text, std::shared_ptr<OneShotSender<bool>> answer) {
   const auto previous = previousGeneral_.take();
   auto writing = general_.mrmReplace(privateTranscript(text, std::nullopt));
   const auto written = co_await writing;
-  lastCopySucceeded_ = written.has_value();
-  if (!written) {
-    logger_.event(LogLevel::error, "clipboard_unavailable");
-    co_return;
-  }
+  executor_.post([answer, stands = written.has_value()] { answer->send(stands); });
+  if (!written) co_return;
   previousGeneral_.changed(*written);
   auto waiting = PreviousContents::result(previous, *written - 1);
   const auto before = co_await waiting;

@@ -55,8 +55,9 @@ class TextInsertion {
   /// The keys by which the last target pastes ("Ctrl+Shift+V"), for the user's own hands.
   [[nodiscard]] virtual std::string_view pasteKeys() const { return "Ctrl+V"; }
 
-  /// Puts the text on the clipboard, marked private, for a paste by hand.
-  virtual void writePrivateText(const SpokenText& text) = 0;
+  /// Puts the text on the clipboard, marked private, for a paste by hand. Whether it stands there. Once begun
+  /// it is carried out even when the task is destroyed.
+  virtual Task<bool> writePrivateText(SpokenText text) = 0;
 
   /// Tells how each paste that was sent turned out: after `insertionSent` this is what happened in the end.
   [[nodiscard]] virtual Registration onPasteSettled(std::function<void(PasteSettlement)> handler) = 0;

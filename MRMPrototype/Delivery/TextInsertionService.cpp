@@ -357,11 +357,13 @@ Task<TextDeliveryResult> TextInsertionService::takeBack(LiveInsertionBlock block
   co_return result;
 }
 
-void TextInsertionService::writePrivateText(const SpokenText& text) {
+Task<bool> TextInsertionService::writePrivateText(SpokenText text) {
   // The keys to tell of are those of the application that the user is in now.
   if (const auto front = desktop_.workspace.frontmostApplication(); front && !target_)
     keysByHand_ = methodFor(*front).value_or(PasteMethod{}).keysByHand();
-  scope_.start(clipboards_.copy(text));
+  auto copying = clipboards_.copy(std::move(text));
+  const bool copied = co_await copying;
+  co_return copied;
 }
 
 Registration TextInsertionService::onWayBackChange(std::function<void(bool)> handler) {

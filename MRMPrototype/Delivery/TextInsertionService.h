@@ -66,7 +66,7 @@ class TextInsertionService final : public TextInsertion {
   Task<bool> insertLiveSegment(SpokenText phrase) override;
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return lastBlock_; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return lastResult_; }
-  void writePrivateText(const SpokenText& text) override;
+  Task<bool> writePrivateText(SpokenText text) override;
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override;
   [[nodiscard]] bool clipboardWasKept() const override { return clipboardWasKept_; }
   [[nodiscard]] bool lastCopySucceeded() const override { return clipboards_.lastCopySucceeded(); }

@@ -15,7 +15,6 @@ constexpr Duration capturePumpInterval = std::chrono::seconds(1);
 constexpr Duration meterInterval = std::chrono::milliseconds(40);
 /// A headset that wakes up takes over within this time.
 constexpr Duration headsetTakesOver = std::chrono::seconds(1);
-constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
 
 /// A phrase is worth inserting after this much speech; a segment recognised while recording is long enough to
 /// be recognised well and short enough to be done soon after the stop. Seconds.
@@ -58,6 +57,7 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
 DictationCoordinator::~DictationCoordinator() {
   starts_.cancelAll();
   delivery_.cancelAll();
+  copies_.cancelAll();
   services_.audio.setOnConfigurationChange(nullptr);
   services_.audio.discardCapturedAudio();
 }
@@ -164,15 +164,6 @@ Task<void> DictationCoordinator::start() {
   startTimers();
   if (services_.settings.cancelsWithEscape())
     cancelKey_ = services_.cancelKey.take([this] { (void)cancel(); });  // refused when it comes late
-}
-
-/// False when none is under way.
-bool DictationCoordinator::endStart() {
-  if (!startRequestInFlight_) return false;
-  starts_.cancelAll();
-  operationTracker_.advance();
-  status_.resumeRecovery();
-  return true;
 }
 
 Registration DictationCoordinator::beginUpdateActivity() {
@@ -309,13 +300,6 @@ void DictationCoordinator::stopAndTranscribe() {
   services_.insertion.recordingEnded();
   status_.show(DictationState::Case::transcribing);
   delivery_.start(deliver(std::move(recording)));
-}
-
-void DictationCoordinator::copyLastTranscript() {
-  if (!lastTranscript_.text()) return;
-  services_.insertion.writePrivateText(*lastTranscript_.text());
-  // A dictation that is under way keeps the status line: it has an outcome to show.
-  if (!state().isBusy()) status_.showFor(DictationState::Case::copied, copiedHold);
 }
 
 void DictationCoordinator::updateBacklog(bool behind, std::int64_t revision, OperationIdentifier operation) {

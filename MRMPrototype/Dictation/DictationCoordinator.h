@@ -74,9 +74,10 @@ inline constexpr const char* lockedWarning = "The screen was locked while you di
 /// What became of the words that were under way when the application was to end.
 enum class DrainOutcome {
   done,        ///< delivered, or there were none
-  copied,      ///< not delivered in time: they are on the clipboard
+  copied,      ///< no application has them: they are on the clipboard
   copiedPart,  ///< not recognised in time: what was recognised is on the clipboard
-  lost,        ///< not recognised in time, and there is nothing to copy
+  notCopied,   ///< the clipboard did not take them either
+  lost,        ///< not recognised, and there is nothing to copy
 };
 
 /// Owns one dictation from the request to start it until its text is delivered and the status is back at
@@ -108,8 +109,8 @@ class DictationCoordinator {
   std::expected<void, std::string> cancel();
   /// Recognises and delivers the last dictation that failed or was cancelled once more.
   std::expected<void, std::string> retry();
-  /// Puts the last dictation on the clipboard once more; does nothing when there is none.
-  void copyLastTranscript();
+  /// Puts the last dictation on the clipboard once more. Whether it stands there; false when there is none.
+  Task<bool> copyLastTranscript();
 
   [[nodiscard]] const DictationState& state() const { return status_.state(); }
   [[nodiscard]] Signal<const DictationState&>& onStateChange() { return status_.onChange(); }
@@ -161,10 +162,12 @@ class DictationCoordinator {
   void showCaptureCondition(CaptureCondition condition);
   void sessionChanged();
   bool endWhereNobodyIs();
-  void copyWhenSomebodyIs(SpokenText words);
+  Task<void> copyWhenSomebodyIs(SpokenText words);
+  Task<void> copyAtUnlock(SpokenText words);
+  Task<void> copyAtTheEnd(SpokenText words, DrainOutcome outcome);
 
   Task<void> deliver(std::unique_ptr<Recording> recording);
-  Registration announceDelivery(Recording& recording);
+  Registration announceDelivery(Recording* recording = nullptr);
   void answerDrain();
   [[nodiscard]] std::string wordsSoFar(const Recording& recording) const;
   [[nodiscard]] SpokenText finalText(const Recording& recording, const DictationSessionResult& result) const;
@@ -176,6 +179,7 @@ class DictationCoordinator {
                                                          TextDeliveryResult delivered) const;
   void pasteSettled(PasteSettlement settlement);
   void showOutcome(TextDeliveryResult result, const std::vector<std::string>& warnings);
+  void warn(const std::string& sentence);
   void showFailure(const MRMError& error, const Recording& recording);
   void logSummary(const Recording& recording) const;
   void keepInHistory(SpokenText text, const std::string& providerID, int unrecognizedParts);
@@ -220,13 +224,14 @@ class DictationCoordinator {
   std::optional<RepeatingTimer> capturePump_;
   Registration cancelKey_;
   Recording* delivering_ = nullptr;  ///< the newest one; its task owns it
-  int deliveries_ = 0;               ///< superseded ones included
+  int deliveries_ = 0;               ///< superseded ones included, and words on their way to the clipboard
   bool draining_ = false;
   DrainOutcome drainOutcome_ = DrainOutcome::done;
   std::vector<OneShotSender<bool>> drainWaiters_;
   /// Last, so that no task outlives what it uses.
   Scope starts_;
   Scope delivery_;
+  Scope copies_;
 };
 
 }  // namespace murmel

@@ -24,13 +24,16 @@ std::string joined(const std::vector<std::string>& sentences) {
 
 Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   const auto operation = recording->operation;
-  const auto underWay = announceDelivery(*recording);
+  const auto underWay = announceDelivery(recording.get());
   auto finishing = recording->session->finish();
   const Result<DictationSessionResult> result = co_await finishing;
   if (!operationTracker_.isCurrent(operation)) co_return;
   if (!result) {
     // Where nobody spoke, nobody would want to try again.
-    if (result.error().which() != MRMError::Case::noSpeech) retryBuffer_.keep(std::move(recording->kept));
+    if (result.error().which() != MRMError::Case::noSpeech) {
+      retryBuffer_.keep(std::move(recording->kept));
+      drainOutcome_ = DrainOutcome::lost;
+    }
     showFailure(result.error(), *recording);
     co_return;
   }
@@ -47,6 +50,10 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   auto delivering = deliverText(*recording, text);
   const std::optional<TextDeliveryResult> delivered = co_await delivering;
   if (!delivered) co_return;
+  if (*delivered == TextDeliveryResult::copiedFallback) {
+    const bool copied = services_.insertion.lastCopySucceeded();
+    drainOutcome_ = copied ? DrainOutcome::copied : DrainOutcome::notCopied;
+  }
 
   logSummary(*recording);
   if (untilUnlock_) {
@@ -77,7 +84,9 @@ Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Record
   if (recording.live && !recording.live->blocked()) recording.clipboardOnly = false;
   if (recording.clipboardOnly) {
     if (recording.live) text = SpokenText(std::string(text::trimmed(recording.live->remaining().reveal())));
-    copyWhenSomebodyIs(std::move(text));
+    auto copying = copyWhenSomebodyIs(std::move(text));
+    co_await copying;
+    if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
     co_return TextDeliveryResult::copiedFallback;
   }
   pasteOwner_ = recording.operation;
@@ -89,7 +98,9 @@ Task<std::optional<TextDeliveryResult>> DictationCoordinator::deliverText(Record
   }
   if (recording.live->blocked()) {
     const auto remaining = recording.live->remaining().reveal();
-    services_.insertion.writePrivateText(SpokenText(std::string(text::trimmed(remaining))));
+    auto copying = services_.insertion.writePrivateText(SpokenText(std::string(text::trimmed(remaining))));
+    co_await copying;
+    if (!operationTracker_.isCurrent(recording.operation)) co_return std::nullopt;
     co_return TextDeliveryResult::copiedFallback;
   }
   // Every phrase is in the application already; what is left to say is how the clipboard fared.
@@ -141,6 +152,14 @@ void DictationCoordinator::pasteSettled(PasteSettlement settlement) {
   } else if (state().which() == DictationState::Case::success) {
     // "Inserted" is on show: say what has become of the clipboard for as long as that is to be seen.
     status_.showFor(DictationState::delivered(deliveryResult(settlement)), outcomeHold);
+  }
+}
+
+void DictationCoordinator::warn(const std::string& sentence) {
+  if (state().isBusy()) {
+    onNotice_.emit(sentence);
+  } else {
+    status_.showTransientWarning(sentence);
   }
 }
 

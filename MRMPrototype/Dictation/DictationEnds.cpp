@@ -1,4 +1,4 @@
-// The other ends that a dictation can have: thrown away, tried again, or cut short by the end of the
+// The other ends that a dictation can have: thrown away, copied, tried again, or cut short by the end of the
 // application.
 
 #include "Dictation/DictationCoordinator.h"
@@ -11,8 +11,18 @@ namespace murmel {
 namespace {
 
 constexpr Duration cancelledHold = std::chrono::milliseconds(1'500);
+constexpr Duration copiedHold = std::chrono::milliseconds(1'500);
 
 }  // namespace
+
+/// False when none is under way.
+bool DictationCoordinator::endStart() {
+  if (!startRequestInFlight_) return false;
+  starts_.cancelAll();
+  operationTracker_.advance();
+  status_.resumeRecovery();
+  return true;
+}
 
 std::expected<void, std::string> DictationCoordinator::cancel() {
   if (endStart()) {
@@ -75,10 +85,31 @@ std::expected<void, std::string> DictationCoordinator::retry() {
   return {};
 }
 
+Task<bool> DictationCoordinator::copyLastTranscript() {
+  if (!lastTranscript_.text()) co_return false;
+  auto copying = services_.insertion.writePrivateText(*lastTranscript_.text());
+  const bool copied = co_await copying;
+  // A dictation that is under way keeps the status line: it has an outcome to show.
+  if (!copied) {
+    warn(notCopiedWarning);
+  } else if (!state().isBusy()) {
+    status_.showFor(DictationState::Case::copied, copiedHold);
+  }
+  co_return copied;
+}
+
 void DictationCoordinator::sessionChanged() {
   if (endWhereNobodyIs() || !untilUnlock_) return;
-  copyWhenSomebodyIs(*std::exchange(untilUnlock_, std::nullopt));
-  status_.showTransientWarning(lockedWarning);
+  copies_.start(copyAtUnlock(*std::exchange(untilUnlock_, std::nullopt)));
+}
+
+Task<void> DictationCoordinator::copyAtUnlock(SpokenText words) {
+  const auto underWay = announceDelivery();
+  // The screen may have been locked for longer than they are kept.
+  if (!lastTranscript_.text()) lastTranscript_.replace(words);
+  auto copying = services_.insertion.writePrivateText(std::move(words));
+  const bool copied = co_await copying;
+  warn(copied ? lockedWarning : notCopiedWarning);
 }
 
 /// Whoever comes to the desktop next must not find it listening, nor find words where somebody else's
@@ -93,49 +124,61 @@ bool DictationCoordinator::endWhereNobodyIs() {
   return true;
 }
 
-void DictationCoordinator::copyWhenSomebodyIs(SpokenText words) {
-  if (services_.session.obstacle()) {
+Task<void> DictationCoordinator::copyWhenSomebodyIs(SpokenText words) {
+  // When the application ends it will not see the unlock.
+  if (services_.session.obstacle() && !draining_) {
+    if (untilUnlock_) words = SpokenText(untilUnlock_->reveal() + ' ' + words.reveal());
     untilUnlock_ = std::move(words);
-  } else {
-    services_.insertion.writePrivateText(words);
+    co_return;
   }
+  auto copying = services_.insertion.writePrivateText(std::move(words));
+  co_await copying;
 }
 
 Task<DrainOutcome> DictationCoordinator::drain() {
-  draining_ = true;
+  if (!std::exchange(draining_, true)) drainOutcome_ = DrainOutcome::done;
   endStart();
   if (recording_) stopAndTranscribe();
+  if (untilUnlock_)
+    copies_.start(copyAtTheEnd(*std::exchange(untilUnlock_, std::nullopt), DrainOutcome::copied));
   if (deliveries_ > 0) {
     auto [sender, receiver] = makeOneShot<bool>();
     drainWaiters_.push_back(std::move(sender));
     co_await receiver;
   }
-  if (untilUnlock_) services_.insertion.writePrivateText(*std::exchange(untilUnlock_, std::nullopt));
   co_return drainOutcome_;
+}
+
+Task<void> DictationCoordinator::copyAtTheEnd(SpokenText words, DrainOutcome outcome) {
+  const auto underWay = announceDelivery();
+  auto copying = services_.insertion.writePrivateText(std::move(words));
+  const bool copied = co_await copying;
+  drainOutcome_ = copied ? outcome : DrainOutcome::notCopied;
 }
 
 void DictationCoordinator::hurryDrain() {
   if (delivering_ != nullptr && operationTracker_.isCurrent(delivering_->operation)) {
-    const auto& recording = *delivering_;
+    auto& recording = *delivering_;
     const auto said = recording.text ? recording.text->reveal() : wordsSoFar(recording);
     // What live insertion has brought to the application need not be pasted once more.
     const auto missing =
         recording.live ? std::string(text::trimmed(recording.live->remaining().reveal())) : said;
-    if (!missing.empty()) services_.insertion.writePrivateText(SpokenText(missing));
+    if (!recording.text) drainOutcome_ = DrainOutcome::lost;
+    if (!missing.empty()) {
+      const auto outcome = recording.text ? DrainOutcome::copied : DrainOutcome::copiedPart;
+      copies_.start(copyAtTheEnd(SpokenText(missing), outcome));
+    }
+    // The application may go on after all.
+    if (!recording.text) retryBuffer_.keep(std::move(recording.kept));
     if (!said.empty() && services_.settings.historyEnabled())
       keepInHistory(SpokenText(said), {}, recording.text ? 0 : 1);
-    drainOutcome_ = recording.text    ? DrainOutcome::copied
-                    : missing.empty() ? DrainOutcome::lost
-                                      : DrainOutcome::copiedPart;
   }
   operationTracker_.advance();
   delivery_.cancelAll();
-  answerDrain();
 }
 
 void DictationCoordinator::admit() {
   draining_ = false;
-  drainOutcome_ = DrainOutcome::done;
 }
 
 std::string DictationCoordinator::wordsSoFar(const Recording& recording) const {
@@ -148,11 +191,11 @@ std::string DictationCoordinator::wordsSoFar(const Recording& recording) const {
   return std::string(text::trimmed(services_.cleanUp.clean(std::move(words))));
 }
 
-Registration DictationCoordinator::announceDelivery(Recording& recording) {
-  delivering_ = &recording;
+Registration DictationCoordinator::announceDelivery(Recording* recording) {
+  if (recording != nullptr) delivering_ = recording;
   ++deliveries_;
-  return Registration([this, mine = &recording] {
-    if (delivering_ == mine) delivering_ = nullptr;
+  return Registration([this, recording] {
+    if (recording != nullptr && delivering_ == recording) delivering_ = nullptr;
     if (--deliveries_ == 0) answerDrain();
   });
 }

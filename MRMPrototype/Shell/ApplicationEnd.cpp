@@ -26,6 +26,8 @@ std::string sentence(DrainOutcome outcome) {
       return "Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.";
     case DrainOutcome::copiedPart:
       return "Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.";
+    case DrainOutcome::notCopied:
+      return "Murmel ended before your words could be inserted, and the clipboard did not take them.";
     case DrainOutcome::lost:
       return "Murmel ended before your last words were recognized.";
   }
@@ -53,7 +55,8 @@ void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
     case ApplicationLifecycle::Action::none:
       break;
     case ApplicationLifecycle::Action::show:
-      (void)commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings);
+      commands_.post(requiresSetupWindow() ? IntelCommand::openSetup : IntelCommand::openSettings,
+                     [](const CommandOutcome&) {});
       break;
     case ApplicationLifecycle::Action::drain:
       tasks_.start(drain());

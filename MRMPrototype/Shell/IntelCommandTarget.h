@@ -16,23 +16,30 @@ namespace murmel {
 class IntelCommandTarget {
  public:
   using Handler = std::function<CommandOutcome()>;
+  /// Tells once what became of it, now or later.
+  using LateHandler = std::function<void(CommandReply)>;
 
   /// Until the handle is destroyed.
-  [[nodiscard]] Registration answer(IntelCommand command, Handler handler) {
-    auto kept = std::make_shared<Handler>(std::move(handler));
+  [[nodiscard]] Registration answerLater(IntelCommand command, LateHandler handler) {
+    auto kept = std::make_shared<LateHandler>(std::move(handler));
     handlers_[command] = kept;
     return Registration([kept] { *kept = nullptr; });
   }
+  [[nodiscard]] Registration answer(IntelCommand command, Handler handler) {
+    return answerLater(command,
+                       [handler = std::move(handler)](const CommandReply& reply) { reply(handler()); });
+  }
 
-  CommandOutcome post(IntelCommand command) {
+  void post(IntelCommand command, CommandReply reply) {
     const auto found = handlers_.find(command);
-    if (found == handlers_.end() || !*found->second) return std::unexpected("Murmel cannot do that now.");
+    if (found == handlers_.end() || !*found->second)
+      return reply(std::unexpected("Murmel cannot do that now."));
     const auto handler = *found->second;
-    return handler();
+    handler(std::move(reply));
   }
 
  private:
-  std::map<IntelCommand, std::shared_ptr<Handler>> handlers_;
+  std::map<IntelCommand, std::shared_ptr<LateHandler>> handlers_;
 };
 
 }  // namespace murmel

@@ -177,7 +177,7 @@ MainWindows::Parts MRMPrototypeApp::windowParts(SessionKind session) {
       .speech = speech_,
       .updater = updateWiring_.updater(),
       .microphones = microphones_,
-      .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
+      .copy = [this](const SpokenText& words, auto told) { tasks_.start(copy(words, std::move(told))); },
       .pasteAgain = [this](const SpokenText& words) { tasks_.start(pasteAgain(words)); },
       .openSetup = [this] { openSetupWindow(); },
       .unlockStorage = [this] { storage_.health.unlock(); },

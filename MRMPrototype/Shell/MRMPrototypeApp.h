@@ -84,8 +84,14 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   [[nodiscard]] std::string shortcutWarnings(const ShortcutConfiguration& shortcut);
   void recordShortcut(QWidget* window, std::function<void(const ShortcutConfiguration&)> save);
   [[nodiscard]] MenuStatus menuStatus();
+  void startDictation(CommandReply reply);
+  Task<void> copyLast(CommandReply reply);
+  void pasteLast(CommandReply reply);
   /// Pastes words that were dictated before, once another application is in front.
-  Task<void> pasteAgain(SpokenText words);
+  Task<void> pasteAgain(
+      SpokenText words, CommandReply reply = [](const CommandOutcome&) {});
+  /// Puts it on the clipboard, and tells the user when that fails.
+  Task<void> copy(SpokenText text, std::function<void(bool copied)> told = {});
   /// Building a window may take longer than whoever asked for it waits.
   Task<void> afterTheAnswer(std::function<void()> run);
   /// Tries everything, then hands over what became of it: no words, no names of files of the user.
@@ -94,10 +100,12 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void connectInterface();
   void connectPermissions();
   void connectCommands();
+  void connectDictationCommands();
+  void connectWindowCommands();
+  void connectModelCommands();
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
   void tell(const std::string& sentence) { tray_.tell(sentence); }
-  [[nodiscard]] bool isTranscribing() const;
   void act(ApplicationLifecycle::Action action);
   void connectEnd();
   Task<void> finishWords();

@@ -22,7 +22,7 @@ MenuServices MRMPrototypeApp::menuServices() {
               words.push_back(entry.text);
             return words;
           },
-      .copy = [this](const SpokenText& words) { delivery_.insertion.writePrivateText(words); },
+      .copy = [this](const SpokenText& words) { tasks_.start(copy(words)); },
       .microphones = &microphones_,
       .toggle = command(IntelCommand::toggleDictation),
       .cancel = command(IntelCommand::cancelDictation),

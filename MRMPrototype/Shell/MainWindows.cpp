@@ -152,7 +152,7 @@ HistoryServices MainWindows::historyServices() {
   return {.history = parts_.storage.history,
           .settings = parts_.storage.settings,
           .now = [this] { return parts_.process.clock.wallNow(); },
-          .copy = parts_.copy,
+          .copy = [this](const SpokenText& text) { parts_.copy(text, {}); },
           .pasteAgain =
               [this](const SpokenText& text) {
                 // Our window has to go first, or it would be what is pasted into; the text may be its own.
@@ -164,13 +164,14 @@ HistoryServices MainWindows::historyServices() {
 }
 
 AboutServices MainWindows::aboutServices() {
-  return {.build = parts_.installation.build,
-          .edition = std::string(editionTagline(parts_.installation.edition)),
-          .diagnostics = parts_.diagnostics,
-          .copy = [this](const std::string& text) { parts_.copy(SpokenText(text)); },
-          .openCredits = [this] { openCredits(); },
-          .tipJar = parts_.installation.tipJar,
-          .openAddress = &openInBrowser};
+  return {
+      .build = parts_.installation.build,
+      .edition = std::string(editionTagline(parts_.installation.edition)),
+      .diagnostics = parts_.diagnostics,
+      .copy = [this](const std::string& text, auto told) { parts_.copy(SpokenText(text), std::move(told)); },
+      .openCredits = [this] { openCredits(); },
+      .tipJar = parts_.installation.tipJar,
+      .openAddress = &openInBrowser};
 }
 
 SettingsWindow& MainWindows::settings() {

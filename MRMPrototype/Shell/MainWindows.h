@@ -39,7 +39,7 @@ class MainWindows {
     DirectUpdater& updater;
     Microphones& microphones;
     /// Puts private words on the clipboard.
-    std::function<void(const SpokenText&)> copy;
+    std::function<void(const SpokenText&, std::function<void(bool copied)> told)> copy;
     /// Into the application that was in front before our window.
     std::function<void(const SpokenText&)> pasteAgain;
     std::function<void()> openSetup;

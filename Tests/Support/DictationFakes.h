@@ -46,7 +46,12 @@ class FakeTextInsertion final : public TextInsertion {
   }
   [[nodiscard]] std::optional<LiveInsertionBlock> lastBlock() const override { return block; }
   [[nodiscard]] std::optional<TextDeliveryResult> lastResult() const override { return result; }
-  void writePrivateText(const SpokenText& text) override { copied.push_back(text.reveal()); }
+  Task<bool> writePrivateText(SpokenText text) override {
+    copied.push_back(text.reveal());
+    auto writing = copying.wait();
+    copySucceeds = co_await writing;
+    co_return copySucceeds;
+  }
   [[nodiscard]] Registration onPasteSettled(std::function<void(PasteSettlement)> handler) override {
     return settled.subscribe(std::move(handler));
   }
@@ -69,6 +74,7 @@ class FakeTextInsertion final : public TextInsertion {
   Suspension<std::optional<TextDeliveryResult>> cleanup;
   Suspension<TextDeliveryResult> insertion;
   Suspension<bool> phraseInsertion;
+  Suspension<bool> copying;
 };
 
 class FakeDictationSettings final : public DictationSettings {

@@ -52,9 +52,11 @@ AboutWindow::AboutWindow(AboutServices services)
     copy->setEnabled(false);
     services_.diagnostics([shown = QPointer<AboutWindow>(this), row, copy](const std::string& facts) {
       if (!shown) return;
-      shown->services_.copy(facts);
-      copy->setEnabled(true);
-      row->setDescription(tr("Copied. Paste it into your report."));
+      shown->services_.copy(facts, [shown, row, copy](bool copied) {
+        if (!shown) return;
+        copy->setEnabled(true);
+        if (copied) row->setDescription(tr("Copied. Paste it into your report."));
+      });
     });
   });
   card->addRow(tr("Credits"), tr("The people whose work Murmel stands on, and their licenses."),

@@ -16,7 +16,7 @@ struct AboutServices {
   /// Facts for a report of a problem; no words, no names of files of the user.
   /// It tries what they tell of first, and hands them over when it knows.
   std::function<void(std::function<void(const std::string&)>)> diagnostics;
-  std::function<void(const std::string&)> copy;
+  std::function<void(const std::string&, std::function<void(bool copied)> told)> copy;
   std::function<void()> openCredits;
   /// Where a tip can be left; empty: nobody asks for one.
   std::string tipJar{};

@@ -72,6 +72,7 @@ constexpr auto textsOfChecks = std::to_array<ScreenText>({
     {"The screen was locked while you dictated. Copied — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "The screen was locked while you dictated. Copied — press %paste.")},
     {"Murmel ended before your words could be inserted. They are on the clipboard — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "Murmel ended before your words could be inserted. They are on the clipboard — press %paste.")},
     {"Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "Murmel ended before everything was recognized. The first part is on the clipboard — press %paste.")},
+    same(QT_TRANSLATE_NOOP("Messages", "Murmel ended before your words could be inserted, and the clipboard did not take them.")),
     same(QT_TRANSLATE_NOOP("Messages", "Murmel ended before your last words were recognized.")),
 
     // More of what was tried.

@@ -39,6 +39,7 @@ constexpr auto texts = std::to_array<ScreenText>({
     same(QT_TRANSLATE_NOOP("Messages", "Something else was copied before the application took the text. Choose Copy Last Dictation.")),
     same(QT_TRANSLATE_NOOP("Messages", "Your clipboard could not be kept.")),
     same(QT_TRANSLATE_NOOP("Messages", "The text could not be put on the clipboard. You find it in Murmel's menu.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The text could not be put on the clipboard.")),
     same(QT_TRANSLATE_NOOP("Messages", "Local model is missing: %1"), detail),
     same(QT_TRANSLATE_NOOP("Messages", "Local transcription failed: %1"), detail),
     same(QT_TRANSLATE_NOOP("Messages", "Microphone permission is required")),

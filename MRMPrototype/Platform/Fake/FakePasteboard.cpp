@@ -39,6 +39,7 @@ struct FakePasteboard::State {
   bool ours = false;
   std::optional<DesktopClient> onlyReader;
   Duration captureDelay{};
+  Duration replaceDelay{};
   Signal<> replaced;
   bool refuses = false;
   Signal<const ClipboardRead&> reads;
@@ -133,7 +134,7 @@ Task<std::optional<std::string>> FakePasteboard::data(std::string type) {
 
 Task<std::optional<std::int64_t>> FakePasteboard::mrmReplace(ClipboardSnapshot contents) {
   requireHoldable(contents);
-  auto receiver = perform({}, [state = state_, contents = shared(std::move(contents))] {
+  auto receiver = perform(state_->replaceDelay, [state = state_, contents = shared(std::move(contents))] {
     return state->replace(contents, std::nullopt);
   });
   const auto count = co_await receiver;
@@ -216,6 +217,10 @@ const ClipboardSnapshot& FakePasteboard::contents() const {
 
 void FakePasteboard::makeOwnerSlow(Duration delay) {
   state_->captureDelay = delay;
+}
+
+void FakePasteboard::makeReplacingSlow(Duration delay) {
+  state_->replaceDelay = delay;
 }
 
 void FakePasteboard::refuseReplacing() {

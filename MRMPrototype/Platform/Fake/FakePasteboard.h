@@ -40,6 +40,8 @@ class FakePasteboard final : public ClipboardPasteboard {
 
   /// The present contents are delivered only after `delay`; those who capture them get nothing before.
   void makeOwnerSlow(Duration delay);
+  /// From now on it takes so long to write to the clipboard.
+  void makeReplacingSlow(Duration delay);
   /// From now on the clipboard cannot be taken.
   void refuseReplacing();
 

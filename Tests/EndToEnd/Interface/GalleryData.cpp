@@ -220,7 +220,7 @@ AboutServices GalleryData::aboutServices() {
   return {.build = {"Murmel", "1.4.0", "512", "Full edition"},
           .edition = "Ready offline · Models included",
           .diagnostics = [](auto ready) { ready(""); },
-          .copy = [](const std::string&) {},
+          .copy = [](const std::string&, auto) {},
           .openCredits = [] {},
           .tipJar = "https://example.org/tips"};
 }

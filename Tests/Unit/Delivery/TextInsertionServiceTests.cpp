@@ -1,5 +1,6 @@
 #include "Delivery/InsertionFocusPolicy.h"
 #include "DeliveryHarness.h"
+#include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
 namespace murmel::test {
@@ -432,6 +433,17 @@ TEST(TextInsertionService, AClipboardThatCannotBeTakenIsNotCalledASuccess) {
   EXPECT_TRUE(desk.keyboard.posted().empty());
   EXPECT_EQ(desk.general.contents(), richClipboard());
   EXPECT_FALSE(desk.service->lastCopySucceeded());
+  for (const auto& [takes, stands] : {std::pair(0s, true), {1s, true}, {5s, false}}) {
+    DeliveryHarness slow;
+    slow.general.makeReplacingSlow(takes);
+    Awaiting copying(slow.service->writePrivateText(SpokenText(spoken)));
+    slow.executor.advance(1500ms);
+    ASSERT_TRUE(copying.done()) << "nobody waits for longer";
+    EXPECT_EQ(*copying, stands);
+    EXPECT_EQ(slow.clipboardText(), stands ? spoken : "old");
+    slow.executor.advance(5s);
+    EXPECT_EQ(slow.clipboardText(), spoken);
+  }
   EXPECT_NE(desk.log.text().find("clipboard_unavailable"), std::string::npos);
 }
 

@@ -295,7 +295,7 @@ TEST_F(DictationCoordinatorTest, LivePhrasesAreInsertedOnceAndTheStopInsertsNoth
   EXPECT_EQ(insertion.delivered, Strings{});
   EXPECT_EQ(insertion.copied, Strings{});
   EXPECT_EQ(title(), "Inserted · transcript kept");
-  coordinator->copyLastTranscript();
+  copy();
   EXPECT_EQ(insertion.copied, Strings{"[one] [two]"}) << "the clean-up is not applied a second time";
 }
 
@@ -343,11 +343,11 @@ TEST_F(DictationCoordinatorTest, HistoryIsWrittenOnlyWhenItIsOn) {
 
 TEST_F(DictationCoordinatorTest, TheLastDictationCanBeCopiedForTwoMinutesOrUntilTheNextStarts) {
   begin();
-  coordinator->copyLastTranscript();
+  copy();
   EXPECT_EQ(title(), "Ready") << "nothing to copy";
   dictateByToggle();
   executor.advance(119s);
-  coordinator->copyLastTranscript();
+  copy();
   EXPECT_EQ(insertion.copied, Strings{"[hello world]"});
   executor.advance(999ms);
   EXPECT_TRUE(coordinator->hasLastTranscript());
@@ -358,6 +358,9 @@ TEST_F(DictationCoordinatorTest, TheLastDictationCanBeCopiedForTwoMinutesOrUntil
   EXPECT_EQ(title(), "Ready");
 
   dictateByToggle();
+  insertion.copying.answerWith(false);
+  EXPECT_FALSE(copy());
+  EXPECT_EQ(title(), notCopiedWarning);
   EXPECT_TRUE(coordinator->hasLastTranscript());
   startByToggle();
   EXPECT_FALSE(coordinator->hasLastTranscript());

@@ -71,7 +71,7 @@ TEST_F(DictationEnds, APressWhileTranscribingIsHeard) {
   EXPECT_EQ(overlay.hint, "Still transcribing the last dictation…");
   executor.advance(2s);
   EXPECT_EQ(overlay.hint, "");
-  coordinator->copyLastTranscript();
+  copy();
   EXPECT_EQ(insertion.copied, Strings{"[hello world]"});
   EXPECT_EQ(state(), Case::transcribing);
   EXPECT_FALSE(coordinator->cancel()) << "its words are on their way";
@@ -254,6 +254,46 @@ TEST_F(DictationEnds, NobodyIsHeardAtALockedSessionAndWordsWaitForTheUnlock) {
   EXPECT_EQ(insertion.phrases, Strings{});
   drain();
   EXPECT_EQ(insertion.copied, Strings{"[one]"}) << "nobody will be there for the unlock";
+  EXPECT_EQ(**drained, DrainOutcome::copied);
+}
+
+TEST_F(DictationEnds, WordsThatNoClipboardTakesAreNotCalledCopied) {
+  begin();
+  insertion.copying.answerWith(false);
+  startByToggle();
+  session.become(SessionObstacle::locked);
+  executor.advance(5min);
+  session.become(std::nullopt);
+  EXPECT_EQ(title(), notCopiedWarning);
+  EXPECT_TRUE(coordinator->hasLastTranscript()) << "as it says";
+
+  startByToggle();
+  session.become(SessionObstacle::locked);
+  executor.runUntilIdle();
+  insertion.copying.holdBack();
+  drain();
+  coordinator->hurryDrain();
+  executor.runUntilIdle();
+  EXPECT_FALSE(drained->done()) << "words are on their way";
+  insertion.copying.resume(false);
+  executor.runUntilIdle();
+  EXPECT_EQ(**drained, DrainOutcome::notCopied);
+}
+
+TEST_F(DictationEnds, TwoDictationsThatWaitForTheUnlockBothArrive) {
+  begin();
+  sessions.finishing.holdBack();
+  dictateByToggle();
+  ASSERT_TRUE(coordinator->cancel());
+  recognise("one");
+  startByToggle();
+  session.become(SessionObstacle::locked);
+  executor.runUntilIdle();
+  recognise("two");
+  ASSERT_TRUE(coordinator->retry());
+  executor.runUntilIdle();
+  session.become(std::nullopt);
+  EXPECT_EQ(insertion.copied, Strings{"[one] [two]"});
 }
 
 TEST_F(DictationEnds, ADrainWaitsForTheWordsAndAdmitsNoOthers) {

@@ -9,6 +9,7 @@
 #include "Platform/Fake/FakeSessionGuard.h"
 #include "Platform/Fake/FakeSoundPlayer.h"
 #include "Platform/Fake/ManualExecutor.h"
+#include "Support/Awaiting.h"
 #include "Support/DictationFakes.h"
 
 #include <memory>
@@ -26,6 +27,7 @@ class DictationHarness {
     insertion.cleanup.answerWith(std::nullopt);
     insertion.insertion.answerWith(TextDeliveryResult::insertionSent);
     insertion.phraseInsertion.answerWith(true);
+    insertion.copying.answerWith(true);
     recognise("hello world");
   }
 
@@ -81,6 +83,13 @@ class DictationHarness {
     startByToggle();
     coordinator->toggle();
     executor.runUntilIdle();
+  }
+
+  /// Whether the last dictation stands on the clipboard.
+  bool copy() {
+    Awaiting copying(coordinator->copyLastTranscript());
+    executor.runUntilIdle();
+    return *copying;
   }
 
   [[nodiscard]] std::string title() const { return coordinator->state().title(); }

@@ -1,4 +1,5 @@
 #include "DictationHarness.h"
+#include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
 #include <random>
@@ -15,16 +16,17 @@ class Walk {
     house_.sessions.finishing.holdBack();
     house_.insertion.cleanup.holdBack();
     house_.insertion.insertion.holdBack();
+    house_.insertion.copying.holdBack();
     house_.begin();
   }
 
   void step() {
-    const std::array<std::function<void()>, 19> moves{
+    const std::array<std::function<void()>, 20> moves{
         [this] { house_.coordinator->toggle(); },
         [this] { house_.coordinator->shortcutPressed(); },
         [this] { house_.coordinator->shortcutReleased(); },
         [this] { house_.coordinator->stopAndTranscribe(); },
-        [this] { house_.coordinator->copyLastTranscript(); },
+        [this] { copying_.emplace(house_.coordinator->copyLastTranscript()); },
         [this] { deliverAudio(); },
         [this] {
           if (house_.audio.recording()) house_.input.changeConfiguration();
@@ -36,6 +38,7 @@ class Walk {
         [this] { finishSession(); },
         [this] { resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>()); },
         [this] { resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent); },
+        [this] { resumeIfWaiting(house_.insertion.copying, random_() % 2 == 0); },
         [this] { house_.executor.advance(std::chrono::milliseconds(random_() % 2'000)); },
         [this] { house_.authorization.setPhase(randomPhase()); },
         [this] { house_.authorization.answer(random_() % 2 == 0); },
@@ -62,6 +65,7 @@ class Walk {
       finishSession();
       resumeIfWaiting(house_.insertion.cleanup, std::optional<TextDeliveryResult>());
       resumeIfWaiting(house_.insertion.insertion, TextDeliveryResult::insertionSent);
+      resumeIfWaiting(house_.insertion.copying, true);
       if (house_.recognition.finishWarmup) house_.recognition.finishWarmup(true);
       house_.executor.advance(10s);
     }
@@ -111,6 +115,7 @@ class Walk {
   }
 
   DictationHarness house_;
+  std::optional<Awaiting<bool>> copying_;
   std::mt19937 random_;
 };
 
