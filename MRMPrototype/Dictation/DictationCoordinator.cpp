@@ -56,6 +56,7 @@ DictationCoordinator::DictationCoordinator(DictationServices services)
 
 DictationCoordinator::~DictationCoordinator() {
   starts_.cancelAll();
+  changes_.cancelAll();
   delivery_.cancelAll();
   copies_.cancelAll();
   services_.audio.setOnConfigurationChange(nullptr);
@@ -255,7 +256,8 @@ void DictationCoordinator::audioConfigurationChanged() {
   if (services_.clock.now() - recording_->begun <= headsetTakesOver) {
     if (auto pending = services_.audio.takePendingAudio()) feed(*recording_, *std::move(pending));
     if (!recording_->session->heardSpeech()) {
-      delivery_.start(goOnWithNewDevice(recording_->operation));
+      recording_->opensAnotherDevice = true;
+      changes_.start(goOnWithNewDevice(recording_->operation));
       return;
     }
   }
@@ -266,7 +268,9 @@ void DictationCoordinator::audioConfigurationChanged() {
 Task<void> DictationCoordinator::goOnWithNewDevice(OperationIdentifier operation) {
   auto restarting = services_.audio.restart();
   const Result<void> restarted = co_await restarting;
-  if (restarted || !recording_ || !operationTracker_.isCurrent(operation)) co_return;
+  if (!recording_ || !operationTracker_.isCurrent(operation)) co_return;
+  recording_->opensAnotherDevice = false;
+  if (restarted) co_return;
   recording_->deviceChanged = true;
   stopAndTranscribe();
 }
@@ -287,6 +291,12 @@ void DictationCoordinator::stopAndTranscribe() {
   if (endStart()) return;
   stopTimers();
   auto recording = std::move(recording_);
+  if (recording && recording->opensAnotherDevice) {
+    endReopening();
+    recording.reset();
+    showRest();
+    return;
+  }
   const bool isRunning = recording && operationTracker_.isCurrent(recording->operation);
   if (recording) recording->memory->release();
   auto captured = isRunning ? services_.audio.stop() : std::nullopt;

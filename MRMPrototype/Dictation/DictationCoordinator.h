@@ -149,6 +149,7 @@ class DictationCoordinator {
   void startRecording(bool requireHeld);
   Task<void> start();
   bool endStart();
+  void endReopening();
   Registration beginUpdateActivity();
   Registration beginInsertionSession(OperationIdentifier operation);
   void prepareSession(Recording& recording, bool live);
@@ -230,6 +231,7 @@ class DictationCoordinator {
   std::vector<OneShotSender<bool>> drainWaiters_;
   /// Last, so that no task outlives what it uses.
   Scope starts_;
+  Scope changes_;  ///< of the device
   Scope delivery_;
   Scope copies_;
 };

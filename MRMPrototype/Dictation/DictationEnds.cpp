@@ -24,6 +24,12 @@ bool DictationCoordinator::endStart() {
   return true;
 }
 
+void DictationCoordinator::endReopening() {
+  changes_.cancelAll();
+  services_.audio.discardCapturedAudio();
+  operationTracker_.advance();
+}
+
 std::expected<void, std::string> DictationCoordinator::cancel() {
   if (endStart()) {
     showCancelled();
@@ -32,6 +38,7 @@ std::expected<void, std::string> DictationCoordinator::cancel() {
   if (recording_) {
     stopTimers();
     auto recording = std::move(recording_);
+    if (recording->opensAnotherDevice) changes_.cancelAll();
     operationTracker_.advance();
     const auto captured = services_.audio.stop();
     if (captured && recording->kept) recording->kept->append(*captured);

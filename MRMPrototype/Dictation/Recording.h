@@ -29,6 +29,7 @@ struct Recording {
   std::unique_ptr<KeptRecording> kept;  ///< for another try, should this one fail
   SpeechlessTime speechless;
   bool deviceChanged = false;
+  bool opensAnotherDevice = false;  ///< so far nothing was said
   /// The session was locked or left meanwhile: what was in front then may not be what is in front now.
   bool clipboardOnly = false;
   std::optional<SpokenText> text;  ///< known once everything is recognised

@@ -471,4 +471,18 @@ TEST_F(DictationCoordinatorTest, AHeadsetThatTakesOverBeforeAnySpeechIsListenedT
   executor.runUntilIdle();
   EXPECT_EQ(title(), "Audio configuration changed. Recording stopped; captured audio processed.")
       << "too late";
+
+  for (const auto end : {&DictationCoordinator::shortcutReleased, &DictationCoordinator::toggle}) {
+    startByToggle();
+    sessions.last->speaks = false;
+    input.changeConfiguration();
+    executor.runUntilIdle();
+    (coordinator.get()->*end)();
+    EXPECT_EQ(title(), "Ready") << "while the other one opens: a start that ends";
+    EXPECT_TRUE(everythingIsBack());
+    executor.runUntilIdle();
+  }
+  startByToggle();
+  EXPECT_EQ(state(), Case::listening) << "nothing is in the way of the next one";
+  ASSERT_TRUE(coordinator->cancel());
 }
