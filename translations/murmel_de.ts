@@ -2091,6 +2091,10 @@
         <source>The text could not be put on the clipboard.</source>
         <translation>Der Text konnte nicht in die Zwischenablage gelegt werden.</translation>
     </message>
+    <message>
+        <source>This desktop keeps no clipboard of a program that has ended: paste within ten seconds.</source>
+        <translation>Dieser Desktop behält keine Zwischenablage eines beendeten Programms: Fügen Sie sie innerhalb von zehn Sekunden ein.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -2095,6 +2095,10 @@
         <source>The text could not be put on the clipboard.</source>
         <translation>Текст не удалось поместить в буфер обмена.</translation>
     </message>
+    <message>
+        <source>This desktop keeps no clipboard of a program that has ended: paste within ten seconds.</source>
+        <translation>Этот рабочий стол не хранит буфер обмена завершённых программ: вставьте текст в течение десяти секунд.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

@@ -36,6 +36,13 @@ struct ClipboardRead {
   Instant at{};
 };
 
+/// What becomes of the contents at the end of this process.
+enum class ClipboardHandOver {
+  notOurs,   ///< somebody else's stand there, or none
+  arranged,  ///< somebody goes on serving ours
+  failed,    ///< ours go with this process
+};
+
 /// One clipboard of the desktop. Main thread; operations run in the order in which they were first awaited,
 /// and one that was begun is carried out even when its task is destroyed.
 class ClipboardPasteboard {
@@ -74,9 +81,8 @@ class ClipboardPasteboard {
   /// Every change that somebody else made, with the new change count.
   [[nodiscard]] virtual Registration onForeignChange(std::function<void(std::int64_t)> handler) = 0;
 
-  /// Has the contents served beyond the end of this process, if they are ours. True when that is arranged;
-  /// at most 1 s.
-  virtual Task<bool> handOver() = 0;
+  /// Has the contents served beyond the end of this process, if they are ours. Takes 1 s at most.
+  virtual Task<ClipboardHandOver> handOver() = 0;
 };
 
 }  // namespace murmel

@@ -1,5 +1,6 @@
 // How the application ends, and the session around it: no word is lost to that.
 
+#include "Foundation/Async/OneShot.h"
 #include "Shell/MRMPrototypeApp.h"
 
 #include <QCoreApplication>
@@ -7,6 +8,7 @@
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace murmel {
@@ -17,6 +19,10 @@ namespace {
 constexpr Duration drainBound = std::chrono::seconds(10);
 /// A slow recogniser on a busy computer is waited for as long as the user lets it, in steps of the above.
 constexpr int recognitionBounds = 6;
+/// For a paste by hand, or to read a message, which the text below tells.
+constexpr Duration lastWhile = std::chrono::seconds(10);
+constexpr const char* clipboardIsGoing =
+    "This desktop keeps no clipboard of a program that has ended: paste within ten seconds.";
 
 std::string sentence(DrainOutcome outcome) {
   switch (outcome) {
@@ -63,6 +69,7 @@ void MRMPrototypeApp::act(ApplicationLifecycle::Action action) {
       break;
     case ApplicationLifecycle::Action::hurry:
       coordinator_.hurryDrain();
+      wasHurried_.emit();
       break;
     case ApplicationLifecycle::Action::end:
       terminate(0);
@@ -94,29 +101,70 @@ RepeatingTimer MRMPrototypeApp::hurryInTime(std::function<void()> hurry) {
           }};
 }
 
-Task<void> MRMPrototypeApp::finishWords() {
+Task<DrainOutcome> MRMPrototypeApp::finishWords() {
   auto draining = coordinator_.drain();
   const DrainOutcome outcome = co_await draining;
-  if (const auto told = sentence(outcome); !told.empty()) tell(told);
   auto finishing = delivery_.insertion.finishPasteCleanup();
-  co_await finishing;
+  const auto settled = co_await finishing;
+  const bool wasTaken = settled != TextDeliveryResult::copiedFallback;
+  co_return outcome == DrainOutcome::done && !wasTaken ? DrainOutcome::copied : outcome;
+}
+
+Task<bool> MRMPrototypeApp::tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left) {
+  const bool isGoing = left == ClipboardHandOver::failed;
+  const bool hasWords = outcome == DrainOutcome::copied || outcome == DrainOutcome::copiedPart;
+  auto told = sentence(outcome);
+  if (isGoing && !told.empty()) told += ' ';
+  if (isGoing) told += hasWords ? clipboardIsGoing : "Your clipboard could not be kept.";
+  if (told.empty()) co_return false;
+  auto [sender, receiver] = makeOneShot<bool>();
+  const auto keys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
+  tray_.tellAtTheEnd(told, keys,
+                     [answer = std::make_shared<OneShotSender<bool>>(std::move(sender))](bool stays) {
+                       answer->send(stays);
+                     });
+  const auto stays = co_await receiver;
+  co_return outcome != DrainOutcome::done && ((isGoing && hasWords) || !stays.value_or(false));
+}
+
+Task<void> MRMPrototypeApp::stayForAWhile() {
+  auto [sender, receiver] = makeOneShot<bool>();
+  const auto end = [&executor = process_.executor,
+                    answer = std::make_shared<OneShotSender<bool>>(std::move(sender))] {
+    executor.post([answer] { answer->send(true); });
+  };
+  auto& clipboard = desktop_.clipboard;
+  const auto pasted = clipboard.onRead([end](const ClipboardRead& read) {
+    if (read.kind == ClipboardRead::Kind::text) end();
+  });
+  const auto replaced = clipboard.onForeignChange([end](std::int64_t) { end(); });
+  const auto hurried = wasHurried_.subscribe(end);
+  const auto late = process_.executor.after(lastWhile, end);
+  co_await receiver;
 }
 
 Task<void> MRMPrototypeApp::drain() {
   const auto bound = hurryInTime([this] { act(lifecycle_.drainTimedOut()); });
   auto finishing = finishWords();
-  co_await finishing;
+  const auto outcome = co_await finishing;
   auto handingOver = desktop_.clipboard.handOver();
-  co_await handingOver;
+  const auto left = co_await handingOver;
+  auto telling = tellAtTheEnd(outcome, left);
+  const bool stays = co_await telling;
   // What waits for the disk blocks the end, not the dictations.
   (void)storage_.history.finish();
+  if (stays) {
+    auto staying = stayForAWhile();
+    co_await staying;
+  }
   act(lifecycle_.drained());
 }
 
 Task<void> MRMPrototypeApp::settle() {
   const auto bound = hurryInTime([this] { coordinator_.hurryDrain(); });
   auto finishing = finishWords();
-  co_await finishing;
+  const auto outcome = co_await finishing;
+  if (const auto told = sentence(outcome); !told.empty()) tell(told);
   (void)storage_.history.finish();
   if (!lifecycle_.isEnding()) coordinator_.admit();
   isSettling_ = false;

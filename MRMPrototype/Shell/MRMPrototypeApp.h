@@ -108,7 +108,10 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void tell(const std::string& sentence) { tray_.tell(sentence); }
   void act(ApplicationLifecycle::Action action);
   void connectEnd();
-  Task<void> finishWords();
+  Task<DrainOutcome> finishWords();
+  /// Whether the process must stay for a while: the message, or the words, would go with it.
+  Task<bool> tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left);
+  Task<void> stayForAWhile();
   /// Calls it when the last words have had their time, and again.
   [[nodiscard]] RepeatingTimer hurryInTime(std::function<void()> hurry);
   Task<void> drain();
@@ -173,6 +176,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   AppDelegate delegate_;
   std::vector<Registration> observers_;
   ApplicationLifecycle lifecycle_;
+  Signal<> wasHurried_;
   bool isSettling_ = false;
   std::unique_ptr<QObject> endRequests_;
   Scope tasks_;

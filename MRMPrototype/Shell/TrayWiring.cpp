@@ -52,6 +52,11 @@ void TrayWiring::tell(const std::string& sentence, const QString& pasteKeys) {
   notices_.tell(displayName_, inPlatformWords(sentence, pasteKeys));
 }
 
+void TrayWiring::tellAtTheEnd(const std::string& sentence, const QString& pasteKeys,
+                              std::function<void(bool stays)> answer) {
+  notices_.tellAtTheEnd(displayName_, inPlatformWords(sentence, pasteKeys), std::move(answer));
+}
+
 void TrayWiring::trayChanged() {
   menu_.setPanelDark(watch_.isPanelDark());
   if (watch_.tray() != TrayWatch::Tray::none) menu_.appear();

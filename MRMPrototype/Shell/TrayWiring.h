@@ -9,6 +9,7 @@
 #include "Settings/DefaultsStore.h"
 
 #include <QPointer>
+#include <functional>
 #include <string>
 
 namespace murmel {
@@ -29,6 +30,9 @@ class TrayWiring {
   /// A message of the core, in the words of this desktop.
   /// `pasteKeys`: see inPlatformWords.
   void tell(const std::string& sentence, const QString& pasteKeys = {});
+  /// See NoticeChannel.
+  void tellAtTheEnd(const std::string& sentence, const QString& pasteKeys,
+                    std::function<void(bool stays)> answer);
 
  private:
   [[nodiscard]] NoticeRoads roads();

@@ -22,13 +22,23 @@ class NoticeChannel {
   explicit NoticeChannel(NoticeRoads roads) : roads_(std::make_shared<NoticeRoads>(std::move(roads))) {}
 
   void tell(const QString& title, const QString& text) {
-    if (roads_->tray(title, text)) return;
-    roads_->desktop(title, text, [weak = std::weak_ptr(roads_), title, text](bool taken) {
-      if (const auto roads = weak.lock(); roads && !taken) roads->window(title, text);
-    });
+    if (!roads_->tray(title, text)) tellWithoutTray(title, text, [](bool) {});
+  }
+  /// The same from a process that is about to end, with which a message of the tray would go. `answer` is
+  /// told whether this one stays; it does not where only a window could show it.
+  void tellAtTheEnd(const QString& title, const QString& text, std::function<void(bool stays)> answer) {
+    tellWithoutTray(title, text, std::move(answer));
   }
 
  private:
+  void tellWithoutTray(const QString& title, const QString& text, std::function<void(bool taken)> answer) {
+    roads_->desktop(title, text,
+                    [weak = std::weak_ptr(roads_), title, text, answer = std::move(answer)](bool taken) {
+                      if (const auto roads = weak.lock(); roads && !taken) roads->window(title, text);
+                      answer(taken);
+                    });
+  }
+
   std::shared_ptr<NoticeRoads> roads_;
 };
 

@@ -181,8 +181,9 @@ Registration FakePasteboard::onForeignChange(std::function<void(std::int64_t)> h
   return state_->changes.subscribe(std::move(handler));
 }
 
-Task<bool> FakePasteboard::handOver() {
-  co_return false;  // there is nobody to take it
+Task<ClipboardHandOver> FakePasteboard::handOver() {
+  const bool isOurs = state_->ours && !state_->contents->isEmpty();
+  co_return isOurs ? ClipboardHandOver::failed : ClipboardHandOver::notOurs;  // there is nobody to take it
 }
 
 void FakePasteboard::writeByAnother(ClipboardSnapshot contents) {

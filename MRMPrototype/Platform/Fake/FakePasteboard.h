@@ -29,7 +29,7 @@ class FakePasteboard final : public ClipboardPasteboard {
   Task<bool> serveEverybody(std::int64_t changeCount) override;
   [[nodiscard]] Registration onRead(std::function<void(const ClipboardRead&)> handler) override;
   [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override;
-  Task<bool> handOver() override;
+  Task<ClipboardHandOver> handOver() override;
 
   /// Another application writes.
   void writeByAnother(ClipboardSnapshot contents);

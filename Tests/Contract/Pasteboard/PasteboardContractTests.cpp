@@ -138,9 +138,12 @@ TYPED_TEST(PasteboardContract, CarriesOutWhatWasBegunWhenNobodyWaitsAnyMore) {
 }
 
 TYPED_TEST(PasteboardContract, HandsNothingOverWhereNobodyTakesIt) {
-  EXPECT_FALSE(this->await(this->pasteboard.handOver()));
+  const auto handOver = [this] { return this->await(this->pasteboard.handOver()); };
+  EXPECT_EQ(handOver(), ClipboardHandOver::notOurs);
   this->await(this->pasteboard.mrmReplace(oneText("words")));
-  EXPECT_FALSE(this->await(this->pasteboard.handOver()));
+  EXPECT_EQ(handOver(), ClipboardHandOver::failed);
+  this->desk.writeByAnother(oneText("theirs"));
+  EXPECT_EQ(handOver(), ClipboardHandOver::notOurs);
 }
 
 }  // namespace murmel::test

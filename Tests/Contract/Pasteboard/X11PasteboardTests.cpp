@@ -155,7 +155,7 @@ TEST_F(X11PasteboardTest, AKeeperServesTheContentsAfterUsUntilSomebodyElseWrites
     ASSERT_TRUE(await((*boards)->general().mrmReplace(oneText("an earlier text"))));
     ASSERT_TRUE(await((*boards)->general().mrmReplace(contents)));
     if (handsOver) {
-      EXPECT_TRUE(await((*boards)->general().handOver()));
+      EXPECT_EQ(await((*boards)->general().handOver()), ClipboardHandOver::arranged);
     }
     boards->reset();
     keeper.reset();
@@ -183,7 +183,8 @@ TEST_F(X11PasteboardTest, AKeeperLeavesWhatOthersWroteAlone) {
   ASSERT_TRUE(await((*boards)->general().mrmReplace(oneText("words"))));
   ASSERT_TRUE(desk.runner.executor.waitUntil([&] { return keeperRuns(); }));
   desk.writeByAnother(oneText("theirs"));
-  EXPECT_FALSE(await((*boards)->general().handOver())) << "what others own is theirs to keep";
+  EXPECT_EQ(await((*boards)->general().handOver()), ClipboardHandOver::notOurs)
+      << "what others own is theirs to keep";
   EXPECT_TRUE(desk.runner.executor.waitUntil([&] { return !keeperRuns(); }));
   EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "theirs");
 }

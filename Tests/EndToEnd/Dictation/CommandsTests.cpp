@@ -70,10 +70,8 @@ TEST_F(DictationDesk, ASecondStartShowsTheFirstAlsoWhereThereIsNoBus) {
   const auto withHangingBus =
       "DBUS_SESSION_BUS_ADDRESS=unix:path=" + socket + " timeout 10 " + MURMEL_EXECUTABLE;
   EXPECT_EQ(outputOf(withHangingBus + " 2>/dev/null; echo $?"), "1") << "and soon";
-  const auto other = file("other").string();
-  outputOf("mkdir -p " + other + "/bin " + other + "/lib && cp " + MURMEL_EXECUTABLE + " " + other +
-           "/bin && cp -r " + buildFolder() + "/lib/murmel " + other +
-           "/lib && sed -i 's/Murmel.Development/Murmel.Lite/' " + other + "/lib/murmel/Info.json");
+  const auto other = installCopy();
+  outputOf("sed -i 's/Murmel.Development/Murmel.Lite/' " + other + "/lib/murmel/Info.json");
   EXPECT_EQ(outputOf(other + "/bin/murmel 2>&1 || true"),
             "murmel: Another edition of Murmel is running (app.murmel.Murmel.Development). Quit it first.");
   EXPECT_FALSE(murmel->exitStatus());

@@ -97,8 +97,8 @@ class DictationDesk : public ::testing::Test {
   }
 
   /// Starts Murmel and waits until it can dictate.
-  void start() {
-    murmel.emplace(std::vector<std::string>{}, file("murmel.log"));
+  void start(const std::string& executable = MURMEL_EXECUTABLE) {
+    murmel.emplace(std::vector<std::string>{}, file("murmel.log"), executable);
     const std::string status = std::string(MURMEL_EXECUTABLE) + " status";
     ASSERT_TRUE(waitUntilCommand(status)) << murmel->log();
     // While the model is being verified the indicator says so.
@@ -110,6 +110,14 @@ class DictationDesk : public ::testing::Test {
     EXPECT_EQ(murmel->exitStatus(), 0) << murmel->log();
   }
   [[nodiscard]] std::size_t dictationsSummed() const { return countOf("dictation_stop ", murmel->log()); }
+
+  /// Another installation of this build; its folder.
+  [[nodiscard]] std::string installCopy() const {
+    const auto copy = file("copy").string();
+    outputOf("mkdir -p " + copy + "/bin " + copy + "/lib && cp " + MURMEL_EXECUTABLE + " " + copy +
+             "/bin && cp -r " + buildFolder() + "/lib/murmel " + copy + "/lib");
+    return copy;
+  }
 
   /// Holds the shortcut, until the microphone is open.
   void holdShortcut() {

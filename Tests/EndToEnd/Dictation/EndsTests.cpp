@@ -155,6 +155,21 @@ TEST_F(Ends, AKilledMurmelLeavesWhatItServedOnTheClipboard) {
   EXPECT_TRUE(hint && hint->data == "secret");
 }
 
+TEST_F(Ends, WordsThatNobodyKeepsAreServedUntilTheyArePasted) {
+  const auto copy = installCopy();
+  std::filesystem::remove(copy + "/lib/murmel/Workers/mrm-clipboard-keeper");
+  start(copy + "/bin/murmel");
+  holdShortcut();
+  say(tenOfClubs);
+  ::kill(murmel->identifier(), SIGTERM);
+  ASSERT_TRUE(waitUntilCommand("xdotool search --onlyvisible --name '^Messages of Murmel$'"))
+      << murmel->log();
+  releaseShortcut();
+  EXPECT_FALSE(murmel->exitStatus());
+  EXPECT_TRUE(waitForClipboard(tenOfClubs.word));
+  EXPECT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
+}
+
 TEST_F(Ends, WhatIsCancelledIsNotInsertedAndCanBeTriedAgain) {
   start();
   const auto editor = openEditor("text");

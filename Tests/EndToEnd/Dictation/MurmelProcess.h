@@ -13,10 +13,11 @@ namespace murmel::test {
 /// The application as the user starts it; what it says goes to a file.
 class MurmelProcess : public ChildProgram {
  public:
-  MurmelProcess(std::vector<std::string> arguments, std::filesystem::path log)
+  MurmelProcess(std::vector<std::string> arguments, std::filesystem::path log,
+                const std::string& executable = MURMEL_EXECUTABLE)
       : ChildProgram(
             [&] {
-              arguments.insert(arguments.begin(), MURMEL_EXECUTABLE);
+              arguments.insert(arguments.begin(), executable);
               return std::move(arguments);
             }(),
             log),

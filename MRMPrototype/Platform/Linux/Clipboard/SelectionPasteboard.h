@@ -79,7 +79,7 @@ class SelectionPasteboard : public ClipboardPasteboard {
   [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override {
     return events_->changes.subscribe(std::move(handler));
   }
-  Task<bool> handOver() override {
+  Task<ClipboardHandOver> handOver() override {
     // The keeper answers in a few milliseconds.
     static constexpr Duration patience = std::chrono::seconds(1);
     return ask(loop_, [selection = &selection_] { return selection->handOver(patience); });

@@ -37,7 +37,7 @@ class BridgedPasteboard final : public ClipboardPasteboard {
   [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override {
     return x11_.onForeignChange(std::move(handler));
   }
-  Task<bool> handOver() override { return x11_.handOver(); }
+  Task<ClipboardHandOver> handOver() override { return x11_.handOver(); }
 
  private:
   static ClipboardSnapshot emptyText() { return {{{{{"UTF8_STRING", "", "", 8}}}}}; }

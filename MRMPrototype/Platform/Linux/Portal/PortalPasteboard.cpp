@@ -323,8 +323,9 @@ Task<bool> PortalPasteboard::serveEverybody(std::int64_t changeCount) {
   co_return true;
 }
 
-Task<bool> PortalPasteboard::handOver() {
-  co_return false;
+Task<ClipboardHandOver> PortalPasteboard::handOver() {
+  catchUp();
+  co_return contents_->isEmpty() ? ClipboardHandOver::notOurs : ClipboardHandOver::failed;
 }
 
 }  // namespace murmel

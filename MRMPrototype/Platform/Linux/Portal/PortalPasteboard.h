@@ -38,7 +38,7 @@ class PortalPasteboard final : public ClipboardPasteboard {
   [[nodiscard]] Registration onForeignChange(std::function<void(std::int64_t)> handler) override {
     return changes_.subscribe(std::move(handler));
   }
-  Task<bool> handOver() override;
+  Task<ClipboardHandOver> handOver() override;
 
  private:
   struct Collection;

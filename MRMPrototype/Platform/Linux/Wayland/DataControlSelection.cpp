@@ -249,8 +249,11 @@ bool DataControlSelection::serveEverybody(std::int64_t changeCount) {
   return true;
 }
 
-bool DataControlSelection::handOver(Duration limit) {
-  return source_ && keeper_ != nullptr && keeper_->handOver(limit);
+ClipboardHandOver DataControlSelection::handOver(Duration limit) {
+  loop_.connection().roundTrip();
+  if (!source_) return ClipboardHandOver::notOurs;
+  const bool isKept = keeper_ != nullptr && keeper_->handOver(limit);
+  return isKept ? ClipboardHandOver::arranged : ClipboardHandOver::failed;
 }
 
 bool DataControlSelection::adopt(SharedSnapshot contents) {

@@ -53,7 +53,7 @@ class DataControlSelection {
   std::optional<std::int64_t> replace(SharedSnapshot contents, std::optional<std::int64_t> expected,
                                       std::optional<DesktopClient> onlyReader = std::nullopt);
   bool serveEverybody(std::int64_t changeCount);
-  bool handOver(Duration limit);
+  ClipboardHandOver handOver(Duration limit);
   /// Takes the selection if nothing stands there, or only what is given: in the place of a client that served
   /// the same and has ended.
   bool adopt(SharedSnapshot contents);

@@ -252,8 +252,10 @@ void X11Selection::report(const DesktopClient& reader, ClipboardRead::Kind kind,
   observer_.read({changeCount, kind, reader, clock_.now()});
 }
 
-bool X11Selection::handOver(Duration limit) {
-  return contents_ && keeper_ != nullptr && keeper_->handOver(limit);
+ClipboardHandOver X11Selection::handOver(Duration limit) {
+  if (!contents_ || ownerNow() != window_) return ClipboardHandOver::notOurs;
+  const bool isKept = keeper_ != nullptr && keeper_->handOver(limit);
+  return isKept ? ClipboardHandOver::arranged : ClipboardHandOver::failed;
 }
 
 }  // namespace murmel

@@ -50,7 +50,7 @@ class X11Selection {
   bool adopt(SharedSnapshot contents, xcb_timestamp_t ownedSince);
 
   /// Lets the keeper serve what is served here, to everybody. True when it does.
-  bool handOver(Duration limit);
+  ClipboardHandOver handOver(Duration limit);
 
   void requested(const xcb_selection_request_event_t& event);
   void ownerChanged(const xcb_xfixes_selection_notify_event_t& event);
