@@ -1,8 +1,6 @@
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Support/DictationRig.h"
-#include "Support/FileAudioInput.h"
-#include "Support/WaveBytes.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -23,12 +21,12 @@ constexpr int sampleRate = 16'000;
 
 /// Natural speech of so many seconds: the recordings of pocketsphinx-testdata one after the other, with
 /// pauses.
-std::vector<std::uint8_t> naturalSpeech(double seconds) {
+std::vector<float> naturalSpeech(double seconds) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator("/usr/share/pocketsphinx/test/data/librivox"))
     if (entry.path().extension() == ".wav") files.push_back(entry.path());
   std::ranges::sort(files);
-  std::vector<std::int16_t> samples;
+  std::vector<float> samples;
   const auto wanted = static_cast<std::size_t>(seconds * sampleRate);
   while (!files.empty() && samples.size() < wanted) {
     for (const auto& path : files) {
@@ -38,21 +36,21 @@ std::vector<std::uint8_t> naturalSpeech(double seconds) {
       for (std::size_t at = header; at + 1 < bytes.size(); at += 2) {
         const auto low = static_cast<std::uint8_t>(bytes[at]);
         const auto high = static_cast<std::uint8_t>(bytes[at + 1]);
-        samples.push_back(static_cast<std::int16_t>(low | (high << 8)));
+        samples.push_back(static_cast<float>(static_cast<std::int16_t>(low | (high << 8))) / 32'768.0F);
       }
       samples.resize(samples.size() + sampleRate * 8 / 10);
     }
   }
   samples.resize(wanted);
-  return waveFile16(samples, sampleRate);
+  return samples;
 }
 
 /// Dictations on the application's own loop with a worker that answers at once; `seconds` of speech each.
 class Bench {
  public:
-  Bench(double seconds, FileAudioInput::Pace pace)
+  Bench(double seconds, bool inRealTime)
       : recognition_(executor_, clock_, launcher_, trustedWorker(MURMEL_ECHO_WORKER, folder_.path())),
-        rig(executor_, clock_, recognition_, folder_.write("speech.wav", naturalSpeech(seconds)), pace) {
+        rig(executor_, clock_, recognition_, naturalSpeech(seconds), inRealTime) {
     dictate();  // the worker is started, the memory is there
   }
 
@@ -87,8 +85,7 @@ class Bench {
 /// From the end of a minute's samples to the text, with everything between but the recognition. Played as
 /// fast as it can, all of it is still to be cut and sent at the stop; in real time only the rest is.
 void minuteFromTheStopToTheText(benchmark::State& state) {
-  const bool realTime = state.range(0) != 0;
-  Bench bench(60, realTime ? FileAudioInput::Pace::realTime : FileAudioInput::Pace::asFastAsItCan);
+  Bench bench(60, state.range(0) != 0);
   bench.rig.settings.process = state.range(1) != 0;
   for (auto _ : state) state.SetIterationTime(bench.dictate());
 }
@@ -108,7 +105,7 @@ BENCHMARK(minuteFromTheStopToTheText)
 /// From the stop to the paste keys, without recognition: five hundred short dictations in a row.
 void stopToPaste(benchmark::State& state) {
   constexpr int dictations = 500;
-  Bench bench(1, FileAudioInput::Pace::asFastAsItCan);
+  Bench bench(1, false);
   for (auto _ : state) {
     std::vector<double> times;
     for (int dictation = 0; dictation < dictations; ++dictation) times.push_back(bench.dictate());

@@ -4,8 +4,10 @@
 #include "Delivery/TextInsertionService.h"
 #include "Dictation/DictationCoordinator.h"
 #include "Dictation/SettingsTranscriptCleanUp.h"
+#include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeKeyboardPoster.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
+#include "Platform/Fake/FakeMicrophoneAuthorization.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeProcessMemory.h"
 #include "Platform/Fake/FakeSecureInput.h"
@@ -15,17 +17,7 @@
 #include "Recognition/FluidAudioProvider.h"
 #include "Segmentation/IncrementalDictationSession.h"
 #include "Support/DictationFakes.h"
-#include "Support/FileAudioInput.h"
 #include "Support/TemporaryFolder.h"
-
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-
-#include <unistd.h>
 
 namespace murmel::test {
 
@@ -61,17 +53,66 @@ inline SpeechWorkerConfiguration trustedWorker(std::filesystem::path worker, std
   };
 }
 
+/// A microphone that hears the same in each recording, in fragments of 20 ms: by the clock, or a second of
+/// them between other jobs of the main thread.
+class PlayedAudioInput final : public AudioInput {
+ public:
+  PlayedAudioInput(Executor& executor, Clock& clock, std::vector<float> samples, bool inRealTime)
+      : executor_(executor), clock_(clock), samples_(std::move(samples)), inRealTime_(inRealTime) {
+    samples_.resize((samples_.size() + fragment - 1) / fragment * fragment);
+  }
+
+  Task<std::expected<AudioFormat, AudioInputError>> start(
+      FragmentHandler onFragment, std::move_only_function<void()> onConfigurationChange) override {
+    heard_ = 0;
+    startedAt_ = clock_.now();
+    turn_ = executor_.after({}, [this] { takeTurn(); });
+    co_return co_await microphone_.start(std::move(onFragment), std::move(onConfigurationChange));
+  }
+  void stop() override { microphone_.stop(); }
+
+  std::function<void()> onEnd;  ///< after the last fragment
+
+ private:
+  static constexpr std::size_t fragment = 320;
+
+  void takeTurn() {
+    const auto elapsed = durationToSeconds(clock_.now() - startedAt_);
+    const auto due = inRealTime_ ? static_cast<std::size_t>(elapsed * 50) * fragment : heard_ + 50 * fragment;
+    for (; heard_ < std::min(due, samples_.size()); heard_ += fragment)
+      microphone_.deliver(std::span(samples_).subspan(heard_, fragment));
+    const bool isOver = heard_ == samples_.size() && microphone_.isRecording();
+    turn_ =
+        executor_.after(inRealTime_ && !isOver ? std::chrono::milliseconds(20) : Duration{}, [this, isOver] {
+          if (isOver) {
+            onEnd();
+          } else {
+            takeTurn();
+          }
+        });
+  }
+
+  Executor& executor_;
+  Clock& clock_;
+  std::vector<float> samples_;
+  bool inRealTime_;
+  FakeAudioInput microphone_{executor_, {recognitionSampleRate, 1}};
+  std::size_t heard_ = 0;
+  Instant startedAt_;
+  Registration turn_;
+};
+
 /// A whole dictation: capture, coordinator, session, worker process and delivery are the application's own.
-/// The microphone is a file, the desktop a fake with one application in front that reads the clipboard as
+/// The microphone is played, the desktop a fake with one application in front that reads the clipboard as
 /// soon as the paste keys are pressed.
 class DictationRig {
  public:
   DictationRig(Executor& executor, Clock& clock, TranscriptionProviderFactory& recognition,
-               const std::filesystem::path& recording, FileAudioInput::Pace pace)
+               std::vector<float> recording, bool inRealTime = false)
       : executor_(executor),
         clock_(clock),
-        input_(opened(executor, clock, recording, pace)),
-        audio_(executor, *input_, authorization_, folder_.path()),
+        input_(executor, clock, std::move(recording), inRealTime),
+        audio_(executor, input_, authorization_, folder_.path()),
         workspace_(executor),
         keyboard_(executor, workspace_),
         general(executor, clock),
@@ -114,11 +155,10 @@ class DictationRig {
       });
     });
     settlements_ = insertion_.onPasteSettled([this](PasteSettlement) { ++settled_; });
-    input_->setOnEnd([this](std::expected<void, std::string> end) {
-      if (!end) throw std::runtime_error(end.error());
+    input_.onEnd = [this] {
       stoppedAt = clock_.now();
       coordinator.stopAndTranscribe();
-    });
+    };
   }
 
   /// Whether it is known what became of every paste.
@@ -129,13 +169,6 @@ class DictationRig {
   }
 
  private:
-  static std::unique_ptr<FileAudioInput> opened(Executor& executor, Clock& clock,
-                                                const std::filesystem::path& recording,
-                                                FileAudioInput::Pace pace) {
-    auto input = FileAudioInput::open(executor, clock, recording, pace);
-    if (!input) throw std::runtime_error(input.error());
-    return *std::move(input);
-  }
   static TextInsertionOptions options() {
     TextInsertionOptions options;
     options.applicationIdentifier = "app.murmel.Test";
@@ -157,8 +190,8 @@ class DictationRig {
   Clock& clock_;
   NoLog log_;
   TemporaryFolder folder_;
-  FileAudioAuthorization authorization_;
-  std::unique_ptr<FileAudioInput> input_;
+  FakeMicrophoneAuthorization authorization_;
+  PlayedAudioInput input_;
   AudioCaptureService audio_;
   FakeWorkspace workspace_;
   FakeKeyboardPoster keyboard_;

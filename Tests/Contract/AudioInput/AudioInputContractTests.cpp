@@ -1,14 +1,11 @@
-// What every audio input promises: the microphone of a sound server, a file, and the fake.
+// What every audio input promises: the microphone of a sound server and the fake.
 
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/PulseAudio/PulseAudioInput.h"
 #include "Support/Awaiting.h"
-#include "Support/FileAudioInput.h"
 #include "Support/Listening.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
-#include "Support/WaveBytes.h"
 
 namespace {
 
@@ -28,24 +25,6 @@ class FakeRig {
   }
 };
 
-class FileRig {
-  TemporaryFolder folder_;
-
- public:
-  ManualExecutor executor;
-  std::optional<std::unique_ptr<FileAudioInput>> input = open();
-  bool hearUntil(const std::function<bool()>& condition) {
-    for (int fragment = 0; fragment < 1'000 && !condition(); ++fragment) executor.advance(20ms);
-    return condition();
-  }
-
- private:
-  std::unique_ptr<FileAudioInput> open() {
-    const auto path = folder_.write("minute.wav", waveFile16(std::vector<std::int16_t>(60 * 44'100), 44'100));
-    return *FileAudioInput::open(executor, executor, path, FileAudioInput::Pace::realTime);
-  }
-};
-
 class PulseRig {
  public:
   ManualExecutor executor;
@@ -56,13 +35,7 @@ class PulseRig {
 template <class Rig>
 class AudioInputContract : public ::testing::Test {
  protected:
-  AudioInput& input() {
-    if constexpr (std::is_same_v<Rig, FileRig>) {
-      return **rig.input;
-    } else {
-      return *rig.input;
-    }
-  }
+  AudioInput& input() { return *rig.input; }
   void record(Listening& listening) {
     Awaiting<Outcome> starting(input().start(listening.onFragment(), listening.onChange()));
     ASSERT_TRUE(rig.hearUntil([&] { return starting.done(); }));
@@ -77,7 +50,7 @@ class AudioInputContract : public ::testing::Test {
   Rig rig;
 };
 
-using Rigs = ::testing::Types<FakeRig, FileRig, PulseRig>;
+using Rigs = ::testing::Types<FakeRig, PulseRig>;
 TYPED_TEST_SUITE(AudioInputContract, Rigs);
 
 }  // namespace

@@ -8,9 +8,7 @@
 #include "Support/Pulse.h"
 #include "Support/Testing.h"
 
-#include <cmath>
 #include <mutex>
-#include <thread>
 
 namespace {
 

@@ -9,8 +9,6 @@
 #include "Support/Pulse.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-
 namespace {
 
 using Outcome = std::expected<AudioFormat, AudioInputError>;

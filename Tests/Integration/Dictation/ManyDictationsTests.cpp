@@ -1,17 +1,15 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Support/DictationRig.h"
-#include "Support/FileAudioInput.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessTraces.h"
 #include "Support/RoomyLauncher.h"
+#include "Support/SoundTape.h"
 #include "Support/Testing.h"
 
 #include <cstddef>
 #include <iostream>
 
 #include <malloc.h>
-
-namespace murmel::test {
 
 namespace {
 
@@ -27,9 +25,8 @@ struct Holdings {
     std::size_t total = 0;
     std::size_t resident = 0;
     statm >> total >> resident;
-    const std::filesystem::directory_iterator tasks("/proc/self/task");
     return {::mallinfo2().uordblks, resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)),
-            openDescriptorCount(), static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)))};
+            openDescriptorCount(), threadCount()};
   }
 };
 
@@ -44,9 +41,9 @@ TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
   RoomyLauncher launcher(model.path());
   WorkerRecognition recognition(executor, executor, launcher,
                                 trustedWorker(MURMEL_SCRIPTED_WORKER, model.path()));
+  const auto speech = SoundTape().noise(0.5).speech(2).noise(0.5).samples();
   {
-    DictationRig rig(executor, executor, recognition, "/usr/share/pocketsphinx/test/data/cards/001.wav",
-                     FileAudioInput::Pace::asFastAsItCan);
+    DictationRig rig(executor, executor, recognition, {speech.begin(), speech.end()});
     std::optional<Holdings> before;
     for (int dictation = 1; dictation <= warmUp + dictations; ++dictation) {
       rig.coordinator.toggle();
@@ -81,5 +78,3 @@ TEST(ManyDictations, FiveHundredInARowLeaveNothingBehind) {
   EXPECT_EQ(contentsOf(model.path() / "starts"), ".") << "one worker served them all";
   EXPECT_TRUE(executor.waitUntil([] { return !hasChildren(); }));
 }
-
-}  // namespace murmel::test
