@@ -1,21 +1,13 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Platform/KeyModifiers.h"
 #include "Platform/Linux/Keys/EvdevKeyTable.h"
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
+#include "Support/KeyboardKeys.h"
 #include "Support/Testing.h"
 #include "Support/XTestKeyboard.h"
 
 namespace {
 
-/// Keys that both keyboards have.
-struct Key {
-  std::uint32_t evdevCode;
-  VirtualKeyCode keyCode;
-  std::uint64_t flag;
-};
-constexpr Key option{KEY_LEFTALT, virtualKey::leftOption, keyModifier::option};
-constexpr Key shift{KEY_LEFTSHIFT, virtualKey::leftShift, keyModifier::shift};
 constexpr Key space{KEY_SPACE, virtualKey::space, 0};
 
 /// A fake tap, with a keyboard that counts its modifiers as a real one does.
@@ -36,15 +28,11 @@ class FakeDesktop {
 
  private:
   void move(const Key& key, bool goesDown) {
-    if (key.flag != 0) flags_ = goesDown ? flags_ | key.flag : flags_ & ~key.flag;
-    const auto ordinary = goesDown ? KeyEventType::keyDown : KeyEventType::keyUp;
-    const KeyEvent event{key.flag != 0 ? KeyEventType::flagsChanged : ordinary, flags_, key.keyCode, false,
-                         ""};
-    executor.post([this, event] {
+    executor.post([this, event = keyboard_.moved(key, goesDown)] {
       if (taps.isInstalled()) taps.deliver(event);
     });
   }
-  std::uint64_t flags_ = 0;
+  CountingKeyboard keyboard_;
 };
 
 class X11Desktop {
@@ -117,32 +105,32 @@ TYPED_TEST(KeyEventTapContract, TellsKeysInOrderWithTheModifiersThatAreDown) {
   EXPECT_TRUE(permission.granted) << permission.reason;
   EXPECT_TRUE(permission.reason.empty());
   ASSERT_TRUE(this->install());
-  this->desktop.press(option);
+  this->desktop.press(optionKey);
   this->desktop.press(space);
-  this->desktop.press(shift);
-  this->desktop.release(option);
+  this->desktop.press(shiftKey);
+  this->desktop.release(optionKey);
   this->desktop.release(space);
-  this->desktop.release(shift);
+  this->desktop.release(shiftKey);
   EXPECT_TRUE(this->events.empty()) << "told from the event loop only";
   ASSERT_TRUE(this->waitForEvents(6));
-  this->expectEvent(0, KeyEventType::flagsChanged, option, keyModifier::option);
+  this->expectEvent(0, KeyEventType::flagsChanged, optionKey, keyModifier::option);
   this->expectEvent(1, KeyEventType::keyDown, space, keyModifier::option);
-  this->expectEvent(2, KeyEventType::flagsChanged, shift, keyModifier::option | keyModifier::shift);
-  this->expectEvent(3, KeyEventType::flagsChanged, option, keyModifier::shift);
+  this->expectEvent(2, KeyEventType::flagsChanged, shiftKey, keyModifier::option | keyModifier::shift);
+  this->expectEvent(3, KeyEventType::flagsChanged, optionKey, keyModifier::shift);
   this->expectEvent(4, KeyEventType::keyUp, space, keyModifier::shift);
-  this->expectEvent(5, KeyEventType::flagsChanged, shift, 0);
+  this->expectEvent(5, KeyEventType::flagsChanged, shiftKey, 0);
 }
 
 TYPED_TEST(KeyEventTapContract, KeysHeldBeforeItCameAreNotToldButCount) {
-  this->desktop.press(option);
+  this->desktop.press(optionKey);
   this->desktop.executor.runUntilIdle();
   ASSERT_TRUE(this->install());
   this->desktop.press(space);
-  this->desktop.release(option);
+  this->desktop.release(optionKey);
   this->desktop.release(space);
   ASSERT_TRUE(this->waitForEvents(3));
   this->expectEvent(0, KeyEventType::keyDown, space, keyModifier::option);
-  this->expectEvent(1, KeyEventType::flagsChanged, option, 0);
+  this->expectEvent(1, KeyEventType::flagsChanged, optionKey, 0);
   this->expectEvent(2, KeyEventType::keyUp, space, 0);
 }
 
@@ -164,10 +152,10 @@ TYPED_TEST(KeyEventTapContract, ARemovedTapIsSilentEvenWhenItsHandlerRemovedIt) 
     this->tap.reset();
   });
   ASSERT_TRUE(this->tap);
-  this->desktop.press(option);
+  this->desktop.press(optionKey);
   this->desktop.press(space);
   this->desktop.release(space);
-  this->desktop.release(option);
+  this->desktop.release(optionKey);
   ASSERT_TRUE(this->waitForEvents(1));
   ASSERT_TRUE(this->install());
   this->settle();

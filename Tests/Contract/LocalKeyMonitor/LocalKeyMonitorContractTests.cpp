@@ -1,6 +1,6 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
-#include "Platform/KeyModifiers.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
+#include "Support/KeyboardKeys.h"
 #include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
@@ -12,13 +12,6 @@
 
 namespace {
 
-struct Key {
-  std::uint32_t evdevCode;
-  VirtualKeyCode keyCode;
-  std::uint64_t flag;
-};
-constexpr Key option{KEY_LEFTALT, virtualKey::leftOption, keyModifier::option};
-constexpr Key shift{KEY_LEFTSHIFT, virtualKey::leftShift, keyModifier::shift};
 constexpr Key control{KEY_LEFTCTRL, virtualKey::leftControl, keyModifier::control};
 constexpr Key super{KEY_LEFTMETA, virtualKey::leftCommand, keyModifier::command};
 constexpr Key letterD{KEY_D, virtualKey::d, 0};
@@ -32,12 +25,8 @@ class FakeWindow {
   void settle() {}
 
  private:
-  void move(const Key& key, bool goesDown) {
-    if (key.flag != 0) flags_ = goesDown ? flags_ | key.flag : flags_ & ~key.flag;
-    const auto ordinary = goesDown ? KeyEventType::keyDown : KeyEventType::keyUp;
-    monitor.deliver({key.flag != 0 ? KeyEventType::flagsChanged : ordinary, flags_, key.keyCode, false, ""});
-  }
-  std::uint64_t flags_ = 0;
+  void move(const Key& key, bool goesDown) { monitor.deliver(keyboard_.moved(key, goesDown)); }
+  CountingKeyboard keyboard_;
 };
 
 /// A line to type into, in a window with a shortcut of its own, and the user's keyboard.
@@ -62,7 +51,7 @@ class RealWindow {
     }));
   }
   ~RealWindow() {
-    for (const auto& key : {option, shift, control, super, letterD}) keyboard_.release(key.evdevCode);
+    for (const auto& key : {optionKey, shiftKey, control, super, letterD}) keyboard_.release(key.evdevCode);
   }
 
   void press(const Key& key) { keyboard_.press(key.evdevCode); }
@@ -107,7 +96,7 @@ class Heard {
                          : event.type == KeyEventType::keyUp ? "up"
                                                              : "flags";
       line += " " + std::to_string(event.keyCode);
-      for (const auto& key : {shift, control, option, super}) {
+      for (const auto& key : {shiftKey, control, optionKey, super}) {
         if ((event.flags & key.flag) != 0) line += " +" + std::to_string(key.keyCode);
       }
       if (event.isRepeat) line += " repeat";
@@ -136,9 +125,9 @@ using Lines = std::vector<std::string>;
 TYPED_TEST(LocalKeyMonitorContract, tells_every_key_once_with_the_modifiers_after_it) {
   Heard heard(this->window.monitor);
   this->window.press(control);
-  this->window.press(shift);
+  this->window.press(shiftKey);
   this->window.press(letterD);
-  this->window.release(shift);
+  this->window.release(shiftKey);
   this->window.release(letterD);
   this->window.release(control);
   this->window.settle();
@@ -148,10 +137,10 @@ TYPED_TEST(LocalKeyMonitorContract, tells_every_key_once_with_the_modifiers_afte
 
 TYPED_TEST(LocalKeyMonitorContract, tells_option_and_command_from_each_other_and_from_shift) {
   Heard heard(this->window.monitor);
-  this->window.press(shift);
-  this->window.press(option);
-  this->window.release(option);
-  this->window.release(shift);
+  this->window.press(shiftKey);
+  this->window.press(optionKey);
+  this->window.release(optionKey);
+  this->window.release(shiftKey);
   this->window.press(super);
   this->window.release(super);
   this->window.settle();
@@ -175,9 +164,9 @@ TEST(QtLocalKeyMonitor, lets_keys_pass_to_the_window_and_says_what_they_write) {
   RealWindow window;
   Heard heard(window.monitor);
   window.tap(KEY_D);
-  window.press(shift);
+  window.press(shiftKey);
   window.tap(KEY_1);
-  window.release(shift);
+  window.release(shiftKey);
   window.settle();
   EXPECT_EQ(window.text(), "d!");
   ASSERT_EQ(heard.events().size(), 6U);
