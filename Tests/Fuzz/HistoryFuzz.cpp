@@ -1,26 +1,7 @@
+#include "AnotherReader.h"
 #include "History/HistoryCodec.h"
-#include "Require.h"
-
-#include <nlohmann/json.hpp>
 
 using namespace murmel;
-
-namespace {
-
-/// What another reader makes of the text. It refuses numbers beyond a double, which we may skip.
-template <class Iterator>
-nlohmann::json independently(Iterator begin, Iterator end) {
-  try {
-    return nlohmann::json::parse(begin, end);
-  } catch (const nlohmann::json::out_of_range&) {
-    return nullptr;
-  } catch (const nlohmann::json::parse_error&) {
-    require(false, "an independent reader accepts it");
-    return nullptr;
-  }
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto entries = decodeHistory({data, size});

@@ -1,30 +1,14 @@
 #include "Support/ChildProgram.h"
 
-#include <array>
+#include "Support/Pipe.h"
+
 #include <stdexcept>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace murmel::test {
-
-namespace {
-
-struct Pipe {
-  Pipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    readEnd = UniqueDescriptor(ends[0]);
-    writeEnd = UniqueDescriptor(ends[1]);
-  }
-  UniqueDescriptor readEnd;
-  UniqueDescriptor writeEnd;
-};
-
-}  // namespace
 
 ChildProgram::ChildProgram(std::vector<std::string> command, const std::filesystem::path& log) {
   Pipe input;
@@ -50,6 +34,12 @@ ChildProgram::ChildProgram(std::vector<std::string> command, const std::filesyst
   }
   input_ = std::move(input.writeEnd);
   output_ = std::move(output.readEnd);
+}
+
+std::string ChildProgram::line() const {
+  std::string line;
+  for (char byte = 0; ::read(output(), &byte, 1) == 1 && byte != '\n';) line += byte;
+  return line;
 }
 
 void ChildProgram::end(int signal) {

@@ -25,6 +25,8 @@ class ChildProgram {
   [[nodiscard]] int input() const { return input_.get(); }
   [[nodiscard]] int output() const { return output_.get(); }
 
+  /// What it says up to the end of the line, without it.
+  [[nodiscard]] std::string line() const;
   void closeInput() { input_.reset(); }
   /// Sends the signal, 0 for none, and waits until it is gone.
   void end(int signal);

@@ -7,11 +7,6 @@
 #include "Support/MemoryLogSink.h"
 #include "Support/ScriptedTranscriptionProvider.h"
 
-#include <cmath>
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace murmel {
 
 /// Refines by a function of the test, in half a second of virtual time.

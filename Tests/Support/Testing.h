@@ -7,19 +7,34 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <cmath>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
+#include <random>
 #include <set>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
 #include <utility>
+#include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace murmel;
 using namespace murmel::test;

@@ -4,13 +4,11 @@
 #include "Foundation/UniqueDescriptor.h"
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Qt/QtExecutor.h"
+#include "Support/Pipe.h"
 #include "Support/Testing.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <thread>
-
-#include <fcntl.h>
 
 namespace {
 
@@ -113,15 +111,12 @@ TYPED_TEST(ExecutorContract, WithdrawnTimersAndPassedOnHandles) {
 }
 
 TYPED_TEST(ExecutorContract, WatchesADescriptorUntilTheHandleGoes) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
-  const UniqueDescriptor readEnd(ends[0]);
-  UniqueDescriptor writeEnd(ends[1]);
+  Pipe pipe(O_NONBLOCK);
   std::string received;
   bool ended = false;
-  std::optional<Registration> watch = this->executor.watchReadable(readEnd.get(), [&] {
+  std::optional<Registration> watch = this->executor.watchReadable(pipe.readEnd.get(), [&] {
     std::array<char, 8> buffer{};
-    const auto count = ::read(readEnd.get(), buffer.data(), buffer.size());
+    const auto count = ::read(pipe.readEnd.get(), buffer.data(), buffer.size());
     if (count == 0) {
       ended = true;
       watch.reset();  // from inside its own callback
@@ -129,9 +124,9 @@ TYPED_TEST(ExecutorContract, WatchesADescriptorUntilTheHandleGoes) {
       received.append(buffer.data(), static_cast<std::size_t>(count));
     }
   });
-  ASSERT_EQ(::write(writeEnd.get(), "abc", 3), 3);
+  ASSERT_EQ(::write(pipe.writeEnd.get(), "abc", 3), 3);
   ASSERT_TRUE(this->loop.runUntil([&] { return received == "abc"; }));
-  writeEnd.reset();
+  pipe.writeEnd.reset();
   ASSERT_TRUE(this->loop.runUntil([&] { return ended; })) << "a hang-up counts as readable";
 }
 

@@ -4,8 +4,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <iterator>
-
 namespace {
 
 using Manifest = SignedExecutableManifest;

@@ -1,16 +1,11 @@
 #include "Contract/ProcessLauncher/ChildOutput.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
 #include "Support/FileBytes.h"
+#include "Support/Forks.h"
+#include "Support/Pipe.h"
 #include "Support/ProcessTraces.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
-
-#include <csignal>
-#include <thread>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace {
 
@@ -36,28 +31,6 @@ class LinuxProcess : public ::testing::Test {
  private:
   std::size_t descriptorsBefore_ = openDescriptorCount();
 };
-
-/// Whether the process with this number, which may be somebody else's child, is dead within ten seconds.
-bool dies(pid_t process) {
-  const auto deadline = std::chrono::steady_clock::now() + 10s;
-  while (std::chrono::steady_clock::now() < deadline) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string number;
-    std::string name;
-    char state = 'X';
-    if (!(file >> number >> name >> state) || state == 'Z' || state == 'X') return true;
-    std::this_thread::yield();
-  }
-  return false;
-}
-
-/// Runs `work` in a process of its own; true when it returns true.
-bool succeedsInAFork(const std::function<bool()>& work) {
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(work() ? 0 : 1);
-  int status = 0;
-  return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 }  // namespace
 
@@ -166,20 +139,17 @@ TEST_F(LinuxProcess, DiesWithTheThreadThatLaunchedIt) {
 }
 
 TEST_F(LinuxProcess, DiesWithTheApplication) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+  const Pipe pipe;
   ASSERT_TRUE(succeedsInAFork([&] {
     // Left behind on purpose, as by a crash.
     auto* const child = launch({"stubborn"}).release();
     const pid_t number = child->identifier();
     return ChildOutput(child->output()).line() == "here" &&
-           ::write(ends[1], &number, sizeof number) == sizeof number;
+           ::write(pipe.writeEnd.get(), &number, sizeof number) == sizeof number;
   }));
   pid_t orphan = 0;
-  ASSERT_EQ(::read(ends[0], &orphan, sizeof orphan), static_cast<ssize_t>(sizeof orphan));
-  EXPECT_TRUE(dies(orphan));
-  ::close(ends[0]);
-  ::close(ends[1]);
+  ASSERT_EQ(::read(pipe.readEnd.get(), &orphan, sizeof orphan), static_cast<ssize_t>(sizeof orphan));
+  while (!hasEnded(orphan)) std::this_thread::yield();
 }
 
 TEST_F(LinuxProcess, StartsAChildWhenTheStandardDescriptorsAreFree) {

@@ -4,8 +4,6 @@
 #include "Support/ProcessTraces.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 namespace {
 
 /// Both launchers know a program that echoes and one that does not listen.

@@ -2,10 +2,7 @@
 #include "Platform/Linux/Process/MappedMemory.h"
 #include "Support/Testing.h"
 
-#include <fstream>
-
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 

@@ -4,10 +4,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-
-#include <unistd.h>
-
 // A process of its own: the library keeps to the first session bus that it has found.
 
 namespace {
@@ -29,10 +25,8 @@ class EmptyBus : public ChildProgram {
  public:
   explicit EmptyBus(const std::filesystem::path& folder)
       : ChildProgram(
-            {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration(folder)}) {
-    for (char byte = 0; ::read(output(), &byte, 1) == 1 && byte != '\n';) address += byte;
-  }
-  std::string address;
+            {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration(folder)}) {}
+  std::string address = line();
 
  private:
   static std::string configuration(const std::filesystem::path& folder) {

@@ -2,8 +2,6 @@
 #include "Support/KeyringControl.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 // What only the real service can do: freeze, and come back.
 
 namespace {

@@ -1,5 +1,7 @@
 #include "EscapeAttempts.h"
 
+#include "Support/Forks.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -27,7 +29,6 @@
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -304,18 +305,6 @@ const Attempt attempts[] = {
      }},
 };
 
-bool inAFork(const Attempt& attempt, const Prey& prey) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    // What a started program says is nobody's business.
-    ::close(STDOUT_FILENO);
-    ::close(STDERR_FILENO);
-    ::_exit(attempt.succeeds(prey) ? 0 : 1);
-  }
-  int status = 0;
-  return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 }  // namespace
 
 Tried tryToEscape(const Prey& prey, const std::string& sparedKinds, bool eachInAFork) {
@@ -324,7 +313,13 @@ Tried tryToEscape(const Prey& prey, const std::string& sparedKinds, bool eachInA
     if (sparedKinds.find(attempt.kind) != std::string::npos) continue;
     ++tried.count;
     errno = 0;
-    if (eachInAFork ? inAFork(attempt, prey) : attempt.succeeds(prey))
+    const auto inItsOwn = [&] {
+      // What a started program says is nobody's business.
+      ::close(STDOUT_FILENO);
+      ::close(STDERR_FILENO);
+      return attempt.succeeds(prey);
+    };
+    if (eachInAFork ? succeedsInAFork(inItsOwn) : attempt.succeeds(prey))
       tried.succeeded.emplace_back(attempt.name);
   }
   return tried;

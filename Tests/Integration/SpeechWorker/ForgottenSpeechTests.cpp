@@ -7,8 +7,6 @@
 #include "Support/ProcessMemory.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 namespace {
 
 /// Some seconds of somebody reading.

@@ -1,10 +1,5 @@
 #include "Integration/SpeechWorker/ProviderWithWorker.h"
 
-#include <array>
-
-using namespace murmel;
-using namespace std::chrono_literals;
-
 namespace {
 
 constexpr std::size_t small = 3'200;

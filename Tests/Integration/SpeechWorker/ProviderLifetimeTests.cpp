@@ -1,26 +1,12 @@
 #include "Integration/SpeechWorker/ProviderWithWorker.h"
 
-#include <fstream>
 #include <future>
-#include <vector>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 
 /// Longer than a test may take: whoever waits for it makes the test fail.
 void waitForever(WorkerLimits& limits) {
   limits.start = limits.shortestResponse = limits.longestResponse = 24h;
-}
-
-bool isDead(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string number;
-  std::string name;
-  char state = 'X';
-  file >> number >> name >> state;
-  return state == 'Z' || state == 'X';
 }
 
 }  // namespace
@@ -113,7 +99,7 @@ TEST_F(ProviderWithWorker, ReplacesAWorkerThatEndedBetweenTwoRequests) {
   script("ready\nread\nanswer\nexit 0", 1);
   script("ready\nserve");
   EXPECT_EQ(ask(), "id=1 rate=16000 language=none bytes=3200");
-  ASSERT_TRUE(executor.waitUntil([&] { return isDead(worker); }));
+  ASSERT_TRUE(executor.waitUntil([&] { return hasEnded(worker); }));
   EXPECT_EQ(ask(), "id=2 rate=16000 language=none bytes=3200");
   EXPECT_EQ(starts(), 2);
 }

@@ -6,15 +6,7 @@
 #include "Support/BuildPaths.h"
 #include "Support/WorkerDriver.h"
 
-#include <algorithm>
-#include <csignal>
-#include <fstream>
-#include <iterator>
-#include <set>
-
 #include <poll.h>
-
-using namespace murmel;
 
 namespace {
 

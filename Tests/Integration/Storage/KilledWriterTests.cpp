@@ -3,14 +3,10 @@
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalEnvelope.h"
 #include "Storage/SecureLocalFile.h"
+#include "Support/Forks.h"
 #include "Support/StepFileSystem.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
-
-#include <csignal>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -54,21 +50,13 @@ class KilledWriterTest : public ::testing::Test {
       std::filesystem::remove_all(data);
       std::filesystem::remove_all(keyFolder);
       prepare();
-      const pid_t child = ::fork();
-      if (child == 0) {
-        const auto victim = std::make_unique<Victim>(keyFolder, deadlyStep);
-        work(*victim);
-        ::_exit(0);
-      }
-      int status = 0;
-      ::waitpid(child, &status, 0);
+      const int status = inAFork([&] {
+        work(*std::make_unique<Victim>(keyFolder, deadlyStep));
+        return 0;
+      });
       check();
-      if (::testing::Test::HasFailure()) return deadlyStep;
-      if (WIFEXITED(status)) {
-        EXPECT_EQ(WEXITSTATUS(status), 0);
-        return deadlyStep;
-      }
-      EXPECT_EQ(WTERMSIG(status), SIGKILL);
+      EXPECT_TRUE(status == 0 || status == -SIGKILL) << status;
+      if (status != -SIGKILL || ::testing::Test::HasFailure()) return deadlyStep;
     }
     ADD_FAILURE() << "no end";
     return 0;
@@ -144,8 +132,7 @@ TEST_F(KilledWriterTest, AWriteThatTidiesUpAfterAnotherCrashCanCrashToo) {
   walk(
       [&] {
         write("the old words");
-        const pid_t child = ::fork();
-        if (child == 0) {
+        inAFork([&] {
           // Dies after the new key was made, before the file is in place.
           StepFileSystem dying;
           FolderKeyStore keys(keyFolder);
@@ -155,9 +142,8 @@ TEST_F(KilledWriterTest, AWriteThatTidiesUpAfterAnotherCrashCanCrashToo) {
             return std::nullopt;
           });
           (void)file(dying, keys).write(bytesOf("never seen"));
-          ::_exit(0);
-        }
-        ::waitpid(child, nullptr, 0);
+          return 0;
+        });
         ASSERT_EQ(FolderKeyStore(keyFolder).identifiers().size(), 2U);
       },
       [&](Victim& victim) {

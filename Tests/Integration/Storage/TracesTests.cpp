@@ -5,10 +5,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-
-#include <unistd.h>
-
 namespace {
 
 std::vector<std::string> pieces() {
@@ -36,11 +32,6 @@ int occurrencesOnDisk(const std::filesystem::path& folder) {
 class Witness : public test::ChildProgram {
  public:
   explicit Witness(const std::filesystem::path& folder) : ChildProgram({MURMEL_STORAGE_WITNESS, folder}) {}
-  std::string stage() {
-    std::string line;
-    for (char byte = 0; byte != '\n' && ::read(output(), &byte, 1) == 1;) line += byte;
-    return line;
-  }
   void goOn() { (void)!::write(input(), "\n", 1); }
   /// How often pieces of the sentence are in the memory of the process.
   [[nodiscard]] int occurrencesInMemory() const { return test::ProcessMemory(identifier()).count(pieces()); }
@@ -56,13 +47,13 @@ TEST(Traces, NothingOfADeletedSentenceIsLeftOnDiskInMemoryOrInACoreDump) {
   const auto folder = session / "traces";
   std::filesystem::create_directories(folder);
   Witness witness(folder);
-  ASSERT_EQ(witness.stage(), "kept\n");
+  ASSERT_EQ(witness.line(), "kept");
   EXPECT_TRUE(std::filesystem::exists(folder / "history.sealed"));
   EXPECT_GE(witness.occurrencesInMemory(), 5) << "the search finds what is there";
   EXPECT_EQ(occurrencesOnDisk(session), 0);
 
   witness.goOn();
-  ASSERT_EQ(witness.stage(), "deleted\n");
+  ASSERT_EQ(witness.line(), "deleted");
   EXPECT_EQ(witness.occurrencesInMemory(), 0);
   EXPECT_EQ(occurrencesOnDisk(session), 0);
 

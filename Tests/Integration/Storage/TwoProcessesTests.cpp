@@ -4,12 +4,11 @@
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
+#include "Support/Forks.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
 #include <seccomp.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -44,7 +43,7 @@ class TwoWriters : public testing::TestWithParam<bool> {};
 
 TEST(MachineLock, StandsInForTheLockOfAFolder) {
   const TemporaryFolder folder;
-  EXPECT_TRUE(inProcesses(1, [&](int) {
+  EXPECT_TRUE(succeedsInAFork([&] {
     const auto own = machineLock::takeWhereNeeded(folder.path());
     if (!own || *own || !takeLocksAway()) return false;
     const auto instead = machineLock::takeWhereNeeded(folder.path());

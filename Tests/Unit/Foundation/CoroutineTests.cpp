@@ -3,7 +3,6 @@
 #include "Foundation/Async/Task.h"
 #include "Support/Testing.h"
 
-#include <stdexcept>
 #include <variant>
 
 namespace {

@@ -1,8 +1,6 @@
 #include "Foundation/Json/Json.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-
 TEST(Json, WritesWhatItReadAndNothingForWhatIsNoJson) {
   const std::pair<std::string, std::string> rows[] = {
       {" {\"b\" : [1, {\"\": null}], \"a\": true} ", R"({"a":true,"b":[1,{"":null}]})"},

@@ -3,7 +3,6 @@
 #include "Foundation/SpokenText.h"
 #include "Support/Testing.h"
 
-#include <limits>
 #include <ostream>
 #include <type_traits>
 

@@ -1,9 +1,8 @@
 #include "Foundation/SpokenText.h"
+#include "Support/Forks.h"
 #include "Support/Testing.h"
 
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -52,10 +51,5 @@ TEST(PrivateMemory, StaysOutOfTheSwapAsFarAsTheLimitGoes) {
 #if defined(MURMEL_SANITIZED)
   GTEST_SKIP() << "the instrumentation lets nobody lock memory";
 #endif
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(underALimit() % 256);
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0) << "the line, of which 256 are taken away";
+  EXPECT_EQ(inAFork(&underALimit), 0) << "the line";
 }

@@ -6,7 +6,6 @@
 
 #include <sys/mman.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 namespace {
 

@@ -1,8 +1,6 @@
 #include "Foundation/Text/Text.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 namespace {
 
 using Pieces = std::vector<std::string_view>;

@@ -4,8 +4,6 @@
 #include "Foundation/Uuid.h"
 #include "Support/Testing.h"
 
-#include <span>
-
 namespace {
 
 enum class Fruit { apple, pear };

@@ -1,28 +1,13 @@
+#include "Support/Forks.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 #include "Workers/Common/Isolation.h"
 
-#include <cerrno>
-#include <csignal>
-#include <thread>
-
-#include <fcntl.h>
 #include <linux/landlock.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-/// Runs `work` in a process of its own, because isolation is for good, and gives what it returns.
-int inAFork(const std::function<int()>& work) {
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(work());
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
 
 /// The step, counted from 1, at which the first of `attempts` was not refused; 0 when all were.
 int firstThatIsAllowed(std::initializer_list<std::function<bool()>> attempts) {

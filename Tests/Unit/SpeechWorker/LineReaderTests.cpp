@@ -1,30 +1,16 @@
-#include "Foundation/UniqueDescriptor.h"
 #include "Foundation/WriteAll.h"
+#include "Support/Pipe.h"
 #include "Support/Testing.h"
 #include "Workers/Common/LineReader.h"
 #include "Workers/SpeechWorker/RequestLoop.h"
 
 #include <new>
-#include <thread>
-
-#include <fcntl.h>
 
 using namespace murmel::worker;
 
 namespace {
 
 using Outcome = LineReader::Outcome;
-
-struct Pipe {
-  Pipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    readEnd = UniqueDescriptor(ends[0]);
-    writeEnd = UniqueDescriptor(ends[1]);
-  }
-  UniqueDescriptor readEnd;
-  UniqueDescriptor writeEnd;
-};
 
 void write(const Pipe& pipe, std::string_view text) {
   ASSERT_TRUE(writeAll(pipe.writeEnd.get(), text));

@@ -1,8 +1,6 @@
 #include "Support/Testing.h"
 #include "Workers/SpeechWorker/EngineKernel/MatrixProduct.h"
 
-#include <cmath>
-
 using namespace murmel::worker;
 
 namespace {

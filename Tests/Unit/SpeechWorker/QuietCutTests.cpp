@@ -1,8 +1,6 @@
 #include "Support/Testing.h"
 #include "Workers/SpeechWorker/QuietCut.h"
 
-#include <random>
-
 using namespace murmel::worker;
 
 namespace {
