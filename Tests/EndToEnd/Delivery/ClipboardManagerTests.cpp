@@ -7,8 +7,6 @@
 
 #include <cstdio>
 
-namespace murmel::test {
-
 namespace {
 
 /// The words as they are and as UTF-16, which Qt keeps. They are ASCII.
@@ -94,4 +92,20 @@ TEST(DeliveryBesideClipboardManagers, NoneOfThemFindsAWordOfWhatIsPasted) {
   if (tried == 0) GTEST_SKIP() << "no clipboard manager is installed";
 }
 
-}  // namespace murmel::test
+TEST(DeliveryBesideABusyOwner, WhatItDeliversLateComesBack) {
+  DeliveryDesk desk;
+  const auto owner = desk.launch("Owner");
+  const auto target = desk.launch("Editor");
+  owner->tell("own copied before");
+  ASSERT_TRUE(desk.waitUntil([&] { return desk.usersClipboard->hasLost(); }));
+  owner->freeze(true);
+  desk.service->beginDictationSession();
+  desk.loop.runFor(2s);
+  owner->freeze(false);
+  ASSERT_TRUE(desk.waitUntil([&] { return desk.log.text().contains("clipboard_captured"); }));
+  EXPECT_EQ(desk.deliver("dictated"), TextDeliveryResult::insertionSent);
+  ASSERT_TRUE(desk.waitUntilSettled());
+  EXPECT_EQ(desk.settled.back(), PasteSettlement::clipboardRestored);
+  EXPECT_EQ(DeliveryDesk::clipboardText(), "copied before");
+  EXPECT_EQ(target->told("pasted"), Strings{"dictated"});
+}

@@ -2,13 +2,8 @@
 
 #include "RealApplications.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <cstdlib>
-#include <set>
-
-namespace murmel::test {
 
 /// It hands its windows to a server of its own.
 constexpr const char* terminalServer =
@@ -164,5 +159,3 @@ INSTANTIATE_TEST_SUITE_P(Programs, DeliveryToManyApplications, ::testing::Values
                                });
                            return name;
                          });
-
-}  // namespace murmel::test

@@ -5,8 +5,6 @@
 #include "Support/BuildPaths.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 namespace {
 
 constexpr const char* switchOn =
@@ -133,5 +131,3 @@ TEST_P(DeliveryToFields, AnEntryGetsTheTextAndAButtonIsSeen) {
 
 INSTANTIATE_TEST_SUITE_P(Toolkits, DeliveryToFields, ::testing::ValuesIn(toolkits),
                          [](const auto& tested) { return std::string(tested.param.name); });
-
-}  // namespace murmel::test

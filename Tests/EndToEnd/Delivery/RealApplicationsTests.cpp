@@ -1,7 +1,5 @@
 #include "RealApplications.h"
 
-namespace murmel::test {
-
 TEST(DeliveryToRealApplications, TheTextArrivesOnceAndTheClipboardIsAsBefore) {
   const RealApplication applications[] = {
       {"mousepad", "Mousepad", {"mousepad", "--disable-server", "FILE"}},
@@ -14,5 +12,3 @@ TEST(DeliveryToRealApplications, TheTextArrivesOnceAndTheClipboardIsAsBefore) {
     RealApplicationRun(application).deliver(2);
   }
 }
-
-}  // namespace murmel::test

@@ -1,7 +1,5 @@
 #include "DictationDesk.h"
 
-namespace murmel::test {
-
 constexpr int refused = 1;
 constexpr int notRunning = 3;
 
@@ -135,5 +133,3 @@ TEST_F(DictationDesk, TheSelfTestsEndByThemselvesAndWriteNothing) {
   }
   EXPECT_TRUE(std::filesystem::is_empty(configuration()));
 }
-
-}  // namespace murmel::test

@@ -5,8 +5,6 @@
 #include <future>
 #include <semaphore>
 
-namespace murmel::test {
-
 TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
   std::filesystem::remove_all(data());
   const auto copy = file("copy").string();
@@ -85,5 +83,3 @@ TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
       << "it looks, and leaves no trace";
   EXPECT_FALSE(std::filesystem::exists(data()));
 }
-
-}  // namespace murmel::test

@@ -4,12 +4,7 @@
 #include "Platform/Linux/X11/X11ScreenLock.h"
 #include "SessionManager.h"
 
-#include <array>
-#include <cstdlib>
 #include <iostream>
-#include <random>
-
-namespace murmel::test {
 
 namespace {
 
@@ -197,5 +192,3 @@ TEST_F(Ends, NobodyIsHeardBehindALockedScreen) {
     desk.loop.runFor(std::chrono::milliseconds(100));
   }
 }
-
-}  // namespace murmel::test

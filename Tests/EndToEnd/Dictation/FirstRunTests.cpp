@@ -1,7 +1,5 @@
 #include "DictationDesk.h"
 
-namespace murmel::test {
-
 namespace {
 
 constexpr std::uint8_t enterKey = 36;
@@ -46,5 +44,3 @@ TEST_F(DictationDesk, TheFirstRunLeadsFromABareProfileToWordsByKeyboardAlone) {
   EXPECT_TRUE(waitUntilCommand(std::string("! ") + setupIsVisible)) << murmel->log();
   EXPECT_TRUE(holds("onboarding.completed")) << contentsOf(defaults);
 }
-
-}  // namespace murmel::test

@@ -1,8 +1,6 @@
 #include "DictationDesk.h"
 #include "Support/ProcessMemory.h"
 
-namespace murmel::test {
-
 namespace {
 
 /// Numbers of the application's worker processes.
@@ -62,5 +60,3 @@ TEST_F(DictationDesk, WordsAndSoundAreNowhereWhenTheyMayNoLongerBeCopied) {
         << where;
   }
 }
-
-}  // namespace murmel::test

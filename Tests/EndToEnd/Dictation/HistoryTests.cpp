@@ -5,8 +5,6 @@
 #include "Storage/KeychainEncryptionKeyStore.h"
 #include "Support/KeyringControl.h"
 
-namespace murmel::test {
-
 TEST_F(DictationDesk, TheHistoryIsSealedAndOutlivesARestart) {
   settings(R"("settings.shortcut": "optionKey", "settings.historyEnabled": true)");
   const auto sealed = data() / "history.sealed";
@@ -89,5 +87,3 @@ TEST_F(DictationDesk, TheHistoryWindowShowsCopiesAndDeletesWhatTheKeyRingUnlocks
   const auto list = std::string(MURMEL_EXECUTABLE) + " history list";
   EXPECT_TRUE(waitUntilCommand(list + " | grep -q empty")) << outputOf(list);
 }
-
-}  // namespace murmel::test

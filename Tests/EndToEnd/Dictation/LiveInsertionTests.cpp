@@ -1,14 +1,26 @@
 #include "DictationDesk.h"
 
-namespace murmel::test {
+namespace {
 
-TEST_F(DictationDesk, PhrasesArriveWhileTheUserSpeaks) {
-  settings(R"("settings.shortcut": "optionKey", "settings.insertWhileRecording": true)");
-  start();
-  const auto editor = openEditor("text");
-  holdShortcut();
-  say(eightOfSpadesAndMore);
-  ASSERT_TRUE(waitUntil([&] { return !textIn("text").empty(); })) << murmel->log();
+/// The shortcut is held, and the first phrase stands in the editor.
+class LiveInsertion : public DictationDesk {
+ protected:
+  void SetUp() override {
+    DictationDesk::SetUp();
+    settings(R"("settings.shortcut": "optionKey", "settings.insertWhileRecording": true)");
+    start();
+    editor = openEditor("text");
+    holdShortcut();
+    say(eightOfSpadesAndMore);
+    ASSERT_TRUE(waitUntil([&] { return !textIn("text").empty(); })) << murmel->log();
+  }
+
+  std::unique_ptr<ApplicationProcess> editor;
+};
+
+}  // namespace
+
+TEST_F(LiveInsertion, PhrasesArriveWhileTheUserSpeaks) {
   EXPECT_EQ(dictationsSummed(), 0U) << "it is still recording";
   say(sevenOfClubs);
   releaseShortcut();
@@ -20,13 +32,7 @@ TEST_F(DictationDesk, PhrasesArriveWhileTheUserSpeaks) {
   EXPECT_TRUE(DeliveryDesk::contentsOf("CLIPBOARD") == richClipboard());
 }
 
-TEST_F(DictationDesk, AfterASwitchOfWindowsTheRestOfThePhrasesIsOnTheClipboard) {
-  settings(R"("settings.shortcut": "optionKey", "settings.insertWhileRecording": true)");
-  start();
-  const auto editor = openEditor("text");
-  holdShortcut();
-  say(eightOfSpadesAndMore);
-  ASSERT_TRUE(waitUntil([&] { return !textIn("text").empty(); })) << murmel->log();
+TEST_F(LiveInsertion, AfterASwitchOfWindowsTheRestOfThePhrasesIsOnTheClipboard) {
   const auto inserted = textIn("text");
 
   const auto other = openEditor("other");
@@ -40,5 +46,3 @@ TEST_F(DictationDesk, AfterASwitchOfWindowsTheRestOfThePhrasesIsOnTheClipboard) 
   EXPECT_EQ(textIn("other"), "");
   EXPECT_TRUE(desk.isInFront(*other)) << "the user stays where they went";
 }
-
-}  // namespace murmel::test

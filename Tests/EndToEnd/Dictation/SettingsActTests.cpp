@@ -1,7 +1,5 @@
 #include "DictationDesk.h"
 
-namespace murmel::test {
-
 namespace {
 
 constexpr const char* settingsAreInFront =
@@ -51,5 +49,3 @@ TEST_F(DictationDesk, WhatIsChangedInTheWindowIsInTheFileAndActs) {
   EXPECT_TRUE(waitForClipboard(eightOfSpadesAndMore.word));
   EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(data() / "history.sealed"); }));
 }
-
-}  // namespace murmel::test

@@ -96,23 +96,12 @@ TEST_F(Recorder, takes_what_is_pressed_three_times_in_a_row) {
   constexpr auto super = KEY_LEFTMETA;
   const std::vector<Row> rows{
       {{ctrl, super}, "Ctrl+Super"},
-      {{super, ctrl}, "Ctrl+Super"},
-      {{ctrl}, "Ctrl"},
       {{KEY_RIGHTCTRL}, "Ctrl"},
       {{alt}, "Alt"},
-      {{alt, shift}, "Alt+Shift"},
       {{ctrl, alt, shift, super}, "Ctrl+Alt+Shift+Super"},
-      {{ctrl, KEY_SPACE}, "Ctrl+Space"},
-      {{alt, KEY_PAGEUP}, "Alt+Page Up"},
-      {{super, KEY_J}, "Super+J"},
-      {{super, shift, KEY_D}, "Shift+Super+D"},
-      {{ctrl, KEY_ENTER}, "Ctrl+Enter"},
       {{ctrl, KEY_TAB}, "Ctrl+Tab"},
-      {{ctrl, KEY_BACKSPACE}, "Ctrl+Backspace"},
       {{ctrl, alt, KEY_DELETE}, "Ctrl+Alt+Delete"},
-      {{ctrl, KEY_LEFT}, "Ctrl+←"},
       {{alt, KEY_F8}, "Alt+F8"},
-      {{ctrl, KEY_1}, "Ctrl+1"},
       {{ctrl, KEY_SEMICOLON}, "Ctrl+;"},
       {{ctrl, super, KEY_SPACE}, "Ctrl+Super+Space"},
   };
@@ -128,8 +117,7 @@ TEST_F(Recorder, takes_what_is_pressed_three_times_in_a_row) {
           << row.title << (withTap ? " by the tap" : "");
       EXPECT_EQ(shortcutTitle(*saved).toStdString(), row.title);
       ASSERT_TRUE(waitUntil([this] { return sheet.isNull(); }));
-      keyboard.press(KEY_ESC);  // whatever the window manager has opened
-      keyboard.release(KEY_ESC);
+      chord({KEY_ESC});  // whatever the window manager has opened
     }
   }
 }
@@ -158,10 +146,8 @@ TEST_F(Recorder, refuses_what_types_and_leaves_with_escape) {
   EXPECT_TRUE(waitUntil([&] { return says("Super was detected"); }));
   chord({KEY_LEFTALT, KEY_SPACE});
   EXPECT_TRUE(waitUntil([&] { return says("taken"); })) << "the window manager has reserved it";
-  keyboard.press(KEY_ESC);
-  keyboard.release(KEY_ESC);
-  keyboard.press(KEY_ESC);
-  keyboard.release(KEY_ESC);
+  chord({KEY_ESC});
+  chord({KEY_ESC});
   EXPECT_TRUE(waitUntil([this] { return sheet.isNull(); }));
   EXPECT_FALSE(saved);
   EXPECT_FALSE(isSuspended);

@@ -276,28 +276,6 @@ TEST_F(ShortcutEndToEnd, LosesNoneOfAThousandQuickPresses) {
   }
 }
 
-TEST_F(ShortcutEndToEnd, OurOwnPasteIsNoShortcut) {
-  shortcut.configuration = configuration(ShortcutChoice::controlKey);
-  const auto paste = [this](bool announced) {
-    for (const auto& [key, type] : {std::pair(KEY_LEFTCTRL, XCB_KEY_PRESS),
-                                    {KEY_V, XCB_KEY_PRESS},
-                                    {KEY_V, XCB_KEY_RELEASE},
-                                    {KEY_LEFTCTRL, XCB_KEY_RELEASE}}) {
-      if (announced) {
-        shortcut.injectedKeys.expect(static_cast<std::uint32_t>(key) + xKeyCodeOffset, type == XCB_KEY_PRESS);
-      }
-      keyboard.send(static_cast<std::uint32_t>(key), static_cast<std::uint8_t>(type));
-    }
-    keyboard.settle();
-  };
-  focused.forgetOutput();
-  paste(true);
-  EXPECT_EQ(shortcut.callsOf(keyboard), "");
-  EXPECT_TRUE(focused.waitForOutput("keycode 55 (keysym 0x76, v)")) << "it is a key for everybody else";
-  paste(false);
-  EXPECT_EQ(shortcut.callsOf(keyboard), "press release");
-}
-
 TEST_F(ShortcutEndToEnd, ToleratesWhatOtherToolsInject) {
   ASSERT_TRUE(run("xdotool key Alt_R key --delay 0 Alt_L key a keyup Alt_L keyup space"));
   const auto calls = shortcut.callsOf(keyboard);
