@@ -2,8 +2,6 @@
 #include "KeyboardDesk.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 namespace {
 
 Task<void> wait(KeyboardPoster& poster, bool& ended) {
@@ -73,5 +71,3 @@ TYPED_TEST(KeyboardPosterContract, WaitsForAHeldModifierButNotForEver) {
   const std::size_t chords = this->desk.letsGoOfModifiers ? 1 : 0;
   EXPECT_TRUE(this->desk.waitUntil([&] { return this->desk.chordsSeenBy(application) == chords; }));
 }
-
-}  // namespace murmel::test

@@ -3,9 +3,6 @@
 #include "Support/Testing.h"
 
 #include <stop_token>
-#include <thread>
-
-namespace murmel::test {
 
 namespace {
 
@@ -150,5 +147,3 @@ TEST(X11KeyboardPoster, AKeyboardThatSomebodyHasGrabbedIsSecureAndGetsNothing) {
   ASSERT_TRUE(desk.waitUntil([&] { return desk.chordsSeenBy(application) == 1; }));
   EXPECT_EQ(application->told("focus").size(), focusEvents) << "looking does not disturb the focus";
 }
-
-}  // namespace murmel::test

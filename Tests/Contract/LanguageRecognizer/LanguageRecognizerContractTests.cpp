@@ -2,8 +2,6 @@
 #include "Platform/Linux/LanguageRecognizer/CLD2LanguageRecognizer.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 namespace {
 
 template <class Recognizer>

@@ -1,8 +1,6 @@
 #include "PasteboardDesk.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 template <class Desk>
 class PasteboardContract : public ::testing::Test {
  protected:
@@ -145,5 +143,3 @@ TYPED_TEST(PasteboardContract, HandsNothingOverWhereNobodyTakesIt) {
   this->desk.writeByAnother(oneText("theirs"));
   EXPECT_EQ(handOver(), ClipboardHandOver::notOurs);
 }
-
-}  // namespace murmel::test

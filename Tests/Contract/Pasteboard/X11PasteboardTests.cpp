@@ -7,9 +7,6 @@
 #include "Support/Testing.h"
 
 #include <future>
-#include <thread>
-
-namespace murmel::test {
 
 using namespace std::string_literals;
 
@@ -221,5 +218,3 @@ TEST_F(X11PasteboardTest, TheTwoSelectionsAreApart) {
   EXPECT_EQ(desk.readByAnother("UTF8_STRING"), "clipboard");
   EXPECT_EQ(ClipboardReader("PRIMARY").read("UTF8_STRING")->data, "primary");
 }
-
-}  // namespace murmel::test

@@ -6,8 +6,6 @@
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/RealLoop.h"
 
-namespace murmel::test {
-
 TEST(ShortcutTrial, GivesUpOnADesktopThatStaysSilentWhileTheUserIsAsked) {
   using Event = ShortcutTrial::Event;
   using Verdict = ShortcutTrial::Verdict;
@@ -97,5 +95,3 @@ TEST(TriedShortcuts, AreHeardUntilThePortalEndsItAndThenTakeTheNextRoad) {
   ASSERT_TRUE(loop.waitUntil([&] { return heard == std::vector{lost}; }));
   EXPECT_FALSE(shortcuts->permission(request).granted);
 }
-
-}  // namespace murmel::test

@@ -16,10 +16,6 @@
 #include <QDBusVirtualObject>
 #include <QVariantMap>
 
-#include <fcntl.h>
-
-namespace murmel::test {
-
 namespace {
 
 const auto sessionPath = QStringLiteral("/org/freedesktop/login1/session/one");
@@ -167,5 +163,3 @@ TEST(SessionGuard, SeesLockersThatTellNobody) {
     EXPECT_TRUE(waitUntil([&] { return told && !guard.obstacle(); }));
   }
 }
-
-}  // namespace murmel::test

@@ -3,8 +3,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <unistd.h>
-
 using enum MicrophonePermissionPhase;
 
 namespace {

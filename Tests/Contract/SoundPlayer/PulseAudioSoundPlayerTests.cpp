@@ -9,7 +9,6 @@
 #include "Support/Listening.h"
 #include "Support/Testing.h"
 
-#include <cmath>
 #include <ranges>
 
 namespace {

@@ -2,8 +2,6 @@
 #include "Support/Wayland/WaylandTargetDesk.h"
 #include "Support/X11/DesktopOfTargets.h"
 
-namespace murmel::test {
-
 template <class Desk>
 class WorkspaceContract : public ::testing::Test {
  protected:
@@ -96,5 +94,3 @@ TEST(X11Workspace, AProcessThatCannotBeSeenLastsAsLongAsItsWindow) {
   reused.startTime = 1;
   EXPECT_TRUE(desk.workspace().isTerminated(reused));
 }
-
-}  // namespace murmel::test

@@ -1,44 +1,40 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
 
-using namespace murmel;
-using namespace std::chrono_literals;
-
-namespace {
-
-struct Row {
-  const char* answer;
-  const char* expected;
-  /// Only for servers that never come to an end.
-  std::chrono::milliseconds limit = 30s;
-};
-
-class ServerAnswers : public ServerBench, public ::testing::WithParamInterface<Row> {};
-
-}  // namespace
-
-TEST_P(ServerAnswers, BecomeFormattedOrRawText) {
-  settings.limits.asking.request = GetParam().limit;
-  script(std::string("answer ") + GetParam().answer + "\nanswer format");
-  ASSERT_TRUE(prepare()) << diagnostic();
-  EXPECT_EQ(refine("hello world how are you"), GetParam().expected);
+TEST_F(ServerBench, AnAnswerBecomesFormattedOrRawText) {
+  constexpr auto formatted = "Hello world how are you.";
+  constexpr auto raw = "RAW";
+  struct Row {
+    const char* answer;
+    const char* expected;
+    Duration limit = 30s;  // less only for servers that never come to an end
+  };
+  for (const auto& row : std::vector<Row>{
+           {"format", formatted},
+           {"status 500", raw},
+           {"silent", raw, 100ms},
+           {"drip", raw, 100ms},
+           {"die", raw},
+           {"body []", raw},
+           {"say Hello, world! How are you?", "Hello, world! How are you?"},
+           {"say <think>\\nThe user greets.\\n</think>\\n\\nHello, world! How are you?",
+            "Hello, world! How are you?"},
+           {"say I'm fine, thank you for asking!", raw},
+           {"say", raw},
+           {"say {key}", raw},
+           {"say Bonjour le monde, comment allez-vous ?", raw},
+           // What is added, removed or replaced never arrives; what stands at the words does.
+           {"say {key} {text}!", "hello world how are you!"},
+           {"say Sure! Hello, world, how are we?", "Hello, world, how are you?"},
+           {"say Hello, world.", "Hello, world. how are you"},
+       }) {
+    SCOPED_TRACE(row.answer);
+    releasePool();
+    settings.limits.asking.request = row.limit;
+    script(std::string("answer ") + row.answer + "\nanswer format");
+    ASSERT_TRUE(prepare()) << diagnostic();
+    EXPECT_EQ(refine("hello world how are you"), row.expected);
+  }
 }
-
-constexpr auto formatted = "Hello world how are you.";
-constexpr auto raw = "RAW";
-
-INSTANTIATE_TEST_SUITE_P(
-    Behaviours, ServerAnswers,
-    ::testing::Values(Row{"format", formatted}, Row{"status 500", raw}, Row{"silent", raw, 100ms},
-                      Row{"drip", raw, 100ms}, Row{"die", raw}, Row{"body []", raw},
-                      Row{"say Hello, world! How are you?", "Hello, world! How are you?"},
-                      Row{"say <think>\\nThe user greets.\\n</think>\\n\\nHello, world! How are you?",
-                          "Hello, world! How are you?"},
-                      Row{"say I'm fine, thank you for asking!", raw}, Row{"say", raw}, Row{"say {key}", raw},
-                      Row{"say Bonjour le monde, comment allez-vous ?", raw},
-                      // What is added, removed or replaced never arrives; what stands at the words does.
-                      Row{"say {key} {text}!", "hello world how are you!"},
-                      Row{"say Sure! Hello, world, how are we?", "Hello, world, how are you?"},
-                      Row{"say Hello, world.", "Hello, world. how are you"}));
 
 TEST_F(ServerBench, GivesUpAfterThreeSecondsByItself) {
   settings.limits.asking.request = QwenServerLimits().asking.request;

@@ -1,26 +1,12 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
 #include "Support/ChildProgram.h"
 #include "Support/FileBytes.h"
-
-#include <csignal>
+#include "Support/ProcessTraces.h"
 
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
 
-using namespace murmel;
-using namespace std::chrono_literals;
-
 namespace {
-
-bool isGone(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string number;
-  std::string name;
-  char state = 'X';
-  file >> number >> name >> state;
-  return state == 'Z' || state == 'X';
-}
 
 void bindStaleSocket(const std::filesystem::path& path) {
   sockaddr_un address{};
@@ -213,14 +199,12 @@ TEST_F(ServerBench, EndsAServerThatStillStarts) {
 TEST_F(ServerBench, NothingSurvivesTheSuddenDeathOfTheApplication) {
   script("answer format");
   test::ChildProgram host({MURMEL_SERVER_HOST, temporary.path(), MURMEL_STUB_SERVER, files.model});
-  std::string line;
-  for (char byte = 0; ::read(host.output(), &byte, 1) == 1 && byte != '\n';) line += byte;
-  const auto server = static_cast<pid_t>(std::stoi(line));
+  const auto server = static_cast<pid_t>(std::stoi(host.line()));
   ASSERT_GT(server, 0);
-  EXPECT_FALSE(isGone(server));
+  EXPECT_FALSE(hasEnded(server));
   EXPECT_EQ(leftBehind().size(), 2U);
   host.end(SIGKILL);
-  EXPECT_TRUE(executor.waitUntil([&] { return isGone(server); }));
+  EXPECT_TRUE(executor.waitUntil([&] { return hasEnded(server); }));
   ASSERT_TRUE(prepare());
   EXPECT_EQ(leftBehind().size(), 2U) << "the dead one's socket and folder are still there";
 }

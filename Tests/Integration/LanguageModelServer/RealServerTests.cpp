@@ -5,14 +5,6 @@
 #include "Support/BuildPaths.h"
 
 #include <atomic>
-#include <csignal>
-#include <cstdlib>
-#include <random>
-#include <thread>
-#include <vector>
-
-using namespace murmel;
-using namespace std::chrono_literals;
 
 namespace {
 

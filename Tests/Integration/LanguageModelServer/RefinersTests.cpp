@@ -3,8 +3,6 @@
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Support/MemoryLogSink.h"
 
-using namespace murmel;
-
 namespace {
 
 /// The whole of the application's refiners, on the stub that a development build is pointed to.

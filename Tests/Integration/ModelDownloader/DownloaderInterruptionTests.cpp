@@ -2,10 +2,6 @@
 #include "Integration/ModelDownloader/RunningDownloader.h"
 #include "Support/Testing.h"
 
-#include <random>
-#include <thread>
-
-namespace murmel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -103,4 +99,3 @@ TEST(DownloaderInterruption, EndsWithItsInput) {
 }
 
 }  // namespace
-}  // namespace murmel::test

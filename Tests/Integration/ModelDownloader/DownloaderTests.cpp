@@ -4,9 +4,7 @@
 #include "Support/Testing.h"
 
 #include <sys/resource.h>
-#include <sys/stat.h>
 
-namespace murmel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -376,5 +374,3 @@ TEST_F(Downloader, OnlyOneWorksInAStore) {
 }
 
 }  // namespace
-
-}  // namespace murmel::test

@@ -6,11 +6,6 @@
 #include "Support/BuildPaths.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-
-#include <unistd.h>
-
-namespace murmel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -114,4 +109,3 @@ TEST_F(ShippedDownloader, GoesOnWhenItIsKilled) {
 }
 
 }  // namespace
-}  // namespace murmel::test

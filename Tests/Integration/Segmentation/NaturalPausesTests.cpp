@@ -2,8 +2,6 @@
 #include "Segmentation/SegmentCutter.h"
 #include "Support/Testing.h"
 
-#include <limits>
-
 namespace {
 
 constexpr double infinite = std::numeric_limits<double>::infinity();

@@ -2,11 +2,8 @@
 
 #include "Support/Testing.h"
 
-#include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
-#include <random>
 #include <sstream>
 
 namespace murmel {

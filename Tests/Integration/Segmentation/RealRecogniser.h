@@ -13,8 +13,6 @@
 #include "Support/Testing.h"
 
 #include <atomic>
-#include <csignal>
-#include <stdexcept>
 
 namespace murmel {
 

@@ -2,17 +2,7 @@
 #include "NaturalSpeech.h"
 #include "RealRecogniser.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <iostream>
-#include <iterator>
-#include <limits>
-#include <optional>
-#include <random>
-#include <stdexcept>
-#include <utility>
-
-using namespace murmel;
 
 namespace {
 

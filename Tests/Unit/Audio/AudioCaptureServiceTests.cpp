@@ -6,9 +6,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-#include <limits>
-
 namespace {
 
 constexpr float infinity = std::numeric_limits<float>::infinity();

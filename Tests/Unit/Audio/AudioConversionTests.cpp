@@ -1,10 +1,7 @@
 #include "Audio/AudioCaptureService.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-#include <limits>
 #include <numeric>
-#include <stdexcept>
 
 namespace {
 

@@ -3,8 +3,6 @@
 #include "Foundation/Text/Text.h"
 #include "Support/Testing.h"
 
-#include <random>
-
 namespace {
 
 std::string applied(std::string_view vocabulary, std::string_view text) {

@@ -3,8 +3,6 @@
 #include "DeliveryHarness.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 namespace {
 
 class ClipboardTransactionTest : public ::testing::Test {
@@ -126,5 +124,3 @@ TEST_F(ClipboardTransactionTest, WhatIsNotDeliveredInTimeIsNotWaitedForAndNotCla
   EXPECT_EQ(await(transaction.restorePrevious()), Restoration::nothingKept);
   EXPECT_EQ(desk.general.readBy({999, 999}, "UTF8_STRING"), "words") << "for everybody now";
 }
-
-}  // namespace murmel::test

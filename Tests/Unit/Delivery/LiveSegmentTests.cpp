@@ -1,8 +1,6 @@
 #include "DeliveryHarness.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 namespace {
 
 bool insert(DeliveryHarness& desk, const std::string& phrase) {
@@ -64,5 +62,3 @@ TEST(LiveSegment, APhraseRefusedAtTheLastMomentLeavesTheClipboardAsItWas) {
   EXPECT_EQ(desk.service->lastBlock(), LiveInsertionBlock::targetNotActive);
   EXPECT_EQ(desk.general.contents(), richClipboard());
 }
-
-}  // namespace murmel::test

@@ -1,8 +1,6 @@
 #include "Delivery/PasteChordTable.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 TEST(PasteChordTable, KnowsTerminalsAndTakesCtrlVElsewhere) {
   const PasteChordTable table;
   EXPECT_EQ(table.method("Mousepad", "mousepad"), PasteMethod{});
@@ -34,5 +32,3 @@ TEST(PasteChordTable, TheUsersLinesWinAndBadOnesAreNamed) {
   for (const auto& line : invalid) numbers.push_back(line.number);
   EXPECT_EQ(numbers, (std::vector<std::size_t>{5, 6, 7, 8}));
 }
-
-}  // namespace murmel::test

@@ -1,8 +1,6 @@
 #include "Delivery/PasteReceipts.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 using Step = PasteReceipts::Step;
 
 TEST(PasteReceipts, DecidesByTheReads) {
@@ -45,5 +43,3 @@ TEST(PasteReceipts, DecidesByTheReads) {
     EXPECT_EQ(verdict.until - posted, row.until);
   }
 }
-
-}  // namespace murmel::test

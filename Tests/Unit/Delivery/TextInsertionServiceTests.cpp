@@ -3,8 +3,6 @@
 #include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
-namespace murmel::test {
-
 const std::string spoken = "dictated words";
 
 // MARK: the checks before a paste
@@ -478,5 +476,3 @@ TEST(DictationSpacing, PutsASpaceBetweenTwoDictationsWithNothingInBetween) {
     EXPECT_EQ(spacing.spaced(SpokenText(row.second), row.window).reveal(), row.second) << row.what;
   }
 }
-
-}  // namespace murmel::test

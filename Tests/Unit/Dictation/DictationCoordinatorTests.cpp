@@ -1,8 +1,6 @@
 #include "DictationHarness.h"
 #include "Support/Testing.h"
 
-#include <limits>
-
 using Case = DictationState::Case;
 
 namespace {

@@ -6,8 +6,6 @@
 #include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-
 using Case = DictationState::Case;
 
 namespace {

@@ -12,11 +12,6 @@
 #include "Support/Awaiting.h"
 #include "Support/DictationFakes.h"
 
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace murmel::test {
 
 /// A coordinator among fakes. Destruction is checked too: every lease must be back by then.

@@ -2,8 +2,6 @@
 #include "Support/Awaiting.h"
 #include "Support/Testing.h"
 
-#include <random>
-
 namespace {
 
 /// Everything that can happen to a coordinator, as moves of a random walk. Each neighbour that suspends is

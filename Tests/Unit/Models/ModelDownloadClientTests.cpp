@@ -5,7 +5,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <csignal>
 #include <mutex>
 
 namespace murmel {

@@ -4,11 +4,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <thread>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-
 namespace {
 
 constexpr SpeechModelFile files[] = {

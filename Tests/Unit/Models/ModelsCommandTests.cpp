@@ -4,9 +4,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <csignal>
-#include <thread>
-
 namespace murmel {
 namespace {
 

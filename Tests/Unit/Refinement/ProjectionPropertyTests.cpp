@@ -5,8 +5,6 @@
 #include "Refinement/ConservativeFormattingProjection.h"
 #include "Support/Testing.h"
 
-#include <random>
-
 namespace {
 
 using Projection = ConservativeFormattingProjection;

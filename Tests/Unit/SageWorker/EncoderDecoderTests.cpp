@@ -2,8 +2,6 @@
 #include "Support/Testing.h"
 #include "Workers/SageWorker/EncoderDecoder.h"
 
-#include <random>
-
 using namespace murmel::worker;
 
 namespace {

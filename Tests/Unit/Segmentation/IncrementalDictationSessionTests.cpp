@@ -5,7 +5,6 @@
 #include "Support/Testing.h"
 
 #include <cctype>
-#include <limits>
 
 namespace {
 

@@ -2,8 +2,6 @@
 #include "Support/SoundTape.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-
 namespace {
 
 using Kind = PhrasePause::Kind;

@@ -2,8 +2,6 @@
 #include "Support/SoundTape.h"
 #include "Support/Testing.h"
 
-#include <limits>
-
 namespace {
 
 constexpr double unlimited = std::numeric_limits<double>::infinity();

@@ -3,9 +3,6 @@
 #include "Support/SoundTape.h"
 #include "Support/Testing.h"
 
-#include <limits>
-#include <random>
-
 namespace {
 
 using Pcm = PrivateVector<std::uint8_t>;

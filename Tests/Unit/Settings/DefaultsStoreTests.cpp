@@ -5,8 +5,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <cerrno>
-
 namespace {
 
 class DefaultsStoreTest : public ::testing::Test {

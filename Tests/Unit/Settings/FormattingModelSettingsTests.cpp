@@ -3,8 +3,6 @@
 #include "Settings/SettingsKeys.h"
 #include "SettingsDesk.h"
 
-namespace murmel::test {
-
 using FormattingModelSettingsTest = SettingsRepositoryTest;
 
 TEST_F(FormattingModelSettingsTest, AModelThatIsNotReadyGivesWayToOneThatIs) {
@@ -100,5 +98,3 @@ TEST_F(FormattingModelSettingsTest, AnInventoryThatIsNotKnownYetChangesNothingAn
     isInventoryKnown = false;
   }
 }
-
-}  // namespace murmel::test

@@ -6,10 +6,6 @@
 #include "Support/FileBytes.h"
 #include "Support/Testing.h"
 
-#include <cerrno>
-
-namespace murmel::test {
-
 namespace {
 
 using Language = DictationLanguage;
@@ -291,5 +287,3 @@ TEST_F(SettingsRepositoryTest, ImportsTheEarlierPreferencesOnceAndOverwritesNoth
   settingsMigration::importLegacyPreferences(fresh, files, reader, folder.path() / "absent.plist");
   EXPECT_EQ(fresh.values.size(), 1U);
 }
-
-}  // namespace murmel::test

@@ -3,9 +3,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace {
 
 class RuntimePolicy : public ::testing::Test {

@@ -2,8 +2,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <iterator>
-
 namespace {
 
 TEST(XdgAutostart, switches_its_own_entry_and_overrules_that_of_the_system) {

@@ -3,9 +3,6 @@
 #include "Shortcut/ShortcutChoice.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-#include <random>
-
 using Kind = ShortcutConfiguration::Kind;
 using Transition = HotkeyStateMachine::Transition;
 

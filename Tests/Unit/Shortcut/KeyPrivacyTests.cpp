@@ -1,8 +1,6 @@
 #include "Support/BuildPaths.h"
 #include "Support/Testing.h"
 
-#include <iterator>
-
 // Keys are what a password is made of: the code that sees them has no way to write anything anywhere.
 TEST(KeyPrivacy, CodeThatSeesKeysCannotLogOrPrint) {
   const std::filesystem::path source(murmel::sourceFolder() + "/MRMPrototype");

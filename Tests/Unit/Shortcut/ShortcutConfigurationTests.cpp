@@ -3,8 +3,6 @@
 #include "Shortcut/ShortcutConfiguration.h"
 #include "Support/Testing.h"
 
-#include <limits>
-
 using Kind = ShortcutConfiguration::Kind;
 
 TEST(ShortcutConfiguration, TitlesNameModifiersInOneOrderAndThenTheKey) {

@@ -6,9 +6,6 @@
 #include "Support/FileBytes.h"
 #include "Support/Testing.h"
 
-#include <cmath>
-#include <limits>
-
 namespace {
 
 SecretBytes secret(std::span<const std::uint8_t> bytes) {

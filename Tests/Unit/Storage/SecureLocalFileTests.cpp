@@ -9,10 +9,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-#include <cerrno>
-
-#include <sys/stat.h>
-
 namespace {
 
 using Case = SecureLocalStorageError::Case;

@@ -8,8 +8,6 @@
 #include "Support/Testing.h"
 #include "Unit/Updates/SignedFeed.h"
 
-#include <csignal>
-
 namespace murmel {
 namespace {
 
