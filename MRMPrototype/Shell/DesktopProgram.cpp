@@ -52,7 +52,7 @@ class SelfTestFolders {
   explicit SelfTestFolders(const Installation& installation)
       : root_(installation.folders.temporary / ("murmel-self-test-" + std::to_string(::getpid()))),
         installation_(installation) {
-    std::filesystem::create_directory(root_);
+    std::filesystem::create_directory(root_, failure_);
     installation_.folders.configuration = root_ / "config";
     installation_.folders.data = root_ / "data";
   }
@@ -64,9 +64,14 @@ class SelfTestFolders {
   SelfTestFolders& operator=(const SelfTestFolders&) = delete;
 
   [[nodiscard]] const Installation& installation() const { return installation_; }
+  /// Why there is no place for them; empty otherwise.
+  [[nodiscard]] std::string failure() const {
+    return failure_ ? root_.string() + " cannot be made: " + failure_.message() : std::string();
+  }
 
  private:
   std::filesystem::path root_;
+  std::error_code failure_;
   Installation installation_;
 };
 
@@ -110,6 +115,7 @@ int runDesktop(Arguments arguments, const Installation& users, const DesktopRole
   const auto selfTest = role.selfTest;
   std::optional<SelfTestFolders> ownFolders;
   if (selfTest != LaunchSelfTest::none) ownFolders.emplace(users);
+  if (ownFolders && !ownFolders->failure().empty()) return complain(ownFolders->failure());
   const auto& installation = ownFolders ? ownFolders->installation() : users;
   if (!mayOpenEnoughFiles())
     return complain("Too few files may be open at once; “ulimit -n” must allow " +

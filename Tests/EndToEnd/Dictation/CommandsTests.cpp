@@ -132,4 +132,6 @@ TEST_F(DictationDesk, TheSelfTestsEndByThemselvesAndWriteNothing) {
     EXPECT_TRUE(succeeds(std::string(MURMEL_EXECUTABLE) + " " + flag)) << flag;
   }
   EXPECT_TRUE(std::filesystem::is_empty(configuration()));
+  const auto nowhere = std::string("env HOME=/dev/null XDG_DATA_HOME=/dev/null XDG_RUNTIME_DIR=/dev/null ");
+  EXPECT_EQ(outputOf(nowhere + MURMEL_EXECUTABLE + " --mrm-release-launch-smoke 2>/dev/null; echo $?"), "1");
 }
