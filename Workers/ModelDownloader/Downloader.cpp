@@ -82,7 +82,7 @@ int runDownloader(const Options& options, std::span<const ApprovedModelDownload>
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   ReportWriter reports(output);
-  const auto store = StoreFolder::open(options.store, WithoutLocks::trusted);
+  const auto store = StoreFolder::open(options.store);
   if (!store) {
     reports.write(FatalReport{store.error().message});
     return 1;

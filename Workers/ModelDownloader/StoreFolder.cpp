@@ -41,16 +41,11 @@ bool readThrough(int file, Use use) {
 
 }  // namespace
 
-std::expected<StoreFolder, FileError> StoreFolder::open(const std::filesystem::path& root,
-                                                        WithoutLocks withoutLocks) {
+std::expected<StoreFolder, FileError> StoreFolder::open(const std::filesystem::path& root) {
   auto folder = OwnFolder::open(root);
   if (!folder) return std::unexpected(folder.error());
-  if (::flock(folder->descriptor(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno == EWOULDBLOCK)
-      return std::unexpected(FileError{false, "Another download into this folder is running."});
-    if (withoutLocks == WithoutLocks::refused)
-      return std::unexpected(FileError{false, "The file system of the folder has no locks."});
-  }
+  if (::flock(folder->descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+    return std::unexpected(FileError{false, "Another download into this folder is running."});
   StoreFolder store(*std::move(folder));
   const auto partial = store.partialFolder();
   if (!partial) return std::unexpected(partial.error());

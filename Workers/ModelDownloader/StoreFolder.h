@@ -14,17 +14,14 @@
 
 namespace murmel::downloader {
 
-/// Where the file system has none: whoever starts this process may hold another lock while it runs.
-enum class WithoutLocks { refused, trusted };
-
 /// The store on the disk, as the downloader writes it: partial files in a folder of their own, and whole
-/// files that appear in their places at once. One process at a time.
+/// files that appear in their places at once. One process at a time; where the file system has no locks,
+/// whoever starts the processes sees to that.
 class StoreFolder {
  public:
   /// Creates what is missing of `root`, private to the user, takes the store for this process and clears away
   /// what an interrupted installation left. The error is one sentence.
-  static std::expected<StoreFolder, FileError> open(const std::filesystem::path& root,
-                                                    WithoutLocks withoutLocks = WithoutLocks::refused);
+  static std::expected<StoreFolder, FileError> open(const std::filesystem::path& root);
 
   std::expected<PartialFile, FileError> partial(std::string_view sha256) const;
 

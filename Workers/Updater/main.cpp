@@ -36,7 +36,8 @@ std::expected<void, std::string> unpack(const UpdaterOptions& options, const Upd
 }
 
 std::expected<void, std::string> withInstallation(const UpdaterOptions& options, UpdaterReport& report) {
-  // One updater at a time.
+  // One updater at a time. Where the file system has no locks, the lock of the application's only instance
+  // sees to that: nobody else starts one.
   const auto arrivals = downloader::StoreFolder::open(options.root / arrivalsFolder);
   if (!arrivals) return std::unexpected(arrivals.error().message);
   if (options.task == UpdaterTask::exchange || options.task == UpdaterTask::restore) {

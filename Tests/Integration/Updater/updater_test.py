@@ -289,6 +289,13 @@ class UpdaterTest(unittest.TestCase):
         self.assertEqual(self.update().returncode, 0)
         self.assert_installed(100)
 
+    def test_a_file_system_without_locks_is_good_enough(self):
+        self.host.publish(self.archive)
+        without = ["strace", "-f", "-o", "/dev/null", "-e", "inject=flock:error=ENOLCK"]
+        for task in ("download", "unpack", "exchange"):
+            self.assertIn('"done"', self.step(task, without))
+        self.assert_installed(100)
+
     def test_killed_at_every_step_one_version_stays(self):
         self.host.publish(self.archive)
         steps = [("unpack", "mkdirat:signal=KILL:when=1"), ("unpack", "fchdir:signal=KILL:when=1"),
