@@ -90,6 +90,9 @@ class TextInsertionService final : public TextInsertion {
   [[nodiscard]] const std::optional<RunningApplication>& target() const { return target_; }
 
  private:
+  /// Where a paste goes, and by which keys.
+  struct PasteOrder;
+
   [[nodiscard]] bool canBeTarget(const RunningApplication& application) const;
   void activated(const RunningApplication& application);
   void setTarget(const RunningApplication& application);
@@ -107,8 +110,15 @@ class TextInsertionService final : public TextInsertion {
   Task<TextDeliveryResult> takeBack(LiveInsertionBlock block, std::vector<ClipboardTransaction> transactions,
                                     SpokenText text, bool liveOnly);
   Task<void> bringBack();
+  [[nodiscard]] Task<FocusedFieldKind> fieldOf(std::optional<RunningApplication> application);
+  /// False when somebody goes on holding modifiers.
+  Task<bool> awaitFreeKeys();
+  /// Nothing when the clipboard could not be taken.
+  Task<std::optional<SentPaste>> putForTarget(SpokenText text, PasteOrder order);
   /// Lets the target look at the new clipboard before it is told to paste.
-  Task<void> awaitReadiness(TargetReads& reads, bool looksFirst);
+  Task<void> awaitReadiness(TargetReads& reads, PasteOrder order);
+  /// Looks once more, then sends the keys; why not, otherwise.
+  std::optional<LiveInsertionBlock> pressKeys(const PasteOrder& order, Instant& postedAt);
   Task<TextDeliveryResult> settlePosted(SentPaste paste);
 
   TextInsertionDesktop desktop_;
