@@ -5,11 +5,15 @@
 #include "Shell/Checks/CheckRunner.h"
 #include "Shell/Checks/Checks.h"
 #include "Shell/IntelCommandTarget.h"
+#include "Shell/InterruptSignal.h"
 #include "Shell/LaunchRole.h"
 #include "Shell/StartReplies.h"
 #include "Support/Testing.h"
 
+#include <csignal>
+
 #include <fmt/core.h>
+#include <pthread.h>
 
 namespace {
 
@@ -223,6 +227,23 @@ TEST(StartReplies, ComeWhenTheMicrophoneIsOpenOrTheStartHasFailed) {
   executor.advance(StartReplies::limit);
   states.emit(DictationState::error("later"));
   EXPECT_EQ(answers, (Strings{"done", "no microphone", "done"}));
+}
+
+TEST(InterruptSignal, TellsTheFirstRequestToEndButNoHangUpThatIsIgnored) {
+  for (const bool isIgnored : {false, true}) {
+    const auto before = std::signal(SIGHUP, isIgnored ? SIG_IGN : SIG_DFL);
+    const auto ending = endingSignals();
+    std::signal(SIGHUP, before);
+    EXPECT_EQ(::sigismember(&ending, SIGHUP), isIgnored ? 0 : 1) << "as by nohup";
+  }
+  for (const int signal : {SIGINT, SIGTERM}) {
+    ManualExecutor executor;
+    InterruptSignal interrupts(executor);
+    int told = 0;
+    interrupts.setHandler([&told] { ++told; });
+    ::pthread_kill(::pthread_self(), signal);
+    EXPECT_TRUE(executor.waitUntil([&told] { return told == 1; }));
+  }
 }
 
 TEST(AppDelegate, LaunchStepsComeInTheirOrder) {
