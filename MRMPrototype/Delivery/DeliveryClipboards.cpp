@@ -50,7 +50,6 @@ Task<std::vector<ClipboardTransaction>> DeliveryClipboards::open(SpokenText text
 }
 
 Task<bool> DeliveryClipboards::copy(SpokenText text) {
-  lastCopySucceeded_ = false;
   auto [sender, receiver] = makeOneShot<bool>();
   const auto answer = std::make_shared<OneShotSender<bool>>(std::move(sender));
   scope_.start(write(std::move(text), answer));

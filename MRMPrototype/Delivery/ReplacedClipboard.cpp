@@ -24,9 +24,11 @@ void ReplacedClipboard::withdraw() {
 
 Task<bool> ReplacedClipboard::bringBack() {
   if (!offered_) co_return false;
-  auto replacing = pasteboard_.mrmReplaceIfUnchanged(offered_->contents, offered_->changeCount);
-  withdraw();
+  const auto count = offered_->changeCount;
+  auto replacing = pasteboard_.mrmReplaceIfUnchanged(offered_->contents, count);
   const auto replaced = co_await replacing;
+  // A clipboard that does not take it now may do so later.
+  if (replaced && offered_ && offered_->changeCount == count) withdraw();
   co_return replaced.has_value();
 }
 

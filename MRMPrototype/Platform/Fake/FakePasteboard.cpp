@@ -224,8 +224,8 @@ void FakePasteboard::makeReplacingSlow(Duration delay) {
   state_->replaceDelay = delay;
 }
 
-void FakePasteboard::refuseReplacing() {
-  state_->refuses = true;
+void FakePasteboard::refuseReplacing(bool refuses) {
+  state_->refuses = refuses;
 }
 
 }  // namespace murmel

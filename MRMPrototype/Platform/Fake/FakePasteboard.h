@@ -42,8 +42,8 @@ class FakePasteboard final : public ClipboardPasteboard {
   void makeOwnerSlow(Duration delay);
   /// From now on it takes so long to write to the clipboard.
   void makeReplacingSlow(Duration delay);
-  /// From now on the clipboard cannot be taken.
-  void refuseReplacing();
+  /// From now on the clipboard cannot be taken, or can be again.
+  void refuseReplacing(bool refuses = true);
 
  private:
   struct State;

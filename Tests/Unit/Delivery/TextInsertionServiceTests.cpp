@@ -303,10 +303,14 @@ TEST(TextInsertionService, ThereIsAWayBackToWhatATextForAPasteByHandHasReplaced)
     desk.executor.runUntilIdle();
     EXPECT_EQ(desk.service->canBringBackClipboard(), row.isOpen);
     if (!row.isOpen) continue;
-    desk.service->bringBackClipboard();
-    desk.executor.runUntilIdle();
+    for (const bool isTaken : {false, true}) {
+      desk.general.refuseReplacing(!isTaken);
+      desk.service->bringBackClipboard();
+      desk.executor.runUntilIdle();
+      EXPECT_EQ(desk.clipboardText(), isTaken ? "old" : spoken);
+      EXPECT_EQ(desk.service->canBringBackClipboard(), !isTaken);
+    }
     EXPECT_EQ(desk.general.contents(), richClipboard());
-    EXPECT_FALSE(desk.service->canBringBackClipboard());
   }
 }
 
