@@ -53,6 +53,8 @@ Task<void> DictationCoordinator::deliver(std::unique_ptr<Recording> recording) {
   if (*delivered == TextDeliveryResult::copiedFallback) {
     const bool copied = services_.insertion.lastCopySucceeded();
     drainOutcome_ = copied ? DrainOutcome::copied : DrainOutcome::notCopied;
+    // The words themselves are kept for two minutes only.
+    if (!copied) retryBuffer_.keep(std::move(recording->kept));
   }
 
   logSummary(*recording);

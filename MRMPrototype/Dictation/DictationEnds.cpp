@@ -77,7 +77,6 @@ std::expected<void, std::string> DictationCoordinator::retry() {
   recording->runtimePriority = runtimePriority_.hold();
   recording->kept = retryBuffer_.take();
   status_.cancelRecovery();
-  lastTranscript_.clear();
   prepareSession(*recording, /*live=*/false);
   const bool whole = recording->kept->replay(
       [&](PendingCapturedAudio audio) { recording->session->append(std::move(audio)); });
@@ -86,6 +85,7 @@ std::expected<void, std::string> DictationCoordinator::retry() {
     showRest();
     return refuse("The kept recording cannot be read any more.");
   }
+  lastTranscript_.clear();
   recording->insertionSession = beginInsertionSession(recording->operation);
   status_.show(DictationState::Case::transcribing);
   delivery_.start(deliver(std::move(recording)));

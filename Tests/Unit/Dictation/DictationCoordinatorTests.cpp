@@ -67,6 +67,7 @@ TEST_F(DictationCoordinatorTest, EveryDeliveryResultHasItsStateAndRestAfterwards
   insertion.copySucceeds = false;
   dictateByToggle();
   EXPECT_EQ(title(), notCopiedWarning) << "not called copied";
+  EXPECT_TRUE(coordinator->canRetry());
 }
 
 TEST_F(DictationCoordinatorTest, HowAPasteTurnedOutIsShownWhenItIsKnown) {
