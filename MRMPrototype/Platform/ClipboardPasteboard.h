@@ -81,7 +81,7 @@ class ClipboardPasteboard {
   /// Every change that somebody else made, with the new change count.
   [[nodiscard]] virtual Registration onForeignChange(std::function<void(std::int64_t)> handler) = 0;
 
-  /// Has the contents served beyond the end of this process, if they are ours. Takes 1 s at most.
+  /// Has the contents served beyond the end of this process, if they are ours. Takes 6 s at most.
   virtual Task<ClipboardHandOver> handOver() = 0;
 };
 

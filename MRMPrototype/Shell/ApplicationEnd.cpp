@@ -9,6 +9,7 @@
 #include <QSessionManager>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace murmel {
@@ -104,10 +105,13 @@ RepeatingTimer MRMPrototypeApp::hurryInTime(std::function<void()> hurry) {
 Task<DrainOutcome> MRMPrototypeApp::finishWords() {
   auto draining = coordinator_.drain();
   const DrainOutcome outcome = co_await draining;
+  std::optional<PasteSettlement> settled;
+  const auto settling =
+      delivery_.insertion.onPasteSettled([&settled](PasteSettlement how) { settled = how; });
   auto finishing = delivery_.insertion.finishPasteCleanup();
-  const auto settled = co_await finishing;
-  const bool wasTaken = settled != TextDeliveryResult::copiedFallback;
-  co_return outcome == DrainOutcome::done && !wasTaken ? DrainOutcome::copied : outcome;
+  co_await finishing;
+  if (outcome != DrainOutcome::done || !settled || hasArrived(*settled)) co_return outcome;
+  co_return settled == PasteSettlement::replacedUnread ? DrainOutcome::notCopied : DrainOutcome::copied;
 }
 
 Task<bool> MRMPrototypeApp::tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left) {

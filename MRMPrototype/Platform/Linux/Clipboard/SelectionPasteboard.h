@@ -80,8 +80,8 @@ class SelectionPasteboard : public ClipboardPasteboard {
     return events_->changes.subscribe(std::move(handler));
   }
   Task<ClipboardHandOver> handOver() override {
-    // The keeper answers in a few milliseconds.
-    static constexpr Duration patience = std::chrono::seconds(1);
+    // The keeper answers in a few milliseconds, unless it is just being started on a busy machine.
+    static constexpr Duration patience = std::chrono::seconds(6);
     return ask(loop_, [selection = &selection_] { return selection->handOver(patience); });
   }
 
