@@ -257,6 +257,7 @@ void DictationCoordinator::audioConfigurationChanged() {
     if (auto pending = services_.audio.takePendingAudio()) feed(*recording_, *std::move(pending));
     if (!recording_->session->heardSpeech()) {
       recording_->opensAnotherDevice = true;
+      hint_.showIfItLasts("Opening the microphone…");
       changes_.start(goOnWithNewDevice(recording_->operation));
       return;
     }
@@ -270,6 +271,7 @@ Task<void> DictationCoordinator::goOnWithNewDevice(OperationIdentifier operation
   const Result<void> restarted = co_await restarting;
   if (!recording_ || !operationTracker_.isCurrent(operation)) co_return;
   recording_->opensAnotherDevice = false;
+  hint_.clear();
   if (restarted) co_return;
   recording_->deviceChanged = true;
   stopAndTranscribe();

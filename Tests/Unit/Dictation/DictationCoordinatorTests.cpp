@@ -463,8 +463,11 @@ TEST_F(DictationCoordinatorTest, AHeadsetThatTakesOverBeforeAnySpeechIsListenedT
   EXPECT_EQ(state(), Case::listening);
   EXPECT_EQ(sessions.samples, 580U) << "what the device before it heard";
   EXPECT_EQ(input.startCount(), 2);
+  executor.advance(500ms);
+  EXPECT_EQ(overlay.hint, "Opening the microphone…") << "nobody hears what is said now";
   speak(50);
   executor.advance(1100ms);
+  EXPECT_EQ(overlay.hint, "");
   EXPECT_GE(sessions.samples, 630U);
   input.changeConfiguration();
   executor.runUntilIdle();
