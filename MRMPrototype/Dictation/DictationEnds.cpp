@@ -182,6 +182,7 @@ void DictationCoordinator::hurryDrain() {
   }
   operationTracker_.advance();
   delivery_.cancelAll();
+  if (state().isBusy()) showRest();
 }
 
 void DictationCoordinator::admit() {

@@ -343,6 +343,8 @@ TEST_F(DictationEnds, AHurriedDrainLeavesWhatIsRecognisedOnTheClipboard) {
     EXPECT_EQ(house.insertion.copied, row.copied);
     EXPECT_EQ(house.history.entries.size(), row.copied.size());
     EXPECT_TRUE(house.everythingIsBack());
+    EXPECT_EQ(house.title(), "Ready") << "the session may go on, and so does the application";
+    EXPECT_EQ(house.coordinator->canRetry(), !row.recognised);
   }
 }
 

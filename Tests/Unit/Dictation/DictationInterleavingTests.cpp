@@ -19,7 +19,7 @@ class Walk {
   }
 
   void step() {
-    const std::array<std::function<void()>, 20> moves{
+    const std::array<std::function<void()>, 23> moves{
         [this] { house_.coordinator->toggle(); },
         [this] { house_.coordinator->shortcutPressed(); },
         [this] { house_.coordinator->shortcutReleased(); },
@@ -27,7 +27,9 @@ class Walk {
         [this] { copying_.emplace(house_.coordinator->copyLastTranscript()); },
         [this] { deliverAudio(); },
         [this] {
-          if (house_.audio.recording()) house_.input.changeConfiguration();
+          if (!house_.audio.recording()) return;
+          house_.sessions.last->speaks = random_() % 2 == 0;
+          house_.input.changeConfiguration();
         },
         [this] {
           house_.models.become(random_() % 4 == 0 ? SpeechModelState::missing : SpeechModelState::ready);
@@ -43,6 +45,15 @@ class Walk {
         [this] { (void)house_.coordinator->cancel(); },
         [this] { (void)house_.coordinator->retry(); },
         [this] { house_.coordinator->stop(); },
+        [this] {
+          if (random_() % 4 == 0) drained_.emplace(house_.coordinator->drain());
+        },
+        [this] {
+          if (drained_ && !drained_->done()) house_.coordinator->hurryDrain();
+        },
+        [this] {
+          if (drained_ && drained_->done()) house_.coordinator->admit();
+        },
         [this] {
           house_.session.become(random_() % 4 == 0 ? std::optional(SessionObstacle::locked) : std::nullopt);
         }};
@@ -69,6 +80,7 @@ class Walk {
     }
     EXPECT_EQ(house_.title(), "Ready");
     EXPECT_TRUE(house_.everythingIsBack());
+    EXPECT_TRUE(!drained_ || drained_->done()) << "an end is never waited for in vain";
   }
 
  private:
@@ -102,7 +114,8 @@ class Walk {
 
   void checkInvariants() {
     const auto& state = house_.coordinator->state();
-    EXPECT_EQ(state.isRecording(), house_.audio.recording()) << state.title();
+    const bool reopens = house_.input.isStarting() && !house_.coordinator->isStarting();
+    EXPECT_EQ(state.isRecording(), house_.audio.recording() || reopens) << state.title();
     if (state.isRecording()) {
       EXPECT_FALSE(house_.session.obstacle());
       EXPECT_TRUE(house_.insertion.sessionOpen) << "a recording knows its target";
@@ -114,6 +127,7 @@ class Walk {
 
   DictationHarness house_;
   std::optional<Awaiting<bool>> copying_;
+  std::optional<Awaiting<DrainOutcome>> drained_;
   std::mt19937 random_;
 };
 
