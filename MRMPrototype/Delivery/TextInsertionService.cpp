@@ -149,7 +149,26 @@ Task<bool> TextInsertionService::insertLiveSegment(SpokenText phrase) {
   co_return inserted;
 }
 
+Task<Registration> TextInsertionService::takeTurn() {
+  if (std::exchange(isDelivering_, true)) {
+    auto [sender, receiver] = makeOneShot<bool>();
+    waiting_.push_back(std::move(sender));
+    auto waiting = awaitAnswer(std::move(receiver));
+    co_await waiting;
+  }
+  co_return Registration([this] { endTurn(); });
+}
+
+void TextInsertionService::endTurn() {
+  isDelivering_ = !waiting_.empty();
+  if (!isDelivering_) return;
+  desktop_.executor.post([next = std::move(waiting_.front())]() mutable { next.send(true); });
+  waiting_.pop_front();
+}
+
 Task<TextDeliveryResult> TextInsertionService::deliver(SpokenText text, bool liveOnly) {
+  auto waiting = takeTurn();
+  const auto turn = co_await waiting;
   auto finishing = pasteCleanup_.finish();
   co_await finishing;
   auto following = followTheUser();
@@ -163,6 +182,8 @@ Task<TextDeliveryResult> TextInsertionService::deliver(SpokenText text, bool liv
 }
 
 Task<bool> TextInsertionService::deliverLiveSegment(SpokenText phrase) {
+  auto waiting = takeTurn();
+  const auto turn = co_await waiting;
   auto finishing = pasteCleanup_.finish();
   co_await finishing;
   auto following = followTheUser();

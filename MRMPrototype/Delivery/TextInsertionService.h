@@ -7,6 +7,7 @@
 #include "Delivery/PasteCleanup.h"
 #include "Delivery/TextInsertion.h"
 #include "Foundation/Async/Executor.h"
+#include "Foundation/Async/OneShot.h"
 #include "Foundation/Async/Scope.h"
 #include "Foundation/Log.h"
 #include "Platform/ClipboardPasteboard.h"
@@ -15,6 +16,7 @@
 #include "Platform/SecureInput.h"
 #include "Platform/Workspace.h"
 
+#include <deque>
 #include <optional>
 #include <set>
 #include <string>
@@ -101,6 +103,9 @@ class TextInsertionService final : public TextInsertion {
   [[nodiscard]] bool isAnotherOfTheUsers(const std::optional<RunningApplication>& front,
                                          const RunningApplication& application) const;
   Task<void> followTheUser();
+  /// Until it is given back no other text is delivered: two would stand in each other's place.
+  Task<Registration> takeTurn();
+  void endTurn();
   Task<TextDeliveryResult> deliver(SpokenText text, bool liveOnly);
   Task<bool> deliverLiveSegment(SpokenText phrase);
   [[nodiscard]] std::optional<PasteMethod> methodFor(const RunningApplication& application);
@@ -141,6 +146,8 @@ class TextInsertionService final : public TextInsertion {
   Registration activations_;
   PasteCleanup pasteCleanup_;
   Registration settlements_;
+  bool isDelivering_ = false;
+  std::deque<OneShotSender<bool>> waiting_;
   Scope capturing_;
   Scope scope_;  // last: the tasks of both use everything above
 };

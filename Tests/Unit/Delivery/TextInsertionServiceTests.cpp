@@ -338,6 +338,17 @@ TEST(TextInsertionService, TheNextDeliveryWaitsForTheReadOfTheOneBefore) {
   EXPECT_EQ(desk.general.contents(), richClipboard());
 }
 
+TEST(TextInsertionService, TwoDeliveriesAtOnceDoNotTakeEachOthersPlace) {
+  DeliveryHarness desk;
+  desk.readAfter(30ms);
+  desk.service->beginDictationSession();
+  const Awaiting one(desk.service->insertOrCopy(SpokenText("one"), false));
+  const Awaiting two(desk.service->insertOrCopy(SpokenText("two"), false));
+  desk.executor.advance(5s);
+  EXPECT_EQ(desk.read, (std::vector<std::string>{"one", "two"}));
+  EXPECT_EQ(desk.general.contents(), richClipboard());
+}
+
 TEST(TextInsertionService, FinishRestoresAtOnceWhenTheTargetHasRead) {
   DeliveryHarness desk;
   desk.readAfter(10ms);
