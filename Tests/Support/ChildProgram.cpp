@@ -11,8 +11,7 @@
 namespace murmel::test {
 
 ChildProgram::ChildProgram(std::vector<std::string> command, const std::filesystem::path& log) {
-  Pipe input;
-  Pipe output;
+  Pipe input, output;
   if (!log.empty()) {
     output.writeEnd = UniqueDescriptor(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
     if (!output.writeEnd) throw std::runtime_error("no log file");

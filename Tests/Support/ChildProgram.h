@@ -38,8 +38,7 @@ class ChildProgram {
 
   pid_t process_ = -1;
   std::optional<int> status_;
-  UniqueDescriptor input_;
-  UniqueDescriptor output_;
+  UniqueDescriptor input_, output_;
 };
 
 }  // namespace murmel::test

@@ -66,15 +66,12 @@ class FakeTextInsertion final : public TextInsertion {
   bool copySucceeds = true;
   bool sessionOpen = false;
   int sessionsBegun = 0;
-  std::vector<std::string> delivered;
-  std::vector<std::string> phrases;
-  std::vector<std::string> copied;
+  std::vector<std::string> delivered, phrases, copied;
   std::optional<LiveInsertionBlock> block;
   std::optional<TextDeliveryResult> result;
   Suspension<std::optional<TextDeliveryResult>> cleanup;
   Suspension<TextDeliveryResult> insertion;
-  Suspension<bool> phraseInsertion;
-  Suspension<bool> copying;
+  Suspension<bool> phraseInsertion, copying;
 };
 
 class FakeDictationSettings final : public DictationSettings {

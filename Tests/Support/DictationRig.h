@@ -221,8 +221,7 @@ class DictationRig {
   UnguardedSession session_;
   NoCancelKey cancelKey_;
   FakeProcessMemory memory_;
-  Registration reading_;
-  Registration settlements_;
+  Registration reading_, settlements_;
   int settled_ = 0;
 
  public:

@@ -17,8 +17,7 @@ struct Pipe {
     readEnd = UniqueDescriptor(ends[0]);
     writeEnd = UniqueDescriptor(ends[1]);
   }
-  UniqueDescriptor readEnd;
-  UniqueDescriptor writeEnd;
+  UniqueDescriptor readEnd, writeEnd;
 };
 
 }  // namespace murmel

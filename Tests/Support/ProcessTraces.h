@@ -26,8 +26,7 @@ inline std::size_t threadCount() {
 /// Whether a process has ended, reaped or not.
 inline bool hasEnded(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string number;
-  std::string name;
+  std::string number, name;
   char state = 'X';
   file >> number >> name >> state;
   return state == 'Z' || state == 'X';

@@ -104,12 +104,9 @@ class ShortcutEndToEnd : public ::testing::Test {
     const auto window = static_cast<std::uint32_t>(std::stoul(number, nullptr, 16));
     // It can have the focus as soon as it is mapped.
     const auto accepted = [&] {
-      const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
-          xcb_request_check(keyboard.connection(),
-                            xcb_set_input_focus_checked(keyboard.connection(), XCB_INPUT_FOCUS_PARENT, window,
-                                                        XCB_CURRENT_TIME)),
-          &std::free);
-      return error == nullptr;
+      const auto asking = xcb_set_input_focus_checked(keyboard.connection(), XCB_INPUT_FOCUS_PARENT, window,
+                                                      XCB_CURRENT_TIME);
+      return XObserver::own(xcb_request_check(keyboard.connection(), asking)) == nullptr;
     };
     return shortcut.executor.waitUntil(accepted) && focused.waitForOutput("FocusIn event");
   }
@@ -239,12 +236,9 @@ TEST_F(ShortcutEndToEnd, TheLayoutMayChangeInTheMiddle) {
 
 TEST_F(ShortcutEndToEnd, WorksDuringTheGrabsOfOthers) {
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(keyboard.connection())).data->root;
-  std::unique_ptr<xcb_grab_keyboard_reply_t, decltype(&std::free)> grab(
-      xcb_grab_keyboard_reply(keyboard.connection(),
-                              xcb_grab_keyboard(keyboard.connection(), 0, root, XCB_CURRENT_TIME,
-                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                              nullptr),
-      &std::free);
+  const auto asking = xcb_grab_keyboard(keyboard.connection(), 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                        XCB_GRAB_MODE_ASYNC);
+  const auto grab = XObserver::own(xcb_grab_keyboard_reply(keyboard.connection(), asking, nullptr));
   ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
   EXPECT_EQ(callsOfTapping(KEY_LEFTALT), "press release");
   xcb_ungrab_keyboard(keyboard.connection(), XCB_CURRENT_TIME);

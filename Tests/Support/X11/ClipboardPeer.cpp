@@ -1,9 +1,10 @@
 #include "Support/X11/ClipboardPeer.h"
 
+#include "Support/X11/XWindows.h"
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <stdexcept>
@@ -11,60 +12,38 @@
 
 #include <poll.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 namespace murmel::test {
 
 namespace {
 
-template <class T>
-std::unique_ptr<T, decltype(&std::free)> owned(T* pointer) {
-  return {pointer, &std::free};
-}
-
 /// The few requests that both sides need.
-class Client {
+class Client : public XObserver {
  public:
-  explicit Client(std::string selectionName) {
-    int screen = 0;
-    connection = xcb_connect(nullptr, &screen);
-    if (xcb_connection_has_error(connection) != 0) throw std::runtime_error("no X server");
-    root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    window = newWindow();
-    selection = atom(selectionName);
-  }
-  ~Client() { xcb_disconnect(connection); }
-  Client(const Client&) = delete;
-  Client& operator=(const Client&) = delete;
+  explicit Client(const std::string& selectionName) : window(newWindow()), selection(atom(selectionName)) {}
 
   xcb_window_t newWindow() {
-    const auto id = xcb_generate_id(connection);
+    const auto id = xcb_generate_id(connection());
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(connection, 0, id, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0,
+    xcb_create_window(connection(), 0, id, screen().root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0,
                       XCB_CW_EVENT_MASK, &mask);
     return id;
   }
-  xcb_atom_t atom(const std::string& name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    return owned(xcb_intern_atom_reply(connection, cookie, nullptr))->atom;
-  }
   std::string name(xcb_atom_t which) {
-    const auto reply =
-        owned(xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, which), nullptr));
+    const auto reply = XObserver::own(
+        xcb_get_atom_name_reply(connection(), xcb_get_atom_name(connection(), which), nullptr));
     return {xcb_get_atom_name_name(reply.get()),
             static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
   }
   /// Null when nothing comes for a while.
   std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> wait(int milliseconds) {
-    xcb_flush(connection);
-    if (auto* event = xcb_poll_for_event(connection)) return owned(event);
-    pollfd descriptor{xcb_get_file_descriptor(connection), POLLIN, 0};
+    xcb_flush(connection());
+    if (auto* event = xcb_poll_for_event(connection())) return XObserver::own(event);
+    pollfd descriptor{xcb_get_file_descriptor(connection()), POLLIN, 0};
     ::poll(&descriptor, 1, milliseconds);
-    return owned(xcb_poll_for_event(connection));
+    return XObserver::own(xcb_poll_for_event(connection()));
   }
 
-  xcb_connection_t* connection;
-  xcb_window_t root;
   xcb_window_t window;
   xcb_atom_t selection;
 };
@@ -80,10 +59,10 @@ class ClipboardOwner::Thread {
     for (const auto& item : contents_.items) {
       for (const auto& value : item.values) values_[client_.atom(value.type)] = &value;
     }
-    xcb_set_selection_owner(client_.connection, client_.window, client_.selection, XCB_CURRENT_TIME);
+    xcb_set_selection_owner(client_.connection(), client_.window, client_.selection, XCB_CURRENT_TIME);
     // The answer means that the selection is ours.
-    owned(xcb_get_selection_owner_reply(
-        client_.connection, xcb_get_selection_owner(client_.connection, client_.selection), nullptr));
+    XObserver::own(xcb_get_selection_owner_reply(
+        client_.connection(), xcb_get_selection_owner(client_.connection(), client_.selection), nullptr));
     thread_ = std::thread([this] { run(); });
   }
   ~Thread() {
@@ -136,7 +115,7 @@ class ClipboardOwner::Thread {
     notice.property = put(request) ? request.property : static_cast<xcb_atom_t>(XCB_NONE);
     char wire[32] = {};
     std::memcpy(wire, &notice, sizeof(notice));
-    xcb_send_event(client_.connection, 0, request.requestor, 0, wire);
+    xcb_send_event(client_.connection(), 0, request.requestor, 0, wire);
   }
 
   bool put(const xcb_selection_request_event_t& request) {
@@ -150,7 +129,7 @@ class ClipboardOwner::Thread {
       for (const auto& item : contents_.items) {
         for (const auto& value : item.values) atoms.push_back(client_.atom(value.type));
       }
-      xcb_change_property(client_.connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+      xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                           XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(atoms.size()), atoms.data());
       return true;
     }
@@ -163,9 +142,9 @@ class ClipboardOwner::Thread {
       return true;
     }
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(client_.connection, request.requestor, XCB_CW_EVENT_MASK, &mask);
+    xcb_change_window_attributes(client_.connection(), request.requestor, XCB_CW_EVENT_MASK, &mask);
     const auto size = static_cast<std::uint32_t>(value.data.size());
-    xcb_change_property(client_.connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+    xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                         client_.atom("INCR"), 32, 1, &size);
     transfers_.push_back({request.requestor, request.property, &value, 0, stalls});
     if (stalls) stuck = true;
@@ -186,7 +165,7 @@ class ClipboardOwner::Thread {
   void write(xcb_window_t requestor, xcb_atom_t property, const ClipboardSnapshot::Value& value,
              const std::string& data) {
     const auto unit = static_cast<std::uint8_t>(value.unitBits);
-    xcb_change_property(client_.connection, XCB_PROP_MODE_REPLACE, requestor, property,
+    xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, requestor, property,
                         client_.atom(value.encoding.empty() ? value.type : value.encoding), unit,
                         static_cast<std::uint32_t>(data.size() / (unit / 8U)), data.data());
   }
@@ -236,7 +215,7 @@ class ClipboardReader::Connection {
     for (std::size_t index = 0; index < types.size(); ++index) {
       readings[index].type = types[index];
       readings[index].property = client.atom("PEER_" + std::to_string(index));
-      xcb_convert_selection(client.connection, window, client.selection, client.atom(types[index]),
+      xcb_convert_selection(client.connection(), window, client.selection, client.atom(types[index]),
                             readings[index].property, time);
     }
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
@@ -250,7 +229,7 @@ class ClipboardReader::Connection {
       if (!reading.done) throw std::runtime_error("the clipboard did not answer");
       values.push_back(std::move(reading.value));
     }
-    xcb_destroy_window(client.connection, window);
+    xcb_destroy_window(client.connection(), window);
     return values;
   }
 
@@ -282,9 +261,9 @@ class ClipboardReader::Connection {
   }
 
   void take(xcb_window_t window, Reading& reading) {
-    const auto reply = owned(xcb_get_property_reply(
-        client.connection,
-        xcb_get_property(client.connection, 1, window, reading.property, 0, 0, 100'000'000), nullptr));
+    const auto reply = XObserver::own(xcb_get_property_reply(
+        client.connection(),
+        xcb_get_property(client.connection(), 1, window, reading.property, 0, 0, 100'000'000), nullptr));
     if (!reply || reply->type == XCB_NONE) {
       // Qt says that it has answered SAVE_TARGETS, and has written nothing.
       reading.done = !reading.incremental;
@@ -322,7 +301,7 @@ std::optional<ClipboardSnapshot::Value> ClipboardReader::readAsOf(const std::str
 
 std::uint32_t ClipboardReader::now() {
   auto& client = connection_->client;
-  xcb_change_property(client.connection, XCB_PROP_MODE_APPEND, client.window, client.atom("PEER_TIME"),
+  xcb_change_property(client.connection(), XCB_PROP_MODE_APPEND, client.window, client.atom("PEER_TIME"),
                       XCB_ATOM_INTEGER, 32, 0, nullptr);
   while (true) {
     const auto event = client.wait(50);
@@ -339,20 +318,20 @@ std::vector<std::optional<ClipboardSnapshot::Value>> ClipboardReader::readTogeth
 
 void ClipboardReader::beginAndDie(const std::string& type) {
   auto& client = connection_->client;
-  xcb_convert_selection(client.connection, client.window, client.selection, client.atom(type),
+  xcb_convert_selection(client.connection(), client.window, client.selection, client.atom(type),
                         client.atom("PEER_DYING"), XCB_CURRENT_TIME);
   while (true) {
     const auto event = client.wait(50);
     if (event && (event->response_type & 0x7F) == XCB_SELECTION_NOTIFY) break;
   }
-  xcb_delete_property(client.connection, client.window, client.atom("PEER_DYING"));
-  owned(xcb_get_input_focus_reply(client.connection, xcb_get_input_focus(client.connection), nullptr));
+  xcb_delete_property(client.connection(), client.window, client.atom("PEER_DYING"));
+  client.settle();
   connection_.reset();
 }
 
 DesktopClient ClipboardReader::client() const {
   const auto& client = connection_->client;
-  return {::getpid(), client.window & ~xcb_get_setup(client.connection)->resource_id_mask};
+  return {::getpid(), client.window & ~xcb_get_setup(client.connection())->resource_id_mask};
 }
 
 std::vector<std::string> ClipboardReader::types() {

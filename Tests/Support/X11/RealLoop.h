@@ -23,7 +23,7 @@ class RealLoop {
     while (!condition()) {
       if (clock.now() >= end) return false;
       // Conditions may depend on other processes, of which no event tells.
-      const auto wake = executor.after(std::chrono::milliseconds(2), [] {});
+      const auto wake = executor.after(std::chrono::milliseconds(10), [] {});
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;

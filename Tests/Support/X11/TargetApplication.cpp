@@ -2,17 +2,17 @@
 // to it, and reads the clipboard when it is told to paste, as early or late as the test wants.
 //
 // usage: target-application CLASS [--read-after MILLISECONDS | --never]
-//                           [--primary] [--reads TIMES] [--die-on-chord] [--grab]
+//                           [--reads TIMES] [--die-on-chord] [--grab]
 //
 // Lines on standard output: "window ID", "focus", "press KEYCODE STATE", "release KEYCODE STATE", "pasted
 // TEXT", "grabbed". Lines on standard input: "activate" brings the window to the front, "own TEXT" takes the
 // clipboard, "grab" and "ungrab" the keyboard, "become TYPE" changes the type of its window, "quit" ends it.
 
 #include "Support/X11/ClipboardPeer.h"
+#include "Support/X11/XWindows.h"
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <deque>
 #include <iostream>
@@ -21,7 +21,8 @@
 
 #include <poll.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
+
+using murmel::test::XObserver;
 
 namespace {
 
@@ -31,7 +32,6 @@ struct Options {
   std::string windowClass = "Target";
   std::chrono::milliseconds readAfter{0};
   bool reads = true;
-  bool primary = false;
   int readTimes = 1;
   bool diesOnChord = false;
   bool grabs = false;
@@ -47,8 +47,6 @@ Options parse(int count, char** arguments) {
       options.readAfter = std::chrono::milliseconds(std::stoi(next()));
     else if (argument == "--never")
       options.reads = false;
-    else if (argument == "--primary")
-      options.primary = true;
     else if (argument == "--reads")
       options.readTimes = std::stoi(next());
     else if (argument == "--die-on-chord")
@@ -68,16 +66,11 @@ void say(const std::string& line) {
 class Target {
  public:
   explicit Target(Options options) : options_(std::move(options)) {
-    int screenNumber = 0;
-    connection_ = xcb_connect(nullptr, &screenNumber);
-    if (xcb_connection_has_error(connection_) != 0) std::exit(3);
-    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
-    root_ = screen->root;
     window_ = xcb_generate_id(connection_);
-    const std::uint32_t values[] = {screen->white_pixel,
+    const std::uint32_t values[] = {x_.screen().white_pixel,
                                     XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
                                         XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, root_, 0, 0, 200, 100, 0,
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, x_.screen().root, 0, 0, 200, 100, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
     auto name = options_.windowClass;
@@ -87,8 +80,8 @@ class Target {
     property("WM_CLASS", XCB_ATOM_STRING, name);
     property("WM_NAME", XCB_ATOM_STRING, options_.windowClass);
     const auto process = static_cast<std::uint32_t>(::getpid());
-    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL,
-                        32, 1, &process);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x_.atom("_NET_WM_PID"),
+                        XCB_ATOM_CARDINAL, 32, 1, &process);
     // WM_HINTS with an input hint: window managers give the focus to windows that ask for it.
     const std::uint32_t hints[9] = {1, 1};
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32,
@@ -98,10 +91,7 @@ class Target {
 
   int run() {
     while (true) {
-      while (auto* event = xcb_poll_for_event(connection_)) {
-        handle(*event);
-        std::free(event);
-      }
+      while (const auto event = XObserver::own(xcb_poll_for_event(connection_))) handle(*event);
       if (xcb_connection_has_error(connection_) != 0) return 4;
       xcb_flush(connection_);
       pollfd descriptors[2] = {{xcb_get_file_descriptor(connection_), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
@@ -121,17 +111,8 @@ class Target {
     return left.count() < 0 ? 0 : static_cast<int>(left.count());
   }
 
-  xcb_atom_t atom(const std::string& name) {
-    auto* reply = xcb_intern_atom_reply(
-        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
-        nullptr);
-    const auto value = reply->atom;
-    std::free(reply);
-    return value;
-  }
-
   void property(const char* name, xcb_atom_t type, const std::string& value) {
-    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom(name), type, 8,
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x_.atom(name), type, 8,
                         static_cast<std::uint32_t>(value.size()), value.data());
   }
 
@@ -165,17 +146,16 @@ class Target {
     constexpr std::uint16_t control = 4;
     constexpr std::uint16_t others = 8 | 32 | 64 | 128;  // Alt, Super, AltGr; not the locks
     if ((key.state & others) != 0) return false;
-    auto* mapping = xcb_get_keyboard_mapping_reply(
-        connection_, xcb_get_keyboard_mapping(connection_, key.detail, 1), nullptr);
-    const auto* symbols = xcb_get_keyboard_mapping_keysyms(mapping);
-    const int count = xcb_get_keyboard_mapping_keysyms_length(mapping);
+    const auto mapping = XObserver::own(xcb_get_keyboard_mapping_reply(
+        connection_, xcb_get_keyboard_mapping(connection_, key.detail, 1), nullptr));
+    const auto* symbols = xcb_get_keyboard_mapping_keysyms(mapping.get());
+    const int count = xcb_get_keyboard_mapping_keysyms_length(mapping.get());
     bool isV = false;
     bool isInsert = false;
     for (int index = 0; index < count; ++index) {
       isV = isV || symbols[index] == 'v';
       isInsert = isInsert || symbols[index] == 0xFF63;
     }
-    std::free(mapping);
     const auto held = key.state & (shift | control);
     return isV ? (held & control) != 0 : isInsert && held == shift;
   }
@@ -188,7 +168,7 @@ class Target {
   }
 
   void paste() {
-    murmel::test::ClipboardReader reader(options_.primary ? "PRIMARY" : "CLIPBOARD");
+    murmel::test::ClipboardReader reader("CLIPBOARD");
     const auto value = reader.read("UTF8_STRING");
     say(value ? "pasted " + value->data : "pasted nothing");
   }
@@ -196,13 +176,10 @@ class Target {
   void grab() {
     // The window must be on the screen, which the window manager decides.
     for (int attempt = 0; attempt < 200; ++attempt) {
-      auto* reply = xcb_grab_keyboard_reply(connection_,
-                                            xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME,
-                                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                            nullptr);
-      const bool grabbed = reply != nullptr && reply->status == XCB_GRAB_STATUS_SUCCESS;
-      std::free(reply);
-      if (grabbed) {
+      const auto asking = xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                            XCB_GRAB_MODE_ASYNC);
+      const auto reply = XObserver::own(xcb_grab_keyboard_reply(connection_, asking, nullptr));
+      if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS) {
         say("grabbed");
         return;
       }
@@ -213,44 +190,30 @@ class Target {
   bool obey() {
     std::string line;
     if (!std::getline(std::cin, line) || line == "quit") return false;
-    if (line == "activate") activate();
+    if (line == "activate") x_.activate(window_);
     if (line == "grab") grab();
     if (line.starts_with("become ")) {
-      const auto type = atom("_NET_WM_WINDOW_TYPE_" + line.substr(7));
-      xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_WINDOW_TYPE"),
+      const auto type = x_.atom("_NET_WM_WINDOW_TYPE_" + line.substr(7));
+      xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x_.atom("_NET_WM_WINDOW_TYPE"),
                           XCB_ATOM_ATOM, 32, 1, &type);
       say("became");
     }
     if (line == "ungrab") {
       xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
-      xcb_flush(connection_);
-      std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+      x_.settle();
       say("ungrabbed");
     }
     if (line.starts_with("own ")) {
       murmel::ClipboardSnapshot contents{{{{{"UTF8_STRING", line.substr(4), "", 8}}}}};
-      auto next = std::make_unique<murmel::test::ClipboardOwner>("CLIPBOARD", std::move(contents));
-      owner_ = std::move(next);
+      owner_ = std::make_unique<murmel::test::ClipboardOwner>("CLIPBOARD", std::move(contents));
       say("owned");
     }
     return true;
   }
 
-  void activate() {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window_;
-    message.type = atom("_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = 2;
-    xcb_send_event(connection_, 0, root_,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
-  }
-
   Options options_;
-  xcb_connection_t* connection_ = nullptr;
-  xcb_window_t root_ = 0;
+  XObserver x_;
+  xcb_connection_t* connection_ = x_.connection();
   xcb_window_t window_ = 0;
   std::deque<Clock::time_point> pending_;
   std::unique_ptr<murmel::test::ClipboardOwner> owner_;

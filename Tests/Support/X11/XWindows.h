@@ -14,7 +14,9 @@ namespace murmel::test {
 /// Looks at the X server over a connection of its own, as another program would.
 class XObserver {
  public:
-  XObserver() : connection_(xcb_connect(nullptr, nullptr)) {
+  /// `display` empty: the environment's.
+  explicit XObserver(const std::string& display = "")
+      : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)) {
     if (xcb_connection_has_error(connection_.get()) != 0) throw std::runtime_error("no X server");
     screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data;
   }
@@ -41,6 +43,8 @@ class XObserver {
     const auto values = property(screen_->root, "_NET_ACTIVE_WINDOW");
     return values.empty() ? xcb_window_t{XCB_WINDOW_NONE} : values.front();
   }
+  /// When it returns, the server has done everything that it was asked for.
+  void settle() const { (void)inputFocus(); }
   [[nodiscard]] xcb_window_t inputFocus() const {
     return own(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr))
         ->focus;
