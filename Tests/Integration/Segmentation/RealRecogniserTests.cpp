@@ -44,7 +44,7 @@ using WithRealRecogniser = RealRecogniser;
 
 TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWholeHoweverOftenTheWorkerIsKilled) {
   const auto speech =
-      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 4), NaturalSpeech::Transcripts::needed);
+      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 3), NaturalSpeech::Transcripts::needed);
   const auto joined = JoinedSpeech::join(speech, 0.8, 1.2, 5);
   const PendingCapturedAudio audio{joined.samples, NaturalSpeech::sampleRate};
   std::vector<std::string> expected;
@@ -74,7 +74,7 @@ TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWholeHoweverOftenTheW
   // Every second request is to lose its worker at some moment, but for those that end before that.
   std::mt19937 random(3);
   std::size_t kills = 0;
-  const auto most = wanted("MURMEL_KILLS", 3);
+  const auto most = wanted("MURMEL_KILLS", 2);
   int followed = provider->requests();
   std::optional<Instant> next;
   const auto disturbed = dictate(audio, 3, [&] {
