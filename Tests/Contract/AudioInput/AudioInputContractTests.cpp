@@ -98,8 +98,7 @@ TYPED_TEST(AudioInputContract, RecordsAgainAndAgain) {
 }
 
 TYPED_TEST(AudioInputContract, OneRecordingAtATime) {
-  Listening first;
-  Listening second;
+  Listening first, second;
   this->record(first);
   Awaiting<Outcome> refused(this->input().start(second.onFragment(), second.onChange()));
   ASSERT_TRUE(this->rig.hearUntil([&] { return refused.done(); }));

@@ -18,8 +18,7 @@ class PasteboardContract : public ::testing::Test {
   ClipboardPasteboard& pasteboard = desk.pasteboard();
   std::vector<ClipboardRead> seenReads;
   std::vector<std::int64_t> seenChanges;
-  Registration reads;
-  Registration changes;
+  Registration reads, changes;
 };
 
 using Desks = ::testing::Types<FakeDesk, X11Desk, WaylandDesk, PortalDesk>;

@@ -112,8 +112,7 @@ class WaylandDesk {
 
   TaskRunner runner;
   SystemClock clock;
-  std::unique_ptr<WaylandPasteboards> other;
-  std::unique_ptr<WaylandPasteboards> boards;
+  std::unique_ptr<WaylandPasteboards> other, boards;
 
  private:
   std::unique_ptr<WaylandPasteboards> open() {

@@ -111,8 +111,7 @@ class DeliveryDesk : public X11TargetDesk {
   }
 
   MemoryLogSink log;
-  std::unique_ptr<ClipboardOwner> usersClipboard;
-  std::unique_ptr<ClipboardOwner> usersSelection;
+  std::unique_ptr<ClipboardOwner> usersClipboard, usersSelection;
   std::unique_ptr<X11Pasteboards> pasteboards;
   std::unique_ptr<X11KeyboardPoster> keyboard;
   std::unique_ptr<X11SecureInput> secureInput;

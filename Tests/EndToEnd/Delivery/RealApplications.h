@@ -12,8 +12,7 @@ namespace murmel::test {
 /// program that writes to that file what a terminal gives it, unchanged and at once, PAGE for a page whose
 /// title is what stands in its field.
 struct RealApplication {
-  std::string program;
-  std::string windowClass;
+  std::string program, windowClass;
   std::vector<std::string> command;
   bool isTerminal = false;
   bool savesOnRequest = true;    ///< by Ctrl+S; an editor of ours saves by itself

@@ -95,8 +95,7 @@ TEST(Delivery, APasswordPromptGetsNothing) {
 TEST(Delivery, ManyDeliveriesLeaveNoDescriptorAndNoThreadBehind) {
   DeliveryDesk desk(DeliveryDesk::selection());
   const auto target = desk.launch("Editor");
-  std::vector<std::size_t> descriptors;
-  std::vector<std::size_t> threads;
+  std::vector<std::size_t> descriptors, threads;
   for (int delivery = 1; delivery <= 60; ++delivery) {
     // What the user copies in between is captured anew each time.
     desk.usersClipboard = std::make_unique<ClipboardOwner>("CLIPBOARD", DeliveryDesk::selection());

@@ -116,8 +116,7 @@ int main(int argc, char** argv) {
 
   const QLocale locale(options.isSet("language") ? options.value("language") : QStringLiteral("en_US"));
   QLocale::setDefault(locale);
-  QTranslator words;
-  QTranslator toolkit;
+  QTranslator words, toolkit;
   if (words.load(locale, "murmel", "_", MURMEL_RESOURCES_DIR "/translations"))
     QApplication::installTranslator(&words);
   if (toolkit.load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

@@ -89,8 +89,7 @@ class Tray {
     return send(path, interface, method, arguments).arguments().value(0);
   }
 
-  QString service_;
-  QString menuPath_;
+  QString service_, menuPath_;
 };
 
 class Watcher final : public QDBusAbstractAdaptor {

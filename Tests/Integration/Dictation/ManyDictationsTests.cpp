@@ -16,9 +16,7 @@ namespace {
 /// What this process holds of the system.
 struct Holdings {
   std::size_t heapBytes;  ///< in use
-  std::size_t residentBytes;
-  std::size_t descriptors;
-  std::size_t threads;
+  std::size_t residentBytes, descriptors, threads;
 
   static Holdings now() {
     std::ifstream statm("/proc/self/statm");

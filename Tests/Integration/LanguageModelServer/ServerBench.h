@@ -105,8 +105,7 @@ class ServerBench : public ::testing::Test {
     EXPECT_EQ(leftBehind(), std::set<std::string>()) << "sockets or keys are left behind";
   }
 
-  TemporaryFolder temporary;
-  TemporaryFolder store;
+  TemporaryFolder temporary, store;
   ManualExecutor executor;
   SystemClock clock;
   RoomyLauncher launcher{store.path()};

@@ -242,9 +242,7 @@ class Server {
     put(connection, sized(200, formatted()));
   }
 
-  fs::path script_;
-  fs::path socket_;
-  fs::path keyFile_;
+  fs::path script_, socket_, keyFile_;
   std::string key_;
   std::vector<std::string> answers_;
   std::size_t asked_ = 0;

@@ -14,11 +14,9 @@ namespace murmel::test {
 
 /// One file that the host has, and its line in the downloader's list.
 struct HostedFile {
-  std::string identifier;
-  std::string sha256;
+  std::string identifier, sha256;
   std::int64_t bytes;
-  std::string folder;
-  std::string file;
+  std::string folder, file;
 
   [[nodiscard]] std::filesystem::path place() const { return std::filesystem::path(folder) / file; }
 };

@@ -15,8 +15,7 @@ namespace murmel::test {
 
 /// One line of the downloader.
 struct DownloaderEvent {
-  std::string event;
-  std::string identifier;
+  std::string event, identifier;
   std::string reason;  ///< or the state of a progress line
   std::string message;
   std::int64_t received = -1;
@@ -27,8 +26,7 @@ class RunningDownloader {
  public:
   struct Setting {
     std::filesystem::path store;
-    std::string address;
-    std::string certificate;
+    std::string address, certificate;
     std::vector<HostedFile> files;
     std::string timeScale = "0.002";  ///< the first retry after 2 ms, silence for 1.2 s
   };

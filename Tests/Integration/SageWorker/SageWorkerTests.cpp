@@ -101,8 +101,7 @@ TEST_F(SageWorker, RefusesMalformedRequestsAndGoesOn) {
 TEST_F(SageWorker, SaysWhyItCannotBegin) {
   const TemporaryFolder empty;
   struct Row {
-    std::filesystem::path model;
-    std::filesystem::path library;
+    std::filesystem::path model, library;
     const char* reason;
   };
   for (const auto& row : std::vector<Row>{

@@ -43,8 +43,7 @@ std::string statusLine(pid_t process, const char* file, std::string_view name) {
 /// One engine of the worker: the folder of its model, a request's audio, and what it makes of it.
 struct Engine {
   const char* name;
-  std::string model;
-  std::string recording;
+  std::string model, recording;
   std::string_view words;
   double leastShare;
 };

@@ -276,8 +276,7 @@ TEST(TextInsertionService, AReadWhereNoFieldHasTheKeyboardIsNoSuccess) {
 TEST(TextInsertionService, ThereIsAWayBackToWhatATextForAPasteByHandHasReplaced) {
   struct Row {
     const char* name;
-    bool isRead;
-    bool isRefused;
+    bool isRead, isRefused;
     void (*meanwhile)(DeliveryHarness&);
     bool isOpen;
   };

@@ -131,8 +131,7 @@ TEST(DictationRefusals, SayWhyAndGiveEverythingBack) {
   struct Row {
     std::string name;
     std::function<void(DictationHarness&)> scene;
-    std::string shown;
-    std::string rest;
+    std::string shown, rest;
     int missingCalls = 0;
   };
   const std::vector<Row> rows{

@@ -10,8 +10,7 @@ const QString odd =
 
 struct Change {
   const char* name;
-  QString result;
-  QString expected;
+  QString result, expected;
 };
 
 TEST(VocabularyLines, a_change_in_the_table_leaves_every_other_byte_alone) {

@@ -15,8 +15,7 @@ class Models : public testing::Test {
   Models() { std::signal(SIGPIPE, SIG_IGN); }  // as the application does
   struct Answer {
     int status;
-    std::string text;
-    std::string complaint;
+    std::string text, complaint;
   };
   Answer run(const Strings& arguments) {
     Answer answer{-1, {}, {}};

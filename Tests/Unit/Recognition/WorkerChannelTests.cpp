@@ -25,8 +25,7 @@ class WorkerChannelTest : public ::testing::Test {
 
   SystemClock clock;
   WorkerCancellation cancellation;
-  Pipe input;
-  Pipe output;
+  Pipe input, output;
   WorkerChannel channel{input.writeEnd.get(), output.readEnd.get(), clock, cancellation};
 };
 

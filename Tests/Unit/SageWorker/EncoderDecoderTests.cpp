@@ -31,8 +31,7 @@ class FakeSession final : public OnnxSession {
   }
 
  private:
-  Strings inputs_;
-  Strings outputs_;
+  Strings inputs_, outputs_;
   Function function_;
 };
 

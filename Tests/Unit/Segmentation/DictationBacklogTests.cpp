@@ -5,9 +5,7 @@ TEST(DictationBacklog, SwitchesWithHysteresisAndCountsTheSwitches) {
   struct Step {
     const char* what;
     double seconds;
-    bool slow;
-    bool changes;
-    bool behind;
+    bool slow, changes, behind;
     int revision;
   };
   const std::vector<Step> steps{

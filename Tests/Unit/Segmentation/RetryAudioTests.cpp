@@ -16,8 +16,7 @@ TEST(RetryAudio, MakesQuietAudioLouderAndPutsSilenceAroundIt) {
   constexpr std::size_t silence = 2 * 4'800;
   struct Row {
     const char* what;
-    std::vector<std::int16_t> before;
-    std::vector<std::int16_t> after;
+    std::vector<std::int16_t> before, after;
   };
   const std::vector<Row> rows{
       {"quiet", {1'000, -500, 0}, {22'937, -11'468, 0}},

@@ -110,8 +110,7 @@ class Walk : public ::testing::TestWithParam<ShortcutConfiguration> {};
 TEST_P(Walk, PressesAndReleasesAlternateAndNothingSticks) {
   const auto& shortcut = GetParam();
   CarelessHands hands(20'261);
-  HotkeyStateMachine machine;
-  HotkeyStateMachine toldTwice;
+  HotkeyStateMachine machine, toldTwice;
   TapHistory taps;
   int presses = 0;
   int releases = 0;

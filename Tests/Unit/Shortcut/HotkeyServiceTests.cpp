@@ -41,9 +41,7 @@ class HotkeyServiceTest : public ::testing::Test {
   FakeKeyEventTap taps;
   KeyTapShortcutSource source{taps};
   FakeLocalKeyMonitor localKeys;
-  Signal<> shortcutDidChange;
-  Signal<> permissionDidChange;
-  Signal<> didBecomeActive;
+  Signal<> shortcutDidChange, permissionDidChange, didBecomeActive;
   ShortcutConfiguration shortcut = configuration(ShortcutChoice::optionKey);
   std::string calls;
   std::optional<HotkeyService> service;

@@ -12,9 +12,7 @@ const auto fallback = configuration(ShortcutChoice::commandShiftD);
 
 struct Row {
   std::string_view when;
-  ShortcutConfiguration stored;
-  ShortcutConfiguration direct;
-  ShortcutConfiguration appStore;
+  ShortcutConfiguration stored, direct, appStore;
 };
 
 std::vector<Row> rows() {

@@ -73,8 +73,7 @@ TEST(LineReader, DropsALineThatIsTooLongAndNothingElse) {
 }
 
 TEST(RequestLoop, AnswersEveryLineOnceWhateverTheEngineDoes) {
-  Pipe requests;
-  Pipe replies;
+  Pipe requests, replies;
   write(requests,
         "{\"id\":1,\"sample_rate\":16000,\"pcm_s16le_base64\":\"AAAAAAAA\",\"language\":\"ru\"}\n"
         "{\"id\":2,\"sample_rate\":16000,\"pcm_s16le_base64\":\"AAA=\"}\n"

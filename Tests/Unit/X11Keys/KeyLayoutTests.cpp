@@ -23,10 +23,7 @@ KeyRole noFlag(std::uint32_t evdevCode) {
 
 TEST(KeyLayout, ModifiersAreWhatTheLayoutMakesOfThemAndOtherKeysWhereTheyAre) {
   struct Row {
-    std::string when;
-    std::string layout;
-    std::string variant;
-    std::string options;
+    std::string when, layout, variant, options;
     std::uint32_t evdevCode;
     KeyRole role;
   };
