@@ -5,10 +5,10 @@
 # has), or to nothing, and says which. A level's target is murmel_ggml_v<level>; its sources include whisper.h and
 # parakeet.h.
 #
-# MURMEL_SPEECH_ENGINES: AUTO builds them where that is possible, OFF leaves them out: the speech worker then knows
-# PocketSphinx only.
-set(MURMEL_SPEECH_ENGINES AUTO CACHE STRING "Build the engines for Whisper and Parakeet models: AUTO or OFF")
-set_property(CACHE MURMEL_SPEECH_ENGINES PROPERTY STRINGS AUTO OFF)
+# MURMEL_SPEECH_ENGINES: AUTO builds them where that is possible, REQUIRED fails where it is not, OFF leaves them out: the
+# speech worker then knows PocketSphinx only.
+set(MURMEL_SPEECH_ENGINES AUTO CACHE STRING "Build the engines for Whisper and Parakeet models: AUTO, REQUIRED or OFF")
+set_property(CACHE MURMEL_SPEECH_ENGINES PROPERTY STRINGS AUTO REQUIRED OFF)
 # v3 has AVX2 and is three times as fast as v2; v4 has AVX-512.
 set(MURMEL_SPEECH_ENGINE_LEVELS "2;3;4" CACHE STRING "Levels of x86-64 that the engines are built for")
 # The test run compiles more than it recognises: most of the time goes into our own product of matrices anyway.
@@ -97,7 +97,9 @@ if(MURMEL_SPEECH_ENGINES)
     endif()
   endif()
 endif()
-if(NOT MURMEL_ENGINE_LEVELS)
+if(NOT MURMEL_ENGINE_LEVELS AND MURMEL_SPEECH_ENGINES STREQUAL "REQUIRED")
+  message(FATAL_ERROR "Whisper and Parakeet engines: ${reason}")
+elseif(NOT MURMEL_ENGINE_LEVELS)
   message(STATUS "Whisper and Parakeet engines: left out (${reason}); the speech worker knows PocketSphinx only")
   return()
 endif()

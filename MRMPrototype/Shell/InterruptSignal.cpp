@@ -35,7 +35,7 @@ bool InterruptSignal::isPending() const {
 
 void InterruptSignal::arrived() {
   signalfd_siginfo ignored{};
-  static_cast<void>(::read(descriptor_.get(), &ignored, sizeof ignored));
+  [[maybe_unused]] const auto size = ::read(descriptor_.get(), &ignored, sizeof ignored);
   const auto set = endingSignals();
   ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
   if (handler_) handler_();
