@@ -176,7 +176,10 @@ void DictationCoordinator::hurryDrain() {
       copies_.start(copyAtTheEnd(SpokenText(missing), outcome));
     }
     // The application may go on after all.
-    if (!recording.text) retryBuffer_.keep(std::move(recording.kept));
+    if (!recording.text) {
+      retryBuffer_.keep(std::move(recording.kept));
+      if (!said.empty()) lastTranscript_.replace(SpokenText(said));
+    }
     if (!said.empty() && services_.settings.historyEnabled())
       keepInHistory(SpokenText(said), {}, recording.text ? 0 : 1);
   }

@@ -215,7 +215,7 @@ Task<void> MRMPrototypeApp::pasteAgain(SpokenText words, CommandReply reply) {
     reply({});
     co_return;
   }
-  const auto keys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
+  const auto keys = pasteKeys();
   const auto told = isCopied ? DictationState(DictationState::Case::copied).title() : notCopiedWarning;
   tray_.tell(told, keys);
   reply(std::unexpected(inPlatformWords(told, keys).toStdString()));

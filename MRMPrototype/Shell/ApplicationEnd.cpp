@@ -41,6 +41,24 @@ std::string sentence(DrainOutcome outcome) {
   std::unreachable();
 }
 
+/// The same where the application goes on after all.
+std::string sentenceOfStaying(DrainOutcome outcome) {
+  const auto copied = DictationState(DictationState::Case::copied).title();
+  switch (outcome) {
+    case DrainOutcome::done:
+      return {};
+    case DrainOutcome::copied:
+      return copied;
+    case DrainOutcome::copiedPart:
+      return "Part of the recording was not recognized. " + copied;
+    case DrainOutcome::notCopied:
+      return notCopiedWarning;
+    case DrainOutcome::lost:
+      return "The recording could not be recognized. Please try again.";
+  }
+  std::unreachable();
+}
+
 /// The session manager, or the window system, wants the application to end.
 class EndRequests final : public QObject {
  public:
@@ -122,8 +140,7 @@ Task<bool> MRMPrototypeApp::tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver
   if (isGoing) told += hasWords ? clipboardIsGoing : "Your clipboard could not be kept.";
   if (told.empty()) co_return false;
   auto [sender, receiver] = makeOneShot<bool>();
-  const auto keys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
-  tray_.tellAtTheEnd(told, keys,
+  tray_.tellAtTheEnd(told, pasteKeys(),
                      [answer = std::make_shared<OneShotSender<bool>>(std::move(sender))](bool stays) {
                        answer->send(stays);
                      });
@@ -168,9 +185,13 @@ Task<void> MRMPrototypeApp::settle() {
   const auto bound = hurryInTime([this] { coordinator_.hurryDrain(); });
   auto finishing = finishWords();
   const auto outcome = co_await finishing;
-  if (const auto told = sentence(outcome); !told.empty()) tell(told);
+  if (lifecycle_.isEnding()) {
+    isSettling_ = false;  // that end tells
+    co_return;
+  }
+  if (const auto told = sentenceOfStaying(outcome); !told.empty()) tray_.tell(told, pasteKeys());
   (void)storage_.history.finish();
-  if (!lifecycle_.isEnding()) coordinator_.admit();
+  coordinator_.admit();
   isSettling_ = false;
 }
 

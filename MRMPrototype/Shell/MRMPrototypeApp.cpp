@@ -106,7 +106,7 @@ DictationServices MRMPrototypeApp::dictationServices() {
 
 StatusReport MRMPrototypeApp::statusReport() const {
   auto report = status_.report();
-  const auto keys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
+  const auto keys = pasteKeys();
   report.message = inPlatformWords(report.message, keys).toStdString();
   return report;
 }
@@ -272,9 +272,8 @@ void MRMPrototypeApp::connectInterface() {
   observers_.push_back(coordinator_.onRetryChange().subscribe(refresh));
   observers_.push_back(storage_.settings.didChange().subscribe(refresh));
   observers_.push_back(windows_.shelf().changed().subscribe(refresh));
-  observers_.push_back(coordinator_.onNotice().subscribe([this](const std::string& notice) {
-    tray_.tell(notice, QString::fromStdString(std::string(delivery_.insertion.pasteKeys())));
-  }));
+  observers_.push_back(coordinator_.onNotice().subscribe(
+      [this](const std::string& notice) { tray_.tell(notice, pasteKeys()); }));
 
   const auto showPill = [this] {
     pill_.setEdge(storage_.settings.overlayPosition());

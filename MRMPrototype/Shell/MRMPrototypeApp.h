@@ -106,6 +106,10 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   /// What the settings have to say about their file and about models that were replaced.
   void tellAboutSettings();
   void tell(const std::string& sentence) { tray_.tell(sentence); }
+  /// Those of the last target, for the user's own hands.
+  [[nodiscard]] QString pasteKeys() const {
+    return QString::fromStdString(std::string(delivery_.insertion.pasteKeys()));
+  }
   void act(ApplicationLifecycle::Action action);
   void connectEnd();
   Task<DrainOutcome> finishWords();

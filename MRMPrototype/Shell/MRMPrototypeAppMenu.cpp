@@ -58,7 +58,7 @@ MenuStatus MRMPrototypeApp::menuStatus() {
       .language = inPlatformWords(settings.languageProfileSummary()),
       .model = modelLine(windows_.shelf().rows()),
       .update = updateWiring_.menuLine(),
-      .pasteKeys = QString::fromStdString(std::string(delivery_.insertion.pasteKeys())),
+      .pasteKeys = pasteKeys(),
       .isPaused = gate_.isPaused(),
       .hasLastTranscript = coordinator_.hasLastTranscript(),
       .canRetry = coordinator_.canRetry(),

@@ -345,6 +345,7 @@ TEST_F(DictationEnds, AHurriedDrainLeavesWhatIsRecognisedOnTheClipboard) {
     EXPECT_TRUE(house.everythingIsBack());
     EXPECT_EQ(house.title(), "Ready") << "the session may go on, and so does the application";
     EXPECT_EQ(house.coordinator->canRetry(), !row.recognised);
+    EXPECT_EQ(house.coordinator->hasLastTranscript(), row.outcome != DrainOutcome::lost);
   }
 }
 
