@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Support/ShellCommand.h"
+
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -8,19 +10,6 @@
 #include <string>
 
 namespace murmel {
-
-/// Runs a shell command in the private session and gives its output without the last line end.
-inline std::string outputOf(const std::string& command) {
-  FILE* pipe = ::popen(command.c_str(), "re");
-  if (pipe == nullptr) throw std::runtime_error("popen: " + command);
-  std::string output;
-  std::array<char, 256> piece{};
-  while (const auto count = std::fread(piece.data(), 1, piece.size(), pipe))
-    output.append(piece.data(), count);
-  if (::pclose(pipe) != 0) throw std::runtime_error("failed: " + command);
-  while (output.ends_with('\n')) output.pop_back();
-  return output;
-}
 
 /// A module of the sound server, unloaded at the end.
 class PulseModule {

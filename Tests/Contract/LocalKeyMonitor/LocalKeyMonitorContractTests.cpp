@@ -1,9 +1,7 @@
 #include "Platform/Fake/FakeKeyEventTap.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
 #include "Support/KeyboardKeys.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
-#include "Support/X11/XWindows.h"
 #include "Support/XTestKeyboard.h"
 
 #include <QAction>

@@ -7,6 +7,7 @@
 #include "Platform/Linux/Wayland/WaylandPasteboards.h"
 #include "Platform/Linux/X11/X11Pasteboards.h"
 #include "Support/Awaiting.h"
+#include "Support/FileBytes.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/ClipboardPeer.h"
@@ -165,8 +166,7 @@ class PortalDesk {
     });
     ++reads;
     if (given.size() == std::exchange(givenBefore, given.size())) return std::nullopt;
-    std::ifstream bytes(file, std::ios::binary);
-    return std::string{std::istreambuf_iterator<char>(bytes), {}};
+    return contentsOf(file);
   }
   [[nodiscard]] static DesktopClient reader() { return {}; }
 

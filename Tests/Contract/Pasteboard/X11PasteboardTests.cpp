@@ -3,7 +3,6 @@
 #include "PasteboardDesk.h"
 #include "Platform/Linux/Clipboard/ClipboardKeeperProcess.h"
 #include "Platform/Linux/Process/LinuxProcessLauncher.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
 #include <future>

@@ -3,7 +3,6 @@
 #include "RealApplications.h"
 #include "Support/FileBytes.h"
 #include "Support/ProcessMemory.h"
-#include "Support/Testing.h"
 
 #include <cstdio>
 

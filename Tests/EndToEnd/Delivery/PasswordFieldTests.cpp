@@ -2,7 +2,6 @@
 // programs tell of their parts.
 
 #include "DeliveryDesk.h"
-#include "Support/BuildPaths.h"
 #include "Support/Testing.h"
 
 namespace {

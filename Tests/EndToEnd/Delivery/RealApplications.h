@@ -2,6 +2,7 @@
 
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
+#include "Support/FileBytes.h"
 #include "Support/Testing.h"
 
 #include <iterator>
@@ -119,8 +120,7 @@ class RealApplicationRun {
                    " tr -d '\\n' | tr _ ' ' >" +
                    file_)
                       .c_str());
-    std::ifstream file(file_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return contentsOf(file_);
   }
 
  private:

@@ -39,11 +39,6 @@ inline void expectOnceEach(const std::string& text, const std::vector<Speech>& s
   }
 }
 
-/// Whether a shell command succeeds; its output is dropped.
-inline bool succeeds(const std::string& command) {
-  return std::system(("exec >/dev/null 2>&1; " + command).c_str()) == 0;
-}
-
 inline constexpr std::uint8_t controlKey = 37;
 
 /// A user at a desktop with a microphone, and Murmel on it.

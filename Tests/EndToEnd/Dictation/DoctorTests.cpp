@@ -7,11 +7,9 @@
 
 TEST_F(DictationDesk, TheDoctorNamesWhatIsWrongInOneLine) {
   std::filesystem::remove_all(data());
-  const auto copy = file("copy").string();
+  const auto copy = installCopy();
   const auto blocked = file("a-file").string();
   writeFile(blocked, "");
-  outputOf("mkdir -p " + copy + "/bin " + copy + "/lib && cp " + MURMEL_EXECUTABLE + " " + copy +
-           "/bin && cp -r " + buildFolder() + "/lib/murmel " + copy + "/lib");
   const auto worker = copy + "/lib/murmel/Workers/mrm-fluidaudio-worker";
   // A server of its own: a file that no other row uses says which.
   const auto onServer = [this](const std::string& options, const std::string& name) {

@@ -1,5 +1,4 @@
 #include "Interface/QtAlertPresenter.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 
 #include <QMessageBox>

@@ -1,7 +1,6 @@
 #include "Platform/Qt/LogindSleepMonitor.h"
 #include "Platform/Qt/PortalAppearance.h"
 #include "Platform/Qt/TaskBarPresence.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 

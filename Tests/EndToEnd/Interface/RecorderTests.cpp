@@ -7,9 +7,7 @@
 #include "Platform/Linux/X11Keys/X11KeyboardProbe.h"
 #include "Platform/Qt/QtExecutor.h"
 #include "Platform/Qt/QtLocalKeyMonitor.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
-#include "Support/X11/XWindows.h"
 #include "Support/XTestKeyboard.h"
 
 #include <QLineEdit>

@@ -2,7 +2,6 @@
 #include "Interface/Pill/PillPlace.h"
 #include "Interface/Pill/RecordingPill.h"
 #include "Platform/Qt/QtCompositor.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 #include "Support/X11/XWindows.h"
 

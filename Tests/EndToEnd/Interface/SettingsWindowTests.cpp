@@ -3,7 +3,6 @@
 #include "Interface/Settings/SettingsWindow.h"
 #include "Settings/SettingsKeys.h"
 #include "Shortcut/ShortcutConflicts.h"
-#include "Support/Testing.h"
 #include "Support/X11/WindowTests.h"
 
 #include <QApplication>

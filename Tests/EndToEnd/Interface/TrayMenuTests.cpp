@@ -2,7 +2,6 @@
 #include "Interface/Notices/NoticeChannel.h"
 #include "Platform/Qt/TrayWatch.h"
 #include "Support/BuildPaths.h"
-#include "Support/Testing.h"
 #include "Support/X11/ApplicationProcess.h"
 #include "Support/X11/WindowTests.h"
 

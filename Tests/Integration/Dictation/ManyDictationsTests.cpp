@@ -4,7 +4,6 @@
 #include "Support/ProcessTraces.h"
 #include "Support/RoomyLauncher.h"
 #include "Support/SoundTape.h"
-#include "Support/Testing.h"
 
 #include <cstddef>
 #include <iostream>

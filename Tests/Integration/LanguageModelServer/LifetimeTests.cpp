@@ -1,7 +1,6 @@
 #include "Integration/LanguageModelServer/ServerBench.h"
 #include "Support/ChildProgram.h"
 #include "Support/FileBytes.h"
-#include "Support/ProcessTraces.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>

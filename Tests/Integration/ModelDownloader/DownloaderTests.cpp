@@ -1,4 +1,3 @@
-#include "Integration/ModelDownloader/ModelHost.h"
 #include "Integration/ModelDownloader/RunningDownloader.h"
 #include "MRMDownloadManifest/MRMDownloadManifest.h"
 #include "Support/Testing.h"

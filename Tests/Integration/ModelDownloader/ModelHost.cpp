@@ -2,23 +2,18 @@
 
 #include "Foundation/Crypto/Crypto.h"
 #include "Support/BuildPaths.h"
+#include "Support/ShellCommand.h"
 
 #include <fstream>
-#include <memory>
 #include <random>
 #include <sstream>
 #include <stdexcept>
 
-#include <unistd.h>
-
 namespace murmel::test {
 
 ModelHost::ModelHost() : process_({sourceFolder() + "/Tests/Support/model-host", folder_.path().string()}) {
-  const std::unique_ptr<FILE, int (*)(FILE*)> lines(::fdopen(::dup(process_.output()), "r"), &std::fclose);
-  char certificate[256];
-  if (std::fscanf(lines.get(), "%d %255s", &port_, certificate) != 2)
-    throw std::runtime_error("the model host did not come up");
-  certificate_ = certificate;
+  std::istringstream line(process_.line());
+  if (!(line >> port_ >> certificate_)) throw std::runtime_error("the model host did not come up");
 }
 
 ModelHost::~ModelHost() {
@@ -50,17 +45,12 @@ HostStatistics ModelHost::statistics(const std::string& name, const std::string&
                                      const HostedFile& file) const {
   const auto command = "curl -s --noproxy '*' --cacert " + certificate_ +
                        " https://localhost:" + std::to_string(port_) + "/stats/" + name + ":" + actions;
-  FILE* answer = ::popen(command.c_str(), "r");
-  char line[512];
-  HostStatistics result;
-  while (std::fgets(line, sizeof line, answer) != nullptr) {
-    std::istringstream words(line);
-    std::string which;
-    HostStatistics counted;
-    if (words >> which >> counted.requests >> counted.bytes && which == file.file) result = counted;
+  std::istringstream words(outputOf(command));
+  HostStatistics counted;
+  for (std::string which; words >> which >> counted.requests >> counted.bytes;) {
+    if (which == file.file) return counted;
   }
-  ::pclose(answer);
-  return result;
+  return {};
 }
 
 std::string ModelHost::content(const HostedFile& file) const {

@@ -3,7 +3,6 @@
 #include "LocalModels/SageNativeRefinementProvider.h"
 #include "Platform/Fake/FakeProcessLauncher.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Support/Awaiting.h"
 #include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"

@@ -2,12 +2,10 @@
 #include "LocalModels/LocalModelRefiners.h"
 #include "Platform/Fake/FakeLanguageRecognizer.h"
 #include "Platform/Fake/ManualExecutor.h"
-#include "Support/Awaiting.h"
 #include "Support/BuildPaths.h"
 #include "Support/MemoryLogSink.h"
 #include "Support/Refining.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
 #include "Support/WorkerDriver.h"
 
 namespace {

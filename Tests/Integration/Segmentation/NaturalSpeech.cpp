@@ -1,8 +1,8 @@
 #include "NaturalSpeech.h"
 
+#include "Support/ShellCommand.h"
 #include "Support/Testing.h"
 
-#include <cstdio>
 #include <cstring>
 #include <sstream>
 
@@ -13,39 +13,18 @@ namespace {
 constexpr std::size_t samplesPerByte = 2;  // of G.722 at 64 kbit/s
 constexpr double quietDB = -30;
 
+/// The package links its folder under shorter names.
 std::vector<std::filesystem::path> files(const std::string& language) {
+  std::istringstream lines(outputOf("find /usr/share/asterisk/sounds/" + language +
+                                    "_* -maxdepth 1 -name '*.g722' | LC_ALL=C sort"));
   std::vector<std::filesystem::path> found;
-  const std::filesystem::path root = "/usr/share/asterisk/sounds";
-  if (!std::filesystem::exists(root)) return found;
-  for (const auto& folder : std::filesystem::directory_iterator(root)) {
-    // The package links its folder under shorter names.
-    if (folder.is_symlink() || !folder.path().filename().string().starts_with(language + "_")) continue;
-    for (const auto& file : std::filesystem::directory_iterator(folder.path()))
-      if (file.path().extension() == ".g722") found.push_back(file.path());
-  }
-  std::ranges::sort(found);
+  for (std::string line; std::getline(lines, line);) found.emplace_back(line);
   return found;
 }
 
-std::string output(const std::string& command) {
-  std::string text;
-  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
-    std::array<char, 4'096> buffer{};
-    for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-      text.append(buffer.data(), count);
-    ::pclose(pipe);
-  }
-  return text;
-}
-
 /// All files through one run of the decoder: they follow each other in one stream.
-std::vector<float> decode(const std::string& g722) {
-  std::string folder = (std::filesystem::temp_directory_path() / "prompts-XXXXXX").string();
-  if (::mkdtemp(folder.data()) == nullptr) return {};
-  const std::string coded = folder + "/prompts.g722";
-  std::ofstream(coded, std::ios::binary) << g722;
-  const auto bytes = output("ffmpeg -v error -nostdin -f g722 -i " + coded + " -f f32le -ac 1 -ar 16000 -");
-  std::filesystem::remove_all(folder);
+std::vector<float> decode(const std::string& files) {
+  const auto bytes = bytesFrom("cat " + files + " | ffmpeg -v error -f g722 -i - -f f32le -ac 1 -ar 16000 -");
   std::vector<float> samples(bytes.size() / sizeof(float));
   std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
   return samples;
@@ -54,7 +33,8 @@ std::vector<float> decode(const std::string& g722) {
 /// "name: words" a line; digits, tones and abbreviations are not plain words.
 std::map<std::string, std::string> plainTranscripts(const std::string& language) {
   const std::string package = "asterisk-core-sounds-" + language;
-  std::istringstream lines(output("zcat /usr/share/doc/" + package + "/core-sounds-" + language + ".txt.gz"));
+  std::istringstream lines(
+      outputOf("zcat /usr/share/doc/" + package + "/core-sounds-" + language + ".txt.gz"));
   std::map<std::string, std::string> found;
   for (std::string line; std::getline(lines, line);) {
     const auto colon = line.find(": ");
@@ -86,8 +66,7 @@ NaturalSpeech NaturalSpeech::load(const std::string& language, double leastSecon
     const auto transcript = known.find(path.stem().string());
     if (transcripts == Transcripts::needed && transcript == known.end()) continue;
     speech.transcripts.push_back(transcript == known.end() ? "" : transcript->second);
-    std::ifstream file(path, std::ios::binary);
-    coded.append(std::istreambuf_iterator<char>(file), {});
+    coded += path.string() + " ";
     lengths.push_back(size * samplesPerByte);
     if (lengths.size() == most) break;
   }

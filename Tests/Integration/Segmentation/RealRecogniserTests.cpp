@@ -44,7 +44,7 @@ using WithRealRecogniser = RealRecogniser;
 
 TEST_F(WithRealRecogniser, SegmentsAreUnderstoodAsWellAsTheWholeHoweverOftenTheWorkerIsKilled) {
   const auto speech =
-      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 3), NaturalSpeech::Transcripts::needed);
+      NaturalSpeech::load("en", 2.5, wanted("MURMEL_PROMPTS", 4), NaturalSpeech::Transcripts::needed);
   const auto joined = JoinedSpeech::join(speech, 0.8, 1.2, 5);
   const PendingCapturedAudio audio{joined.samples, NaturalSpeech::sampleRate};
   std::vector<std::string> expected;

@@ -4,6 +4,7 @@
 #include "Models/ModelManager.h"
 #include "Recognition/WorkerRequest.h"
 #include "Support/BuildPaths.h"
+#include "Support/FileBytes.h"
 #include "Support/WorkerDriver.h"
 
 #include <poll.h>
@@ -16,10 +17,8 @@ const std::filesystem::path recordings = "/usr/share/pocketsphinx/test/data/libr
 constexpr std::size_t waveHeaderSize = 44;
 
 PrivateVector<std::uint8_t> samplesOf(const std::string& recording) {
-  std::ifstream file(recordings / (recording + ".wav"), std::ios::binary);
-  PrivateVector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
-  bytes.erase(bytes.begin(), bytes.begin() + std::min<std::ptrdiff_t>(waveHeaderSize, std::ssize(bytes)));
-  return bytes;
+  const auto file = contentsOf(recordings / (recording + ".wav"));
+  return {file.begin() + waveHeaderSize, file.end()};
 }
 
 /// Of the words that were read aloud, the share that stands in `text`.
@@ -168,9 +167,7 @@ TEST_P(RealSpeechWorker, EndsWithItsInputAndPrintsNothingButTheProtocol) {
   };
   const auto& model = GetParam().model;
   EXPECT_EQ(run("--model-dir " + model + " --precision int8"), 0);
-  std::ifstream lines(printed);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(lines), {}),
-            "{\"event\":\"ready\",\"mrm_worker_protocol\":1}\n");
+  EXPECT_EQ(contentsOf(printed), "{\"event\":\"ready\",\"mrm_worker_protocol\":1}\n");
   EXPECT_NE(run("--model-dir " + model), 0);
 }
 
@@ -203,9 +200,7 @@ INSTANTIATE_TEST_SUITE_P(Engines, RealSpeechWorker, ::testing::ValuesIn(engines(
 class ParakeetWorker : public SpeechWorkerDriver, public ::testing::Test {
  protected:
   static std::string content() {
-    std::ifstream file(std::filesystem::path(MURMEL_TINY_PARAKEET) / "ggml-parakeet-tiny.bin",
-                       std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return contentsOf(std::filesystem::path(MURMEL_TINY_PARAKEET) / "ggml-parakeet-tiny.bin");
   }
   /// What the worker says first with this model file.
   std::string beginning(const std::string& model) {

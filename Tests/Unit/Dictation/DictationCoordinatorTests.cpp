@@ -1,5 +1,4 @@
 #include "DictationHarness.h"
-#include "Support/Testing.h"
 
 using Case = DictationState::Case;
 

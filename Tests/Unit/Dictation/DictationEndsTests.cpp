@@ -3,8 +3,6 @@
 
 #include "Dictation/ApplicationLifecycle.h"
 #include "DictationHarness.h"
-#include "Support/Awaiting.h"
-#include "Support/Testing.h"
 
 using Case = DictationState::Case;
 

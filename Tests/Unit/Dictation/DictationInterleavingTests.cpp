@@ -1,6 +1,4 @@
 #include "DictationHarness.h"
-#include "Support/Awaiting.h"
-#include "Support/Testing.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 #include "MRMDownloadManifest/MRMModelDownloadPolicy.h"
 #include "Support/Testing.h"
 
-namespace murmel {
 namespace {
 
 using Importance = MRMModelDownloadImportance;
@@ -80,4 +79,3 @@ TEST(DownloadPolicy, SchedulesOptionalDownloadsBehindRequiredOnesAndDictations) 
 }
 
 }  // namespace
-}  // namespace murmel

@@ -4,7 +4,6 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace murmel {
 namespace {
 
 namespace fs = std::filesystem;
@@ -83,4 +82,3 @@ TEST_F(SmartModels, TheRussianCorrectorNeedsAllOfItsFiles) {
 }
 
 }  // namespace
-}  // namespace murmel

@@ -2,7 +2,6 @@
 #include "Segmentation/RetryAudio.h"
 #include "Support/SessionBench.h"
 #include "Support/SoundTape.h"
-#include "Support/Testing.h"
 
 #include <cctype>
 

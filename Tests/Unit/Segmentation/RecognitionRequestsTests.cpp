@@ -2,7 +2,6 @@
 #include "Segmentation/RecognitionRequests.h"
 #include "Support/Awaiting.h"
 #include "Support/ScriptedTranscriptionProvider.h"
-#include "Support/Testing.h"
 
 namespace {
 

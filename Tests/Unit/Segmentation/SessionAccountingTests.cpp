@@ -1,7 +1,6 @@
 #include "Segmentation/RetryAudio.h"
 #include "Support/SessionBench.h"
 #include "Support/SoundTape.h"
-#include "Support/Testing.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "SettingsDesk.h"
 #include "Shortcut/ShortcutChoice.h"
 #include "Support/FileBytes.h"
-#include "Support/Testing.h"
 
 namespace {
 

@@ -23,7 +23,6 @@
 #include "Support/FileBytes.h"
 #include "Support/InMemoryDefaultsStore.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
 #include "Unit/Delivery/DeliveryHarness.h"
 
 #include <future>

@@ -1,4 +1,5 @@
 #include "Shell/XdgAutostart.h"
+#include "Support/FileBytes.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
@@ -14,8 +15,7 @@ TEST(XdgAutostart, switches_its_own_entry_and_overrules_that_of_the_system) {
   EXPECT_FALSE(autostart.isOn());
   ASSERT_TRUE(autostart.set(true));
   EXPECT_TRUE(autostart.isOn());
-  std::ifstream file(own);
-  const std::string entry{std::istreambuf_iterator<char>(file), {}};
+  const auto entry = contentsOf(own);
   EXPECT_NE(entry.find(R"(Exec="/opt/my \\"\\$ apps\\"/100%%/example")"), std::string::npos) << entry;
   ASSERT_TRUE(autostart.set(false));
   EXPECT_FALSE(std::filesystem::exists(own));

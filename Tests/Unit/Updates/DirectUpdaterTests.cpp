@@ -5,10 +5,8 @@
 #include "Platform/Fake/ManualExecutor.h"
 #include "Platform/Linux/Files/PosixFileSystem.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
 #include "Unit/Updates/SignedFeed.h"
 
-namespace murmel {
 namespace {
 
 using Phase = UpdateStatus::Phase;
@@ -202,4 +200,3 @@ TEST_F(DirectUpdaterTest, TouchesNoPackageOfTheSystem) {
 }
 
 }  // namespace
-}  // namespace murmel

@@ -2,10 +2,8 @@
 #include "MRMUpdatePolicy/UpdateFeed.h"
 #include "MRMUpdatePolicy/UpdateRoad.h"
 #include "MRMUpdatePolicy/UpdateSchedule.h"
-#include "Support/Testing.h"
 #include "Unit/Updates/SignedFeed.h"
 
-namespace murmel {
 namespace {
 
 using Decision = UpdateScheduleDecision;
@@ -114,4 +112,3 @@ TEST(UpdateFeed, ComparesVersionsByTheirNumbers) {
 }
 
 }  // namespace
-}  // namespace murmel
