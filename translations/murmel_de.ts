@@ -2095,6 +2095,10 @@
         <source>This desktop keeps no clipboard of a program that has ended: paste within ten seconds.</source>
         <translation>Dieser Desktop behält keine Zwischenablage eines beendeten Programms: Fügen Sie sie innerhalb von zehn Sekunden ein.</translation>
     </message>
+    <message>
+        <source>The last dictations could not be kept in the history.</source>
+        <translation>Die letzten Diktate konnten nicht im Verlauf aufbewahrt werden.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

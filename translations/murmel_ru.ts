@@ -2099,6 +2099,10 @@
         <source>This desktop keeps no clipboard of a program that has ended: paste within ten seconds.</source>
         <translation>Этот рабочий стол не хранит буфер обмена завершённых программ: вставьте текст в течение десяти секунд.</translation>
     </message>
+    <message>
+        <source>The last dictations could not be kept in the history.</source>
+        <translation>Последние диктовки не удалось сохранить в истории.</translation>
+    </message>
 </context>
 <context>
     <name>MicrophoneStep</name>

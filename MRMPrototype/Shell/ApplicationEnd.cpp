@@ -22,6 +22,7 @@ constexpr Duration drainBound = std::chrono::seconds(10);
 constexpr int recognitionBounds = 6;
 /// For a paste by hand, or to read a message, which the text below tells.
 constexpr Duration lastWhile = std::chrono::seconds(10);
+constexpr const char* notStored = "The last dictations could not be kept in the history.";
 constexpr const char* clipboardIsGoing =
     "This desktop keeps no clipboard of a program that has ended: paste within ten seconds.";
 
@@ -132,12 +133,13 @@ Task<DrainOutcome> MRMPrototypeApp::finishWords() {
   co_return settled == PasteSettlement::replacedUnread ? DrainOutcome::notCopied : DrainOutcome::copied;
 }
 
-Task<bool> MRMPrototypeApp::tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left) {
+Task<bool> MRMPrototypeApp::tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left, bool isStored) {
   const bool isGoing = left == ClipboardHandOver::failed;
   const bool hasWords = outcome == DrainOutcome::copied || outcome == DrainOutcome::copiedPart;
   auto told = sentence(outcome);
   if (isGoing && !told.empty()) told += ' ';
   if (isGoing) told += hasWords ? clipboardIsGoing : "Your clipboard could not be kept.";
+  if (!isStored) told += (told.empty() ? "" : " ") + std::string(notStored);
   if (told.empty()) co_return false;
   auto [sender, receiver] = makeOneShot<bool>();
   tray_.tellAtTheEnd(told, pasteKeys(),
@@ -170,10 +172,10 @@ Task<void> MRMPrototypeApp::drain() {
   const auto outcome = co_await finishing;
   auto handingOver = desktop_.clipboard.handOver();
   const auto left = co_await handingOver;
-  auto telling = tellAtTheEnd(outcome, left);
-  const bool stays = co_await telling;
   // What waits for the disk blocks the end, not the dictations.
-  (void)storage_.history.finish();
+  const bool isStored = storage_.history.finish().has_value();
+  auto telling = tellAtTheEnd(outcome, left, isStored);
+  const bool stays = co_await telling;
   if (stays) {
     auto staying = stayForAWhile();
     co_await staying;

@@ -114,7 +114,7 @@ class MRMPrototypeApp final : private ApplicationLaunchActions {
   void connectEnd();
   Task<DrainOutcome> finishWords();
   /// Whether the process must stay for a while: the message, or the words, would go with it.
-  Task<bool> tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left);
+  Task<bool> tellAtTheEnd(DrainOutcome outcome, ClipboardHandOver left, bool isStored);
   Task<void> stayForAWhile();
   /// Calls it when the last words have had their time, and again.
   [[nodiscard]] RepeatingTimer hurryInTime(std::function<void()> hurry);

@@ -74,6 +74,7 @@ constexpr auto textsOfChecks = std::to_array<ScreenText>({
     {"Murmel ended before everything was recognized. The first part is on the clipboard — press ⌘V.", QT_TRANSLATE_NOOP("Messages", "Murmel ended before everything was recognized. The first part is on the clipboard — press %paste.")},
     same(QT_TRANSLATE_NOOP("Messages", "Murmel ended before your words could be inserted, and the clipboard did not take them.")),
     same(QT_TRANSLATE_NOOP("Messages", "Murmel ended before your last words were recognized.")),
+    same(QT_TRANSLATE_NOOP("Messages", "The last dictations could not be kept in the history.")),
     same(QT_TRANSLATE_NOOP("Messages", "This desktop keeps no clipboard of a program that has ended: paste within ten seconds.")),
 
     // More of what was tried.

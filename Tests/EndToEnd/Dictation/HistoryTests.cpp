@@ -87,3 +87,18 @@ TEST_F(DictationDesk, TheHistoryWindowShowsCopiesAndDeletesWhatTheKeyRingUnlocks
   const auto list = std::string(MURMEL_EXECUTABLE) + " history list";
   EXPECT_TRUE(waitUntilCommand(list + " | grep -q empty")) << outputOf(list);
 }
+
+TEST_F(DictationDesk, TheEndSaysWhatTheHistoryCouldNotKeep) {
+  settings(R"("settings.shortcut": "optionKey", "settings.historyEnabled": true)");
+  keyringControl::lock();
+  start();
+  const auto editor = openEditor("spoken");
+  dictate(sevenOfClubs);
+  ASSERT_TRUE(waitForText(sevenOfClubs.word, "spoken")) << murmel->log();
+  const auto told = file("told").string();
+  const ApplicationProcess bus({"sh", "-c", "exec dbus-monitor --session >" + told});
+  ASSERT_TRUE(waitUntilCommand("grep -q NameAcquired " + told));
+  quit();
+  keyringControl::unlock();
+  EXPECT_TRUE(waitUntilCommand("grep -q 'could not be kept in the history' " + told));
+}
