@@ -10,10 +10,11 @@
 
 namespace murmel::test {
 
-ChildProgram::ChildProgram(std::vector<std::string> command, const std::filesystem::path& log) {
+ChildProgram::ChildProgram(std::vector<std::string> command, std::filesystem::path log)
+    : log_(std::move(log)) {
   Pipe input, output;
-  if (!log.empty()) {
-    output.writeEnd = UniqueDescriptor(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+  if (!log_.empty()) {
+    output.writeEnd = UniqueDescriptor(::open(log_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
     if (!output.writeEnd) throw std::runtime_error("no log file");
   }
   std::vector<char*> arguments;
@@ -27,7 +28,7 @@ ChildProgram::ChildProgram(std::vector<std::string> command, const std::filesyst
     if (::getppid() != parent) ::_exit(1);
     ::dup2(input.readEnd.get(), STDIN_FILENO);
     ::dup2(output.writeEnd.get(), STDOUT_FILENO);
-    if (!log.empty()) ::dup2(output.writeEnd.get(), STDERR_FILENO);
+    if (!log_.empty()) ::dup2(output.writeEnd.get(), STDERR_FILENO);
     ::execvp(arguments.front(), arguments.data());
     ::_exit(127);
   }

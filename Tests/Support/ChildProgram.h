@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/UniqueDescriptor.h"
+#include "Support/FileBytes.h"
 
 #include <csignal>
 #include <filesystem>
@@ -16,7 +17,7 @@ namespace murmel::test {
 /// says goes to a file. It is killed when this object goes, at the latest when the test does.
 class ChildProgram {
  public:
-  explicit ChildProgram(std::vector<std::string> command, const std::filesystem::path& log = {});
+  explicit ChildProgram(std::vector<std::string> command, std::filesystem::path log = {});
   ~ChildProgram() { end(SIGKILL); }
   ChildProgram(const ChildProgram&) = delete;
   ChildProgram& operator=(const ChildProgram&) = delete;
@@ -25,6 +26,8 @@ class ChildProgram {
   [[nodiscard]] int input() const { return input_.get(); }
   [[nodiscard]] int output() const { return output_.get(); }
 
+  /// Everything that it has said to its file.
+  [[nodiscard]] std::string log() const { return contentsOf(log_); }
   /// What it says up to the end of the line, without it.
   [[nodiscard]] std::string line() const;
   void closeInput() { input_.reset(); }
@@ -37,6 +40,7 @@ class ChildProgram {
   std::optional<int> look(bool waits);
 
   pid_t process_ = -1;
+  std::filesystem::path log_;
   std::optional<int> status_;
   UniqueDescriptor input_, output_;
 };

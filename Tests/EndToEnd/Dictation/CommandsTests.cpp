@@ -89,7 +89,7 @@ TEST_F(DictationDesk, QuitAndStartLeavesOneRunning) {
   }
   start();
   ::kill(murmel->identifier(), SIGTERM);
-  MurmelProcess next({}, file("next.log"));
+  ChildProgram next({MURMEL_EXECUTABLE}, file("next.log"));
   EXPECT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
   EXPECT_TRUE(waitUntilCommand(std::string(MURMEL_EXECUTABLE) + " status"));
   EXPECT_FALSE(next.exitStatus()) << next.log();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "EndToEnd/Delivery/DeliveryDesk.h"
-#include "MurmelProcess.h"
 #include "Support/BuildPaths.h"
 #include "Support/FileBytes.h"
 #include "Support/Pulse.h"
@@ -93,7 +92,7 @@ class DictationDesk : public ::testing::Test {
 
   /// Starts Murmel and waits until it can dictate.
   void start(const std::string& executable = MURMEL_EXECUTABLE) {
-    murmel.emplace(std::vector<std::string>{}, file("murmel.log"), executable);
+    murmel.emplace(Strings{executable}, file("murmel.log"));
     const std::string status = std::string(MURMEL_EXECUTABLE) + " status";
     ASSERT_TRUE(waitUntilCommand(status)) << murmel->log();
     // While the model is being verified the indicator says so.
@@ -169,7 +168,7 @@ class DictationDesk : public ::testing::Test {
 
   TemporaryFolder folder;
   DeliveryDesk desk;
-  std::optional<MurmelProcess> murmel;
+  std::optional<ChildProgram> murmel;  ///< what it says goes to a file
 };
 
 }  // namespace murmel::test

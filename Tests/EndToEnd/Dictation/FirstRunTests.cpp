@@ -13,7 +13,7 @@ TEST_F(DictationDesk, TheFirstRunLeadsFromABareProfileToWordsByKeyboardAlone) {
   const auto defaults = configuration() / "defaults.json";
   std::filesystem::remove(defaults);
   const auto tap = [this](std::uint8_t key) { desk.user.strike({key}); };
-  murmel.emplace(std::vector<std::string>{}, file("murmel.log"));
+  murmel.emplace(Strings{MURMEL_EXECUTABLE}, file("murmel.log"));
   ASSERT_TRUE(waitUntilCommand(setupIsInFront)) << murmel->log();
   ASSERT_TRUE(waitUntilCommand(std::string("! ") + pillIsVisible)) << murmel->log();
   for (const char* step : {"model", "microphone", "shortcut"}) {

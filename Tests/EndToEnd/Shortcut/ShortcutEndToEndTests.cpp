@@ -5,9 +5,11 @@
 #include "Platform/Linux/X11Keys/X11KeyEventTap.h"
 #include "Shortcut/HotkeyService.h"
 #include "Shortcut/ShortcutChoice.h"
-#include "Support/ForeignProcess.h"
+#include "Support/ChildProgram.h"
 #include "Support/Testing.h"
 #include "Support/XTestKeyboard.h"
+
+#include <poll.h>
 
 #define explicit explicit_  // a field of the header
 #include <xcb/xkb.h>
@@ -18,6 +20,34 @@ using Kind = ShortcutConfiguration::Kind;
 namespace {
 
 constexpr std::uint32_t markerKey = KEY_F12;
+
+/// A program whose output is read until it has said something. It is asked to end with this object.
+class ForeignProcess : public ChildProgram {
+ public:
+  using ChildProgram::ChildProgram;
+  ~ForeignProcess() { end(SIGTERM); }
+
+  /// Reads on until the output holds `text`, for ten seconds at most. What was read before counts too.
+  bool waitForOutput(const std::string& text) {
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (outputSoFar_.find(text) == std::string::npos) {
+      const auto left =
+          std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+      pollfd ready{output(), POLLIN, 0};
+      if (left.count() <= 0 || ::poll(&ready, 1, static_cast<int>(left.count())) <= 0) return false;
+      std::array<char, 4'096> buffer{};
+      const auto count = ::read(output(), buffer.data(), buffer.size());
+      if (count <= 0) return false;
+      outputSoFar_.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return true;
+  }
+  [[nodiscard]] const std::string& outputSoFar() const { return outputSoFar_; }
+  void forgetOutput() { outputSoFar_.clear(); }
+
+ private:
+  std::string outputSoFar_;
+};
 
 /// Counts a key that no shortcut has, to see that everything before it has come through.
 class MarkedTap final : public KeyEventTap {

@@ -11,6 +11,7 @@
 #include "Support/X11/ClipboardPeer.h"
 #include "Support/X11/XWindows.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -18,6 +19,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <poll.h>
 #include <unistd.h>
@@ -29,34 +31,25 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 struct Options {
-  std::string windowClass = "Target";
-  std::chrono::milliseconds readAfter{0};
-  bool reads = true;
-  int readTimes = 1;
-  bool diesOnChord = false;
-  bool grabs = false;
+  std::string windowClass;
+  std::chrono::milliseconds readAfter;
+  bool reads;
+  int readTimes;
+  bool diesOnChord, grabs;
 };
 
-Options parse(int count, char** arguments) {
-  Options options;
-  if (count > 1) options.windowClass = arguments[1];
-  for (int index = 2; index < count; ++index) {
-    const std::string argument = arguments[index];
-    const auto next = [&] { return index + 1 < count ? std::string(arguments[++index]) : std::string(); };
-    if (argument == "--read-after")
-      options.readAfter = std::chrono::milliseconds(std::stoi(next()));
-    else if (argument == "--never")
-      options.reads = false;
-    else if (argument == "--reads")
-      options.readTimes = std::stoi(next());
-    else if (argument == "--die-on-chord")
-      options.diesOnChord = true;
-    else if (argument == "--grab")
-      options.grabs = true;
-    else
-      std::exit(2);
-  }
-  return options;
+Options parse(const std::vector<std::string>& arguments) {
+  const auto at = [&](const char* name) { return std::ranges::find(arguments, name); };
+  const auto has = [&](const char* name) { return at(name) != arguments.end(); };
+  const auto number = [&](const char* name, int otherwise) {
+    return has(name) ? std::stoi(*std::next(at(name))) : otherwise;
+  };
+  return {.windowClass = arguments.at(0),
+          .readAfter = std::chrono::milliseconds(number("--read-after", 0)),
+          .reads = !has("--never"),
+          .readTimes = number("--reads", 1),
+          .diesOnChord = has("--die-on-chord"),
+          .grabs = has("--grab")};
 }
 
 void say(const std::string& line) {
@@ -222,5 +215,5 @@ class Target {
 }  // namespace
 
 int main(int count, char** arguments) {
-  return Target(parse(count, arguments)).run();
+  return Target(parse({arguments + 1, arguments + count})).run();
 }
