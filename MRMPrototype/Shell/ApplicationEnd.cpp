@@ -44,7 +44,7 @@ std::string sentence(DrainOutcome outcome) {
 
 /// The same where the application goes on after all.
 std::string sentenceOfStaying(DrainOutcome outcome) {
-  const auto copied = DictationState(DictationState::Case::copied).title();
+  auto copied = DictationState(DictationState::Case::copied).title();
   switch (outcome) {
     case DrainOutcome::done:
       return {};
