@@ -31,7 +31,7 @@ void ManualExecutor::post(Job job) {
 }
 
 Registration ManualExecutor::after(Duration delay, Job job) {
-  const TimerKey key{now_ + delay, nextKey_++};
+  const TimerKey key{now() + delay, nextKey_++};
   timers_->emplace(key, std::move(job));
   return Registration([weak = std::weak_ptr(timers_), key] {
     if (const auto timers = weak.lock()) timers->erase(key);
@@ -51,11 +51,11 @@ Instant ManualExecutor::now() const {
 }
 
 WallTime ManualExecutor::wallNow() const {
-  return firstWallTime + std::chrono::duration_cast<WallTime::duration>(now_.time_since_epoch());
+  return firstWallTime + std::chrono::duration_cast<WallTime::duration>(now().time_since_epoch());
 }
 
 Duration ManualExecutor::sinceBoot() const {
-  return now_.time_since_epoch();
+  return now().time_since_epoch();
 }
 
 bool ManualExecutor::runOnePosted() {
@@ -71,7 +71,7 @@ bool ManualExecutor::runOnePosted() {
 }
 
 bool ManualExecutor::runOneDueTimer() {
-  if (timers_->empty() || timers_->begin()->first.first > now_) return false;
+  if (timers_->empty() || timers_->begin()->first.first > now()) return false;
   auto job = timers_->extract(timers_->begin());
   job.mapped()();
   return true;
@@ -83,10 +83,10 @@ void ManualExecutor::runUntilIdle() {
 }
 
 void ManualExecutor::advance(Duration duration) {
-  const auto end = now_ + duration;
+  const auto end = now() + duration;
   runUntilIdle();
   while (!timers_->empty() && timers_->begin()->first.first <= end) {
-    now_ = std::max(now_, timers_->begin()->first.first);
+    now_ = std::max(now(), timers_->begin()->first.first);
     runUntilIdle();
   }
   now_ = end;

@@ -4,6 +4,7 @@
 #include "Foundation/Async/Executor.h"
 #include "Foundation/UniqueDescriptor.h"
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
@@ -50,7 +51,7 @@ class ManualExecutor final : public Executor, public Clock {
   bool runOneDueTimer();
   void pollDescriptors(int timeoutMilliseconds);
 
-  Instant now_{};
+  std::atomic<Instant> now_{Instant{}};  ///< threads that wait for workers ask for it, too
   std::uint64_t nextKey_ = 0;
   std::shared_ptr<std::map<TimerKey, Job>> timers_ = std::make_shared<std::map<TimerKey, Job>>();
   std::shared_ptr<std::map<std::uint64_t, std::shared_ptr<Watch>>> watches_ =
