@@ -142,7 +142,6 @@ TEST_F(Ends, AKilledMurmelLeavesWhatItServedOnTheClipboard) {
   ASSERT_TRUE(waitForSummaries(1));
   EXPECT_EQ(command("copy-last"), 0);
   ASSERT_TRUE(waitForClipboard(tenOfClubs.word));
-  desk.loop.runFor(500ms);  // a thread of its own tells the keeper
   ::kill(murmel->identifier(), SIGKILL);
   ASSERT_TRUE(waitUntil([&] { return murmel->exitStatus().has_value(); }));
   EXPECT_TRUE(waitForClipboard(tenOfClubs.word));

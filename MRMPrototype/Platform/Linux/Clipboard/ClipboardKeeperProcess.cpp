@@ -79,8 +79,15 @@ ClipboardKeeperProcess::~ClipboardKeeperProcess() {
 }
 
 void ClipboardKeeperProcess::keep(SharedSnapshot contents, std::uint32_t ownedSince) {
+  Kept kept{std::move(contents), ownedSince};
   const std::lock_guard lock(mutex_);
-  news_ = Kept{std::move(contents), ownedSince};
+  // A few words are with the keeper before anybody can read them here, so that no end of ours comes in
+  // between.
+  if (!works_ && tellAtOnce(kept)) {
+    news_.reset();
+    return;
+  }
+  news_ = std::move(kept);
   changed_.notify_all();
 }
 
@@ -110,20 +117,14 @@ void ClipboardKeeperProcess::run() {
   std::unique_lock lock(mutex_);
   const auto hasNews = [this] { return news_ || handOver_ == HandOver::wanted || ending_; };
   while (true) {
-    if (process_ && keepsNothing_ && !changed_.wait_for(lock, idleBeforeEnd, hasNews)) {
-      lock.unlock();
-      endKeeper();
-      lock.lock();
-    }
+    const bool isIdle = process_ && keepsNothing_ && !changed_.wait_for(lock, idleBeforeEnd, hasNews);
+    if (isIdle && keepsNothing_) work(lock, [this] { endKeeper(); });
     changed_.wait(lock, hasNews);
     if (auto news = std::exchange(news_, std::nullopt)) {
-      lock.unlock();
-      tell(*news);
-      lock.lock();
+      work(lock, [&] { tell(*news); });
     } else if (handOver_ == HandOver::wanted) {
-      lock.unlock();
-      const bool taken = take();
-      lock.lock();
+      bool taken = false;
+      work(lock, [&] { taken = take(); });
       handOver_ = taken ? HandOver::done : HandOver::failed;
       changed_.notify_all();
     } else {
@@ -131,6 +132,32 @@ void ClipboardKeeperProcess::run() {
     }
   }
   process_.reset();
+}
+
+template <class Work>
+void ClipboardKeeperProcess::work(std::unique_lock<std::mutex>& lock, const Work& perform) {
+  works_ = true;
+  lock.unlock();
+  perform();
+  lock.lock();
+  works_ = false;
+}
+
+/// False when that could take a while, or there is no keeper yet.
+bool ClipboardKeeperProcess::tellAtOnce(const Kept& kept) {
+  std::size_t size = 0;
+  for (const auto& item : kept.contents->items)
+    for (const auto& value : item.values) size += value.data.size();
+  if (!process_ || size > PIPE_BUF) return false;
+  auto bytes = ClipboardOrder{ClipboardOrder::Kind::keep, kept.ownedSince, *kept.contents}.encoded();
+  const Registration wiping([&bytes] { wipe(bytes); });
+  // What a pipe takes at once, as a whole.
+  pollfd pipe{process_->input(), POLLOUT, 0};
+  if (bytes.size() > PIPE_BUF || ::poll(&pipe, 1, 0) != 1 || pipe.revents != POLLOUT) return false;
+  const bool isTold =
+      ::write(process_->input(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+  if (isTold) keepsNothing_ = false;
+  return isTold;
 }
 
 void ClipboardKeeperProcess::tell(const Kept& kept) {

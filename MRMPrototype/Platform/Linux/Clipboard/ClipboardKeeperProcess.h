@@ -19,8 +19,7 @@ namespace murmel {
 /// Contents go to it through a pipe. When this process ends in whatever way, the pipe closes, and the keeper
 /// serves what it was told last, until somebody else writes to the clipboard or the session ends.
 ///
-/// Starting and telling it is done on a thread of its own: the contents may be large, and nobody waits for
-/// it.
+/// Starting it, and telling it what is large, is done on a thread of its own: nobody waits for that.
 class ClipboardKeeperProcess final : public ClipboardKeeper {
  public:
   static constexpr const char* workerName = "mrm-clipboard-keeper";
@@ -49,6 +48,9 @@ class ClipboardKeeperProcess final : public ClipboardKeeper {
   enum class HandOver { none, wanted, done, failed };
 
   void run();
+  template <class Work>
+  void work(std::unique_lock<std::mutex>& lock, const Work& perform);
+  [[nodiscard]] bool tellAtOnce(const Kept& kept);
   void tell(const Kept& kept);
   void endKeeper();
   [[nodiscard]] bool start();
@@ -63,7 +65,7 @@ class ClipboardKeeperProcess final : public ClipboardKeeper {
   std::optional<Kept> news_;  ///< only the newest counts
   HandOver handOver_ = HandOver::none;
   bool ending_ = false;
-  // The thread's own.
+  bool works_ = false;  ///< the thread does, without the lock; what stands below is then its own
   std::unique_ptr<ChildProcess> process_;
   bool keepsNothing_ = true;
   std::thread thread_;
