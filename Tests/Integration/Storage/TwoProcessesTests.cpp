@@ -5,6 +5,7 @@
 #include "Settings/JsonDefaultsStore.h"
 #include "Storage/SecureLocalFile.h"
 #include "Support/Forks.h"
+#include "Support/Pipe.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
@@ -50,6 +51,11 @@ TEST(MachineLock, StandsInForTheLockOfAFolder) {
     const auto second = machineLock::takeWhereNeeded(folder.path());
     return instead && *instead && !second && second.error() == EWOULDBLOCK;
   }));
+}
+
+TEST(PosixFileSystem, AsksTheDiskWhichKnowsNoPipe) {
+  const Pipe pipe;
+  EXPECT_EQ(PosixFileSystem().synchronize(pipe.readEnd.get()), FileResult<void>(std::unexpected(EINVAL)));
 }
 
 INSTANTIATE_TEST_SUITE_P(FileSystemWithoutLocks, TwoWriters, testing::Bool());
