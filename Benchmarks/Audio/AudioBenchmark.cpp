@@ -39,7 +39,7 @@ void resampleMinute(benchmark::State& state) {
   const auto samples = minute(static_cast<std::size_t>(state.range(0)));
   for (auto _ : state) {
     state.PauseTiming();
-    auto input = samples;
+    PrivateVector<float> input(samples.begin(), samples.end());
     state.ResumeTiming();
     benchmark::DoNotOptimize(
         AudioCaptureService::resample(std::move(input), rate, recognitionSampleRate).data());

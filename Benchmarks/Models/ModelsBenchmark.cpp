@@ -65,7 +65,7 @@ void presenceAtStart(benchmark::State& state) {
   const std::vector<SpeechModel> models{{folder.path(), {{"model.bin", modelSize, digest}}}};
   ArtifactVerifier(memory).verify({path, modelSize, digest}, notStopping);
   for (auto _ : state) {
-    ModelManager manager(executor, models, memory);
+    ModelManager manager(executor, models, std::make_shared<ModelInventory>(folder.path()));
     manager.validate();
     if (manager.state() != SpeechModelState::ready) state.SkipWithError("not ready");
   }

@@ -16,8 +16,7 @@ class PulseModule {
  public:
   explicit PulseModule(const std::string& arguments) : index_(outputOf("pactl load-module " + arguments)) {}
   ~PulseModule() {
-    if (!index_.empty())
-      static_cast<void>(std::system(("pactl unload-module " + index_ + " 2>/dev/null").c_str()));
+    if (!index_.empty()) succeeds("pactl unload-module " + index_);
   }
   PulseModule(const PulseModule&) = delete;
   PulseModule& operator=(const PulseModule&) = delete;
@@ -36,9 +35,7 @@ class DefaultSource {
   explicit DefaultSource(const std::string& name) : before_(outputOf("pactl get-default-source")) {
     set(name);
   }
-  ~DefaultSource() {
-    static_cast<void>(std::system(("pactl set-default-source " + before_ + " 2>/dev/null").c_str()));
-  }
+  ~DefaultSource() { succeeds("pactl set-default-source " + before_); }
   DefaultSource(const DefaultSource&) = delete;
   DefaultSource& operator=(const DefaultSource&) = delete;
   static void set(const std::string& name) { outputOf("pactl set-default-source " + name); }

@@ -82,7 +82,7 @@ TEST(DeliveryWithTwoLayouts, TheTextArrivesWhileTheOneWithoutLatinLettersIsActiv
     run.deliver(2);
     EXPECT_TRUE(run.contents().starts_with("ч")) << "the delivery before has left another layout";
   }
-  std::system("setxkbmap us -option");
+  succeeds("setxkbmap us -option");
 }
 
 struct PreviousOwner {
@@ -140,7 +140,7 @@ TEST_P(DeliveryBesideAnOwner, WhatItHadCopiedComesBack) {
     RealApplicationRun(application).deliver(2, [&](DeliveryDesk& desk) {
       process.emplace(command);
       ASSERT_TRUE(desk.waitUntil([&] {
-        std::system(owner.copies);
+        succeeds(owner.copies);
         return desk.loop.waitUntil([&] { return desk.usersClipboard->hasLost(); }, std::chrono::seconds(1));
       }));
     });

@@ -3,6 +3,7 @@
 #include "DeliveryDesk.h"
 #include "Support/BuildPaths.h"
 #include "Support/FileBytes.h"
+#include "Support/ShellCommand.h"
 #include "Support/Testing.h"
 
 #include <iterator>
@@ -71,7 +72,7 @@ class RealApplicationRun {
     }));
     // Programs show their window before they take keys.
     ASSERT_TRUE(desk.waitUntil([&] {
-      std::system(application_.preparation.c_str());
+      succeeds(application_.preparation);
       desk.user.strike({letter});
       save(desk.user);
       return desk.loop.waitUntil([&] { return !contents().empty(); }, std::chrono::seconds(1));
@@ -116,10 +117,10 @@ class RealApplicationRun {
   /// What stands in the editor or has come to the terminal.
   [[nodiscard]] std::string contents() const {
     if (hasPage_)
-      std::system(("xdotool getactivewindow getwindowname 2>/dev/null | sed -n 's/^{\\(.*\\)}.*/\\1/p' |"
-                   " tr -d '\\n' | tr _ ' ' >" +
-                   file_)
-                      .c_str());
+      succeeds(
+          "xdotool getactivewindow getwindowname 2>/dev/null | sed -n 's/^{\\(.*\\)}.*/\\1/p' |"
+          " tr -d '\\n' | tr _ ' ' >" +
+          file_);
     return contentsOf(file_);
   }
 
