@@ -50,13 +50,15 @@ AboutWindow::AboutWindow(AboutServices services)
                            tr("Version, desktop and checks for a report. No words of yours."), copy);
   QObject::connect(copy, &QPushButton::clicked, this, [this, row, copy] {
     copy->setEnabled(false);
-    services_.diagnostics([shown = QPointer<AboutWindow>(this), row, copy](const std::string& facts) {
+    const QPointer<AboutWindow> shown(this);
+    const auto told = [shown, row, copy](bool copied) {
       if (!shown) return;
-      shown->services_.copy(facts, [shown, row, copy](bool copied) {
-        if (!shown) return;
-        copy->setEnabled(true);
-        if (copied) row->setDescription(tr("Copied. Paste it into your report."));
-      });
+      copy->setEnabled(true);
+      if (copied) row->setDescription(tr("Copied. Paste it into your report."));
+    };
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): the window is there while its button is pressed
+    services_.diagnostics([shown, told](const std::string& facts) {
+      if (shown) shown->services_.copy(facts, told);
     });
   });
   card->addRow(tr("Credits"), tr("The people whose work Murmel stands on, and their licenses."),
